@@ -1,0 +1,60 @@
+# The flags every target of this project is compiled and linked with: oxaqrycln_flags.
+# Also oxaqrycln_layer(), which declares one layer of the house.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(OXAQRYCLN_CCACHE ccache)
+if(OXAQRYCLN_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${OXAQRYCLN_CCACHE})
+endif()
+
+add_library(oxaqrycln_flags INTERFACE)
+target_compile_options(oxaqrycln_flags INTERFACE
+  -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wimplicit-fallthrough -Werror)
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  target_compile_definitions(oxaqrycln_flags INTERFACE _FORTIFY_SOURCE=3 _GLIBCXX_ASSERTIONS)
+  target_compile_options(oxaqrycln_flags INTERFACE
+    -fstack-protector-strong -fstack-clash-protection -fcf-protection=full)
+  target_link_options(oxaqrycln_flags INTERFACE -Wl,-z,relro,-z,now)
+endif()
+
+set(OXAQRYCLN_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
+if(OXAQRYCLN_SANITIZE)
+  target_compile_options(oxaqrycln_flags INTERFACE
+    -fsanitize=${OXAQRYCLN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(oxaqrycln_flags INTERFACE -fsanitize=${OXAQRYCLN_SANITIZE})
+endif()
+
+option(OXAQRYCLN_COVERAGE "Count the lines that run" OFF)
+if(OXAQRYCLN_COVERAGE)
+  target_compile_options(oxaqrycln_flags INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(oxaqrycln_flags INTERFACE --coverage)
+endif()
+
+if(OXAQRYCLN_TIDY)
+  find_program(OXAQRYCLN_CLANG_TIDY clang-tidy REQUIRED)
+  set(CMAKE_CXX_CLANG_TIDY ${OXAQRYCLN_CLANG_TIDY} --quiet)
+endif()
+
+# oxaqrycln_layer(NAME SOURCES a.cpp ... NEEDS layer ...)
+# A layer of the house: its sources, listed by hand, and the layers below that it may include.
+function(oxaqrycln_layer name)
+  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;NEEDS")
+  add_library(oxaqrycln_${name} OBJECT ${layer_SOURCES})
+  target_include_directories(oxaqrycln_${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>)
+  target_link_libraries(oxaqrycln_${name} PRIVATE oxaqrycln_flags)
+  foreach(need IN LISTS layer_NEEDS)
+    target_include_directories(oxaqrycln_${name} PUBLIC
+      $<TARGET_PROPERTY:oxaqrycln_${need},INTERFACE_INCLUDE_DIRECTORIES>)
+    add_dependencies(oxaqrycln_${name} oxaqrycln_${need})
+  endforeach()
+  set_property(GLOBAL APPEND PROPERTY OXAQRYCLN_LAYERS oxaqrycln_${name})
+endfunction()

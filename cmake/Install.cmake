@@ -1,0 +1,1 @@
+# Installation: written with the package files.

@@ -1,0 +1,100 @@
+#include "component/clsQuery.h"
+
+#include <chrono>
+
+#include "component/query_state.h"
+#include "component/version.h"
+#include "platform/errors.h"
+#include "platform/module_info.h"
+#include "platform/objects.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr std::chrono::milliseconds kReleaseInterval(30000);
+
+void WriteStartLine(const QueryState& state, const std::string& sessionId) {
+  if (!state.log.Active()) return;
+  const ModuleInfo module = ThisModule();
+  state.log.Write(bytInfo, "Initializing new ", module.directory, "\\", module.fileName, " v", kVersionMajor, ".",
+                  kVersionMinor, ".", kVersionRevision, " instance with handle id ", module.handle,
+                  " and thread id ", CurrentThreadId(), " for session id ", sessionId);
+}
+
+std::shared_ptr<Connection> MakeConnection() {
+  auto connection = std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"));
+  if (connection == nullptr) throw RuntimeError(error::kCannotCreateObject);
+  return connection;
+}
+
+}  // namespace
+
+clsQuery::clsQuery() : state_(std::make_unique<QueryState>(*this)) {}
+
+clsQuery::~clsQuery() {
+  QueryState& state = *state_;
+  state.Run("Class_Terminate", false, [&](bool& /*unused*/) {
+    state.log.Write(bytInfo, "Terminating OXAQryCln instance for session id ", strSessionID);
+    // The slot is given back whatever the database says.
+    struct SlotLease {
+      QueryState& owner;
+      ~SlotLease() { owner.apartment->controls.ReleaseControl(owner.execution.slot()); }
+    };
+    {
+      const SlotLease lease{state};
+      if (state.database != nullptr && state.database->State() != Connection::kClosed) state.database->Close();
+    }
+    state.log.Write(bytInfo, "Releasing control instance #", state.execution.slot());
+  });
+}
+
+bool clsQuery::Init(const Variant& blnParamDBInit) {
+  QueryState& state = *state_;
+  return state.Run("Init", false, [&](bool& result) {
+    WriteStartLine(state, strSessionID);
+    if (blnParamDBInit.IsMissing() || blnParamDBInit.ToBoolean()) {
+      state.database = MakeConnection();
+      state.log.Write(bytInfo, "Opening database connection: ", strDBConnect);
+      state.database->Open(strDBConnect);
+    }
+    frmControls& controls = state.apartment->controls;
+    // A second Init goes on with the slot of the first.
+    const std::int32_t slot = state.execution.slot() != 0 ? state.execution.slot() : controls.GetFreeControl();
+    if (slot == -1) throw controls.LastError();
+    state.execution.UseSlot(static_cast<std::int16_t>(slot));
+    state.log.Write(bytInfo, "Assigning control instance #", slot);
+    controls.Winsock(slot).Close();
+    controls.StrDebugLogPath(slot, strDebugLogPath);
+    controls.StrSessionID(slot, strSessionID);
+    controls.ReleaseTimer().SetInterval(kReleaseInterval);
+    controls.ReleaseTimer().Enable(true);
+    result = true;
+  });
+}
+
+void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
+  QueryState& state = *state_;
+  state.Run("OnStartPage", false, [&](bool& /*unused*/) {
+    state.context = std::dynamic_pointer_cast<ScriptingContext>(PassedScriptingContext.ToObject());
+    if (state.context == nullptr) throw RuntimeError(error::kTypeMismatch);
+    state.pageRequest = state.context->Request();
+  });
+}
+
+void clsQuery::OnEndPage() {
+  QueryState& state = *state_;
+  state.Run("OnEndPage", false, [&](bool& /*unused*/) {
+    state.pageRequest.reset();
+    state.context.reset();
+  });
+}
+
+void clsQuery::RemoteHosts(const Variant& strRemoteHosts) {
+  QueryState& state = *state_;
+  state.Run("Let RemoteHosts", false, [&](bool& /*unused*/) {
+    std::string scratch;
+    state.apartment->servers.Load(strRemoteHosts.TextView(scratch), state.log);
+  });
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,48 @@
+#include "component/clsQuery.h"
+#include "component/query_state.h"
+#include "platform/files.h"
+
+namespace oxaqrycln {
+
+std::string clsQuery::LiveCheck() {
+  QueryState& state = *state_;
+  return state.Run("LiveCheck", std::string(), [&](std::string& result) {
+    Variant errorText;
+    if (state.Load({"LiveCheck"}, &errorText)) {
+      result = state.buffer.Line(0);
+    } else {
+      result = errorText.ToText();
+    }
+  });
+}
+
+std::string clsQuery::HelloWorld() { return "Hello World!"; }
+
+std::string clsQuery::DirectQuery(const Variant& strQueryString) {
+  QueryState& state = *state_;
+  return state.Run("DirectQuery", std::string(), [&](std::string& result) {
+    std::string scratch;
+    std::string errorText;
+    if (!InitBuffer(strQueryString.TextView(scratch), state.execution, state.log, state.buffer, errorText)) {
+      result = errorText;
+      return;
+    }
+    for (std::int32_t i = 0; i < state.buffer.Count(); ++i) {
+      if (i > 0) result += "\r\n";
+      result += state.buffer.Line(i);
+    }
+  });
+}
+
+void clsQuery::WriteTest() {
+  QueryState& state = *state_;
+  state.Run("WriteTest", false, [&](bool& /*unused*/) {
+    const std::string file = strBlobPathLocal + "\\WriteTest.txt";
+    state.log.Write(bytInfo, "Writing test file '", file, "'");
+    WriteFile(file, "\"WriteTest\"\r\n");
+    state.log.Write(bytInfo, "Deleting test file '", file, "'");
+    DeleteFile(file);
+  });
+}
+
+}  // namespace oxaqrycln

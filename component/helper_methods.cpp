@@ -1,0 +1,40 @@
+// The public face of the text and file helpers, and of the log writer.
+#include "component/clsQuery.h"
+#include "component/file_helpers.h"
+#include "component/query_state.h"
+#include "component/text_helpers.h"
+
+namespace oxaqrycln {
+
+std::string clsQuery::Encode(const Variant& strText) {
+  return state_->Run("Encode", std::string(), [&](std::string& result) {
+    std::string scratch;
+    result = oxaqrycln::Encode(strText.TextView(scratch));
+  });
+}
+
+std::string clsQuery::Decode(const Variant& strText) {
+  return state_->Run("Decode", std::string(), [&](std::string& result) {
+    std::string scratch;
+    result = oxaqrycln::Decode(strText.TextView(scratch));
+  });
+}
+
+void clsQuery::DeleteFTPObjects(const Variant& strFile) {
+  state_->Run("DeleteFTPObjects", false, [&](bool& /*unused*/) {
+    const std::string pattern = strFile.ToText();
+    state_->log.Write(bytInfo, "Deleting FTP objects '", pattern, "'");
+    DeleteMatchingFiles(pattern);
+  });
+}
+
+void clsQuery::WriteLog(const Variant& strLogLine, const Variant& bytLogType) {
+  try {
+    std::string scratch;
+    const int level = bytLogType.IsMissing() ? int{bytInfo} : int{bytLogType.ToByte()};
+    state_->log.Write(level, strLogLine.TextView(scratch));
+  } catch (...) {  // the line is lost, as with every other failure of the log
+  }
+}
+
+}  // namespace oxaqrycln

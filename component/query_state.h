@@ -1,0 +1,62 @@
+// query_state.h - the private state of a clsQuery, for the sources that implement its methods.
+// Not installed; owned by the instance.
+#ifndef OXAQRYCLN_COMPONENT_QUERY_STATE_H_
+#define OXAQRYCLN_COMPONENT_QUERY_STATE_H_
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "component/clsQuery.h"
+#include "component/log_writer.h"
+#include "component/trap.h"
+#include "platform/database.h"
+#include "platform/scripting_context.h"
+#include "transport/apartment.h"
+#include "transport/request.h"
+#include "transport/response_buffer.h"
+
+namespace oxaqrycln {
+
+// The lines of the last query, kept beyond the next request: line k of the store is line firstLine + k of the answer.
+struct HitListStore {
+  std::shared_ptr<const ResponseLines> lines;
+  std::int32_t firstLine = 0;
+  std::int32_t upperIndex = -1;
+  std::string lastSortDirection;
+  std::int16_t lastSortColumn = 0;
+};
+
+struct QueryState {
+  explicit QueryState(const clsQuery& query);
+
+  // Runs the body of a public method; see trap.h. The routine's name stands in the log without its "()".
+  template <typename Result, typename Body>
+  Result Run(std::string_view routine, Result failure, Body&& body) {
+    return Trap(log, routine, std::move(failure), std::forward<Body>(body));
+  }
+
+  // Composes the command part of the elements, sends it and fills the buffer. The status output, when given, receives
+  // the error text of a failure; what follows a success is the caller's.
+  bool Load(std::initializer_list<Variant> elements, Variant* status);
+
+  std::shared_ptr<Apartment> apartment;
+  SessionLog log;
+  RequestExecution execution;
+  ResponseBuffer buffer;
+  HitListStore hits;
+  std::shared_ptr<Connection> database;
+  std::shared_ptr<ScriptingContext> context;
+  std::shared_ptr<PageRequest> pageRequest;
+};
+
+// Writes an output unless it was left out.
+inline void WriteText(Variant* output, std::string_view text) {
+  if (output != nullptr) output->AssignText(text);
+}
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_COMPONENT_QUERY_STATE_H_

@@ -1,0 +1,70 @@
+#include "platform/byte_block.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+// From this capacity on a block is a mapping of its own: untouched pages cost nothing, and huge pages spare most of
+// the page faults. Smaller blocks come from the heap.
+constexpr std::size_t kMappedFrom = 1U << 20U;
+constexpr std::size_t kPage = 4096;
+
+char* Map(std::size_t byteCount) {
+  void* memory =
+      mmap(nullptr, byteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (memory == MAP_FAILED) throw RuntimeError(error::kOutOfMemory);
+  madvise(memory, byteCount, MADV_HUGEPAGE);
+  return static_cast<char*>(memory);
+}
+
+}  // namespace
+
+void ByteBlock::Reserve(std::size_t byteCount) {
+  if (byteCount <= capacity_) return;
+  if (byteCount < kMappedFrom) {
+    void* grown = std::realloc(data_, byteCount);  // NOLINT: grown is kept below, data_ stays on failure
+    if (grown == nullptr) throw RuntimeError(error::kOutOfMemory);
+    data_ = static_cast<char*>(grown);
+    capacity_ = byteCount;
+    return;
+  }
+  const std::size_t rounded = (byteCount + kPage - 1) / kPage * kPage;
+  if (capacity_ >= kMappedFrom) {
+    void* moved = mremap(data_, capacity_, rounded, MREMAP_MAYMOVE);
+    if (moved == MAP_FAILED) throw RuntimeError(error::kOutOfMemory);
+    data_ = static_cast<char*>(moved);
+  } else {
+    char* mapped = Map(rounded);
+    if (size_ > 0) std::memcpy(mapped, data_, size_);
+    std::free(data_);
+    data_ = mapped;
+  }
+  capacity_ = rounded;
+}
+
+void ByteBlock::Append(std::string_view bytes) {
+  if (bytes.empty()) return;
+  if (size_ + bytes.size() > capacity_) Reserve(std::max(size_ + bytes.size(), capacity_ + capacity_ / 2));
+  std::memcpy(data_ + size_, bytes.data(), bytes.size());
+  size_ += bytes.size();
+}
+
+void ByteBlock::Release() noexcept {
+  if (capacity_ >= kMappedFrom) {
+    munmap(data_, capacity_);
+  } else {
+    std::free(data_);
+  }
+  data_ = nullptr;
+  size_ = 0;
+  capacity_ = 0;
+}
+
+}  // namespace oxaqrycln

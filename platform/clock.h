@@ -1,0 +1,41 @@
+// clock.h - the local date and time, and a steady time for waits. One per apartment.
+// Tests set it: the wall clock alone (a jump), or both together (time passing).
+#ifndef OXAQRYCLN_PLATFORM_CLOCK_H_
+#define OXAQRYCLN_PLATFORM_CLOCK_H_
+
+#include <chrono>
+
+#include "platform/date_time.h"
+
+namespace oxaqrycln {
+
+class Clock {
+ public:
+  using Duration = std::chrono::nanoseconds;
+  using SteadyPoint = std::chrono::time_point<std::chrono::steady_clock, Duration>;
+
+  // A reading of the wall clock: the current second, and how much of it has passed.
+  struct Reading {
+    DateTime second;
+    Duration passed;
+  };
+  Reading Read() const noexcept;
+  DateTime Now() const noexcept { return Read().second; }
+  // Never jumps; moved by Advance only.
+  SteadyPoint SteadyNow() const noexcept { return std::chrono::steady_clock::now() + advanced_; }
+
+  // Sets the wall clock, which then runs on; the steady time does not notice.
+  void SetWall(DateTime now) noexcept;
+  // Lets time pass at once, on the wall clock and the steady clock alike.
+  void Advance(Duration duration) noexcept { advanced_ += duration; }
+
+ private:
+  Duration advanced_{0};
+  bool wallIsSet_ = false;
+  DateTime wall_;            // valid when set: what the wall clock showed ...
+  SteadyPoint wallSetAt_{};  // ... at this steady time
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_CLOCK_H_

@@ -1,0 +1,84 @@
+#include "platform/event_loop.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/timer.h"
+
+namespace oxaqrycln {
+
+EventLoop::WatchId EventLoop::Watch(NativeSocket socket, Ready wanted, ReadySink& sink) {
+  watched_.reserve(watched_.size() + 1);
+  entries_.push_back({socket, wanted, Ready::None});
+  watched_.push_back({++lastId_, &sink});
+  return lastId_;
+}
+
+void EventLoop::Change(WatchId watch, Ready wanted) noexcept {
+  for (std::size_t i = 0; i < watched_.size(); ++i) {
+    if (watched_[i].id == watch) entries_[i].wanted = wanted;
+  }
+}
+
+void EventLoop::Unwatch(WatchId watch) noexcept {
+  for (std::size_t i = 0; i < watched_.size(); ++i) {
+    if (watched_[i].id != watch) continue;
+    watched_.erase(watched_.begin() + static_cast<std::ptrdiff_t>(i));
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(i));
+    return;
+  }
+}
+
+bool EventLoop::RunPosted() {
+  if (posted_.empty()) return false;
+  // Only the calls that stand here now: one that posts again waits for the next yield.
+  const auto calls = std::exchange(posted_, {});
+  for (const auto& call : calls) call();
+  return true;
+}
+
+bool EventLoop::RunDueTimers() {
+  bool any = false;
+  const SteadyPoint now = clock_.SteadyNow();
+  for (std::size_t i = 0; i < timers_.size(); ++i) any |= timers_[i]->FireIfDue(now);
+  return any;
+}
+
+EventLoop::SteadyPoint EventLoop::NextTimer(SteadyPoint latest) const noexcept {
+  for (const Timer* timer : timers_) latest = std::min(latest, timer->NextDue());
+  return latest;
+}
+
+void EventLoop::Dispatch() {
+  if (watched_.size() == 1) {
+    watched_.front().sink->OnReady(entries_.front().found);
+    return;
+  }
+  // A sink may end any watch, its own included, so each ready one is looked up again by its id before it is told.
+  std::vector<std::pair<WatchId, Ready>> ready;
+  for (std::size_t i = 0; i < watched_.size(); ++i) {
+    if (entries_[i].found != Ready::None) ready.emplace_back(watched_[i].id, entries_[i].found);
+  }
+  for (const auto& [id, found] : ready) {
+    const auto watched = std::ranges::find(watched_, id, &Watched::id);
+    if (watched != watched_.end()) watched->sink->OnReady(found);
+  }
+}
+
+void EventLoop::Yield() {
+  RunPosted();
+  RunDueTimers();
+  if (!watched_.empty() && Poll(entries_, Clock::Duration::zero()) > 0) Dispatch();
+}
+
+void EventLoop::YieldUntil(SteadyPoint latest) {
+  const bool posted = RunPosted();
+  if (RunDueTimers() || posted) latest = SteadyPoint::min();
+  if (latest != SteadyPoint::min()) latest = NextTimer(latest);
+  const Clock::Duration wait =
+      latest == SteadyPoint::min() ? Clock::Duration::zero() : latest - clock_.SteadyNow();
+  if (Poll(entries_, wait) > 0) Dispatch();
+  RunDueTimers();
+}
+
+}  // namespace oxaqrycln

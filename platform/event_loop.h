@@ -1,0 +1,69 @@
+// event_loop.h - the cooperative yield of an apartment: socket events, timers and posted calls run inside it.
+// Holds nothing of the operating system; belongs to one thread.
+#ifndef OXAQRYCLN_PLATFORM_EVENT_LOOP_H_
+#define OXAQRYCLN_PLATFORM_EVENT_LOOP_H_
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/poller.h"
+
+namespace oxaqrycln {
+
+// Told when a watched socket is ready. May end its own watch or any other.
+class ReadySink {
+ public:
+  virtual void OnReady(Ready found) = 0;
+
+ protected:
+  ~ReadySink() = default;
+};
+
+class EventLoop {
+ public:
+  using WatchId = std::uint64_t;  // 0 is no watch
+  using SteadyPoint = Clock::SteadyPoint;
+
+  explicit EventLoop(const Clock& clock) noexcept : clock_(clock) {}
+  EventLoop(const EventLoop&) = delete;
+  EventLoop& operator=(const EventLoop&) = delete;
+
+  WatchId Watch(NativeSocket socket, Ready wanted, ReadySink& sink);
+  void Change(WatchId watch, Ready wanted) noexcept;
+  void Unwatch(WatchId watch) noexcept;
+
+  // Runs a call of the host inside the next yield; to be posted from the loop's own thread. What the call lets out
+  // leaves through the yield.
+  void Post(std::function<void()> call) { posted_.push_back(std::move(call)); }
+
+  // Runs what is ready and returns at once.
+  void Yield();
+  // The same, but waits in the poller for something to run, at the latest until the time given.
+  void YieldUntil(SteadyPoint latest);
+
+  const Clock& clock() const noexcept { return clock_; }
+
+ private:
+  friend class Timer;
+  struct Watched {
+    WatchId id;
+    ReadySink* sink;
+  };
+  bool RunPosted();
+  bool RunDueTimers();
+  SteadyPoint NextTimer(SteadyPoint latest) const noexcept;
+  void Dispatch();
+
+  const Clock& clock_;
+  std::vector<PollEntry> entries_;  // entries_[i] is polled for watched_[i]
+  std::vector<Watched> watched_;
+  WatchId lastId_ = 0;
+  std::vector<class Timer*> timers_;
+  std::vector<std::function<void()>> posted_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_EVENT_LOOP_H_

@@ -1,0 +1,60 @@
+// files.h - files and directories as the component uses them. Paths may separate with "\" and "/" alike.
+// Text is code page text; every failure is a RuntimeError with the customary number (53, 70, 75, 76, 61, ...).
+#ifndef OXAQRYCLN_PLATFORM_FILES_H_
+#define OXAQRYCLN_PLATFORM_FILES_H_
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace oxaqrycln {
+
+// The path in the form of the local file system: native separators, the encoding of the file system's names.
+// Raises Bad file name for an empty path and for one that holds a NUL.
+std::string NativePath(std::string_view path);
+
+// The part after the last "\" or "/"; the whole text without one.
+std::string_view LastPathPart(std::string_view path) noexcept;
+
+// True for a name that can stand for one file in a directory: not empty, not "." or "..", no separator, ":" or control
+// character, no trailing dot or blank, no Windows device name with or without an extension, at most 255 bytes.
+bool IsPlainFileName(std::string_view name) noexcept;
+
+// A file open for writing from its start. Closing tells what went wrong; ending without a close does not.
+class OutputFile {
+ public:
+  // Creates or overwrites the file, readable by its owner and group only.
+  explicit OutputFile(std::string_view path);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  void Write(std::string_view bytes);
+  void Close();
+
+ private:
+  int descriptor_ = -1;
+};
+
+// Appends the pieces to the file in one write, creating it readable by its owner and group only.
+void AppendToFile(std::string_view path, std::span<const std::string_view> pieces);
+// Creates or overwrites the file.
+void WriteFile(std::string_view path, std::string_view content);
+void DeleteFile(std::string_view path);
+// Replaces an existing file of the new name.
+void RenameFile(std::string_view from, std::string_view to);
+// Removes an empty directory.
+void RemoveDirectory(std::string_view path);
+
+// One entry of a directory; a link to a directory is no directory.
+struct DirectoryEntry {
+  std::string name;
+  bool isDirectory = false;
+};
+// All entries but "." and "..", in the order of their names' bytes. The empty path is the current directory.
+std::vector<DirectoryEntry> ListDirectory(std::string_view path);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_FILES_H_

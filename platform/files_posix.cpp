@@ -1,0 +1,151 @@
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+#include "platform/code_page.h"
+#include "platform/errors.h"
+#include "platform/files.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr mode_t kFileMode = 0640;
+
+// The one place where errors of the file system become run-time errors.
+[[noreturn]] void RaiseFileError(int native) {
+  switch (native) {
+    case ENOENT:
+      throw RuntimeError(error::kFileNotFound);
+    case ENOTDIR:
+    case ELOOP:
+      throw RuntimeError(error::kPathNotFound);
+    case ENAMETOOLONG:
+    case EINVAL:
+    case EBADF:
+      throw RuntimeError(error::kBadFileName);
+    case EEXIST:
+      throw RuntimeError(error::kFileAlreadyExists);
+    case EMFILE:
+    case ENFILE:
+      throw RuntimeError(error::kTooManyFiles);
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      throw RuntimeError(error::kDiskFull);
+    case EACCES:
+    case EPERM:
+    case EBUSY:
+    case ETXTBSY:
+      throw RuntimeError(error::kPermissionDenied);
+    case EISDIR:
+    case ENOTEMPTY:
+    case EROFS:
+      throw RuntimeError(error::kPathFileAccess);
+    case ENOMEM:
+      throw RuntimeError(error::kOutOfMemory);
+    default:
+      throw RuntimeError(error::kDeviceInputOutput);
+  }
+}
+
+int OpenToWrite(std::string_view path, int flags) {
+  const int descriptor = open(NativePath(path).c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC, kFileMode);
+  // A file to be made is not missing itself; its directory is.
+  if (descriptor < 0 && errno == ENOENT) throw RuntimeError(error::kPathNotFound);
+  if (descriptor < 0) RaiseFileError(errno);
+  return descriptor;
+}
+
+}  // namespace
+
+std::string NativePath(std::string_view path) {
+  if (path.empty() || path.find('\0') != std::string_view::npos) throw RuntimeError(error::kBadFileName);
+  std::string native = ToUtf8(path);
+  std::ranges::replace(native, '\\', '/');
+  return native;
+}
+
+void AppendToFile(std::string_view path, std::span<const std::string_view> pieces) {
+  std::vector<iovec> parts;
+  parts.reserve(pieces.size());
+  for (const std::string_view piece : pieces) {
+    parts.push_back({const_cast<char*>(piece.data()), piece.size()});  // NOLINT: writev does not change it
+  }
+  const int descriptor = OpenToWrite(path, O_APPEND);
+  const ssize_t written = writev(descriptor, parts.data(), static_cast<int>(std::min<std::size_t>(parts.size(), IOV_MAX)));
+  const int native = written < 0 ? errno : 0;
+  close(descriptor);
+  if (native != 0) RaiseFileError(native);
+}
+
+OutputFile::OutputFile(std::string_view path) : descriptor_(OpenToWrite(path, O_TRUNC)) {}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+void OutputFile::Write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) RaiseFileError(errno);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void OutputFile::Close() {
+  if (close(std::exchange(descriptor_, -1)) != 0) RaiseFileError(errno);
+}
+
+void WriteFile(std::string_view path, std::string_view content) {
+  OutputFile file(path);
+  file.Write(content);
+  file.Close();
+}
+
+void DeleteFile(std::string_view path) {
+  if (unlink(NativePath(path).c_str()) != 0) RaiseFileError(errno);
+}
+
+void RenameFile(std::string_view from, std::string_view to) {
+  if (std::rename(NativePath(from).c_str(), NativePath(to).c_str()) != 0) RaiseFileError(errno);
+}
+
+void RemoveDirectory(std::string_view path) {
+  if (rmdir(NativePath(path).c_str()) == 0) return;
+  if (errno == ENOENT) throw RuntimeError(error::kPathNotFound);
+  RaiseFileError(errno);
+}
+
+std::vector<DirectoryEntry> ListDirectory(std::string_view path) {
+  const std::string native = path.empty() ? "." : NativePath(path);
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(native.c_str()), &closedir);
+  if (directory == nullptr) {
+    if (errno == ENOENT) throw RuntimeError(error::kPathNotFound);
+    RaiseFileError(errno);
+  }
+  std::vector<DirectoryEntry> entries;
+  while (const dirent* each = readdir(directory.get())) {
+    const std::string name = each->d_name;
+    if (name == "." || name == "..") continue;
+    // A name without a form in the code page cannot be spoken of here.
+    auto text = FromUtf8(name);
+    if (!text) continue;
+    struct stat status {};
+    const bool known = fstatat(dirfd(directory.get()), each->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0;
+    entries.push_back({std::move(*text), known && S_ISDIR(status.st_mode)});
+  }
+  std::ranges::sort(entries, {}, &DirectoryEntry::name);
+  return entries;
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,22 @@
+// module_info.h - where the component's own module lies, and which thread is running.
+#ifndef OXAQRYCLN_PLATFORM_MODULE_INFO_H_
+#define OXAQRYCLN_PLATFORM_MODULE_INFO_H_
+
+#include <cstdint>
+#include <string>
+
+namespace oxaqrycln {
+
+struct ModuleInfo {
+  std::string directory;  // without a separator at its end
+  std::string fileName;
+  std::uintptr_t handle = 0;  // where the module is loaded
+};
+
+// The library or program that holds this code; empty names when the machine does not tell.
+ModuleInfo ThisModule();
+std::int64_t CurrentThreadId() noexcept;
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_MODULE_INFO_H_

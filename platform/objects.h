@@ -1,0 +1,29 @@
+// objects.h - the registry by which external objects are made from their programmatic identifiers.
+#ifndef OXAQRYCLN_PLATFORM_OBJECTS_H_
+#define OXAQRYCLN_PLATFORM_OBJECTS_H_
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/variant.h"
+
+#pragma GCC visibility push(default)
+
+namespace oxaqrycln {
+
+using ObjectMaker = std::function<std::shared_ptr<Object>()>;
+
+// Registers or replaces the maker for an identifier, whatever its letter case. Safe from any thread.
+void RegisterObject(std::string_view programId, ObjectMaker maker);
+// Takes an identifier out of the registry; false when it was not there.
+bool UnregisterObject(std::string_view programId);
+// A new object. Raises 429 when the identifier is not registered or its maker gives none.
+std::shared_ptr<Object> CreateObject(std::string_view programId);
+
+}  // namespace oxaqrycln
+
+#pragma GCC visibility pop
+
+#endif  // OXAQRYCLN_PLATFORM_OBJECTS_H_

@@ -1,0 +1,30 @@
+// open_files.h - files open for writing under numbers from 1 to 255, as file transfers use them.
+#ifndef OXAQRYCLN_PLATFORM_OPEN_FILES_H_
+#define OXAQRYCLN_PLATFORM_OPEN_FILES_H_
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace oxaqrycln {
+
+class OpenFiles {
+ public:
+  // Creates or overwrites the file under the lowest free number. Raises Too many files, and what the file system says.
+  std::uint8_t OpenForWriting(std::string_view path);
+  // Writes at the current position. Raises Bad file name or number for a number that is not open, Disk full.
+  void Write(std::uint8_t number, std::string_view bytes);
+  // Frees the number, also when closing raises an error.
+  void Close(std::uint8_t number);
+
+ private:
+  std::unique_ptr<OutputFile>& At(std::uint8_t number);
+  std::array<std::unique_ptr<OutputFile>, 256> files_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_OPEN_FILES_H_

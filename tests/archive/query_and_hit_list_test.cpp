@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+const Variant kFailed = Variant::Integer(-1);
+
+Variant Search(clsQuery& query, Variant* status = nullptr) {
+  return query.TELOQueryArchiveInit("word", 10, 100, "F", "R", Missing, Missing, nullptr, nullptr, nullptr, nullptr,
+                                    status);
+}
+
+TEST(Query, SendsItsValuesInTheServersOrderAndReadsTheHead) {
+  WithAnswer({"42", "10=Title;11=Date=x", "1", "store", "^r^,^d^,^v^,^Title^"}, [](Page& page) {
+    Variant keys;
+    Variant values;
+    Variant total;
+    Variant multiTiff;
+    Variant status;
+    EXPECT_EQ(page.query.TELOQueryArchiveInit("a AND b", 10, 500, "Std", "$(#M)", 7, "L2", &keys, &values, &total,
+                                              &multiTiff, &status),
+              Variant::Long(1));
+    EXPECT_EQ(page.LastCommand(), "^QueryArchive^,^a AND b^,^10^,^500^,^7^,^Std^,^$(#M)^,^L2^");
+    EXPECT_EQ(keys, Variant("10,11"));
+    EXPECT_EQ(values, Variant("Title,Date=x"));
+    EXPECT_EQ(total, Variant("42"));
+    EXPECT_EQ(multiTiff, Variant(true));
+    EXPECT_EQ(status, Variant(""));
+    Variant keysAlone = "untouched";
+    page.query.TELOQueryArchiveInit("q", 1, 1, "", "", Missing, Missing, &keysAlone);
+    EXPECT_EQ(page.LastCommand(), "^QueryArchive^,^q^,^1^,^1^,^^,^^,^^,^^");
+    EXPECT_EQ(keysAlone, Variant("untouched"));
+  });
+}
+
+TEST(HitList, IsWalkedFromTheTitleRow) {
+  WithAnswer({"3", "", "0", "store", "^junk^,^DocID^,^Ver^,^Title^,^Date^",
+              "^$(#Mail)\\Inbox^,^4711^,^2^,^Offer^,^01.02.2003^", "^$(#)\\^,^^,^^,^^", "^$(#M)\\A^,^1^,^2^",
+              "^,^$(#M)\\A^,^2^,^3^,^odd^"},
+             [](Page& page) {
+               EXPECT_EQ(Search(page.query), Variant::Long(5));
+               Variant channel;
+               Variant archive;
+               Variant document;
+               Variant version;
+               const auto next = [&] {
+                 return page.query.TELOQueryArchiveNext(&channel, &archive, &document, &version);
+               };
+               EXPECT_EQ(next(), "^Title^,^Date^");
+               EXPECT_EQ(channel, Variant("Channel"));
+               EXPECT_EQ(archive, Variant("Archive"));
+               EXPECT_EQ(document, Variant("DocID"));
+               EXPECT_EQ(next(), "^Offer^,^01.02.2003^");
+               EXPECT_EQ(channel, Variant("Mail"));
+               EXPECT_EQ(archive, Variant("Inbox"));
+               EXPECT_EQ(document, Variant("4711"));
+               EXPECT_EQ(version, Variant("2"));
+               EXPECT_EQ(next(), "^^");
+               EXPECT_EQ(channel, Variant(""));
+               EXPECT_EQ(archive, Variant(""));
+               EXPECT_EQ(next(), "");  // a row without display columns
+               EXPECT_EQ(version, Variant("2"));
+               // A field that begins with ",^": the cut and the count of occurrences differ, each by its own rule.
+               EXPECT_EQ(page.query.TELOQueryArchiveNext(nullptr, nullptr, &document), "^3^,^odd^");
+               EXPECT_EQ(document, Variant("2"));
+               EXPECT_EQ(next(), "");
+               EXPECT_EQ(version, Variant("2"));
+               EXPECT_EQ(page.Log().find("Processing error"), std::string::npos) << page.Log();
+             });
+}
+
+TEST(HitList, ARowThatCannotBeReadEndsThroughTheHandler) {
+  struct Case {
+    const char* name;
+    const char* row;
+    bool onlyDocument;
+    const char* error;
+  };
+  for (const Case& each : {Case{"no reference middle", "^Mail^,^1^,^2^,^x^", false, "5 - "},
+                           Case{"reference too short", "^)\\^,^1^,^2^,^x^", false, "5 - "},
+                           Case{"no caret", "plain", true, "9 - "}, Case{"empty row", "", true, "9 - "}}) {
+    WithAnswer({"1", "", "0", "store", "^t^,^d^,^v^,^c^", each.row, "^$(#M)\\A^,^1^,^2^,^x^"}, [&](Page& page) {
+      Search(page.query);
+      page.query.TELOQueryArchiveNext();
+      Variant channel;
+      Variant document;
+      EXPECT_EQ(page.query.TELOQueryArchiveNext(each.onlyDocument ? nullptr : &channel, nullptr, &document), "")
+          << each.name;
+      EXPECT_NE(page.Log().find(std::string("'TELOQueryArchiveNext()': ") + each.error), std::string::npos)
+          << each.name << page.Log();
+    });
+  }
+}
+
+TEST(Query, ShortAnswersGiveWhatIsThere) {
+  const std::string beforeThird = Answer({"7", "", "01"});
+  WithAnswers({Answer({"1", "", "0", "s", "^t^,^d^,^v^,^c^"}), beforeThird, Answer({"7", "k=v;broken"}), Answer({"7"}),
+               Answer({"1", "", "0", "s"})},
+              [](Page& page) {
+                Search(page.query);
+                Variant total;
+                Variant multiTiff;
+                Variant keys;
+                Variant values;
+                Variant status = "untouched";
+                const auto search = [&] {
+                  return page.query.TELOQueryArchiveInit("w", 1, 1, "", "", Missing, Missing, &keys, &values, &total,
+                                                         &multiTiff, &status);
+                };
+                EXPECT_EQ(search(), Variant::Long(-1));  // three lines
+                EXPECT_EQ(total, Variant("7"));
+                EXPECT_EQ(multiTiff, Variant(false));
+                EXPECT_EQ(status, Variant("untouched"));
+                EXPECT_EQ(search(), Variant::Long(-2));  // a layout entry without "="
+                EXPECT_EQ(keys, Variant("k,"));
+                EXPECT_NE(page.Log().find("'TELOQueryArchiveInit()': 5 - "), std::string::npos);
+                EXPECT_EQ(search(), Variant::Long(-3));  // no layout line
+                EXPECT_NE(page.Log().find("'TELOQueryArchiveInit()': 9 - "), std::string::npos);
+                EXPECT_EQ(search(), Variant::Long(0));
+                EXPECT_EQ(status, Variant(""));
+                EXPECT_EQ(page.query.TELOQueryArchiveNext(), "");
+              });
+}
+
+TEST(Query, AFailureKeepsStatusApartFromTheResult) {
+  WithAnswers({Framed("Status: Syntax error at ')'\r\n")}, [](Page& page) {
+    Variant status;
+    EXPECT_EQ(Search(page.query, &status), kFailed);
+    EXPECT_EQ(status, Variant("Syntax error at ')'"));
+    EXPECT_EQ(page.query.TELOQueryArchiveNext(), "");
+  });
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

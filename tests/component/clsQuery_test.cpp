@@ -1,0 +1,185 @@
+// The life of an instance: settings, Init, page events, end.
+#include "component/clsQuery.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/database.h"
+#include "platform/errors.h"
+#include "platform/objects.h"
+#include "platform/scripting_context.h"
+#include "tests/support/page.h"
+#include "transport/apartment.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+// A database that a host registers; counts what is asked of it.
+class HostDatabase : public Connection {
+ public:
+  explicit HostDatabase(std::string& trace) : trace_(trace) {}
+  void Open(std::string_view connectionString) override {
+    if (connectionString == "broken") throw RuntimeError(error::kPermissionDenied);
+    trace_ += "open(" + std::string(connectionString) + ") ";
+    state_ = 1;
+  }
+  std::shared_ptr<Recordset> Execute(std::string_view /*statement*/) override { return nullptr; }
+  std::int32_t State() const override { return state_; }
+  void Close() override {
+    trace_ += "close ";
+    state_ = 0;
+  }
+
+ private:
+  std::string& trace_;
+  std::int32_t state_ = 0;
+};
+
+struct Settings {
+  explicit Settings(clsQuery& query, const TemporaryDirectory& logs) {
+    query.strSessionID = "S1";
+    query.strDebugLogPath = logs.path();
+  }
+};
+
+TEST(Instance, LogsItsLifeFromInitToItsEnd) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    {
+      clsQuery query;
+      const Settings settings(query, logs);
+      EXPECT_TRUE(query.Init(false));
+    }
+    const std::string log = logs.Read("S1.log");
+    std::size_t at = 0;
+    for (const char* line :
+         {"     Initializing new ", "component_test v0.1.0 instance with handle id ", " and thread id ",
+          " for session id S1\r\n", "     Assigning control instance #1\r\n",
+          "     Terminating OXAQryCln instance for session id S1\r\n", "     Releasing control instance #1\r\n"}) {
+      const std::size_t found = log.find(line, at);
+      ASSERT_NE(found, std::string::npos) << line << " is not in order in\n" << log;
+      at = found;
+    }
+    EXPECT_EQ(log.find("Processing error"), std::string::npos) << log;
+  });
+}
+
+TEST(Instance, GivesItsSlotBackAndWorksWithoutALog) {
+  InOwnThread([] {
+    for (int i = 0; i < 3; ++i) {
+      clsQuery first;
+      clsQuery second;
+      EXPECT_TRUE(first.Init(false));
+      EXPECT_TRUE(second.Init(false));
+      EXPECT_TRUE(second.Init(false));  // once more: goes on with its slot
+      const clsQuery without;           // ends without Init
+      EXPECT_EQ(Apartment::Current()->controls.SlotCount(), 2);
+    }
+  });
+}
+
+TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    std::string trace;
+    {
+      clsQuery query;
+      const Settings settings(query, logs);
+      EXPECT_FALSE(query.Init());
+      EXPECT_NE(logs.Read("S1.log").find("'Init()': 429 - "), std::string::npos);
+    }
+    RegisterObject("ADODB.Connection", [&trace] { return std::make_shared<HostDatabase>(trace); });
+    {
+      clsQuery query;
+      const Settings settings(query, logs);
+      query.strDBConnect = "DSN=web";
+      EXPECT_TRUE(query.Init());
+      EXPECT_NE(logs.Read("S1.log").find("     Opening database connection: DSN=web\r\n"), std::string::npos);
+    }
+    EXPECT_EQ(trace, "open(DSN=web) close ");
+    {
+      clsQuery query;
+      const Settings settings(query, logs);
+      query.strDBConnect = "broken";
+      EXPECT_FALSE(query.Init(true));
+      EXPECT_NE(logs.Read("S1.log").find("'Init()': 70 - Permission denied"), std::string::npos);
+    }
+    EXPECT_EQ(trace, "open(DSN=web) close ");  // what never opened is not closed
+    UnregisterObject("adodb.connection");
+  });
+}
+
+TEST(Init, FailsThroughItsHandlerWhenEverySlotIsTaken) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    frmControls& controls = Apartment::Current()->controls;
+    while (controls.GetFreeControl() != -1) {
+    }
+    EXPECT_EQ(controls.SlotCount(), 32767);
+    clsQuery query;
+    const Settings settings(query, logs);
+    EXPECT_FALSE(query.Init(false));
+    EXPECT_NE(logs.Read("S1.log").find("'Init()': 7 - No free connection slot"), std::string::npos);
+    controls.ReleaseControl(9);
+    EXPECT_TRUE(query.Init(false));
+  });
+}
+
+TEST(RemoteHosts, ReportsABadListUnderItsOwnNameAndTakesALaterOne) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    clsQuery query;
+    const Settings settings(query, logs);
+    query.RemoteHosts("host,port");
+    EXPECT_NE(logs.Read("S1.log").find("'Let RemoteHosts()': 13 - Type mismatch"), std::string::npos);
+    query.RemoteHosts("a,1,0");
+    query.RemoteHosts("b,2");
+    const std::string log = logs.Read("S1.log");
+    EXPECT_NE(log.find("     Setting query server #1: a - 1 - 0\r\n"), std::string::npos);
+    EXPECT_EQ(log.find("Setting query server #1: b"), std::string::npos);
+  });
+}
+
+class HostPage : public ScriptingContext {
+ public:
+  std::shared_ptr<PageRequest> Request() override { return nullptr; }
+};
+
+TEST(PageEvents, KeepTheContextFromStartToEndAndRefuseOtherValues) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    clsQuery query;
+    const Settings settings(query, logs);
+    auto context = std::make_shared<HostPage>();
+    query.OnStartPage(Variant(Variant::ObjectRef(context)));
+    EXPECT_EQ(context.use_count(), 2);
+    query.OnEndPage();
+    EXPECT_EQ(context.use_count(), 1);
+    query.OnStartPage("no object");
+    EXPECT_NE(logs.Read("S1.log").find("'OnStartPage()': 13 - "), std::string::npos);
+  });
+}
+
+TEST(HelperMethods, FailThroughTheirHandlers) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    clsQuery query;
+    const Settings settings(query, logs);
+    EXPECT_EQ(query.Decode(query.Encode("Text")), "Text");
+    EXPECT_EQ(query.Encode(Missing), "");
+    EXPECT_EQ(query.Decode("08"), "");
+    query.DeleteFTPObjects(logs.path() + "\\none\\*");
+    const std::string log = logs.Read("S1.log");
+    EXPECT_NE(log.find("'Encode()': 13 - "), std::string::npos);
+    EXPECT_NE(log.find("'Decode()': 13 - "), std::string::npos);
+    EXPECT_NE(log.find("     Deleting FTP objects '" + logs.path() + "\\none\\*'"), std::string::npos);
+    EXPECT_NE(log.find("'DeleteFTPObjects()': 76 - "), std::string::npos);
+    query.WriteLog("mine", 2);
+    query.WriteLog("plain");
+    query.WriteLog("odd level", 999);
+    EXPECT_NE(logs.Read("S1.log").find("!!! <WARNING> mine\r\n"), std::string::npos);
+    EXPECT_NE(logs.Read("S1.log").find("     plain\r\n"), std::string::npos);
+  });
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

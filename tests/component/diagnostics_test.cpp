@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+TEST(Diagnostics, SayHelloAndAskAServer) {
+  WithAnswers({Answer({"alive", "more"}), Answer({}), Answer({"a", "", "b"}), Framed("Status: Unknown command\r\n")},
+              [](Page& page) {
+                EXPECT_EQ(page.query.HelloWorld(), "Hello World!");
+                EXPECT_EQ(page.query.LiveCheck(), "alive");
+                EXPECT_EQ(page.LastCommand(), "^LiveCheck^");
+                EXPECT_EQ(page.query.TELOGetAllArchivesNext(), "alive");  // the answer stays in the buffer
+                EXPECT_EQ(page.query.LiveCheck(), "");
+                EXPECT_NE(page.Log().find("'LiveCheck()': 9 - "), std::string::npos);
+                EXPECT_EQ(page.query.DirectQuery("^Any^,^text^"), "a\r\n\r\nb");
+                EXPECT_EQ(page.LastCommand(), "^Any^,^text^");
+                EXPECT_EQ(page.query.DirectQuery("^Nonsense^"), "Unknown command");
+              });
+}
+
+TEST(Diagnostics, ReturnTheErrorTextWithoutAServer) {
+  InOwnThread([] {
+    clsQuery query;
+    EXPECT_EQ(query.LiveCheck(),
+              "General processing error: 91 - The instance has no connection slot; call Init first");
+    EXPECT_TRUE(query.Init(false));
+    EXPECT_EQ(query.LiveCheck(), "All query servers are currently busy");
+    EXPECT_EQ(query.DirectQuery("^X^"), "All query servers are currently busy");
+  });
+}
+
+TEST(WriteTest, ShowsInTheLogHowFarItGot) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    const TemporaryDirectory blobs;
+    clsQuery query;
+    query.strSessionID = "S1";
+    query.strDebugLogPath = logs.path();
+    query.strBlobPathLocal = blobs.path();
+    query.WriteTest();
+    const std::string file = blobs.path() + "\\WriteTest.txt'\r\n";
+    EXPECT_NE(logs.Read("S1.log").find("Writing test file '" + file), std::string::npos);
+    EXPECT_NE(logs.Read("S1.log").find("Deleting test file '" + file), std::string::npos);
+    EXPECT_FALSE(blobs.Has("WriteTest.txt"));
+    query.strSessionID = "S2";
+    query.strBlobPathLocal = blobs.path() + "\\missing";
+    query.WriteTest();
+    EXPECT_NE(logs.Read("S2.log").find("'WriteTest()': 76 - Path not found"), std::string::npos);
+    EXPECT_EQ(logs.Read("S2.log").find("Deleting test file"), std::string::npos);
+  });
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,48 @@
+// requester.h - a page's settings with an initialised request execution, for tests below the public class.
+#ifndef OXAQRYCLN_TESTS_SUPPORT_REQUESTER_H_
+#define OXAQRYCLN_TESTS_SUPPORT_REQUESTER_H_
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "transport/apartment.h"
+#include "transport/request.h"
+#include "transport/response_buffer.h"
+
+namespace oxaqrycln::testing {
+
+// Owns an apartment of its own, so that no test sees another one's servers.
+struct Requester {
+  explicit Requester(const std::string& hosts, std::int32_t timeoutSeconds = 10, std::string logDirectory = "")
+      : timeout(timeoutSeconds), directory(std::move(logDirectory)) {
+    apartment->servers.Load(hosts, log);
+    execution.UseSlot(static_cast<std::int16_t>(apartment->controls.GetFreeControl()));
+    apartment->controls.StrDebugLogPath(execution.slot(), directory);
+    apartment->controls.StrSessionID(execution.slot(), session);
+    apartment->controls.UdtWinsockMode(execution.slot(), kReceiveText);
+  }
+
+  // True and the answer's text in text, or false and the error text in error.
+  bool Request(std::string_view request) {
+    error.clear();
+    const bool done = execution.Request({.request = request, .data = {}}, &error);
+    text = done ? std::string(execution.TakeResponse().View()) : std::string();
+    return done;
+  }
+
+  std::shared_ptr<Apartment> apartment = std::make_shared<Apartment>();
+  std::int32_t timeout;
+  std::string directory;
+  std::string session = "S1";
+  std::string user = "webuser";
+  std::string password = "secret";
+  SessionLog log{directory, session, apartment->clock};
+  RequestExecution execution{apartment, timeout, {session, user, password}, log};
+  std::string text;
+  std::string error;
+};
+
+}  // namespace oxaqrycln::testing
+
+#endif  // OXAQRYCLN_TESTS_SUPPORT_REQUESTER_H_

@@ -1,0 +1,116 @@
+#include "tools/devserver/query_parser.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tools/devserver/errors.h"
+#include "tools/devserver/sample_archive.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+// Three documents with the texts "red apple", "red pear" and "green apple pie"; hits are their numbers.
+std::string Hits(const std::string& query) {
+  static Database* database = [] {
+    auto* opened = new Database("");
+    opened->Execute(
+        "CREATE VIRTUAL TABLE d USING fts5 (title, author, customer, type, date, amount, text);"
+        "INSERT INTO d (rowid, title, text) VALUES (1, 'One', 'red apple'), (2, 'Two', 'red pear'),"
+        "(3, 'Three', 'green apple pie')");
+    return opened;
+  }();
+  const std::string expression = ParseQuery(query);
+  Statement statement(*database, "SELECT rowid FROM d WHERE d MATCH ? ORDER BY rowid");
+  statement.Bind(1, std::string_view(expression));
+  std::string hits;
+  while (statement.Next()) hits += statement.Text(0);
+  return hits;
+}
+
+TEST(QueryParser, FindsWhatTheQueryMeans) {
+  struct Case {
+    const char* query;
+    const char* hits;
+  };
+  const Case cases[] = {
+      {"red", "12"},
+      {"RED", "12"},
+      {"red apple", "1"},
+      {"red AND apple", "1"},
+      {"pear OR pie", "23"},
+      {"red apple OR pie", "13"},
+      {"red (apple OR pear)", "12"},
+      {"apple NOT red", "3"},
+      {"NOT red apple", "3"},
+      {"apple AND NOT (red OR pie)", ""},
+      {"\"apple pie\"", "3"},
+      {"\"pie apple\"", ""},
+      {"app*", "13"},
+      {"\"green app\"*", "3"},
+      {"title:two", "2"},
+      {"Title:red", ""},
+      {"text:(red NOT pear)", "1"},
+      {"title:t* text:red", "2"},
+      {"and", ""},
+      // What SQLite would read as its own syntax is plain text here.
+      {"red-apple", "1"},
+      {"{title}", ""},
+      {"NEAR pear", ""},
+      {"\"apple + pie\"", "3"},
+      {"pear^", "2"},
+      {"'pear';--", "2"},
+  };
+  for (const Case& row : cases) EXPECT_EQ(Hits(row.query), row.hits) << row.query;
+}
+
+TEST(QueryParser, SaysWhatIsWrong) {
+  struct Case {
+    std::string query;
+    const char* text;
+  };
+  const Case cases[] = {
+      {" ", "empty"},
+      {"red AND", "missing at the end"},
+      {"AND red", "AND needs a term"},
+      {"OR red", "missing before OR"},
+      {"red OR OR pie", "missing before OR"},
+      {"red NOT", "missing at the end"},
+      {"NOT red", "exclude from"},
+      {"(red", "')' is missing"},
+      {"red)", "')' without '('"},
+      {"()", "missing before ')'"},
+      {"\"red", "closing '\"'"},
+      {"colour:red", "no field 'colour'"},
+      {"title:", "has no value"},
+      {"title: red", "has no value"},
+      {"--- red", "no letter or digit"},
+      {"\"\"", "no letter or digit"},
+      {std::string("red\0pie", 7), "control character"},
+      {std::string(33, '(') + "red" + std::string(33, ')'), "nested parentheses"},
+      {[] {
+         std::string many;
+         for (int term = 0; term < 201; ++term) many += "a ";
+         return many;
+       }(),
+       "more than 200 terms"},
+  };
+  for (const Case& row : cases) {
+    try {
+      ADD_FAILURE() << row.query << " gave " << ParseQuery(row.query);
+    } catch (const ServerError& error) {
+      EXPECT_THAT(error.what(), testing::AllOf(testing::StartsWith("Query: "), testing::HasSubstr(row.text)))
+          << row.query;
+    }
+  }
+}
+
+TEST(QueryParser, TakesTheLargestQueryItAllows) {
+  std::string query = std::string(32, '(') + "red" + std::string(32, ')');
+  for (int term = 0; term < 199; ++term) query += " OR pie";
+  EXPECT_EQ(Hits(query), "123");
+}
+
+}  // namespace
+}  // namespace oxaqrycln::devserver

@@ -1,0 +1,166 @@
+#include "tools/devserver/service.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "component/text_helpers.h"
+#include "tools/devserver/errors.h"
+#include "tools/devserver/sample_archive.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ServiceTest : public testing::Test {
+ protected:
+  std::string Ask(const std::string& command, const std::string& user = "webuser",
+                  const std::string& encoded = Encode("secret")) {
+    return service_.Answer("^S1^,^" + user + "^,^" + encoded + "^,^" + command + "^");
+  }
+  std::vector<std::string> AskLines(const std::string& command) {
+    const std::string answer = Ask(command);
+    EXPECT_THAT(answer, testing::EndsWith("\r\n"));
+    std::vector<std::string> lines;
+    for (std::size_t start = 0, end = 0; (end = answer.find("\r\n", start)) != std::string::npos; start = end + 2) {
+      lines.push_back(answer.substr(start, end - start));
+    }
+    return lines;
+  }
+  // The number of hits of a query, or its status line.
+  std::string Hits(const std::string& query, const std::string& format = "", const std::string& rights = "") {
+    const auto lines = AskLines("QueryArchive^,^" + query + "^,^1^,^0^,^^,^" + format + "^,^" + rights + "^,^");
+    return lines.size() > 1 ? lines[1] : lines[0];
+  }
+
+  Service service_{OpenArchive(""),
+                   {{"webuser", "secret"},
+                    {"m\xFCller",
+                     "gr\xFC\xDF"
+                     "e"}}};
+};
+
+TEST_F(ServiceTest, AdmitsAccountsOnly) {
+  EXPECT_THAT(Ask("LiveCheck"), StartsWith("Status: OK\r\nOXA development archive server "));
+  EXPECT_THAT(Ask("LiveCheck", "m\xFCller",
+                  Encode("gr\xFC\xDF"
+                         "e")),
+              StartsWith("Status: OK\r\n"));
+  EXPECT_EQ(Ask("LiveCheck", "webuser", Encode("Secret")), "Status: Access denied for user 'webuser'\r\n");
+  EXPECT_EQ(Ask("LiveCheck", "webuser", "secret"), "Status: Access denied for user 'webuser'\r\n");
+  EXPECT_EQ(Ask("LiveCheck", "x\r\nStatus: OK"), "Status: Access denied for user 'x..Status: OK'\r\n");
+}
+
+TEST_F(ServiceTest, ListsChannelsArchivesAndTheirProperties) {
+  EXPECT_THAT(
+      AskLines("getchannels"),
+      testing::ElementsAre("Status: OK", "Mail,Incoming and outgoing mail", "Finance,Invoices, orders and contracts",
+                           "Technik,Zeichnungen und Pr\xFC"
+                           "fberichte",
+                           "B\xFCro,Protokolle, Aush\xE4nge", "Projects,Nothing filed here yet"));
+  EXPECT_EQ(AskLines("GetAllArchives").size(), 10U);
+  EXPECT_THAT(AskLines("GetAllArchives"), testing::Contains("$(#Technik)\\Pr\xFC"
+                                                            "fberichte"));
+  EXPECT_THAT(Ask("GetAllArchivesExt"), HasSubstr("#Mail,Incoming and outgoing mail\r\nInbox,Letters received\r\n"));
+  EXPECT_THAT(AskLines("GetQueryFormatList^,^finance^,^ORDERS"),
+              testing::ElementsAre("Status: OK", "Full text", "Title", "People", "Order data"));
+  EXPECT_THAT(AskLines("GetArchiveProperties^,^B\xFCro^,^Protokolle"),
+              testing::ElementsAre("Status: OK", "1,1,1,0,30"));
+}
+
+TEST_F(ServiceTest, LaysHitsOut) {
+  const auto lines = AskLines("QueryArchive^,^*^,^2^,^0^,^13^,^^,^$(#Finance)\\Invoices^,^2");
+  ASSERT_EQ(lines.size(), 8U);
+  EXPECT_EQ(lines[1], "30");
+  EXPECT_EQ(lines[2], "12=Customer;10=Title;14=Date;15=Amount;13=Type");
+  EXPECT_EQ(lines[3], "1");
+  EXPECT_EQ(lines[4], "^0^,^0^,^0^,^0^,^0^,^1024^,^512^,^0^");
+  EXPECT_EQ(lines[5], "^Reference^,^Document^,^Version^,^Customer^,^Title^,^Date^,^Amount^,^Type^");
+  EXPECT_THAT(lines[6], testing::MatchesRegex("\\^\\$\\(#Finance\\)\\\\Invoices\\^,\\^[0-9]+\\^,\\^[1-3]\\^,\\^.+\\^,"
+                                              "\\^Invoice for .+\\^,\\^[0-9.]+\\^,\\^[0-9]+,[0-9]+\\^,\\^Invoice\\^"));
+}
+
+TEST_F(ServiceTest, RestrictsByFormatAndFolderRights) {
+  struct Case {
+    const char* query;
+    const char* format;
+    const char* rights;
+    const char* hits;
+  };
+  const Case cases[] = {
+      {"*", "", "", "270"},
+      {"*", "order data", "", "90"},
+      {"zeichnung", "", "", "30"},
+      {"zeichnung", "People", "", "0"},
+      {"title:zeichnung", "Title", "", "30"},
+      {"*", "", "$(#Mail)", "90"},
+      {"*", "", "$(#mail)\\*;$(#B\xDCRO)\\protokolle;", "120"},
+      {"*", "", "$(#Nowhere)\\Inbox", "0"},
+      {"zeichnung", "", "$(#Mail)", "0"},
+      {"*", "", "Mail", "Status: Folder rights: 'Mail' is not of the form $(#Channel)\\Archive"},
+      {"*", "", "$(#Mail)Inbox", "Status: Folder rights: '$(#Mail)Inbox' is not of the form $(#Channel)\\Archive"},
+      {"*", "", "$(#Mail);;$(#Finance)", "Status: Folder rights: '' is not of the form $(#Channel)\\Archive"},
+      {"*", "", "$(#)\\x", "Status: Folder rights: '$(#)\\x' is not of the form $(#Channel)\\Archive"},
+      {"*", "Nothing", "", "Status: There is no query format 'Nothing'"},
+  };
+  for (const Case& row : cases) {
+    EXPECT_EQ(Hits(row.query, row.format, row.rights), row.hits) << row.query << " " << row.format << " " << row.rights;
+  }
+}
+
+TEST_F(ServiceTest, HoldsTheLimitsOfAQuery) {
+  EXPECT_EQ(AskLines("QueryArchive^,^*^,^0^,^270^,^^,^^,^^,^").size(), 276U);
+  EXPECT_EQ(AskLines("QueryArchive^,^*^,^^,^^,^^,^^,^^,^").size(), 276U);
+  EXPECT_EQ(AskLines("QueryArchive^,^*^,^7^,^0^,^^,^^,^^,^").size(), 13U);
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^7^,^269^,^^,^^,^^,^"),
+            "Status: The query has 270 hits, more than the 269 allowed\r\n");
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^-1^,^0^,^^,^^,^^,^"), "Status: Max lines '-1' is no number from 0\r\n");
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^1^,^1x^,^^,^^,^^,^"), "Status: Query max '1x' is no number from 0\r\n");
+}
+
+TEST_F(ServiceTest, RefusesWhatItCannotCarryOut) {
+  struct Case {
+    const char* command;
+    const char* answer;
+  };
+  const Case cases[] = {
+      {"Nonsense", "Status: Unknown command 'Nonsense'\r\n"},
+      {"", "Status: Unknown command ''\r\n"},
+      {"GetChannels^,^x", "Status: GetChannels takes 0 parameters, not 1\r\n"},
+      {"GetQueryFormatList^,^Mail", "Status: GetQueryFormatList takes 2 parameters, not 1\r\n"},
+      {"GetQueryFormatList^,^Mail^,^Nowhere", "Status: There is no archive $(#Mail)\\Nowhere\r\n"},
+      {"QueryArchive^,^red)^,^0^,^0^,^^,^^,^^,^", "Status: Query: ')' without '('\r\n"},
+      {"QueryArchive^,^red^,^0^,^0^,^99^,^^,^^,^", "Status: There is no layout field '99'\r\n"},
+      {"QueryArchive^,^red^,^0^,^0^,^^,^^,^^,^9", "Status: There is no layout '9'\r\n"},
+  };
+  for (const Case& row : cases) EXPECT_EQ(Ask(row.command), row.answer) << row.command;
+  EXPECT_EQ(service_.Answer("^a^,^b^,^c^"), "Status: The request holds no command\r\n");
+  EXPECT_EQ(service_.Answer("^a^,^b"), "Status: The request is not a list of fields in carets\r\n");
+}
+
+TEST(SampleArchive, IsKeptInItsFileAndOverwritesNoOther) {
+  const std::string file = testing::TempDir() + "devserver_archive_test.db";
+  std::remove(file.c_str());
+  OpenArchive(file, 9).Execute("DELETE FROM document WHERE id = 1001");
+  Database again = OpenArchive(file, 9);
+  Statement count(again, "SELECT count(*) FROM document");
+  ASSERT_TRUE(count.Next());
+  EXPECT_EQ(count.Number(0), 8);
+  std::remove(file.c_str());
+
+  Database(file).Execute("CREATE TABLE other (x)");
+  EXPECT_THROW(OpenArchive(file), ServerError);
+  std::remove(file.c_str());
+  std::ofstream(file) << "no database at all, but a text of some length";
+  EXPECT_THROW(OpenArchive(file), ServerError);
+  std::remove(file.c_str());
+}
+
+}  // namespace
+}  // namespace oxaqrycln::devserver

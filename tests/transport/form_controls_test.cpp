@@ -1,0 +1,55 @@
+#include "transport/form_controls.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/errors.h"
+#include "tests/support/temporary_directory.h"
+#include "transport/apartment.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+TEST(FormControls, HandsOutTheFirstFreeSlotFromOne) {
+  Apartment apartment;
+  frmControls& controls = apartment.controls;
+  EXPECT_EQ(controls.GetFreeControl(), 1);
+  EXPECT_EQ(controls.GetFreeControl(), 2);
+  EXPECT_TRUE(controls.ReleaseControl(1));
+  EXPECT_EQ(controls.GetFreeControl(), 1);
+  EXPECT_EQ(controls.GetFreeControl(), 3);
+  EXPECT_EQ(controls.SlotCount(), 3);
+}
+
+TEST(FormControls, KeepsTheRecordsOfSlotsApartAndChecksTheirNumbers) {
+  Apartment apartment;
+  frmControls& controls = apartment.controls;
+  controls.GetFreeControl();
+  controls.GetFreeControl();
+  controls.StrResponse(1, "one");
+  controls.StrResponse(2, "two");
+  controls.BytTransferFile(2, 255);
+  controls.LngBytesToReceive(2, -1);
+  EXPECT_EQ(controls.StrResponse(1), "one");
+  EXPECT_EQ(controls.BytTransferFile(1), 0);
+  EXPECT_EQ(controls.BytTransferFile(2), 255);
+  EXPECT_EQ(controls.LngBytesToReceive(2), -1);
+  EXPECT_THROW(controls.StrResponse(3), RuntimeError);
+  EXPECT_THROW(controls.BlnRequestReady(-1, true), RuntimeError);
+}
+
+TEST(FormControls, LogsForTheOwnerOfASlotAndLosesOtherLines) {
+  const TemporaryDirectory logs;
+  Apartment apartment;
+  frmControls& controls = apartment.controls;
+  controls.GetFreeControl();
+  controls.WriteLog(1, "lost: no directory");
+  controls.StrDebugLogPath(1, logs.path());
+  controls.StrSessionID(1, "slot");
+  controls.WriteLog(1, "kept", bytWarning);
+  controls.WriteLog(2, "lost: no slot");
+  controls.WriteLog(-1, "lost: no slot");
+  EXPECT_EQ(logs.Read("slot.log").substr(19), " !!! <WARNING> kept\r\n");
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,261 @@
+// Request execution: the pool, fail-over, time-out, re-entry and what is given back, over real sockets.
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <ctime>
+#include <future>
+
+#include "component/text_helpers.h"
+#include "tests/support/requester.h"
+#include "tests/support/scripted_server.h"
+#include "tests/support/temporary_directory.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kAllBusy = "All query servers are currently busy";
+
+std::string UnusedHost() { return "127.0.0.1," + std::to_string(UnusedPort()); }
+
+int OpenDescriptors() {
+  int count = 0;
+  DIR* directory = opendir("/proc/self/fd");
+  while (readdir(directory) != nullptr) ++count;
+  closedir(directory);
+  return count;
+}
+
+TEST(Request, SendsPrefixAndCommandAndLogsEveryStep) {
+  const TemporaryDirectory logs;
+  ScriptedServer server(ScriptedServer::Replies(Framed("pong")));
+  Requester page(server.Host(), 10, logs.path());
+  ASSERT_TRUE(page.Request("^Ping^,^1^")) << page.error;
+  EXPECT_EQ(server.Requests().at(0), "^S1^,^webuser^,^" + Encode("secret") + "^,^Ping^,^1^");
+  const std::string log = logs.Read("S1.log");
+  std::size_t at = 0;
+  for (const char* line : {"Found free server #1: 127.0.0.1:", "Winsock connection established",
+                           "Winsock(1): First string packet received: 4 bytes",
+                           "Winsock(1): All packets received: 4 bytes in total",
+                           "\r\nResponse received: \r\npong\r\n", "Releasing server #1"}) {
+    const std::size_t found = log.find(line, at);
+    ASSERT_NE(found, std::string::npos) << line << "\nnot in order in\n" << log;
+    at = found;
+  }
+  EXPECT_FALSE(page.apartment->servers.At(1).busy);
+}
+
+TEST(Request, FailsOverToTheNextServerAndLeavesTheRefusingOneBusy) {
+  const TemporaryDirectory logs;
+  ScriptedServer server(ScriptedServer::Replies(Framed("pong")));
+  Requester page(UnusedHost() + "|" + server.Host(), 10, logs.path());
+  ASSERT_TRUE(page.Request("^Ping^")) << page.error;
+  EXPECT_EQ(page.text, "pong");
+  EXPECT_TRUE(page.apartment->servers.At(1).busy);
+  EXPECT_FALSE(page.apartment->servers.At(2).busy);
+  const std::string log = logs.Read("S1.log");
+  EXPECT_NE(log.find("!!! <WARNING> Winsock error occured: 10061 - "), std::string::npos) << log;
+  EXPECT_NE(log.find(" - trying to contact another server instance"), std::string::npos);
+  EXPECT_EQ(log.find("Releasing server #1"), std::string::npos);
+  EXPECT_NE(log.find("Releasing server #2"), std::string::npos);
+}
+
+TEST(Request, EndsAtOnceWhenEveryServerIsBusyOrRefuses) {
+  Requester page(UnusedHost() + "|" + UnusedHost());
+  EXPECT_FALSE(page.Request("^Ping^"));
+  EXPECT_EQ(page.error, kAllBusy);  // both were tried and stay busy
+  EXPECT_FALSE(page.Request("^Ping^"));
+  EXPECT_EQ(page.error, kAllBusy);
+  Requester none("");
+  EXPECT_FALSE(none.Request("^Ping^"));
+  EXPECT_EQ(none.error, kAllBusy);
+}
+
+TEST(Request, SendsPrintRequestsToPrintServersOnly) {
+  ScriptedServer first(ScriptedServer::Replies(Framed("first")));
+  ScriptedServer second(ScriptedServer::Replies(Framed("second")));
+  Requester page(first.Host() + ",0|" + second.Host() + ",1");
+  ASSERT_TRUE(page.Request("^GetSegmentPrintfile2^,^x^")) << page.error;
+  EXPECT_EQ(page.text, "second");
+  ASSERT_TRUE(page.Request("^GetSegmentData^,^x^")) << page.error;
+  EXPECT_EQ(page.text, "first");
+  Requester without(first.Host() + ",0");
+  EXPECT_FALSE(without.Request("^GETsegmentPRINTFILE2^"));
+  EXPECT_EQ(without.error, kAllBusy);
+}
+
+TEST(Request, TimesOutOnASilentServerUsingNoProcessorTime) {
+  const TemporaryDirectory logs;
+  ScriptedServer server({ScriptedServer::Silent(), ScriptedServer::Replies(Framed("awake"))});
+  Requester page(server.Host(), 1, logs.path());
+  timespec before{};
+  timespec after{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &before);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(page.Request("^Ping^"));
+  const auto took = std::chrono::steady_clock::now() - start;
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &after);
+  EXPECT_EQ(page.error, "Timeout of 1 seconds occured while waiting for server response");
+  EXPECT_GE(took, 1s);
+  EXPECT_LT((after.tv_sec - before.tv_sec) * 1000 + (after.tv_nsec - before.tv_nsec) / 1000000, 100);
+  EXPECT_NE(logs.Read("S1.log").find("!!! <WARNING> Timeout occured - last Winsock state: 7"), std::string::npos);
+  EXPECT_FALSE(page.apartment->servers.At(1).busy);
+  ASSERT_TRUE(page.Request("^Ping^")) << page.error;
+  EXPECT_EQ(page.text, "awake");
+}
+
+TEST(Request, CountsSecondBoundariesThatAJumpOfTheWallClockDoesNotTouch) {
+  Requester* inside = nullptr;
+  ScriptedServer server([](Peer& peer) {
+    peer.ReadRequest();
+    peer.Pause(300);
+    peer.Send(Framed("late"));
+    peer.WaitForClose();
+  });
+  Requester page(server.Host(), 20);
+  inside = &page;
+  page.apartment->loop.Post([&] { inside->apartment->clock.SetWall(DateTime::FromCivil({2031, 1, 1, 0, 0, 0})); });
+  EXPECT_TRUE(page.Request("^Ping^")) << page.error;
+
+  // Time that really passes ends it: 20 seconds of patience are over after 21 more.
+  ScriptedServer silent(ScriptedServer::Silent());
+  Requester waiting(silent.Host(), 20);
+  waiting.apartment->loop.Post([&] { waiting.apartment->clock.Advance(21s); });
+  EXPECT_FALSE(waiting.Request("^Ping^"));
+  EXPECT_EQ(waiting.error, "Timeout of 20 seconds occured while waiting for server response");
+}
+
+TEST(Request, RefusesReentryAndLeavesTheRunningRequestAlone) {
+  const TemporaryDirectory logs;
+  ScriptedServer server([](Peer& peer) {
+    peer.ReadRequest();
+    peer.Pause(50);
+    peer.Send(Framed("outer"));
+    peer.WaitForClose();
+  });
+  Requester page(server.Host(), 10, logs.path());
+  bool innerResult = true;
+  std::string innerError;
+  page.apartment->loop.Post(
+      [&] { innerResult = page.execution.Request({.request = "^Inner^", .data = {}}, &innerError); });
+  ASSERT_TRUE(page.Request("^Outer^")) << page.error;
+  EXPECT_FALSE(innerResult);
+  EXPECT_EQ(innerError, "Winsock Error (previous request not finished properly)");
+  EXPECT_EQ(page.text, "outer");
+  EXPECT_NE(logs.Read("S1.log").find("!!! <WARNING> Server request cancelled due to previous one still running"),
+            std::string::npos);
+}
+
+TEST(Request, InterleavesTwoInstancesOfOneApartmentThroughTheirYields) {
+  ScriptedServer slow([](Peer& peer) {
+    peer.ReadRequest();
+    peer.Pause(100);
+    peer.Send(Framed("slow"));
+    peer.WaitForClose();
+  });
+  ScriptedServer quick(ScriptedServer::Replies(Framed("quick")));
+  Requester page(slow.Host() + "|" + quick.Host());
+  const std::int16_t secondSlot = static_cast<std::int16_t>(page.apartment->controls.GetFreeControl());
+  RequestExecution second(page.apartment, page.timeout, {page.session, page.user, page.password}, page.log);
+  second.UseSlot(secondSlot);
+  std::string secondText;
+  page.apartment->loop.Post([&] {
+    ASSERT_TRUE(second.Request({.request = "^Ping^", .data = {}}, nullptr));
+    secondText = second.TakeResponse().View();
+  });
+  ASSERT_TRUE(page.Request("^Ping^")) << page.error;
+  EXPECT_EQ(page.text, "slow");
+  EXPECT_EQ(secondText, "quick");
+}
+
+TEST(Request, SendsToAPeerThatNeverReadsOnlyAsLongAsTheTimeoutAllows) {
+  ScriptedServer server([](Peer& peer) { peer.Pause(5000); });
+  Requester page(server.Host(), 0);
+  const std::string request = "^" + std::string(64U << 20U, 'x') + "^";
+  EXPECT_FALSE(page.Request(request));
+  EXPECT_EQ(page.error, "Timeout of 0 seconds occured while waiting for server response");
+}
+
+TEST(Request, ReportsBadPortsAndUnknownHostsAsSocketErrors) {
+  const TemporaryDirectory logs;
+  ScriptedServer server(ScriptedServer::Replies(Framed("pong")));
+  Requester page("127.0.0.1,70000|no-such-host.invalid,1|" + server.Host(), 10, logs.path());
+  page.apartment->resolver = [](const std::string&) { return LookupResult{{}, 11001}; };
+  ASSERT_TRUE(page.Request("^Ping^")) << page.error;
+  EXPECT_NE(logs.Read("S1.log").find("Winsock error occured: 10049 - "), std::string::npos);
+  EXPECT_NE(logs.Read("S1.log").find("Winsock error occured: 11001 - "), std::string::npos);
+}
+
+TEST(Request, LooksAHostNameUpOnceAndAgainAfterAFailedConnect) {
+  auto server = std::make_unique<ScriptedServer>(ScriptedServer::Replies(Framed("pong")));
+  Requester page("archive.example," + std::to_string(server->port()));
+  std::atomic<int> lookups = 0;
+  page.apartment->resolver = [&](const std::string& host) {
+    ++lookups;
+    EXPECT_EQ(host, "archive.example");
+    // The first address answers nobody; the second one is the server's.
+    return LookupResult{{*NumericAddress("::1"), *NumericAddress("127.0.0.1")}, 0};
+  };
+  ASSERT_TRUE(page.Request("^Ping^")) << page.error;
+  ASSERT_TRUE(page.Request("^Ping^")) << page.error;
+  EXPECT_EQ(lookups, 1);
+  server.reset();
+  EXPECT_FALSE(page.Request("^Ping^"));
+  page.apartment->servers.Release(1);
+  EXPECT_FALSE(page.Request("^Ping^"));
+  EXPECT_EQ(lookups, 2);
+}
+
+TEST(Request, ASlowLookupEndsWithTheTimeoutAndLeavesNoDescriptor) {
+  std::promise<void> release;
+  const auto released = release.get_future().share();
+  Requester page("slow.example,1", 0);
+  page.apartment->resolver = [released](const std::string&) {
+    released.wait_for(20s);
+    return LookupResult{{}, 11001};
+  };
+  const int before = OpenDescriptors();
+  EXPECT_FALSE(page.Request("^Ping^"));
+  EXPECT_EQ(page.error, "Timeout of 0 seconds occured while waiting for server response");
+  EXPECT_EQ(OpenDescriptors(), before);
+  EXPECT_FALSE(page.apartment->servers.At(1).busy);
+  release.set_value();
+}
+
+TEST(Request, WorksWithMoreThanAThousandDescriptorsOpen) {
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  rlimit raised = limit;
+  raised.rlim_cur = std::min<rlim_t>(limit.rlim_max, 4096);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &raised), 0);
+  std::vector<int> taken;
+  while (taken.size() < 1090) taken.push_back(dup(0));
+  ScriptedServer server(ScriptedServer::Replies(Framed("pong")));
+  Requester page(server.Host());
+  EXPECT_TRUE(page.Request("^Ping^")) << page.error;
+  for (const int each : taken) close(each);
+}
+
+TEST(Request, WithoutASlotFailsThroughItsHandler) {
+  Requester page("127.0.0.1,1");
+  page.execution.UseSlot(0);
+  EXPECT_FALSE(page.Request("^Ping^"));
+  EXPECT_EQ(page.error, "General processing error: 91 - The instance has no connection slot; call Init first");
+}
+
+TEST(Request, AnErrorThrownInsideAYieldGivesServerAndSocketBack) {
+  ScriptedServer server({ScriptedServer::Silent(), ScriptedServer::Replies(Framed("pong"))});
+  Requester page(server.Host());
+  page.apartment->loop.Post([] { throw RuntimeError(5); });
+  EXPECT_FALSE(page.Request("^Ping^"));
+  EXPECT_EQ(page.error, "General processing error: 5 - Invalid procedure call or argument");
+  EXPECT_FALSE(page.apartment->servers.At(1).busy);
+  EXPECT_TRUE(page.Request("^Ping^")) << page.error;
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,105 @@
+#include "transport/server_table.h"
+
+#include <gtest/gtest.h>
+
+#include "component/text_helpers.h"
+#include "platform/errors.h"
+#include "tests/support/requester.h"
+#include "tests/support/temporary_directory.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+const DateTime kTenOClock = DateTime::FromCivil({2026, 11, 15, 10, 0, 0});
+
+class ServerTableTest : public ::testing::Test {
+ protected:
+  void Load(std::string_view hosts) { servers.Load(hosts, log); }
+  TemporaryDirectory logs;
+  std::string directory{logs.path()};
+  std::string session{"S1"};
+  Apartment apartment;
+  SessionLog log{directory, session, apartment.clock};
+  ServerTable& servers = apartment.servers;
+};
+
+TEST_F(ServerTableTest, ReadsEntriesAndKeepsTheFirstList) {
+  Load("h,1|srv-b,2002,0|c,3,|d,4,1,user," + Encode("pass") + "|e,5,2,user");
+  ASSERT_EQ(servers.Count(), 5);
+  EXPECT_TRUE(servers.At(1).print);
+  EXPECT_FALSE(servers.At(2).print);
+  EXPECT_FALSE(servers.At(3).print);
+  EXPECT_TRUE(servers.At(4).print);
+  EXPECT_EQ(servers.At(4).password, "pass");
+  EXPECT_FALSE(servers.At(5).print);
+  EXPECT_EQ(servers.At(5).password, "");
+  EXPECT_NE(logs.Read("S1.log").find("     Setting query server #2: srv-b - 2002 - 0\r\n"), std::string::npos);
+  Load("other,9");
+  EXPECT_EQ(servers.At(1).host, "h");
+}
+
+TEST_F(ServerTableTest, ABadEntryLeavesTheTableUnsetForALaterAssignment) {
+  for (const char* bad : {"h,port", "h,", "h", "a,1||b,2", "h,99999999999", "h,1,1,u,ZZ"}) {
+    EXPECT_THROW(Load(bad), RuntimeError) << bad;
+    EXPECT_EQ(servers.Count(), 0) << bad;
+  }
+  Load("");
+  EXPECT_EQ(servers.Count(), 0);
+  EXPECT_EQ(servers.GetFreeServer(false, "S"), 0);
+  Load("h,1");  // the empty list counted as set
+  EXPECT_EQ(servers.Count(), 0);
+}
+
+TEST_F(ServerTableTest, ClaimsTheFirstFreeServerThatMayTakeTheRequest) {
+  Load("a,1,0|b,2,1");
+  EXPECT_EQ(servers.GetFreeServer(true, "S"), 2);
+  EXPECT_EQ(servers.GetFreeServer(true, "S"), 0);
+  apartment.clock.SetWall(kTenOClock);
+  EXPECT_EQ(servers.GetFreeServer(false, "S7"), 1);
+  std::string report;
+  EXPECT_EQ(servers.GetFreeServer(false, "S", &report), 0);
+  EXPECT_EQ(report.rfind("\r\nServer #1 (a:1): in use by session S7 since 15.11.2026 10:00:0", 0), 0U) << report;
+  EXPECT_NE(report.find("\r\nServer #2 (b:2): in use by session S since "), std::string::npos) << report;
+  servers.Release(1);
+  EXPECT_EQ(servers.GetFreeServer(false, "S"), 1);
+}
+
+TEST_F(ServerTableTest, FreesAClaimAfterMoreThanFiveMinuteBoundaries) {
+  struct Case {
+    const char* name;
+    CivilTime claimed;
+    CivilTime checked;
+    std::int16_t freed;
+  };
+  for (const Case& each : {Case{"five boundaries", {2026, 11, 15, 10, 0, 0}, {2026, 11, 15, 10, 5, 58}, 0},
+                           Case{"six boundaries in five minutes", {2026, 11, 15, 10, 0, 58}, {2026, 11, 15, 10, 6, 0}, 1},
+                           Case{"over midnight", {2026, 11, 15, 23, 58, 0}, {2026, 11, 16, 0, 4, 0}, 1}}) {
+    Apartment fresh;
+    fresh.servers.Load("a,1", log);
+    fresh.clock.SetWall(DateTime::FromCivil(each.claimed));
+    ASSERT_EQ(fresh.servers.GetFreeServer(false, "S"), 1);
+    fresh.clock.SetWall(DateTime::FromCivil(each.checked));
+    EXPECT_EQ(fresh.servers.CheckReleaseBusyServer(), each.freed) << each.name;
+    EXPECT_EQ(fresh.servers.At(1).busy, each.freed == 0) << each.name;
+  }
+}
+
+TEST_F(ServerTableTest, TheFormsTimerFreesOneStaleServerATick) {
+  Load("a,1|b,2");
+  servers.GetFreeServer(false, "S");
+  servers.GetFreeServer(false, "S");
+  apartment.clock.Advance(7min);
+  apartment.loop.Yield();
+  EXPECT_FALSE(servers.At(1).busy);
+  EXPECT_TRUE(servers.At(2).busy);
+  apartment.loop.Yield();
+  EXPECT_TRUE(servers.At(2).busy);
+  apartment.clock.Advance(10s);
+  apartment.loop.Yield();
+  EXPECT_FALSE(servers.At(2).busy);
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,19 @@
+// hit_list.h - the QueryArchive command: runs a query and lays its hits out as rows.
+#ifndef OXAQRYCLN_TOOLS_DEVSERVER_HIT_LIST_H_
+#define OXAQRYCLN_TOOLS_DEVSERVER_HIT_LIST_H_
+
+#include <string>
+
+#include "tools/devserver/commands.h"
+
+namespace oxaqrycln::devserver {
+
+// Parameters: query, max lines, query max, layout field ID, query format, folder rights, layout ID. Max lines bounds
+// the rows of the answer, query max the hits that a query may have; 0 or "" is no bound. Layout ID "" is layout 1; a
+// layout field ID adds that field's column behind those of the layout. A query format, "" for none, restricts the
+// search to its fields and to the archives that offer it.
+std::string QueryArchive(Database& database, Parameters parameters);
+
+}  // namespace oxaqrycln::devserver
+
+#endif  // OXAQRYCLN_TOOLS_DEVSERVER_HIT_LIST_H_

@@ -1,0 +1,127 @@
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <csignal>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "component/version.h"
+#include "platform/code_page.h"
+#include "tools/devserver/errors.h"
+#include "tools/devserver/request.h"
+#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/server.h"
+#include "tools/devserver/service.h"
+
+namespace {
+
+using namespace oxaqrycln;
+using namespace oxaqrycln::devserver;
+
+std::atomic<Server*> runningServer = nullptr;
+
+extern "C" void StopRunningServer(int) {
+  if (Server* server = runningServer) server->Stop();
+}
+
+struct CommandLine {
+  ServerOptions server;
+  std::string database;
+  int documentCount = kSampleDocumentCount;
+  std::vector<std::string> accounts;
+  std::string misbehaviour = "none";
+  bool log = false;
+};
+
+void Declare(CLI::App& app, CommandLine& line) {
+  app.set_version_flag("--version", kVersionText);
+  app.add_option("--listen", line.server.address, "Numeric address to listen on")->capture_default_str();
+  app.add_option("--port", line.server.port, "TCP port; 0 takes any free one")->capture_default_str();
+  app.add_option("--database", line.database, "SQLite file, made and filled when new (default: in memory)");
+  app.add_option("--documents", line.documentCount, "Sample documents in a new database")
+      ->check(CLI::Range(0, 1000000))
+      ->capture_default_str();
+  app.add_option("--account", line.accounts, "USER:PASSWORD, repeatable (default: webuser:secret)")
+      ->allow_extra_args(false);
+  app.add_option("--max-connections", line.server.maxConnections, "Clients served at once")
+      ->check(CLI::Range(1, 10000))
+      ->capture_default_str();
+  app.add_flag("--log", line.log, "Write each request (without its password) and its status to standard error");
+  app.add_option("--misbehave", line.misbehaviour,
+                 "Break the protocol: refuse, delay:MS, silent, cut:N, reset:N,\nbytewise[:MS], count:TEXT, "
+                 "no-header or never-read")
+      ->capture_default_str();
+  app.add_option("--misbehave-every", line.server.misbehaveEvery, "Misbehave on each K-th connection only")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
+  app.footer(
+      "Prints \"listening on ADDRESS:PORT\" when it is ready; ends on SIGINT or SIGTERM.\n"
+      "Everything it serves is invented. The protocol stands in docs/protocol.md.");
+}
+
+std::string FromArgument(const std::string& text) {
+  const auto converted = FromUtf8(text);
+  if (!converted) throw ServerError("'" + text + "' holds a character outside Windows-1252");
+  return *converted;
+}
+
+Accounts ReadAccounts(const std::vector<std::string>& texts) {
+  if (texts.empty()) return {{"webuser", "secret"}};
+  Accounts accounts;
+  for (const std::string& text : texts) {
+    const std::size_t colon = text.find(':');
+    if (colon == std::string::npos) throw ServerError("account '" + text + "' is not of the form USER:PASSWORD");
+    accounts[FromArgument(text.substr(0, colon))] = FromArgument(text.substr(colon + 1));
+  }
+  return accounts;
+}
+
+void Log(std::string_view request, std::string_view answer) {
+  const auto fields = SplitRequest(request).fields;
+  std::string line;
+  for (std::size_t index = 0; index < fields.size(); ++index) {
+    if (index != 2) line += "[" + Printable(fields[index]) + "] ";
+  }
+  if (fields.empty()) line = "[" + Printable(request) + "] ";
+  line += Printable(answer.substr(0, answer.find("\r\n"))) + " (" + std::to_string(answer.size()) + " bytes)\n";
+  std::cerr << ToUtf8(line) << std::flush;
+}
+
+void Serve(const CommandLine& line) {
+  ServerOptions options = line.server;
+  options.misbehaviour = ParseMisbehaviour(line.misbehaviour);
+  Service service(OpenArchive(line.database, line.documentCount), ReadAccounts(line.accounts));
+  Server server(options, [&](std::string_view request) {
+    std::string answer = service.Answer(request);
+    if (line.log) Log(request, answer);
+    return answer;
+  });
+  runningServer = &server;
+  std::signal(SIGINT, StopRunningServer);
+  std::signal(SIGTERM, StopRunningServer);
+  std::signal(SIGPIPE, SIG_IGN);
+  const bool isVersion6 = options.address.find(':') != std::string::npos;
+  std::cout << "listening on " << (isVersion6 ? "[" + options.address + "]" : options.address) << ":" << server.port()
+            << std::endl;
+  server.Run();
+  runningServer = nullptr;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Development archive server: answers the query-server protocol from a small invented archive.",
+               "devserver");
+  CommandLine line;
+  Declare(app, line);
+  try {
+    app.parse(argc, argv);
+    Serve(line);
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  } catch (const std::exception& error) {
+    std::cerr << "devserver: " << error.what() << std::endl;
+    return 1;
+  }
+}

@@ -1,0 +1,160 @@
+#include "tools/devserver/query_parser.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/code_page.h"
+#include "tools/devserver/errors.h"
+#include "tools/devserver/request.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+constexpr std::array<std::string_view, 7> kFields = {"title", "author", "customer", "type", "date", "amount", "text"};
+constexpr int kDepthLimit = 32;
+constexpr int kTermLimit = 200;
+
+[[noreturn]] void Fail(const std::string& text) { throw ServerError("Query: " + text); }
+
+bool IsLetterOrDigit(char character) {
+  const auto code = static_cast<unsigned char>(character);
+  if (code >= 0xC0) return code != 0xD7 && code != 0xF7;
+  return (character >= '0' && character <= '9') || UpperCase(character) != character ||
+         (character >= 'A' && character <= 'Z');
+}
+
+bool IsBlank(char character) { return character == ' ' || character == '\t'; }
+
+class Parser {
+ public:
+  explicit Parser(std::string_view text) : rest_(text) {}
+
+  std::string Whole() {
+    std::string expression = Query();
+    if (!AtEnd()) Fail("')' without '('");
+    return expression;
+  }
+
+ private:
+  bool AtEnd() {
+    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
+    return rest_.empty();
+  }
+
+  bool Take(char character) {
+    if (rest_.empty() || rest_.front() != character) return false;
+    rest_.remove_prefix(1);
+    return true;
+  }
+
+  static bool EndsWord(char character) {
+    return IsBlank(character) || character == '(' || character == ')' || character == '"';
+  }
+
+  std::string_view Word() const {
+    return rest_.substr(0,
+                        static_cast<std::size_t>(std::find_if(rest_.begin(), rest_.end(), EndsWord) - rest_.begin()));
+  }
+
+  bool TakeOperator(std::string_view name) {
+    if (AtEnd() || Word() != name) return false;
+    rest_.remove_prefix(name.size());
+    return true;
+  }
+
+  bool GroupGoesOn() { return !AtEnd() && rest_.front() != ')' && Word() != "OR"; }
+
+  std::string Query() {
+    std::string expression = Group();
+    while (TakeOperator("OR")) expression += " OR " + Group();
+    return expression;
+  }
+
+  // SQLite knows NOT between two expressions only, so the excluded terms are put behind the wanted ones. NOT binds
+  // closer than AND there, and AND closer than OR; "a AND (b NOT c)" finds what "(a AND b) NOT c" finds.
+  std::string Group() {
+    std::string wanted;
+    std::string excluded;
+    do {
+      const bool joined = TakeOperator("AND");
+      if (joined && wanted.empty() && excluded.empty()) Fail("AND needs a term on both sides");
+      if (TakeOperator("NOT")) {
+        excluded += " NOT " + Term();
+      } else {
+        wanted += (wanted.empty() ? "" : " AND ") + Term();
+      }
+    } while (GroupGoesOn());
+    if (wanted.empty()) Fail("NOT needs a term to exclude from");
+    return wanted + excluded;
+  }
+
+  std::string Term() {
+    if (AtEnd()) Fail("a term is missing at the end");
+    if (rest_.front() == ')') Fail("a term is missing before ')'");
+    const std::string_view word = Word();
+    if (word == "AND" || word == "OR" || word == "NOT") Fail("a term is missing before " + std::string(word));
+    const std::size_t colon = word.find(':');
+    if (colon == std::string_view::npos) return Value("");
+    const std::string field = LowerCase(word.substr(0, colon));
+    if (std::find(kFields.begin(), kFields.end(), field) == kFields.end()) {
+      Fail("there is no field '" + Printable(word.substr(0, colon)) +
+           "' (fields are title, author, customer, type, date, amount, text)");
+    }
+    rest_.remove_prefix(colon + 1);
+    if (rest_.empty() || IsBlank(rest_.front()) || rest_.front() == ')') Fail("field '" + field + "' has no value");
+    return Value(field + " : ");
+  }
+
+  std::string Value(const std::string& filter) {
+    if (Take('(')) return filter + Parentheses();
+    if (++termCount_ > kTermLimit) Fail("more than " + std::to_string(kTermLimit) + " terms");
+    if (Take('"')) return filter + Phrase();
+    const std::string_view word = Word();
+    rest_.remove_prefix(word.size());
+    const bool prefix = word.ends_with('*');
+    return filter + Quoted(prefix ? word.substr(0, word.size() - 1) : word) + (prefix ? "*" : "");
+  }
+
+  std::string Parentheses() {
+    if (++depth_ > kDepthLimit) Fail("more than " + std::to_string(kDepthLimit) + " nested parentheses");
+    std::string expression = Query();
+    if (!Take(')')) Fail("a ')' is missing");
+    --depth_;
+    return "(" + expression + ")";
+  }
+
+  std::string Phrase() {
+    const std::size_t close = rest_.find('"');
+    if (close == std::string_view::npos) Fail("a closing '\"' is missing");
+    const std::string_view phrase = rest_.substr(0, close);
+    rest_.remove_prefix(close + 1);
+    return Quoted(phrase) + (Take('*') ? "*" : "");
+  }
+
+  static std::string Quoted(std::string_view value) {
+    if (std::none_of(value.begin(), value.end(), IsLetterOrDigit)) {
+      Fail("'" + Printable(value) + "' holds no letter or digit");
+    }
+    return '"' + std::string(value) + '"';
+  }
+
+  std::string_view rest_;
+  int depth_ = 0;
+  int termCount_ = 0;
+};
+
+}  // namespace
+
+std::string ParseQuery(std::string_view query) {
+  while (!query.empty() && IsBlank(query.front())) query.remove_prefix(1);
+  while (!query.empty() && IsBlank(query.back())) query.remove_suffix(1);
+  if (query.empty()) Fail("it is empty ('*' finds every document)");
+  if (query == "*") return {};
+  const auto isControl = [](char character) {
+    return static_cast<unsigned char>(character) < 0x20 && character != '\t';
+  };
+  if (std::any_of(query.begin(), query.end(), isControl)) Fail("it holds a control character");
+  return Parser(query).Whole();
+}
+
+}  // namespace oxaqrycln::devserver

@@ -1,0 +1,53 @@
+#include "tools/devserver/service.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "component/text_helpers.h"
+#include "tools/devserver/commands.h"
+#include "tools/devserver/errors.h"
+#include "tools/devserver/request.h"
+
+namespace oxaqrycln::devserver {
+
+std::string ErrorAnswer(std::string_view text) {
+  std::string line = "Status: " + std::string(text);
+  std::replace_if(
+      line.begin(), line.end(), [](char character) { return character == '\r' || character == '\n'; }, ' ');
+  return line + "\r\n";
+}
+
+// Passwords are compared in their encoded form: the encoding loses part of some characters, and cannot be undone then.
+Service::Service(Database database, Accounts accounts) : database_(std::move(database)), encoded_(std::move(accounts)) {
+  for (auto& [user, password] : encoded_) password = Encode(password);
+}
+
+std::string Service::Answer(std::string_view request) noexcept {
+  try {
+    return Dispatch(request);
+  } catch (const std::exception& error) {
+    return ErrorAnswer(error.what());
+  }
+}
+
+std::string Service::Dispatch(std::string_view request) {
+  const RequestFields split = SplitRequest(request);
+  const auto& fields = split.fields;
+  if (!split.ended) throw ServerError("The request is not a list of fields in carets");
+  if (fields.size() <= kPrefixFieldCount) throw ServerError("The request holds no command");
+  const auto account = encoded_.find(fields[1]);
+  if (account == encoded_.end() || account->second != fields[2]) {
+    throw ServerError("Access denied for user '" + Printable(fields[1]) + "'");
+  }
+  const Command* command = FindCommand(fields[kPrefixFieldCount]);
+  if (command == nullptr) throw ServerError("Unknown command '" + Printable(fields[kPrefixFieldCount]) + "'");
+  const Parameters parameters = Parameters(fields).subspan(kPrefixFieldCount + 1);
+  if (parameters.size() != command->parameterCount) {
+    throw ServerError(std::string(command->name) + " takes " + std::to_string(command->parameterCount) +
+                      " parameters, not " + std::to_string(parameters.size()));
+  }
+  return "Status: OK\r\n" + command->handler(database_, parameters);
+}
+
+}  // namespace oxaqrycln::devserver

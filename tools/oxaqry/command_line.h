@@ -1,0 +1,33 @@
+// command_line.h - oxaqry from its arguments to its exit status.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_COMMAND_LINE_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_COMMAND_LINE_H_
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "tools/oxaqry/settings.h"
+
+namespace oxaqrycln {
+
+struct Surroundings {
+  std::istream& in;
+  std::ostream& out;
+  std::ostream& err;
+  Settings::Environment environment;
+};
+
+// Runs the command that the arguments (without the program's name) ask for. The exit status: 0, 1 when the command
+// failed, 2 for wrong usage. The component's instances live on the calling thread.
+int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surroundings);
+
+// Every command with its long options, "--help" left out: what manual page and completions must name.
+struct CommandWords {
+  std::string command;
+  std::vector<std::string> options;
+};
+std::vector<CommandWords> AllCommandWords();
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_COMMAND_LINE_H_

@@ -1,0 +1,11 @@
+#include <cstdlib>
+#include <iostream>
+
+#include "tools/oxaqry/command_line.h"
+
+int main(int argumentCount, char** arguments) {
+  std::ios::sync_with_stdio(false);
+  const auto environment = [](const char* name) -> const char* { return std::getenv(name); };
+  return oxaqrycln::RunCommandLine({arguments + 1, arguments + argumentCount},
+                                   {std::cin, std::cout, std::cerr, environment});
+}

@@ -1,0 +1,15 @@
+// page_context.h - a page's scripting context whose request has a given body.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_PAGE_CONTEXT_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_PAGE_CONTEXT_H_
+
+#include <memory>
+
+#include "platform/scripting_context.h"
+
+namespace oxaqrycln {
+
+std::shared_ptr<ScriptingContext> MakePageContext(Variant::Bytes body);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_PAGE_CONTEXT_H_

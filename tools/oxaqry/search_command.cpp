@@ -1,0 +1,131 @@
+// The command "search": one query with its hit list.
+#include <ostream>
+#include <string_view>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "tools/oxaqry/answers.h"
+#include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/value_json.h"
+
+namespace oxaqrycln {
+namespace {
+
+struct HitList {
+  std::int32_t rowCount = 0;  // the title row included
+  Variant totalHits;
+  Variant layoutKeys;
+  Variant layoutValues;
+  Variant isMultiTiff;
+};
+
+struct Row {
+  Variant channel;
+  Variant archive;
+  Variant document;
+  Variant version;
+  std::vector<std::string> columns;
+};
+
+HitList Run(clsQuery& query, const SearchRequest& request) {
+  HitList list;
+  Variant status;
+  const Variant result = query.TELOQueryArchiveInit(
+      TextFromUtf8(request.query), request.maxLines, request.maxHits, TextFromUtf8(request.format),
+      TextFromUtf8(request.rights), TextFromUtf8(request.layoutFieldId), TextFromUtf8(request.layoutId),
+      &list.layoutKeys, &list.layoutValues, &list.totalHits, &list.isMultiTiff, &status);
+  list.rowCount = Count(result, status);
+  return list;
+}
+
+// "^a^,^b^" as a and b.
+std::vector<std::string> SplitColumns(std::string_view text) {
+  std::vector<std::string> columns;
+  if (text.empty()) return columns;
+  if (text.starts_with('^')) text.remove_prefix(1);
+  if (text.ends_with('^')) text.remove_suffix(1);
+  constexpr std::string_view kSeparator = "^,^";
+  for (std::size_t from = 0;;) {
+    const std::size_t end = text.find(kSeparator, from);
+    columns.emplace_back(text.substr(from, end - from));
+    if (end == std::string_view::npos) return columns;
+    from = end + kSeparator.size();
+  }
+}
+
+Row NextRow(clsQuery& query, std::int32_t number) {
+  Row row;
+  row.columns = SplitColumns(query.TELOQueryArchiveNext(&row.channel, &row.archive, &row.document, &row.version));
+  // A row that cannot be read leaves the channel unwritten, and the walk stands still.
+  if (row.channel.IsEmpty()) {
+    throw CommandError("row " + std::to_string(number) +
+                       " of the hit list is malformed: see the log (--log-dir) and ask the query server's operator");
+  }
+  return row;
+}
+
+Json JsonColumns(const Row& row) {
+  Json columns = Json::array();
+  for (const std::string& column : row.columns) columns.push_back(ToUtf8(column));
+  return columns;
+}
+
+std::vector<std::string> Cells(const Row& row) {
+  std::vector<std::string> cells{Printable(row.channel.ToText()), Printable(row.archive.ToText()),
+                                 Printable(row.document.ToText()), Printable(row.version.ToText())};
+  for (const std::string& column : row.columns) cells.push_back(Printable(column));
+  return cells;
+}
+
+void PrintJson(clsQuery& query, const HitList& list, std::ostream& out) {
+  Json columns = Json::array();
+  Json hits = Json::array();
+  for (std::int32_t i = 0; i < list.rowCount; ++i) {
+    const Row row = NextRow(query, i + 1);
+    if (i == 0) {
+      columns = JsonColumns(row);
+      continue;
+    }
+    hits.push_back({{"channel", ToUtf8(row.channel.ToText())},
+                    {"archive", ToUtf8(row.archive.ToText())},
+                    {"document", ToUtf8(row.document.ToText())},
+                    {"version", ToUtf8(row.version.ToText())},
+                    {"columns", JsonColumns(row)}});
+  }
+  const Json document{{"totalHits", ToUtf8(list.totalHits.ToText())},
+                      {"multiTiff", list.isMultiTiff.ToBoolean()},
+                      {"layoutKeys", ToUtf8(list.layoutKeys.ToText())},
+                      {"layoutValues", ToUtf8(list.layoutValues.ToText())},
+                      {"columns", std::move(columns)},
+                      {"hits", std::move(hits)}};
+  out << document.dump(2) << '\n';
+}
+
+void PrintTable(clsQuery& query, const HitList& list, std::ostream& out) {
+  if (list.rowCount > 0) {
+    std::vector<std::string> titles = Cells(NextRow(query, 1));
+    titles[2] = "Document";
+    titles[3] = "Version";
+    Table table(std::move(titles));
+    for (std::int32_t i = 1; i < list.rowCount; ++i) table.Add(Cells(NextRow(query, i + 1)));
+    table.Print(out);
+    out << '\n';
+  }
+  out << "Showing " << std::max(list.rowCount - 1, 0) << " of " << Printable(list.totalHits.ToText()) << " hits\n";
+}
+
+}  // namespace
+
+int Search(const Settings& settings, const SearchRequest& request, const Output& output) {
+  const auto query = settings.Connect();
+  const HitList list = Run(*query, request);
+  if (output.json) {
+    PrintJson(*query, list, output.out);
+  } else {
+    PrintTable(*query, list, output.out);
+  }
+  return 0;
+}
+
+}  // namespace oxaqrycln

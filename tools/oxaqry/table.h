@@ -1,0 +1,30 @@
+// table.h - prints records as aligned columns for people.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_TABLE_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_TABLE_H_
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace oxaqrycln {
+
+// Component text as UTF-8 for a terminal: control characters, which could drive it, become U+FFFD.
+std::string Printable(std::string_view text);
+
+class Table {
+ public:
+  // Titles and cells are UTF-8 whose characters are each one column wide, as all of Windows-1252 are.
+  explicit Table(std::vector<std::string> titles) : titles_(std::move(titles)) {}
+  // Missing cells are empty; cells without a title get an untitled column.
+  void Add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+  void Print(std::ostream& out) const;
+
+ private:
+  std::vector<std::string> titles_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_TABLE_H_

@@ -1,0 +1,34 @@
+// apartment.h - all state that the instances of one thread share: clock, event loop, server table, hidden form.
+// Made on first use; needs no lock, and holds nothing of the operating system while no instance lives on the thread.
+#ifndef OXAQRYCLN_TRANSPORT_APARTMENT_H_
+#define OXAQRYCLN_TRANSPORT_APARTMENT_H_
+
+#include <memory>
+
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/socket_address.h"
+#include "transport/form_controls.h"
+#include "transport/server_table.h"
+
+namespace oxaqrycln {
+
+class Apartment {
+ public:
+  // The calling thread's. An instance holds a share, so that it may end after its thread's own has gone.
+  static std::shared_ptr<Apartment> Current();
+
+  Apartment();
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+
+  Clock clock;
+  Resolver resolver;  // how host names are looked up
+  EventLoop loop;
+  ServerTable servers;
+  frmControls controls;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TRANSPORT_APARTMENT_H_

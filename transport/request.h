@@ -1,0 +1,55 @@
+// request.h - one request of an instance to a query server: claim, connect with fail-over, send, wait, release.
+// Knows nothing of what the answer says. One per clsQuery.
+#ifndef OXAQRYCLN_TRANSPORT_REQUEST_H_
+#define OXAQRYCLN_TRANSPORT_REQUEST_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/byte_block.h"
+#include "transport/apartment.h"
+#include "transport/request_text.h"
+
+namespace oxaqrycln {
+
+class RequestExecution {
+ public:
+  // What is sent. A command part gets the request prefix of the server that was claimed; data is sent as it stands,
+  // behind the command part and a line end when both are given.
+  struct Message {
+    std::optional<std::string_view> request;
+    std::optional<std::string_view> data;
+  };
+
+  // timeout is the instance's lngRequestTimeout in seconds; the account and the log look at the instance's variables.
+  RequestExecution(std::shared_ptr<Apartment> apartment, const std::int32_t& timeout, const Account& account,
+                   const SessionLog& log) noexcept;
+
+  Apartment& apartment() const noexcept { return *apartment_; }
+  // The connection slot claimed for the instance; 0 before Init.
+  std::int16_t slot() const noexcept { return slot_; }
+  void UseSlot(std::int16_t slot) noexcept { slot_ = slot; }
+
+  // True exactly when the whole answer has arrived; TakeResponse then gives it. errorText, when given, receives what
+  // went wrong otherwise. Returns at the latest when the time-out has passed, all servers tried included.
+  bool Request(const Message& message, std::string* errorText);
+  ByteBlock TakeResponse() noexcept { return std::exchange(response_, ByteBlock()); }
+
+ private:
+  class Attempts;
+
+  std::shared_ptr<Apartment> apartment_;
+  const std::int32_t& timeout_;
+  const Account account_;
+  const SessionLog log_;
+  std::int16_t slot_ = 0;
+  bool running_ = false;
+  ByteBlock response_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TRANSPORT_REQUEST_H_

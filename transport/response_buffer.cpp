@@ -1,0 +1,149 @@
+#include "transport/response_buffer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "component/trap.h"
+#include "platform/code_page.h"
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kSuccess = "Status: OK";
+constexpr std::size_t kStatusWord = 7;  // characters of "Status:"
+
+// A growing run of 32-bit positions that never copies a large block.
+class Positions {
+ public:
+  explicit Positions(std::size_t expected) { block_.Reserve(expected * sizeof(std::uint32_t)); }
+  void Add(std::size_t position) {
+    if (block_.capacity() - block_.size() < sizeof(std::uint32_t)) block_.Reserve(block_.capacity() * 2);
+    const auto value = static_cast<std::uint32_t>(position);
+    std::memcpy(block_.data() + block_.size(), &value, sizeof value);
+    block_.Extend(sizeof value);
+  }
+  std::int32_t Count() const noexcept { return static_cast<std::int32_t>(block_.size() / sizeof(std::uint32_t)); }
+  ByteBlock Take() && { return std::move(block_); }
+
+ private:
+  ByteBlock block_;
+};
+
+// Where the next CR LF stands at or after a position; npos when there is none.
+std::size_t FindLineEnd(std::string_view text, std::size_t from) noexcept {
+  while (from < text.size()) {
+    const auto* found = static_cast<const char*>(std::memchr(text.data() + from, '\r', text.size() - from));
+    if (found == nullptr) break;
+    const auto at = static_cast<std::size_t>(found - text.data());
+    if (at + 1 < text.size() && text[at + 1] == '\n') return at;
+    from = at + 1;
+  }
+  return std::string_view::npos;
+}
+
+std::string Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
+}
+
+}  // namespace
+
+ResponseLines::ResponseLines(ByteBlock text, std::size_t start) : text_(std::move(text)) {
+  const std::string_view all = text_.View();
+  if (start >= all.size()) return;
+  // Room for lines of eight characters and more in a small answer; a large one grows, which moves pages only.
+  Positions starts(std::min<std::size_t>((all.size() - start) / 8 + 2, 4096));
+  starts.Add(start);
+  for (std::size_t end = FindLineEnd(all, start); end != std::string_view::npos; end = FindLineEnd(all, end + 2)) {
+    starts.Add(end + kLineEnd.size());
+  }
+  // The last start belongs to a line only when something stands there: one last line end is dropped.
+  const bool endsOpen = !all.substr(start).ends_with(kLineEnd);
+  if (endsOpen) starts.Add(all.size() + kLineEnd.size());
+  count_ = starts.Count() - 1;
+  starts_ = std::move(starts).Take();
+}
+
+std::string_view ResponseLines::Line(std::int32_t index) const {
+  if (index < 0 || index >= count_) throw RuntimeError(error::kSubscriptOutOfRange);
+  const std::uint32_t start = Starts()[index];
+  return text_.View().substr(start, Starts()[index + 1] - start - kLineEnd.size());
+}
+
+void ResponseBuffer::Clear() {
+  lines_ = std::make_shared<ResponseLines>();
+  order_.clear();
+  position_ = 0;
+}
+
+void ResponseBuffer::Assign(ByteBlock text, std::size_t start) {
+  lines_ = std::make_shared<ResponseLines>(std::move(text), start);
+  order_.clear();
+  position_ = 0;
+}
+
+void ResponseBuffer::Sort() {
+  if (Count() < 2) return;
+  // The first eight characters of a key as one number decide most comparisons.
+  struct Key {
+    std::uint64_t head;
+    std::string_view text;
+    std::int32_t line;
+  };
+  std::size_t byteCount = 0;
+  for (std::int32_t i = 0; i < Count(); ++i) byteCount += Line(i).size();
+  ByteBlock upper;
+  upper.Reserve(byteCount + 1);
+  std::vector<Key> keys;
+  keys.reserve(static_cast<std::size_t>(Count()));
+  for (std::int32_t i = 0; i < Count(); ++i) {
+    const std::string_view line = Line(i);
+    char* place = upper.data() + upper.size();
+    UpperCaseTo(line, place);
+    upper.Extend(line.size());
+    std::uint64_t head = 0;
+    for (std::size_t k = 0; k < 8; ++k) {
+      head = head << 8U | (k < line.size() ? static_cast<unsigned char>(place[k]) : 0U);
+    }
+    keys.push_back({head, {place, line.size()}, order_.empty() ? i : order_[static_cast<std::size_t>(i)]});
+  }
+  std::ranges::stable_sort(keys, [](const Key& left, const Key& right) {
+    if (left.head != right.head) return left.head < right.head;
+    return left.text < right.text;
+  });
+  order_.resize(keys.size());
+  std::ranges::transform(keys, order_.begin(), &Key::line);
+}
+
+bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
+                std::string& errorText) {
+  return Trap(
+      log, "InitBuffer", false,
+      [&](bool& result) {
+        buffer.Clear();
+        execution.apartment().controls.UdtWinsockMode(execution.slot(), kReceiveText);
+        log.Write(bytInfo, std::string(80, '-'));
+        log.Write(bytInfo, "Processing request: ", request);
+        if (!execution.Request({.request = request, .data = {}}, &errorText)) return;
+        ByteBlock response = execution.TakeResponse();
+        const std::string_view text = response.View();
+        const std::size_t lineEnd = FindLineEnd(text, 0);
+        const std::string_view status = text.substr(0, lineEnd);
+        if (status != kSuccess) {
+          errorText = Trimmed(status.substr(std::min(kStatusWord, status.size())));
+          return;
+        }
+        const std::size_t start = lineEnd == std::string_view::npos ? text.size() : lineEnd + kLineEnd.size();
+        buffer.Assign(std::move(response), start);
+        result = true;
+      },
+      [&](const RuntimeError& why) {
+        errorText = "General processing error: " + std::to_string(why.number()) + " - " + why.description();
+      });
+}
+
+}  // namespace oxaqrycln

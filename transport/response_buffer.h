@@ -1,0 +1,79 @@
+// response_buffer.h - the last answer's data lines, and which of them is next.
+// Knows nothing of sockets or commands. One per clsQuery.
+#ifndef OXAQRYCLN_TRANSPORT_RESPONSE_BUFFER_H_
+#define OXAQRYCLN_TRANSPORT_RESPONSE_BUFFER_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/byte_block.h"
+#include "transport/request.h"
+
+namespace oxaqrycln {
+
+// The lines of one answer: its text, held once, and where each line starts. Never changes, so that it can be shared.
+class ResponseLines {
+ public:
+  ResponseLines() = default;
+  // The lines of what stands in text from position start on. One line end at the very end is dropped; nothing is no
+  // line.
+  ResponseLines(ByteBlock text, std::size_t start);
+
+  std::int32_t Count() const noexcept { return count_; }
+  // A line without its line end. Raises Subscript out of range.
+  std::string_view Line(std::int32_t index) const;
+
+ private:
+  const std::uint32_t* Starts() const noexcept { return reinterpret_cast<const std::uint32_t*>(starts_.data()); }
+
+  ByteBlock text_;
+  ByteBlock starts_;  // 32-bit positions: count_ starts of lines, and where one more would start
+  std::int32_t count_ = 0;
+};
+
+class ResponseBuffer {
+ public:
+  // No line.
+  void Clear();
+  void Assign(ByteBlock text, std::size_t start);
+
+  std::int32_t Count() const noexcept { return lines_->Count(); }
+  // A line by its index from 0. Raises Subscript out of range.
+  std::string_view Line(std::int32_t index) const {
+    return lines_->Line(order_.empty() || index < 0 || index >= Count() ? index
+                                                                        : order_[static_cast<std::size_t>(index)]);
+  }
+
+  // The index of the next line to hand out.
+  std::int32_t position() const noexcept { return position_; }
+  void MoveTo(std::int32_t position) noexcept { position_ = position; }
+  bool AtEnd() const noexcept { return position_ >= Count(); }
+  // The next line, moving past it; nothing to be called at the end.
+  std::string_view Take() {
+    const std::string_view line = Line(position_);
+    ++position_;
+    return line;
+  }
+
+  // Puts the lines in ascending order of their upper-cased text, by character codes; equal ones keep their order.
+  void Sort();
+  // The lines in the order they arrived in, to be kept beyond the next answer.
+  std::shared_ptr<const ResponseLines> Share() const noexcept { return lines_; }
+
+ private:
+  std::shared_ptr<const ResponseLines> lines_ = std::make_shared<ResponseLines>();
+  std::vector<std::int32_t> order_;  // after a sort: which line stands at each index
+  std::int32_t position_ = 0;
+};
+
+// Sends a command part and fills the buffer from a successful answer; the read position is then 0. On failure the
+// buffer is empty, errorText says why, and the result is false. slot number and log are those of the execution.
+bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
+                std::string& errorText);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TRANSPORT_RESPONSE_BUFFER_H_

@@ -1,0 +1,57 @@
+// server_table.h - the configured query servers of an apartment, and which of them are busy.
+// Knows nothing of sockets. One per apartment, shared by all its instances.
+#ifndef OXAQRYCLN_TRANSPORT_SERVER_TABLE_H_
+#define OXAQRYCLN_TRANSPORT_SERVER_TABLE_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "component/log_writer.h"
+#include "platform/event_loop.h"
+#include "platform/socket_address.h"
+
+namespace oxaqrycln {
+
+struct ServerEntry {
+  std::string host;
+  std::int32_t port = 0;
+  bool print = true;     // may take print requests
+  std::string user;      // "" = the instance's own account
+  std::string password;  // as typed, not encoded
+  bool busy = false;
+  DateTime since;                        // when it was claimed
+  std::string session;                   // who claimed it
+  std::optional<SocketAddress> address;  // what its host name was found to mean; forgotten when a connect fails
+};
+
+class ServerTable {
+ public:
+  explicit ServerTable(EventLoop& loop) noexcept : loop_(loop) {}
+
+  // Loads the table from "host,port[,print flag[,user[,encoded password]]]" entries joined by "|". Once loaded it stays
+  // as it is. Raises Type mismatch or Overflow for a port that is no number; the table is then still not loaded.
+  void Load(std::string_view hosts, const SessionLog& log);
+
+  // Claims the first free server, or 0 when there is none; print requests go to servers with the print flag only.
+  // busyReport, when given, receives a line for each busy server passed over. Yields after each server passed over.
+  std::int16_t GetFreeServer(bool printOnly, std::string_view sessionId, std::string* busyReport = nullptr);
+  // Frees the first server that has been busy for more than five minute boundaries: its number, or 0.
+  std::int16_t CheckReleaseBusyServer();
+  void Release(std::int16_t number) { At(number).busy = false; }
+
+  std::int16_t Count() const noexcept { return static_cast<std::int16_t>(entries_.size()); }
+  // The server of that number, counted from 1. Raises Subscript out of range.
+  ServerEntry& At(std::int32_t number);
+
+ private:
+  EventLoop& loop_;
+  std::vector<ServerEntry> entries_;
+  bool isSet_ = false;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TRANSPORT_SERVER_TABLE_H_
