@@ -144,10 +144,10 @@ void CommandLine::AddSearch() {
                [this](const Settings& settings, const Output& output) { return Search(settings, search_, output); });
   search->add_option("QUERY", search_.query, "the query expression")->required()->type_name("");
   search->add_option("--max", search_.maxLines, "largest number of hits to show (default 100)")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Validator(CLI::NonNegativeNumber).description(""))
       ->type_name("N");
   search->add_option("--query-max", search_.maxHits, "largest number of hits the query may produce (default 1000)")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Validator(CLI::NonNegativeNumber).description(""))
       ->type_name("N");
   search->add_option("--format", search_.format, "query format, as \"formats\" lists them")->type_name("F");
   search->add_option("--rights", search_.rights, "folder rights expression that restricts the search")->type_name("R");
@@ -203,12 +203,15 @@ Settings CommandLine::ReadSettings() {
 
 int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surroundings) {
   CommandLine commandLine(surroundings);
+  const std::string first = arguments.empty() ? "" : arguments.front();
   std::ranges::reverse(arguments);  // the parser takes them from the back
   try {
     commandLine.app().parse(arguments);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return commandLine.app().exit(error, surroundings.out, surroundings.err);
-    surroundings.err << "oxaqry: " << error.what() << "\nTry \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
+    const bool isUnknownCommand = commandLine.app().get_subcommands().empty() && !first.empty() && first[0] != '-';
+    const std::string reason = isUnknownCommand ? "unknown command \"" + first + "\"" : error.what();
+    surroundings.err << "oxaqry: " << reason << "\nTry \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
     return 2;
   }
   try {

@@ -1,0 +1,154 @@
+#include "automation/method_table.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+// The names that the lines of clsQuery's declaration matching the pattern declare, in order.
+std::vector<std::string> DeclaredNames(const std::regex& pattern) {
+  std::ifstream header(OXAQRYCLN_SOURCE_DIR "/component/clsQuery.h");
+  std::vector<std::string> names;
+  for (std::string line; std::getline(header, line);) {
+    std::smatch match;
+    if (std::regex_search(line, match, pattern)) names.push_back(match[1]);
+  }
+  return names;
+}
+
+template <typename Entries>
+std::vector<std::string> TableNames(const Entries& entries) {
+  std::vector<std::string> names;
+  for (const auto& entry : entries) names.emplace_back(entry.name);
+  return names;
+}
+
+std::int32_t ErrorOf(const auto& action) {
+  try {
+    action();
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+Variant CallMethod(clsQuery& query, std::string_view name, std::vector<Variant*> arguments) {
+  const MethodEntry* const method = FindMethod(name);
+  EXPECT_NE(method, nullptr) << name;
+  return method == nullptr ? Variant(Missing) : method->call(query, arguments);
+}
+
+TEST(MethodTable, HoldsEveryPublicMemberInTheOrderOfItsDeclaration) {
+  const std::regex method(R"(^  (?:Variant|std::string|bool|void) (\w+)\()");
+  const std::regex variable(R"(^  (?:std::int32_t|std::string|DateTime) (\w+)(?: = 0)?;)");
+  EXPECT_THAT(TableNames(PublicMethods()), testing::ElementsAreArray(DeclaredNames(method)));
+  EXPECT_THAT(TableNames(PublicVariables()), testing::ElementsAreArray(DeclaredNames(variable)));
+}
+
+TEST(MethodTable, FindsNamesWhateverTheirLetterCase) {
+  EXPECT_EQ(FindMethod("HELLOworld"), FindMethod("HelloWorld"));
+  EXPECT_EQ(FindVariable("STRsessionid"), FindVariable("strSessionID"));
+  EXPECT_EQ(FindMethod("HelloWorl"), nullptr);
+  EXPECT_EQ(FindVariable(""), nullptr);
+}
+
+TEST(MethodTable, ChecksTheNumberOfArguments) {
+  struct Case {
+    const char* name;
+    const char* method;
+    std::vector<bool> given;  // false: a null pointer
+    std::int32_t error;
+  };
+  const std::vector<Case> cases{
+      {"required left out", "Encode", {}, 449},
+      {"required is a null pointer", "Encode", {false}, 449},
+      {"one of two required is missing", "TELOGetQueryFormatListInit", {true}, 449},
+      {"one too many", "Encode", {true, true}, 450},
+      {"one where none is taken", "HelloWorld", {false}, 450},
+      {"the fifth input of a query is required", "TELOQueryArchiveInit", {true, true, true, true}, 449},
+      {"the sixth input of a query is optional", "TELOQueryArchiveInit", {true, true, true, true, true}, 0},
+      {"an optional input in front of a given one", "WriteLog", {true, false}, 0},
+      {"all outputs left out", "TELOGetChannelsNext", {}, 0},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.name);
+    clsQuery query;
+    Variant value("x");
+    std::vector<Variant*> arguments;
+    for (const bool isGiven : test.given) arguments.push_back(isGiven ? &value : nullptr);
+    EXPECT_EQ(ErrorOf([&] { CallMethod(query, test.method, arguments); }), test.error);
+  }
+}
+
+TEST(MethodTable, TakesAMissingValueAsLeftOut) {
+  clsQuery query;
+  Variant missing(Missing);
+  EXPECT_EQ(ErrorOf([&] { CallMethod(query, "Encode", {&missing}); }), error::kArgumentNotOptional);
+}
+
+TEST(MethodTable, WritesTheOutputsThatAreGivenAndReturnsEachKindOfResult) {
+  clsQuery query;
+  Variant channel(std::int32_t{5});
+  Variant description(std::int32_t{6});
+  // Without records the walk is at its end, which empties the outputs.
+  EXPECT_EQ(CallMethod(query, "TELOGetAllArchivesExtNext", {nullptr, &description}), Variant::Integer(-1));
+  EXPECT_EQ(description, Variant(""));
+  EXPECT_EQ(CallMethod(query, "TELOGetAllArchivesExtNext", {&channel}), Variant::Integer(-1));
+  EXPECT_EQ(channel, Variant(""));
+
+  Variant text("Ab");
+  EXPECT_EQ(CallMethod(query, "Decode", {&text}), Variant(""));
+  EXPECT_EQ(text, Variant("Ab"));
+  Variant no(false);
+  EXPECT_EQ(CallMethod(query, "Init", {&no}), Variant(true));
+  EXPECT_TRUE(CallMethod(query, "OnEndPage", {}).IsEmpty());
+}
+
+TEST(MethodTable, HasOnePropertyWhichIsTheServerList) {
+  for (const MethodEntry& method : PublicMethods()) EXPECT_EQ(method.isProperty, method.name == "RemoteHosts");
+}
+
+TEST(VariableTable, ConvertsWhatIsAssigned) {
+  struct Case {
+    const char* name;
+    const char* variable;
+    Variant given;
+    Variant held;
+    std::int32_t error;
+  };
+  const DateTime login = DateTime::FromCivil({2026, 11, 15, 20, 31, 7});
+  const std::vector<Case> cases{
+      {"number", "lngRequestTimeout", Variant::Integer(7), Variant::Long(7), 0},
+      {"text that spells a number", "lngRequestTimeout", " 1.5e1 ", Variant::Long(15), 0},
+      {"half rounds to even", "lngRequestTimeout", 2.5, Variant::Long(2), 0},
+      {"no number", "lngRequestTimeout", "soon", Variant::Long(0), error::kTypeMismatch},
+      {"too large", "lngRequestTimeout", 3e9, Variant::Long(0), error::kOverflow},
+      {"null number", "lngRequestTimeout", Variant::Null(), Variant::Long(0), error::kInvalidUseOfNull},
+      {"number as text", "strSessionID", Variant::Long(12), "12", 0},
+      {"truth as text", "strUserName", true, "True", 0},
+      {"null text", "strUserName", Variant::Null(), "", error::kInvalidUseOfNull},
+      {"date", "datUserLoginTime", login, login, 0},
+      {"no date", "datUserLoginTime", "yesterday", DateTime(), error::kTypeMismatch},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.name);
+    clsQuery query;
+    const VariableEntry* const variable = FindVariable(test.variable);
+    ASSERT_NE(variable, nullptr);
+    EXPECT_EQ(ErrorOf([&] { variable->set(query, test.given); }), test.error);
+    EXPECT_EQ(variable->get(query), test.held);
+    EXPECT_EQ(variable->get(query).type(), variable->type);
+  }
+}
+
+}  // namespace
+}  // namespace oxaqrycln

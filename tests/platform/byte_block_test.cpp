@@ -1,0 +1,36 @@
+#include "platform/byte_block.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace oxaqrycln {
+namespace {
+
+TEST(ByteBlock, KeepsItsBytesFromTheHeapIntoAMappingAndOn) {
+  ByteBlock block;
+  std::string expected;
+  for (int i = 0; expected.size() < 9'000'000; ++i) {
+    const std::string piece(static_cast<std::size_t>(i % 5000), static_cast<char>('a' + i % 26));
+    block.Append(piece);
+    expected += piece;
+  }
+  EXPECT_TRUE(block.View() == expected);
+  ByteBlock moved = std::move(block);
+  EXPECT_TRUE(moved.View() == expected);
+  EXPECT_EQ(block.size(), 0U);  // NOLINT: a block moved from is empty
+  moved.Release();
+  EXPECT_EQ(moved.capacity(), 0U);
+  moved.Append("again");
+  EXPECT_EQ(moved.View(), "again");
+}
+
+TEST(ByteBlock, ReservesAddressesNotMemory) {
+  ByteBlock block;
+  block.Reserve(std::size_t{1} << 40U);  // far more than the machine has
+  block.Append("small");
+  EXPECT_EQ(block.View(), "small");
+}
+
+}  // namespace
+}  // namespace oxaqrycln

@@ -1,0 +1,95 @@
+#include "platform/event_loop.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "platform/timer.h"
+
+namespace oxaqrycln {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Counter : public ReadySink {
+ public:
+  explicit Counter(std::function<void()> onReady) : onReady_(std::move(onReady)) {}
+  void OnReady(Ready /*found*/) override {
+    ++count;
+    onReady_();
+  }
+  int count = 0;
+
+ private:
+  std::function<void()> onReady_;
+};
+
+class EventLoopTest : public ::testing::Test {
+ protected:
+  Clock clock;
+  EventLoop loop{clock};
+};
+
+TEST_F(EventLoopTest, ASinkMayEndAnotherReadyWatch) {
+  int first[2];
+  int second[2];
+  ASSERT_EQ(pipe(first) | pipe(second), 0);
+  EventLoop::WatchId firstWatch = 0;
+  EventLoop::WatchId secondWatch = 0;
+  const auto endBoth = [&] {
+    loop.Unwatch(firstWatch);
+    loop.Unwatch(secondWatch);
+  };
+  Counter one(endBoth);
+  Counter two(endBoth);
+  firstWatch = loop.Watch(first[0], Ready::Read, one);
+  secondWatch = loop.Watch(second[0], Ready::Read, two);
+  loop.Yield();
+  EXPECT_EQ(one.count + two.count, 0);
+  ASSERT_EQ(write(first[1], "x", 1) + write(second[1], "x", 1), 2);
+  loop.YieldUntil(clock.SteadyNow() + 10s);
+  EXPECT_EQ(one.count + two.count, 1);
+  loop.Yield();
+  EXPECT_EQ(one.count + two.count, 1);
+  for (const int end : {first[0], first[1], second[0], second[1]}) close(end);
+}
+
+TEST_F(EventLoopTest, RunsPostedCallsOnceAndThoseTheyPostInTheNextYield) {
+  int calls = 0;
+  loop.Post([&] {
+    ++calls;
+    loop.Post([&] { calls += 10; });
+  });
+  loop.YieldUntil(clock.SteadyNow() + 60s);  // does not wait: it had something to run
+  EXPECT_EQ(calls, 1);
+  loop.Yield();
+  EXPECT_EQ(calls, 11);
+  loop.Yield();
+  EXPECT_EQ(calls, 11);
+}
+
+TEST_F(EventLoopTest, WakesForATimerThatIsNeverTwiceAtOnceAndNotStarvedBySettingItAgain) {
+  int ticks = 0;
+  Timer timer(loop, 10s, [&] {
+    ++ticks;
+    loop.Yield();  // a tick that yields does not tick again
+  });
+  timer.Enable(true);
+  clock.Advance(9s);
+  timer.SetInterval(10s);
+  timer.Enable(true);
+  loop.Yield();
+  EXPECT_EQ(ticks, 0);
+  clock.Advance(1s);
+  loop.YieldUntil(clock.SteadyNow() + 60s);
+  EXPECT_EQ(ticks, 1);
+  clock.Advance(35s);
+  loop.Yield();
+  EXPECT_EQ(ticks, 2);
+  timer.Enable(false);
+  clock.Advance(60s);
+  loop.Yield();
+  EXPECT_EQ(ticks, 2);
+}
+
+}  // namespace
+}  // namespace oxaqrycln

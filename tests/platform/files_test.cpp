@@ -1,0 +1,94 @@
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/errors.h"
+#include "platform/open_files.h"
+#include "platform/wildcard.h"
+#include "tests/support/temporary_directory.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+TEST(FileNames, AreRefusedWhenTheyCouldLeaveADirectoryOrMeanADevice) {
+  for (const char* good : {"a.pdf", "42_a.pdf", "no extension", ".log", "a..b", "COM0", "console.txt", "\xE4.txt"}) {
+    EXPECT_TRUE(IsPlainFileName(good)) << good;
+  }
+  for (const char* bad : {"", ".", "..", "a/b", "a\\b", "C:a", "a\tb", "a.", "a ", "nul", "CON.txt", "com1.tar.gz",
+                          "LPT9", "aux .txt"}) {
+    EXPECT_FALSE(IsPlainFileName(bad)) << bad;
+  }
+  EXPECT_FALSE(IsPlainFileName(std::string("a\0b", 3)));
+  EXPECT_TRUE(IsPlainFileName(std::string(255, 'x')));
+  EXPECT_FALSE(IsPlainFileName(std::string(256, 'x')));
+}
+
+template <typename Call>
+std::int32_t ErrorOf(Call&& call) {
+  try {
+    call();
+    return 0;
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+}
+
+TEST(Files, TurnFailuresIntoRunTimeErrors) {
+  const TemporaryDirectory directory;
+  directory.Write("file", "x");
+  EXPECT_EQ(ErrorOf([&] { WriteFile(directory.File("none\\file"), "x"); }), 76);
+  EXPECT_EQ(ErrorOf([&] { DeleteFile(directory.File("none")); }), 53);
+  EXPECT_EQ(ErrorOf([&] { WriteFile(directory.path(), "x"); }), 75);
+  EXPECT_EQ(ErrorOf([&] { RemoveDirectory(directory.path()); }), 75);
+  EXPECT_EQ(ErrorOf([&] { ListDirectory(directory.File("file/x")); }), 76);
+  EXPECT_EQ(ErrorOf([&] { DeleteFile(""); }), 52);
+  EXPECT_EQ(ErrorOf([&] { DeleteFile(std::string("a\0b", 3)); }), 52);
+  EXPECT_EQ(ErrorOf([&] { WriteFile(directory.File(std::string(300, 'x')), "x"); }), 52);
+  EXPECT_EQ(ErrorOf([&] { OutputFile("/dev/full").Write("x"); }), 61);
+}
+
+TEST(OpenFiles, GiveTheLowestFreeNumberAndKnowWhatIsOpen) {
+  const TemporaryDirectory directory;
+  OpenFiles files;
+  EXPECT_EQ(files.OpenForWriting(directory.File("a")), 1);
+  EXPECT_EQ(files.OpenForWriting(directory.File("b")), 2);
+  files.Write(1, "one");
+  files.Write(2, "two");
+  files.Write(1, "+");
+  files.Close(1);
+  EXPECT_EQ(directory.Read("a"), "one+");
+  EXPECT_EQ(ErrorOf([&] { files.Write(1, "x"); }), 52);
+  EXPECT_EQ(ErrorOf([&] { files.Close(0); }), 52);
+  EXPECT_EQ(files.OpenForWriting(directory.File("c")), 1);
+}
+
+TEST(Wildcards, MatchNames) {
+  struct Case {
+    const char* pattern;
+    const char* name;
+    bool matches;
+  };
+  for (const Case& each : {Case{"*", "a", true}, Case{"*.*", "no dot", true}, Case{"a?c", "abc", true},
+                           Case{"a?c", "ac", false}, Case{"*.tif", "x.tif", true}, Case{"*.tif", "x.tiff", false},
+                           Case{"a*b*c", "aXbYbZc", true}, Case{"a*b*c", "aXbY", false}, Case{"", "", true},
+                           Case{"**", "", true}, Case{"plain", "plain", true}}) {
+    EXPECT_EQ(MatchesWildcard(each.pattern, each.name), each.matches) << each.pattern << " on " << each.name;
+  }
+}
+
+TEST(DirectoryProbe, FindsFilesAndOnRequestDirectoriesAndSwallowsErrors) {
+  const TemporaryDirectory directory;
+  directory.Write("a.txt", "x");
+  directory.Write("b.txt", "x");
+  std::filesystem::create_directory(directory.File("c.txt"));
+  DirectoryProbe probe;
+  EXPECT_EQ(probe.First(directory.path() + "\\*.txt"), "a.txt");
+  EXPECT_EQ(probe.Next(), "b.txt");
+  EXPECT_EQ(probe.Next(), "");
+  EXPECT_EQ(probe.First(directory.File("c*"), ProbeFor::FilesAndDirectories), "c.txt");
+  EXPECT_EQ(probe.First(directory.File("none/*")), "");
+  EXPECT_EQ(probe.First(std::string("a\0/*", 4)), "");
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

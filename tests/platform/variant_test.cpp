@@ -1,0 +1,88 @@
+#include "platform/variant.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "platform/errors.h"
+#include "platform/objects.h"
+
+namespace oxaqrycln {
+namespace {
+
+template <typename Call>
+std::int32_t ErrorOf(Call&& call) {
+  try {
+    call();
+    return 0;
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+}
+
+TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
+  struct Case {
+    const char* text;
+    std::int32_t value;
+    std::int32_t error;
+  };
+  for (const Case& each :
+       {Case{" 12 ", 12, 0}, Case{"-7", -7, 0}, Case{"+7", 7, 0}, Case{"2.5", 2, 0}, Case{"3.5", 4, 0},
+        Case{"-2.5", -2, 0}, Case{"1e3", 1000, 0}, Case{".5", 0, 0}, Case{"1E-400", 0, 0}, Case{"007", 7, 0},
+        Case{"2147483647.4", 2147483647, 0}, Case{"2147483648", 0, 6}, Case{"1e400", 0, 6}, Case{"", 0, 13},
+        Case{"abc", 0, 13}, Case{"1x", 0, 13}, Case{"- 1", 0, 13}, Case{"--1", 0, 13}, Case{"inf", 0, 13},
+        Case{"nan", 0, 13}, Case{"0x10", 0, 13}, Case{"1e", 0, 13}, Case{"True", 0, 13}}) {
+    std::int32_t value = 0;
+    EXPECT_EQ(ErrorOf([&] { value = Variant(each.text).ToLong(); }), each.error) << each.text;
+    EXPECT_EQ(value, each.value) << each.text;
+  }
+}
+
+TEST(Variant, ConvertsBetweenTypesAndRefusesWhatDoesNotFit) {
+  EXPECT_EQ(Variant(true).ToLong(), -1);
+  EXPECT_EQ(Variant(2.5).ToInteger(), 2);
+  EXPECT_EQ(Variant().ToLong(), 0);
+  EXPECT_TRUE(Variant("-3").ToBoolean());
+  EXPECT_TRUE(Variant(" tRUE ").ToBoolean());
+  EXPECT_FALSE(Variant("0").ToBoolean());
+  EXPECT_EQ(Variant("15.11.2026 20:31").ToDate().ToIso(), "2026-11-15T20:31:00");
+  EXPECT_EQ(Variant("2026-11-15").ToDate().ToIso(), "2026-11-15T00:00:00");
+  EXPECT_EQ(ErrorOf([] { Variant(32768).ToInteger(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant(256).ToByte(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant(-1).ToByte(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant(std::numeric_limits<double>::quiet_NaN()).ToLong(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant::Null().ToLong(); }), 94);
+  EXPECT_EQ(ErrorOf([] { Variant(Missing).ToLong(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant("yes").ToBoolean(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant("x").ToObject(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant(Variant::ObjectRef()).ToObject(); }), 91);
+}
+
+TEST(Variant, ConcatenatesAsText) {
+  struct Case {
+    Variant value;
+    const char* text;
+  };
+  for (const Case& each : {Case{Variant(), ""}, Case{Variant::Null(), ""}, Case{false, "False"}, Case{true, "True"},
+                           Case{std::uint8_t{7}, "7"}, Case{-5, "-5"}, Case{2.5, "2.5"}, Case{0.1, "0.1"},
+                           Case{1e20, "1E+20"}, Case{-0.5, "-0.5"}, Case{3.0, "3"},
+                           Case{DateTime::FromCivil({2026, 1, 2, 0, 0, 0}), "02.01.2026"}}) {
+    EXPECT_EQ(each.value.ToText(), each.text) << each.value.TypeName();
+  }
+  EXPECT_EQ(ErrorOf([] { Variant(Missing).ToText(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant(Variant::Bytes{1}).ToText(); }), 13);
+}
+
+TEST(Objects, AreMadeByIdentifierWhateverItsCase) {
+  class Thing : public Object {};
+  EXPECT_EQ(ErrorOf([] { CreateObject("Test.Thing"); }), 429);
+  RegisterObject("Test.Thing", [] { return std::make_shared<Thing>(); });
+  EXPECT_NE(CreateObject("test.THING"), nullptr);
+  RegisterObject("Test.Thing", [] { return nullptr; });
+  EXPECT_EQ(ErrorOf([] { CreateObject("Test.Thing"); }), 429);
+  EXPECT_TRUE(UnregisterObject("TEST.thing"));
+  EXPECT_FALSE(UnregisterObject("Test.Thing"));
+}
+
+}  // namespace
+}  // namespace oxaqrycln

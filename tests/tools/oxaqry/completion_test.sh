@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Completes command lines with the bash completion given as the argument and compares what it offers.
+set -u
+source "$1"
+failures=0
+
+# expect "LINE" "OFFERS": the last word of LINE is the one being completed; "_" stands for an empty one.
+expect() {
+  read -ra COMP_WORDS <<<"$1"
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  [[ ${COMP_WORDS[COMP_CWORD]} == _ ]] && COMP_WORDS[COMP_CWORD]=""
+  _oxaqry
+  if [[ ${COMPREPLY[*]} != "$2" ]]; then
+    echo "\"$1\" offers \"${COMPREPLY[*]}\" instead of \"$2\""
+    failures=1
+  fi
+}
+
+expect "oxaqry ch" "channels"
+expect "oxaqry se" "search servers session"
+expect "oxaqry --v" "--version"
+expect "oxaqry search --la" "--layout --layout-field"
+expect "oxaqry channels --la" ""
+expect "oxaqry archives --e" "--ext"
+expect "oxaqry methods --m" "--markdown"
+expect "oxaqry session _" "--help"
+expect "oxaqry live --user _" ""
+exit $failures

@@ -1,0 +1,39 @@
+// run_oxaqry.h - runs oxaqry in the test's process, on a thread and so in an apartment of its own.
+#ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_
+#define OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_
+
+#include <map>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tools/oxaqry/command_line.h"
+
+namespace oxaqrycln::testing {
+
+struct Run {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+inline Run RunOxaqry(const std::vector<std::string>& arguments, const std::map<std::string, std::string>& environment = {},
+                     const std::string& input = "") {
+  std::istringstream in(input);
+  std::ostringstream out;
+  std::ostringstream err;
+  const auto lookUp = [&](const char* name) {
+    const auto found = environment.find(name);
+    return found == environment.end() ? nullptr : found->second.c_str();
+  };
+  Run run;
+  std::thread([&] { run.status = RunCommandLine(arguments, {in, out, err, lookUp}); }).join();
+  run.out = out.str();
+  run.err = err.str();
+  return run;
+}
+
+}  // namespace oxaqrycln::testing
+
+#endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_
