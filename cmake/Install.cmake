@@ -1,1 +1,44 @@
-# Installation: written with the package files.
+# What cmake --install puts where: libraries, public headers, the CMake package, the pkg-config file, documents.
+# Each tool installs itself, with its manual page and completions.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS oxaqrycln oxaqrycln_static EXPORT oxaqrycln)
+
+# The headers that a program includes as "component/clsQuery.h"; every other header stays at home.
+set(public_headers
+  automation/method_table.h
+  component/clsQuery.h
+  platform/database.h
+  platform/date_time.h
+  platform/errors.h
+  platform/objects.h
+  platform/scripting_context.h
+  platform/variant.h)
+foreach(header IN LISTS public_headers)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/oxaqrycln/${folder})
+endforeach()
+
+# find_package(oxaqrycln): the targets oxaqrycln::oxaqrycln (shared) and oxaqrycln::oxaqrycln_static.
+set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/oxaqrycln)
+install(EXPORT oxaqrycln NAMESPACE oxaqrycln:: FILE oxaqryclnTargets.cmake DESTINATION ${package_directory})
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/oxaqryclnConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/oxaqryclnConfig.cmake INSTALL_DESTINATION ${package_directory})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/oxaqryclnConfig.cmake ${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cmake
+  DESTINATION ${package_directory})
+
+# The .pc file finds its prefix from the place it stands in, so that the installed tree may be moved as a whole.
+set(pc_directory ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${pc_directory} OUTPUT_VARIABLE pc_to_prefix)
+foreach(directory LIBDIR INCLUDEDIR)
+  set(path ${CMAKE_INSTALL_FULL_${directory}})
+  cmake_path(RELATIVE_PATH path BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE pc_${directory})
+endforeach()
+configure_file(${PROJECT_SOURCE_DIR}/cmake/oxaqrycln.pc.in ${PROJECT_BINARY_DIR}/oxaqrycln.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/oxaqrycln.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR})

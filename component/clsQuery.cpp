@@ -17,8 +17,8 @@ void WriteStartLine(const QueryState& state, const std::string& sessionId) {
   if (!state.log.Active()) return;
   const ModuleInfo module = ThisModule();
   state.log.Write(bytInfo, "Initializing new ", module.directory, "\\", module.fileName, " v", kVersionMajor, ".",
-                  kVersionMinor, ".", kVersionRevision, " instance with handle id ", module.handle,
-                  " and thread id ", CurrentThreadId(), " for session id ", sessionId);
+                  kVersionMinor, ".", kVersionRevision, " instance with handle id ", module.handle, " and thread id ",
+                  CurrentThreadId(), " for session id ", sessionId);
 }
 
 std::shared_ptr<Connection> MakeConnection() {

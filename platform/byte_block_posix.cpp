@@ -17,8 +17,7 @@ constexpr std::size_t kMappedFrom = 1U << 20U;
 constexpr std::size_t kPage = 4096;
 
 char* Map(std::size_t byteCount) {
-  void* memory =
-      mmap(nullptr, byteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  void* memory = mmap(nullptr, byteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (memory == MAP_FAILED) throw RuntimeError(error::kOutOfMemory);
   madvise(memory, byteCount, MADV_HUGEPAGE);
   return static_cast<char*>(memory);

@@ -75,8 +75,7 @@ void EventLoop::YieldUntil(SteadyPoint latest) {
   const bool posted = RunPosted();
   if (RunDueTimers() || posted) latest = SteadyPoint::min();
   if (latest != SteadyPoint::min()) latest = NextTimer(latest);
-  const Clock::Duration wait =
-      latest == SteadyPoint::min() ? Clock::Duration::zero() : latest - clock_.SteadyNow();
+  const Clock::Duration wait = latest == SteadyPoint::min() ? Clock::Duration::zero() : latest - clock_.SteadyNow();
   if (Poll(entries_, wait) > 0) Dispatch();
   RunDueTimers();
 }

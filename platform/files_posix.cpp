@@ -81,7 +81,8 @@ void AppendToFile(std::string_view path, std::span<const std::string_view> piece
     parts.push_back({const_cast<char*>(piece.data()), piece.size()});  // NOLINT: writev does not change it
   }
   const int descriptor = OpenToWrite(path, O_APPEND);
-  const ssize_t written = writev(descriptor, parts.data(), static_cast<int>(std::min<std::size_t>(parts.size(), IOV_MAX)));
+  const ssize_t written =
+      writev(descriptor, parts.data(), static_cast<int>(std::min<std::size_t>(parts.size(), IOV_MAX)));
   const int native = written < 0 ? errno : 0;
   close(descriptor);
   if (native != 0) RaiseFileError(native);

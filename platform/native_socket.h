@@ -1,4 +1,5 @@
-// native_socket.h - the bare calls of a TCP client socket, never blocking; errors are Winsock numbers on every platform.
+// native_socket.h - the bare calls of a TCP client socket, never blocking; errors are Winsock numbers on every
+// platform.
 #ifndef OXAQRYCLN_PLATFORM_NATIVE_SOCKET_H_
 #define OXAQRYCLN_PLATFORM_NATIVE_SOCKET_H_
 

@@ -23,13 +23,12 @@ struct ErrorPair {
 // The one place where errors of the sockets become Winsock numbers.
 std::int32_t WinsockNumber(int native) noexcept {
   static constexpr ErrorPair kPairs[] = {
-      {EAGAIN, 10035},       {EINPROGRESS, 10035},   {EINTR, 10035},        {EACCES, 10013},
-      {EPERM, 10013},        {EFAULT, 10014},        {EINVAL, 10022},       {EMFILE, 10024},
-      {ENFILE, 10024},       {ENOTSOCK, 10038},      {EAFNOSUPPORT, 10047}, {EADDRINUSE, 10048},
-      {EADDRNOTAVAIL, 10049}, {ENETDOWN, 10050},     {ENETUNREACH, 10051},  {ENETRESET, 10052},
-      {ECONNABORTED, 10053}, {ECONNRESET, 10054},    {EPIPE, 10054},        {ENOBUFS, 10055},
-      {ENOMEM, 10055},       {EISCONN, 10056},       {ENOTCONN, 10057},     {ETIMEDOUT, 10060},
-      {ECONNREFUSED, 10061}, {EHOSTDOWN, 10064},     {EHOSTUNREACH, 10065}};
+      {EAGAIN, 10035},       {EINPROGRESS, 10035},  {EINTR, 10035},         {EACCES, 10013},    {EPERM, 10013},
+      {EFAULT, 10014},       {EINVAL, 10022},       {EMFILE, 10024},        {ENFILE, 10024},    {ENOTSOCK, 10038},
+      {EAFNOSUPPORT, 10047}, {EADDRINUSE, 10048},   {EADDRNOTAVAIL, 10049}, {ENETDOWN, 10050},  {ENETUNREACH, 10051},
+      {ENETRESET, 10052},    {ECONNABORTED, 10053}, {ECONNRESET, 10054},    {EPIPE, 10054},     {ENOBUFS, 10055},
+      {ENOMEM, 10055},       {EISCONN, 10056},      {ENOTCONN, 10057},      {ETIMEDOUT, 10060}, {ECONNREFUSED, 10061},
+      {EHOSTDOWN, 10064},    {EHOSTUNREACH, 10065}};
   for (const ErrorPair& pair : kPairs) {
     if (pair.native == native) return pair.winsock;
   }

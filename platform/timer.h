@@ -1,4 +1,5 @@
-// timer.h - calls back at a fixed interval, inside the yields of its loop. Late when nothing yields; never twice at once.
+// timer.h - calls back at a fixed interval, inside the yields of its loop. Late when nothing yields; never twice at
+// once.
 #ifndef OXAQRYCLN_PLATFORM_TIMER_H_
 #define OXAQRYCLN_PLATFORM_TIMER_H_
 

@@ -13,9 +13,9 @@ Variant Variant::Null() noexcept {
 }
 
 std::string_view Variant::TypeName() const noexcept {
-  static constexpr std::array<std::string_view, 12> kNames = {"Empty", "Null", "Missing", "Boolean",
-                                                              "Byte",  "Integer", "Long", "Double",
-                                                              "Date",  "String", "ByteArray", "Object"};
+  static constexpr std::array<std::string_view, 12> kNames = {"Empty", "Null",    "Missing",   "Boolean",
+                                                              "Byte",  "Integer", "Long",      "Double",
+                                                              "Date",  "String",  "ByteArray", "Object"};
   return kNames[value_.index()];
 }
 

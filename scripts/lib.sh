@@ -1,44 +1,76 @@
-# lib.sh - what the scripts share: the project's root, messages, and the installation of missing Debian packages.
-# Sourced, not run.
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# lib.sh - what the scripts share: the project's root, messages, packages, builds. To be sourced, not run.
+# Leaves the caller in the project's root.
 
-say() { printf '== %s\n' "$*"; }
-die() {
-  printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+readonly PROJECT_ROOT=$PWD
+readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev libgmock-dev nlohmann-json3-dev
+  libcli11-dev libsqlite3-dev python3)
+
+# A line of progress.
+say() { printf '==> %s\n' "$*"; }
+
+# An error that ends the script.
+fail() {
+  printf '%s: %s\n' "${0##*/}" "$*" >&2
   exit 1
 }
 
+# The comment block at the top of the calling script is its help.
+show_help() { sed -n '2,/^$/s/^# \{0,1\}//p' "$PROJECT_ROOT/scripts/${0##*/}"; }
+
+# Runs a command as root, without asking anything where nobody could answer.
 as_root() {
-  if [ "$(id -u)" -eq 0 ]; then
+  if [[ $(id -u) -eq 0 ]]; then
     "$@"
-  elif command -v sudo >/dev/null; then
-    sudo -n "$@" || die "installing packages needs root: run '$*' as root, then try again"
+  elif [[ -t 0 && -z ${CI:-} ]]; then
+    sudo "$@"
   else
-    die "installing packages needs root or sudo: run '$*' as root, then try again"
+    sudo -n "$@"
   fi
 }
 
-# need PACKAGE ...: installs those that are missing.
-need() {
-  local missing=() package
+apt() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 "$@" </dev/null; }
+
+is_installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
+
+# Whether the package lists of this machine know a package.
+is_known() { apt-cache policy "$1" 2>/dev/null | grep -q 'Candidate: [^(]'; }
+
+# Installs the Debian packages among the arguments that are missing, and only those.
+need_packages() {
+  command -v dpkg-query >/dev/null || fail "this machine has no Debian packages; install by hand: $*"
+  local package missing=() unknown=()
   for package in "$@"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    is_installed "$package" || missing+=("$package")
   done
-  [ ${#missing[@]} -eq 0 ] && return 0
-  say "installing ${missing[*]}"
-  as_root apt-get update -qq
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  [[ ${#missing[@]} -gt 0 ]] || return 0
+  if [[ $(id -u) -ne 0 ]] && ! command -v sudo >/dev/null; then
+    fail "packages are missing, and this is neither root nor is there sudo; as root: apt-get install ${missing[*]}"
+  fi
+  say "Installing ${missing[*]}"
+  for package in "${missing[@]}"; do
+    is_known "$package" || unknown+=("$package")
+  done
+  [[ ${#unknown[@]} -eq 0 ]] || apt update || fail "apt-get update failed"
+  # Lists that have grown old name files that are gone.
+  apt install --no-install-recommends "${missing[@]}" >/dev/null ||
+    { apt update && apt install --no-install-recommends "${missing[@]}" >/dev/null; } ||
+    fail "apt-get could not install ${missing[*]}"
 }
 
-need_to_build() {
-  need g++ cmake ninja-build ccache pkg-config nlohmann-json3-dev libcli11-dev libsqlite3-dev
-}
-
-# build_preset PRESET [CMAKE ARGUMENT ...]: configures when that was not done yet, and builds.
-build_preset() {
-  local preset=$1
+# build PRESET [TARGET ...]: configures when that was not done yet, then builds all or the targets.
+build() {
+  local preset=$1 targets=()
   shift
-  cd "$root" || exit 1
-  [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" "$@" >/dev/null || die "configuring $preset failed"
-  cmake --build --preset "$preset" || die "building $preset failed"
+  [[ $# -eq 0 ]] || targets=(--target "$@")
+  if [[ ! -f build/$preset/build.ninja ]]; then
+    say "Configuring build/$preset"
+    # A cache without a build file comes from a configuration that failed.
+    rm -f "build/$preset/CMakeCache.txt"
+    cmake --preset "$preset" </dev/null || return 1
+  fi
+  say "Building $preset"
+  cmake --build --preset "$preset" --parallel "$(nproc)" "${targets[@]}" </dev/null
 }

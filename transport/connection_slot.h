@@ -1,5 +1,5 @@
-// connection_slot.h - one connection of the hidden form: its socket, its record, and the receiver that fills the record.
-// Owned by frmControls; claimed by one clsQuery at a time.
+// connection_slot.h - one connection of the hidden form: its socket, its record, and the receiver that fills the
+// record. Owned by frmControls; claimed by one clsQuery at a time.
 #ifndef OXAQRYCLN_TRANSPORT_CONNECTION_SLOT_H_
 #define OXAQRYCLN_TRANSPORT_CONNECTION_SLOT_H_
 

@@ -1,5 +1,5 @@
-// form_controls.h - the hidden form of an apartment: connection slots with their sockets and sorted lists, and the timer
-// that frees stale query servers. Shared by all instances of the apartment.
+// form_controls.h - the hidden form of an apartment: connection slots with their sockets and sorted lists, and the
+// timer that frees stale query servers. Shared by all instances of the apartment.
 #ifndef OXAQRYCLN_TRANSPORT_FORM_CONTROLS_H_
 #define OXAQRYCLN_TRANSPORT_FORM_CONTROLS_H_
 

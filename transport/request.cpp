@@ -45,8 +45,8 @@ class RequestExecution::Attempts {
 
   bool Run() {
     controls_.StartReceiving(slot());
-    const bool printOnly = message_.request &&
-                           UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
+    const bool printOnly =
+        message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
     while (TryOneServer(printOnly)) {
     }
     socket_.Close();
@@ -89,8 +89,8 @@ class RequestExecution::Attempts {
     const ServerEntry& server = servers_.At(server_);
     log_.Write(bytInfo, "Found free server #", server_, ": ", server.host, ":", server.port);
     if (socket_.State() != SocketState::Closed) {
-      log_.Write(bytWarning, "Closing still opened Winsock connection (current state: ",
-                 static_cast<int>(socket_.State()), ")");
+      log_.Write(bytWarning,
+                 "Closing still opened Winsock connection (current state: ", static_cast<int>(socket_.State()), ")");
       socket_.Close();
     }
     socket_.SetRemote(server.host, server.port, server.address);
@@ -169,7 +169,8 @@ bool RequestExecution::Request(const Message& message, std::string* errorText) {
           log_.Write(bytWarning, "Server request cancelled due to previous one still running");
           return;
         }
-        if (slot_ == 0) throw RuntimeError(error::kObjectNotSet, "The instance has no connection slot; call Init first");
+        if (slot_ == 0)
+          throw RuntimeError(error::kObjectNotSet, "The instance has no connection slot; call Init first");
         result = Attempts(*this, message, errorText).Run();
       },
       [&](const RuntimeError& why) {

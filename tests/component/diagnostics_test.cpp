@@ -23,8 +23,7 @@ TEST(Diagnostics, SayHelloAndAskAServer) {
 TEST(Diagnostics, ReturnTheErrorTextWithoutAServer) {
   InOwnThread([] {
     clsQuery query;
-    EXPECT_EQ(query.LiveCheck(),
-              "General processing error: 91 - The instance has no connection slot; call Init first");
+    EXPECT_EQ(query.LiveCheck(), "General processing error: 91 - The instance has no connection slot; call Init first");
     EXPECT_TRUE(query.Init(false));
     EXPECT_EQ(query.LiveCheck(), "All query servers are currently busy");
     EXPECT_EQ(query.DirectQuery("^X^"), "All query servers are currently busy");

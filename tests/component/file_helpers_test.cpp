@@ -16,9 +16,9 @@ TEST(ChangeFileExt, RenamesByTheFirstRuleThatFits) {
     const char* rules;
     const char* renamed;
   };
-  for (const Case& each : {Case{"a.tif", "TIF-PDF,JPEG-JPG", "a.PDF"}, Case{"a.TIF", "jpg-x,tif-pdf", "a.pdf"},
-                           Case{"a.jpeg", "TIF-PDF,JPEG-JPG", "a.jJPG"}, Case{"a.txt", "TIF-PDF", "a.txt"},
-                           Case{"a.tif", "", "a.tif"}}) {
+  for (const Case& each :
+       {Case{"a.tif", "TIF-PDF,JPEG-JPG", "a.PDF"}, Case{"a.TIF", "jpg-x,tif-pdf", "a.pdf"},
+        Case{"a.jpeg", "TIF-PDF,JPEG-JPG", "a.jJPG"}, Case{"a.txt", "TIF-PDF", "a.txt"}, Case{"a.tif", "", "a.tif"}}) {
     const TemporaryDirectory directory;
     directory.Write(each.file, "content");
     EXPECT_EQ(ChangeFileExt(directory.path() + "\\" + each.file, each.rules), directory.path() + "\\" + each.renamed);

@@ -69,7 +69,8 @@ TEST_F(LogWriter, KeepsLinesOfSeveralThreadsWhole) {
   const std::string line = "15.11.2026 20:31:07     " + text + "\r\n";
   const std::string all = logs.Read("S1.log");
   ASSERT_EQ(all.size(), 200 * line.size());
-  for (std::size_t at = 20; at < all.size(); at += line.size()) ASSERT_EQ(all.substr(at, 503).substr(4, 499), text.substr(1));
+  for (std::size_t at = 20; at < all.size(); at += line.size())
+    ASSERT_EQ(all.substr(at, 503).substr(4, 499), text.substr(1));
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ TEST(CodePage, EveryByteSurvivesTheWayToUtf8AndBack) {
 }
 
 TEST(CodePage, RefusesWhatIsNotWellFormedOrHasNoPlace) {
-  for (const char* bad : {"\xC3", "\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\u0100", "\U0001F600", "\xE0\x81\x81"}) {
+  for (const char* bad :
+       {"\xC3", "\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\u0100", "\U0001F600", "\xE0\x81\x81"}) {
     EXPECT_EQ(FromUtf8(bad), std::nullopt) << bad;
   }
 }

@@ -14,8 +14,8 @@ TEST(FileNames, AreRefusedWhenTheyCouldLeaveADirectoryOrMeanADevice) {
   for (const char* good : {"a.pdf", "42_a.pdf", "no extension", ".log", "a..b", "COM0", "console.txt", "\xE4.txt"}) {
     EXPECT_TRUE(IsPlainFileName(good)) << good;
   }
-  for (const char* bad : {"", ".", "..", "a/b", "a\\b", "C:a", "a\tb", "a.", "a ", "nul", "CON.txt", "com1.tar.gz",
-                          "LPT9", "aux .txt"}) {
+  for (const char* bad :
+       {"", ".", "..", "a/b", "a\\b", "C:a", "a\tb", "a.", "a ", "nul", "CON.txt", "com1.tar.gz", "LPT9", "aux .txt"}) {
     EXPECT_FALSE(IsPlainFileName(bad)) << bad;
   }
   EXPECT_FALSE(IsPlainFileName(std::string("a\0b", 3)));
@@ -68,10 +68,10 @@ TEST(Wildcards, MatchNames) {
     const char* name;
     bool matches;
   };
-  for (const Case& each : {Case{"*", "a", true}, Case{"*.*", "no dot", true}, Case{"a?c", "abc", true},
-                           Case{"a?c", "ac", false}, Case{"*.tif", "x.tif", true}, Case{"*.tif", "x.tiff", false},
-                           Case{"a*b*c", "aXbYbZc", true}, Case{"a*b*c", "aXbY", false}, Case{"", "", true},
-                           Case{"**", "", true}, Case{"plain", "plain", true}}) {
+  for (const Case& each :
+       {Case{"*", "a", true}, Case{"*.*", "no dot", true}, Case{"a?c", "abc", true}, Case{"a?c", "ac", false},
+        Case{"*.tif", "x.tif", true}, Case{"*.tif", "x.tiff", false}, Case{"a*b*c", "aXbYbZc", true},
+        Case{"a*b*c", "aXbY", false}, Case{"", "", true}, Case{"**", "", true}, Case{"plain", "plain", true}}) {
     EXPECT_EQ(MatchesWildcard(each.pattern, each.name), each.matches) << each.pattern << " on " << each.name;
   }
 }

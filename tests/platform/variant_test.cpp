@@ -26,12 +26,29 @@ TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
     std::int32_t value;
     std::int32_t error;
   };
-  for (const Case& each :
-       {Case{" 12 ", 12, 0}, Case{"-7", -7, 0}, Case{"+7", 7, 0}, Case{"2.5", 2, 0}, Case{"3.5", 4, 0},
-        Case{"-2.5", -2, 0}, Case{"1e3", 1000, 0}, Case{".5", 0, 0}, Case{"1E-400", 0, 0}, Case{"007", 7, 0},
-        Case{"2147483647.4", 2147483647, 0}, Case{"2147483648", 0, 6}, Case{"1e400", 0, 6}, Case{"", 0, 13},
-        Case{"abc", 0, 13}, Case{"1x", 0, 13}, Case{"- 1", 0, 13}, Case{"--1", 0, 13}, Case{"inf", 0, 13},
-        Case{"nan", 0, 13}, Case{"0x10", 0, 13}, Case{"1e", 0, 13}, Case{"True", 0, 13}}) {
+  for (const Case& each : {Case{" 12 ", 12, 0},
+                           Case{"-7", -7, 0},
+                           Case{"+7", 7, 0},
+                           Case{"2.5", 2, 0},
+                           Case{"3.5", 4, 0},
+                           Case{"-2.5", -2, 0},
+                           Case{"1e3", 1000, 0},
+                           Case{".5", 0, 0},
+                           Case{"1E-400", 0, 0},
+                           Case{"007", 7, 0},
+                           Case{"2147483647.4", 2147483647, 0},
+                           Case{"2147483648", 0, 6},
+                           Case{"1e400", 0, 6},
+                           Case{"", 0, 13},
+                           Case{"abc", 0, 13},
+                           Case{"1x", 0, 13},
+                           Case{"- 1", 0, 13},
+                           Case{"--1", 0, 13},
+                           Case{"inf", 0, 13},
+                           Case{"nan", 0, 13},
+                           Case{"0x10", 0, 13},
+                           Case{"1e", 0, 13},
+                           Case{"True", 0, 13}}) {
     std::int32_t value = 0;
     EXPECT_EQ(ErrorOf([&] { value = Variant(each.text).ToLong(); }), each.error) << each.text;
     EXPECT_EQ(value, each.value) << each.text;
@@ -63,10 +80,10 @@ TEST(Variant, ConcatenatesAsText) {
     Variant value;
     const char* text;
   };
-  for (const Case& each : {Case{Variant(), ""}, Case{Variant::Null(), ""}, Case{false, "False"}, Case{true, "True"},
-                           Case{std::uint8_t{7}, "7"}, Case{-5, "-5"}, Case{2.5, "2.5"}, Case{0.1, "0.1"},
-                           Case{1e20, "1E+20"}, Case{-0.5, "-0.5"}, Case{3.0, "3"},
-                           Case{DateTime::FromCivil({2026, 1, 2, 0, 0, 0}), "02.01.2026"}}) {
+  for (const Case& each :
+       {Case{Variant(), ""}, Case{Variant::Null(), ""}, Case{false, "False"}, Case{true, "True"},
+        Case{std::uint8_t{7}, "7"}, Case{-5, "-5"}, Case{2.5, "2.5"}, Case{0.1, "0.1"}, Case{1e20, "1E+20"},
+        Case{-0.5, "-0.5"}, Case{3.0, "3"}, Case{DateTime::FromCivil({2026, 1, 2, 0, 0, 0}), "02.01.2026"}}) {
     EXPECT_EQ(each.value.ToText(), each.text) << each.value.TypeName();
   }
   EXPECT_EQ(ErrorOf([] { Variant(Missing).ToText(); }), 13);

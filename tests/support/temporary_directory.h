@@ -14,7 +14,7 @@ namespace oxaqrycln::testing {
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {
-    std::string path = (std::filesystem::temp_directory_path() / "oxaqrycln-XXXXXX").string();
+    std::string path = (std::filesystem::temp_directory_path() / ("oxaqrycln-" + std::string(6, 'X'))).string();
     if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
     path_ = path;
   }

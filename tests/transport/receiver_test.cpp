@@ -43,8 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
            Arrival{"nothing_announced", "TotalBytes:0\r\n", 100, ""},
            Arrival{"count_too_small_keeps_the_packet", "TotalBytes:2\r\nabcdef", 100, "abcdef"},
            Arrival{"no_header_ends_with_its_first_packet", "Status: OK\r\na", 100, "Status: OK\r\na"},
-           Arrival{"header_word_inside_the_body", Framed("abcTotalBytes:99\r\nrest"), 16,
-                   "abcTotalBytes:99\r\nrest"},
+           Arrival{"header_word_inside_the_body", Framed("abcTotalBytes:99\r\nrest"), 16, "abcTotalBytes:99\r\nrest"},
            Arrival{"any_byte", std::string("TotalBytes:4\r\n\0\xFF\r\0", 18), 15, std::string("\0\xFF\r\0", 4)}),
     [](const auto& each) { return each.param.name; });
 
@@ -82,7 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
     Receiver, FaultyAnswer,
     Values(Fault{"closes_without_a_byte", "", false, kResetText, "### <ERROR> Winsock error occured: 10054"},
            Fault{"closes_in_the_header", "TotalBy", false, kResetText, "### <ERROR> Winsock error occured: 10054"},
-           Fault{"closes_in_the_body", "TotalBytes:99\r\nabc", false, kResetText, "First string packet received: 3 bytes"},
+           Fault{"closes_in_the_body", "TotalBytes:99\r\nabc", false, kResetText,
+                 "First string packet received: 3 bytes"},
            Fault{"resets_in_the_body", "TotalBytes:99\r\nabc", true, kResetText, "Releasing server #1"},
            Fault{"count_too_large", "TotalBytes:200000\r\nabc", false, kResetText, "First string packet"},
            Fault{"count_is_text", "TotalBytes:many\r\nabc", false, kResetText, kReceiverFailed},

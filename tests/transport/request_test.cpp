@@ -38,10 +38,10 @@ TEST(Request, SendsPrefixAndCommandAndLogsEveryStep) {
   EXPECT_EQ(server.Requests().at(0), "^S1^,^webuser^,^" + Encode("secret") + "^,^Ping^,^1^");
   const std::string log = logs.Read("S1.log");
   std::size_t at = 0;
-  for (const char* line : {"Found free server #1: 127.0.0.1:", "Winsock connection established",
-                           "Winsock(1): First string packet received: 4 bytes",
-                           "Winsock(1): All packets received: 4 bytes in total",
-                           "\r\nResponse received: \r\npong\r\n", "Releasing server #1"}) {
+  for (const char* line :
+       {"Found free server #1: 127.0.0.1:", "Winsock connection established",
+        "Winsock(1): First string packet received: 4 bytes", "Winsock(1): All packets received: 4 bytes in total",
+        "\r\nResponse received: \r\npong\r\n", "Releasing server #1"}) {
     const std::size_t found = log.find(line, at);
     ASSERT_NE(found, std::string::npos) << line << "\nnot in order in\n" << log;
     at = found;

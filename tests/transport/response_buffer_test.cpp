@@ -44,8 +44,7 @@ TEST(InitBuffer, JudgesTheStatusLineAndSplitsTheRest) {
         Judged{"the server's error text", "Status:   No hits  \r\nx", false, "No hits", {}},
         Judged{"letter case counts", "status: ok\r\na", false, "ok", {}},
         Judged{"more than OK", "Status: OK \r\na", false, "OK", {}},
-        Judged{"short of a status word", "Oops", false, "", {}},
-        Judged{"empty answer", "", false, "", {}}}) {
+        Judged{"short of a status word", "Oops", false, "", {}}, Judged{"empty answer", "", false, "", {}}}) {
     ScriptedServer server(ScriptedServer::Replies(Framed(each.response)));
     Requester page(server.Host());
     ResponseBuffer buffer;
@@ -73,8 +72,20 @@ TEST(InitBuffer, EmptiesTheBufferAlsoWhenTheTransportFails) {
 
 TEST(ResponseBuffer, SortsAsABubbleSortOfTheUpperCasedLinesWould) {
   std::mt19937 random(7);
-  std::vector<std::string> lines = {"beta", "Alpha", "alpha2", "alpha", "a,1", "ab", "A", "\xE4 umlaut", "\xC4 UMLAUT",
-                                    "", "name,x", "name2,x", "longer than eight a", "LONGER than eight A"};
+  std::vector<std::string> lines = {"beta",
+                                    "Alpha",
+                                    "alpha2",
+                                    "alpha",
+                                    "a,1",
+                                    "ab",
+                                    "A",
+                                    "\xE4 umlaut",
+                                    "\xC4 UMLAUT",
+                                    "",
+                                    "name,x",
+                                    "name2,x",
+                                    "longer than eight a",
+                                    "LONGER than eight A"};
   for (int i = 0; i < 300; ++i) {
     std::string line;
     for (auto length = random() % 12; length > 0; --length) line += "aAbB,z\xE4\xC4"[random() % 8];

@@ -73,9 +73,10 @@ TEST_F(ServerTableTest, FreesAClaimAfterMoreThanFiveMinuteBoundaries) {
     CivilTime checked;
     std::int16_t freed;
   };
-  for (const Case& each : {Case{"five boundaries", {2026, 11, 15, 10, 0, 0}, {2026, 11, 15, 10, 5, 58}, 0},
-                           Case{"six boundaries in five minutes", {2026, 11, 15, 10, 0, 58}, {2026, 11, 15, 10, 6, 0}, 1},
-                           Case{"over midnight", {2026, 11, 15, 23, 58, 0}, {2026, 11, 16, 0, 4, 0}, 1}}) {
+  for (const Case& each :
+       {Case{"five boundaries", {2026, 11, 15, 10, 0, 0}, {2026, 11, 15, 10, 5, 58}, 0},
+        Case{"six boundaries in five minutes", {2026, 11, 15, 10, 0, 58}, {2026, 11, 15, 10, 6, 0}, 1},
+        Case{"over midnight", {2026, 11, 15, 23, 58, 0}, {2026, 11, 16, 0, 4, 0}, 1}}) {
     Apartment fresh;
     fresh.servers.Load("a,1", log);
     fresh.clock.SetWall(DateTime::FromCivil(each.claimed));

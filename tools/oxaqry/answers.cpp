@@ -7,11 +7,18 @@
 namespace oxaqrycln {
 namespace {
 
-bool IsTransportError(const std::string& text) {
-  return text.starts_with("Winsock Error") || text.starts_with("Timeout of ") || text.starts_with("All query servers ");
+// What a person can do about an error of the transport; "" for another error.
+std::string Advice(const std::string& errorText) {
+  const bool isTransport = errorText.starts_with("Winsock Error") || errorText.starts_with("Timeout of ");
+  if (isTransport) return " (\"oxaqry servers\" shows the state of each server)";
+  if (IsNoConnection(errorText)) return " (none accepts a connection; \"oxaqry servers\" shows the state of each)";
+  return "";
 }
 
 }  // namespace
+
+// Nobody shares this process's servers: they are marked busy by connects that failed.
+bool IsNoConnection(const std::string& errorText) { return errorText == "All query servers are currently busy"; }
 
 // A diagnostic method returns answer and error text alike. What tells them apart: the records that a ...Next method
 // reads are those of the answer, and none after an error.
@@ -29,9 +36,8 @@ Answer AskDirect(clsQuery& query, const std::string& commandPart) {
 }
 
 void Fail(const std::string& errorText) {
-  std::string message = errorText.empty() ? "the query server gave no usable answer" : Printable(errorText);
-  if (IsTransportError(errorText)) message += " (\"oxaqry servers\" shows the state of each server)";
-  throw CommandError(message);
+  const std::string reason = errorText.empty() ? "the query server gave no usable answer" : Printable(errorText);
+  throw CommandError(reason + Advice(errorText));
 }
 
 std::int32_t Count(const Variant& result, const Variant& status) {

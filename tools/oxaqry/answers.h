@@ -20,6 +20,9 @@ Answer CheckLive(clsQuery& query);
 // All lines of the answer to a complete command part, joined by CR LF, or the error text.
 Answer AskDirect(clsQuery& query, const std::string& commandPart);
 
+// Whether the error text means that no server accepted a connection.
+bool IsNoConnection(const std::string& errorText);
+
 // The number of records that an ...Init returned; raises CommandError with its error text when it failed.
 std::int32_t Count(const Variant& result, const Variant& status);
 // Raises CommandError for an error text of the component.

@@ -164,7 +164,7 @@ void CommandLine::AddOwnCommands() {
   AddQuery("write-test", "try whether the local blob directory can be written",
            "Example:\n  oxaqry write-test --blob-local /srv/blobs", WriteTest);
   AddPlain("session", "run calls given as JSON lines on standard input",
-           "Example:\n  echo '{\"call\":\"HelloWorld\"}' | oxaqry session")
+           "Examples:\n  oxaqry session < calls.jsonl\n  echo '{\"call\":\"HelloWorld\"}' | oxaqry session")
       ->callback([this] { run_ = [this] { return RunSession(surroundings_.in, surroundings_.out); }; });
   CLI::App* const methods = AddPlain("methods", "list the component's public variables and methods",
                                      "Example:\n  oxaqry methods --markdown > docs/methods.md");

@@ -27,6 +27,7 @@ ServerState Check(const Settings& settings, const QueryServer& server) {
   try {
     const auto query = settings.Connect(server.entry);
     state.answer = CheckLive(*query);
+    if (IsNoConnection(state.answer.text)) state.answer.text = "no connection: nothing listens there";
   } catch (const std::exception& error) {
     state.answer = {true, error.what()};
   }

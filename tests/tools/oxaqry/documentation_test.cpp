@@ -31,7 +31,8 @@ void ExpectEveryWord(const std::string& name, const std::string& text) {
 }
 
 TEST(Documentation, NamesEveryCommandAndOption) {
-  const std::string page = std::regex_replace(std::regex_replace(Read("oxaqry.1"), std::regex(R"(\\fR)"), ""), std::regex(R"(\\-)"), "-");
+  const std::string page =
+      std::regex_replace(std::regex_replace(Read("oxaqry.1"), std::regex(R"(\\fR)"), ""), std::regex(R"(\\-)"), "-");
   ExpectEveryWord("manual page", page);
   ExpectEveryWord("bash", Read("completion/oxaqry.bash"));
   ExpectEveryWord("zsh", Read("completion/_oxaqry"));

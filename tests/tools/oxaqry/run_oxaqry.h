@@ -10,16 +10,16 @@
 
 #include "tools/oxaqry/command_line.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln {
 
-struct Run {
+struct ToolRun {
   int status = -1;
   std::string out;
   std::string err;
 };
 
-inline Run RunOxaqry(const std::vector<std::string>& arguments, const std::map<std::string, std::string>& environment = {},
-                     const std::string& input = "") {
+inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
+                         const std::map<std::string, std::string>& environment = {}, const std::string& input = "") {
   std::istringstream in(input);
   std::ostringstream out;
   std::ostringstream err;
@@ -27,13 +27,13 @@ inline Run RunOxaqry(const std::vector<std::string>& arguments, const std::map<s
     const auto found = environment.find(name);
     return found == environment.end() ? nullptr : found->second.c_str();
   };
-  Run run;
+  ToolRun run;
   std::thread([&] { run.status = RunCommandLine(arguments, {in, out, err, lookUp}); }).join();
   run.out = out.str();
   run.err = err.str();
   return run;
 }
 
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln
 
 #endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_

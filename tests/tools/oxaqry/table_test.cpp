@@ -23,8 +23,8 @@ TEST(Table, AlignsColumnsByCharactersNotBytes) {
 }
 
 TEST(Table, ShowsNothingThatDrivesATerminal) {
-  const std::string text = std::string("a\x1B[2J\r\n\x7F\x9D\0\xE4", 10);
-  EXPECT_EQ(Printable(text), "a\uFFFD[2J\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD");
+  const std::string text = std::string("a\x1B[2J\r\n\x7F\x9D\0\xE4", 11);
+  EXPECT_EQ(Printable(text), "a\uFFFD[2J\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDä");
 }
 
 }  // namespace

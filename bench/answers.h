@@ -1,0 +1,18 @@
+// answers.h - the answers that the benchmarks' server gives: hit lists of any length, and channel lists.
+#ifndef OXAQRYCLN_BENCH_ANSWERS_H_
+#define OXAQRYCLN_BENCH_ANSWERS_H_
+
+#include <string>
+
+namespace oxaqrycln::bench {
+
+// The text of a query's answer with this many hits, status line included; 73 bytes a row.
+std::string HitList(int rows);
+// Lines "name,description" in no order, without a status line.
+std::string ChannelLines(int lines);
+// With the header line in front.
+std::string Framed(const std::string& text);
+
+}  // namespace oxaqrycln::bench
+
+#endif  // OXAQRYCLN_BENCH_ANSWERS_H_

@@ -1,0 +1,54 @@
+// The benchmarks; or, for what is measured from outside the process:
+//   oxaqrycln_bench --requests N   sends N searches of 100 rows and nothing else (system calls)
+//   oxaqrycln_bench --peak ROWS    one search; prints the peak memory it added beside the size of the answer
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "bench/answers.h"
+#include "bench/bench_query.h"
+
+namespace {
+
+using oxaqrycln::bench::BenchQuery;
+
+long PeakKilobytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+int SendRequests(int count) {
+  BenchQuery page;
+  for (int i = 0; i < count; ++i) {
+    if (page.Search(100) != 101) return 1;
+  }
+  return 0;
+}
+
+int MeasurePeak(int rows) {
+  BenchQuery page;
+  page.Search(10);
+  const long before = PeakKilobytes();
+  if (page.Search(rows) != rows + 1) return 1;
+  const long added = (PeakKilobytes() - before) * 1024;
+  const auto answer = static_cast<long>(oxaqrycln::bench::HitList(rows).size());
+  std::printf("%ld %ld\n", added, answer);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  oxaqrycln::bench::TheServer();
+  oxaqrycln::bench::StayOnProcessor(0);
+  if (argc == 3 && std::string_view(argv[1]) == "--requests") return SendRequests(std::atoi(argv[2]));
+  if (argc == 3 && std::string_view(argv[1]) == "--peak") return MeasurePeak(std::atoi(argv[2]));
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

@@ -1,0 +1,17 @@
+// plain_client.h - the limit the component is measured against: a plain blocking connect, send, receive, close.
+#ifndef OXAQRYCLN_BENCH_PLAIN_CLIENT_H_
+#define OXAQRYCLN_BENCH_PLAIN_CLIENT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace oxaqrycln::bench {
+
+// Receives byteCount bytes into a buffer that is ready (its pages are there); returns how many came.
+std::size_t PlainRequest(std::uint16_t port, std::string_view request, std::span<char> buffer, std::size_t byteCount);
+
+}  // namespace oxaqrycln::bench
+
+#endif  // OXAQRYCLN_BENCH_PLAIN_CLIENT_H_

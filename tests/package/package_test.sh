@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# package_test.sh SOURCE BUILD CMAKE COMPILER [FLAG ...] - what was built, as others get it: installs BUILD, moves the
+# installed tree, builds the example through find_package() and through pkg-config, and runs it against the installed
+# devserver. FLAGS are the sanitizers or counters that the libraries were built with.
+
+set -euo pipefail
+
+source=$1 build=$2 cmake=$3 compiler=$4
+shift 4
+flags="$*"
+
+work=$(mktemp -d)
+server=0
+finish() {
+  [[ $server -eq 0 ]] || { kill "$server" && wait "$server" || true; } 2>/dev/null
+  rm -rf "$work"
+}
+trap finish EXIT
+
+fail() {
+  printf 'FAILED: %s\n' "$*" >&2
+  exit 1
+}
+
+"$cmake" --install "$build" --prefix "$work/first" >"$work/install.log" || fail "install: $(cat "$work/install.log")"
+mkdir "$work/other place"
+tree="$work/other place/moved"
+mv "$work/first" "$tree"
+
+printf 'What is installed\n'
+libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.so')")
+for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/oxaqry.1 \
+  share/bash-completion/completions/oxaqry share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
+  [[ -s $tree/$file ]] || fail "$file is not installed"
+done
+[[ -s $libdir/liboxaqrycln.a ]] || fail "the static library is not installed"
+for path in "$source" "$build" "$work/first"; do
+  ! grep -rIlF -- "$path" "$libdir/cmake" "$libdir/pkgconfig" "$tree/include" ||
+    fail "an installed file names $path"
+done
+
+printf 'Programs through find_package\n'
+"$cmake" -G Ninja -S "$source/tests/package/consumer" -B "$work/consumer" -DCMAKE_BUILD_TYPE=Debug \
+  -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$tree" \
+  -DEXAMPLE="$source/examples/first_query" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 &&
+  "$cmake" --build "$work/consumer" --parallel 2 >>"$work/log" 2>&1 || fail "$(cat "$work/log")"
+
+printf 'A program through pkg-config\n'
+export PKG_CONFIG_PATH=$libdir/pkgconfig
+# --dont-define-prefix: the file itself has to know where it stands.
+options=$(pkg-config --dont-define-prefix --cflags --libs oxaqrycln)
+# The place has a blank in its name, which pkg-config quotes for the shell.
+eval "'$compiler' $flags -o '$work/by_pkg_config' '$source/examples/first_query/main.cpp' $options"
+
+printf 'Running them\n'
+: >"$work/devserver.log"
+"$tree/bin/devserver" --port 0 >"$work/devserver.log" 2>&1 &
+server=$!
+for ((tries = 0; tries < 100; ++tries)); do
+  port=$(sed -n 's/^listening on 127\.0\.0\.1:\([0-9]*\)$/\1/p' "$work/devserver.log")
+  [[ -z $port ]] || break
+  sleep 0.1
+done
+[[ -n $port ]] || fail "devserver does not listen: $(cat "$work/devserver.log")"
+export ARCHIVE_PASSWORD=secret
+for program in consumer/first_query/first_query consumer/first_query_static by_pkg_config; do
+  if [[ $program == by_pkg_config ]]; then export LD_LIBRARY_PATH=$libdir; fi
+  output=$("$work/$program" "127.0.0.1,$port" pipes 2>&1) || fail "$program: $output"
+  [[ $output == [1-9]*" hits"$'\n'*"copper pipes"* ]] || fail "$program printed: $output"
+done
+! ARCHIVE_PASSWORD=wrong "$work/by_pkg_config" "127.0.0.1,$port" pipes >/dev/null 2>&1 || fail "a wrong password serves"
+OXAQRY_USER=webuser OXAQRY_PASSWORD=secret "$tree/bin/oxaqry" channels --hosts "127.0.0.1,$port" >"$work/channels" ||
+  fail "the installed oxaqry: $(cat "$work/channels")"
+printf 'All done\n'

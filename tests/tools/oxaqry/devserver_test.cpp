@@ -1,0 +1,187 @@
+// The commands that need a query server, against the development archive server.
+#include "tools/devserver/server.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/tools/oxaqry/run_oxaqry.h"
+#include "tools/devserver/misbehaviour.h"
+#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/service.h"
+#include "tools/oxaqry/value_json.h"
+
+namespace oxaqrycln {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class RunningServer {
+ public:
+  explicit RunningServer(const std::string& misbehaviour = "none")
+      : service_(devserver::OpenArchive(""), {{"webuser", "secret"}}),
+        server_(Options(misbehaviour), [this](std::string_view request) { return service_.Answer(request); }),
+        thread_([this] { server_.Run(); }) {}
+  ~RunningServer() {
+    server_.Stop();
+    thread_.join();
+  }
+  RunningServer(const RunningServer&) = delete;
+  RunningServer& operator=(const RunningServer&) = delete;
+
+  std::string Entry() const { return "127.0.0.1," + std::to_string(server_.port()); }
+
+  // Runs a command as the sample account.
+  ToolRun Command(const std::vector<std::string>& arguments) const {
+    return RunOxaqry(arguments, {{"OXAQRY_REMOTE_HOSTS", Entry()},
+                                 {"OXAQRY_USER", "webuser"},
+                                 {"OXAQRY_PASSWORD", "secret"},
+                                 {"OXAQRY_TIMEOUT", "10"}});
+  }
+  Json Document(const std::vector<std::string>& arguments) const {
+    const ToolRun run = Command(arguments);
+    EXPECT_EQ(run.status, 0) << run.err;
+    return Json::parse(run.out, nullptr, false);
+  }
+
+ private:
+  static devserver::ServerOptions Options(const std::string& misbehaviour) {
+    devserver::ServerOptions options;
+    options.misbehaviour = devserver::ParseMisbehaviour(misbehaviour);
+    return options;
+  }
+
+  devserver::Service service_;
+  devserver::Server server_;
+  std::thread thread_;
+};
+
+// A port that nothing listens on.
+std::string DeadEntry() { return RunningServer().Entry(); }
+
+TEST(Commands, ListWhatTheServerOffers) {
+  const RunningServer server;
+  EXPECT_THAT(server.Command({"live"}).out, HasSubstr("alive"));
+  EXPECT_THAT(server.Command({"channels"}).out, StartsWith("Channel   Description\n--------  ---"));
+  EXPECT_EQ(server.Document({"channels", "--json"})["channels"][0],
+            (Json{{"channel", "Büro"}, {"description", "Protokolle, Aushänge"}}));
+  EXPECT_EQ(server.Document({"archives", "--json"})["archives"][0], (Json{{"archive", "$(#Büro)\\Protokolle"}}));
+  const Json channels = server.Document({"archives", "--ext", "--json"})["channels"];
+  EXPECT_EQ(channels[0]["archives"][1], (Json{{"archive", "Outbox"}, {"comment", "Letters sent"}}));
+  EXPECT_EQ(channels.back(),
+            (Json{{"channel", "Projects"}, {"description", "Nothing filed here yet"}, {"archives", Json::array()}}));
+  EXPECT_THAT(server.Command({"archives", "--ext"}).out, HasSubstr("\nTechnik   Prüfberichte  Test reports\n"));
+  EXPECT_THAT(server.Document({"formats", "Mail", "Inbox", "--json"})["formats"], testing::Not(IsEmpty()));
+  EXPECT_EQ(server.Document({"properties", "Technik", "Prüfberichte", "--json"}).size(), 5U);
+  EXPECT_EQ(server.Document({"direct", "^GetArchiveProperties^,^Mail^,^Inbox^", "--json"})["lines"].size(), 1U);
+}
+
+TEST(Commands, ShowAHitListWithItsTitles) {
+  const RunningServer server;
+  const ToolRun table = server.Command({"search", "invoice", "--max", "3"});
+  EXPECT_THAT(table.out, testing::ContainsRegex("^Channel +Archive +Document +Version +Title +Author +Date\n-"));
+  EXPECT_THAT(table.out, HasSubstr("\nShowing 3 of 30 hits\n"));
+
+  const Json list = server.Document({"search", "invoice", "--max", "2", "--json"});
+  EXPECT_EQ(list["totalHits"], "30");
+  EXPECT_EQ(list["columns"], (Json{"Title", "Author", "Date"}));
+  ASSERT_EQ(list["hits"].size(), 2U);
+  for (const Json& hit : list["hits"]) {
+    EXPECT_EQ(hit["channel"], "Finance");
+    EXPECT_EQ(hit["columns"].size(), 3U);
+  }
+  EXPECT_EQ(server.Document({"search", "nosuchwordanywhere", "--json"})["hits"], Json::array());
+  EXPECT_THAT(server.Command({"search", "nosuchwordanywhere"}).out, HasSubstr("Showing 0 of 0 hits"));
+}
+
+TEST(Commands, FailWithTheServersOwnText) {
+  const RunningServer server;
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"channels", "--user", "nobody"},
+                                                    {"live", "--user", "nobody"},
+                                                    {"direct", "^NoSuchCommand^"},
+                                                    {"search", "("},
+                                                    {"formats", "No", "Archive"},
+                                                    {"properties", "No", "Archive"}}) {
+    SCOPED_TRACE(arguments.front());
+    const ToolRun run = server.Command(arguments);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_THAT(run.err, testing::MatchesRegex("oxaqry: ....+\n"));
+  }
+}
+
+TEST(Commands, TakeThePasswordFromAFileOrFromInput) {
+  const RunningServer server;
+  const std::vector<std::string> account{"--hosts", server.Entry(), "--user", "webuser"};
+  const auto channels = [&](std::vector<std::string> arguments, const std::string& input) {
+    arguments.insert(arguments.begin(), "channels");
+    arguments.insert(arguments.end(), account.begin(), account.end());
+    return RunOxaqry(arguments, {{"OXAQRY_PASSWORD", "wrong"}}, input).status;
+  };
+  const auto file = std::filesystem::path(::testing::TempDir()) / "oxaqry_password_test";
+  std::ofstream(file) << "secret\r\nsecond line\n";
+  EXPECT_EQ(channels({}, ""), 1);
+  EXPECT_EQ(channels({"--password-stdin"}, "secret\n"), 0);
+  EXPECT_EQ(channels({"--password-file", file.string()}, ""), 0);
+  std::filesystem::remove(file);
+}
+
+TEST(Commands, ShowTheStateOfEveryServer) {
+  const RunningServer sound;
+  const RunningServer silent("silent");
+  const std::string list = sound.Entry() + "|" + DeadEntry() + "|" + silent.Entry();
+  const ToolRun run = RunOxaqry({"servers", "--json", "--hosts", list, "--timeout", "0"},
+                                {{"OXAQRY_USER", "webuser"}, {"OXAQRY_PASSWORD", "secret"}});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, StartsWith("oxaqry: 2 of 3 query servers did not answer"));
+  const Json document = Json::parse(run.out, nullptr, false);
+  ASSERT_EQ(document["servers"].size(), 3U);
+  EXPECT_THAT(document["servers"][0]["answer"].get<std::string>(), HasSubstr("alive"));
+  EXPECT_THAT(document["servers"][1]["error"].get<std::string>(), StartsWith("no connection"));
+  EXPECT_THAT(document["servers"][2]["error"].get<std::string>(), StartsWith("Timeout of 0 seconds"));
+
+  const ToolRun one = sound.Command({"servers"});
+  EXPECT_EQ(one.status, 0);
+  EXPECT_THAT(one.out, testing::ContainsRegex("\n1  127.0.0.1 +[0-9]+ +answers +[0-9]+ ms +.*alive"));
+}
+
+TEST(Commands, AdviseWhenNoServerCanBeReached) {
+  const ToolRun run = RunOxaqry({"channels", "--hosts", DeadEntry()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("\"oxaqry servers\" shows the state of each"));
+}
+
+TEST(Commands, ServeASearchOverASession) {
+  const RunningServer server;
+  const std::string input =
+      R"({"set":{"lngRequestTimeout":10,"strTELOUser":"webuser","strTELOPwd":"secret",)"
+      R"("RemoteHosts":")" +
+      server.Entry() + "\"}}\n" +
+      R"({"call":"Init","args":[false]})"
+      "\n"
+      R"({"call":"TELOQueryArchiveInit","args":["invoice",2,100,"","",null,null,null,null,{"ref":null}]})"
+      "\n"
+      R"({"call":"TELOQueryArchiveNext","args":[{"ref":null}]})"
+      "\n"
+      R"({"call":"TELOQueryArchiveNext","args":[{"ref":null},{"ref":null}]})"
+      "\n";
+  const ToolRun run = RunOxaqry({"session"}, {}, input);
+  std::istringstream lines(run.out);
+  std::vector<Json> answers;
+  for (std::string line; std::getline(lines, line);) answers.push_back(Json::parse(line, nullptr, false));
+  ASSERT_EQ(answers.size(), 5U) << run.out;
+  EXPECT_EQ(answers[2], Json::parse(R"({"result":3,"type":"Long","refs":[{"type":"String","value":"30"}]})"));
+  EXPECT_EQ(answers[3]["refs"][0]["value"], "Channel");
+  EXPECT_EQ(answers[4]["refs"],
+            Json::parse(R"([{"type":"String","value":"Finance"},{"type":"String","value":"Invoices"}])"));
+}
+
+}  // namespace
+}  // namespace oxaqrycln
