@@ -1,5 +1,7 @@
+# shellcheck shell=bash
 # lib.sh - what the scripts share: the project's root, messages, packages, builds. To be sourced, not run.
 # Leaves the caller in the project's root.
+# shellcheck disable=SC2034  # what it sets is for the scripts
 
 set -euo pipefail
 
@@ -31,7 +33,7 @@ as_root() {
   fi
 }
 
-apt() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 "$@" </dev/null; }
+apt_get() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y -o DPkg::Lock::Timeout=300 "$@" </dev/null; }
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
 
@@ -53,10 +55,10 @@ need_packages() {
   for package in "${missing[@]}"; do
     is_known "$package" || unknown+=("$package")
   done
-  [[ ${#unknown[@]} -eq 0 ]] || apt update || fail "apt-get update failed"
+  [[ ${#unknown[@]} -eq 0 ]] || apt_get update || fail "apt-get update failed"
   # Lists that have grown old name files that are gone.
-  apt install --no-install-recommends "${missing[@]}" >/dev/null ||
-    { apt update && apt install --no-install-recommends "${missing[@]}" >/dev/null; } ||
+  apt_get install --no-install-recommends "${missing[@]}" >/dev/null ||
+    { apt_get update && apt_get install --no-install-recommends "${missing[@]}" >/dev/null; } ||
     fail "apt-get could not install ${missing[*]}"
 }
 
@@ -65,11 +67,12 @@ build() {
   local preset=$1 targets=()
   shift
   [[ $# -eq 0 ]] || targets=(--target "$@")
-  if [[ ! -f build/$preset/build.ninja ]]; then
+  local configured=build/$preset/.configured
+  if [[ ! -f $configured || CMakePresets.json -nt $configured ]]; then
     say "Configuring build/$preset"
     # A cache without a build file comes from a configuration that failed.
-    rm -f "build/$preset/CMakeCache.txt"
-    cmake --preset "$preset" </dev/null || return 1
+    [[ -f build/$preset/build.ninja ]] || rm -f "build/$preset/CMakeCache.txt"
+    cmake --preset "$preset" </dev/null && touch "$configured" || return 1
   fi
   say "Building $preset"
   cmake --build --preset "$preset" --parallel "$(nproc)" "${targets[@]}" </dev/null

@@ -1,4 +1,4 @@
-// Runs a query and prints its hit list: first_query HOST,PORT QUERY
+// Runs a query and prints its hit list, in Windows-1252 as the archive holds it: first_query HOST,PORT QUERY
 #include <cstdlib>
 #include <iostream>
 

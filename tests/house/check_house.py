@@ -2,7 +2,8 @@
 """check_house.py ROOT - the rules of the house that no compiler checks; prints each breach as FILE: WHAT.
 
 Includes point down, and to files of the project; there is no circle between files; what belongs to one operating
-system stays in its own files; guards follow the path; no source outgrows 500 lines; README shows the tested program.
+system stays in its own files; the component never sleeps; guards follow the path; no source outgrows 500 lines; README
+shows the tested program.
 """
 import re
 import sys
@@ -26,6 +27,7 @@ SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(_WIN32|_WIN64|__linux__|__unix
 SYSTEM_HEADER = re.compile(
     r"^\s*#\s*include <((?:sys/|netinet/|arpa/)\w+\.h|(?:unistd|poll|netdb|fcntl|dlfcn|pthread|dirent|windows|winsock2)\.h)>",
     re.M)
+SLEEP = re.compile(r"\b(sleep_for|sleep_until|usleep|nanosleep|sleep|Sleep)\s*\(")
 INCLUDE = re.compile(r'^\s*#\s*include "([^"]+)"', re.M)
 LONGEST_SOURCE = 500
 
@@ -74,6 +76,8 @@ def check_source(path, text):
     if COMPONENT.match(path) and not SYSTEM_FILE.match(path):
         for found in SYSTEM_HEADER.finditer(text):
             yield f"includes <{found[1]}>; only platform/*_posix.cpp and *_windows.cpp may"
+    if COMPONENT.match(path) and (found := SLEEP.search(text)):
+        yield f"calls {found[1]}; the component waits in the event loop"
     if path.endswith(".h"):
         guard = "OXAQRYCLN_" + re.sub(r"\W", "_", path).upper() + "_"
         if f"#ifndef {guard}\n#define {guard}\n" not in text:

@@ -30,6 +30,7 @@ FAULTS = [
     ("system macro", "platform/c.cpp", "#if defined(_WIN32)\n#endif\n", "platform/c.cpp: asks for _WIN32"),
     ("system macro after others", "tools/x/c.cpp", "#  elif 1 && __linux__\n", "tools/x/c.cpp: asks for __linux__"),
     ("system header", "transport/c.cpp", "#include <sys/socket.h>\n", "transport/c.cpp: includes <sys/socket.h>"),
+    ("sleep", "transport/c.cpp", "std::this_thread::sleep_for(1s);\n", "transport/c.cpp: calls sleep_for"),
     ("guard", "transport/c.h", "#pragma once\n", "has no guard OXAQRYCLN_TRANSPORT_C_H_"),
     ("too long", "platform/c.cpp", "\n" * 501, "has 501 lines"),
     ("another first program", "examples/first_query/main.cpp", "int main() {}\n", "README.md: its first program"),

@@ -12,7 +12,10 @@ flags="$*"
 work=$(mktemp -d)
 server=0
 finish() {
-  [[ $server -eq 0 ]] || { kill "$server" && wait "$server" || true; } 2>/dev/null
+  if [[ $server -ne 0 ]]; then
+    kill "$server" 2>/dev/null || true
+    wait "$server" 2>/dev/null || true
+  fi
   rm -rf "$work"
 }
 trap finish EXIT
@@ -42,8 +45,9 @@ done
 printf 'Programs through find_package\n'
 "$cmake" -G Ninja -S "$source/tests/package/consumer" -B "$work/consumer" -DCMAKE_BUILD_TYPE=Debug \
   -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$tree" \
-  -DEXAMPLE="$source/examples/first_query" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 &&
-  "$cmake" --build "$work/consumer" --parallel 2 >>"$work/log" 2>&1 || fail "$(cat "$work/log")"
+  -DEXAMPLE="$source/examples/first_query" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 ||
+  fail "$(cat "$work/log")"
+"$cmake" --build "$work/consumer" --parallel 2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
 
 printf 'A program through pkg-config\n'
 export PKG_CONFIG_PATH=$libdir/pkgconfig

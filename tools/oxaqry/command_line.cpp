@@ -140,7 +140,7 @@ void CommandLine::AddSearch() {
   CLI::App* const search =
       AddQuery("search", "run a query and show its hit list",
                "Examples:\n  oxaqry search invoice --hosts localhost,2001\n"
-               "  oxaqry search '\"annual report\" NOT draft' --max 20 --format Standard --hosts localhost,2001",
+               "  oxaqry search '\"annual report\" NOT draft' --max 20 --format 'Full text' --hosts localhost,2001",
                [this](const Settings& settings, const Output& output) { return Search(settings, search_, output); });
   search->add_option("QUERY", search_.query, "the query expression")->required()->type_name("");
   search->add_option("--max", search_.maxLines, "largest number of hits to show (default 100)")
