@@ -6,8 +6,6 @@
 namespace oxaqrycln {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
-
 // "name,text": what stands before and after the first comma. Without one the name is the whole line.
 struct NamedLine {
   std::string_view name;
@@ -22,10 +20,11 @@ NamedLine SplitName(std::string_view line) noexcept {
 }
 
 // The common shape of an Init method; sorted lists are put in order after they were counted.
-Variant LoadList(QueryState& state, std::string_view routine, std::initializer_list<Variant> elements, bool sorted,
-                 Variant* status) {
-  return state.Run(routine, kFailed, [&](Variant& result) {
-    if (!state.Load(elements, status)) return;
+template <typename... Elements>
+Variant LoadList(QueryState& state, std::string_view routine, bool sorted, Variant* status,
+                 const Elements&... elements) {
+  return state.Run(routine, Failed(), [&](Variant& result) {
+    if (!state.Load({elements...}, status)) return;
     result = Variant::Long(state.buffer.Count());
     WriteText(status, "");
     if (sorted) state.buffer.Sort();
@@ -41,7 +40,7 @@ std::string NextLine(QueryState& state, std::string_view routine) {
 }  // namespace
 
 Variant clsQuery::TELOGetChannelsInit(Variant* strParamStatus) {
-  return LoadList(*state_, "TELOGetChannelsInit", {"GetChannels"}, true, strParamStatus);
+  return LoadList(*state_, "TELOGetChannelsInit", true, strParamStatus, "GetChannels");
 }
 
 std::string clsQuery::TELOGetChannelsNext(Variant* strChannelDescription) {
@@ -55,22 +54,22 @@ std::string clsQuery::TELOGetChannelsNext(Variant* strChannelDescription) {
 }
 
 Variant clsQuery::TELOGetAllArchivesInit(Variant* strParamStatus) {
-  return LoadList(*state_, "TELOGetAllArchivesInit", {"GetAllArchives"}, true, strParamStatus);
+  return LoadList(*state_, "TELOGetAllArchivesInit", true, strParamStatus, "GetAllArchives");
 }
 
 std::string clsQuery::TELOGetAllArchivesNext() { return NextLine(*state_, "TELOGetAllArchivesNext"); }
 
 Variant clsQuery::TELOGetQueryFormatListInit(const Variant& strChannel, const Variant& strArchive,
                                              Variant* strParamStatus) {
-  return LoadList(*state_, "TELOGetQueryFormatListInit", {"GetQueryFormatList", strChannel, strArchive}, false,
-                  strParamStatus);
+  return LoadList(*state_, "TELOGetQueryFormatListInit", false, strParamStatus, "GetQueryFormatList", strChannel,
+                  strArchive);
 }
 
 std::string clsQuery::TELOGetQueryFormatListNext() { return NextLine(*state_, "TELOGetQueryFormatListNext"); }
 
 Variant clsQuery::TELOGetAllArchivesExtInit(Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetAllArchivesExtInit", kFailed, [&](Variant& result) {
+  return state.Run("TELOGetAllArchivesExtInit", Failed(), [&](Variant& result) {
     if (!state.Load({"GetAllArchivesExt"}, strParamStatus)) return;
     std::int32_t channels = 0;
     for (std::int32_t i = 0; i < state.buffer.Count(); ++i) channels += state.buffer.Line(i).starts_with('#') ? 1 : 0;
@@ -81,7 +80,7 @@ Variant clsQuery::TELOGetAllArchivesExtInit(Variant* strParamStatus) {
 
 Variant clsQuery::TELOGetAllArchivesExtNext(Variant* strChannel, Variant* strChannelDescription) {
   QueryState& state = *state_;
-  return state.Run("TELOGetAllArchivesExtNext", kFailed, [&](Variant& result) {
+  return state.Run("TELOGetAllArchivesExtNext", Failed(), [&](Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strChannel, "");
     WriteText(strChannelDescription, "");
@@ -121,7 +120,7 @@ Variant clsQuery::TELOGetArchiveProperties(const Variant& strChannel, const Vari
                                            Variant* blnEdit, Variant* blnDelete, Variant* blnIndex,
                                            Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetArchiveProperties", kFailed, [&](Variant& result) {
+  return state.Run("TELOGetArchiveProperties", Failed(), [&](Variant& result) {
     if (!state.Load({"GetArchiveProperties", strChannel, strArchive}, strParamStatus)) return;
     if (state.buffer.Count() > 0) {
       std::string_view rest = state.buffer.Line(0);

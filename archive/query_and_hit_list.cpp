@@ -109,7 +109,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
                                        Variant* strLayoutKeys, Variant* strLayoutValues, Variant* lngTotalHits,
                                        Variant* blnHitlistMultiTIFF, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOQueryArchiveInit", Variant::Integer(-1), [&](Variant& result) {
+  return state.Run("TELOQueryArchiveInit", Failed(), [&](Variant& result) {
     const ResponseBuffer& buffer = state.buffer;
     // Kept: the order on the wire is not that of the parameters.
     if (!state.Load({"QueryArchive", strQuery, lngMaxLines, lngQueryMax, OrEmpty(strLayoutFieldID), strQueryFormat,

@@ -60,7 +60,7 @@ struct MethodBinding<kMethod, kRequired, Result (clsQuery::*)(Parameters...)> {
 
   static Variant Call(clsQuery& query, std::span<Variant* const> arguments) {
     if (arguments.size() > kParameterCount) {
-      throw RuntimeError(450, "Wrong number of arguments or invalid property assignment");
+      throw RuntimeError(error::kWrongArgumentCount);
     }
     return Invoke(query, arguments, std::index_sequence_for<Parameters...>{});
   }

@@ -52,6 +52,9 @@ struct QueryState {
   std::shared_ptr<PageRequest> pageRequest;
 };
 
+// What an archive operation returns on failure.
+inline Variant Failed() noexcept { return Variant::Integer(-1); }
+
 // Writes an output unless it was left out.
 inline void WriteText(Variant* output, std::string_view text) {
   if (output != nullptr) output->AssignText(text);

@@ -10,7 +10,8 @@
 namespace oxaqrycln {
 
 // Runs body(result) with result starting as the failure value and returns what result holds at its end, also when an
-// error ended it; then the component error line is written and failed(error) called first. Lets nothing out.
+// error ended it; then the component error line is written and failed(error) called first. Lets nothing out, not even
+// an error of failed.
 template <typename Result, typename Body, typename Failed>
 Result Trap(const SessionLog& log, std::string_view routine, Result failure, Body&& body, Failed&& failed) {
   Result result(std::move(failure));
@@ -19,7 +20,10 @@ Result Trap(const SessionLog& log, std::string_view routine, Result failure, Bod
   } catch (...) {
     const RuntimeError error = CurrentError();
     log.WriteProcessingError(routine, error);
-    failed(error);
+    try {
+      failed(error);
+    } catch (...) {  // no memory is left for the error text
+    }
   }
   return result;
 }

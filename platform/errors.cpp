@@ -63,15 +63,19 @@ RuntimeError::RuntimeError(std::int32_t number, std::string description)
 
 RuntimeError CurrentError() noexcept {
   try {
-    throw;
-  } catch (const RuntimeError& caught) {
-    return caught;
-  } catch (const std::bad_alloc&) {
+    try {
+      throw;
+    } catch (const RuntimeError& caught) {
+      return caught;
+    } catch (const std::bad_alloc&) {
+      return RuntimeError(error::kOutOfMemory);
+    } catch (const std::exception& caught) {
+      return {error::kInternalError, caught.what()};
+    } catch (...) {
+      return RuntimeError(error::kInternalError);
+    }
+  } catch (...) {  // a description that found no memory; this one needs none
     return RuntimeError(error::kOutOfMemory);
-  } catch (const std::exception& caught) {
-    return RuntimeError(error::kInternalError, caught.what());
-  } catch (...) {
-    return RuntimeError(error::kInternalError);
   }
 }
 

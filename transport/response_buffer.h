@@ -70,7 +70,7 @@ class ResponseBuffer {
 };
 
 // Sends a command part and fills the buffer from a successful answer; the read position is then 0. On failure the
-// buffer is empty, errorText says why, and the result is false. slot number and log are those of the execution.
+// buffer is empty, errorText says why, and the result is false.
 bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
                 std::string& errorText);
 

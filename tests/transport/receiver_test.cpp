@@ -17,6 +17,8 @@ struct Arrival {
   std::string text;   // what the request must yield
 };
 
+void PrintTo(const Arrival& arrival, std::ostream* out) { *out << arrival.name; }
+
 class SoundArrival : public ::testing::TestWithParam<Arrival> {};
 
 TEST_P(SoundArrival, YieldsTheAnnouncedText) {
@@ -54,6 +56,8 @@ struct Fault {
   const char* error;    // how the error text starts
   const char* logLine;  // what the log must hold besides
 };
+
+void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 
 class FaultyAnswer : public ::testing::TestWithParam<Fault> {};
 
