@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/byte_scan.h"
+
 namespace oxaqrycln {
 
 // The fields of a line, counted from 1, as the cut of "^," + line + ",^" at every "^,^" gives them.
@@ -33,7 +35,22 @@ struct HitHead {
 };
 // Nothing for a line that is not cut plainly into three caret-quoted fields and a rest; RecordFields and InStrExt
 // then say what it holds.
-std::optional<HitHead> SplitHitHead(std::string_view line) noexcept;
+inline std::optional<HitHead> SplitHitHead(std::string_view line) noexcept {
+  if (line.empty() || line[0] != '^') return std::nullopt;
+  const char* const last = line.data() + line.size();
+  const char* field = line.data() + 1;
+  std::array<std::string_view, 3> fields;
+  std::size_t count = 0;
+  ForEachPlace(line.data(), last, "^,^", [&](const char* place) {
+    // A field that begins with ",^" makes places overlap, which the plain way does not follow.
+    if (place < field) return false;
+    fields[count] = {field, place};
+    field = place + 3;
+    return ++count < fields.size();
+  });
+  if (count < fields.size()) return std::nullopt;
+  return HitHead{fields[0], fields[1], fields[2], {field - 1, last}};
+}
 
 }  // namespace oxaqrycln
 

@@ -16,17 +16,27 @@ DateTime LocalSecond(std::time_t time) noexcept {
 
 }  // namespace
 
-Clock::Reading Clock::Read() const noexcept {
-  using std::chrono::duration_cast;
-  using std::chrono::seconds;
-  if (wallIsSet_) {
-    const Duration since = SteadyNow() - wallSetAt_;
-    const auto whole = std::chrono::floor<seconds>(since);
-    return {DateTime::FromSeconds(wall_.seconds() + whole.count()), since - whole};
+Clock::Duration Clock::SinceWholeSecond() const noexcept {
+  if (wallIsSet_) return SteadyNow() - wallSetAt_;
+  return std::chrono::system_clock::now().time_since_epoch() + advanced_;
+}
+
+DateTime Clock::Now() const noexcept {
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(SinceWholeSecond()).count();
+  if (wallIsSet_) return DateTime::FromSeconds(wall_.seconds() + seconds);
+  // The calendar is asked once in a quarter of an hour: time zones change on its boundaries only.
+  constexpr std::int64_t kQuarter = 900;
+  const std::int64_t begin = seconds - seconds % kQuarter;
+  if (begin != quarterBegin_) {
+    quarterBegin_ = begin;
+    quarterLocal_ = LocalSecond(static_cast<std::time_t>(begin));
   }
-  const auto now = std::chrono::system_clock::now().time_since_epoch() + advanced_;
-  const auto whole = std::chrono::floor<seconds>(now);
-  return {LocalSecond(static_cast<std::time_t>(whole.count())), duration_cast<Duration>(now - whole)};
+  return DateTime::FromSeconds(quarterLocal_.seconds() + seconds - begin);
+}
+
+Clock::Duration Clock::PassedOfSecond() const noexcept {
+  const Duration since = SinceWholeSecond();
+  return since - std::chrono::floor<std::chrono::seconds>(since);
 }
 
 void Clock::SetWall(DateTime now) noexcept {

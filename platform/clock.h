@@ -14,13 +14,9 @@ class Clock {
   using Duration = std::chrono::nanoseconds;
   using SteadyPoint = std::chrono::time_point<std::chrono::steady_clock, Duration>;
 
-  // A reading of the wall clock: the current second, and how much of it has passed.
-  struct Reading {
-    DateTime second;
-    Duration passed;
-  };
-  Reading Read() const noexcept;
-  DateTime Now() const noexcept { return Read().second; }
+  // The local date and time, and how much of that second has passed.
+  DateTime Now() const noexcept;
+  Duration PassedOfSecond() const noexcept;
   // Never jumps; moved by Advance only.
   SteadyPoint SteadyNow() const noexcept { return std::chrono::steady_clock::now() + advanced_; }
 
@@ -30,6 +26,11 @@ class Clock {
   void Advance(Duration duration) noexcept { advanced_ += duration; }
 
  private:
+  // Since an instant at which a second of the wall clock began.
+  Duration SinceWholeSecond() const noexcept;
+
+  mutable std::int64_t quarterBegin_ = -1;  // a begin of a quarter of an hour ...
+  mutable DateTime quarterLocal_;           // ... and the local date and time it had
   Duration advanced_{0};
   bool wallIsSet_ = false;
   DateTime wall_;            // valid when set: what the wall clock showed ...

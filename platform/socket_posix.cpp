@@ -23,12 +23,12 @@ struct ErrorPair {
 // The one place where errors of the sockets become Winsock numbers.
 std::int32_t WinsockNumber(int native) noexcept {
   static constexpr ErrorPair kPairs[] = {
-      {EAGAIN, 10035},       {EINPROGRESS, 10035},  {EINTR, 10035},         {EACCES, 10013},    {EPERM, 10013},
-      {EFAULT, 10014},       {EINVAL, 10022},       {EMFILE, 10024},        {ENFILE, 10024},    {ENOTSOCK, 10038},
-      {EAFNOSUPPORT, 10047}, {EADDRINUSE, 10048},   {EADDRNOTAVAIL, 10049}, {ENETDOWN, 10050},  {ENETUNREACH, 10051},
-      {ENETRESET, 10052},    {ECONNABORTED, 10053}, {ECONNRESET, 10054},    {EPIPE, 10054},     {ENOBUFS, 10055},
-      {ENOMEM, 10055},       {EISCONN, 10056},      {ENOTCONN, 10057},      {ETIMEDOUT, 10060}, {ECONNREFUSED, 10061},
-      {EHOSTDOWN, 10064},    {EHOSTUNREACH, 10065}};
+      {EAGAIN, 10035},       {EINPROGRESS, 10035},  {EALREADY, 10035},     {EINTR, 10035},         {EACCES, 10013},
+      {EPERM, 10013},        {EFAULT, 10014},       {EINVAL, 10022},       {EMFILE, 10024},        {ENFILE, 10024},
+      {ENOTSOCK, 10038},     {EAFNOSUPPORT, 10047}, {EADDRINUSE, 10048},   {EADDRNOTAVAIL, 10049}, {ENETDOWN, 10050},
+      {ENETUNREACH, 10051},  {ENETRESET, 10052},    {ECONNABORTED, 10053}, {ECONNRESET, 10054},    {EPIPE, 10054},
+      {ENOBUFS, 10055},      {ENOMEM, 10055},       {EISCONN, 10056},      {ENOTCONN, 10057},      {ETIMEDOUT, 10060},
+      {ECONNREFUSED, 10061}, {EHOSTDOWN, 10064},    {EHOSTUNREACH, 10065}};
   for (const ErrorPair& pair : kPairs) {
     if (pair.native == native) return pair.winsock;
   }
@@ -40,6 +40,19 @@ Transferred Outcome(ssize_t count) noexcept {
   return {static_cast<std::size_t>(count), 0};
 }
 
+// 0 when connected, kWouldBlock while under way.
+std::int32_t Connect(int socket, const sockaddr_storage& target, socklen_t byteCount) noexcept {
+  if (connect(socket, reinterpret_cast<const sockaddr*>(&target), byteCount) == 0) return 0;
+  return WinsockNumber(errno);
+}
+
+bool IsLoopback(const sockaddr_storage& address) noexcept {
+  if (address.ss_family == AF_INET6) {
+    return IN6_IS_ADDR_LOOPBACK(&reinterpret_cast<const sockaddr_in6*>(&address)->sin6_addr);
+  }
+  return ntohl(reinterpret_cast<const sockaddr_in*>(&address)->sin_addr.s_addr) >> 24U == IN_LOOPBACKNET;
+}
+
 }  // namespace
 
 Connecting StartConnect(const SocketAddress& address, std::uint16_t port) noexcept {
@@ -49,9 +62,11 @@ Connecting StartConnect(const SocketAddress& address, std::uint16_t port) noexce
   reinterpret_cast<sockaddr_in*>(&target)->sin_port = htons(port);
   const int made = socket(target.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   if (made < 0) return {kNoSocket, WinsockNumber(errno)};
-  if (connect(made, reinterpret_cast<const sockaddr*>(&target), address.byteCount) == 0) return {made, 0};
-  const std::int32_t number = WinsockNumber(errno);
-  if (number == socket_error::kWouldBlock) return {made, number};
+  // A connect to this machine is decided when the first call returns, but only the second one tells; a wait in the
+  // poller would tell as well, later.
+  std::int32_t number = Connect(made, target, address.byteCount);
+  if (number == socket_error::kWouldBlock && IsLoopback(target)) number = Connect(made, target, address.byteCount);
+  if (number == 0 || number == socket_error::kWouldBlock) return {made, number};
   CloseSocket(made);
   return {kNoSocket, number};
 }

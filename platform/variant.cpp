@@ -19,6 +19,8 @@ std::string_view Variant::TypeName() const noexcept {
   return kNames[value_.index()];
 }
 
+void Variant::BecomeText(std::string_view text) { value_.emplace<std::string>(text); }
+
 std::string_view Variant::TextView(std::string& scratch) const {
   if (const auto* text = std::get_if<std::string>(&value_)) return *text;
   scratch = ToText();

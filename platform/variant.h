@@ -88,7 +88,7 @@ class Variant {
     if (auto* held = std::get_if<std::string>(&value_)) {
       held->assign(text);
     } else {
-      value_.emplace<std::string>(text);
+      BecomeText(text);
     }
   }
 
@@ -96,6 +96,8 @@ class Variant {
   friend bool operator==(const Variant& left, const Variant& right) noexcept;
 
  private:
+  void BecomeText(std::string_view text);
+
   struct NullType {};
   // In the order of Type.
   std::variant<std::monostate, NullType, MissingType, bool, std::uint8_t, std::int16_t, std::int32_t, double, DateTime,

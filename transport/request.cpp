@@ -15,8 +15,7 @@ constexpr std::string_view kAllBusy = "All query servers are currently busy";
 // The steady time at which more second boundaries of the wall clock than allowed will have passed since now. Carried
 // by the steady clock, so that a jump of the wall clock neither ends nor prolongs a request.
 Clock::SteadyPoint Deadline(const Clock& clock, std::int32_t timeout) {
-  const Clock::Reading start = clock.Read();
-  return clock.SteadyNow() + std::chrono::seconds(std::int64_t{timeout} + 1) - start.passed;
+  return clock.SteadyNow() + std::chrono::seconds(std::int64_t{timeout} + 1) - clock.PassedOfSecond();
 }
 
 }  // namespace

@@ -4,10 +4,16 @@
 #include "component/trap.h"
 
 namespace oxaqrycln {
+namespace {
+
+constexpr std::size_t kUsualLength = 256;  // of a command part, to spare its growing
+
+}  // namespace
 
 std::string BuildRequest(std::span<const Variant> elements, const SessionLog& log) {
   return Trap(log, "BuildRequest", std::string(), [&](std::string& result) {
     std::string scratch;
+    result.reserve(kUsualLength);
     for (const Variant& element : elements) {
       const std::string_view text = element.TextView(scratch);
       if (!result.empty()) result += ',';
@@ -30,17 +36,20 @@ std::string BuildRequestPre(std::int32_t serverNumber, ServerTable& servers, con
 }
 
 std::string GetRequestField(std::string_view text, std::int32_t number) {
-  constexpr std::string_view kNone = "{Err}";
   constexpr std::string_view kBetween = "^,^";
-  const std::string closed = std::string(text) + ",^";
+  constexpr std::size_t kNone = std::string_view::npos;
   std::size_t start = 1;  // behind the opening caret
-  std::size_t end = closed.find(kBetween, start);
-  for (std::int32_t i = 1; i < number && end != std::string::npos; ++i) {
+  // A caret at the very end closes the last field.
+  const auto fieldEnd = [&] {
+    const std::size_t end = text.find(kBetween, start);
+    return end == kNone && text.ends_with('^') && text.size() > start ? text.size() - 1 : end;
+  };
+  std::size_t end = fieldEnd();
+  for (std::int32_t i = 1; i < number && end != kNone; ++i) {
     start = end + kBetween.size();
-    end = closed.find(kBetween, start);
+    end = fieldEnd();
   }
-  if (end == std::string::npos) return std::string(kNone);
-  return closed.substr(start, end - start);
+  return std::string(end == kNone ? "{Err}" : text.substr(start, end - start));
 }
 
 }  // namespace oxaqrycln

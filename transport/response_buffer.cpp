@@ -5,44 +5,47 @@
 #include <utility>
 
 #include "component/trap.h"
+#include "platform/byte_scan.h"
 #include "platform/code_page.h"
 #include "platform/errors.h"
 
 namespace oxaqrycln {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kSuccess = "Status: OK";
-constexpr std::size_t kStatusWord = 7;  // characters of "Status:"
+constexpr std::string_view kSeparator =
+    "--------------------------------------------------------------------------------";  // 80 dashes
+constexpr std::size_t kStatusWord = 7;                                                   // characters of "Status:"
 
 // A growing run of 32-bit positions that never copies a large block.
 class Positions {
  public:
-  explicit Positions(std::size_t expected) { block_.Reserve(expected * sizeof(std::uint32_t)); }
+  explicit Positions(std::size_t expected) { Grow(expected); }
   void Add(std::size_t position) {
-    if (block_.capacity() - block_.size() < sizeof(std::uint32_t)) block_.Reserve(block_.capacity() * 2);
-    const auto value = static_cast<std::uint32_t>(position);
-    std::memcpy(block_.data() + block_.size(), &value, sizeof value);
-    block_.Extend(sizeof value);
+    if (next_ == end_) Grow(2 * Count());
+    *next_++ = static_cast<std::uint32_t>(position);
   }
-  std::int32_t Count() const noexcept { return static_cast<std::int32_t>(block_.size() / sizeof(std::uint32_t)); }
-  ByteBlock Take() && { return std::move(block_); }
+  std::size_t Count() noexcept { return static_cast<std::size_t>(next_ - First()); }
+  ByteBlock Take() && {
+    block_.Extend(Count() * sizeof(std::uint32_t));
+    return std::move(block_);
+  }
 
  private:
-  ByteBlock block_;
-};
-
-// Where the next CR LF stands at or after a position; npos when there is none.
-std::size_t FindLineEnd(std::string_view text, std::size_t from) noexcept {
-  while (from < text.size()) {
-    const auto* found = static_cast<const char*>(std::memchr(text.data() + from, '\r', text.size() - from));
-    if (found == nullptr) break;
-    const auto at = static_cast<std::size_t>(found - text.data());
-    if (at + 1 < text.size() && text[at + 1] == '\n') return at;
-    from = at + 1;
+  std::uint32_t* First() noexcept { return reinterpret_cast<std::uint32_t*>(block_.data()); }
+  void Grow(std::size_t room) {
+    const std::size_t count = Count();
+    block_.Extend(count * sizeof(std::uint32_t));  // a block keeps what it counts
+    block_.Reserve(room * sizeof(std::uint32_t));
+    block_.Clear();
+    next_ = First() + count;
+    end_ = First() + block_.capacity() / sizeof(std::uint32_t);
   }
-  return std::string_view::npos;
-}
+
+  ByteBlock block_;
+  std::uint32_t* next_ = nullptr;
+  std::uint32_t* end_ = nullptr;
+};
 
 std::string Trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(' ');
@@ -58,20 +61,15 @@ ResponseLines::ResponseLines(ByteBlock text, std::size_t start) : text_(std::mov
   // Room for lines of eight characters and more in a small answer; a large one grows, which moves pages only.
   Positions starts(std::min<std::size_t>((all.size() - start) / 8 + 2, 4096));
   starts.Add(start);
-  for (std::size_t end = FindLineEnd(all, start); end != std::string_view::npos; end = FindLineEnd(all, end + 2)) {
-    starts.Add(end + kLineEnd.size());
-  }
+  ForEachPlace(all.data() + start, all.data() + all.size(), "\r\n", [&](const char* place) {
+    starts.Add(static_cast<std::size_t>(place - all.data()) + kLineEnd.size());
+    return true;
+  });
   // The last start belongs to a line only when something stands there: one last line end is dropped.
   const bool endsOpen = !all.substr(start).ends_with(kLineEnd);
   if (endsOpen) starts.Add(all.size() + kLineEnd.size());
-  count_ = starts.Count() - 1;
+  count_ = static_cast<std::int32_t>(starts.Count()) - 1;
   starts_ = std::move(starts).Take();
-}
-
-std::string_view ResponseLines::Line(std::int32_t index) const {
-  if (index < 0 || index >= count_) throw RuntimeError(error::kSubscriptOutOfRange);
-  const std::uint32_t start = Starts()[index];
-  return text_.View().substr(start, Starts()[index + 1] - start - kLineEnd.size());
 }
 
 void ResponseBuffer::Clear() {
@@ -126,18 +124,19 @@ bool InitBuffer(std::string_view request, RequestExecution& execution, const Ses
       [&](bool& result) {
         buffer.Clear();
         execution.apartment().controls.UdtWinsockMode(execution.slot(), kReceiveText);
-        log.Write(bytInfo, std::string(80, '-'));
+        log.Write(bytInfo, kSeparator);
         log.Write(bytInfo, "Processing request: ", request);
         if (!execution.Request({.request = request, .data = {}}, &errorText)) return;
         ByteBlock response = execution.TakeResponse();
         const std::string_view text = response.View();
-        const std::size_t lineEnd = FindLineEnd(text, 0);
+        const std::size_t lineEnd = text.find(ResponseLines::kLineEnd);
         const std::string_view status = text.substr(0, lineEnd);
         if (status != kSuccess) {
           errorText = Trimmed(status.substr(std::min(kStatusWord, status.size())));
           return;
         }
-        const std::size_t start = lineEnd == std::string_view::npos ? text.size() : lineEnd + kLineEnd.size();
+        const std::size_t start =
+            lineEnd == std::string_view::npos ? text.size() : lineEnd + ResponseLines::kLineEnd.size();
         buffer.Assign(std::move(response), start);
         result = true;
       },

@@ -17,6 +17,8 @@ namespace oxaqrycln {
 // The lines of one answer: its text, held once, and where each line starts. Never changes, so that it can be shared.
 class ResponseLines {
  public:
+  static constexpr std::string_view kLineEnd = "\r\n";
+
   ResponseLines() = default;
   // The lines of what stands in text from position start on. One line end at the very end is dropped; nothing is no
   // line.
@@ -24,7 +26,11 @@ class ResponseLines {
 
   std::int32_t Count() const noexcept { return count_; }
   // A line without its line end. Raises Subscript out of range.
-  std::string_view Line(std::int32_t index) const;
+  std::string_view Line(std::int32_t index) const {
+    if (index < 0 || index >= count_) throw RuntimeError(error::kSubscriptOutOfRange);
+    const std::uint32_t start = Starts()[index];
+    return {text_.data() + start, Starts()[index + 1] - start - kLineEnd.size()};
+  }
 
  private:
   const std::uint32_t* Starts() const noexcept { return reinterpret_cast<const std::uint32_t*>(starts_.data()); }

@@ -101,7 +101,7 @@ TEST(Request, TimesOutOnASilentServerUsingNoProcessorTime) {
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &after);
   EXPECT_EQ(page.error, "Timeout of 1 seconds occured while waiting for server response");
   EXPECT_GE(took, 1s);
-  EXPECT_LT((after.tv_sec - before.tv_sec) * 1000 + (after.tv_nsec - before.tv_nsec) / 1000000, 100);
+  EXPECT_LT((after.tv_sec - before.tv_sec) * 1000 + (after.tv_nsec - before.tv_nsec) / 1000000, 10);
   EXPECT_NE(logs.Read("S1.log").find("!!! <WARNING> Timeout occured - last Winsock state: 7"), std::string::npos);
   EXPECT_FALSE(page.apartment->servers.At(1).busy);
   ASSERT_TRUE(page.Request("^Ping^")) << page.error;
@@ -180,14 +180,17 @@ TEST(Request, SendsToAPeerThatNeverReadsOnlyAsLongAsTheTimeoutAllows) {
   EXPECT_EQ(page.error, "Timeout of 0 seconds occured while waiting for server response");
 }
 
-TEST(Request, ReportsBadPortsAndUnknownHostsAsSocketErrors) {
+TEST(Request, ReportsBadPortsUnknownHostsAndUnreachableOnesAsSocketErrors) {
   const TemporaryDirectory logs;
   ScriptedServer server(ScriptedServer::Replies(Framed("pong")));
-  Requester page("127.0.0.1,70000|no-such-host.invalid,1|" + server.Host(), 10, logs.path());
+  // No route leads to a broadcast address by TCP, so that nothing leaves this machine.
+  Requester page("127.0.0.1,70000|no-such-host.invalid,1|255.255.255.255,1|" + server.Host(), 10, logs.path());
   page.apartment->resolver = [](const std::string&) { return LookupResult{{}, 11001}; };
   ASSERT_TRUE(page.Request("^Ping^")) << page.error;
-  EXPECT_NE(logs.Read("S1.log").find("Winsock error occured: 10049 - "), std::string::npos);
-  EXPECT_NE(logs.Read("S1.log").find("Winsock error occured: 11001 - "), std::string::npos);
+  const std::string log = logs.Read("S1.log");
+  for (const char* number : {"10049", "11001", "10051"}) {
+    EXPECT_NE(log.find(std::string("Winsock error occured: ") + number + " - "), std::string::npos) << number << log;
+  }
 }
 
 TEST(Request, LooksAHostNameUpOnceAndAgainAfterAFailedConnect) {
