@@ -22,9 +22,6 @@ constexpr std::string_view kReferenceStart = "$(#";
 constexpr char kReferenceMiddle[] = ")\\";
 constexpr std::size_t kReferenceMiddleSize = sizeof kReferenceMiddle - 1;
 
-// An optional input that is sent as "" when left out.
-Variant OrEmpty(const Variant& value) { return value.IsMissing() ? Variant("") : value; }
-
 // "key=value;key=value" as the keys and the values, each joined by ",".
 void SplitLayout(std::string_view layout, Variant& keys, Variant& values) {
   std::string keyList;
@@ -93,7 +90,7 @@ void WriteRow(const HitHead& head, bool isTitle, const RowOutputs& outputs) {
 [[gnu::noinline]] std::string ReadOddRow(std::string_view line, bool isTitle, const RowOutputs& outputs) {
   const RecordFields fields(line);
   const auto field = [&](bool wanted, std::int32_t number) {
-    return wanted ? std::string_view(fields.Field(number)) : std::string_view();
+    return wanted ? fields.Field(number) : std::string_view();
   };
   const bool wantsReference = !isTitle && (outputs.channel != nullptr || outputs.archive != nullptr);
   WriteText(outputs.documentId, field(outputs.documentId != nullptr, 2));
@@ -115,8 +112,8 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
   return state.Run("TELOQueryArchiveInit", Failed(), [&](Variant& result) {
     const ResponseBuffer& buffer = state.buffer;
     // Kept: the order on the wire is not that of the parameters.
-    if (!state.Load({"QueryArchive", strQuery, lngMaxLines, lngQueryMax, OrEmpty(strLayoutFieldID), strQueryFormat,
-                     strFolderRights, OrEmpty(strLayoutID)},
+    if (!state.Load({"QueryArchive", strQuery, lngMaxLines, lngQueryMax, OrText(strLayoutFieldID, ""), strQueryFormat,
+                     strFolderRights, OrText(strLayoutID, "")},
                     strParamStatus)) {
       return;
     }

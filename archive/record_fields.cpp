@@ -9,21 +9,33 @@ constexpr std::string_view kBetween = "^,^";
 
 }  // namespace
 
-RecordFields::RecordFields(std::string_view line) {
-  const std::string closed = "^," + std::string(line) + ",^";
+RecordFields::RecordFields(std::string_view line) : closed_("^," + std::string(line) + ",^") {
+  const std::string_view closed = closed_;
   for (std::size_t start = 0;;) {
     const std::size_t end = closed.find(kBetween, start);
-    fields_.emplace_back(closed, start, end == std::string::npos ? end : end - start);
+    fields_.push_back(closed.substr(start, end == std::string::npos ? end : end - start));
     if (end == std::string::npos) return;
     start = end + kBetween.size();
   }
 }
 
-const std::string& RecordFields::Field(std::int32_t number) const {
+std::string_view RecordFields::Field(std::int32_t number) const {
   if (number < 0 || static_cast<std::size_t>(number) >= fields_.size()) {
     throw RuntimeError(error::kSubscriptOutOfRange);
   }
   return fields_[static_cast<std::size_t>(number)];
+}
+
+void RecordFields::WriteText(std::int32_t number, Variant* output) const {
+  if (output != nullptr) output->AssignText(Field(number));
+}
+
+void RecordFields::WriteInteger(std::int32_t number, Variant* output) const {
+  if (output != nullptr) *output = Variant(Field(number)).ToInteger();
+}
+
+void RecordFields::WriteLong(std::int32_t number, Variant* output) const {
+  if (output != nullptr) *output = TextToLong(Field(number));
 }
 
 }  // namespace oxaqrycln

@@ -1,5 +1,4 @@
 // record_fields.h - the caret-quoted fields of a record line: "^first^,^second^".
-// Works on views of the line; nothing is copied for a well-formed one.
 #ifndef OXAQRYCLN_ARCHIVE_RECORD_FIELDS_H_
 #define OXAQRYCLN_ARCHIVE_RECORD_FIELDS_H_
 
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "platform/byte_scan.h"
+#include "platform/variant.h"
 
 namespace oxaqrycln {
 
@@ -19,11 +19,20 @@ namespace oxaqrycln {
 class RecordFields {
  public:
   explicit RecordFields(std::string_view line);
-  // Raises Subscript out of range for a field that the line does not have.
-  const std::string& Field(std::int32_t number) const;
+  RecordFields(const RecordFields&) = delete;
+  RecordFields& operator=(const RecordFields&) = delete;
+  // Valid as long as this object. Raises Subscript out of range for a field that the line does not have.
+  std::string_view Field(std::int32_t number) const;
+
+  // Writes a field to an output, unless that was left out: as text, as an Integer, as a Long. Raise as Field does, and
+  // Type mismatch or Overflow for what is no such number.
+  void WriteText(std::int32_t number, Variant* output) const;
+  void WriteInteger(std::int32_t number, Variant* output) const;
+  void WriteLong(std::int32_t number, Variant* output) const;
 
  private:
-  std::vector<std::string> fields_;
+  const std::string closed_;
+  std::vector<std::string_view> fields_;
 };
 
 // The head of a hit line: its first three fields and what stands behind them.

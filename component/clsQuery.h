@@ -116,6 +116,148 @@ class clsQuery {
   std::string TELOQueryArchiveNext(Variant* strChannel = nullptr, Variant* strArchive = nullptr,
                                    Variant* strDocID = nullptr, Variant* strVer = nullptr);
 
+  // --- Documents and segments ---
+
+  // Information about a document. Returns the number of lines of the answer (Long). Of the first one, when there is
+  // one: lngLaenge receives the length (Long), strErstelldat and strAenderDat the dates of creation and change as the
+  // server wrote them, strTitel the title, the others the numbers of fields in all, of text, image and stored-file
+  // fields (Integer).
+  Variant TELOGetDocumentInfo(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                              const Variant& strVer, Variant* lngLaenge = nullptr, Variant* strErstelldat = nullptr,
+                              Variant* strAenderDat = nullptr, Variant* strTitel = nullptr,
+                              Variant* intFelderGes = nullptr, Variant* intTextFelder = nullptr,
+                              Variant* intBildFelder = nullptr, Variant* intBlobFelder = nullptr,
+                              Variant* strParamStatus = nullptr);
+  // Asks for the descriptions of a document's segments; returns how many there are. lngNotes receives the number of the
+  // document's notes as text. The thumbnail path is handed to the server.
+  Variant TELOGetSegmentDescriptionInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                        const Variant& strVer, const Variant& strParamThumbnailPath = Missing,
+                                        Variant* lngNotes = nullptr, Variant* strParamStatus = nullptr);
+  // The next segment's name. All outputs are text.
+  std::string TELOGetSegmentDescriptionNext(Variant* intFeldID = nullptr, Variant* lngTextLaenge = nullptr,
+                                            Variant* intTrefferZahl = nullptr, Variant* lngNCILaenge = nullptr,
+                                            Variant* strExt = nullptr, Variant* intFeldTyp = nullptr,
+                                            Variant* strFeldtitel = nullptr, Variant* strDateiname = nullptr,
+                                            Variant* intStatus = nullptr, Variant* strLayoutID = nullptr,
+                                            Variant* lngThumbnailSize = nullptr);
+  // Asks for a document's texts, with strMarkOn before and strMarkOff behind each hit of strQuery and strBlank for its
+  // blanks. strCRLF stands between the lines of a text, CR LF when left out. Returns the number of texts; they outlive
+  // other requests until the next TELOGetSegmentTextInit or TELOGetNotesInit.
+  Variant TELOGetSegmentTextInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                 const Variant& strVer, const Variant& strQuery = Missing,
+                                 const Variant& strMarkOn = Missing, const Variant& strMarkOff = Missing,
+                                 const Variant& strCRLF = Missing, const Variant& strBlank = Missing,
+                                 Variant* strParamStatus = nullptr);
+  // The next text; "" also for an empty one.
+  std::string TELOGetSegmentTextNext();
+  // Asks for a document's segments with their descriptions and texts; the inputs are those of TELOGetSegmentTextInit
+  // and TELOGetSegmentDescriptionInit, and blnIncludeERF, which only True switches on. Returns the number of segments;
+  // lngNotes receives the number of notes (Long).
+  Variant TELOGetSegmentsInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                              const Variant& strVer, const Variant& strQuery = Missing,
+                              const Variant& strMarkOn = Missing, const Variant& strMarkOff = Missing,
+                              const Variant& strParamCRLF = Missing, const Variant& strBlank = Missing,
+                              const Variant& strThumbnailPath = Missing, const Variant& blnIncludeERF = Missing,
+                              Variant* lngNotes = nullptr, Variant* strParamStatus = nullptr);
+  // The next segment's text, its lines joined by the strParamCRLF of TELOGetSegmentsInit. Outputs named int... receive
+  // an Integer, lng... a Long, str... a text.
+  std::string TELOGetSegmentsNext(Variant* strChannel = nullptr, Variant* strArchive = nullptr,
+                                  Variant* strDocID = nullptr, Variant* strVer = nullptr,
+                                  Variant* intFeldIndex = nullptr, Variant* intFeldID = nullptr,
+                                  Variant* strFeldName = nullptr, Variant* lngTextLaenge = nullptr,
+                                  Variant* intTrefferZahl = nullptr, Variant* lngNCILaenge = nullptr,
+                                  Variant* strExt = nullptr, Variant* intFeldTyp = nullptr,
+                                  Variant* strFeldtitel = nullptr, Variant* strDateiname = nullptr,
+                                  Variant* intStatus = nullptr, Variant* strLayoutID = nullptr,
+                                  Variant* lngThumbnailSize = nullptr);
+
+  // --- Content ---
+
+  // These four have the server put a file into the blob directory that both machines reach. They return Long 1;
+  // strFileName receives the file's bare name after strChangeFileExt has been applied to the file in strBlobPathLocal,
+  // lngFileLen its length as text. An answer without a file leaves both untouched.
+  // The content of a segment.
+  Variant TELOGetSegmentData(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                             const Variant& strVer, const Variant& intFieldIndex, Variant* strFileName = nullptr,
+                             Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
+  // The first stored file, of an extension when one is given.
+  Variant TELOGetSegmentFirstBLOB(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                  const Variant& strVer, const Variant& strParamFileExt = Missing,
+                                  Variant* strFileName = nullptr, Variant* lngFileLen = nullptr,
+                                  Variant* strParamStatus = nullptr);
+  // A file to print; goes to query servers with the print flag only.
+  Variant TELOGetSegmentPrintfile(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                  const Variant& strVer, const Variant& strFieldID, Variant* strFileName = nullptr,
+                                  Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
+  // An image file of several pages, "1;4-6". Without a file in the answer the outputs become "" and Long 0.
+  Variant TELOGetSegmentMultiTIF(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                 const Variant& strVer, const Variant& strPages, Variant* strFileName = nullptr,
+                                 Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
+  // Receives a file of the remote blob directory over the connection into strBlobPathLocal; only the last part of
+  // strFile counts. lngFileLen is its length in bytes, 0 to 2147483647. Returns Long 1; a file of the wrong length
+  // fails. On failure nothing of the file is left and an older one of that name stays.
+  Variant TELOTransferBLOB(const Variant& strFile, const Variant& lngFileLen, Variant* strParamStatus = nullptr);
+
+  // --- Creating, editing, deleting ---
+
+  // Deletes a document or one of its versions. Returns Long 1.
+  Variant TELODeleteDocument(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                             const Variant& strVer, Variant* strParamStatus = nullptr);
+  // Writes the description of a document to a file, behind what an older file of that name holds. The lists of field
+  // types and ids are separated by ","; the contents are written as they are. Returns Long 1; sends no request.
+  Variant CreateImportFile(const Variant& strImportFile, const Variant& strChannel, const Variant& strArchive,
+                           const Variant& strTitle, const Variant& strParamFieldTypes, const Variant& strParamFieldIDs,
+                           const Variant& strFieldContents, const Variant& strCharSet = Missing,
+                           Variant* strParamStatus = nullptr);
+  // Has the server create a document from an import file, named as the server reaches it. Returns the number of lines
+  // of the answer (Long); strDocIDVer receives the document's id and version in the server's form.
+  Variant TELOCreateDocument(const Variant& strImportFile, Variant* strDocIDVer = nullptr,
+                             Variant* strParamStatus = nullptr);
+  // The same for a new version of the document that strDocIDVer names, which receives the new id and version.
+  Variant TELOEditDocument(const Variant& strImportFile, Variant& strDocIDVer, Variant* strParamStatus = nullptr);
+
+  // --- Upload ---
+
+  // Sends a file of strBlobPathLocal to the query server, into its blob directory; only the last part of strFile
+  // counts. Returns Long 1.
+  Variant TELOUploadFile(const Variant& strFile, Variant* strParamStatus = nullptr);
+  // Takes the first file out of the form in the body of the page's request (see OnStartPage) and stores it in
+  // strBlobPathLocal under the last part of its name, with strSubDir and "_" in front when given. Returns 1 when a file
+  // was stored, 0 when the form held none (Long), -1 (Integer) on failure. strFileNameParam receives the stored name,
+  // lngFileSizeParam its size in bytes (Long).
+  Variant UploadFile(const Variant& strSubDir = Missing, Variant* strFileNameParam = nullptr,
+                     Variant* lngFileSizeParam = nullptr);
+
+  // --- Notes and masks ---
+
+  // Asks for a document's notes; returns how many there are. They take the place of the texts of
+  // TELOGetSegmentTextInit.
+  Variant TELOGetNotesInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                           const Variant& strVer, Variant* strParamStatus = nullptr);
+  // The next note: its header, "," and its text with CR LF between lines.
+  std::string TELOGetNotesNext();
+  // Attaches the first 8000 characters of a note. strParamCRLF tells the server which text stands for a line break, CR
+  // LF when left out. Returns Long 1.
+  Variant TELOWriteNote(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                        const Variant& strVer, const Variant& strNote, const Variant& strParamCRLF = Missing,
+                        Variant* strParamStatus = nullptr);
+  // Deletes all notes of a document. Returns Long 1.
+  Variant TELODeleteNotes(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                          const Variant& strVer, Variant* strParamStatus = nullptr);
+  // Asks for the masks of an archive; returns how many there are.
+  Variant TELOGetMasksInit(const Variant& strChannel, const Variant& strArchive, Variant* strParamStatus = nullptr);
+  // Moves to the next mask; returns the number of its fields (Long), or -1 (Integer) after the last, with strMaskName
+  // "".
+  Variant TELOGetMasksNext(Variant* strMaskName = nullptr);
+  // The next field of the mask, its properties as the server wrote them. Returns how many follow it in the mask (Long),
+  // or -1 (Integer) when there was none, with the outputs untouched.
+  Variant TELOGetMasksNextField(Variant* lngTabIndex = nullptr, Variant* lngWidth = nullptr,
+                                Variant* strAlign = nullptr, Variant* strName = nullptr,
+                                Variant* blnMandatory = nullptr, Variant* strInitText = nullptr,
+                                Variant* blnListOnly = nullptr, Variant* strList = nullptr);
+  // Goes back to the first mask, without a request.
+  void TELOGetMasksFirst();
+
   // --- Log and diagnostics ---
 
   // One line in the session's log; bytLogType 1 information (also when left out), 2 warning, 3 error, 4 debug.

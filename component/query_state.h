@@ -11,6 +11,7 @@
 
 #include "component/clsQuery.h"
 #include "component/log_writer.h"
+#include "component/text_list.h"
 #include "component/trap.h"
 #include "platform/database.h"
 #include "platform/scripting_context.h"
@@ -38,15 +39,18 @@ struct QueryState {
     return Trap(log, routine, std::move(failure), std::forward<Body>(body));
   }
 
-  // Composes the command part of the elements, sends it and fills the buffer. The status output, when given, receives
-  // the error text of a failure; what follows a success is the caller's.
-  bool Load(std::initializer_list<Variant> elements, Variant* status);
+  // Composes the command part of the elements, sends it, with data behind it when given, and fills the buffer. The
+  // status output, when given, receives the error text of a failure; what follows a success is the caller's.
+  bool Load(std::initializer_list<Variant> elements, Variant* status, SendSource* data = nullptr);
 
   std::shared_ptr<Apartment> apartment;
   SessionLog log;
   RequestExecution execution;
   ResponseBuffer buffer;
   HitListStore hits;
+  TextList texts;
+  std::string segmentLineBreak = "\r\n";
+  std::string transferDescription;  // the file that was received last, "<path>"
   std::shared_ptr<Connection> database;
   std::shared_ptr<ScriptingContext> context;
   std::shared_ptr<PageRequest> pageRequest;
@@ -54,6 +58,9 @@ struct QueryState {
 
 // What an archive operation returns on failure.
 inline Variant Failed() noexcept { return Variant::Integer(-1); }
+
+// An input that is sent as a text of its own when left out.
+inline Variant OrText(const Variant& value, std::string_view text) { return value.IsMissing() ? Variant(text) : value; }
 
 // Writes an output unless it was left out.
 inline void WriteText(Variant* output, std::string_view text) {

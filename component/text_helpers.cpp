@@ -100,6 +100,17 @@ std::string Decode(std::string_view text) {
   return result;
 }
 
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  if (text.empty()) return parts;
+  for (std::size_t start = 0;;) {
+    const std::size_t end = text.find(separator, start);
+    parts.push_back(text.substr(start, end - start));
+    if (end == std::string_view::npos) return parts;
+    start = end + 1;
+  }
+}
+
 std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32_t occurrence) {
   std::size_t position = 0;
   for (std::int32_t count = 1;; ++count) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace oxaqrycln {
 
@@ -16,6 +17,9 @@ std::string Encode(std::string_view text);
 // The inverse of Encode, for texts that lost no digit. Raises Type mismatch for what is no such encoding, Invalid
 // procedure call for a code below 0 and for the lengths 3 and 7, 11, ... that have no first pair.
 std::string Decode(std::string_view text);
+
+// The parts of a text between its separators; none of the empty text. They are as short-lived as the text.
+std::vector<std::string_view> Split(std::string_view text, char separator);
 
 // The 1-based position of the n-th occurrence of a text, 0 when there are fewer. Occurrences may overlap.
 std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32_t occurrence);

@@ -33,6 +33,8 @@ std::string_view ErrorDescription(std::int32_t number) noexcept {
       return "File already exists";
     case 61:
       return "Disk full";
+    case 62:
+      return "Input past end of file";
     case 67:
       return "Too many files";
     case 70:

@@ -27,6 +27,7 @@ inline constexpr std::int32_t kFileAlreadyOpen = 55;
 inline constexpr std::int32_t kDeviceInputOutput = 57;
 inline constexpr std::int32_t kFileAlreadyExists = 58;
 inline constexpr std::int32_t kDiskFull = 61;
+inline constexpr std::int32_t kInputPastEnd = 62;
 inline constexpr std::int32_t kTooManyFiles = 67;
 inline constexpr std::int32_t kPermissionDenied = 70;
 inline constexpr std::int32_t kPathFileAccess = 75;

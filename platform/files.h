@@ -3,6 +3,7 @@
 #ifndef OXAQRYCLN_PLATFORM_FILES_H_
 #define OXAQRYCLN_PLATFORM_FILES_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -25,8 +26,9 @@ bool IsPlainFileName(std::string_view name) noexcept;
 // A file open for writing from its start. Closing tells what went wrong; ending without a close does not.
 class OutputFile {
  public:
-  // Creates or overwrites the file, readable by its owner and group only.
-  explicit OutputFile(std::string_view path);
+  enum class Existing { Overwritten, Refused };
+  // Creates the file, readable by its owner and group only. Raises File already exists where that is refused.
+  explicit OutputFile(std::string_view path, Existing existing = Existing::Overwritten);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -37,6 +39,24 @@ class OutputFile {
   int descriptor_ = -1;
 };
 
+// A file open for reading from its start.
+class InputFile {
+ public:
+  explicit InputFile(std::string_view path);
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  // Its length in bytes as it is now.
+  std::int64_t Size() const;
+  // Reads up to room bytes from the current position; 0 at the end only.
+  std::size_t Read(char* to, std::size_t room);
+
+ private:
+  int descriptor_ = -1;
+};
+
+// Appends all of the text or nothing: what a failure left behind is cut off again, and a file made for it removed.
+void AppendWhole(std::string_view path, std::string_view text);
 // Appends the pieces to the file in one write, creating it readable by its owner and group only.
 void AppendToFile(std::string_view path, std::span<const std::string_view> pieces);
 // Creates or overwrites the file.

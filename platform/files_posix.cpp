@@ -65,6 +65,17 @@ int OpenToWrite(std::string_view path, int flags) {
   return descriptor;
 }
 
+// 0, or the error that kept bytes from being written.
+int WriteAll(int descriptor, std::string_view bytes) noexcept {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return errno;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
+
 }  // namespace
 
 std::string NativePath(std::string_view path) {
@@ -88,23 +99,56 @@ void AppendToFile(std::string_view path, std::span<const std::string_view> piece
   if (native != 0) RaiseFileError(native);
 }
 
-OutputFile::OutputFile(std::string_view path) : descriptor_(OpenToWrite(path, O_TRUNC)) {}
+void AppendWhole(std::string_view path, std::string_view text) {
+  const int descriptor = OpenToWrite(path, O_APPEND);
+  struct stat before {};
+  int native = fstat(descriptor, &before) == 0 ? WriteAll(descriptor, text) : errno;
+  if (native != 0 && ftruncate(descriptor, before.st_size) != 0) native = errno;
+  if (close(descriptor) != 0 && native == 0) native = errno;
+  if (native == 0) return;
+  if (before.st_size == 0) unlink(NativePath(path).c_str());
+  RaiseFileError(native);
+}
+
+OutputFile::OutputFile(std::string_view path, Existing existing)
+    : descriptor_(OpenToWrite(path, existing == Existing::Refused ? O_EXCL : O_TRUNC)) {}
 
 OutputFile::~OutputFile() {
   if (descriptor_ >= 0) close(descriptor_);
 }
 
 void OutputFile::Write(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) RaiseFileError(errno);
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
+  const int native = WriteAll(descriptor_, bytes);
+  if (native != 0) RaiseFileError(native);
 }
 
 void OutputFile::Close() {
   if (close(std::exchange(descriptor_, -1)) != 0) RaiseFileError(errno);
+}
+
+InputFile::InputFile(std::string_view path) : descriptor_(open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC)) {
+  if (descriptor_ < 0) RaiseFileError(errno);
+  struct stat status {};
+  if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) return;
+  close(descriptor_);  // a directory can be opened, but not be read
+  throw RuntimeError(error::kPathFileAccess);
+}
+
+InputFile::~InputFile() { close(descriptor_); }
+
+std::int64_t InputFile::Size() const {
+  struct stat status {};
+  if (fstat(descriptor_, &status) != 0) RaiseFileError(errno);
+  return status.st_size;
+}
+
+std::size_t InputFile::Read(char* to, std::size_t room) {
+  ssize_t count = 0;
+  do {
+    count = read(descriptor_, to, room);
+  } while (count < 0 && errno == EINTR);
+  if (count < 0) RaiseFileError(errno);
+  return static_cast<std::size_t>(count);
 }
 
 void WriteFile(std::string_view path, std::string_view content) {

@@ -9,7 +9,7 @@ namespace oxaqrycln {
 std::uint8_t OpenFiles::OpenForWriting(std::string_view path) {
   for (std::size_t number = 1; number < files_.size(); ++number) {
     if (files_[number] != nullptr) continue;
-    files_[number] = std::make_unique<OutputFile>(path);
+    files_[number] = std::make_unique<ReplacementFile>(path);
     return static_cast<std::uint8_t>(number);
   }
   throw RuntimeError(error::kTooManyFiles);
@@ -19,10 +19,10 @@ void OpenFiles::Write(std::uint8_t number, std::string_view bytes) { At(number)-
 
 void OpenFiles::Close(std::uint8_t number) {
   const auto file = std::exchange(At(number), nullptr);
-  file->Close();
+  file->Commit();
 }
 
-std::unique_ptr<OutputFile>& OpenFiles::At(std::uint8_t number) {
+std::unique_ptr<ReplacementFile>& OpenFiles::At(std::uint8_t number) {
   if (files_[number] == nullptr) throw RuntimeError(error::kBadFileName);
   return files_[number];
 }

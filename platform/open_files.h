@@ -7,22 +7,25 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/files.h"
+#include "platform/replacement_file.h"
 
 namespace oxaqrycln {
 
 class OpenFiles {
  public:
-  // Creates or overwrites the file under the lowest free number. Raises Too many files, and what the file system says.
+  // Opens a file that will replace what stands under the path, and gives it the lowest free number. Raises Too many
+  // files, and what the file system says.
   std::uint8_t OpenForWriting(std::string_view path);
   // Writes at the current position. Raises Bad file name or number for a number that is not open, Disk full.
   void Write(std::uint8_t number, std::string_view bytes);
-  // Frees the number, also when closing raises an error.
+  // The file appears under its path, whole, and the number is free, also when that raises an error.
   void Close(std::uint8_t number);
+  // Nothing is left of the file, and the number is free.
+  void Discard(std::uint8_t number) noexcept { files_[number].reset(); }
 
  private:
-  std::unique_ptr<OutputFile>& At(std::uint8_t number);
-  std::array<std::unique_ptr<OutputFile>, 256> files_;
+  std::unique_ptr<ReplacementFile>& At(std::uint8_t number);
+  std::array<std::unique_ptr<ReplacementFile>, 256> files_;
 };
 
 }  // namespace oxaqrycln

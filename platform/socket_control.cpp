@@ -120,32 +120,51 @@ void SocketControl::FinishConnect(Ready found) {
 
 void SocketControl::OnReady(Ready found) {
   if (state_ == SocketState::Connecting) return FinishConnect(found);
-  if (Includes(found, Ready::Write) && sentOfUnsent_ < unsent_.size()) {
-    const auto sent = Send(socket_, unsent_.View().substr(sentOfUnsent_));
-    if (sent.error != 0 && sent.error != socket_error::kWouldBlock) return Fail(sent.error);
-    sentOfUnsent_ += sent.byteCount;
-    if (sentOfUnsent_ == unsent_.size()) {
-      unsent_.Release();
-      sentOfUnsent_ = 0;
-      WatchFor(reading_ ? Ready::Read : Ready::None);
-    }
-  }
+  if (Includes(found, Ready::Write) && IsSending()) SendMore();
   if (reading_ && Includes(found, Ready::Read)) events_.DataArrival();
 }
 
-void SocketControl::SendData(std::string_view bytes) {
+void SocketControl::SendData(std::string_view bytes, SendSource* more) {
   if (state_ != SocketState::Connected) throw RuntimeError(40006, "Wrong protocol or connection state");
-  if (sentOfUnsent_ == unsent_.size()) {
-    while (!bytes.empty()) {
-      const auto sent = Send(socket_, bytes);
-      if (sent.error == socket_error::kWouldBlock) break;
-      if (sent.error != 0) return Fail(sent.error);
-      bytes.remove_prefix(sent.byteCount);
+  const auto sent = Send(socket_, bytes);
+  if (sent.error != 0 && sent.error != socket_error::kWouldBlock) return Fail(sent.error);
+  bytes.remove_prefix(sent.byteCount);
+  kept_.Clear();
+  kept_.Append(bytes);
+  sending_ = kept_.View();
+  source_ = more;
+  if (IsSending()) SendMore();
+}
+
+// Sends as much as the machine takes, but not so much that the other sockets would have to wait long.
+void SocketControl::SendMore() {
+  constexpr int kMostPieces = 16;
+  for (int pieces = 0; pieces < kMostPieces; ++pieces) {
+    if (sending_.empty() && source_ != nullptr && !FetchPiece()) return;
+    if (sending_.empty()) {
+      source_ = nullptr;
+      kept_.Release();
+      return WatchFor(reading_ ? Ready::Read : Ready::None);
     }
+    const auto sent = Send(socket_, sending_);
+    if (sent.error == socket_error::kWouldBlock) break;
+    if (sent.error != 0) return Fail(sent.error);
+    sending_.remove_prefix(sent.byteCount);
   }
-  if (bytes.empty()) return;
-  unsent_.Append(bytes);
   WatchFor(reading_ ? Ready::ReadOrWrite : Ready::Write);
+}
+
+// An error of the source is the socket's: the yield in which this runs may be another instance's.
+bool SocketControl::FetchPiece() {
+  try {
+    sending_ = source_->NextPiece();
+    return true;
+  } catch (const RuntimeError& why) {
+    DropSocket();
+    state_ = SocketState::Error;
+    events_.Error(why.number(), why.description());
+    return false;
+  }
 }
 
 std::size_t SocketControl::GetData(char* to, std::size_t room) {
@@ -169,7 +188,7 @@ void SocketControl::WidenReceiveWindow(std::int32_t byteCount) noexcept {
 void SocketControl::StopReading() noexcept {
   reading_ = false;
   if (watch_ == 0) return;
-  if (sentOfUnsent_ < unsent_.size()) {
+  if (IsSending()) {
     loop_.Change(watch_, Ready::Write);
   } else {
     loop_.Unwatch(std::exchange(watch_, 0));
@@ -197,8 +216,9 @@ void SocketControl::DropSocket() noexcept {
   if (watch_ != 0) loop_.Unwatch(std::exchange(watch_, 0));
   if (socket_ != kNoSocket) CloseSocket(std::exchange(socket_, kNoSocket));
   reading_ = false;
-  unsent_.Release();
-  sentOfUnsent_ = 0;
+  sending_ = {};
+  kept_.Release();
+  source_ = nullptr;
 }
 
 void SocketControl::Close() noexcept {

@@ -13,6 +13,7 @@
 
 #include "platform/byte_block.h"
 #include "platform/event_loop.h"
+#include "platform/send_source.h"
 #include "platform/socket_address.h"
 
 namespace oxaqrycln {
@@ -58,8 +59,9 @@ class SocketControl final : private ReadySink {
 
   // Starts to connect a closed socket; every address of the host is tried. State tells how far it is.
   void Connect();
-  // Sends all the bytes: at once as far as the machine takes them, the rest from a copy as it takes more.
-  void SendData(std::string_view bytes);
+  // Sends all the bytes: at once as far as the machine takes them, the rest from a copy as it takes more. Those of more
+  // follow; it must live until the socket is closed. Nothing else may be sent before all of it is.
+  void SendData(std::string_view bytes, SendSource* more = nullptr);
   // Takes up to room bytes; 0 when there are none now, and at the end of the stream.
   std::size_t GetData(char* to, std::size_t room);
   // Lets the machine hold more bytes that have arrived, for a large answer.
@@ -72,6 +74,9 @@ class SocketControl final : private ReadySink {
   void OnReady(Ready found) override;
   void TryNextAddress(std::int32_t lastError);
   void FinishConnect(Ready found);
+  bool IsSending() const noexcept { return !sending_.empty() || source_ != nullptr; }
+  void SendMore();
+  bool FetchPiece();
   void Fail(std::int32_t number);
   void WatchFor(Ready wanted);
   void DropSocket() noexcept;
@@ -90,8 +95,9 @@ class SocketControl final : private ReadySink {
   EventLoop::WatchId watch_ = 0;
   SocketState state_ = SocketState::Closed;
   bool reading_ = false;
-  ByteBlock unsent_;
-  std::size_t sentOfUnsent_ = 0;
+  std::string_view sending_;  // what is to be sent next: of kept_, or the source's piece
+  ByteBlock kept_;
+  SendSource* source_ = nullptr;
 };
 
 }  // namespace oxaqrycln

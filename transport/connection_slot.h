@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,12 @@ namespace oxaqrycln {
 inline constexpr std::int32_t kReceiveText = 1;
 inline constexpr std::int32_t kReceiveFile = 2;
 
+// A file to be received: a number of OpenFiles, and how many bytes it has.
+struct FileReceipt {
+  std::uint8_t file = 0;
+  std::int32_t byteCount = 0;
+};
+
 class ConnectionSlot final : public SocketEvents {
  public:
   // What the slots of one form share.
@@ -27,14 +34,14 @@ class ConnectionSlot final : public SocketEvents {
     EventLoop& loop;
     const Resolver& resolver;
     OpenFiles& files;
-    ByteBlock& scratch;  // where small packets are received
+    ByteBlock& scratch;  // where small packets and pieces of files are received
   };
 
   ConnectionSlot(std::int32_t index, Form form) noexcept
       : index_(index), form_(form), socket(form.loop, form.resolver, *this) {}
 
-  // Forgets every trace of an earlier answer.
-  void StartReceiving() noexcept;
+  // Makes ready for an answer, a text or the bytes of a file, and forgets every trace of an earlier one.
+  void StartReceiving(const std::optional<FileReceipt>& receipt) noexcept;
   SessionLog Log() const noexcept { return {debugLogPath, sessionId, form_.loop.clock()}; }
 
  private:
@@ -47,6 +54,7 @@ class ConnectionSlot final : public SocketEvents {
   void ReceiveText();
   void ReceiveIntoPlace();
   void ReceiveFile();
+  void WriteToFile(std::string_view bytes);
   void TakePacket(std::string_view packet);
   void TakeFirstBytes(std::string_view packet);
   void TakeHeader(std::string_view head, std::size_t lineEnd);

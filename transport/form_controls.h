@@ -33,8 +33,10 @@ class frmControls {
   Timer& ReleaseTimer() noexcept { return timer_; }
   OpenFiles& Files() noexcept { return files_; }
 
-  // The slot's receive state made ready for a request.
-  void StartReceiving(std::int32_t slot) { At(slot).StartReceiving(); }
+  // The slot's receive state made ready for the answer to a request, which is a text unless a file is to be received.
+  void StartReceiving(std::int32_t slot, const std::optional<FileReceipt>& receipt) {
+    At(slot).StartReceiving(receipt);
+  }
   // Hands the text received so far over without copying; the slot's own becomes empty.
   ByteBlock TakeResponse(std::int32_t slot) { return std::exchange(At(slot).response, ByteBlock()); }
 

@@ -13,18 +13,20 @@ namespace {
 constexpr std::string_view kHeaderStart = "TotalBytes:";
 constexpr std::size_t kLongestHeader = 32;
 constexpr std::size_t kScratchBytes = 64U << 10U;
+constexpr std::size_t kFileScratchBytes = 1U << 20U;
 // An answer from this size on is received straight into its final place, through a wider window.
 constexpr std::int32_t kLargeAnswer = 64 << 10;
 constexpr std::int32_t kWideWindow = 1 << 20;
 // How many packets one event takes before the others get their turn.
-constexpr int kMostPackets = 64;
+constexpr int kMostPackets = 16;
 
 }  // namespace
 
-void ConnectionSlot::StartReceiving() noexcept {
+void ConnectionSlot::StartReceiving(const std::optional<FileReceipt>& receipt) noexcept {
   requestReady = false;
-  if (receiveMode != kReceiveText) return;
-  bytesToReceive = 0;
+  receiveMode = receipt ? kReceiveFile : kReceiveText;
+  transferFile = receipt ? receipt->file : std::uint8_t{0};
+  bytesToReceive = receipt ? receipt->byteCount : 0;
   bytesReceived = 0;
   response.Release();
   header_ = Header::Awaited;
@@ -33,7 +35,7 @@ void ConnectionSlot::StartReceiving() noexcept {
 
 void ConnectionSlot::DataArrival() {
   Trap(Log(), "Winsock_DataArrival", false, [&](bool& /*unused*/) {
-    if (form_.scratch.capacity() < kScratchBytes) form_.scratch.Reserve(kScratchBytes);
+    form_.scratch.Reserve(receiveMode == kReceiveFile ? kFileScratchBytes : kScratchBytes);
     if (receiveMode == kReceiveFile) {
       ReceiveFile();
     } else {
@@ -114,15 +116,27 @@ void ConnectionSlot::TakeHeader(std::string_view head, std::size_t lineEnd) {
 }
 
 void ConnectionSlot::ReceiveFile() {
+  if (bytesReceived == 0 && bytesToReceive >= kLargeAnswer) socket.WidenReceiveWindow(kWideWindow);
   for (int packet = 0; packet < kMostPackets && !requestReady; ++packet) {
-    const std::size_t byteCount = socket.GetData(form_.scratch.data(), kScratchBytes);
+    const std::size_t byteCount = socket.GetData(form_.scratch.data(), kFileScratchBytes);
     if (byteCount == 0) return;
     const std::string_view bytes(form_.scratch.data(), byteCount);
     Log().Write(bytInfo, "Winsock(", index_, "): Byte packet received: ", byteCount, " Bytes");
     Log().Write(bytInfo, "DEBUG: file handle: ", static_cast<int>(transferFile), " - data array size: ", byteCount - 1,
                 " - data array content: ", bytes.substr(0, 1), "..", bytes.substr(byteCount - 1));
-    form_.files.Write(transferFile, bytes);
+    WriteToFile(bytes);
     CountBytes(byteCount);
+  }
+}
+
+// A file that cannot be written is not received any further: the request ends at once, and its error says why.
+void ConnectionSlot::WriteToFile(std::string_view bytes) {
+  try {
+    form_.files.Write(transferFile, bytes);
+  } catch (const RuntimeError& why) {
+    socket.StopReading();
+    Error(why.number(), why.description());
+    throw;
   }
 }
 

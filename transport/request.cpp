@@ -43,7 +43,7 @@ class RequestExecution::Attempts {
   Attempts& operator=(const Attempts&) = delete;
 
   bool Run() {
-    controls_.StartReceiving(slot());
+    controls_.StartReceiving(slot(), message_.receipt);
     const bool printOnly =
         message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
     while (TryOneServer(printOnly)) {
@@ -131,11 +131,11 @@ class RequestExecution::Attempts {
   }
 
   void Send() {
-    if (!message_.request) return socket_.SendData(message_.data.value_or(std::string_view()));
+    if (!message_.request) return socket_.SendData({}, message_.data);
     std::string text = BuildRequestPre(server_, servers_, owner_.account_, log_);
     text.append(",").append(*message_.request);
-    if (message_.data) text.append("\r\n").append(*message_.data);
-    socket_.SendData(text);
+    if (message_.data != nullptr) text.append("\r\n");
+    socket_.SendData(text, message_.data);
   }
 
   void ReportTimeout() {

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "platform/byte_block.h"
+#include "platform/send_source.h"
 #include "transport/apartment.h"
 #include "transport/request_text.h"
 
@@ -17,11 +18,13 @@ namespace oxaqrycln {
 
 class RequestExecution {
  public:
-  // What is sent. A command part gets the request prefix of the server that was claimed; data is sent as it stands,
-  // behind the command part and a line end when both are given.
+  // What is sent, and what comes back. A command part gets the request prefix of the server that was claimed; data is
+  // sent as it stands, behind the command part and a line end when both are given. With a receipt the answer is the
+  // bytes of a file, else a text.
   struct Message {
-    std::optional<std::string_view> request;
-    std::optional<std::string_view> data;
+    std::optional<std::string_view> request = {};
+    SendSource* data = nullptr;
+    std::optional<FileReceipt> receipt = {};
   };
 
   // timeout is the instance's lngRequestTimeout in seconds; the account and the log look at the instance's variables.

@@ -118,15 +118,14 @@ void ResponseBuffer::Sort() {
 }
 
 bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
-                std::string& errorText) {
+                std::string& errorText, SendSource* data) {
   return Trap(
       log, "InitBuffer", false,
       [&](bool& result) {
         buffer.Clear();
-        execution.apartment().controls.UdtWinsockMode(execution.slot(), kReceiveText);
         log.Write(bytInfo, kSeparator);
         log.Write(bytInfo, "Processing request: ", request);
-        if (!execution.Request({.request = request, .data = {}}, &errorText)) return;
+        if (!execution.Request({.request = request, .data = data}, &errorText)) return;
         ByteBlock response = execution.TakeResponse();
         const std::string_view text = response.View();
         const std::size_t lineEnd = text.find(ResponseLines::kLineEnd);

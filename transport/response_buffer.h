@@ -75,10 +75,10 @@ class ResponseBuffer {
   std::int32_t position_ = 0;
 };
 
-// Sends a command part and fills the buffer from a successful answer; the read position is then 0. On failure the
-// buffer is empty, errorText says why, and the result is false.
+// Sends a command part, with data behind it when given, and fills the buffer from a successful answer; the read
+// position is then 0. On failure the buffer is empty, errorText says why, and the result is false.
 bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
-                std::string& errorText);
+                std::string& errorText, SendSource* data = nullptr);
 
 }  // namespace oxaqrycln
 

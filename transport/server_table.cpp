@@ -12,17 +12,6 @@ namespace {
 constexpr std::int64_t kStaleMinutes = 5;
 constexpr std::size_t kMostServers = 32767;
 
-std::vector<std::string_view> Split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  if (text.empty()) return parts;
-  for (std::size_t start = 0;;) {
-    const std::size_t end = text.find(separator, start);
-    parts.push_back(text.substr(start, end - start));
-    if (end == std::string_view::npos) return parts;
-    start = end + 1;
-  }
-}
-
 ServerEntry ParseEntry(std::string_view text) {
   const auto fields = Split(text, ',');
   if (fields.size() < 2) throw RuntimeError(error::kSubscriptOutOfRange);

@@ -20,13 +20,12 @@ struct Requester {
     execution.UseSlot(static_cast<std::int16_t>(apartment->controls.GetFreeControl()));
     apartment->controls.StrDebugLogPath(execution.slot(), directory);
     apartment->controls.StrSessionID(execution.slot(), session);
-    apartment->controls.UdtWinsockMode(execution.slot(), kReceiveText);
   }
 
   // True and the answer's text in text, or false and the error text in error.
   bool Request(std::string_view request) {
     error.clear();
-    const bool done = execution.Request({.request = request, .data = {}}, &error);
+    const bool done = execution.Request({.request = request}, &error);
     text = done ? std::string(execution.TakeResponse().View()) : std::string();
     return done;
   }

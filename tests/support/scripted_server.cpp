@@ -65,6 +65,18 @@ std::string Peer::ReadRequest() {
   return request;
 }
 
+std::string Peer::ReadBytes(std::size_t byteCount) {
+  std::string bytes(byteCount, '\0');
+  std::size_t have = 0;
+  while (have < byteCount && WaitReadable(kLongestWait)) {
+    const ssize_t count = recv(socket_, bytes.data() + have, byteCount - have, 0);
+    if (count <= 0) break;
+    have += static_cast<std::size_t>(count);
+  }
+  bytes.resize(have);
+  return bytes;
+}
+
 bool Peer::Send(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);

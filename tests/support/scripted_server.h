@@ -27,6 +27,8 @@ class Peer {
 
   // What has arrived up to a closing caret; "" when the client goes first.
   std::string ReadRequest();
+  // The next bytes, exactly so many; fewer when the client goes first.
+  std::string ReadBytes(std::size_t byteCount);
   // False when the client is gone.
   bool Send(std::string_view bytes);
   // In pieces of this many bytes, each a packet of its own.

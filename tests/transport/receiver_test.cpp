@@ -125,14 +125,11 @@ TEST(Receiver, WritesAFileTransferToTheFileOfItsSlot) {
     peer.WaitForClose();
   });
   Requester page(server.Host(), 10, directory.path());
-  frmControls& controls = page.apartment->controls;
-  const std::uint8_t file = controls.Files().OpenForWriting(directory.File("received"));
-  controls.BytTransferFile(1, file);
-  controls.UdtWinsockMode(1, kReceiveFile);
-  controls.LngBytesToReceive(1, static_cast<std::int32_t>(content.size()));
-  controls.LngBytesReceived(1, 0);
-  EXPECT_TRUE(page.execution.Request({.request = "^TransferBLOB^,^x^", .data = {}}, &page.error)) << page.error;
-  controls.Files().Close(file);
+  OpenFiles& files = page.apartment->controls.Files();
+  const FileReceipt receipt{files.OpenForWriting(directory.File("received")),
+                            static_cast<std::int32_t>(content.size())};
+  EXPECT_TRUE(page.execution.Request({.request = "^TransferBLOB^,^x^", .receipt = receipt}, &page.error)) << page.error;
+  files.Close(receipt.file);
   EXPECT_EQ(directory.Read("received"), content);
   EXPECT_NE(directory.Read("S1.log").find("Winsock(1): All packets received: 17 bytes in total"), std::string::npos);
 }

@@ -140,8 +140,7 @@ TEST(Request, RefusesReentryAndLeavesTheRunningRequestAlone) {
   Requester page(server.Host(), 10, logs.path());
   bool innerResult = true;
   std::string innerError;
-  page.apartment->loop.Post(
-      [&] { innerResult = page.execution.Request({.request = "^Inner^", .data = {}}, &innerError); });
+  page.apartment->loop.Post([&] { innerResult = page.execution.Request({.request = "^Inner^"}, &innerError); });
   ASSERT_TRUE(page.Request("^Outer^")) << page.error;
   EXPECT_FALSE(innerResult);
   EXPECT_EQ(innerError, "Winsock Error (previous request not finished properly)");
@@ -164,7 +163,7 @@ TEST(Request, InterleavesTwoInstancesOfOneApartmentThroughTheirYields) {
   second.UseSlot(secondSlot);
   std::string secondText;
   page.apartment->loop.Post([&] {
-    ASSERT_TRUE(second.Request({.request = "^Ping^", .data = {}}, nullptr));
+    ASSERT_TRUE(second.Request({.request = "^Ping^"}, nullptr));
     secondText = second.TakeResponse().View();
   });
   ASSERT_TRUE(page.Request("^Ping^")) << page.error;

@@ -1,0 +1,143 @@
+#include "archive/multipart_body.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "component/text_helpers.h"
+#include "platform/byte_scan.h"
+#include "platform/code_page.h"
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kHeaderEnd = "\r\n\r\n";
+constexpr std::size_t kLongestBoundary = 1024;
+constexpr std::size_t kLongestHeader = 65536;
+
+[[noreturn]] void Refuse(const char* why) { throw RuntimeError(error::kInvalidProcedureCall, why); }
+
+// The value of the parameter "filename" in a line of a header, quoted or not; nothing when the line has none. Quoted
+// text is passed over, and a backslash is a character like any other: clients send whole paths.
+std::optional<std::string_view> FileNameIn(std::string_view line) {
+  constexpr std::string_view kParameter = "FILENAME=";
+  bool quoted = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '"') quoted = !quoted;
+    const bool begins = i > 0 && (line[i - 1] == ';' || line[i - 1] == ' ' || line[i - 1] == '\t');
+    if (quoted || !begins || UpperCase(line.substr(i, kParameter.size())) != kParameter) continue;
+    const std::string_view value = line.substr(i + kParameter.size());
+    if (!value.starts_with('"')) return value.substr(0, value.find_first_of("; \t"));
+    const std::size_t end = value.find('"', 1);
+    if (end == std::string_view::npos) Refuse("The file name of a form has no closing quote");
+    return value.substr(1, end - 1);
+  }
+  return std::nullopt;
+}
+
+std::string_view FileName(std::string_view header) {
+  for (std::size_t start = 0; start < header.size();) {
+    const std::size_t end = std::min(header.find(kLineEnd, start), header.size());
+    if (const auto name = FileNameIn(header.substr(start, end - start))) return *name;
+    start = end + kLineEnd.size();
+  }
+  return {};
+}
+
+}  // namespace
+
+void MultipartBody::Take(std::string_view piece) {
+  if (HasFile() || state_ == State::BodyEnded) return;
+  rest_.append(piece);
+  for (bool more = true; more;) {
+    switch (state_) {
+      case State::Boundary:
+        more = TakeBoundary();
+        break;
+      case State::Header:
+        more = TakeHeader();
+        break;
+      case State::Content:
+        more = TakeContent();
+        break;
+      case State::FileEnded:
+      case State::BodyEnded:
+        rest_.clear();
+        return;
+    }
+  }
+}
+
+// The body's first line is the boundary. It is treated as if a line end stood before it, as before all others.
+bool MultipartBody::TakeBoundary() {
+  const std::size_t end = rest_.find(kLineEnd);
+  if (end == std::string::npos && rest_.size() <= kLongestBoundary) return false;
+  if (end == 0 || end > kLongestBoundary)
+    Refuse("The body of the request is no form: it does not begin with a boundary");
+  delimiter_ = std::string(kLineEnd) + rest_.substr(0, end);
+  rest_.erase(0, end);
+  state_ = State::Header;
+  return true;
+}
+
+// From the line end of the boundary line to the empty line.
+bool MultipartBody::TakeHeader() {
+  const std::size_t end = rest_.find(kHeaderEnd);
+  if (end == std::string::npos) {
+    if (rest_.size() > kLongestHeader) Refuse("The header of a part of the form has no end");
+    return false;
+  }
+  const std::string_view name = FileName(std::string_view(rest_).substr(0, end));
+  inFile_ = !name.empty() && sink_.Begin(name);
+  rest_.erase(0, end + kHeaderEnd.size());
+  state_ = State::Content;
+  return true;
+}
+
+// Content ends where the delimiter is followed by a line end or, behind the last part, by "--"; anything else that
+// begins like it is content.
+bool MultipartBody::TakeContent() {
+  std::size_t sure = 0;  // so many bytes are content
+  while (sure < rest_.size()) {
+    const std::string_view ahead = std::string_view(rest_).substr(sure);
+    const std::size_t at = FindNear(ahead, "\r\n");
+    if (at == std::string_view::npos) {
+      sure = rest_.size() - (rest_.back() == '\r' ? 1 : 0);
+      break;
+    }
+    sure += at;
+    const std::string_view found = ahead.substr(at);
+    const std::size_t compared = std::min(found.size(), delimiter_.size());
+    if (found.substr(0, compared) != std::string_view(delimiter_).substr(0, compared)) {
+      sure += kLineEnd.size();
+      continue;
+    }
+    if (found.size() < delimiter_.size() + 2) break;  // not all of it has come yet
+    const std::string_view behind = found.substr(delimiter_.size(), 2);
+    if (behind != kLineEnd && behind != "--") {
+      sure += kLineEnd.size();
+      continue;
+    }
+    const State next = inFile_ ? State::FileEnded : behind == "--" ? State::BodyEnded : State::Header;
+    HandOver(sure);
+    rest_.erase(0, delimiter_.size());
+    state_ = next;
+    return true;
+  }
+  HandOver(sure);
+  return false;
+}
+
+void MultipartBody::HandOver(std::size_t byteCount) {
+  if (inFile_ && byteCount > 0) sink_.Content(std::string_view(rest_).substr(0, byteCount));
+  rest_.erase(0, byteCount);
+}
+
+bool MultipartBody::Finish() const {
+  if (HasFile()) return true;
+  if (state_ != State::BodyEnded) Refuse("The body of the form ended before its closing boundary");
+  return false;
+}
+
+}  // namespace oxaqrycln

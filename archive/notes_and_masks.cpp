@@ -1,0 +1,105 @@
+// The notes of a document, and the masks of an archive with their fields.
+#include "archive/record_fields.h"
+#include "archive/text_items.h"
+#include "component/clsQuery.h"
+#include "component/query_state.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr std::size_t kLongestNote = 8000;  // characters
+
+bool NamesMask(std::string_view line) noexcept { return line.starts_with('@'); }
+
+// How many lines there are from a line on before the next mask.
+std::int32_t FieldsFrom(const ResponseBuffer& buffer, std::int32_t line) {
+  std::int32_t end = line;
+  while (end < buffer.Count() && !NamesMask(buffer.Line(end))) ++end;
+  return end - line;
+}
+
+}  // namespace
+
+Variant clsQuery::TELOGetNotesInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                   const Variant& strVer, Variant* strParamStatus) {
+  QueryState& state = *state_;
+  return state.Run("TELOGetNotesInit", Failed(), [&](Variant& result) {
+    if (!state.Load({"GetNotes", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
+    result = Variant::Long(state.texts.Assign(Notes(state.buffer)));
+    WriteText(strParamStatus, "");
+  });
+}
+
+std::string clsQuery::TELOGetNotesNext() {
+  return state_->Run("TELOGetNotesNext", std::string(), [&](std::string& result) { result = state_->texts.Next(); });
+}
+
+Variant clsQuery::TELOWriteNote(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                const Variant& strVer, const Variant& strNote, const Variant& strParamCRLF,
+                                Variant* strParamStatus) {
+  QueryState& state = *state_;
+  return state.Run("TELOWriteNote", Failed(), [&](Variant& result) {
+    const std::string note = strNote.ToText().substr(0, kLongestNote);
+    if (!state.Load({"WriteNote", strChannel, strArchive, strDocID, strVer, note, OrText(strParamCRLF, "\r\n")},
+                    strParamStatus)) {
+      return;
+    }
+    result = Variant::Long(1);
+    WriteText(strParamStatus, "");
+  });
+}
+
+Variant clsQuery::TELODeleteNotes(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
+                                  const Variant& strVer, Variant* strParamStatus) {
+  QueryState& state = *state_;
+  return state.Run("TELODeleteNotes", Failed(), [&](Variant& result) {
+    if (!state.Load({"DeleteNotes", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
+    result = Variant::Long(1);
+    WriteText(strParamStatus, "");
+  });
+}
+
+Variant clsQuery::TELOGetMasksInit(const Variant& strChannel, const Variant& strArchive, Variant* strParamStatus) {
+  QueryState& state = *state_;
+  return state.Run("TELOGetMasksInit", Failed(), [&](Variant& result) {
+    if (!state.Load({"GetMasks", strChannel, strArchive}, strParamStatus)) return;
+    std::int32_t masks = 0;
+    for (std::int32_t i = 0; i < state.buffer.Count(); ++i) masks += NamesMask(state.buffer.Line(i)) ? 1 : 0;
+    result = Variant::Long(masks);
+    WriteText(strParamStatus, "");
+  });
+}
+
+Variant clsQuery::TELOGetMasksNext(Variant* strMaskName) {
+  QueryState& state = *state_;
+  return state.Run("TELOGetMasksNext", Failed(), [&](Variant& result) {
+    ResponseBuffer& buffer = state.buffer;
+    WriteText(strMaskName, "");
+    buffer.MoveTo(buffer.position() + FieldsFrom(buffer, buffer.position()));
+    if (buffer.AtEnd()) return;
+    WriteText(strMaskName, buffer.Take().substr(1));
+    result = Variant::Long(FieldsFrom(buffer, buffer.position()));
+  });
+}
+
+Variant clsQuery::TELOGetMasksNextField(Variant* lngTabIndex, Variant* lngWidth, Variant* strAlign, Variant* strName,
+                                        Variant* blnMandatory, Variant* strInitText, Variant* blnListOnly,
+                                        Variant* strList) {
+  QueryState& state = *state_;
+  return state.Run("TELOGetMasksNextField", Failed(), [&](Variant& result) {
+    ResponseBuffer& buffer = state.buffer;
+    if (buffer.AtEnd() || NamesMask(buffer.Line(buffer.position()))) return;
+    const RecordFields fields(buffer.Line(buffer.position()));
+    std::int32_t number = 1;
+    for (Variant* output :
+         {lngTabIndex, lngWidth, strAlign, strName, blnMandatory, strInitText, blnListOnly, strList}) {
+      fields.WriteText(number++, output);
+    }
+    buffer.MoveTo(buffer.position() + 1);
+    result = Variant::Long(FieldsFrom(buffer, buffer.position()));
+  });
+}
+
+void clsQuery::TELOGetMasksFirst() { state_->buffer.MoveTo(0); }
+
+}  // namespace oxaqrycln

@@ -1,0 +1,14 @@
+#include "archive/stored_name.h"
+
+#include "platform/errors.h"
+#include "platform/files.h"
+
+namespace oxaqrycln {
+
+std::string StoredName(std::string_view name) {
+  const std::string_view last = LastPathPart(name);
+  if (!IsPlainFileName(last)) throw RuntimeError(error::kBadFileName);
+  return std::string(last);
+}
+
+}  // namespace oxaqrycln

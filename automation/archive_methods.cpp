@@ -1,0 +1,71 @@
+// The archive operations that find documents.
+#include "automation/method_binding.h"
+#include "automation/method_groups.h"
+
+namespace oxaqrycln {
+
+using binding::Method;
+
+std::vector<MethodEntry> ChannelsAndArchives() {
+  constexpr std::string_view kGroup = "Channels and archives";
+  return {
+      Method<&clsQuery::TELOGetChannelsInit>(
+          {"TELOGetChannelsInit", kGroup, kCountResult, "Asks for the channels and sorts them in ascending order."},
+          "strParamStatus"),
+      Method<&clsQuery::TELOGetChannelsNext>(
+          {"TELOGetChannelsNext", kGroup, "The channel's name, \"\" at the end.",
+           "The next channel; strChannelDescription receives the text after its first comma."},
+          "strChannelDescription"),
+      Method<&clsQuery::TELOGetAllArchivesInit>(
+          {"TELOGetAllArchivesInit", kGroup, kCountResult, "Asks for the archives and sorts them in ascending order."},
+          "strParamStatus"),
+      Method<&clsQuery::TELOGetAllArchivesNext>(
+          {"TELOGetAllArchivesNext", kGroup, "The archive's line, whole, \"\" at the end.", "The next archive."}),
+      Method<&clsQuery::TELOGetQueryFormatListInit>(
+          {"TELOGetQueryFormatListInit", kGroup, kCountResult, "Asks for the query formats of an archive."},
+          "strChannel", "strArchive", "strParamStatus"),
+      Method<&clsQuery::TELOGetQueryFormatListNext>({"TELOGetQueryFormatListNext", kGroup,
+                                                     "The query format, \"\" at the end.",
+                                                     "The next query format, in the server's order."}),
+      Method<&clsQuery::TELOGetAllArchivesExtInit>(
+          {"TELOGetAllArchivesExtInit", kGroup, "Number of channels (Long), or -1 (Integer) on failure.",
+           "Asks for every channel with its archives."},
+          "strParamStatus"),
+      Method<&clsQuery::TELOGetAllArchivesExtNext>(
+          {"TELOGetAllArchivesExtNext", kGroup,
+           "Number of archives of the channel (Long), or -1 (Integer) after the last.",
+           "Moves to the next channel. The outputs become \"\" at the end."},
+          "strChannel", "strChannelDescription"),
+      Method<&clsQuery::TELOGetAllArchivesExtNextArchive>(
+          {"TELOGetAllArchivesExtNextArchive", kGroup, "The archive's name, \"\" where the next channel begins.",
+           "The next archive of the current channel; strComment receives the text after its first comma."},
+          "strComment"),
+      Method<&clsQuery::TELOGetAllArchivesExtFirst>(
+          {"TELOGetAllArchivesExtFirst", kGroup, "", "Goes back to the first channel, without a request."}),
+      Method<&clsQuery::TELOGetArchiveProperties>(
+          {"TELOGetArchiveProperties", kGroup,
+           "The fifth property as text, or -1 (Integer) on failure or an empty answer.",
+           "Asks for the properties of an archive; the outputs receive the first four as the server wrote them."},
+          "strChannel", "strArchive", "blnCreate", "blnEdit", "blnDelete", "blnIndex", "strParamStatus"),
+  };
+}
+
+std::vector<MethodEntry> QueryAndHitList() {
+  constexpr std::string_view kGroup = "Query and hit list";
+  return {
+      Method<&clsQuery::TELOQueryArchiveInit, 5>(
+          {"TELOQueryArchiveInit", kGroup, "Number of rows (Long), the title row included, or -1 (Integer) on failure.",
+           "Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits. lngTotalHits receives the total as "
+           "text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values joined by "
+           "\",\"; blnHitlistMultiTIFF a Boolean."},
+          "strQuery", "lngMaxLines", "lngQueryMax", "strQueryFormat", "strFolderRights", "strLayoutFieldID",
+          "strLayoutID", "strLayoutKeys", "strLayoutValues", "lngTotalHits", "blnHitlistMultiTIFF", "strParamStatus"),
+      Method<&clsQuery::TELOQueryArchiveNext>(
+          {"TELOQueryArchiveNext", kGroup, "The row's display columns, \"^column^,^column^\", \"\" at the end.",
+           "The next row; the first one holds the titles. The outputs receive the hit's channel, archive, document "
+           "id and version as text."},
+          "strChannel", "strArchive", "strDocID", "strVer"),
+  };
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,35 @@
+// replacement_file.h - a file that appears under its name complete or not at all: written beside its place, then
+// renamed. Two of one name do not disturb each other; the one that is committed last stays.
+#ifndef OXAQRYCLN_PLATFORM_REPLACEMENT_FILE_H_
+#define OXAQRYCLN_PLATFORM_REPLACEMENT_FILE_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace oxaqrycln {
+
+class ReplacementFile {
+ public:
+  // Creates a file of a name of its own beside the target, which stays as it is.
+  explicit ReplacementFile(std::string_view target);
+  // Deletes the file unless it was committed.
+  ~ReplacementFile();
+  ReplacementFile(const ReplacementFile&) = delete;
+  ReplacementFile& operator=(const ReplacementFile&) = delete;
+
+  void Write(std::string_view bytes) { file_->Write(bytes); }
+  // Puts the file in the target's place.
+  void Commit();
+
+ private:
+  const std::string target_;
+  std::string temporary_;  // "" once committed
+  std::unique_ptr<OutputFile> file_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_REPLACEMENT_FILE_H_

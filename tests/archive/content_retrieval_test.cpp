@@ -1,0 +1,178 @@
+// Files that reach the blob directory: put there by the server, or received over the connection.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+const Variant kFailed = Variant::Integer(-1);
+
+TEST(FetchedFiles, AreAskedForByTheirCommandWords) {
+  WithAnswer({"12", "f.txt"}, [](Page& page) {
+    page.query.strBlobPathRemote = "\\\\srv\\blobs";
+    page.query.TELOGetSegmentData("M", "A", "1", "2", 3);
+    EXPECT_EQ(page.LastCommand(), "^GetSegmentData^,^M^,^A^,^1^,^2^,^3^,^\\\\srv\\blobs^");
+    page.query.TELOGetSegmentFirstBLOB("M", "A", "1", "2");
+    EXPECT_EQ(page.LastCommand(), "^GetSegmentFirstBLOB^,^M^,^A^,^1^,^2^,^^,^\\\\srv\\blobs^");
+    page.query.TELOGetSegmentFirstBLOB("M", "A", "1", "2", "pdf");
+    EXPECT_EQ(page.LastCommand(), "^GetSegmentFirstBLOB^,^M^,^A^,^1^,^2^,^pdf^,^\\\\srv\\blobs^");
+    page.query.TELOGetSegmentMultiTIF("M", "A", "1", "2", "1;4-6");
+    EXPECT_EQ(page.LastCommand(), "^GetSegmentMultiTIF^,^M^,^A^,^1^,^2^,^1,4,5,6^,^\\\\srv\\blobs^");
+    page.query.TELOGetSegmentPrintfile("M", "A", "1", "2", 7);
+    EXPECT_EQ(page.LastCommand(), "^GetSegmentPrintfile2^,^M^,^A^,^1^,^2^,^7^,^\\\\srv\\blobs^");
+  });
+}
+
+TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
+  struct Case {
+    const char* name;
+    const char* sent;
+    const char* reported;  // nullptr for a name that is refused
+  };
+  for (const Case& each :
+       {Case{"plain", "scan.tif", "scan.PDF"}, Case{"no rule", "scan.txt", "scan.txt"},
+        Case{"server path", "D:\\out\\scan.tif", "scan.PDF"}, Case{"slashes", "/out/a.txt", "a.txt"},
+        Case{"parent", "out\\..", nullptr}, Case{"device", "com1.tif", nullptr}, Case{"empty", "out\\", nullptr}}) {
+    WithAnswer({"12", each.sent}, [&](Page& page) {
+      const TemporaryDirectory blobs;
+      blobs.Write("scan.tif", "content");
+      page.query.strBlobPathLocal = blobs.path();
+      page.query.strChangeFileExt = "TIF-PDF";
+      Variant name = "kept";
+      Variant length = "kept";
+      const Variant result = page.query.TELOGetSegmentData("M", "A", "1", "2", 3, &name, &length);
+      if (each.reported != nullptr) {
+        EXPECT_EQ(result, Variant::Long(1)) << each.name;
+        EXPECT_EQ(name, Variant(each.reported)) << each.name;
+        EXPECT_EQ(length, Variant("12")) << each.name;
+        EXPECT_EQ(blobs.Read("scan.PDF"), name == Variant("scan.PDF") ? "content" : "") << each.name;
+      } else {
+        EXPECT_EQ(result, kFailed) << each.name;
+        EXPECT_EQ(name, Variant("kept")) << each.name;
+        EXPECT_EQ(length, Variant("kept")) << each.name;
+        EXPECT_NE(page.Log().find("'TELOGetSegmentData()': 52 - "), std::string::npos) << each.name;
+      }
+    });
+  }
+}
+
+TEST(FetchedFiles, MissingInTheAnswerLeaveTheOutputsExceptForPages) {
+  WithAnswer({"12"}, [](Page& page) {
+    Variant name = "kept";
+    Variant length = "kept";
+    EXPECT_EQ(page.query.TELOGetSegmentData("M", "A", "1", "2", 3, &name, &length), Variant::Long(1));
+    EXPECT_EQ(name, Variant("kept"));
+    EXPECT_EQ(length, Variant("kept"));
+    EXPECT_EQ(page.query.TELOGetSegmentMultiTIF("M", "A", "1", "2", "1", &name, &length), Variant::Long(1));
+    EXPECT_EQ(name, Variant(""));
+    EXPECT_EQ(length, Variant::Long(0));
+  });
+}
+
+struct Transfer {
+  const char* name;
+  std::string bytes;       // what the server sends
+  bool resets;             // ends with a reset instead of a close
+  std::int32_t announced;  // what the page says
+  const char* status;      // how the error text starts; nullptr for a sound transfer
+};
+
+// The names in a directory, in order.
+std::vector<std::string> Names(const TemporaryDirectory& directory) {
+  std::vector<std::string> names;
+  for (const auto& each : std::filesystem::directory_iterator(directory.path()))
+    names.push_back(each.path().filename());
+  std::ranges::sort(names);
+  return names;
+}
+
+TEST(Transfer, ReplacesAnOlderFileOrLeavesItUnharmed) {
+  const std::string large(3'000'000, 'x');
+  for (const Transfer& each :
+       {Transfer{"whole", "new content", false, 11, nullptr}, Transfer{"large", large, false, 3'000'000, nullptr},
+        Transfer{"empty", "", false, 0, nullptr}, Transfer{"cut", "new", false, 11, "Winsock Error (10054 - "},
+        Transfer{"nothing", "", false, 5, "Winsock Error (10054 - "},
+        Transfer{"reset", large, true, 4'000'000, "Winsock Error (10054 - "},
+        Transfer{"too much", "new content and more", false, 11, "Received 20 bytes of a file of 11"}}) {
+    InOwnThread([&] {
+      Page page({[&](Peer& peer) {
+                   peer.ReadRequest();
+                   peer.Send(each.bytes);
+                   if (each.resets) peer.Reset();
+                 },
+                 ScriptedServer::Replies(Answer({"fine"}))});
+      const TemporaryDirectory blobs;
+      blobs.Write("f.bin", "old");
+      page.query.strBlobPathLocal = blobs.path();
+      page.query.strBlobPathRemote = "R:\\blobs";
+      Variant status = "kept";
+      const Variant result = page.query.TELOTransferBLOB("X:\\elsewhere\\f.bin", each.announced, &status);
+      EXPECT_EQ(page.LastCommand(), "^TransferBLOB^,^R:\\blobs\\f.bin^") << each.name;
+      if (each.status == nullptr) {
+        EXPECT_EQ(result, Variant::Long(1)) << each.name << status.ToText();
+        EXPECT_TRUE(blobs.Read("f.bin") == each.bytes) << each.name;
+        EXPECT_EQ(status, Variant("")) << each.name;
+      } else {
+        EXPECT_EQ(result, kFailed) << each.name;
+        EXPECT_EQ(blobs.Read("f.bin"), "old") << each.name;
+        EXPECT_EQ(status.ToText().rfind(each.status, 0), 0U) << each.name << status.ToText();
+      }
+      EXPECT_EQ(Names(blobs), std::vector<std::string>{"f.bin"}) << each.name;
+      EXPECT_EQ(page.query.LiveCheck(), "fine") << each.name;
+    });
+  }
+}
+
+TEST(Transfer, RefusesNamesAndDirectoriesBeforeAnythingIsSent) {
+  struct Case {
+    const char* name;
+    std::string file;
+    std::int32_t byteCount;
+    const char* error;
+  };
+  for (const Case& each : {Case{"parent", "..", 1, "52 - "}, Case{"device", "x\\NUL.txt", 1, "52 - "},
+                           Case{"stream", "a:b", 1, "52 - "}, Case{"NUL", std::string("a\0b", 3), 1, "52 - "},
+                           Case{"control", "a\nb", 1, "52 - "}, Case{"300 bytes", std::string(300, 'n'), 1, "52 - "},
+                           Case{"negative", "f", -1, "5 - "}, Case{"no directory", "f", 1, "76 - "}}) {
+    WithAnswer({}, [&](Page& page) {
+      page.query.strBlobPathLocal = page.logs.path() + "\\none";
+      EXPECT_EQ(page.query.TELOTransferBLOB(each.file, each.byteCount), kFailed) << each.name;
+      EXPECT_NE(page.Log().find(std::string("'TELOTransferBLOB()': ") + each.error), std::string::npos)
+          << each.name << page.Log();
+      EXPECT_EQ(page.server.Connections(), 0) << each.name;
+    });
+  }
+}
+
+TEST(Transfer, ToAFullDiskEndsAtOnceAndLeavesNothing) {
+  InOwnThread([] {
+    Page page({[](Peer& peer) {
+      peer.ReadRequest();
+      peer.Send(std::string(8U << 20U, 'x'));
+      peer.WaitForClose();
+    }});
+    const TemporaryDirectory blobs;
+    page.query.strBlobPathLocal = blobs.path();
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small{2U << 20U, old.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    Variant status;
+    EXPECT_EQ(page.query.TELOTransferBLOB("f.bin", 8 << 20, &status), kFailed);
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(status, Variant("Winsock Error (61 - Disk full)"));
+    EXPECT_NE(page.Log().find("'Winsock_DataArrival()': 61 - Disk full"), std::string::npos);
+    EXPECT_TRUE(Names(blobs).empty());
+  });
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing
