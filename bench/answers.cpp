@@ -32,6 +32,16 @@ std::string ChannelLines(int lines) {
   return text;
 }
 
+std::string Segments(int segments) {
+  std::string text = "Status: OK\r\n3\r\n";
+  for (int i = 0; i < segments; ++i) {
+    text += "^Mail^,^Inbox^,^4711^,^2^,^" + std::to_string(i % 30000) +
+            "^,^7^,^Body^,^120^,^2^,^0^,^txt^,^1^,^The text^,^body.txt^,^0^,^L1^,^0^,^A first line of the text\r\n"
+            "a second one, somewhat longer than the first\r\nand the last^\r\n";
+  }
+  return text;
+}
+
 std::string Framed(const std::string& text) { return "TotalBytes:" + std::to_string(text.size()) + "\r\n" + text; }
 
 }  // namespace oxaqrycln::bench

@@ -10,6 +10,8 @@ namespace oxaqrycln::bench {
 std::string HitList(int rows);
 // Lines "name,description" in no order, without a status line.
 std::string ChannelLines(int lines);
+// The text of an answer with this many segments of three lines each.
+std::string Segments(int segments);
 // With the header line in front.
 std::string Framed(const std::string& text);
 

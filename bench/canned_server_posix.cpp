@@ -8,13 +8,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <map>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "bench/answers.h"
 #include "bench/canned_server.h"
@@ -22,12 +25,29 @@
 namespace oxaqrycln::bench {
 namespace {
 
+// The number behind a word in the text; -1 without the word.
+long NumberBehind(std::string_view text, std::string_view word) {
+  const std::size_t at = text.find(word);
+  return at == std::string_view::npos ? -1 : std::atol(text.data() + at + word.size());
+}
+
+// What the request's words ask for: "rows:N" a hit list, "segments:N" segments, "blob-N" so many bytes and nothing
+// else.
 const std::string& AnswerTo(std::string_view request) {
-  static std::map<int, std::string> answers;
-  const std::size_t at = request.find("rows:");
-  const int rows = at == std::string_view::npos ? 0 : std::atoi(request.data() + at + 5);
-  std::string& answer = answers[rows];
-  if (answer.empty()) answer = Framed(HitList(rows));
+  static std::map<std::pair<char, long>, std::string> answers;
+  if (const long bytes = NumberBehind(request, "blob-"); bytes >= 0) {
+    std::string& answer = answers[{'b', bytes}];
+    if (answer.empty()) answer.assign(static_cast<std::size_t>(bytes), 'b');
+    return answer;
+  }
+  if (const long segments = NumberBehind(request, "segments:"); segments >= 0) {
+    std::string& answer = answers[{'s', segments}];
+    if (answer.empty()) answer = Framed(Segments(static_cast<int>(segments)));
+    return answer;
+  }
+  const long rows = std::max(0L, NumberBehind(request, "rows:"));
+  std::string& answer = answers[{'r', rows}];
+  if (answer.empty()) answer = Framed(HitList(static_cast<int>(rows)));
   return answer;
 }
 
@@ -44,13 +64,27 @@ ssize_t Insist(int socket, short event, Call&& call) {
   }
 }
 
+// Takes the bytes of a file that follow a request.
+void TakeFile(int connection, std::string_view request, std::span<char> buffer) {
+  const std::size_t lineEnd = request.find("^\r\n");
+  if (lineEnd == std::string_view::npos) return;
+  long missing = std::atol(request.data() + request.rfind('^', lineEnd - 1) + 1);
+  missing -= static_cast<long>(request.size() - lineEnd - 3);
+  while (missing > 0) {
+    const ssize_t count = Insist(connection, POLLIN, [&] { return recv(connection, buffer.data(), buffer.size(), 0); });
+    if (count <= 0) return;
+    missing -= count;
+  }
+}
+
 void Answer(int connection) {
-  std::array<char, 65536> buffer;  // NOLINT: filled by recv
+  static std::array<char, 1U << 20U> buffer;  // NOLINT: filled by recv
   const ssize_t count =
       Insist(connection, POLLIN, [&] { return recv(connection, buffer.data(), buffer.size() - 1, 0); });
   if (count <= 0) return;
-  buffer[static_cast<std::size_t>(count)] = 0;
-  std::string_view rest = AnswerTo({buffer.data(), static_cast<std::size_t>(count)});
+  const std::string request(buffer.data(), static_cast<std::size_t>(count));
+  TakeFile(connection, request, buffer);
+  std::string_view rest = AnswerTo(request);
   while (!rest.empty()) {
     const ssize_t sent =
         Insist(connection, POLLOUT, [&] { return send(connection, rest.data(), rest.size(), MSG_NOSIGNAL); });
