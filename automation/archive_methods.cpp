@@ -54,7 +54,7 @@ std::vector<MethodEntry> QueryAndHitList() {
   constexpr std::string_view kGroup = "Query and hit list";
   return {
       Method<&clsQuery::TELOQueryArchiveInit, 5>(
-          {"TELOQueryArchiveInit", kGroup, "Number of rows (Long), the title row included, or -1 (Integer) on failure.",
+          {"TELOQueryArchiveInit", kGroup, "Number of rows (Long), the title row included; negative on failure.",
            "Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits. lngTotalHits receives the total as "
            "text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values joined by "
            "\",\"; blnHitlistMultiTIFF a Boolean."},

@@ -12,6 +12,8 @@ namespace oxaqrycln {
 inline constexpr std::string_view kCountResult = "Number of records (Long), or -1 (Integer) on failure.";
 inline constexpr std::string_view kDoneResult = "1 (Long), or -1 (Integer) on failure.";
 
+std::vector<MethodEntry> WebUsers();
+std::vector<MethodEntry> UserRights();
 std::vector<MethodEntry> ChannelsAndArchives();
 std::vector<MethodEntry> QueryAndHitList();
 std::vector<MethodEntry> DocumentsAndSegments();
@@ -19,6 +21,7 @@ std::vector<MethodEntry> Content();
 std::vector<MethodEntry> DocumentChanges();
 std::vector<MethodEntry> Upload();
 std::vector<MethodEntry> NotesAndMasks();
+std::vector<MethodEntry> Encryption();
 
 }  // namespace oxaqrycln
 

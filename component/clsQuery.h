@@ -72,6 +72,42 @@ class clsQuery {
   // Only the first assignment on a thread has an effect.
   void RemoteHosts(const Variant& strRemoteHosts);
 
+  // --- Web users ---
+  // These work on the database that Init opened. IDs are whole numbers; a text with a quote and an ID that is no number
+  // fail before the database sees them. Passwords are stored encoded, not encrypted.
+
+  // Creates a user, with an account of the archive system when both of its texts are given. Returns the new user's ID
+  // (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
+  Variant WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strTELOUser = Missing,
+                        const Variant& strTELOPasswd = Missing);
+  // One more than the largest number in a column of a table, 1 for an empty one (Long); 0 on failure.
+  Variant GetNextDBObjectID(const Variant& strField, const Variant& strTable);
+  // The ID of the first user of the name (Long) when the password is his, or none is given; else 0.
+  Variant CheckLogon(const Variant& strUser, const Variant& strPasswd = Missing);
+  // Changes the password of all users of the name. Returns the ID of the first one (Integer), 0 when the old password
+  // is wrong or the ID is above 32767.
+  Variant ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew);
+  // 1 (Long) when there is such a user, whose account of the archive system the outputs receive, "" without one; else 0
+  // with the outputs untouched.
+  Variant GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser = nullptr, Variant* strTELOPasswd = nullptr);
+  // 1 (Long) when the user has the flag set or cleared, which intChangePasswd receives; else 0, in both.
+  Variant GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd = nullptr);
+  // Says whether the user must change his password. Returns 1 (Long), also when there is no such user; 0 on failure.
+  Variant SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd);
+
+  // What a user may do himself and through the groups he is a member of. Each returns the number of entries (Long) and
+  // writes them to its output; Empty on failure, with the output "".
+  // "^right^,^right^".
+  Variant GetUserRights(const Variant& strUserID, Variant* strRights = nullptr);
+  // A line "archive[,N][,E][,D]" with CR LF for each archive: new documents, editing, deleting.
+  Variant GetUserEditRights(const Variant& strUserID, Variant* strEditRights = nullptr);
+  // "[group],[group]": the groups the user is a member of.
+  Variant GetUserGroups(const Variant& strUserID, Variant* strGroups = nullptr);
+  // "^archive^,^archive^".
+  Variant GetUserArchives(const Variant& strUserID, Variant* strArchives = nullptr);
+  // "^channel^,^channel^".
+  Variant GetUserChannels(const Variant& strUserID, Variant* strChannels = nullptr);
+
   // --- Channels and archives ---
 
   Variant TELOGetChannelsInit(Variant* strParamStatus = nullptr);
@@ -103,8 +139,9 @@ class clsQuery {
   // --- Query and hit list ---
 
   // Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits. Returns the number of rows (Long), the title
-  // row included. lngTotalHits receives the total as text; strLayoutKeys and strLayoutValues, when both are given, the
-  // layout's keys and values joined by ","; blnHitlistMultiTIFF a Boolean.
+  // row included; a negative number also for an answer of fewer lines than a head has. lngTotalHits receives the total
+  // as text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values joined by ",";
+  // blnHitlistMultiTIFF a Boolean.
   Variant TELOQueryArchiveInit(const Variant& strQuery, const Variant& lngMaxLines, const Variant& lngQueryMax,
                                const Variant& strQueryFormat, const Variant& strFolderRights,
                                const Variant& strLayoutFieldID = Missing, const Variant& strLayoutID = Missing,
@@ -257,6 +294,18 @@ class clsQuery {
                                 Variant* blnListOnly = nullptr, Variant* strList = nullptr);
   // Goes back to the first mask, without a request.
   void TELOGetMasksFirst();
+
+  // --- Encryption ---
+
+  // Single DES with a key of 56 bits: the first 7 characters of strParamKey, or of strDES56Key when it is left out; see
+  // docs/userdb.md for what it does not protect against. Cipher texts are bytes, in the ...Base64 methods their Base64
+  // form. All return "" on failure, also for what was encrypted with another key.
+  std::string EncryptBase64(const Variant& strString, const Variant& strParamKey = Missing);
+  std::string Encrypt(const Variant& strString, const Variant& strParamKey = Missing);
+  std::string Decrypt(const Variant& strString, const Variant& strParamKey = Missing);
+  std::string DecryptBase64(const Variant& strString, const Variant& strParamKey = Missing);
+  std::string DecodeBase64(const Variant& strString);
+  std::string EncodeBase64(const Variant& strString);
 
   // --- Log and diagnostics ---
 

@@ -14,6 +14,7 @@
 #include "component/text_list.h"
 #include "component/trap.h"
 #include "platform/database.h"
+#include "platform/errors.h"
 #include "platform/scripting_context.h"
 #include "transport/apartment.h"
 #include "transport/request.h"
@@ -42,6 +43,12 @@ struct QueryState {
   // Composes the command part of the elements, sends it, with data behind it when given, and fills the buffer. The
   // status output, when given, receives the error text of a failure; what follows a success is the caller's.
   bool Load(std::initializer_list<Variant> elements, Variant* status, SendSource* data = nullptr);
+
+  // The web user database. Raises Object variable not set when Init did not open it.
+  Connection& Database() const {
+    if (database == nullptr) throw RuntimeError(error::kObjectNotSet);
+    return *database;
+  }
 
   std::shared_ptr<Apartment> apartment;
   SessionLog log;

@@ -41,18 +41,6 @@ constexpr Table MakeLower() {
 constexpr Table kUpper = MakeUpper();
 constexpr Table kLower = MakeLower();
 
-std::uint32_t ToUnicode(char character) noexcept {
-  const auto code = static_cast<std::uint8_t>(character);
-  return code >= 0x80 && code < 0xA0 ? kUpperControls[code - 0x80U] : code;
-}
-
-std::optional<char> FromUnicode(std::uint32_t code) noexcept {
-  if (code < 0x80 || (code >= 0xA0 && code < 0x100)) return static_cast<char>(code);
-  const auto* const found = std::ranges::find(kUpperControls, code);
-  if (found == kUpperControls.end()) return std::nullopt;
-  return static_cast<char>(0x80 + (found - kUpperControls.begin()));
-}
-
 // Every character of the code page has one to three bytes in UTF-8; longer ones have no place in it anyway.
 struct Decoded {
   std::uint32_t code;
@@ -71,6 +59,18 @@ Decoded DecodeOne(std::string_view text) noexcept {
 }
 
 }  // namespace
+
+std::uint32_t ToUnicode(char character) noexcept {
+  const auto code = static_cast<std::uint8_t>(character);
+  return code >= 0x80 && code < 0xA0 ? kUpperControls[code - 0x80U] : code;
+}
+
+std::optional<char> FromUnicode(std::uint32_t code) noexcept {
+  if (code < 0x80 || (code >= 0xA0 && code < 0x100)) return static_cast<char>(code);
+  const auto* const found = std::ranges::find(kUpperControls, code);
+  if (found == kUpperControls.end()) return std::nullopt;
+  return static_cast<char>(0x80 + (found - kUpperControls.begin()));
+}
 
 char UpperCase(char character) noexcept { return kUpper[static_cast<std::uint8_t>(character)]; }
 

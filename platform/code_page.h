@@ -4,6 +4,7 @@
 #ifndef OXAQRYCLN_PLATFORM_CODE_PAGE_H_
 #define OXAQRYCLN_PLATFORM_CODE_PAGE_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,10 @@ std::string UpperCase(std::string_view text);
 std::string LowerCase(std::string_view text);
 // Writes the upper-case form of text to out, which has room for text.size() bytes.
 void UpperCaseTo(std::string_view text, char* out) noexcept;
+
+std::uint32_t ToUnicode(char character) noexcept;
+// Nothing for a character that has no place in the code page.
+std::optional<char> FromUnicode(std::uint32_t code) noexcept;
 
 std::string ToUtf8(std::string_view text);
 // Nothing when the text is not well-formed UTF-8 or holds a character that has no place in the code page.

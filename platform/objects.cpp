@@ -3,15 +3,22 @@
 #include <map>
 #include <mutex>
 
+#include "platform/cipher_objects.h"
 #include "platform/code_page.h"
 #include "platform/errors.h"
+#include "platform/odbc_connection.h"
 
 namespace oxaqrycln {
 namespace {
 
 struct Registry {
   std::mutex mutex;
-  std::map<std::string, ObjectMaker> makers;  // by upper-cased identifier
+  std::map<std::string, ObjectMaker> makers = {
+      // by upper-cased identifier
+      {"ADODB.CONNECTION", MakeOdbcConnection},
+      {"DES56LIB.DES56", MakeDesObject},
+      {"DES56LIB.BASE64", MakeBase64Object},
+  };
 };
 
 // Never destroyed: an instance may be made or end while the process goes down.

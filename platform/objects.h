@@ -1,4 +1,5 @@
-// objects.h - the registry by which external objects are made from their programmatic identifiers.
+// objects.h - the registry by which external objects are made from their programmatic identifiers. Built in are
+// "ADODB.Connection" (database.h), "DES56Lib.DES56" and "DES56Lib.Base64" (cipher_objects.h).
 #ifndef OXAQRYCLN_PLATFORM_OBJECTS_H_
 #define OXAQRYCLN_PLATFORM_OBJECTS_H_
 

@@ -8,7 +8,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly PROJECT_ROOT=$PWD
 readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev libgmock-dev nlohmann-json3-dev
-  libcli11-dev libsqlite3-dev python3)
+  libcli11-dev libsqlite3-dev libtiff-dev unixodbc-dev libgcrypt20-dev libsqliteodbc python3)
+readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql)
 
 # A line of progress.
 say() { printf '==> %s\n' "$*"; }
@@ -60,6 +61,16 @@ need_packages() {
   apt_get install --no-install-recommends "${missing[@]}" >/dev/null ||
     { apt_get update && apt_get install --no-install-recommends "${missing[@]}" >/dev/null; } ||
     fail "apt-get could not install ${missing[*]}"
+}
+
+# What the tests need besides: the programs of a PostgreSQL server, but no server of this machine's own.
+need_test_packages() {
+  if ! is_installed postgresql && ! is_installed postgresql-common; then
+    as_root mkdir -p /etc/postgresql-common/createcluster.d
+    printf 'create_main_cluster = false\n' |
+      as_root tee /etc/postgresql-common/createcluster.d/no-main-cluster.conf >/dev/null
+  fi
+  need_packages "${TEST_PACKAGES[@]}"
 }
 
 # build PRESET [TARGET ...]: configures when that was not done yet, then builds all or the targets.

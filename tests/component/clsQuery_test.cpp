@@ -84,6 +84,7 @@ TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
     {
       clsQuery query;
       const Settings settings(query, logs);
+      UnregisterObject("adodb.connection");
       EXPECT_FALSE(query.Init());
       EXPECT_NE(logs.Read("S1.log").find("'Init()': 429 - "), std::string::npos);
     }

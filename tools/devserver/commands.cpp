@@ -5,22 +5,14 @@
 
 #include "component/version.h"
 #include "platform/code_page.h"
-#include "tools/devserver/errors.h"
+#include "tools/devserver/change_commands.h"
+#include "tools/devserver/content_commands.h"
+#include "tools/devserver/document_commands.h"
+#include "tools/devserver/documents.h"
 #include "tools/devserver/hit_list.h"
-#include "tools/devserver/request.h"
 
 namespace oxaqrycln::devserver {
 namespace {
-
-// Finds the archive that the first two parameters name.
-std::int64_t ArchiveId(Database& database, Parameters parameters) {
-  Statement query(database,
-                  "SELECT archive.id FROM archive JOIN channel ON channel.id = channel_id "
-                  "WHERE channel.name = ? AND archive.name = ?");
-  query.Bind(1, std::string_view(parameters[0])).Bind(2, std::string_view(parameters[1]));
-  if (query.Next()) return query.Number(0);
-  throw ServerError("There is no archive $(#" + Printable(parameters[0]) + ")\\" + Printable(parameters[1]));
-}
 
 // Every row's first column, one a line.
 std::string Lines(Statement& query) {
@@ -29,57 +21,72 @@ std::string Lines(Statement& query) {
   return lines;
 }
 
-std::string LiveCheck(Database&, Parameters) {
-  return std::string("OXA development archive server ") + kVersionText + " alive\r\n";
-}
+Reply LiveCheck(const Call&) { return std::string("OXA development archive server ") + kVersionText + " alive\r\n"; }
 
-std::string GetChannels(Database& database, Parameters) {
-  Statement query(database, "SELECT name || ',' || description FROM channel ORDER BY id");
+Reply GetChannels(const Call& call) {
+  Statement query(call.database, "SELECT name || ',' || description FROM channel ORDER BY id");
   return Lines(query);
 }
 
-std::string GetAllArchives(Database& database, Parameters) {
-  Statement query(database,
+Reply GetAllArchives(const Call& call) {
+  Statement query(call.database,
                   "SELECT '$(#' || channel.name || ')\\' || archive.name FROM archive "
                   "JOIN channel ON channel.id = channel_id ORDER BY archive.id");
   return Lines(query);
 }
 
-std::string GetAllArchivesExt(Database& database, Parameters) {
-  Statement channels(database, "SELECT name || ',' || description, id FROM channel ORDER BY id");
+Reply GetAllArchivesExt(const Call& call) {
+  Statement channels(call.database, "SELECT name || ',' || description, id FROM channel ORDER BY id");
   std::string lines;
   while (channels.Next()) {
     lines.append("#").append(channels.Text(0)).append("\r\n");
-    Statement archives(database, "SELECT name || ',' || comment FROM archive WHERE channel_id = ? ORDER BY id");
+    Statement archives(call.database, "SELECT name || ',' || comment FROM archive WHERE channel_id = ? ORDER BY id");
     archives.Bind(1, channels.Number(1));
     lines += Lines(archives);
   }
   return lines;
 }
 
-std::string GetQueryFormatList(Database& database, Parameters parameters) {
-  Statement query(database, "SELECT name FROM query_format WHERE archive_id = ? ORDER BY position");
-  query.Bind(1, ArchiveId(database, parameters));
+Reply GetQueryFormatList(const Call& call) {
+  Statement query(call.database, "SELECT name FROM query_format WHERE archive_id = ? ORDER BY position");
+  query.Bind(1, FindArchive(call).id);
   return Lines(query);
 }
 
 // May a document be created, edited, deleted, indexed; and the number of documents.
-std::string GetArchiveProperties(Database& database, Parameters parameters) {
-  Statement query(database,
+Reply GetArchiveProperties(const Call& call) {
+  Statement query(call.database,
                   "SELECT can_create || ',' || can_edit || ',' || can_delete || ',' || can_index || ',' || "
                   "(SELECT count(*) FROM document WHERE archive_id = archive.id) FROM archive WHERE id = ?");
-  query.Bind(1, ArchiveId(database, parameters));
+  query.Bind(1, FindArchive(call).id);
   return Lines(query);
 }
 
-constexpr std::array<Command, 7> kCommands = {{
-    {"LiveCheck", 0, LiveCheck},
-    {"GetChannels", 0, GetChannels},
-    {"GetAllArchives", 0, GetAllArchives},
-    {"GetAllArchivesExt", 0, GetAllArchivesExt},
-    {"GetQueryFormatList", 2, GetQueryFormatList},
-    {"GetArchiveProperties", 2, GetArchiveProperties},
-    {"QueryArchive", 7, QueryArchive},
+constexpr std::array<Command, 24> kCommands = {{
+    {"LiveCheck", {0}, false, LiveCheck},
+    {"GetChannels", {0}, false, GetChannels},
+    {"GetAllArchives", {0}, false, GetAllArchives},
+    {"GetAllArchivesExt", {0}, false, GetAllArchivesExt},
+    {"GetQueryFormatList", {2}, false, GetQueryFormatList},
+    {"GetArchiveProperties", {2}, false, GetArchiveProperties},
+    {"QueryArchive", {7}, false, QueryArchive},
+    {"GetDocumentInfo", {4}, false, GetDocumentInfo},
+    {"GetSegmentDescription", {5}, false, GetSegmentDescription},
+    {"GetSegmentText", {8}, false, GetSegmentText},
+    {"GetSegments", {10}, false, GetSegments},
+    {"GetSegmentData", {6}, false, GetSegmentData},
+    {"GetSegmentFirstBLOB", {6}, false, GetSegmentFirstBlob},
+    {"GetSegmentPrintfile2", {6}, false, GetSegmentPrintfile2},
+    {"GetSegmentMultiTIF", {6}, false, GetSegmentMultiTif},
+    {"TransferBLOB", {1}, true, TransferBlob},
+    {"UploadFile", {3, true}, false, UploadFile},
+    {"CreateDocument", {1}, false, CreateDocument},
+    {"EditDocument", {2}, false, EditDocument},
+    {"DeleteDocument", {4}, false, DeleteDocument},
+    {"GetNotes", {4}, false, GetNotes},
+    {"WriteNote", {6}, false, WriteNote},
+    {"DeleteNotes", {4}, false, DeleteNotes},
+    {"GetMasks", {2}, false, GetMasks},
 }};
 
 }  // namespace

@@ -3,23 +3,35 @@
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_H_
 
-#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "tools/devserver/blob_directory.h"
 #include "tools/devserver/database.h"
+#include "tools/devserver/reply.h"
+#include "tools/devserver/request.h"
 
 namespace oxaqrycln::devserver {
 
 // The parameters behind the command word, exactly as many as the command takes.
 using Parameters = std::span<const std::string>;
 
+// One request on its way to its handler.
+struct Call {
+  Database& database;
+  const BlobDirectory& blobs;
+  const std::string& user;
+  Parameters parameters;
+};
+
 struct Command {
   std::string_view name;
-  std::size_t parameterCount;
-  // The data lines of the answer, each with its CR LF. Raises ServerError for a request that cannot be carried out.
-  std::string (*handler)(Database& database, Parameters parameters);
+  CommandShape shape;
+  bool isRaw;  // an error ends the connection without a byte, since the client takes what comes for a file's content
+  // The data lines of the answer, each with its CR LF; or a reply of another kind. Raises ServerError for a request
+  // that cannot be carried out.
+  Reply (*handler)(const Call& call);
 };
 
 // The command of that name, whatever its letter case; nullptr when there is none.

@@ -1,16 +1,19 @@
-// connection.h - one client's connection: collects the request, sends the answer, waits for the client to close.
-// Never blocks; the server tells it when its socket is ready and when its deadline has passed.
+// connection.h - one client's connection: collects the request or file, sends the answer, waits for the client to
+// close. Waits for no socket by itself; the server tells it when its socket is ready and when its deadline has passed.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_CONNECTION_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_CONNECTION_H_
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "tools/devserver/descriptor.h"
 #include "tools/devserver/misbehaviour.h"
+#include "tools/devserver/reply.h"
 
 namespace oxaqrycln::devserver {
 
@@ -22,31 +25,21 @@ struct Limits {
   std::chrono::milliseconds quiet{200};         // no bytes behind what can be no request: answer with an error
   std::chrono::milliseconds shortQuiet{1000};   // no bytes behind a request with too few fields: likewise
   std::chrono::milliseconds idle{10000};        // no bytes inside a field, or no room for the answer
-  std::chrono::milliseconds request{60000};     // from the connection to the end of its request
+  std::chrono::milliseconds request{60000};     // from the connection to the end of its request's text
+  std::chrono::milliseconds upload{3600000};    // from there to the last byte of an uploaded file
   std::chrono::milliseconds linger{5000};       // for the client to close after the answer
   std::chrono::milliseconds misbehave{600000};  // for the client to leave a server that will never answer
 };
 
 // Answers a request text (see Service::Answer).
-using Answerer = std::function<std::string(std::string_view request)>;
+using Answerer = std::function<Reply(std::string_view request)>;
 
 // An open socket, closed with its owner.
-class Socket {
+class Socket : public Descriptor {
  public:
-  explicit Socket(int descriptor = -1) noexcept : descriptor_(descriptor) {}
-  Socket(Socket&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  Socket& operator=(Socket&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-  }
-  ~Socket();
-
-  int get() const noexcept { return descriptor_; }
+  using Descriptor::Descriptor;
   // Makes the closing of the socket a reset.
   void ResetOnClose() const noexcept;
-
- private:
-  int descriptor_;
 };
 
 class Connection {
@@ -65,15 +58,18 @@ class Connection {
   void OnDeadline(TimePoint now);
 
  private:
-  enum class State { kReading, kDelayed, kWriting, kLingering, kHolding, kClosed };
+  enum class State { kReading, kUploading, kDelayed, kWriting, kLingering, kHolding, kClosed };
 
   void Read(TimePoint now);
   void OnBytes(std::string_view bytes, TimePoint now);
   void Judge(bool quiet, TimePoint now);
-  void Finish(const std::string& answer, TimePoint now);
+  void BeginUpload(std::size_t textByteCount, TimePoint now);
+  void TakeUpload(std::string_view bytes, TimePoint now);
+  void Finish(Reply reply, TimePoint now);
   void Write(TimePoint now);
+  bool Refill();
   void EndWriting(TimePoint now);
-  std::size_t SendLimit() const noexcept;
+  std::uint64_t SendLimit() const noexcept;
 
   Socket socket_;
   const Limits& limits_;
@@ -85,8 +81,13 @@ class Connection {
   TimePoint deadline_;
   bool peerEnded_ = false;
   std::string request_;
-  std::string answer_;
-  std::size_t sentByteCount_ = 0;
+  std::unique_ptr<Upload> upload_;
+  bool isRaw_ = false;
+  std::unique_ptr<ReadableFile> file_;  // what follows the piece; its bytes are counted in total
+  std::string piece_;                   // what goes out next,
+  std::size_t pieceSent_ = 0;           // and how much of it has gone
+  std::uint64_t totalByteCount_ = 0;
+  std::uint64_t sentByteCount_ = 0;
 };
 
 }  // namespace oxaqrycln::devserver

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <optional>
 #include <vector>
 
+#include "tools/devserver/answer_text.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/folder_rights.h"
 #include "tools/devserver/query_parser.h"
@@ -89,14 +89,6 @@ std::string Condition(const Scope& scope, const std::string& expression) {
   return archives + " AND document.id IN (SELECT rowid FROM document_text WHERE document_text MATCH ?1)";
 }
 
-// A value as a field of a row: nothing in it can end the field or the line.
-std::string Field(std::string value) {
-  for (char& character : value) {
-    if (static_cast<unsigned char>(character) < 0x20 || character == '^') character = ' ';
-  }
-  return "^" + value + "^";
-}
-
 struct Heading {
   std::string layout;
   std::string flags;
@@ -134,7 +126,9 @@ std::string Rows(Database& database, const std::string& condition, const std::st
 
 }  // namespace
 
-std::string QueryArchive(Database& database, Parameters parameters) {
+Reply QueryArchive(const Call& call) {
+  Database& database = call.database;
+  const Parameters parameters = call.parameters;
   std::string expression = ParseQuery(parameters[0]);
   const std::int32_t maxLines = ParseLimit("Max lines", parameters[1]);
   const std::int32_t queryMax = ParseLimit("Query max", parameters[2]);

@@ -2,8 +2,6 @@
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_HIT_LIST_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_HIT_LIST_H_
 
-#include <string>
-
 #include "tools/devserver/commands.h"
 
 namespace oxaqrycln::devserver {
@@ -12,7 +10,7 @@ namespace oxaqrycln::devserver {
 // the rows of the answer, query max the hits that a query may have; 0 or "" is no bound. Layout ID "" is layout 1; a
 // layout field ID adds that field's column behind those of the layout. A query format, "" for none, restricts the
 // search to its fields and to the archives that offer it.
-std::string QueryArchive(Database& database, Parameters parameters);
+Reply QueryArchive(const Call& call);
 
 }  // namespace oxaqrycln::devserver
 

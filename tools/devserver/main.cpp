@@ -27,6 +27,7 @@ extern "C" void StopRunningServer(int) {
 struct CommandLine {
   ServerOptions server;
   std::string database;
+  std::string blobDirectory;
   int documentCount = kSampleDocumentCount;
   std::vector<std::string> accounts;
   std::string misbehaviour = "none";
@@ -38,6 +39,9 @@ void Declare(CLI::App& app, CommandLine& line) {
   app.add_option("--listen", line.server.address, "Numeric address to listen on")->capture_default_str();
   app.add_option("--port", line.server.port, "TCP port; 0 takes any free one")->capture_default_str();
   app.add_option("--database", line.database, "SQLite file, made and filled when new (default: in memory)");
+  app.add_option("--blob-dir", line.blobDirectory,
+                 "Directory shared with the web server, made when missing\n(default: DATABASE.blobs; a temporary one "
+                 "for a database in memory)");
   app.add_option("--documents", line.documentCount, "Sample documents in a new database")
       ->check(CLI::Range(0, 1000000))
       ->capture_default_str();
@@ -76,31 +80,43 @@ Accounts ReadAccounts(const std::vector<std::string>& texts) {
   return accounts;
 }
 
-void Log(std::string_view request, std::string_view answer) {
+std::string Outcome(const Reply& reply) {
+  if (reply.upload != nullptr) return "receiving " + std::to_string(reply.upload->missing()) + " bytes";
+  const std::string status = Printable(reply.text.substr(0, reply.text.find("\r\n")));
+  if (reply.file != nullptr) return status + " (a file of " + std::to_string(reply.file->byteCount()) + " bytes)";
+  return status + (reply.isRaw ? " (not sent)" : " (" + std::to_string(reply.text.size()) + " bytes)");
+}
+
+void Log(std::string_view request, const Reply& reply) {
   const auto fields = SplitRequest(request).fields;
   std::string line;
   for (std::size_t index = 0; index < fields.size(); ++index) {
     if (index != 2) line += "[" + Printable(fields[index]) + "] ";
   }
   if (fields.empty()) line = "[" + Printable(request) + "] ";
-  line += Printable(answer.substr(0, answer.find("\r\n"))) + " (" + std::to_string(answer.size()) + " bytes)\n";
-  std::cerr << ToUtf8(line) << std::flush;
+  std::cerr << ToUtf8(line + Outcome(reply) + "\n") << std::flush;
+}
+
+BlobDirectory OpenBlobDirectory(const CommandLine& line) {
+  if (!line.blobDirectory.empty()) return BlobDirectory::At(line.blobDirectory);
+  return line.database.empty() ? BlobDirectory::Private() : BlobDirectory::At(line.database + ".blobs");
 }
 
 void Serve(const CommandLine& line) {
   ServerOptions options = line.server;
   options.misbehaviour = ParseMisbehaviour(line.misbehaviour);
-  Service service(OpenArchive(line.database, line.documentCount), ReadAccounts(line.accounts));
+  Service service(OpenArchive(line.database, line.documentCount), ReadAccounts(line.accounts), OpenBlobDirectory(line));
   Server server(options, [&](std::string_view request) {
-    std::string answer = service.Answer(request);
-    if (line.log) Log(request, answer);
-    return answer;
+    Reply reply = service.Answer(request);
+    if (line.log) Log(request, reply);
+    return reply;
   });
   runningServer = &server;
   std::signal(SIGINT, StopRunningServer);
   std::signal(SIGTERM, StopRunningServer);
   std::signal(SIGPIPE, SIG_IGN);
   const bool isVersion6 = options.address.find(':') != std::string::npos;
+  std::cout << "blob directory " << service.blobs().path() << std::endl;
   std::cout << "listening on " << (isVersion6 ? "[" + options.address + "]" : options.address) << ":" << server.port()
             << std::endl;
   server.Run();

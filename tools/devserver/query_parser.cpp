@@ -35,6 +35,9 @@ class Parser {
     return expression;
   }
 
+  // After Whole: the values that are not excluded, each with the field it is searched in.
+  const std::string& marks() const noexcept { return marks_; }
+
  private:
   bool AtEnd() {
     while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
@@ -79,7 +82,9 @@ class Parser {
       const bool joined = TakeOperator("AND");
       if (joined && wanted.empty() && excluded.empty()) Fail("AND needs a term on both sides");
       if (TakeOperator("NOT")) {
+        ++exclusions_;
         excluded += " NOT " + Term();
+        --exclusions_;
       } else {
         wanted += (wanted.empty() ? "" : " AND ") + Term();
       }
@@ -106,13 +111,28 @@ class Parser {
   }
 
   std::string Value(const std::string& filter) {
-    if (Take('(')) return filter + Parentheses();
+    if (Take('(')) {
+      const std::string outer = filter_;
+      filter_ += filter;
+      std::string group = filter + Parentheses();
+      filter_ = outer;
+      return group;
+    }
     if (++termCount_ > kTermLimit) Fail("more than " + std::to_string(kTermLimit) + " terms");
-    if (Take('"')) return filter + Phrase();
+    const std::string value = Take('"') ? Phrase() : BareWord();
+    // A field inside the parentheses of another one finds nothing outside of both, so there is nothing to mark.
+    const bool nested = !filter_.empty() && !filter.empty() && filter_ != filter;
+    if (exclusions_ == 0 && !nested) {
+      marks_.append(marks_.empty() ? "" : " OR ").append(filter_.empty() ? filter : filter_).append(value);
+    }
+    return filter + value;
+  }
+
+  std::string BareWord() {
     const std::string_view word = Word();
     rest_.remove_prefix(word.size());
     const bool prefix = word.ends_with('*');
-    return filter + Quoted(prefix ? word.substr(0, word.size() - 1) : word) + (prefix ? "*" : "");
+    return Quoted(prefix ? word.substr(0, word.size() - 1) : word) + (prefix ? "*" : "");
   }
 
   std::string Parentheses() {
@@ -139,22 +159,38 @@ class Parser {
   }
 
   std::string_view rest_;
+  std::string marks_;
+  std::string filter_;  // of the parentheses around
+  int exclusions_ = 0;  // how many NOT stand around
   int depth_ = 0;
   int termCount_ = 0;
 };
 
-}  // namespace
-
-std::string ParseQuery(std::string_view query) {
+std::string_view Trimmed(std::string_view query) {
   while (!query.empty() && IsBlank(query.front())) query.remove_prefix(1);
   while (!query.empty() && IsBlank(query.back())) query.remove_suffix(1);
-  if (query.empty()) Fail("it is empty ('*' finds every document)");
-  if (query == "*") return {};
   const auto isControl = [](char character) {
     return static_cast<unsigned char>(character) < 0x20 && character != '\t';
   };
   if (std::any_of(query.begin(), query.end(), isControl)) Fail("it holds a control character");
+  return query;
+}
+
+}  // namespace
+
+std::string ParseQuery(std::string_view query) {
+  query = Trimmed(query);
+  if (query.empty()) Fail("it is empty ('*' finds every document)");
+  if (query == "*") return {};
   return Parser(query).Whole();
+}
+
+std::string MarkingExpression(std::string_view query) {
+  query = Trimmed(query);
+  if (query.empty() || query == "*") return {};
+  Parser parser(query);
+  parser.Whole();
+  return parser.marks();
 }
 
 }  // namespace oxaqrycln::devserver

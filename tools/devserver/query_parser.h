@@ -19,6 +19,10 @@ namespace oxaqrycln::devserver {
 // text that begins "Query: ", for anything else.
 std::string ParseQuery(std::string_view query);
 
+// What is to be marked in a text that such a query has found: an expression that matches each of its values that are
+// not excluded. "" when that is nothing, as for "*" and for the empty query. Raises ServerError as ParseQuery does.
+std::string MarkingExpression(std::string_view query);
+
 }  // namespace oxaqrycln::devserver
 
 #endif  // OXAQRYCLN_TOOLS_DEVSERVER_QUERY_PARSER_H_

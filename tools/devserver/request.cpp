@@ -2,6 +2,22 @@
 
 namespace oxaqrycln::devserver {
 
+namespace {
+
+RequestState JudgeText(std::string_view text, const ShapeOf& shapeOf) {
+  if (text.empty()) return RequestState::kPartial;
+  if (text.front() != '^') return RequestState::kBad;
+  const RequestFields request = SplitRequest(text);
+  if (request.fields.size() <= kPrefixFieldCount) return request.ended ? RequestState::kShort : RequestState::kPartial;
+  const auto shape = shapeOf(request.fields[kPrefixFieldCount]);
+  if (!shape) return RequestState::kBad;
+  if (!request.ended) return RequestState::kPartial;
+  const bool isShort = request.fields.size() < kPrefixFieldCount + 1 + shape->parameterCount;
+  return isShort || shape->hasBody ? RequestState::kShort : RequestState::kComplete;
+}
+
+}  // namespace
+
 RequestFields SplitRequest(std::string_view text) {
   RequestFields request;
   if (text.empty() || text.front() != '^') return request;
@@ -17,15 +33,18 @@ RequestFields SplitRequest(std::string_view text) {
   return request;
 }
 
-RequestState JudgeRequest(std::string_view text, const ParameterCount& parameterCount) {
-  if (text.empty()) return RequestState::kPartial;
-  if (text.front() != '^') return RequestState::kBad;
-  const RequestFields request = SplitRequest(text);
-  if (request.fields.size() <= kPrefixFieldCount) return request.ended ? RequestState::kShort : RequestState::kPartial;
-  const auto count = parameterCount(request.fields[kPrefixFieldCount]);
-  if (!count) return RequestState::kBad;
-  if (!request.ended) return RequestState::kPartial;
-  return request.fields.size() < kPrefixFieldCount + 1 + *count ? RequestState::kShort : RequestState::kComplete;
+RequestJudgement JudgeRequest(std::string_view text, const ShapeOf& shapeOf) {
+  // Only a text that a body follows is ended by a line end; values of other commands may hold one.
+  const std::size_t end = text.find("^\r\n");
+  if (end != std::string_view::npos) {
+    const RequestFields begin = SplitRequest(text.substr(0, end + 1));
+    const bool hasCommand = begin.ended && begin.fields.size() > kPrefixFieldCount;
+    const auto shape = hasCommand ? shapeOf(begin.fields[kPrefixFieldCount]) : std::nullopt;
+    if (shape && shape->hasBody && begin.fields.size() > kPrefixFieldCount + shape->parameterCount) {
+      return {RequestState::kBody, end + 1};
+    }
+  }
+  return {JudgeText(text, shapeOf), text.size()};
 }
 
 std::string Printable(std::string_view text) {

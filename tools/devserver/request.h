@@ -1,5 +1,6 @@
 // request.h - cuts a request text into its fields and tells whether it has arrived whole.
-// A request has no terminator: it is whole when its text ends with "^" and holds the fields its command takes.
+// A request has no terminator: it is whole when its text ends with "^" and holds the fields its command takes. One that
+// a body follows ends with CR LF.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_REQUEST_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_REQUEST_H_
 
@@ -24,15 +25,25 @@ RequestFields SplitRequest(std::string_view text);
 
 enum class RequestState {
   kPartial,   // an unfinished field: more bytes must come
-  kShort,     // every field is closed, but the command takes more of them
+  kShort,     // every field is closed, but the command takes more of them, or a body
   kComplete,  // at least the fields that the command takes
+  kBody,      // so too, and the body of the command has begun
   kBad        // no caret-quoted text, or a command word that nobody knows: its end cannot be told
 };
 
-// The number of parameters that a command word takes; nothing for an unknown word.
-using ParameterCount = std::function<std::optional<std::size_t>(std::string_view command)>;
+struct CommandShape {
+  std::size_t parameterCount;
+  bool hasBody = false;  // CR LF and bytes follow the request text
+};
 
-RequestState JudgeRequest(std::string_view text, const ParameterCount& parameterCount);
+// What a command word takes; nothing for an unknown word.
+using ShapeOf = std::function<std::optional<CommandShape>(std::string_view command)>;
+
+struct RequestJudgement {
+  RequestState state;
+  std::size_t textByteCount;  // of the request text, without the CR LF and the body
+};
+RequestJudgement JudgeRequest(std::string_view text, const ShapeOf& shapeOf);
 
 // Text of a client made fit for one line of an answer or a log: control characters as ".", at most 80 characters.
 std::string Printable(std::string_view text);

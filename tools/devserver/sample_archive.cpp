@@ -6,13 +6,14 @@
 #include <string_view>
 
 #include "tools/devserver/errors.h"
+#include "tools/devserver/sample_details.h"
 #include "tools/devserver/schema.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
 // The version of schema.sql, kept in the database's user version.
-constexpr std::int64_t kSchemaVersion = 1;
+constexpr std::int64_t kSchemaVersion = 2;
 
 constexpr const char* kStructure = R"sql(
 INSERT INTO channel VALUES
@@ -34,6 +35,7 @@ INSERT INTO field VALUES (10, 'title', 'Title', 0), (11, 'author', 'Author', 0),
   (13, 'type', 'Type', 0), (14, 'date', 'Date', 0x400), (15, 'amount', 'Amount', 0x200);
 INSERT INTO layout_column VALUES ('1', 0, 10), ('1', 1, 11), ('1', 2, 14), ('2', 0, 12), ('2', 1, 10), ('2', 2, 14),
   ('2', 3, 15), ('3', 0, 10);
+INSERT INTO next_document VALUES (1001);
 )sql";
 
 struct Kind {
@@ -91,40 +93,51 @@ std::string Format(const char* pattern, std::size_t first, std::size_t second, s
   return buffer.data();
 }
 
-void AddDocument(Statement& insert, Sequence& sequence, std::size_t index) {
+void AddDocument(Statement& insert, SampleDetails& details, Sequence& sequence, std::size_t index) {
   const std::size_t archive = index % kKinds.size();
   const Kind& kind = kKinds[archive];
-  const std::string thing = sequence.Pick(kThings);
-  const std::size_t year = 2023 + sequence.Below(4);
-  const std::size_t month = 1 + sequence.Below(12);
-  const std::size_t day = 1 + sequence.Below(28);
+  SampleDocument document{};
+  document.index = index;
+  document.id = static_cast<std::int64_t>(1001 + index);
+  document.archiveId = static_cast<std::int64_t>(archive + 1);
+  document.thing = sequence.Pick(kThings);
+  document.title = std::string(kind.subject) + " " + document.thing;
+  document.year = 2023 + sequence.Below(4);
+  document.month = 1 + sequence.Below(12);
+  document.day = 1 + sequence.Below(28);
   const std::size_t euros = 10 + sequence.Below(9990);
   const std::size_t cents = sequence.Below(100);
+  if (kind.hasAmount) document.amount = Format("%zu,%02zu", euros, cents, 0);
   std::string text;
-  for (int sentence = 0; sentence < 3; ++sentence)
-    text.append(sentence == 0 ? "" : " ").append(sequence.Pick(kSentences));
+  for (std::string& sentence : document.sentences) {
+    sentence = sequence.Pick(kSentences);
+    text.append(text.empty() ? "" : "\n").append(sentence);
+  }
+  document.version = static_cast<std::int64_t>(1 + sequence.Below(3));
+  document.author = sequence.Pick(kAuthors);
+  document.customer = sequence.Pick(kCustomers);
 
-  insert.Bind(1, static_cast<std::int64_t>(1001 + index)).Bind(2, static_cast<std::int64_t>(archive + 1));
-  insert.Bind(3, static_cast<std::int64_t>(1 + sequence.Below(3)));
-  insert.BindUtf8(4, Format("%04zu-%02zu-%02zu", year, month, day));
-  insert.BindUtf8(5, std::string(kind.subject) + " " + thing).BindUtf8(6, sequence.Pick(kAuthors));
-  insert.BindUtf8(7, sequence.Pick(kCustomers)).BindUtf8(8, kind.type);
-  insert.BindUtf8(9, Format("%02zu.%02zu.%04zu", day, month, year));
-  insert.BindUtf8(10, kind.hasAmount ? Format("%zu,%02zu", euros, cents, 0) : std::string());
-  insert.BindUtf8(11, text);
-  insert.Run();
+  insert.Bind(1, document.id).Bind(2, document.archiveId).Bind(3, document.version);
+  insert.BindUtf8(4, Format("%04zu-%02zu-%02zu", document.year, document.month, document.day));
+  insert.BindUtf8(5, document.title).BindUtf8(6, document.author).BindUtf8(7, document.customer);
+  insert.BindUtf8(8, kind.type).BindUtf8(9, SampleDate(document.day, document.month, document.year));
+  insert.BindUtf8(10, document.amount).BindUtf8(11, text).Run();
+  details.Add(document);
 }
 
 void Fill(Database& database, int documentCount) {
-  database.Execute("BEGIN");
+  Transaction transaction(database);
   database.Execute(kSchema);
   database.Execute(kStructure);
+  database.Execute(kSampleMasks);
   Statement insert(database, "INSERT INTO document VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  SampleDetails details(database);
   Sequence sequence;
-  for (int index = 0; index < documentCount; ++index) AddDocument(insert, sequence, static_cast<std::size_t>(index));
-  database.Execute("INSERT INTO document_text (document_text) VALUES ('rebuild')");
+  for (int index = 0; index < documentCount; ++index) {
+    AddDocument(insert, details, sequence, static_cast<std::size_t>(index));
+  }
   database.Execute("PRAGMA user_version = " + std::to_string(kSchemaVersion));
-  database.Execute("COMMIT");
+  transaction.Commit();
 }
 
 std::int64_t QueryNumber(Database& database, std::string_view sql) {

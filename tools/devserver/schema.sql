@@ -57,7 +57,89 @@ CREATE TABLE document (
 );
 CREATE INDEX document_archive ON document (archive_id);
 
+-- The number of the next document: a number is never given twice, so that an old identifier finds no other document.
+CREATE TABLE next_document (id INTEGER NOT NULL);
+CREATE TRIGGER document_number AFTER INSERT ON document BEGIN
+  UPDATE next_document SET id = max(id, new.id + 1);
+END;
+
 CREATE VIRTUAL TABLE document_text USING fts5 (
   title, author, customer, type, date, amount, text,
   content = 'document', content_rowid = 'id', tokenize = 'unicode61 remove_diacritics 2'
+);
+CREATE TRIGGER document_text_insert AFTER INSERT ON document BEGIN
+  INSERT INTO document_text (rowid, title, author, customer, type, date, amount, text)
+  VALUES (new.id, new.title, new.author, new.customer, new.type, new.date, new.amount, new.text);
+END;
+CREATE TRIGGER document_text_delete AFTER DELETE ON document BEGIN
+  INSERT INTO document_text (document_text, rowid, title, author, customer, type, date, amount, text)
+  VALUES ('delete', old.id, old.title, old.author, old.customer, old.type, old.date, old.amount, old.text);
+END;
+CREATE TRIGGER document_text_update AFTER UPDATE ON document BEGIN
+  INSERT INTO document_text (document_text, rowid, title, author, customer, type, date, amount, text)
+  VALUES ('delete', old.id, old.title, old.author, old.customer, old.type, old.date, old.amount, old.text);
+  INSERT INTO document_text (rowid, title, author, customer, type, date, amount, text)
+  VALUES (new.id, new.title, new.author, new.customer, new.type, new.date, new.amount, new.text);
+END;
+
+-- The document row repeats the newest version's fields, for searches.
+CREATE TABLE version (
+  document_id INTEGER NOT NULL REFERENCES document (id) ON DELETE CASCADE,
+  version     INTEGER NOT NULL,
+  title       TEXT NOT NULL,
+  created     TEXT NOT NULL,            -- dd.mm.yyyy, the same in all versions
+  changed     TEXT NOT NULL,            -- dd.mm.yyyy
+  PRIMARY KEY (document_id, version)
+) WITHOUT ROWID;
+
+-- The bytes of stored files; the versions of a document share those that did not change.
+CREATE TABLE content (
+  id    INTEGER PRIMARY KEY,
+  bytes BLOB NOT NULL
+);
+
+CREATE TABLE segment (
+  document_id INTEGER NOT NULL,
+  version     INTEGER NOT NULL,
+  position    INTEGER NOT NULL,         -- from 1, without gaps
+  field_id    INTEGER NOT NULL,
+  type        INTEGER NOT NULL,         -- 1 text, 2 page image, 3 stored file
+  file_name   TEXT NOT NULL,            -- empty for a text
+  page_count  INTEGER NOT NULL,         -- of an image
+  text        TEXT NOT NULL,            -- lines end with LF
+  content_id  INTEGER REFERENCES content (id),  -- NULL for a text, and for a sample page, which is drawn when read
+  PRIMARY KEY (document_id, version, position),
+  FOREIGN KEY (document_id, version) REFERENCES version ON DELETE CASCADE
+);
+CREATE INDEX segment_content ON segment (content_id) WHERE content_id IS NOT NULL;
+
+CREATE TABLE note (
+  id          INTEGER PRIMARY KEY,
+  document_id INTEGER NOT NULL REFERENCES document (id) ON DELETE CASCADE,
+  author      TEXT NOT NULL,
+  written     TEXT NOT NULL,            -- dd.mm.yyyy hh:mm
+  text        TEXT NOT NULL             -- lines end with LF
+);
+CREATE INDEX note_document ON note (document_id);
+
+CREATE TABLE mask (
+  archive_id INTEGER NOT NULL REFERENCES archive (id),
+  position   INTEGER NOT NULL,
+  name       TEXT NOT NULL,
+  PRIMARY KEY (archive_id, position)
+);
+
+CREATE TABLE mask_field (
+  archive_id INTEGER NOT NULL,
+  mask       INTEGER NOT NULL,
+  tab_index  INTEGER NOT NULL,
+  width      INTEGER NOT NULL,          -- in characters
+  align      TEXT NOT NULL,             -- L or R
+  name       TEXT NOT NULL,
+  mandatory  INTEGER NOT NULL,
+  init_text  TEXT NOT NULL,
+  list_only  INTEGER NOT NULL,          -- 1: only what stands in list
+  list       TEXT NOT NULL,             -- values with ";" between them
+  PRIMARY KEY (archive_id, mask, tab_index),
+  FOREIGN KEY (archive_id, mask) REFERENCES mask
 );

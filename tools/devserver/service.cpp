@@ -19,23 +19,27 @@ std::string ErrorAnswer(std::string_view text) {
 }
 
 // Passwords are compared in their encoded form: the encoding loses part of some characters, and cannot be undone then.
-Service::Service(Database database, Accounts accounts) : database_(std::move(database)), encoded_(std::move(accounts)) {
+Service::Service(Database database, Accounts accounts, BlobDirectory blobs)
+    : database_(std::move(database)), encoded_(std::move(accounts)), blobs_(std::move(blobs)) {
   for (auto& [user, password] : encoded_) password = Encode(password);
 }
 
-std::string Service::Answer(std::string_view request) noexcept {
+Reply Service::Answer(std::string_view request) noexcept {
+  const RequestFields split = SplitRequest(request);
   try {
-    return Dispatch(request);
+    if (!split.ended) throw ServerError("The request is not a list of fields in carets");
+    if (split.fields.size() <= kPrefixFieldCount) throw ServerError("The request holds no command");
+    return Dispatch(split.fields);
   } catch (const std::exception& error) {
-    return ErrorAnswer(error.what());
+    Reply reply(ErrorAnswer(error.what()));
+    const bool hasCommand = split.fields.size() > kPrefixFieldCount;
+    const Command* command = hasCommand ? FindCommand(split.fields[kPrefixFieldCount]) : nullptr;
+    reply.isRaw = command != nullptr && command->isRaw;
+    return reply;
   }
 }
 
-std::string Service::Dispatch(std::string_view request) {
-  const RequestFields split = SplitRequest(request);
-  const auto& fields = split.fields;
-  if (!split.ended) throw ServerError("The request is not a list of fields in carets");
-  if (fields.size() <= kPrefixFieldCount) throw ServerError("The request holds no command");
+Reply Service::Dispatch(const std::vector<std::string>& fields) {
   const auto account = encoded_.find(fields[1]);
   if (account == encoded_.end() || account->second != fields[2]) {
     throw ServerError("Access denied for user '" + Printable(fields[1]) + "'");
@@ -43,11 +47,13 @@ std::string Service::Dispatch(std::string_view request) {
   const Command* command = FindCommand(fields[kPrefixFieldCount]);
   if (command == nullptr) throw ServerError("Unknown command '" + Printable(fields[kPrefixFieldCount]) + "'");
   const Parameters parameters = Parameters(fields).subspan(kPrefixFieldCount + 1);
-  if (parameters.size() != command->parameterCount) {
-    throw ServerError(std::string(command->name) + " takes " + std::to_string(command->parameterCount) +
+  if (parameters.size() != command->shape.parameterCount) {
+    throw ServerError(std::string(command->name) + " takes " + std::to_string(command->shape.parameterCount) +
                       " parameters, not " + std::to_string(parameters.size()));
   }
-  return "Status: OK\r\n" + command->handler(database_, parameters);
+  Reply reply = command->handler({database_, blobs_, account->first, parameters});
+  reply.text.insert(0, "Status: OK\r\n");
+  return reply;
 }
 
 }  // namespace oxaqrycln::devserver

@@ -6,8 +6,11 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "tools/devserver/blob_directory.h"
 #include "tools/devserver/database.h"
+#include "tools/devserver/reply.h"
 
 namespace oxaqrycln::devserver {
 
@@ -16,17 +19,20 @@ using Accounts = std::map<std::string, std::string>;
 
 class Service {
  public:
-  Service(Database database, Accounts accounts);
+  Service(Database database, Accounts accounts, BlobDirectory blobs = BlobDirectory::Private());
 
-  // The answer to a request text, without the header line: the status line and, on success, the data lines. Whatever
-  // the text holds, there is an answer.
-  std::string Answer(std::string_view request) noexcept;
+  // The reply to a request text; most often the answer's text without the header line: the status line and, on success,
+  // the data lines. Whatever the text holds, there is a reply. Must not outlive the service.
+  Reply Answer(std::string_view request) noexcept;
+
+  const BlobDirectory& blobs() const noexcept { return blobs_; }
 
  private:
-  std::string Dispatch(std::string_view request);
+  Reply Dispatch(const std::vector<std::string>& fields);
 
   Database database_;
   Accounts encoded_;
+  BlobDirectory blobs_;
 };
 
 std::string ErrorAnswer(std::string_view text);

@@ -4,9 +4,9 @@
 #include <limits>
 #include <utility>
 
+#include "platform/base64.h"
 #include "platform/code_page.h"
 #include "platform/errors.h"
-#include "tools/oxaqry/base64.h"
 #include "tools/oxaqry/page_context.h"
 
 namespace oxaqrycln {
@@ -73,9 +73,9 @@ Variant ContextFromJson(const Json& json) {
   if (!json.is_object() || !OnlyMember(json, name).is_string() || name != "body") {
     throw ValueError("a context is written {\"context\":{\"body\":\"<Base64>\"}}");
   }
-  auto body = DecodeBase64(json.begin().value().get_ref<const std::string&>());
+  const auto body = DecodeBase64(json.begin().value().get_ref<const std::string&>());
   if (!body) throw ValueError("the context's body is no Base64");
-  return Variant(Variant::ObjectRef(MakePageContext(std::move(*body))));
+  return Variant(Variant::ObjectRef(MakePageContext({body->begin(), body->end()})));
 }
 
 }  // namespace

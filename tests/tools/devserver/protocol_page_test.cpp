@@ -6,12 +6,13 @@
 
 #include "component/version.h"
 #include "platform/code_page.h"
-#include "tools/devserver/misbehaviour.h"
-#include "tools/devserver/sample_archive.h"
-#include "tools/devserver/service.h"
+#include "tests/tools/devserver/wire_client.h"
 
 namespace oxaqrycln::devserver {
 namespace {
+
+// As long as the page counts it.
+constexpr const char* kPageVersion = "0.0.0";
 
 std::string Replace(std::string text, const std::string& old, const std::string& replacement) {
   for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at + replacement.size())) {
@@ -20,29 +21,41 @@ std::string Replace(std::string text, const std::string& old, const std::string&
   return text;
 }
 
-// The text between the next line "```name" and the line "```" that closes it; moves past it. "" when there is none.
-std::string NextBlock(const std::string& page, const std::string& name, std::size_t& position) {
-  const std::string opening = "\n```" + name + "\n";
-  const std::size_t start = page.find(opening, position);
-  if (start == std::string::npos) return {};
-  position = page.find("\n```\n", start + opening.size()) + 1;
-  return page.substr(start + opening.size(), position - start - opening.size());
+// The lines from the position on up to the line "```", which it moves past.
+std::string Block(const std::string& page, std::size_t& position) {
+  const std::size_t start = page.find('\n', position) + 1;
+  const std::size_t end = page.find("\n```\n", start - 1);
+  position = end + 5;
+  return end < start ? std::string() : page.substr(start, end + 1 - start);
+}
+
+// What the server sends for the bytes, up to the end of the answer that its header announces, or of a file.
+std::string Exchange(const RunningServer& server, const std::string& bytes, bool isFile) {
+  Client client = server.Connect();
+  client.Send(bytes);
+  if (isFile) return client.Receive();
+  const std::string answer = Replace(client.Answer(), kVersionText, kPageVersion);
+  return "TotalBytes:" + std::to_string(answer.size()) + "\r\n" + answer;
 }
 
 TEST(ProtocolPage, ShowsTheBytesThatTheServerSends) {
-  std::ostringstream page;
-  page << std::ifstream(DEVSERVER_PROTOCOL_PAGE).rdbuf();
-  const std::string text = FromUtf8(page.str()).value_or("");
-  Service service(OpenArchive(""), {{"webuser", "secret"}});
+  std::ostringstream file;
+  file << std::ifstream(DEVSERVER_PROTOCOL_PAGE).rdbuf();
+  const std::string page = FromUtf8(file.str()).value_or("");
+  const RunningServer server({}, "none", kSampleDocumentCount);
   int exampleCount = 0;
-  std::size_t position = 0;
-  for (std::string request; !(request = NextBlock(text, "request", position)).empty(); ++exampleCount) {
-    request.pop_back();
-    const std::string shown = Replace(NextBlock(text, "answer", position), "VERSION", "0.0.0");
-    const std::string answer = Replace(service.Answer(request), kVersionText, "0.0.0");
-    EXPECT_EQ(Replace(shown, "\n", "\r\n"), WireBytes(answer, {})) << request;
+  // One server carries out all of them in turn, so that one may use what another has made.
+  for (std::size_t position = 0; (position = page.find("\n```request\n", position)) != std::string::npos;) {
+    std::string request = Replace(Block(page, ++position), "\n", "\r\n");
+    // A request ends with its caret; a file behind it, with its last line.
+    if (request.find("\r\n") + 2 == request.size()) request.resize(request.size() - 2);
+    const bool isFile = page.compare(position, 8, "```file\n") == 0;
+    ASSERT_TRUE(isFile || page.compare(position, 10, "```answer\n") == 0) << request;
+    const std::string shown = Replace(Replace(Block(page, position), "\n", "\r\n"), "VERSION", kPageVersion);
+    EXPECT_EQ(shown, Exchange(server, request, isFile)) << request;
+    ++exampleCount;
   }
-  EXPECT_EQ(exampleCount, 10);
+  EXPECT_EQ(exampleCount, 30);
 }
 
 }  // namespace

@@ -6,9 +6,10 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-std::optional<std::size_t> CountOf(std::string_view command) {
-  if (command == "Two") return 2;
-  return command == "None" ? std::optional<std::size_t>(0) : std::nullopt;
+std::optional<CommandShape> ShapeOf(std::string_view command) {
+  if (command == "Two") return CommandShape{2};
+  if (command == "Body") return CommandShape{1, true};
+  return command == "None" ? std::optional(CommandShape{0}) : std::nullopt;
 }
 
 TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
@@ -35,8 +36,19 @@ TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
       {"^s^,^u^,^p^,^Other^", RequestState::kBad},
       {"^s^,^u^,^p^,^Other^,^a", RequestState::kBad},
       {"GET / HTTP/1.0", RequestState::kBad},
+      // What a body follows is ended by a line end, and by nothing else.
+      {"^s^,^u^,^p^,^Body^,^1^", RequestState::kShort},
+      {"^s^,^u^,^p^,^Body^,^1^\r", RequestState::kPartial},
+      {"^s^,^u^,^p^,^Body^,^1^\r\n", RequestState::kBody},
+      {"^s^,^u^,^p^,^Body^,^1^\r\n^,^x^\r\n", RequestState::kBody},
+      {"^s^,^u^,^p^,^Body^\r\n^", RequestState::kBad},
+      {"^s^,^u^,^p^,^Two^,^a^\r\n^,^b^", RequestState::kComplete},
   };
-  for (const Case& row : cases) EXPECT_EQ(JudgeRequest(row.text, CountOf), row.state) << row.text;
+  for (const Case& row : cases) EXPECT_EQ(JudgeRequest(row.text, ShapeOf).state, row.state) << row.text;
+}
+
+TEST(Request, TellsWhereTheBodyBegins) {
+  EXPECT_EQ(JudgeRequest("^s^,^u^,^p^,^Body^,^9^\r\nfile^\r\n", ShapeOf).textByteCount, 22U);
 }
 
 TEST(Request, KeepsLoneCaretsAndCommasInItsFields) {

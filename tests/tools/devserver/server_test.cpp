@@ -1,24 +1,18 @@
 #include "tools/devserver/server.h"
 
-#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "component/text_helpers.h"
+#include "tests/tools/devserver/wire_client.h"
 #include "tools/devserver/errors.h"
-#include "tools/devserver/sample_archive.h"
-#include "tools/devserver/service.h"
 
 namespace oxaqrycln::devserver {
 namespace {
@@ -26,102 +20,6 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-// Longer than anything here takes; reached only when a test fails.
-constexpr int kPatienceMilliseconds = 10000;
-
-// More than the buffers of a loopback connection hold.
-constexpr std::size_t kFillByteCount = 64U << 20U;
-
-class Client {
- public:
-  explicit Client(std::uint16_t port) : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (connect(socket_.get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) error_ = errno;
-  }
-  void Send(std::string_view bytes) {
-    if (send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0) error_ = errno;
-  }
-  // Sends until the connection takes no more for a while, at most kFillByteCount bytes.
-  std::size_t Fill() const {
-    const std::string bytes(65536, 'x');
-    std::size_t byteCount = 0;
-    pollfd polled{socket_.get(), POLLOUT, 0};
-    while (byteCount < kFillByteCount && poll(&polled, 1, 200) > 0) {
-      const ssize_t count = send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-      if (count > 0) byteCount += static_cast<std::size_t>(count);
-    }
-    return byteCount;
-  }
-  void EndSending() const { shutdown(socket_.get(), SHUT_WR); }
-  void ResetOnClose() const { socket_.ResetOnClose(); }
-  bool Readable(int milliseconds) const {
-    pollfd polled{socket_.get(), POLLIN, 0};
-    return poll(&polled, 1, milliseconds) > 0;
-  }
-  // Reads up to byteCount bytes, or to the end; remembers the error that ended it.
-  std::string Receive(std::size_t byteCount = std::string::npos) {
-    std::string bytes;
-    while (bytes.size() < byteCount && Readable(kPatienceMilliseconds)) {
-      char buffer[4096];
-      const ssize_t count = recv(socket_.get(), buffer, std::min(sizeof buffer, byteCount - bytes.size()), 0);
-      if (count < 0) error_ = errno;
-      if (count <= 0) break;
-      bytes.append(buffer, static_cast<std::size_t>(count));
-    }
-    return bytes;
-  }
-  // Reads an answer as its header announces it, and gives it without the header.
-  std::string Answer() {
-    std::string header;
-    while (!header.ends_with("\r\n")) {
-      const std::string byte = Receive(1);
-      if (byte.empty()) return "no answer: " + header;
-      header += byte;
-    }
-    return Receive(std::stoul(header.substr(11)));
-  }
-  int error() const { return error_; }
-
- private:
-  Socket socket_;
-  int error_ = 0;
-};
-
-std::string Request(const std::string& command) {
-  return "^S1^,^webuser^,^" + Encode("secret") + "^,^" + command + "^";
-}
-
-class RunningServer {
- public:
-  explicit RunningServer(ServerOptions options = {}, const std::string& misbehaviour = "none")
-      : service_(OpenArchive("", 90), {{"webuser", "secret"}}),
-        server_(
-            [&] {
-              options.misbehaviour = ParseMisbehaviour(misbehaviour);
-              return options;
-            }(),
-            [this](std::string_view request) { return service_.Answer(request); }),
-        thread_([this] { server_.Run(); }) {}
-  ~RunningServer() {
-    server_.Stop();
-    thread_.join();
-  }
-  Client Connect() { return Client(server_.port()); }
-  std::string Ask(const std::string& command) {
-    Client client = Connect();
-    client.Send(Request(command));
-    return client.Answer();
-  }
-
- private:
-  Service service_;
-  Server server_;
-  std::thread thread_;
-};
 
 const std::string kQuery = "QueryArchive^,^*^,^0^,^0^,^^,^^,^^,^";
 
@@ -295,10 +193,23 @@ TEST(Server, SurvivesWhateverIsSentToIt) {
   RunningServer server(options);
   std::mt19937 random(4711);
   const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random()) % limit; };
+  const std::string document = "^,^Finance^,^Orders^,^1005^,^^,^";
+  const std::vector<std::string> requests = {
+      Request(kQuery),
+      Request("GetQueryFormatList^,^Mail^,^Inbox"),
+      Request("GetSegments" + document + "delivery^,^<^,^>^,^_^,^^,^1"),
+      Request("GetSegmentMultiTIF^,^Mail^,^Fax^,^1003^,^^,^1,2,3^,^"),
+      Request("GetSegmentData" + document + "1^,^"),
+      Request("TransferBLOB^,^\\a.imp"),
+      Request("UploadFile^,^^,^a.imp^,^42") + "\r\n@DB,$(#Finance)\\Orders\r\n@FOLDER,FT:T\r\n",
+      Request("CreateDocument^,^a.imp"),
+      Request("EditDocument^,^a.imp^,^1005,1"),
+      Request("WriteNote" + document + "note^,^##"),
+      Request("DeleteDocument^,^B\xFCro^,^Protokolle^,^1009^,^")};
   const std::ptrdiff_t before = OpenDescriptors();
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 600; ++round) {
     Client client = server.Connect();
-    std::string bytes = below(2) == 0 ? Request(kQuery) : Request("GetQueryFormatList^,^Mail^,^Inbox");
+    std::string bytes = requests[below(requests.size())];
     for (std::size_t change = below(8); change > 0; --change)
       bytes[below(bytes.size())] = static_cast<char>(below(256));
     if (below(4) == 0) bytes.resize(below(bytes.size()));

@@ -22,7 +22,7 @@ class ServiceTest : public testing::Test {
  protected:
   std::string Ask(const std::string& command, const std::string& user = "webuser",
                   const std::string& encoded = Encode("secret")) {
-    return service_.Answer("^S1^,^" + user + "^,^" + encoded + "^,^" + command + "^");
+    return service_.Answer("^S1^,^" + user + "^,^" + encoded + "^,^" + command + "^").text;
   }
   std::vector<std::string> AskLines(const std::string& command) {
     const std::string answer = Ask(command);
@@ -140,8 +140,8 @@ TEST_F(ServiceTest, RefusesWhatItCannotCarryOut) {
       {"QueryArchive^,^red^,^0^,^0^,^^,^^,^^,^9", "Status: There is no layout '9'\r\n"},
   };
   for (const Case& row : cases) EXPECT_EQ(Ask(row.command), row.answer) << row.command;
-  EXPECT_EQ(service_.Answer("^a^,^b^,^c^"), "Status: The request holds no command\r\n");
-  EXPECT_EQ(service_.Answer("^a^,^b"), "Status: The request is not a list of fields in carets\r\n");
+  EXPECT_EQ(service_.Answer("^a^,^b^,^c^").text, "Status: The request holds no command\r\n");
+  EXPECT_EQ(service_.Answer("^a^,^b").text, "Status: The request is not a list of fields in carets\r\n");
 }
 
 TEST(SampleArchive, IsKeptInItsFileAndOverwritesNoOther) {

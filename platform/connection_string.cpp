@@ -1,0 +1,141 @@
+#include "platform/connection_string.h"
+
+#include <array>
+
+#include "platform/code_page.h"
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr std::int32_t kProviderNotFound = 3706;
+
+std::string_view Trimmed(std::string_view text) noexcept {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+[[noreturn]] void Refuse(const char* why) { throw RuntimeError(error::kInvalidProcedureCall, why); }
+
+// Takes a value off the front of text, up to the ";" behind it; a doubled closing quote stands for itself.
+std::string TakeValue(std::string_view& text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  const char opening = first == std::string_view::npos ? ';' : text[first];
+  if (opening != '{' && opening != '"') {
+    const std::string_view value = text.substr(0, text.find(';'));
+    text.remove_prefix(std::min(text.size(), value.size() + 1));
+    return std::string(Trimmed(value));
+  }
+  const char closing = opening == '{' ? '}' : '"';
+  std::string value;
+  for (std::size_t i = first + 1; i < text.size(); ++i) {
+    if (text[i] != closing) {
+      value += text[i];
+    } else if (i + 1 < text.size() && text[i + 1] == closing) {
+      value += text[i++];
+    } else {
+      const std::size_t end = text.find(';', i);
+      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+      return value;
+    }
+  }
+  Refuse("A quoted value of the connection string has no end");
+}
+
+// A value as it stands in an ODBC connection string.
+std::string Quoted(const std::string& value) {
+  if (value.find_first_of(";{}[](),?*=!@ ") == std::string::npos) return value;
+  std::string quoted = "{";
+  for (const char each : value) quoted += each == '}' ? "}}" : std::string(1, each);
+  return quoted + "}";
+}
+
+bool IsPassword(std::string_view name) {
+  const std::string upper = UpperCase(name);
+  return upper == "PWD" || upper == "PASSWORD";
+}
+
+// What the attributes of OLE DB are called in ODBC; "" for those that have no counterpart.
+std::string OdbcName(const std::string& name, bool isServer) {
+  struct Names {
+    std::string_view oleDb;
+    std::string_view source;
+    std::string_view server;
+  };
+  static constexpr std::array<Names, 10> kNames = {{{"PROVIDER", "", ""},
+                                                    {"DATA SOURCE", "DSN", "SERVER"},
+                                                    {"SERVER", "SERVER", "SERVER"},
+                                                    {"INITIAL CATALOG", "DATABASE", "DATABASE"},
+                                                    {"USER ID", "UID", "UID"},
+                                                    {"UID", "UID", "UID"},
+                                                    {"PASSWORD", "PWD", "PWD"},
+                                                    {"INTEGRATED SECURITY", "", "Trusted_Connection"},
+                                                    {"PERSIST SECURITY INFO", "", ""},
+                                                    {"EXTENDED PROPERTIES", "", ""}}};
+  const std::string upper = UpperCase(name);
+  for (const Names& each : kNames) {
+    if (each.oleDb == upper) return std::string(isServer ? each.server : each.source);
+  }
+  return name;
+}
+
+}  // namespace
+
+std::vector<std::pair<std::string, std::string>> ConnectionAttributes(std::string_view text) {
+  std::vector<std::pair<std::string, std::string>> attributes;
+  while (!Trimmed(text).empty()) {
+    const std::size_t end = text.find_first_of("=;");
+    const std::string name(Trimmed(text.substr(0, end)));
+    if (end == std::string_view::npos || text[end] == ';') {
+      if (!name.empty()) Refuse("An attribute of the connection string has no \"=\"");
+      text.remove_prefix(end + 1);
+      continue;
+    }
+    if (name.empty()) Refuse("An attribute of the connection string has no name");
+    text.remove_prefix(end + 1);
+    attributes.emplace_back(name, TakeValue(text));
+  }
+  return attributes;
+}
+
+std::string OdbcConnectionString(std::string_view text) {
+  const auto attributes = ConnectionAttributes(text);
+  std::string provider;
+  bool hasDriver = false;
+  for (const auto& [name, value] : attributes) {
+    if (UpperCase(name) == "PROVIDER") provider = UpperCase(value);
+    if (UpperCase(name) == "DRIVER") hasDriver = true;
+  }
+  if (provider.empty()) return std::string(text);
+  const bool isServer = provider.starts_with("SQLOLEDB") || provider.starts_with("MSOLEDBSQL");
+  if (!isServer && !provider.starts_with("MSDASQL")) {
+    throw RuntimeError(kProviderNotFound, "The provider \"" + provider +
+                                              "\" is not supported; give an ODBC connection string (Driver={...};...), "
+                                              "or the provider MSDASQL or SQLOLEDB");
+  }
+  std::string odbc = isServer && !hasDriver ? "Driver={SQL Server};" : "";
+  for (const auto& [name, value] : attributes) {
+    if (UpperCase(name) == "EXTENDED PROPERTIES") {
+      odbc += value + ";";
+      continue;
+    }
+    const std::string odbcName = OdbcName(name, isServer);
+    if (odbcName.empty()) continue;
+    odbc += odbcName + "=" + (odbcName == "Trusted_Connection" ? "Yes" : Quoted(value)) + ";";
+  }
+  return odbc;
+}
+
+std::string WithoutPasswords(std::string_view text, std::string_view connectionString) {
+  std::string clean(text);
+  for (const auto& [name, value] : ConnectionAttributes(connectionString)) {
+    if (!IsPassword(name) || value.empty()) continue;
+    for (std::size_t at = clean.find(value); at != std::string::npos; at = clean.find(value, at + 3)) {
+      clean.replace(at, value.size(), "***");
+    }
+  }
+  return clean;
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,206 @@
+#include "tools/devserver/content_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <tiffio.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/tools/devserver/wire_client.h"
+#include "tools/devserver/errors.h"
+#include "tools/devserver/page_image.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string Content(const std::filesystem::path& file) {
+  std::ostringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
+}
+
+class ContentTest : public testing::Test {
+ protected:
+  // The file that a request has put into the blob directory; its announced length must be its own.
+  std::filesystem::path Fetch(const std::string& command) const {
+    std::istringstream answer(server_.Ask(command));
+    std::string status;
+    std::string length;
+    std::string name;
+    std::getline(answer, status);
+    std::getline(answer, length);
+    std::getline(answer, name, '\r');
+    EXPECT_EQ(status, "Status: OK\r") << command;
+    const std::filesystem::path file = server_.BlobPath(name);
+    EXPECT_EQ(std::to_string(Content(file).size()) + "\r", length) << command;
+    return file;
+  }
+
+  RunningServer server_{{}, "none", kSampleDocumentCount};
+};
+
+// libtiff's own count, page size and kind.
+std::string DescribeTiff(const std::filesystem::path& file) {
+  std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(TIFFOpen(file.c_str(), "r"), TIFFClose);
+  if (tiff == nullptr) return "no TIFF file";
+  std::string pages;
+  do {
+    std::uint32_t width = 0;
+    std::uint16_t compression = 0;
+    TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width);
+    TIFFGetField(tiff.get(), TIFFTAG_COMPRESSION, &compression);
+    pages += std::to_string(width) + (compression == COMPRESSION_CCITTFAX4 ? "g " : "c ");
+  } while (TIFFReadDirectory(tiff.get()) == 1);
+  return pages;
+}
+
+TEST_F(ContentTest, MultiPageTiffHoldsThePagesAskedFor) {
+  // Document 1003 has three pages, 1094 one.
+  struct Case {
+    const char* document;
+    const char* pages;
+    const char* found;
+  };
+  const Case cases[] = {
+      {"Mail^,^Fax^,^1003", "", "416g 416g 416g "},
+      {"Mail^,^Fax^,^1003", "2", "416g "},
+      {"Mail^,^Fax^,^1003", "3,1,3,3", "416g 416g 416g 416g "},
+      {"Finance^,^Invoices^,^1094", "", "416g "},
+  };
+  for (const Case& row : cases) {
+    const auto file = Fetch(std::string("GetSegmentMultiTIF^,^") + row.document + "^,^^,^" + row.pages + "^,^");
+    EXPECT_EQ(DescribeTiff(file), row.found) << row.document << " " << row.pages;
+  }
+  // Each list has a file of its own, and a page in it is the page of that number.
+  const auto third = Fetch("GetSegmentMultiTIF^,^Mail^,^Fax^,^1003^,^^,^3^,^");
+  EXPECT_EQ(Content(third), Content(Fetch("GetSegmentData^,^Mail^,^Fax^,^1003^,^^,^7^,^")));
+  EXPECT_NE(Content(third), Content(Fetch("GetSegmentMultiTIF^,^Mail^,^Fax^,^1003^,^^,^1^,^")));
+}
+
+TEST_F(ContentTest, IsFetchedByPositionExtensionAndField) {
+  EXPECT_THAT(Content(Fetch("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1^,^")), "Mia Kr\xE4henb\xFChl");
+  EXPECT_THAT(Content(Fetch("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^4^,^")), HasSubstr("month.\r\nThe goods"));
+  const std::string file = Content(Fetch("GetSegmentFirstBLOB^,^Mail^,^Inbox^,^1262^,^^,^^,^"));
+  EXPECT_EQ(file, "Position;Article;Pieces\r\n1;oak shelves;22\r\n2;packing;1\r\n");
+  EXPECT_EQ(Content(Fetch("GetSegmentFirstBLOB^,^Mail^,^Inbox^,^1262^,^^,^.CSV^,^")), file);
+  EXPECT_THAT(Content(Fetch("GetSegmentPrintfile2^,^Mail^,^Inbox^,^1262^,^^,^11^,^")),
+              testing::AllOf(HasSubstr("\r\nAuthor: Mia Kr\xE4henb\xFChl\r\n"), testing::Not(HasSubstr("Customer"))));
+  const std::string directory = server_.BlobPath("").string();
+  EXPECT_THAT(server_.Ask("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1^,^" + directory), StartsWith("Status: OK\r\n"));
+  EXPECT_EQ(server_.Ask("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^9^,^"),
+            "Status: Document 1262 has no segment '9'\r\n");
+  EXPECT_EQ(server_.Ask("GetSegmentFirstBLOB^,^Mail^,^Inbox^,^1262^,^^,^pdf^,^"),
+            "Status: Document 1262 has no stored file with the extension 'pdf'\r\n");
+  EXPECT_EQ(server_.Ask("GetSegmentPrintfile2^,^Mail^,^Inbox^,^1262^,^^,^77^,^"),
+            "Status: Document 1262 has no field '77'\r\n");
+  EXPECT_EQ(server_.Ask("GetSegmentMultiTIF^,^Mail^,^Inbox^,^1262^,^^,^2^,^"),
+            "Status: Document 1262 has no page '2', but 1 pages\r\n");
+  EXPECT_EQ(server_.Ask("GetSegmentMultiTIF^,^Finance^,^Orders^,^1005^,^^,^^,^"),
+            "Status: Document 1005 has no pages\r\n");
+}
+
+TEST_F(ContentTest, GoesToTheSharedDirectoryOnly) {
+  const std::string directory = server_.BlobPath("").string();
+  for (const std::string& place : {std::string("/"), std::string("/tmp"), directory + "..", directory + "x",
+                                   std::string("C:\\blobs"), std::string("x\0y", 3), std::string(5000, 'x')}) {
+    for (const char* command : {"GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1", "UploadFile"}) {
+      const std::string rest = std::string(command) == "UploadFile" ? "^,^name^,^0" : "";
+      EXPECT_THAT(server_.Ask(command + ("^,^" + place + rest), rest.empty() ? "" : "\r\n"),
+                  HasSubstr("is not the blob directory of this server\r\n"))
+          << command << " " << place.substr(0, 80);
+    }
+  }
+  for (const char* name : {"..", ".", "", "a/b", "a\\b", "/etc/passwd", "a:b", "con", ".devserver-1.part"}) {
+    EXPECT_THAT(server_.Ask(std::string("UploadFile^,^^,^") + name + "^,^0", "\r\n"),
+                HasSubstr("is no name of a file in the blob directory\r\n"))
+        << name;
+  }
+}
+
+TEST_F(ContentTest, StreamsAFileWithoutAHeaderOrNothingAtAll) {
+  std::string bytes(300000, '\0');
+  for (std::size_t at = 0; at < bytes.size(); ++at) bytes[at] = static_cast<char>(at * 7 + at / 251);
+  std::ofstream(server_.BlobPath("big.bin"), std::ios::binary) << bytes;
+  std::filesystem::create_symlink("/etc/passwd", server_.BlobPath("link"));
+  std::filesystem::create_directory(server_.BlobPath("directory"));
+  std::ofstream(server_.BlobPath("empty.bin"));
+  const auto transfer = [&](const std::string& request) {
+    Client client = server_.Connect();
+    client.Send(request);
+    std::string received = client.Receive();
+    EXPECT_EQ(client.error(), 0);
+    return received;
+  };
+  EXPECT_EQ(transfer(Request("TransferBLOB^,^" + server_.BlobPath("").string() + "\\big.bin")), bytes);
+  EXPECT_EQ(transfer(Request("transferblob^,^big.bin")), bytes);
+  EXPECT_EQ(transfer(Request("TransferBLOB^,^\\empty.bin")), "");
+  for (const char* name : {"missing", "link", "directory", "..", "/etc/passwd", "", ".devserver-1.part"}) {
+    EXPECT_EQ(transfer(Request(std::string("TransferBLOB^,^") + name)), "") << name;
+  }
+  EXPECT_EQ(transfer(Request("TransferBLOB")), "");
+  EXPECT_EQ(transfer("^S1^,^nobody^,^x^,^TransferBLOB^,^big.bin^"), "");
+}
+
+TEST(TransferBlob, IsBrokenByTheMisbehavioursToo) {
+  ServerOptions options;
+  options.limits.linger = std::chrono::milliseconds(50);
+  for (const auto& [mode, length] : {std::pair("cut:100", 100), {"reset:70000", 70000}, {"bytewise", 300000}}) {
+    const RunningServer server(options, mode);
+    std::ofstream(server.BlobPath("big.bin"), std::ios::binary) << std::string(300000, 'x');
+    Client client = server.Connect();
+    client.Send(Request("TransferBLOB^,^big.bin"));
+    EXPECT_EQ(client.Receive().size(), static_cast<std::size_t>(length)) << mode;
+  }
+}
+
+// Whatever is in a stored image, it is read or refused, and nothing else happens.
+TEST(PageImages, SurviveDamagedFiles) {
+  const Descriptor whole = OpenScratchFile();
+  PageImage colours{300, 40, true, std::vector<std::uint8_t>(300 * 40 * 3)};
+  for (std::size_t at = 0; at < colours.bytes.size(); ++at) colours.bytes[at] = static_cast<std::uint8_t>(at * 31);
+  {
+    TiffWriter writer(whole.get());
+    writer.Add(colours);
+    writer.Add(DrawSamplePage(1001, 2));
+    writer.Close();
+  }
+  TiffReader reader(whole.get());
+  ASSERT_EQ(reader.pageCount(), 2);
+  EXPECT_EQ(reader.Read(0).bytes, colours.bytes);
+  EXPECT_EQ(reader.Read(1).bytes, DrawSamplePage(1001, 2).bytes);
+
+  std::string bytes(static_cast<std::size_t>(lseek(whole.get(), 0, SEEK_END)), '\0');
+  ASSERT_EQ(pread(whole.get(), bytes.data(), bytes.size(), 0), std::ssize(bytes));
+  std::mt19937 random(20261121);
+  int refused = 0;
+  for (int round = 0; round < 300; ++round) {
+    std::string damaged = bytes;
+    for (int change = 0; change < 4; ++change) damaged[random() % damaged.size()] = static_cast<char>(random() % 256);
+    // The directories stand at the end; most of what is worth damaging is there.
+    for (int change = 0; change < 2; ++change)
+      damaged[damaged.size() - 1 - random() % 220] = static_cast<char>(random() % 256);
+    if (round % 3 == 0) damaged.resize(random() % damaged.size());
+    const Descriptor file = OpenScratchFile();
+    ASSERT_EQ(write(file.get(), damaged.data(), damaged.size()), std::ssize(damaged));
+    try {
+      TiffReader damagedReader(file.get());
+      for (std::int64_t page = 0; page < std::min<std::int64_t>(damagedReader.pageCount(), 3); ++page) {
+        damagedReader.Read(page);
+      }
+    } catch (const ServerError&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 0);
+}
+
+}  // namespace
+}  // namespace oxaqrycln::devserver

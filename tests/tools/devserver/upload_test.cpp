@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/tools/devserver/wire_client.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+std::string Content(const std::filesystem::path& file) {
+  std::ostringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
+}
+
+std::vector<std::string> FilesOf(const RunningServer& server) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(server.BlobPath(""))) {
+    names.push_back(entry.path().filename().string());
+  }
+  return names;
+}
+
+// Waits until nothing but these files is left; true when that came to be.
+bool HoldsOnly(const RunningServer& server, const std::vector<std::string>& names) {
+  for (int wait = 0; wait < 200 && FilesOf(server) != names; ++wait) poll(nullptr, 0, 50);
+  return FilesOf(server) == names;
+}
+
+TEST(Upload, StoresExactlyTheBytesAnnounced) {
+  const RunningServer server;
+  std::string bytes(3'000'000, '\0');
+  for (std::size_t at = 0; at < bytes.size(); ++at) bytes[at] = static_cast<char>(at * 13 + at / 253);
+  for (const std::string& body : {bytes, std::string("\r\n^,^x^\r\n"), std::string()}) {
+    const std::string size = std::to_string(body.size());
+    EXPECT_EQ(server.Ask("UploadFile^,^^,^a b.bin^,^" + size, "\r\n" + body),
+              "Status: OK\r\n" + size + "\r\na b.bin\r\n");
+    EXPECT_EQ(Content(server.BlobPath("a b.bin")), body);
+  }
+  // Bytes behind the file are no part of it.
+  server.Ask("UploadFile^,^^,^a b.bin^,^5", "\r\nfirstand more");
+  EXPECT_EQ(Content(server.BlobPath("a b.bin")), "first");
+  EXPECT_TRUE(HoldsOnly(server, {"a b.bin"}));
+}
+
+TEST(Upload, TakesTheRequestByteByByte) {
+  const RunningServer server;
+  Client client = server.Connect();
+  for (const char byte : Request("UploadFile^,^^,^f^,^6") + "\r\n^^\r\n^^") client.Send({&byte, 1});
+  EXPECT_EQ(client.Answer(), "Status: OK\r\n6\r\nf\r\n");
+  EXPECT_EQ(Content(server.BlobPath("f")), "^^\r\n^^");
+}
+
+TEST(Upload, LeavesNothingWhenItIsCut) {
+  ServerOptions options;
+  options.limits.idle = std::chrono::milliseconds(300);
+  options.limits.shortQuiet = std::chrono::milliseconds(100);
+  const RunningServer server(options);
+  std::ofstream(server.BlobPath("f")) << "old";
+  const std::string begin = Request("UploadFile^,^^,^f^,^1000000") + "\r\n" + std::string(500000, 'x');
+  {
+    Client closing = server.Connect();
+    closing.Send(begin);
+    Client resetting = server.Connect();
+    resetting.Send(begin);
+    resetting.ResetOnClose();
+  }
+  Client ending = server.Connect();
+  ending.Send(begin);
+  ending.EndSending();
+  EXPECT_EQ(ending.Answer(), "Status: 500000 bytes of the file are missing\r\n");
+  Client stalling = server.Connect();
+  stalling.Send(begin);
+  EXPECT_EQ(stalling.Answer(), "Status: 500000 bytes of the file are missing\r\n");
+  EXPECT_EQ(server.Ask("UploadFile^,^^,^f^,^10"), "Status: CR LF and the file's bytes are missing\r\n");
+  EXPECT_TRUE(HoldsOnly(server, {"f"}));
+  EXPECT_EQ(Content(server.BlobPath("f")), "old");
+}
+
+TEST(Upload, IsRefusedBeforeItsBytes) {
+  const RunningServer server;
+  for (const char* size : {"2147483648", "-1", "", "x", "99999999999999999999"}) {
+    EXPECT_EQ(server.Ask(std::string("UploadFile^,^^,^f^,^") + size, "\r\nbytes"),
+              std::string("Status: '") + size + "' is no byte count from 0 to 2147483647\r\n");
+  }
+  Client stranger = server.Connect();
+  stranger.Send("^S1^,^nobody^,^x^,^UploadFile^,^^,^f^,^5^\r\n" + std::string(200000, 'x'));
+  EXPECT_EQ(stranger.Answer(), "Status: Access denied for user 'nobody'\r\n");
+  EXPECT_TRUE(HoldsOnly(server, {}));
+}
+
+TEST(BlobDirectory, RemovesWhatKilledServersLeftButNotWhatIsBeingWritten) {
+  const std::string path = testing::TempDir() + "devserver_blobs_test";
+  std::filesystem::remove_all(path);
+  std::filesystem::create_directory(path);
+  std::ofstream(path + "/.devserver-0123456789abcdef.part") << "left";
+  std::ofstream(path + "/kept.part") << "other";
+  const BlobDirectory first = BlobDirectory::At(path);
+  EXPECT_FALSE(std::filesystem::exists(path + "/.devserver-0123456789abcdef.part"));
+  const auto pending = first.Create("f");
+  pending->Write("whole");
+  const BlobDirectory second = BlobDirectory::At(path);
+  EXPECT_EQ(pending->Commit(), 5);
+  EXPECT_EQ(Content(path + "/f"), "whole");
+  EXPECT_TRUE(std::filesystem::exists(path + "/kept.part"));
+  std::filesystem::remove_all(path);
+}
+
+}  // namespace
+}  // namespace oxaqrycln::devserver

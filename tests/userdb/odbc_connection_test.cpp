@@ -1,0 +1,113 @@
+#include "platform/connection_string.h"
+#include "platform/errors.h"
+#include "platform/objects.h"
+#include "tests/support/page.h"
+#include "tests/support/scripted_server.h"
+#include "tests/userdb/test_database.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+// The error of a call, "" without one.
+template <typename Call>
+std::string ErrorOf(Call&& call) {
+  try {
+    call();
+  } catch (const RuntimeError& why) {
+    return std::to_string(why.number()) + " - " + why.description();
+  }
+  return {};
+}
+
+TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
+  struct Case {
+    const char* text;
+    const char* odbc;
+  };
+  for (const Case& each :
+       {Case{"Driver={SQLite3};Database=/x y", "Driver={SQLite3};Database=/x y"},
+        Case{"Provider=MSDASQL;DSN=web;no equals", nullptr},
+        Case{"provider=msdasql.1; Data Source=web ;User ID=u;Password=\"p;w\"", "DSN=web;UID=u;PWD={p;w};"},
+        Case{"Provider=MSDASQL;Extended Properties=\"Driver={X};Server=s\"", "Driver={X};Server=s;"},
+        Case{"Provider=SQLOLEDB;Data Source=host;Initial Catalog=db;Integrated Security=SSPI;Persist Security "
+             "Info=False",
+             "Driver={SQL Server};SERVER=host;DATABASE=db;Trusted_Connection=Yes;"},
+        Case{"Provider=SQLOLEDB;Driver={ODBC Driver 18};Server=h;Password={a}}b}",
+             "Driver={ODBC Driver 18};SERVER=h;PWD={a}}b};"},
+        Case{"Provider=Other.4;Data Source=x;Password=secret", nullptr}, Case{"Provider=MSDASQL;=x", nullptr},
+        Case{"Provider=MSDASQL;DSN={open", nullptr}}) {
+    std::string odbc;
+    const std::string error = ErrorOf([&] { odbc = OdbcConnectionString(each.text); });
+    EXPECT_EQ(error.empty(), each.odbc != nullptr) << each.text << error;
+    EXPECT_EQ(odbc, each.odbc == nullptr ? "" : each.odbc);
+    EXPECT_EQ(error.find("secret"), std::string::npos);
+  }
+  EXPECT_NE(ErrorOf([] { OdbcConnectionString("Provider=Other.4"); }).find("\"OTHER.4\""), std::string::npos);
+  EXPECT_EQ(WithoutPasswords("user u, password a;b, a;b!", "UID=u;PWD={a;b}"), "user u, password ***, ***!");
+}
+
+using OdbcConnection = OnDatabase;
+INSTANTIATE_TEST_SUITE_P(Databases, OdbcConnection, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+
+TEST_P(OdbcConnection, ReadsTextsOfAnyLengthNullsAndNumbersByTheirKind) {
+  const TestDatabase database(GetParam(), false);
+  const auto connection = database.Connect();
+  connection->Execute("CREATE TABLE T (I INTEGER, S SMALLINT, D DOUBLE PRECISION, N NUMERIC(10,2), V VARCHAR(40000))");
+  std::string text;
+  for (int i = 0; i < 40'000; ++i) text += static_cast<char>(i % 7 == 0 ? 0xFC : 'a' + i % 26);
+  connection->Execute("INSERT INTO T VALUES(70000,7,1.5,2.25,'" + text + "')");
+  connection->Execute("INSERT INTO T(I) VALUES(NULL)");
+  const auto rows = connection->Execute("SELECT I, S, D, N, V FROM T ORDER BY CASE WHEN I IS NULL THEN 1 ELSE 0 END");
+  EXPECT_EQ(rows->Field("i"), Variant::Long(70000));
+  EXPECT_EQ(rows->Field(1), Variant::Integer(7));
+  EXPECT_EQ(rows->Field("D"), Variant(1.5));
+  EXPECT_EQ(rows->Field("N").ToDouble(), 2.25);
+  EXPECT_TRUE(rows->Field("v") == Variant(text));
+  EXPECT_NE(ErrorOf([&] { rows->Field("none"); }).find("3265 - "), std::string::npos);
+  EXPECT_NE(ErrorOf([&] { rows->Field(5); }).find("3265 - "), std::string::npos);
+  rows->MoveNext();
+  for (int i = 0; i < 5; ++i) EXPECT_TRUE(rows->Field(i).IsNull()) << i;
+  rows->MoveNext();
+  EXPECT_TRUE(rows->EndOfRows());
+  EXPECT_NE(ErrorOf([&] { rows->Field(0); }).find("3021 - "), std::string::npos);
+  rows->Close();
+  EXPECT_NE(ErrorOf([&] { rows->EndOfRows(); }).find("3704 - "), std::string::npos);
+  EXPECT_EQ(connection->State(), 1);
+  connection->Close();
+  EXPECT_EQ(connection->State(), 0);
+  EXPECT_NE(ErrorOf([&] { connection->Execute("SELECT 1"); }).find("3704 - "), std::string::npos);
+}
+
+TEST_P(OdbcConnection, RefusesTextThatHasNoPlaceInTheCodePage) {
+  const TestDatabase database(GetParam(), false);
+  const char* const polish = GetParam() == Kind::Sqlite ? "SELECT CHAR(321)" : "SELECT CHR(321)";
+  EXPECT_NE(ErrorOf([&] { database.Run(polish); }).find("no place in the code page"), std::string::npos);
+}
+
+TEST(OdbcConnection, ThatCannotBeOpenedSaysWhyWithoutThePassword) {
+  const auto open = [](const std::string& text) {
+    return ErrorOf([&] { std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"))->Open(text); });
+  };
+  const std::string driver = open("Driver={No such driver};PWD=secret");
+  EXPECT_NE(driver.find("No such driver"), std::string::npos) << driver;
+  const std::string refused = open("Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + std::to_string(UnusedPort()) +
+                                   ";UID=secret;PWD=secret;Database=x");
+  EXPECT_NE(refused.find("-2147467259 - ["), std::string::npos) << refused;
+  for (const std::string& each : {driver, refused, open("Provider=No such driver;PWD=secret")}) {
+    EXPECT_EQ(each.find("secret"), std::string::npos) << each;
+  }
+}
+
+TEST(OdbcConnection, ToAServerThatNeverAnswersEndsWithTheLogonTimeout) {
+  if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL driver";
+  ScriptedServer server([](Peer& peer) { peer.Pause(40'000); });
+  const auto connection = std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"));
+  EXPECT_NE(ErrorOf([&] {
+              connection->Open("Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + std::to_string(server.port()) +
+                               ";UID=u;PWD=p;Database=x");
+            }).find("timeout"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,198 @@
+#include <thread>
+#include <vector>
+
+#include "component/text_helpers.h"
+#include "platform/objects.h"
+#include "platform/odbc_connection.h"
+#include "tests/support/in_own_thread.h"
+#include "tests/support/page.h"
+#include "tests/userdb/test_database.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using UserAccounts = OnDatabase;
+INSTANTIATE_TEST_SUITE_P(Databases, UserAccounts, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+
+TEST_P(UserAccounts, AreCreatedAndLogOn) {
+  const TestDatabase database(GetParam());
+  WebPage page(database);
+  ASSERT_TRUE(page.initialised) << page.Log();
+  clsQuery& query = page.query;
+  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(1));
+  EXPECT_EQ(query.WriteUserToDB("anna", "Secret"), Variant::Long(1));
+  EXPECT_EQ(query.WriteUserToDB("bert", "", "archive", "pwd"), Variant::Long(2));
+  EXPECT_EQ(query.WriteUserToDB("cora", "x", "archive"), Variant::Long(3));  // half an account is none
+  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(4));
+  EXPECT_EQ(database.Run("SELECT Passwd FROM Users WHERE UserID=1"), Variant(Encode("Secret")));
+  struct Logon {
+    const char* user;
+    Variant password;
+    std::int32_t id;
+  };
+  for (const Logon& each : {Logon{"anna", "Secret", 1}, Logon{"anna", "secret", 0}, Logon{"anna", "", 0},
+                            Logon{"anna", Missing, 1}, Logon{"bert", "", 2}, Logon{"nobody", Missing, 0}}) {
+    EXPECT_EQ(query.CheckLogon(each.user, each.password), Variant::Long(each.id))
+        << each.user << each.password.IsMissing();
+  }
+  database.Run("INSERT INTO Users(UserID,UserName) VALUES(9,'nopass')");
+  EXPECT_EQ(query.CheckLogon("nopass", ""), Variant::Long(0));
+  EXPECT_EQ(query.CheckLogon("nopass"), Variant::Long(9));
+  Variant user = "kept";
+  Variant password = "kept";
+  EXPECT_EQ(query.GetUserTELOUser(77, &user, &password), Variant::Long(0));
+  EXPECT_EQ(user, Variant("kept"));
+  EXPECT_EQ(query.GetUserTELOUser("2", &user, &password), Variant::Long(1));
+  EXPECT_EQ(user, Variant("archive"));
+  EXPECT_EQ(password, Variant("pwd"));
+  EXPECT_EQ(query.GetUserTELOUser(3, &user, &password), Variant::Long(1));
+  EXPECT_EQ(user, Variant(""));
+  EXPECT_EQ(password, Variant(""));
+}
+
+TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
+  const TestDatabase database(GetParam());
+  WebPage page(database);
+  clsQuery& query = page.query;
+  query.WriteUserToDB("anna", "old");
+  query.WriteUserToDB("anna", "other");
+  EXPECT_EQ(query.ChangePasswd("anna", "wrong", "new"), Variant::Integer(0));
+  EXPECT_EQ(query.ChangePasswd("anna", "old", "new"), Variant::Integer(1));
+  EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE Passwd='" + Encode("new") + "'"), Variant::Long(2));
+  database.Run("INSERT INTO Users(UserID,UserName,Passwd) VALUES(32768,'late','" + Encode("old") + "')");
+  EXPECT_EQ(query.ChangePasswd("late", "old", "new"), Variant::Integer(0));
+  EXPECT_TRUE(page.Failed("ChangePasswd", "6 - Overflow")) << page.Log();
+  EXPECT_EQ(query.CheckLogon("late", "old"), Variant::Long(32768));
+  Variant flag = "kept";
+  EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(0));
+  EXPECT_EQ(flag, Variant::Integer(0));
+  EXPECT_EQ(query.SetUserChangePasswd(1, -1), Variant::Long(1));
+  EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(1));
+  EXPECT_EQ(flag.ToInteger(), -1);
+}
+
+TEST_P(UserAccounts, KeepCodePageTextAsUnicode) {
+  const TestDatabase database(GetParam());
+  WebPage page(database);
+  const std::string name = "M\xFCller \\ \x80 %_\"; --";
+  EXPECT_EQ(page.query.WriteUserToDB(name, "p"), Variant::Long(1)) << page.Log();
+  EXPECT_EQ(page.query.CheckLogon(name, "p"), Variant::Long(1));
+  EXPECT_EQ(page.query.CheckLogon("M\xFCller"), Variant::Long(0));
+  const char* const hex = GetParam() == Kind::Sqlite
+                              ? "SELECT HEX(UserName) FROM Users"
+                              : "SELECT UPPER(ENCODE(CONVERT_TO(UserName,'UTF8'),'hex')) FROM Users";
+  EXPECT_EQ(database.Run(hex), Variant("4DC3BC6C6C6572205C20E282AC20255F223B202D2D"));
+}
+
+TEST_P(UserAccounts, RefuseWhatCouldChangeAStatement) {
+  const TestDatabase database(GetParam());
+  WebPage page(database);
+  clsQuery& query = page.query;
+  query.WriteUserToDB("anna", "p");
+  const Variant failed = Variant::Integer(-1);
+  const Variant none = Variant::Long(0);
+  for (const std::string& text : {std::string("x' OR '1'='1"), std::string("'"), std::string("a\0b", 3)}) {
+    EXPECT_EQ(query.WriteUserToDB(text, "p"), failed);
+    EXPECT_EQ(query.WriteUserToDB("x", "p", text, "p"), failed);
+    EXPECT_EQ(query.CheckLogon(text), none);
+    EXPECT_EQ(query.ChangePasswd(text, "p", "n"), Variant::Integer(0));
+  }
+  for (const char* id : {"1 OR 1=1", "1; DROP TABLE Users", "", " 1", "1.5", "0x1", "1e1", "--1", "UserID"}) {
+    Variant output;
+    EXPECT_EQ(query.GetUserTELOUser(id, &output, &output), none) << id;
+    EXPECT_EQ(query.GetUserChangePasswd(id, &output), none) << id;
+    EXPECT_EQ(query.SetUserChangePasswd(id, 1), none) << id;
+    EXPECT_EQ(query.SetUserChangePasswd(1, id), none) << id;
+    EXPECT_EQ(query.GetUserRights(id, &output), Variant()) << id;
+    EXPECT_EQ(query.GetUserEditRights(id, &output), Variant()) << id;
+    EXPECT_EQ(query.GetUserGroups(id, &output), Variant()) << id;
+  }
+  for (const char* name : {"UserID) FROM Users; DROP TABLE Users; --", "Users, UserGroups", "", "1"}) {
+    EXPECT_EQ(query.GetNextDBObjectID(name, "Users"), none) << name;
+    EXPECT_EQ(query.GetNextDBObjectID("UserID", name), none) << name;
+  }
+  EXPECT_EQ(page.Log().find("-2147467259"), std::string::npos) << "the database saw a statement: " << page.Log();
+  EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE ChangePasswd IS NULL"), Variant::Long(1));
+}
+
+TEST_P(UserAccounts, FailThroughTheirHandlersWithoutTables) {
+  const TestDatabase database(GetParam(), false);
+  WebPage page(database);
+  ASSERT_TRUE(page.initialised);
+  Variant output = "kept";
+  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
+  EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
+  EXPECT_EQ(page.query.SetUserChangePasswd(1, 1), Variant::Long(0));
+  EXPECT_EQ(page.query.GetUserRights(1, &output), Variant());
+  EXPECT_EQ(output, Variant(""));
+  for (const char* routine : {"WriteUserToDB", "CheckLogon", "SetUserChangePasswd", "GetUserRights"}) {
+    EXPECT_TRUE(page.Failed(routine, "-2147467259 - [")) << routine << page.Log();
+  }
+}
+
+TEST_P(UserAccounts, CreatedAtOnceGetIdsOfTheirOwnOrNone) {
+  const TestDatabase database(GetParam());
+  constexpr int kThreads = 8;
+  constexpr int kUsers = 5;
+  std::vector<std::thread> threads;
+  std::vector<int> created(kThreads);
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([&, t] {
+      WebPage page(database);
+      for (int i = 0; i < kUsers; ++i)
+        created[static_cast<std::size_t>(t)] += page.query.WriteUserToDB("u", "p").ToLong() > 0;
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  int sum = 0;
+  for (const int each : created) sum += each;
+  EXPECT_GT(sum, 0);
+  EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(sum));
+  EXPECT_EQ(database.Run("SELECT MAX(UserID) FROM Users"), Variant::Long(sum));
+}
+
+TEST_P(UserAccounts, FailWithoutADatabaseAndOnOneThatThePageClosed) {
+  const TestDatabase database(GetParam());
+  InOwnThread([&] {
+    std::shared_ptr<Connection> connection;
+    RegisterObject("ADODB.Connection", [&connection] { return connection = MakeOdbcConnection(); });
+    WebPage page(database);
+    RegisterObject("ADODB.Connection", MakeOdbcConnection);
+    ASSERT_TRUE(page.initialised) << page.Log();
+    connection->Close();
+    EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
+    EXPECT_TRUE(page.Failed("CheckLogon", "3704 - ")) << page.Log();
+    clsQuery without;
+    without.strDebugLogPath = page.logs.path();
+    without.strSessionID = "S2";
+    without.Init(false);
+    EXPECT_EQ(without.CheckLogon("a"), Variant::Long(0));
+    EXPECT_NE(page.logs.Read("S2.log").find("'CheckLogon()': 91 - "), std::string::npos);
+  });
+}
+
+TEST(LockedSqliteFile, EndsInAnError) {
+  const TestDatabase database(Kind::Sqlite);
+  WebPage page(database);
+  const auto locker = database.Connect();
+  locker->Execute("BEGIN EXCLUSIVE");
+  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
+  EXPECT_NE(page.Log().find("database is locked"), std::string::npos) << page.Log();
+  locker->Execute("COMMIT");
+  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Long(1));
+}
+
+TEST(PostgresThatEndsTheSession, EndsInAnError) {
+  if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL server runs for the tests";
+  const TestDatabase database(Kind::Postgres);
+  WebPage page(database);
+  database.Run(
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname=current_database() AND "
+      "pid<>pg_backend_pid()");
+  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
+  EXPECT_TRUE(page.Failed("WriteUserToDB", "-2147467259 - [")) << page.Log();
+  EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

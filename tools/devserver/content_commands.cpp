@@ -1,0 +1,211 @@
+#include "tools/devserver/content_commands.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+
+#include "component/text_helpers.h"
+#include "platform/code_page.h"
+#include "tools/devserver/answer_text.h"
+#include "tools/devserver/documents.h"
+#include "tools/devserver/errors.h"
+#include "tools/devserver/page_image.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+constexpr std::int64_t kLargestUpload = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kMostPages = 1000;
+constexpr std::size_t kPieceByteCount = 65536;
+
+// A name that tells what is in the file, so that files of different content never meet under one name.
+std::string FileName(const Document& document, const std::string& part, const std::string& extension) {
+  std::string name = std::to_string(document.id) + "_" + std::to_string(document.version) + "_" + part;
+  return extension.empty() ? name : name + "." + extension;
+}
+
+std::string CommitAndTell(PendingFile& file) {
+  const std::int64_t byteCount = file.Commit();
+  return std::to_string(byteCount) + "\r\n" + file.name() + "\r\n";
+}
+
+// Hands the stored bytes of a segment to take, piece by piece.
+template <typename Take>
+void ReadContent(Database& database, std::int64_t contentId, Take take) {
+  ContentBytes content(database, contentId, ContentBytes::Access::kRead);
+  std::array<char, kPieceByteCount> piece;
+  while (const std::size_t count = content.Read(piece.data(), piece.size())) take({piece.data(), count});
+}
+
+std::string StoreSegment(const Call& call, const Document& document, const Segment& segment) {
+  const auto file = call.blobs.Create(FileName(document, std::to_string(segment.position), segment.Extension()));
+  if (segment.contentId) {
+    ReadContent(call.database, *segment.contentId, [&](std::string_view bytes) { file->Write(bytes); });
+  } else if (segment.type == SegmentType::kImage) {
+    TiffWriter writer(file->descriptor());
+    writer.Add(DrawSamplePage(document.id, segment.firstPage));
+    writer.Close();
+  } else {
+    file->Write(WithLineEnds(segment.text));
+  }
+  return CommitAndTell(*file);
+}
+
+// Reads the pages of a document's image segments; a stored image stays open as long as its pages are asked for.
+class PageSource {
+ public:
+  PageSource(Database& database, const Document& document) : database_(database), document_(document) {
+    images_ = ReadSegments(database, document);
+    std::erase_if(images_, [](const Segment& segment) { return segment.type != SegmentType::kImage; });
+  }
+
+  std::int64_t pageCount() const {
+    return images_.empty() ? 0 : images_.back().firstPage + images_.back().pageCount - 1;
+  }
+
+  // page: from 1, up to pageCount.
+  PageImage Read(std::int64_t page) {
+    const auto next =
+        std::find_if(images_.begin(), images_.end(), [&](const Segment& segment) { return segment.firstPage > page; });
+    const Segment& image = *std::prev(next);
+    if (!image.contentId) return DrawSamplePage(document_.id, page);
+    if (openContentId_ != image.contentId) Open(*image.contentId);
+    return reader_->Read(page - image.firstPage);
+  }
+
+ private:
+  void Open(std::int64_t contentId) {
+    reader_.reset();
+    const Descriptor file = OpenScratchFile();
+    ReadContent(database_, contentId, [&](std::string_view bytes) {
+      if (write(file.get(), bytes.data(), bytes.size()) != std::ssize(bytes)) throw ServerError("No memory for a page");
+    });
+    reader_ = std::make_unique<TiffReader>(file.get());
+    openContentId_ = contentId;
+  }
+
+  Database& database_;
+  const Document& document_;
+  std::vector<Segment> images_;
+  std::unique_ptr<TiffReader> reader_;
+  std::optional<std::int64_t> openContentId_;
+};
+
+std::vector<std::int64_t> ParsePages(const std::string& list, const Document& document, std::int64_t pageCount) {
+  std::vector<std::int64_t> pages;
+  if (list.empty()) {
+    for (std::int64_t page = 1; page <= pageCount; ++page) pages.push_back(page);
+  }
+  for (const std::string_view item : Split(list, ',')) {
+    const std::int64_t page = ParseNumber(item).value_or(0);
+    if (page < 1 || page > pageCount) {
+      throw ServerError("Document " + std::to_string(document.id) + " has no page '" + Printable(item) + "', but " +
+                        std::to_string(pageCount) + " pages");
+    }
+    pages.push_back(page);
+  }
+  if (pages.empty()) throw ServerError("Document " + std::to_string(document.id) + " has no pages");
+  if (pages.size() > kMostPages) throw ServerError("More than " + std::to_string(kMostPages) + " pages");
+  return pages;
+}
+
+// A short text for a list of pages, the same for the same list.
+std::string PagesPart(const std::vector<std::int64_t>& pages) {
+  std::uint64_t hash = 14695981039346656037U;
+  for (const std::int64_t page : pages) hash = (hash ^ static_cast<std::uint64_t>(page)) * 1099511628211U;
+  std::array<char, 17> digits{};
+  std::to_chars(digits.data(), digits.data() + 16, hash, 16);
+  return "pages_" + std::string(digits.data());
+}
+
+std::string PrintedSegment(const Segment& segment) {
+  std::string lines = segment.Title() + ":";
+  if (segment.type != SegmentType::kText) {
+    return lines + " " + segment.fileName + ", " + std::to_string(segment.byteCount) + " bytes\n";
+  }
+  return lines + (segment.text.find('\n') == std::string::npos ? " " : "\n") + segment.text + "\n";
+}
+
+}  // namespace
+
+Reply GetSegmentData(const Call& call) {
+  const Document document = FindDocument(call);
+  call.blobs.Require(call.parameters[5]);
+  const auto position = ParseNumber(call.parameters[4]);
+  for (const Segment& segment : ReadSegments(call.database, document)) {
+    if (segment.position == position) return StoreSegment(call, document, segment);
+  }
+  throw ServerError("Document " + std::to_string(document.id) + " has no segment '" + Printable(call.parameters[4]) +
+                    "'");
+}
+
+Reply GetSegmentFirstBlob(const Call& call) {
+  const Document document = FindDocument(call);
+  call.blobs.Require(call.parameters[5]);
+  std::string_view extension = call.parameters[4];
+  if (extension.starts_with('.')) extension.remove_prefix(1);
+  for (const Segment& segment : ReadSegments(call.database, document)) {
+    if (segment.type != SegmentType::kFile) continue;
+    if (extension.empty() || UpperCase(extension) == UpperCase(segment.Extension())) {
+      return StoreSegment(call, document, segment);
+    }
+  }
+  throw ServerError("Document " + std::to_string(document.id) + " has no stored file" +
+                    (extension.empty() ? "" : " with the extension '" + Printable(extension) + "'"));
+}
+
+Reply GetSegmentPrintfile2(const Call& call) {
+  const Document document = FindDocument(call);
+  call.blobs.Require(call.parameters[5]);
+  const std::string& wanted = call.parameters[4];
+  const auto fieldId = ParseNumber(wanted);
+  std::string lines = "Document " + std::to_string(document.id) + ", version " + std::to_string(document.version) +
+                      ", " + document.archive.reference + "\nTitle: " + document.title + "\n";
+  bool found = wanted.empty();
+  for (const Segment& segment : ReadSegments(call.database, document)) {
+    if (!wanted.empty() && segment.fieldId != fieldId) continue;
+    found = true;
+    lines += PrintedSegment(segment);
+  }
+  if (!found) {
+    throw ServerError("Document " + std::to_string(document.id) + " has no field '" + Printable(wanted) + "'");
+  }
+  const auto file =
+      call.blobs.Create(FileName(document, "print" + (fieldId ? std::to_string(*fieldId) : std::string()), "txt"));
+  file->Write(WithLineEnds(lines));
+  return CommitAndTell(*file);
+}
+
+Reply GetSegmentMultiTif(const Call& call) {
+  const Document document = FindDocument(call);
+  call.blobs.Require(call.parameters[5]);
+  PageSource source(call.database, document);
+  const auto pages = ParsePages(call.parameters[4], document, source.pageCount());
+  const auto file = call.blobs.Create(FileName(document, PagesPart(pages), "tif"));
+  TiffWriter writer(file->descriptor());
+  for (const std::int64_t page : pages) writer.Add(source.Read(page));
+  writer.Close();
+  return CommitAndTell(*file);
+}
+
+Reply TransferBlob(const Call& call) {
+  Reply reply{std::string()};
+  reply.isRaw = true;
+  reply.file = std::make_unique<ReadableFile>(call.blobs.Open(call.blobs.NameOf(call.parameters[0])));
+  return reply;
+}
+
+Reply UploadFile(const Call& call) {
+  call.blobs.Require(call.parameters[0]);
+  const auto byteCount = ParseNumber(call.parameters[2]);
+  if (!byteCount || *byteCount > kLargestUpload) {
+    throw ServerError("'" + Printable(call.parameters[2]) + "' is no byte count from 0 to " +
+                      std::to_string(kLargestUpload));
+  }
+  Reply reply{std::string()};
+  reply.upload = std::make_unique<Upload>(call.blobs.Create(call.parameters[1]), *byteCount);
+  return reply;
+}
+
+}  // namespace oxaqrycln::devserver

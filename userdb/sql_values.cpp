@@ -1,0 +1,47 @@
+#include "userdb/sql_values.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+bool IsDigit(char character) noexcept { return character >= '0' && character <= '9'; }
+
+bool IsLetter(char character) noexcept {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') || character == '_';
+}
+
+}  // namespace
+
+std::string SqlText(const Variant& value) {
+  const std::string text = value.ToText();
+  if (text.find('\'') != std::string::npos || text.find('\0') != std::string::npos) {
+    throw RuntimeError(error::kInvalidProcedureCall, "A text for the database holds a quote or a NUL");
+  }
+  return "'" + text + "'";
+}
+
+std::string SqlNumber(const Variant& value) {
+  const std::string text = value.ToText();
+  std::string_view digits = text;
+  if (digits.starts_with('-') || digits.starts_with('+')) digits.remove_prefix(1);
+  if (digits.empty() || !std::ranges::all_of(digits, IsDigit)) {
+    throw RuntimeError(error::kTypeMismatch, "A number for the database is no whole number");
+  }
+  return text;
+}
+
+std::string SqlName(const Variant& value) {
+  const std::string name = value.ToText();
+  const bool isPlain = !name.empty() && IsLetter(name.front()) &&
+                       std::ranges::all_of(name, [](char each) { return IsLetter(each) || IsDigit(each); });
+  if (!isPlain) {
+    throw RuntimeError(error::kInvalidProcedureCall, "The name of a table or column is no plain identifier");
+  }
+  return name;
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,21 @@
+// sql_values.h - values on their way into the text of a statement. What could change the statement is refused before
+// the database sees it; sound values stand in it as they are.
+#ifndef OXAQRYCLN_USERDB_SQL_VALUES_H_
+#define OXAQRYCLN_USERDB_SQL_VALUES_H_
+
+#include <string>
+
+#include "platform/variant.h"
+
+namespace oxaqrycln {
+
+// The text between single quotes. Raises Invalid procedure call for one that holds a single quote or a NUL.
+std::string SqlText(const Variant& value);
+// A whole number in decimal digits, with a sign or without. Raises Type mismatch for anything else.
+std::string SqlNumber(const Variant& value);
+// The name of a table or column: a letter or "_", then letters, digits and "_". Raises Invalid procedure call.
+std::string SqlName(const Variant& value);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_USERDB_SQL_VALUES_H_

@@ -1,0 +1,128 @@
+// Web users: their accounts, logon and passwords.
+#include "component/clsQuery.h"
+#include "component/query_state.h"
+#include "component/text_helpers.h"
+#include "platform/errors.h"
+#include "userdb/sql_values.h"
+
+namespace oxaqrycln {
+namespace {
+
+const Variant& RequireGiven(const Variant& value) {
+  if (value.IsMissing()) throw RuntimeError(error::kArgumentNotOptional);
+  return value;
+}
+
+std::string EncodedText(const Variant& password) { return SqlText(Encode(RequireGiven(password).ToText())); }
+
+std::int32_t NextId(QueryState& state, const std::string& field, const std::string& table) {
+  const auto rows = state.Database().Execute("SELECT MAX(" + field + ") FROM " + table);
+  const Variant largest = rows->Field(0);
+  rows->Close();
+  return largest.IsNull() ? 1 : Variant(largest.ToDouble() + 1).ToLong();
+}
+
+// The ID of the first user of the name, Null when there is none or the password is not his.
+Variant FindUser(QueryState& state, const Variant& name, const Variant& password) {
+  Variant id = Variant::Null();
+  const auto rows = state.Database().Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(name));
+  if (!rows->EndOfRows()) {
+    const Variant stored = rows->Field("Passwd");
+    const bool isHis = password.IsMissing() || (!stored.IsNull() && Decode(stored.ToText()) == password.ToText());
+    if (isHis) id = rows->Field("UserID");
+  }
+  rows->Close();
+  return id;
+}
+
+}  // namespace
+
+Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strAccount,
+                                const Variant& strAccountPasswd) {
+  QueryState& state = *state_;
+  return state.Run("WriteUserToDB", Failed(), [&](Variant& result) {
+    const std::string user = SqlText(strUser);
+    const std::string password = EncodedText(strPasswd);
+    const bool hasAccount = !strAccount.IsMissing() && !strAccountPasswd.IsMissing();
+    const std::string account = hasAccount ? ", " + SqlText(strAccount) + ", " + EncodedText(strAccountPasswd) : "";
+    const std::int32_t id = NextId(state, "UserID", "Users");
+    state.Database().Execute("INSERT INTO Users(UserID,UserName,Passwd" +
+                             std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + std::to_string(id) +
+                             ", " + user + ", " + password + account + ")");
+    result = Variant::Long(id);
+  });
+}
+
+Variant clsQuery::GetNextDBObjectID(const Variant& strField, const Variant& strTable) {
+  QueryState& state = *state_;
+  return state.Run("GetNextDBObjectID", Variant::Long(0), [&](Variant& result) {
+    result = Variant::Long(NextId(state, SqlName(strField), SqlName(strTable)));
+  });
+}
+
+Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
+  QueryState& state = *state_;
+  return state.Run("CheckLogon", Variant::Long(0), [&](Variant& result) {
+    const Variant id = FindUser(state, strUser, strPasswd);
+    if (!id.IsNull()) result = Variant::Long(id.ToLong());
+  });
+}
+
+Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew) {
+  QueryState& state = *state_;
+  return state.Run("ChangePasswd", Variant::Integer(0), [&](Variant& result) {
+    const std::string password = EncodedText(strPasswdNew);
+    const Variant id = FindUser(state, strUser, strPasswdOld);
+    if (id.IsNull()) return;
+    // Kept: an ID above 32767 does not fit, and its password stays.
+    const std::int16_t number = id.ToInteger();
+    result = Variant::Integer(number);
+    if (number < 1) return;
+    state.Database().Execute("UPDATE Users SET Passwd=" + password + " WHERE UserName=" + SqlText(strUser));
+  });
+}
+
+Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strAccount, Variant* strAccountPasswd) {
+  QueryState& state = *state_;
+  return state.Run("GetUserTELOUser", Variant::Long(0), [&](Variant& result) {
+    const auto rows =
+        state.Database().Execute("SELECT TELOUser, TELOPasswd FROM Users WHERE UserID=" + SqlNumber(strUserID));
+    if (!rows->EndOfRows()) {
+      const Variant user = rows->Field("TELOUser");
+      const Variant password = rows->Field("TELOPasswd");
+      const bool hasBoth = !user.IsNull() && !password.IsNull();
+      const std::string decoded = hasBoth ? Decode(password.ToText()) : "";
+      WriteText(strAccount, hasBoth ? user.ToText() : "");
+      WriteText(strAccountPasswd, decoded);
+      result = Variant::Long(1);
+    }
+    rows->Close();
+  });
+}
+
+Variant clsQuery::GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd) {
+  QueryState& state = *state_;
+  return state.Run("GetUserChangePasswd", Variant::Long(0), [&](Variant& result) {
+    if (intChangePasswd != nullptr) *intChangePasswd = Variant::Integer(0);
+    const auto rows = state.Database().Execute("SELECT ChangePasswd FROM Users WHERE UserID=" + SqlNumber(strUserID));
+    if (!rows->EndOfRows()) {
+      const Variant flag = rows->Field("ChangePasswd");
+      if (!flag.IsNull()) {
+        if (intChangePasswd != nullptr) *intChangePasswd = flag;
+        result = Variant::Long(1);
+      }
+    }
+    rows->Close();
+  });
+}
+
+Variant clsQuery::SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd) {
+  QueryState& state = *state_;
+  return state.Run("SetUserChangePasswd", Variant::Long(0), [&](Variant& result) {
+    state.Database().Execute("UPDATE Users SET ChangePasswd=" + SqlNumber(intChangePasswd) +
+                             " WHERE UserID=" + SqlNumber(strUserID));
+    result = Variant::Long(1);
+  });
+}
+
+}  // namespace oxaqrycln
