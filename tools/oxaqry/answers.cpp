@@ -36,7 +36,9 @@ Answer AskDirect(clsQuery& query, const std::string& commandPart) {
 }
 
 void Fail(const std::string& errorText) {
-  const std::string reason = errorText.empty() ? "the query server gave no usable answer" : Printable(errorText);
+  const std::string reason = errorText.empty()
+                                 ? "the query server gave no usable answer (--log-dir keeps a log that tells why)"
+                                 : Printable(errorText);
   throw CommandError(reason + Advice(errorText));
 }
 

@@ -2,28 +2,22 @@
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_COMMAND_LINE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_COMMAND_LINE_H_
 
-#include <iosfwd>
 #include <string>
 #include <vector>
 
-#include "tools/oxaqry/settings.h"
+#include "tools/oxaqry/surroundings.h"
 
 namespace oxaqrycln {
 
-struct Surroundings {
-  std::istream& in;
-  std::ostream& out;
-  std::ostream& err;
-  Settings::Environment environment;
-};
-
 // Runs the command that the arguments (without the program's name) ask for. The exit status: 0, 1 when the command
-// failed, 2 for wrong usage. The component's instances live on the calling thread.
+// failed, 2 for wrong usage, 128 and the signal's number when one ended it. The component's instances live on the
+// calling thread.
 int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surroundings);
 
-// Every command with its long options, "--help" left out: what manual page and completions must name.
+// Every command ("search", "note add") with its long options, "--help" left out: what manual page and completions must
+// name.
 struct CommandWords {
-  std::string command;
+  std::string command;  // one word, or two with a blank between
   std::vector<std::string> options;
 };
 std::vector<CommandWords> AllCommandWords();

@@ -6,15 +6,26 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <stdexcept>
 #include <string>
 
 #include "tools/oxaqry/settings.h"
+#include "tools/oxaqry/surroundings.h"
 
 namespace oxaqrycln {
 
 struct Output {
   std::ostream& out;
   bool json;
+  std::istream& in;   // where a question is answered
+  std::ostream& err;  // where questions and progress are shown
+  Terminals terminals;
+  bool color;  // out is a terminal that may be driven
+};
+
+// Arguments that do not fit together; the exit status is 2.
+class UsageError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
 };
 
 struct SearchRequest {

@@ -6,6 +6,7 @@
 #include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/document_name.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
 
@@ -65,6 +66,12 @@ Row NextRow(clsQuery& query, std::int32_t number) {
   return row;
 }
 
+// As the commands on documents take it.
+DocumentName Name(const Row& row) {
+  return {ToUtf8(row.channel.ToText()), ToUtf8(row.archive.ToText()), ToUtf8(row.document.ToText()),
+          ToUtf8(row.version.ToText())};
+}
+
 Json JsonColumns(const Row& row) {
   Json columns = Json::array();
   for (const std::string& column : row.columns) columns.push_back(ToUtf8(column));
@@ -87,7 +94,8 @@ void PrintJson(clsQuery& query, const HitList& list, std::ostream& out) {
       columns = JsonColumns(row);
       continue;
     }
-    hits.push_back({{"channel", ToUtf8(row.channel.ToText())},
+    hits.push_back({{"name", ToText(Name(row))},
+                    {"channel", ToUtf8(row.channel.ToText())},
                     {"archive", ToUtf8(row.archive.ToText())},
                     {"document", ToUtf8(row.document.ToText())},
                     {"version", ToUtf8(row.version.ToText())},

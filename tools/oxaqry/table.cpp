@@ -41,6 +41,8 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
+bool IsPrintable(std::string_view text) { return Printable(text) == ToUtf8(text); }
+
 void Table::Print(std::ostream& out) const {
   std::vector<std::size_t> widths;
   Widen(widths, titles_);

@@ -11,6 +11,8 @@ namespace oxaqrycln {
 
 // Component text as UTF-8 for a terminal: control characters, which could drive it, become U+FFFD.
 std::string Printable(std::string_view text);
+// Whether it holds no control character.
+bool IsPrintable(std::string_view text);
 
 class Table {
  public:

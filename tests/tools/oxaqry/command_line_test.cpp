@@ -116,6 +116,16 @@ TEST_F(CommandLineTest, TellsWrongUsageFromFailure) {
       {"unknown option", {"channels", "--jsn"}, "--jsn"},
       {"argument missing", {"formats", "Mail"}, "ARCHIVE"},
       {"argument too many", {"live", "now"}, "now"},
+      {"no document", {"show", "Mail/Inbox"}, "CHANNEL/ARCHIVE/DOCUMENT[/VERSION]"},
+      {"empty part of a document", {"delete", "Mail//1", "--yes"}, "CHANNEL/ARCHIVE/DOCUMENT[/VERSION]"},
+      {"a group alone", {"note"}, "subcommand"},
+      {"two contents", {"fetch", "a/b/1", "--segment", "1", "--pages", "1"}, "--pages"},
+      {"no pages", {"fetch", "a/b/1", "--pages", "1,2"}, "1;4-6"},
+      {"size missing", {"transfer", "x"}, "--size"},
+      {"size too large", {"transfer", "x", "--size", "2147483648"}, "--size"},
+      {"contents missing", {"create", "--channel", "a", "--archive", "b", "--title", "t"}, "--contents"},
+      {"nobody to ask", {"delete", "Mail/Inbox/1"}, "give --yes"},
+      {"nobody to ask about notes", {"note", "delete", "Mail/Inbox/1"}, "give --yes"},
       {"no number", {"search", "x", "--max", "few"}, "--max"},
       {"negative", {"search", "x", "--query-max=-2"}, "--query-max"},
       {"both lists", {"archives", "--all", "--ext"}, "--all"},
@@ -136,10 +146,19 @@ TEST_F(CommandLineTest, TellsWrongUsageFromFailure) {
 TEST_F(CommandLineTest, HelpsWithExamplesEverywhere) {
   EXPECT_THAT(RunOxaqry({"--version"}).out, testing::MatchesRegex("oxaqry [0-9]+\\.[0-9]+\\.[0-9]+\n"));
   for (const CommandWords& words : AllCommandWords()) {
-    const ToolRun run = RunOxaqry({words.command, "--help"});
-    EXPECT_EQ(run.status, 0) << words.command;
-    EXPECT_THAT(run.out, HasSubstr("\n  oxaqry " + words.command)) << "an example";
-    EXPECT_THAT(RunOxaqry({"--help"}).out, HasSubstr("\n  " + words.command));
+    SCOPED_TRACE(words.command);
+    const std::size_t blank = words.command.find(' ');
+    const bool isInGroup = blank != words.command.npos;
+    const std::string group = isInGroup ? words.command.substr(0, blank) : "";
+    const std::string name = words.command.substr(isInGroup ? blank + 1 : 0);
+    const std::vector<std::string> path = isInGroup ? std::vector{group, name} : std::vector{name};
+    const auto help = [](std::vector<std::string> arguments) {
+      arguments.emplace_back("--help");
+      return RunOxaqry(arguments);
+    };
+    EXPECT_EQ(help(path).status, 0);
+    EXPECT_THAT(help(path).out, HasSubstr("\n  oxaqry " + words.command)) << "an example";
+    EXPECT_THAT(help({path.begin(), path.end() - 1}).out, HasSubstr("\n  " + name + " "));
   }
 }
 

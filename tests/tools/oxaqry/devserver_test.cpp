@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/devserver/misbehaviour.h"
 #include "tools/devserver/sample_archive.h"
@@ -19,14 +20,14 @@
 namespace oxaqrycln {
 namespace {
 
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 class RunningServer {
  public:
   explicit RunningServer(const std::string& misbehaviour = "none")
-      : service_(devserver::OpenArchive(""), {{"webuser", "secret"}}),
+      : service_(devserver::OpenArchive(""), {{"webuser", "secret"}}, devserver::BlobDirectory::At(blobs.path())),
         server_(Options(misbehaviour), [this](std::string_view request) { return service_.Answer(request); }),
         thread_([this] { server_.Run(); }) {}
   ~RunningServer() {
@@ -39,17 +40,22 @@ class RunningServer {
   std::string Entry() const { return "127.0.0.1," + std::to_string(server_.port()); }
 
   // Runs a command as the sample account.
-  ToolRun Command(const std::vector<std::string>& arguments) const {
-    return RunOxaqry(arguments, {{"OXAQRY_REMOTE_HOSTS", Entry()},
-                                 {"OXAQRY_USER", "webuser"},
-                                 {"OXAQRY_PASSWORD", "secret"},
-                                 {"OXAQRY_TIMEOUT", "10"}});
+  ToolRun Command(const std::vector<std::string>& arguments, const std::string& input = "") const {
+    return RunOxaqry(arguments,
+                     {{"OXAQRY_REMOTE_HOSTS", Entry()},
+                      {"OXAQRY_USER", "webuser"},
+                      {"OXAQRY_PASSWORD", "secret"},
+                      {"OXAQRY_BLOB_LOCAL", blobs.path()},
+                      {"OXAQRY_TIMEOUT", "10"}},
+                     input);
   }
-  Json Document(const std::vector<std::string>& arguments) const {
-    const ToolRun run = Command(arguments);
+  Json Document(const std::vector<std::string>& arguments, const std::string& input = "") const {
+    const ToolRun run = Command(arguments, input);
     EXPECT_EQ(run.status, 0) << run.err;
     return Json::parse(run.out, nullptr, false);
   }
+
+  const testing::TemporaryDirectory blobs;  // shared by both sides
 
  private:
   static devserver::ServerOptions Options(const std::string& misbehaviour) {
@@ -78,7 +84,7 @@ TEST(Commands, ListWhatTheServerOffers) {
   EXPECT_EQ(channels.back(),
             (Json{{"channel", "Projects"}, {"description", "Nothing filed here yet"}, {"archives", Json::array()}}));
   EXPECT_THAT(server.Command({"archives", "--ext"}).out, HasSubstr("\nTechnik   Prüfberichte  Test reports\n"));
-  EXPECT_THAT(server.Document({"formats", "Mail", "Inbox", "--json"})["formats"], testing::Not(IsEmpty()));
+  EXPECT_THAT(server.Document({"formats", "Mail", "Inbox", "--json"})["formats"], ::testing::Not(IsEmpty()));
   EXPECT_EQ(server.Document({"properties", "Technik", "Prüfberichte", "--json"}).size(), 5U);
   EXPECT_EQ(server.Document({"direct", "^GetArchiveProperties^,^Mail^,^Inbox^", "--json"})["lines"].size(), 1U);
 }
@@ -86,7 +92,7 @@ TEST(Commands, ListWhatTheServerOffers) {
 TEST(Commands, ShowAHitListWithItsTitles) {
   const RunningServer server;
   const ToolRun table = server.Command({"search", "invoice", "--max", "3"});
-  EXPECT_THAT(table.out, testing::ContainsRegex("^Channel +Archive +Document +Version +Title +Author +Date\n-"));
+  EXPECT_THAT(table.out, ::testing::ContainsRegex("^Channel +Archive +Document +Version +Title +Author +Date\n-"));
   EXPECT_THAT(table.out, HasSubstr("\nShowing 3 of 30 hits\n"));
 
   const Json list = server.Document({"search", "invoice", "--max", "2", "--json"});
@@ -95,6 +101,8 @@ TEST(Commands, ShowAHitListWithItsTitles) {
   ASSERT_EQ(list["hits"].size(), 2U);
   for (const Json& hit : list["hits"]) {
     EXPECT_EQ(hit["channel"], "Finance");
+    // The name serves as it is.
+    EXPECT_EQ(server.Document({"show", hit["name"].get<std::string>(), "--json"})["title"], hit["columns"][0]);
     EXPECT_EQ(hit["columns"].size(), 3U);
   }
   EXPECT_EQ(server.Document({"search", "nosuchwordanywhere", "--json"})["hits"], Json::array());
@@ -108,12 +116,18 @@ TEST(Commands, FailWithTheServersOwnText) {
                                                     {"direct", "^NoSuchCommand^"},
                                                     {"search", "("},
                                                     {"formats", "No", "Archive"},
+                                                    {"masks", "No/Archive"},
+                                                    {"show", "Mail/Inbox/1"},
+                                                    {"fetch", "Mail/Inbox/1"},
+                                                    {"delete", "Mail/Inbox/1", "--yes"},
+                                                    {"note", "list", "Mail/Inbox/1"},
+                                                    {"transfer", "none", "--size", "1"},
                                                     {"properties", "No", "Archive"}}) {
     SCOPED_TRACE(arguments.front());
     const ToolRun run = server.Command(arguments);
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, IsEmpty());
-    EXPECT_THAT(run.err, testing::MatchesRegex("oxaqry: ....+\n"));
+    EXPECT_THAT(run.err, ::testing::MatchesRegex("oxaqry: ....+\n"));
   }
 }
 
@@ -149,13 +163,50 @@ TEST(Commands, ShowTheStateOfEveryServer) {
 
   const ToolRun one = sound.Command({"servers"});
   EXPECT_EQ(one.status, 0);
-  EXPECT_THAT(one.out, testing::ContainsRegex("\n1  127.0.0.1 +[0-9]+ +answers +[0-9]+ ms +.*alive"));
+  EXPECT_THAT(one.out, ::testing::ContainsRegex("\n1  127.0.0.1 +[0-9]+ +answers +[0-9]+ ms +.*alive"));
 }
 
 TEST(Commands, AdviseWhenNoServerCanBeReached) {
   const ToolRun run = RunOxaqry({"channels", "--hosts", DeadEntry()});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.err, HasSubstr("\"oxaqry servers\" shows the state of each"));
+}
+
+TEST(Commands, TakeADocumentThroughItsLife) {
+  const RunningServer server;
+  const testing::TemporaryDirectory work;
+  std::string scan(300000, '\0');
+  for (std::size_t i = 0; i < scan.size(); ++i) scan[i] = static_cast<char>(i * i >> 3U);
+  work.Write("scan.bin", scan);
+  EXPECT_EQ(server.Command({"upload", work.File("scan.bin")}).status, 0);
+  EXPECT_EQ(server.Command({"transfer", "scan.bin", "--size", "300000", "-o", work.File("back.bin")}).status, 0);
+  EXPECT_EQ(work.Read("back.bin"), scan);
+  EXPECT_EQ(server.Command({"transfer", "scan.bin", "--size", "299999", "-o", work.File("wrong")}).status, 1);
+  EXPECT_FALSE(work.Has("wrong"));
+
+  const Json created = server.Document({"create", "--channel", "Finance", "--archive", "Orders", "--title", "Grüße",
+                                        "--field", "1:16", "--field", "3:30", "--contents", "-", "--json"},
+                                       "@FIELD,16\nZwölf Regale\n@FIELD,30\nscan.bin\n");
+  const std::string first = created["name"].get<std::string>();
+  EXPECT_EQ(server.Command({"fetch", first, "--first", "bin", "-o", work.File("fetched.bin")}).status, 0);
+  EXPECT_EQ(work.Read("fetched.bin"), scan);
+
+  EXPECT_EQ(server.Command({"note", "add", first, "-"}, "one,\ntwo").status, 0);
+  const std::string second =
+      server.Document({"edit", first, "--field", "1:16", "--contents", "-", "--json"}, "Zehn Regale")["name"];
+  EXPECT_NE(second, first);
+  const Json shown = server.Document(
+      {"show", first.substr(0, first.rfind('/')), "--query", "regale", "--mark-on", "<", "--mark-off", ">", "--json"});
+  EXPECT_EQ(shown["name"], second);
+  EXPECT_EQ(shown["title"], "Grüße");
+  EXPECT_EQ(shown["segments"][0]["text"], "Zehn <Regale>");
+  EXPECT_THAT(shown["notes"][0].get<std::string>(), ::testing::EndsWith(",one,\r\ntwo"));
+
+  EXPECT_EQ(server.Command({"note", "delete", second, "--yes"}).status, 0);
+  EXPECT_EQ(server.Document({"note", "list", second, "--json"})["notes"], Json::array());
+  EXPECT_EQ(server.Command({"delete", second, "--yes"}).status, 0);
+  EXPECT_EQ(server.Command({"show", second}).status, 1);
+  EXPECT_EQ(server.Document({"show", first, "--json"})["segments"][0]["text"], "Zwölf Regale");
 }
 
 TEST(Commands, ServeASearchOverASession) {

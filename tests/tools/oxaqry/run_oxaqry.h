@@ -19,7 +19,8 @@ struct ToolRun {
 };
 
 inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
-                         const std::map<std::string, std::string>& environment = {}, const std::string& input = "") {
+                         const std::map<std::string, std::string>& environment = {}, const std::string& input = "",
+                         Terminals terminals = {}) {
   std::istringstream in(input);
   std::ostringstream out;
   std::ostringstream err;
@@ -28,7 +29,7 @@ inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
     return found == environment.end() ? nullptr : found->second.c_str();
   };
   ToolRun run;
-  std::thread([&] { run.status = RunCommandLine(arguments, {in, out, err, lookUp}); }).join();
+  std::thread([&] { run.status = RunCommandLine(arguments, {in, out, err, lookUp, terminals}); }).join();
   run.out = out.str();
   run.err = err.str();
   return run;

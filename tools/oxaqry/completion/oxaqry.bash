@@ -2,14 +2,16 @@
 
 _oxaqry() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-  local commands="live direct channels archives formats properties search servers write-test session methods"
+  local commands="live direct channels archives formats properties search show create edit delete note masks fetch
+    transfer upload servers write-test session methods"
   local settings="--json --config --hosts --user --password-file --password-stdin --timeout --session --log-dir
     --blob-local --blob-remote --change-file-ext --user-ip --user-name --login-time --help"
-  local command="" word options
+  local contents="--title --field --contents --charset --import-file"
+  local command="" action="" word options="" files=""
   COMPREPLY=()
 
   case $previous in
-    --config|--password-file)
+    --config|--password-file|--contents|--import-file|--output|-o)
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       return ;;
     --log-dir|--blob-local|--blob-remote)
@@ -17,25 +19,41 @@ _oxaqry() {
       return ;;
     --hosts|--user|--timeout|--session|--change-file-ext|--user-ip|--user-name|--login-time)
       return ;;
-    --max|--query-max|--format|--rights|--layout|--layout-field)
+    --max|--query-max|--format|--rights|--layout|--layout-field|--query|--mark-on|--mark-off)
+      return ;;
+    --channel|--archive|--title|--field|--charset|--segment|--print|--pages|--size)
       return ;;
   esac
 
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-    if [[ " $commands " == *" $word "* ]]; then
+    if [[ -z $command && " "$commands" " =~ [[:space:]]"$word"[[:space:]] ]]; then
       command=$word
-      break
+    elif [[ $command == note && -z $action && $word =~ ^(add|list|delete)$ ]]; then
+      action=$word
     fi
   done
   case $command in
     "") options="$commands --help --version" ;;
-    live|direct|channels|formats|properties|servers|write-test) options=$settings ;;
+    live|direct|channels|formats|properties|masks|servers|write-test) options=$settings ;;
     archives) options="$settings --all --ext" ;;
     search) options="$settings --max --query-max --format --rights --layout --layout-field" ;;
+    show) options="$settings --query --mark-on --mark-off" ;;
+    create) options="$settings --channel --archive $contents" ;;
+    edit) options="$settings $contents" ;;
+    delete) options="$settings --yes" ;;
+    note)
+      case $action in
+        "") options="add list delete --help" ;;
+        delete) options="$settings --yes" ;;
+        *) options=$settings ;;
+      esac ;;
+    fetch) options="$settings --segment --first --print --pages --output --force --keep" ;;
+    transfer) options="$settings --size --output --force" ;;
+    upload) options="$settings --force" files=yes ;;
     session) options="--help" ;;
     methods) options="--json --markdown --help" ;;
   esac
-  mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+  mapfile -t COMPREPLY < <(compgen ${files:+-f} -W "$options" -- "$current")
 }
 
 complete -F _oxaqry oxaqry

@@ -1,0 +1,49 @@
+// answering_page.h - a clsQuery whose every request gets one and the same answer, all in one thread.
+#ifndef OXAQRYCLN_FUZZ_ANSWERING_PAGE_H_
+#define OXAQRYCLN_FUZZ_ANSWERING_PAGE_H_
+
+#include <string>
+
+#include "component/clsQuery.h"
+#include "fuzz/input.h"
+#include "fuzz/loopback_peer.h"
+#include "transport/apartment.h"
+
+namespace oxaqrycln::fuzz {
+
+class AnsweringPage {
+ public:
+  AnsweringPage() {
+    query.strSessionID = "S1";
+    query.lngRequestTimeout = 10;
+    query.RemoteHosts("127.0.0.1," + std::to_string(peer_.port()));
+    Require(query.Init(false), "a page can be made");
+  }
+
+  // What the peer answers from now on.
+  void SetAnswer(std::string_view text) {
+    answer_ = "TotalBytes:" + std::to_string(text.size()) + "\r\n" + std::string(text);
+  }
+
+  // Runs a call of the query that sends one request.
+  template <typename Call>
+  auto Ask(Call&& call) {
+    Apartment::Current()->loop.Post([this] {
+      peer_.Accept();
+      peer_.Send(answer_);
+    });
+    auto result = call();
+    peer_.Drop();
+    return result;
+  }
+
+  clsQuery query;
+
+ private:
+  LoopbackPeer peer_;
+  std::string answer_;
+};
+
+}  // namespace oxaqrycln::fuzz
+
+#endif  // OXAQRYCLN_FUZZ_ANSWERING_PAGE_H_

@@ -1,0 +1,51 @@
+// The caret-quoted fields of records, hit lines and requests. Input: a field number, a line end, the record.
+#include "archive/record_fields.h"
+#include "component/text_helpers.h"
+#include "fuzz/input.h"
+#include "transport/request_text.h"
+
+using namespace oxaqrycln;
+using namespace oxaqrycln::fuzz;
+
+namespace {
+
+void CheckRecord(std::string_view line) {
+  const std::string closed = "^," + std::string(line) + ",^";
+  const auto expected = Parts(closed, "^,^");
+  const RecordFields fields(line);
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    Require(fields.Field(static_cast<std::int32_t>(i)) == expected[i], "a field is what stands between the separators");
+  }
+  const auto count = static_cast<std::int32_t>(expected.size());
+  Require(ErrorOf([&] { fields.Field(count); }) == error::kSubscriptOutOfRange, "there is no field more");
+  Require(ErrorOf([&] { fields.Field(-1); }) == error::kSubscriptOutOfRange, "there is no field below 0");
+
+  const auto head = SplitHitHead(line);
+  if (!head) return;
+  Require(head->reference == expected.at(1) && head->documentId == expected.at(2) && head->version == expected.at(3),
+          "the head of a hit has the fields of its record");
+  const auto third = static_cast<std::size_t>(InStrExt(std::string(line) + ",^", "^,^", 3));
+  Require(head->rest == line.substr(std::min(line.size(), third + 1)), "the rest of a hit follows its third field");
+}
+
+void CheckRequest(std::string_view text, std::int32_t number) {
+  auto expected = Parts(text.substr(std::min<std::size_t>(text.size(), 1)), "^,^");
+  if (expected.back().ends_with('^')) {
+    expected.back().remove_suffix(1);
+  } else {
+    expected.pop_back();
+  }
+  const auto index = static_cast<std::size_t>(std::max(number, 1)) - 1;
+  Require(GetRequestField(text, number) == (index < expected.size() ? expected[index] : "{Err}"),
+          "a request's field stands between its carets");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::string_view text = View(data, size);
+  const std::int32_t number = ToNumber(CutOff(text, "\n"));
+  CheckRecord(text);
+  CheckRequest(text, number);
+  return 0;
+}

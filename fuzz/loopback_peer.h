@@ -1,0 +1,35 @@
+// loopback_peer.h - the far end of a connection on this machine, in the thread of the near end.
+// One connection at a time; leaves nothing behind in the system that thousands of connections a second would pile up.
+#ifndef OXAQRYCLN_FUZZ_LOOPBACK_PEER_H_
+#define OXAQRYCLN_FUZZ_LOOPBACK_PEER_H_
+
+#include <cstdint>
+#include <string_view>
+
+namespace oxaqrycln::fuzz {
+
+class LoopbackPeer {
+ public:
+  LoopbackPeer();
+  ~LoopbackPeer();
+  LoopbackPeer(const LoopbackPeer&) = delete;
+  LoopbackPeer& operator=(const LoopbackPeer&) = delete;
+
+  std::uint16_t port() const noexcept { return port_; }
+  // Takes the connection that the near end has started.
+  void Accept();
+  // What fits into one packet is one packet.
+  void Send(std::string_view bytes) const;
+  void EndSending() const;
+  // Ends the connection by a reset, so that no port stays taken.
+  void Drop();
+
+ private:
+  std::uint16_t port_ = 0;
+  int listener_ = -1;
+  int socket_ = -1;
+};
+
+}  // namespace oxaqrycln::fuzz
+
+#endif  // OXAQRYCLN_FUZZ_LOOPBACK_PEER_H_

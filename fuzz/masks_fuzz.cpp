@@ -1,0 +1,49 @@
+// The walk through masks and their fields. Input: the lines of the answer.
+#include "fuzz/answering_page.h"
+
+using namespace oxaqrycln;
+using namespace oxaqrycln::fuzz;
+
+namespace {
+
+void CheckFields(clsQuery& query, std::int32_t count) {
+  for (std::int32_t left = count; left > 0; --left) {
+    Variant list;
+    const Variant result =
+        query.TELOGetMasksNextField(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &list);
+    if (result.type() == Variant::Type::Integer) {
+      Require(list.IsEmpty(), "a field that is none leaves its last output untouched");
+      return;
+    }
+    Require(result.ToLong() == left - 1, "a field tells how many follow");
+  }
+  Require(query.TELOGetMasksNextField() == Variant::Integer(-1), "behind the last field there is none");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static AnsweringPage page;
+  clsQuery& query = page.query;
+  const std::string_view text = View(data, size);
+  page.SetAnswer("Status: OK\r\n" + std::string(text));
+  auto masks = Parts(text, "\r\n");
+  std::erase_if(masks, [](std::string_view line) { return !line.starts_with('@'); });
+
+  Variant status;
+  const Variant count = page.Ask([&] { return query.TELOGetMasksInit("Mail", "Inbox", &status); });
+  Require(count == Variant::Long(static_cast<std::int32_t>(masks.size())), "every mask is counted");
+  Require(status == Variant(""), "a success has an empty status");
+  for (int walk = 0; walk < 2; ++walk) {
+    for (const std::string_view mask : masks) {
+      Variant name;
+      const Variant fields = query.TELOGetMasksNext(&name);
+      Require(fields.type() == Variant::Type::Long && name == Variant(mask.substr(1)), "every mask is walked to");
+      CheckFields(query, fields.ToLong());
+    }
+    Variant name("x");
+    Require(query.TELOGetMasksNext(&name) == Variant::Integer(-1) && name == Variant(""), "the walk ends");
+    query.TELOGetMasksFirst();
+  }
+  return 0;
+}

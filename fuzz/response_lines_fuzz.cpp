@@ -1,0 +1,57 @@
+// The lines of an answer, and their sorting. Input: as many bytes to pass over as its first line has, that line's LF,
+// the answer.
+#include "fuzz/input.h"
+#include "platform/code_page.h"
+#include "transport/response_buffer.h"
+
+using namespace oxaqrycln;
+using namespace oxaqrycln::fuzz;
+
+namespace {
+
+void RequireLines(const ResponseBuffer& buffer, const std::vector<std::string_view>& expected, const char* claim) {
+  Require(static_cast<std::size_t>(buffer.Count()) == expected.size(), claim);
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    Require(buffer.Line(static_cast<std::int32_t>(i)) == expected[i], claim);
+  }
+  Require(ErrorOf([&] { buffer.Line(buffer.Count()); }) == error::kSubscriptOutOfRange, "there is no line more");
+  Require(ErrorOf([&] { buffer.Line(-1); }) == error::kSubscriptOutOfRange, "there is no line below 0");
+}
+
+// Neighbours change places as long as any stand the wrong way round.
+void BubbleSort(std::vector<std::string_view>& lines) {
+  for (bool changed = true; std::exchange(changed, false);) {
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+      if (UpperCase(lines[i - 1]) <= UpperCase(lines[i])) continue;
+      std::swap(lines[i - 1], lines[i]);
+      changed = true;
+    }
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::string_view text = View(data, size);
+  const std::size_t start = CutOff(text, "\n").size();
+  ByteBlock block;
+  block.Append(text);
+  ResponseBuffer buffer;
+  buffer.Assign(std::move(block), start);
+
+  const std::string_view answer = text.substr(std::min(start, text.size()));
+  std::vector<std::string_view> expected;
+  if (!answer.empty()) expected = Parts(answer, "\r\n");
+  if (answer.ends_with("\r\n")) expected.pop_back();
+  RequireLines(buffer, expected, "a line stands between line ends");
+
+  if (expected.size() > 64) return 0;
+  const auto arrived = buffer.Share();
+  BubbleSort(expected);
+  buffer.Sort();
+  RequireLines(buffer, expected, "lines are sorted by their upper-cased text, equal ones as they came");
+  buffer.Sort();
+  RequireLines(buffer, expected, "sorting again changes nothing");
+  Require(arrived->Count() == buffer.Count(), "shared lines stay");
+  return 0;
+}

@@ -1,0 +1,140 @@
+#include "tools/oxaqry/command_parser.h"
+
+#include <istream>
+
+#include "component/version.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr const char* kClosing =
+    "Settings come from --config FILE, then from the environment (OXAQRY_REMOTE_HOSTS, OXAQRY_USER,\n"
+    "OXAQRY_PASSWORD, ...), then from options; the later wins. The manual page oxaqry(1) lists them all.\n"
+    "A document is named CHANNEL/ARCHIVE/DOCUMENT[/VERSION], the first four columns of a hit list.\n\n"
+    "Examples:\n"
+    "  oxaqry channels --hosts localhost,2001 --user webuser --password-file ~/.archive-password\n"
+    "  oxaqry search 'invoice AND 2026' --max 20 --config archive.json\n"
+    "  oxaqry show Finance/Invoices/1262 --query invoice --config archive.json\n"
+    "  oxaqry COMMAND --help";
+
+}  // namespace
+
+CommandParser::CommandParser(const Surroundings& surroundings)
+    : surroundings_(surroundings), app_("Searches a document archive through its query servers.", "oxaqry") {
+  app_.set_version_flag("--version", std::string("oxaqry ") + kVersionText);
+  app_.require_subcommand(1);
+  app_.footer(kClosing);
+}
+
+Output CommandParser::MakeOutput() const {
+  const char* const noColor = surroundings_.environment("NO_COLOR");
+  const bool wantsColor = noColor == nullptr || *noColor == '\0';
+  return {surroundings_.out,       json_,
+          surroundings_.in,        surroundings_.err,
+          surroundings_.terminals, wantsColor && surroundings_.terminals.out};
+}
+
+CLI::App* CommandParser::AddPlain(const char* name, const char* description, const char* examples, Command action) {
+  CLI::App* const command = app_.add_subcommand(name, description);
+  command->footer(examples);
+  command->callback(
+      [this, action = std::move(action)] { run_ = [this, action] { return action(Settings(), MakeOutput()); }; });
+  return command;
+}
+
+CLI::App* CommandParser::AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples,
+                                  Command action) {
+  CLI::App* const command = parent.add_subcommand(name, description);
+  command->footer(examples);
+  AddSettings(*command);
+  command->callback([this, command, action = std::move(action)] {
+    run_ = [this, command, action] { return action(ReadSettings(*command), MakeOutput()); };
+  });
+  return command;
+}
+
+CLI::App* CommandParser::AddGroup(const char* name, const char* description, const char* examples) {
+  CLI::App* const group = app_.add_subcommand(name, description);
+  group->footer(examples);
+  group->require_subcommand(1);
+  return group;
+}
+
+CLI::Option* CommandParser::AddJson(CLI::App& command, const char* description) {
+  return command.add_flag("--json", json_, description);
+}
+
+void CommandParser::AddSettings(CLI::App& command) {
+  constexpr const char* kGroup = "Settings";
+  AddJson(command, "print one JSON document instead of a table");
+  command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
+      ->type_name("FILE")
+      ->group(kGroup);
+  for (const SettingEntry& entry : SettingEntries()) {
+    if (entry.option[0] == '\0') continue;
+    command.add_option(entry.option, options_[entry.variable], entry.meaning)->type_name("VALUE")->group(kGroup);
+  }
+  CLI::Option* const file =
+      command.add_option("--password-file", passwordPath_, "file whose first line is the archive account's password")
+          ->type_name("FILE")
+          ->group(kGroup);
+  command.add_flag("--password-stdin", passwordFromInput_, "read that password from the first line of standard input")
+      ->excludes(file)
+      ->group(kGroup);
+}
+
+Settings CommandParser::ReadSettings(const CLI::App& command) {
+  Settings settings;
+  const char* const configured = surroundings_.environment("OXAQRY_CONFIG");
+  if (configPath_.empty() && configured != nullptr) configPath_ = configured;
+  if (!configPath_.empty()) settings.ReadConfig(configPath_);
+  settings.ReadEnvironment(surroundings_.environment);
+  for (const SettingEntry& entry : SettingEntries()) {
+    const bool isOption = entry.option[0] != '\0';
+    if (isOption && command.count(entry.option) > 0) {
+      settings.Set(entry.variable, options_[entry.variable], entry.option);
+    }
+  }
+  if (!passwordPath_.empty()) {
+    settings.Set("strTELOPwd", ReadFirstLine(passwordPath_, "password file"), "--password-file");
+  }
+  if (passwordFromInput_) {
+    std::string password;
+    std::getline(surroundings_.in, password);
+    if (password.ends_with('\r')) password.pop_back();
+    settings.Set("strTELOPwd", password, "--password-stdin");
+  }
+  return settings;
+}
+
+void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments) {
+  command.add_option("CHANNEL", arguments.channel, "the channel; CHANNEL/ARCHIVE names the archive too")
+      ->required()
+      ->type_name("");
+  CLI::Option* const archive =
+      command.add_option("ARCHIVE", arguments.archive, "the archive in that channel")->type_name("");
+  command.parse_complete_callback([archive, &arguments] {
+    if (archive->count() > 0) return;
+    auto parts = SplitName(arguments.channel);
+    if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) {
+      throw CLI::ValidationError("ARCHIVE", "name an archive as CHANNEL/ARCHIVE or CHANNEL ARCHIVE");
+    }
+    arguments.channel = std::move(parts[0]);
+    arguments.archive = std::move(parts[1]);
+  });
+}
+
+void AddDocumentArgument(CLI::App& command, DocumentName& document) {
+  const auto assign = [&document](const std::string& text) {
+    const auto name = ParseDocumentName(text);
+    if (!name) {
+      throw CLI::ValidationError("DOC", "name a document as CHANNEL/ARCHIVE/DOCUMENT[/VERSION], not \"" + text + "\"");
+    }
+    document = *name;
+  };
+  command.add_option_function<std::string>("DOC", assign, "the document, CHANNEL/ARCHIVE/DOCUMENT[/VERSION]")
+      ->required()
+      ->type_name("");
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,44 @@
+// interruption.h - lets a command that has made files end in order when a signal asks it to.
+// One at a time in a process.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_INTERRUPTION_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_INTERRUPTION_H_
+
+#include <exception>
+#include <memory>
+
+namespace oxaqrycln {
+
+// The command was asked to end.
+class Interrupted : public std::exception {
+ public:
+  explicit Interrupted(int signal) noexcept : signal_(signal) {}
+  int signal() const noexcept { return signal_; }
+  const char* what() const noexcept override { return "interrupted"; }
+
+ private:
+  int signal_;
+};
+
+// While it lives, an interrupt, a request to end or a hang-up only takes note of the signal.
+class Interruption {
+ public:
+  Interruption();
+  ~Interruption();
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
+
+  // The signal that came last, 0 for none.
+  int Signal() const noexcept;
+  // Raises Interrupted when a signal came.
+  void Check() const {
+    if (const int signal = Signal(); signal != 0) throw Interrupted(signal);
+  }
+
+ private:
+  struct Former;
+  std::unique_ptr<Former> former_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_INTERRUPTION_H_

@@ -1,0 +1,21 @@
+#include "tools/oxaqry/request_watch.h"
+
+namespace oxaqrycln {
+
+RequestWatch::RequestWatch(const Interruption& interruption, OnTick onTick)
+    : interruption_(interruption),
+      onTick_(std::move(onTick)),
+      apartment_(Apartment::Current()),
+      timer_(apartment_->loop, std::chrono::milliseconds(100), [this] { Tick(); }) {
+  timer_.Enable(true);
+}
+
+// What a tick raises leaves through the yield of the request, which gives back its socket, its server and its file.
+void RequestWatch::Tick() const {
+  interruption_.Check();
+  if (!onTick_) return;
+  const std::int32_t newest = apartment_->controls.SlotCount();
+  onTick_(newest == 0 ? 0 : apartment_->controls.LngBytesReceived(newest));
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,35 @@
+// request_watch.h - looks after the requests of this thread while they run: ends them when a signal came, and tells
+// ten times a second how far they are.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_REQUEST_WATCH_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_REQUEST_WATCH_H_
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "platform/timer.h"
+#include "tools/oxaqry/interruption.h"
+#include "transport/apartment.h"
+
+namespace oxaqrycln {
+
+class RequestWatch {
+ public:
+  // Told the number of bytes of a file that the thread's newest connection has received.
+  using OnTick = std::function<void(std::int64_t bytesReceived)>;
+
+  // A request that is ended returns its failure value; Interruption::Check then tells why.
+  explicit RequestWatch(const Interruption& interruption, OnTick onTick = nullptr);
+
+ private:
+  void Tick() const;
+
+  const Interruption& interruption_;
+  const OnTick onTick_;
+  const std::shared_ptr<Apartment> apartment_;
+  Timer timer_;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_REQUEST_WATCH_H_
