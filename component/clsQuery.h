@@ -78,8 +78,8 @@ class clsQuery {
 
   // Creates a user, with an account of the archive system when both of its texts are given. Returns the new user's ID
   // (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
-  Variant WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strTELOUser = Missing,
-                        const Variant& strTELOPasswd = Missing);
+  Variant WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strParamTELOUser = Missing,
+                        const Variant& strParamTELOPasswd = Missing);
   // One more than the largest number in a column of a table, 1 for an empty one (Long); 0 on failure.
   Variant GetNextDBObjectID(const Variant& strField, const Variant& strTable);
   // The ID of the first user of the name (Long) when the password is his, or none is given; else 0.
@@ -89,7 +89,8 @@ class clsQuery {
   Variant ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew);
   // 1 (Long) when there is such a user, whose account of the archive system the outputs receive, "" without one; else 0
   // with the outputs untouched.
-  Variant GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser = nullptr, Variant* strTELOPasswd = nullptr);
+  Variant GetUserTELOUser(const Variant& strUserID, Variant* strParamTELOUser = nullptr,
+                          Variant* strParamTELOPasswd = nullptr);
   // 1 (Long) when the user has the flag set or cleared, which intChangePasswd receives; else 0, in both.
   Variant GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd = nullptr);
   // Says whether the user must change his password. Returns 1 (Long), also when there is no such user; 0 on failure.

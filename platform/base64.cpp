@@ -27,10 +27,10 @@ bool IsBase64(std::string_view text) noexcept {
 
 std::string EncodeBase64(std::string_view bytes) {
   if (bytes.empty()) return {};
-  const gpgrt_stream_t stream = gpgrt_fopenmem(0, "w+b");
+  gpgrt_stream_t stream = gpgrt_fopenmem(0, "w+b");
   if (stream == nullptr) throw std::bad_alloc();
   // An empty title writes the bare encoding, with a line end after every 64 digits.
-  const gpgrt_b64state_t state = gpgrt_b64enc_start(stream, "");
+  gpgrt_b64state_t state = gpgrt_b64enc_start(stream, "");
   const bool written = state != nullptr && gpgrt_b64enc_write(state, bytes.data(), bytes.size()) == 0;
   const bool finished = state != nullptr && gpgrt_b64enc_finish(state) == 0;
   void* memory = nullptr;
@@ -46,7 +46,7 @@ std::string EncodeBase64(std::string_view bytes) {
 std::optional<std::string> DecodeBase64(std::string_view text) {
   if (!IsBase64(text)) return std::nullopt;
   std::string bytes(text);
-  const gpgrt_b64state_t state = gpgrt_b64dec_start(nullptr);
+  gpgrt_b64state_t state = gpgrt_b64dec_start(nullptr);
   if (state == nullptr) throw std::bad_alloc();
   std::size_t length = 0;
   const gpg_error_t failed = gpgrt_b64dec_proc(state, bytes.data(), bytes.size(), &length);

@@ -50,8 +50,9 @@ DesKey DesKeyFromText(std::string_view text) noexcept {
   }
   DesKey key{};
   for (std::size_t i = 0; i < key.size(); ++i) {
-    const auto seven = static_cast<std::uint8_t>(bits >> (49 - 7 * i) & 0x7FU);
-    key[i] = static_cast<std::uint8_t>(seven << 1U | (std::popcount(seven) % 2 == 0 ? 1U : 0U));
+    const auto seven = static_cast<unsigned>(bits >> (49U - 7U * i) & 0x7FU);
+    const bool isOdd = std::popcount(seven) % 2 == 1;
+    key[i] = static_cast<std::uint8_t>(seven << 1U | (isOdd ? 0U : 1U));
   }
   return key;
 }

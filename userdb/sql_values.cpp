@@ -25,7 +25,7 @@ std::string SqlText(const Variant& value) {
 }
 
 std::string SqlNumber(const Variant& value) {
-  const std::string text = value.ToText();
+  std::string text = value.ToText();
   std::string_view digits = text;
   if (digits.starts_with('-') || digits.starts_with('+')) digits.remove_prefix(1);
   if (digits.empty() || !std::ranges::all_of(digits, IsDigit)) {
@@ -35,7 +35,7 @@ std::string SqlNumber(const Variant& value) {
 }
 
 std::string SqlName(const Variant& value) {
-  const std::string name = value.ToText();
+  std::string name = value.ToText();
   const bool isPlain = !name.empty() && IsLetter(name.front()) &&
                        std::ranges::all_of(name, [](char each) { return IsLetter(each) || IsDigit(each); });
   if (!isPlain) {

@@ -37,14 +37,15 @@ Variant FindUser(QueryState& state, const Variant& name, const Variant& password
 
 }  // namespace
 
-Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strAccount,
-                                const Variant& strAccountPasswd) {
+Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strParamTELOUser,
+                                const Variant& strParamTELOPasswd) {
   QueryState& state = *state_;
   return state.Run("WriteUserToDB", Failed(), [&](Variant& result) {
     const std::string user = SqlText(strUser);
     const std::string password = EncodedText(strPasswd);
-    const bool hasAccount = !strAccount.IsMissing() && !strAccountPasswd.IsMissing();
-    const std::string account = hasAccount ? ", " + SqlText(strAccount) + ", " + EncodedText(strAccountPasswd) : "";
+    const bool hasAccount = !strParamTELOUser.IsMissing() && !strParamTELOPasswd.IsMissing();
+    const std::string account =
+        hasAccount ? ", " + SqlText(strParamTELOUser) + ", " + EncodedText(strParamTELOPasswd) : "";
     const std::int32_t id = NextId(state, "UserID", "Users");
     state.Database().Execute("INSERT INTO Users(UserID,UserName,Passwd" +
                              std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + std::to_string(id) +
@@ -82,7 +83,7 @@ Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdO
   });
 }
 
-Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strAccount, Variant* strAccountPasswd) {
+Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strParamTELOUser, Variant* strParamTELOPasswd) {
   QueryState& state = *state_;
   return state.Run("GetUserTELOUser", Variant::Long(0), [&](Variant& result) {
     const auto rows =
@@ -92,8 +93,8 @@ Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strAccount,
       const Variant password = rows->Field("TELOPasswd");
       const bool hasBoth = !user.IsNull() && !password.IsNull();
       const std::string decoded = hasBoth ? Decode(password.ToText()) : "";
-      WriteText(strAccount, hasBoth ? user.ToText() : "");
-      WriteText(strAccountPasswd, decoded);
+      WriteText(strParamTELOUser, hasBoth ? user.ToText() : "");
+      WriteText(strParamTELOPasswd, decoded);
       result = Variant::Long(1);
     }
     rows->Close();
