@@ -72,7 +72,7 @@ void MultipartBody::Take(std::string_view piece) {
 // The body's first line is the boundary. It is treated as if a line end stood before it, as before all others.
 bool MultipartBody::TakeBoundary() {
   const std::size_t end = rest_.find(kLineEnd);
-  if (end == std::string::npos && rest_.size() <= kLongestBoundary) return false;
+  if (end == std::string::npos && rest_.size() < kLongestBoundary + kLineEnd.size()) return false;
   if (end == 0 || end > kLongestBoundary)
     Refuse("The body of the request is no form: it does not begin with a boundary");
   delimiter_ = std::string(kLineEnd) + rest_.substr(0, end);
@@ -84,10 +84,8 @@ bool MultipartBody::TakeBoundary() {
 // From the line end of the boundary line to the empty line.
 bool MultipartBody::TakeHeader() {
   const std::size_t end = rest_.find(kHeaderEnd);
-  if (end == std::string::npos) {
-    if (rest_.size() > kLongestHeader) Refuse("The header of a part of the form has no end");
-    return false;
-  }
+  if (end == std::string::npos && rest_.size() < kLongestHeader + kHeaderEnd.size()) return false;
+  if (end > kLongestHeader) Refuse("The header of a part of the form has no end");
   const std::string_view name = FileName(std::string_view(rest_).substr(0, end));
   inFile_ = !name.empty() && sink_.Begin(name);
   rest_.erase(0, end + kHeaderEnd.size());

@@ -21,7 +21,7 @@ constexpr std::size_t kFileSize = 64U << 20U;
 // Gone at the end of the program, with all files.
 const std::string& BlobDirectory() {
   struct Directory {
-    Directory() : path((std::filesystem::temp_directory_path() / "oxaqrycln-bench-XXXXXX").string()) {
+    Directory() : path((std::filesystem::temp_directory_path() / ("oxaqrycln-bench-" + std::string(6, 'X'))).string()) {
       if (mkdtemp(path.data()) == nullptr) std::abort();
     }
     ~Directory() { std::filesystem::remove_all(path); }

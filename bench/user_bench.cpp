@@ -22,7 +22,7 @@ constexpr int kGroups = 100;
 class UserDatabase {
  public:
   explicit UserDatabase(int users)
-      : path_((std::filesystem::temp_directory_path() / "oxaqrycln-bench-XXXXXX").string()) {
+      : path_((std::filesystem::temp_directory_path() / ("oxaqrycln-bench-" + std::string(6, 'X'))).string()) {
     const int made = mkstemp(path_.data());
     if (made < 0) std::abort();
     std::ifstream file(OXAQRYCLN_SCHEMA);

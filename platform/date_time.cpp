@@ -39,10 +39,14 @@ std::string Format(const char* form, int a, int b, int c) {
 
 DateTime DateTime::FromDays(double days) {
   // The years 100 to 9999.
-  if (!(days > -657435.0 && days < 2958466.0)) throw RuntimeError(error::kOverflow);
+  constexpr std::int64_t kDayAfterLast = 2958466;
+  if (!(days > -657435.0 && days < static_cast<double>(kDayAfterLast))) throw RuntimeError(error::kOverflow);
   const double whole = std::trunc(days);
   const double second = std::round(std::fabs(days - whole) * static_cast<double>(kSecondsADay));
-  return DateTime(static_cast<std::int64_t>(whole) * kSecondsADay + static_cast<std::int64_t>(second));
+  const auto seconds = static_cast<std::int64_t>(whole) * kSecondsADay + static_cast<std::int64_t>(second);
+  // The last half second of the last day rounds up to the day behind it.
+  if (seconds >= kDayAfterLast * kSecondsADay) throw RuntimeError(error::kOverflow);
+  return DateTime(seconds);
 }
 
 DateTime DateTime::FromCivil(const CivilTime& civil) {

@@ -1,4 +1,5 @@
 // What the automation rules make of a value of another type.
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -21,6 +22,25 @@ std::string_view WithoutBlanks(std::string_view text) noexcept {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
+// Whether a decimal number without a sign is 1 or more. Its exponent may be too large for any number of the machine.
+bool IsOneOrMore(std::string_view text) noexcept {
+  const std::size_t end = std::min(text.find_first_of("eE"), text.size());
+  const std::string_view digits = text.substr(0, end);
+  const std::size_t first = digits.find_first_of("123456789");
+  if (first == std::string_view::npos) return false;
+  const std::size_t point = std::min(digits.find('.'), digits.size());
+  // So many places the first digit that counts stands before the point; none or fewer are behind it.
+  const auto places = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + (first > point ? 1 : 0);
+  std::string_view exponent = text.substr(std::min(end + 1, text.size()));
+  const bool negative = exponent.starts_with('-');
+  if (negative || exponent.starts_with('+')) exponent.remove_prefix(1);
+  std::int64_t moved = 0;
+  if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), moved).ec == std::errc::result_out_of_range) {
+    return !negative;
+  }
+  return negative ? places > moved : places > -moved;
+}
+
 double TextToDouble(std::string_view text) {
   text = WithoutBlanks(text);
   const bool negative = text.starts_with('-');
@@ -31,9 +51,7 @@ double TextToDouble(std::string_view text) {
   const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (end != text.data() + text.size() || failed == std::errc::invalid_argument) Mismatch();
   if (failed == std::errc::result_out_of_range) {
-    // Too small is nothing, too large does not fit; the sign of the exponent tells which.
-    const std::size_t exponent = text.find_first_of("eE");
-    if (exponent == std::string_view::npos || text.substr(exponent + 1, 1) != "-") throw RuntimeError(error::kOverflow);
+    if (IsOneOrMore(text)) throw RuntimeError(error::kOverflow);  // too large; too small is nothing
     value = 0;
   }
   return negative ? -value : value;

@@ -90,7 +90,7 @@ void ConnectionSlot::TakeFirstBytes(std::string_view packet) {
   }
   const std::size_t lineEnd = packet.substr(0, kLongestHeader + 2).find("\r\n");
   if (lineEnd != std::string_view::npos && compared == kHeaderStart.size()) return TakeHeader(packet, lineEnd);
-  if (packet.size() > kLongestHeader) {
+  if (packet.size() >= kLongestHeader + 2) {  // no room is left for the line end
     header_ = Header::Failed;
     throw RuntimeError(error::kInvalidProcedureCall);
   }

@@ -40,7 +40,7 @@ std::string NativeName(std::string_view name) {
 }
 
 std::string MakePrivateDirectory() {
-  std::string path = (std::filesystem::temp_directory_path() / "devserver-XXXXXX").string();
+  std::string path = (std::filesystem::temp_directory_path() / ("devserver-" + std::string(6, 'X'))).string();
   if (mkdtemp(path.data()) == nullptr) FailWithErrno("Making a temporary directory");
   return path;
 }
