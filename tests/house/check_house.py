@@ -112,7 +112,7 @@ def check(root):
 
 
 def main():
-    breaches = list(check(Path(sys.argv[1]).resolve()))
+    breaches = list(check(Path(sys.argv[1] if len(sys.argv) > 1 else ".").resolve()))
     print("\n".join(breaches) or "the house is in order")
     return 1 if breaches else 0
 

@@ -93,7 +93,8 @@ void Log(std::string_view request, const Reply& reply) {
   for (std::size_t index = 0; index < fields.size(); ++index) {
     if (index != 2) line += "[" + Printable(fields[index]) + "] ";
   }
-  if (fields.empty()) line = "[" + Printable(request) + "] ";
+  // Without fields nobody knows where a password stands.
+  if (fields.empty()) line = "[no request, " + std::to_string(request.size()) + " bytes] ";
   std::cerr << ToUtf8(line + Outcome(reply) + "\n") << std::flush;
 }
 

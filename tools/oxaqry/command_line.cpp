@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <limits>
 #include <memory>
 
 #include "tools/oxaqry/command_parser.h"
@@ -57,10 +58,10 @@ void AddSearch(CommandParser& parser) {
       [request](const Settings& settings, const Output& output) { return Search(settings, *request, output); });
   search->add_option("QUERY", request->query, "the query expression")->required()->type_name("");
   search->add_option("--max", request->maxLines, "largest number of hits to show (default 100)")
-      ->check(CLI::Validator(CLI::NonNegativeNumber).description(""))
+      ->check(CLI::Validator(CLI::Range(std::int32_t{0}, std::numeric_limits<std::int32_t>::max())).description(""))
       ->type_name("N");
   search->add_option("--query-max", request->maxHits, "largest number of hits the query may produce (default 1000)")
-      ->check(CLI::Validator(CLI::NonNegativeNumber).description(""))
+      ->check(CLI::Validator(CLI::Range(std::int32_t{0}, std::numeric_limits<std::int32_t>::max())).description(""))
       ->type_name("N");
   search->add_option("--format", request->format, "query format, as \"formats\" lists them")->type_name("F");
   search->add_option("--rights", request->rights, "folder rights expression that restricts the search")->type_name("R");
@@ -127,7 +128,10 @@ int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surro
   try {
     parser.app().parse(arguments);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return parser.app().exit(error, surroundings.out, surroundings.err);
+    if (error.get_exit_code() == 0) {
+      parser.app().exit(error, surroundings.out, surroundings.err);
+      return surroundings.out.flush() ? 0 : 1;
+    }
     const bool isUnknownCommand = parser.app().get_subcommands().empty() && !first.empty() && first[0] != '-';
     const std::string reason = isUnknownCommand ? "unknown command \"" + first + "\"" : error.what();
     return WrongUsage(reason, surroundings.err);

@@ -92,7 +92,7 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
   for (const SettingEntry& entry : SettingEntries()) {
     const bool isOption = entry.option[0] != '\0';
     if (isOption && command.count(entry.option) > 0) {
-      settings.Set(entry.variable, options_[entry.variable], entry.option);
+      SetFromOption(settings, entry);
     }
   }
   if (!passwordPath_.empty()) {
@@ -100,11 +100,20 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
   }
   if (passwordFromInput_) {
     std::string password;
-    std::getline(surroundings_.in, password);
+    if (!std::getline(surroundings_.in, password)) throw CommandError("standard input holds no password");
     if (password.ends_with('\r')) password.pop_back();
     settings.Set("strTELOPwd", password, "--password-stdin");
   }
   return settings;
+}
+
+// What is wrong with an option is wrong usage.
+void CommandParser::SetFromOption(Settings& settings, const SettingEntry& entry) {
+  try {
+    settings.Set(entry.variable, options_[entry.variable], entry.option);
+  } catch (const CommandError& why) {
+    throw UsageError(why.what());
+  }
 }
 
 void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments) {

@@ -42,6 +42,7 @@ class CommandParser {
  private:
   void AddSettings(CLI::App& command);
   Settings ReadSettings(const CLI::App& command);
+  void SetFromOption(Settings& settings, const SettingEntry& entry);
   Output MakeOutput() const;
 
   Surroundings surroundings_;

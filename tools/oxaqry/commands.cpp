@@ -111,6 +111,7 @@ int ArchivesByChannel(const Settings& settings, const Output& output) {
     Variant channel;
     Variant description;
     const std::int32_t archiveCount = query->TELOGetAllArchivesExtNext(&channel, &description).ToLong();
+    if (archiveCount < 0) Fail("");
     Json archives = Json::array();
     for (std::int32_t k = 0; k < archiveCount; ++k) {
       Variant comment;
@@ -121,7 +122,7 @@ int ArchivesByChannel(const Settings& settings, const Output& output) {
         table.Add({Printable(channel.ToText()), Printable(archive), Printable(comment.ToText())});
       }
     }
-    if (archiveCount <= 0) table.Add({Printable(channel.ToText())});
+    if (archiveCount == 0) table.Add({Printable(channel.ToText())});
     list.push_back({{"channel", ToUtf8(channel.ToText())},
                     {"description", ToUtf8(description.ToText())},
                     {"archives", std::move(archives)}});

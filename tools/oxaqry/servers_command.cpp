@@ -79,7 +79,7 @@ int Servers(const Settings& settings, const Output& output) {
   }
   if (failed == 0) return 0;
   throw CommandError(std::to_string(failed) + " of " + std::to_string(servers.size()) +
-                     " query servers did not answer: check that they run and that host and port are right");
+                     " query servers failed the check: the list says why, and --log-dir keeps a log that says more");
 }
 
 }  // namespace oxaqrycln

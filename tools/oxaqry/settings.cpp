@@ -1,11 +1,13 @@
 #include "tools/oxaqry/settings.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <fstream>
 #include <utility>
 
 #include "automation/method_table.h"
+#include "component/text_helpers.h"
 #include "platform/code_page.h"
 #include "platform/errors.h"
 #include "tools/oxaqry/value_json.h"
@@ -48,7 +50,8 @@ const SettingEntry* FindEntry(std::string_view variable) {
 }
 
 std::int32_t Seconds(const Variant& value) {
-  const std::int32_t seconds = value.ToLong();
+  const bool isWhole = value.ToText().find_first_not_of("0123456789") == std::string::npos;
+  const std::int32_t seconds = isWhole ? value.ToLong() : -1;
   if (seconds < 0) throw RuntimeError(error::kOverflow);
   return seconds;
 }
@@ -83,18 +86,23 @@ std::string ReadSmallFile(const std::string& path, const std::string& what) {
   return text;
 }
 
-std::vector<std::string> Split(std::string_view text, char separator) {
-  std::vector<std::string> parts;
-  for (std::size_t from = 0;;) {
-    const std::size_t end = text.find(separator, from);
-    parts.emplace_back(text.substr(from, end - from));
-    if (end == std::string_view::npos) return parts;
-    from = end + 1;
+bool IsEncoded(const std::string& password) {
+  try {
+    Decode(password);
+    return true;
+  } catch (const RuntimeError&) {
+    return false;
   }
 }
 
 QueryServer ServerFrom(const std::string& entry) {
-  const std::vector<std::string> fields = Split(entry, ',');
+  std::vector<std::string> fields;
+  for (const std::string_view field : Split(entry, ',')) fields.emplace_back(field);
+  fields.resize(std::max<std::size_t>(fields.size(), 1));
+  if (fields.size() > 4 && !IsEncoded(fields[4])) {
+    throw CommandError("the password of the query server \"" + ToUtf8(fields[0]) +
+                       "\" is not encoded: \"Encode\" of oxaqry session makes the text that belongs there");
+  }
   if (fields.size() >= 2 && !fields[0].empty()) {
     int port = 0;
     const char* const end = fields[1].data() + fields[1].size();
@@ -167,7 +175,7 @@ std::vector<QueryServer> Settings::Servers() const {
         "configuration file");
   }
   std::vector<QueryServer> servers;
-  for (const std::string& entry : Split(list, '|')) servers.push_back(ServerFrom(entry));
+  for (const std::string_view entry : Split(list, '|')) servers.push_back(ServerFrom(std::string(entry)));
   return servers;
 }
 

@@ -77,6 +77,7 @@ TEST_F(CommandLineTest, TellsWhatIsWrongWithASetting) {
     std::string config;
     std::vector<std::string> arguments;
     const char* message;
+    int status = 1;  // 2 for what is wrong with an option itself
   };
   const std::vector<Case> cases{
       {"no servers", "{}", {}, "no query servers are set: give --hosts"},
@@ -85,9 +86,11 @@ TEST_F(CommandLineTest, TellsWhatIsWrongWithASetting) {
       {"wrong type", R"({"strUserName":[1]})", {}, "\"strUserName\" in the configuration file"},
       {"number for a text", R"({"strUserName":1})", {}, "must be a text"},
       {"no number", R"({"lngRequestTimeout":"soon"})", {}, "must be a whole number"},
-      {"negative time-out", "{}", {"--timeout=-1"}, "--timeout must be a whole number from 0"},
-      {"no date", "{}", {"--login-time", "now"}, "--login-time must be a date"},
-      {"outside the code page", "{}", {"--user", "中"}, "--user: a text holds a character"},
+      {"negative time-out", "{}", {"--timeout=-1"}, "--timeout must be a whole number from 0", 2},
+      {"fraction", "{}", {"--timeout=0.4"}, "--timeout must be a whole number", 2},
+      {"password not encoded", "{}", {"--hosts", "h,1,0,u,XX"}, "password of the query server \"h\" is not encoded"},
+      {"no date", "{}", {"--login-time", "now"}, "--login-time must be a date", 2},
+      {"outside the code page", "{}", {"--user", "中"}, "--user: a text holds a character", 2},
       {"no port", R"({"RemoteHosts":"h"})", {}, "\"h\" needs a port"},
       {"port too large", "{}", {"--hosts", "a,1|b,65536"}, "\"b\" needs a port"},
       {"no password file", "{}", {"--password-file", "/nonexistent/x"}, "cannot read the password file"},
@@ -97,7 +100,7 @@ TEST_F(CommandLineTest, TellsWhatIsWrongWithASetting) {
     std::vector<std::string> arguments{"channels", "--config", File("config.json", test.config)};
     arguments.insert(arguments.end(), test.arguments.begin(), test.arguments.end());
     const ToolRun run = RunOxaqry(arguments);
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.status, test.status);
     EXPECT_THAT(run.err, StartsWith("oxaqry: "));
     EXPECT_THAT(run.err, HasSubstr(test.message));
     EXPECT_THAT(run.out, IsEmpty());

@@ -154,7 +154,7 @@ TEST(Commands, ShowTheStateOfEveryServer) {
   const ToolRun run = RunOxaqry({"servers", "--json", "--hosts", list, "--timeout", "0"},
                                 {{"OXAQRY_USER", "webuser"}, {"OXAQRY_PASSWORD", "secret"}});
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.err, StartsWith("oxaqry: 2 of 3 query servers did not answer"));
+  EXPECT_THAT(run.err, StartsWith("oxaqry: 2 of 3 query servers failed the check"));
   const Json document = Json::parse(run.out, nullptr, false);
   ASSERT_EQ(document["servers"].size(), 3U);
   EXPECT_THAT(document["servers"][0]["answer"].get<std::string>(), HasSubstr("alive"));

@@ -12,9 +12,11 @@ _oxaqry() {
 
   case $previous in
     --config|--password-file|--contents|--import-file|--output|-o)
+      compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       return ;;
     --log-dir|--blob-local|--blob-remote)
+      compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
       return ;;
     --hosts|--user|--timeout|--session|--change-file-ext|--user-ip|--user-name|--login-time)
