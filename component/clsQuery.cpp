@@ -75,9 +75,10 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
 void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
   QueryState& state = *state_;
   state.Run("OnStartPage", false, [&](bool& /*unused*/) {
-    state.context = std::dynamic_pointer_cast<ScriptingContext>(PassedScriptingContext.ToObject());
-    if (state.context == nullptr) throw RuntimeError(error::kTypeMismatch);
-    state.pageRequest = state.context->Request();
+    auto context = std::dynamic_pointer_cast<ScriptingContext>(PassedScriptingContext.ToObject());
+    if (context == nullptr) throw RuntimeError(error::kTypeMismatch);
+    state.pageRequest = context->Request();
+    state.context = std::move(context);
   });
 }
 

@@ -5,6 +5,22 @@
 #include "component/text_helpers.h"
 
 namespace oxaqrycln {
+namespace {
+
+// The level of a line; what is no level is written like information.
+int Level(const Variant& value) noexcept {
+  if (value.IsMissing()) return bytInfo;
+  try {
+    const double level = value.ToDouble();
+    for (const int each : {bytWarning, bytError, bytExtended}) {
+      if (level == each) return each;
+    }
+  } catch (...) {  // no number
+  }
+  return bytInfo;
+}
+
+}  // namespace
 
 std::string clsQuery::Encode(const Variant& strText) {
   return state_->Run("Encode", std::string(), [&](std::string& result) {
@@ -31,8 +47,7 @@ void clsQuery::DeleteFTPObjects(const Variant& strFile) {
 void clsQuery::WriteLog(const Variant& strLogLine, const Variant& bytLogType) {
   try {
     std::string scratch;
-    const int level = bytLogType.IsMissing() ? int{bytInfo} : int{bytLogType.ToByte()};
-    state_->log.Write(level, strLogLine.TextView(scratch));
+    state_->log.Write(Level(bytLogType), strLogLine.TextView(scratch));
   } catch (...) {  // the line is lost, as with every other failure of the log
   }
 }

@@ -38,6 +38,8 @@ class EventLoop {
   // leaves through the yield.
   void Post(std::function<void()> call) { posted_.push_back(std::move(call)); }
 
+  // Runs the timers that are due and nothing else; false when none was.
+  bool RunDueTimers();
   // Runs what is ready and returns at once.
   void Yield();
   // The same, but waits in the poller for something to run, at the latest until the time given.
@@ -52,7 +54,6 @@ class EventLoop {
     ReadySink* sink;
   };
   bool RunPosted();
-  bool RunDueTimers();
   SteadyPoint NextTimer(SteadyPoint latest) const noexcept;
   void Dispatch();
 

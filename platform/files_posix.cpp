@@ -182,9 +182,9 @@ std::vector<DirectoryEntry> ListDirectory(std::string_view path) {
   while (const dirent* each = readdir(directory.get())) {
     const std::string name = each->d_name;
     if (name == "." || name == "..") continue;
-    // A name without a form in the code page cannot be spoken of here.
+    // A name without a form in the code page cannot be spoken of here, one with a "\\" would be taken for a path.
     auto text = FromUtf8(name);
-    if (!text) continue;
+    if (!text || text->find('\\') != std::string::npos) continue;
     struct stat status {};
     const bool known = fstatat(dirfd(directory.get()), each->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0;
     entries.push_back({std::move(*text), known && S_ISDIR(status.st_mode)});

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <optional>
 
@@ -84,8 +83,8 @@ Whole Rounded(double value) {
 
 std::string DoubleToText(double value) {
   char text[40];
-  const int length = std::snprintf(text, sizeof text, "%.15G", value);
-  return {text, static_cast<std::size_t>(length)};
+  const auto written = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 15);
+  return UpperCase(std::string_view(text, static_cast<std::size_t>(written.ptr - text)));  // the exponent's "E"
 }
 
 }  // namespace

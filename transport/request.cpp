@@ -46,6 +46,7 @@ class RequestExecution::Attempts {
     controls_.StartReceiving(slot(), message_.receipt);
     const bool printOnly =
         message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
+    owner_.apartment_->loop.RunDueTimers();  // one frees a stale server, before the first claim
     while (TryOneServer(printOnly)) {
     }
     socket_.Close();
@@ -139,6 +140,7 @@ class RequestExecution::Attempts {
   }
 
   void ReportTimeout() {
+    socket_.StopReading();  // what comes now comes too late
     log_.Write(bytWarning, "Timeout occured - last Winsock state: ", static_cast<int>(socket_.State()));
     SetError("Timeout of " + std::to_string(owner_.timeout_) + " seconds occured while waiting for server response");
   }

@@ -30,7 +30,9 @@ std::string BuildRequestPre(std::int32_t serverNumber, ServerTable& servers, con
     const ServerEntry& server = servers.At(serverNumber);
     const bool own = !server.user.empty();
     const std::string& user = own ? server.user : account.user;
-    const std::string password = Encode(own ? server.password : account.password);
+    const std::string password = Trap(log, "Encode", std::string(), [&](std::string& encoded) {
+      encoded = Encode(own ? server.password : account.password);
+    });
     result = "^" + account.sessionId + "^,^" + user + "^,^" + password + "^";
   });
 }

@@ -57,7 +57,7 @@ std::string Trimmed(std::string_view text) {
 
 ResponseLines::ResponseLines(ByteBlock text, std::size_t start) : text_(std::move(text)) {
   const std::string_view all = text_.View();
-  if (start >= all.size()) return;
+  if (start >= all.size() || all.substr(start) == kLineEnd) return;
   // Room for lines of eight characters and more in a small answer; a large one grows, which moves pages only.
   Positions starts(std::min<std::size_t>((all.size() - start) / 8 + 2, 4096));
   starts.Add(start);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "component/text_helpers.h"
+#include "component/trap.h"
 #include "platform/errors.h"
 #include "platform/variant.h"
 
@@ -12,7 +13,7 @@ namespace {
 constexpr std::int64_t kStaleMinutes = 5;
 constexpr std::size_t kMostServers = 32767;
 
-ServerEntry ParseEntry(std::string_view text) {
+ServerEntry ParseEntry(std::string_view text, const SessionLog& log) {
   const auto fields = Split(text, ',');
   if (fields.size() < 2) throw RuntimeError(error::kSubscriptOutOfRange);
   ServerEntry entry;
@@ -20,7 +21,10 @@ ServerEntry ParseEntry(std::string_view text) {
   entry.port = TextToLong(fields[1]);
   if (fields.size() > 2) entry.print = fields[2] == "1";
   if (fields.size() > 3) entry.user = fields[3];
-  if (fields.size() > 4) entry.password = Decode(fields[4]);
+  // A password that cannot be decoded counts as none; the log tells.
+  if (fields.size() > 4) {
+    entry.password = Trap(log, "Decode", std::string(), [&](std::string& result) { result = Decode(fields[4]); });
+  }
   return entry;
 }
 
@@ -38,7 +42,7 @@ void ServerTable::Load(std::string_view hosts, const SessionLog& log) {
   std::vector<ServerEntry> entries;
   entries.reserve(texts.size());
   for (const std::string_view text : texts) {
-    entries.push_back(ParseEntry(text));
+    entries.push_back(ParseEntry(text, log));
     const ServerEntry& entry = entries.back();
     log.Write(bytInfo, "Setting query server #", entries.size(), ": ", entry.host, " - ", entry.port, " - ",
               entry.print ? "1" : "0");

@@ -92,7 +92,9 @@ Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strParamTEL
       const Variant user = rows->Field("TELOUser");
       const Variant password = rows->Field("TELOPasswd");
       const bool hasBoth = !user.IsNull() && !password.IsNull();
-      const std::string decoded = hasBoth ? Decode(password.ToText()) : "";
+      const std::string decoded = Trap(state.log, "Decode", std::string(), [&](std::string& text) {
+        if (hasBoth) text = Decode(password.ToText());
+      });
       WriteText(strParamTELOUser, hasBoth ? user.ToText() : "");
       WriteText(strParamTELOPasswd, decoded);
       result = Variant::Long(1);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "component/text_helpers.h"
 #include "platform/database.h"
 #include "platform/errors.h"
 #include "platform/objects.h"
@@ -176,9 +177,14 @@ TEST(HelperMethods, FailThroughTheirHandlers) {
     EXPECT_NE(log.find("'DeleteFTPObjects()': 76 - "), std::string::npos);
     query.WriteLog("mine", 2);
     query.WriteLog("plain");
-    query.WriteLog("odd level", 999);
+    for (const Variant& odd : {Variant(999), Variant(-1), Variant("abc"), Variant(2.5)})
+      query.WriteLog("odd level", odd);
     EXPECT_NE(logs.Read("S1.log").find("!!! <WARNING> mine\r\n"), std::string::npos);
     EXPECT_NE(logs.Read("S1.log").find("     plain\r\n"), std::string::npos);
+    int odd = 0;
+    const std::string lines = logs.Read("S1.log");
+    for (const std::string_view line : Split(lines, '\n')) odd += line.ends_with("     odd level\r");
+    EXPECT_EQ(odd, 4);
   });
 }
 

@@ -49,6 +49,13 @@ TEST(DeleteMatchingFiles, DeletesMatchesAndEveryDirectoryBesideThem) {
   EXPECT_TRUE(directory.Has("b.tif"));
   EXPECT_FALSE(directory.Has("sub"));
   EXPECT_TRUE(elsewhere.Has("kept"));  // a link is not followed
+  // Names with a backslash are no way out of the directory.
+  directory.Write("in", "x");
+  std::filesystem::create_directories(directory.File("ftp/..\\in"));
+  directory.Write("ftp/..\\b.tif", "x");
+  DeleteMatchingFiles(directory.path() + "\\ftp\\*");
+  EXPECT_TRUE(directory.Has("in"));
+  EXPECT_TRUE(directory.Has("b.tif"));
 }
 
 TEST(DeleteMatchingFiles, StopsAtADirectoryInADirectoryAndAtTheEmptyText) {

@@ -108,6 +108,25 @@ TEST(Request, TimesOutOnASilentServerUsingNoProcessorTime) {
   EXPECT_EQ(page.text, "awake");
 }
 
+TEST(Request, ThatHasTimedOutStaysSoWhateverArrivesNext) {
+  ScriptedServer server(ScriptedServer::Replies(Framed("late")));
+  for (int i = 0; i < 50; ++i) {
+    Requester page(server.Host(), -1);
+    EXPECT_FALSE(page.Request("^Ping^"));
+    EXPECT_EQ(page.error, "Timeout of -1 seconds occured while waiting for server response");
+  }
+}
+
+TEST(Request, FindsAServerThatADueTimerFrees) {
+  ScriptedServer server(ScriptedServer::Replies(Framed("back")));
+  Requester page(server.Host());
+  page.apartment->servers.GetFreeServer(false, "gone");
+  page.apartment->controls.ReleaseTimer().SetInterval(30s);
+  page.apartment->controls.ReleaseTimer().Enable(true);
+  page.apartment->clock.Advance(30min);
+  EXPECT_TRUE(page.Request("^Ping^")) << page.error;
+}
+
 TEST(Request, CountsSecondBoundariesThatAJumpOfTheWallClockDoesNotTouch) {
   Requester* inside = nullptr;
   ScriptedServer server([](Peer& peer) {

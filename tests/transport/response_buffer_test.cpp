@@ -36,6 +36,7 @@ struct Judged {
 TEST(InitBuffer, JudgesTheStatusLineAndSplitsTheRest) {
   for (const Judged& each :
        {Judged{"nothing behind the status line", "Status: OK\r\n", true, "", {}},
+        Judged{"only a line end behind it", "Status: OK\r\n\r\n", true, "", {}},
         Judged{"status without a line end", "Status: OK", true, "", {}},
         Judged{"last line end left out", "Status: OK\r\na\r\nb", true, "", {"a", "b"}},
         Judged{"one line end is dropped", "Status: OK\r\na\r\n\r\n", true, "", {"a", ""}},
