@@ -20,7 +20,11 @@ FLOORS = [
     ("tests, benchmarks and examples", r"(tests|bench|fuzz|examples)/"),
 ]
 # Headers that the build makes from a file of the tree.
-GENERATED = {"component/version.h": "component/version.h.in", "tools/devserver/schema.h": "tools/devserver/schema.h.in"}
+GENERATED = {
+    "component/version.h": "component/version.h.in",
+    "tools/devserver/schema.h": "tools/devserver/schema.h.in",
+    "tools/oxaqry/user_schema.h": "tools/oxaqry/user_schema.h.in",
+}
 COMPONENT = re.compile(r"(platform|component|transport|archive|userdb|automation)/")
 SYSTEM_FILE = re.compile(r"platform/\w+_(posix|windows)\.cpp$")
 SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(_WIN32|_WIN64|__linux__|__unix__|__APPLE__)\b", re.M)

@@ -11,6 +11,7 @@
 #include "tools/oxaqry/methods_command.h"
 #include "tools/oxaqry/session.h"
 #include "tools/oxaqry/transfer_command_line.h"
+#include "tools/oxaqry/user_command_line.h"
 
 namespace oxaqrycln {
 namespace {
@@ -97,6 +98,7 @@ void AddAllCommands(CommandParser& parser, const Surroundings& surroundings) {
   AddSearch(parser);
   AddDocumentCommands(parser);
   AddTransferCommands(parser);
+  AddUserCommands(parser);
   AddOwnCommands(parser, surroundings);
 }
 

@@ -3,10 +3,15 @@
 #include <istream>
 
 #include "component/version.h"
+#include "platform/code_page.h"
+#include "platform/connection_string.h"
+#include "platform/errors.h"
 
 namespace oxaqrycln {
 namespace {
 
+constexpr const char* kSettingsGroup = "Settings";
+constexpr const char* kDatabase = "--database";
 constexpr const char* kClosing =
     "Settings come from --config FILE, then from the environment (OXAQRY_REMOTE_HOSTS, OXAQRY_USER,\n"
     "OXAQRY_PASSWORD, ...), then from options; the later wins. The manual page oxaqry(1) lists them all.\n"
@@ -16,6 +21,24 @@ constexpr const char* kClosing =
     "  oxaqry search 'invoice AND 2026' --max 20 --config archive.json\n"
     "  oxaqry show Finance/Invoices/1262 --query invoice --config archive.json\n"
     "  oxaqry COMMAND --help";
+
+// An option's value can be read by everybody on the machine. Another provider's own string may stand in a value.
+bool HoldsPassword(const std::string& connectionString) {
+  try {
+    for (const auto& [name, value] : ConnectionAttributes(connectionString)) {
+      const std::string upper = UpperCase(name);
+      if (upper == "PWD" || upper == "PASSWORD") return true;
+      if (upper == "EXTENDED PROPERTIES" && HoldsPassword(value)) return true;
+    }
+  } catch (const RuntimeError&) {  // told when the database is opened
+  }
+  return false;
+}
+
+std::string RefusePassword(const std::string& connectionString) {
+  if (!HoldsPassword(connectionString)) return {};
+  return "a password in an option can be read by everybody: give OXAQRY_DATABASE, or strDBConnect in --config";
+}
 
 }  // namespace
 
@@ -53,6 +76,21 @@ CLI::App* CommandParser::AddQuery(CLI::App& parent, const char* name, const char
   return command;
 }
 
+CLI::App* CommandParser::AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
+                                     Command action) {
+  CLI::App* const command = parent.add_subcommand(name, description);
+  command->footer(examples);
+  AddDatabaseSettings(*command);
+  command->callback([this, command, action = std::move(action)] {
+    run_ = [this, command, action] {
+      Settings settings = ReadSettings(*command);
+      if (command->count(kDatabase) > 0) SetFromOption(settings, {"strDBConnect", "", kDatabase, ""});
+      return action(settings, MakeOutput());
+    };
+  });
+  return command;
+}
+
 CLI::App* CommandParser::AddGroup(const char* name, const char* description, const char* examples) {
   CLI::App* const group = app_.add_subcommand(name, description);
   group->footer(examples);
@@ -65,22 +103,43 @@ CLI::Option* CommandParser::AddJson(CLI::App& command, const char* description) 
 }
 
 void CommandParser::AddSettings(CLI::App& command) {
-  constexpr const char* kGroup = "Settings";
   AddJson(command, "print one JSON document instead of a table");
   command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
       ->type_name("FILE")
-      ->group(kGroup);
+      ->group(kSettingsGroup);
   for (const SettingEntry& entry : SettingEntries()) {
     if (entry.option[0] == '\0') continue;
-    command.add_option(entry.option, options_[entry.variable], entry.meaning)->type_name("VALUE")->group(kGroup);
+    command.add_option(entry.option, options_[entry.variable], entry.meaning)
+        ->type_name("VALUE")
+        ->group(kSettingsGroup);
   }
   CLI::Option* const file =
       command.add_option("--password-file", passwordPath_, "file whose first line is the archive account's password")
           ->type_name("FILE")
-          ->group(kGroup);
+          ->group(kSettingsGroup);
   command.add_flag("--password-stdin", passwordFromInput_, "read that password from the first line of standard input")
       ->excludes(file)
-      ->group(kGroup);
+      ->group(kSettingsGroup);
+}
+
+void CommandParser::AddDatabaseSettings(CLI::App& command) {
+  AddJson(command, "print one JSON document instead of a table");
+  command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
+      ->type_name("FILE")
+      ->group(kSettingsGroup);
+  command
+      .add_option(kDatabase, options_["strDBConnect"],
+                  "connection string of the web user database, if it holds no password")
+      ->check(CLI::Validator(RefusePassword, ""))
+      ->type_name("VALUE")
+      ->group(kSettingsGroup);
+  for (const SettingEntry& entry : SettingEntries()) {
+    const std::string_view option = entry.option;
+    if (option != "--log-dir" && option != "--session") continue;
+    command.add_option(entry.option, options_[entry.variable], entry.meaning)
+        ->type_name("VALUE")
+        ->group(kSettingsGroup);
+  }
 }
 
 Settings CommandParser::ReadSettings(const CLI::App& command) {
@@ -90,8 +149,8 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
   if (!configPath_.empty()) settings.ReadConfig(configPath_);
   settings.ReadEnvironment(surroundings_.environment);
   for (const SettingEntry& entry : SettingEntries()) {
-    const bool isOption = entry.option[0] != '\0';
-    if (isOption && command.count(entry.option) > 0) {
+    const CLI::Option* const option = entry.option[0] == '\0' ? nullptr : command.get_option_no_throw(entry.option);
+    if (option != nullptr && option->count() > 0) {
       SetFromOption(settings, entry);
     }
   }

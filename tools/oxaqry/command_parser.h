@@ -34,6 +34,9 @@ class CommandParser {
   }
   CLI::App* AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples,
                      Command command);
+  // A command that works on the web user database.
+  CLI::App* AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
+                        Command command);
   // A command that is followed by another one.
   CLI::App* AddGroup(const char* name, const char* description, const char* examples);
   // The flag "--json" of a command without settings.
@@ -41,6 +44,7 @@ class CommandParser {
 
  private:
   void AddSettings(CLI::App& command);
+  void AddDatabaseSettings(CLI::App& command);
   Settings ReadSettings(const CLI::App& command);
   void SetFromOption(Settings& settings, const SettingEntry& entry);
   Output MakeOutput() const;

@@ -3,10 +3,13 @@
 _oxaqry() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
   local commands="live direct channels archives formats properties search show create edit delete note masks fetch
-    transfer upload servers write-test session methods"
+    transfer upload user servers write-test session methods"
   local settings="--json --config --hosts --user --password-file --password-stdin --timeout --session --log-dir
     --blob-local --blob-remote --change-file-ext --user-ip --user-name --login-time --help"
+  local database="--json --config --database --session --log-dir --help"
+  local grants="--id --right --edit --archive --channel --group"
   local contents="--title --field --contents --charset --import-file"
+  local users="init import add passwd check must-change list groups rights grant revoke explain"
   local command="" action="" word options="" files=""
   COMPREPLY=()
 
@@ -25,12 +28,16 @@ _oxaqry() {
       return ;;
     --channel|--archive|--title|--field|--charset|--segment|--print|--pages|--size)
       return ;;
+    --database|--id|--right|--archive-user)
+      return ;;
   esac
 
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     if [[ -z $command && " "$commands" " =~ [[:space:]]"$word"[[:space:]] ]]; then
       command=$word
     elif [[ $command == note && -z $action && $word =~ ^(add|list|delete)$ ]]; then
+      action=$word
+    elif [[ $command == user && -z $action && " $users " == *" $word "* ]]; then
       action=$word
     fi
   done
@@ -48,6 +55,19 @@ _oxaqry() {
         "") options="add list delete --help" ;;
         delete) options="$settings --yes" ;;
         *) options=$settings ;;
+      esac ;;
+    user)
+      case $action in
+        "") options="$users --help" ;;
+        import) options=$database files=yes ;;
+        add) options="$database --group --archive-user --duplicate --password-stdin" ;;
+        passwd) options="$database --id --password-stdin" ;;
+        check) options="$database --password-stdin" ;;
+        list) options="$database --groups" ;;
+        must-change|groups|rights) options="$database --id" ;;
+        grant|revoke) options="$database $grants" ;;
+        explain) options="$database --id --edit --archive --channel" ;;
+        *) options=$database ;;
       esac ;;
     fetch) options="$settings --segment --first --print --pages --output --force --keep" ;;
     transfer) options="$settings --size --output --force" ;;

@@ -1,0 +1,197 @@
+#include "tests/tools/oxaqry/user_test_database.h"
+#include "tools/oxaqry/value_json.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+using UserAccountCommands = OnDatabase;
+INSTANTIATE_TEST_SUITE_P(Databases, UserAccountCommands, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+
+TEST_P(UserAccountCommands, InitMakesTheTablesOfAnEmptyDatabaseOnly) {
+  const UserTestDatabase database(GetParam(), false);
+  EXPECT_THAT(database.User({"list"}).err, HasSubstr("\"oxaqry user init\""));
+  database.Run("CREATE TABLE Outliner (ID INTEGER)");
+  EXPECT_THAT(database.User({"init"}).err, HasSubstr("\"Outliner\" already"));
+  EXPECT_ANY_THROW(database.Count("Users"));
+  database.Run("DROP TABLE Outliner");
+  EXPECT_EQ(database.User({"init"}).status, 0);
+  database.Must({"add", "Sales", "--group"});
+  const ToolRun again = database.User({"init"});
+  EXPECT_EQ(again.status, 1);
+  EXPECT_THAT(again.err, HasSubstr("already"));
+  EXPECT_EQ(database.Count("Users"), 1);
+  EXPECT_EQ(database.Count("OutlinerContent"), 0);
+}
+
+TEST_P(UserAccountCommands, AddedUsersLogOnAndGroupsDoNot) {
+  const UserTestDatabase database(GetParam());
+  database.Must({"add", "m\u00FCller", "--archive-user", "WEB", "--password-stdin"}, "\u00A3 5\narchive pw\r\n");
+  database.Must({"add", "Sales", "--group"});
+  WebPage page(database);
+  const Variant id = page.query.CheckLogon("m\xFCller", "\xA3 5");
+  ASSERT_EQ(id, Variant::Long(1)) << page.Log();
+  Variant account;
+  Variant password;
+  page.query.GetUserTELOUser(id, &account, &password);
+  EXPECT_EQ(account, Variant("WEB"));
+  EXPECT_EQ(password, Variant("archive pw"));
+  EXPECT_EQ(page.query.CheckLogon("Sales", ""), Variant::Long(0)) << "a group has not even an empty password";
+  struct Case {
+    const char* name;
+    const char* password;
+    int status;
+  };
+  for (const Case& test : {Case{"m\u00FCller", "\u00A3 5\n", 0}, Case{"m\u00FCller", "\u00A3 6\n", 1},
+                           Case{"m\u00FCller", "\n", 1}, Case{"nobody", "x\n", 1}, Case{"Sales", "\n", 1}}) {
+    const ToolRun run = database.User({"check", test.name, "--password-stdin"}, test.password);
+    EXPECT_EQ(run.status, test.status) << test.name << run.err;
+  }
+  database.Run("DROP TABLE UserGroups; ALTER TABLE Users RENAME COLUMN Passwd TO Gone");
+  EXPECT_THAT(database.User({"check", "m\u00FCller", "--password-stdin"}, "x\n").err, HasSubstr("cannot be checked"));
+}
+
+TEST_P(UserAccountCommands, SeveralUsersOfANameAreTurnedToById) {
+  const UserTestDatabase database(GetParam());
+  database.Must({"add", "anna", "--password-stdin"}, "one\n");
+  const ToolRun refused = database.User({"add", "anna", "--password-stdin"}, "two\n");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.err, HasSubstr("--duplicate"));
+  database.Must({"add", "anna", "--duplicate", "--password-stdin"}, "two\n");
+  EXPECT_THAT(database.User({"rights", "anna"}).err, HasSubstr("--id (1, 2)"));
+  EXPECT_THAT(database.User({"rights", "anna", "--id", "3"}).err, HasSubstr("is not named"));
+  database.Must({"must-change", "anna", "on", "--id", "2"});
+  database.Must({"passwd", "anna", "--id", "2", "--password-stdin"}, "three\n");
+  WebPage page(database);
+  Variant flag;
+  EXPECT_EQ(page.query.GetUserChangePasswd(2, &flag), Variant::Long(1));
+  EXPECT_EQ(flag, Variant::Long(1));
+  EXPECT_EQ(page.query.GetUserChangePasswd(1, &flag), Variant::Long(0));
+  EXPECT_EQ(page.query.CheckLogon("anna", "one"), Variant::Long(1)) << "the other one's password stays";
+  database.Run("DELETE FROM Users WHERE UserID=1");
+  EXPECT_EQ(page.query.CheckLogon("anna", "three"), Variant::Long(2));
+}
+
+// An ID that the component's own ChangePasswd does not take.
+TEST_P(UserAccountCommands, PasswdChangesAnyUserButNoGroup) {
+  const UserTestDatabase database(GetParam());
+  database.Run(
+      "INSERT INTO Users(UserID,UserName) VALUES(40000,'zoe'); INSERT INTO Users(UserID,UserName) VALUES(10,'Sales');"
+      "INSERT INTO UserGroups VALUES(40000,10)");
+  database.Must({"passwd", "zoe", "--password-stdin"}, "new\n");
+  EXPECT_EQ(database.User({"check", "zoe", "--password-stdin"}, "new\n").status, 0);
+  EXPECT_THAT(database.User({"passwd", "Sales", "--password-stdin"}, "new\n").err, HasSubstr("is a group"));
+}
+
+TEST_P(UserAccountCommands, ListUsersAndGroupsApart) {
+  const UserTestDatabase database(GetParam());
+  database.Must({"add", "bert", "--archive-user", "WEB", "--password-stdin"}, "secret\nhidden\n");
+  database.Must({"add", "Sales", "--group"});
+  database.Must({"grant", "bert", "--group", "Sales"});
+  EXPECT_EQ(Json::parse(database.User({"list", "--json"}).out, nullptr, false),
+            Json::parse(R"([{"userId":1,"name":"bert","archiveUser":"WEB","mustChangePassword":false,
+                             "groups":["Sales"]}])"));
+  EXPECT_EQ(Json::parse(database.User({"list", "--groups", "--json"}).out, nullptr, false),
+            Json::parse(R"([{"userId":2,"name":"Sales","members":["bert"]}])"));
+  EXPECT_THAT(database.User({"list"}).out, AllOf(HasSubstr("bert"), HasSubstr("WEB"), Not(HasSubstr("2   Sales"))));
+  EXPECT_EQ(database.User({"groups", "bert"}).out, "Sales\n");
+}
+
+TEST_P(UserAccountCommands, WhatTheDatabaseCannotTakeIsRefusedBeforehand) {
+  const UserTestDatabase database(GetParam());
+  database.Must({"add", "anna", "--password-stdin"}, "secret\n");
+  struct Case {
+    const char* name;
+    std::vector<std::string> arguments;
+    std::string input;
+    const char* message;
+  };
+  const std::string injection = "x'; DELETE FROM Users; --";
+  const std::vector<Case> cases{
+      {"name", {"add", injection, "--password-stdin"}, "pw\n", "single quote"},
+      {"group name", {"add", injection, "--group"}, "", "single quote"},
+      {"archive user", {"add", "x", "--archive-user", injection, "--password-stdin"}, "a\nb\n", "single quote"},
+      {"name that is looked up", {"must-change", injection, "on"}, "", "single quote"},
+      {"name that logs on", {"check", injection, "--password-stdin"}, "pw\n", "single quote"},
+      {"group", {"grant", "anna", "--group", injection}, "", "single quote"},
+      {"archive", {"grant", "anna", "--archive", injection}, "", "single quote"},
+      {"edit rights", {"grant", "anna", "--edit", injection + "=N"}, "", "single quote"},
+      {"explained channel", {"explain", "anna", "--channel", injection}, "", "single quote"},
+      {"divider of lists", {"grant", "anna", "--channel", "a^,^b"}, "", "divide the lists"},
+      {"control character", {"add", "an\tna", "--group"}, "", "control character"},
+      {"empty name", {"add", "", "--group"}, "", "name is empty"},
+      {"outside the code page", {"add", "\u4E2D", "--group"}, "", "Windows-1252"},
+      {"empty password", {"add", "x", "--password-stdin"}, "\n", "password is empty"},
+      {"no password", {"add", "x", "--password-stdin"}, "", "no further line"},
+      {"no second password", {"add", "x", "--archive-user", "W", "--password-stdin"}, "pw\n", "no further line"},
+      {"password that loses a character", {"passwd", "anna", "--password-stdin"}, "\u00FC\n", "174"},
+      {"password that is too long", {"passwd", "anna", "--password-stdin"}, std::string(100, 'z') + "\n", "174"},
+      {"password outside the code page", {"passwd", "anna", "--password-stdin"}, "\u4E2D\n", "Windows-1252"},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.name);
+    const ToolRun run = database.User(test.arguments, test.input);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, AllOf(StartsWith("oxaqry: "), HasSubstr(test.message)));
+    EXPECT_THAT(run.out, IsEmpty());
+  }
+  EXPECT_EQ(database.Count("Users"), 1);
+  EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "secret\n").status, 0);
+}
+
+TEST(UserCommandLine, TellsWrongUsage) {
+  struct Case {
+    const char* name;
+    std::vector<std::string> arguments;
+    const char* message;
+  };
+  const std::vector<Case> cases{
+      {"nobody to ask", {"add", "x"}, "--password-stdin"},
+      {"password as an argument", {"add", "x", "--password", "y"}, "--password"},
+      {"connection with a password", {"list", "--database", "DSN=web; pwd ={x y}"}, "can be read by everybody"},
+      {"connection with one inside",
+       {"list", "--database", R"(Provider=MSDASQL;Extended Properties="DSN=web;Password=x")"},
+       "can be read by everybody"},
+      {"group with an account", {"add", "x", "--group", "--archive-user", "W"}, "--group"},
+      {"no state", {"must-change", "x", "perhaps"}, "STATE"},
+      {"no right", {"grant", "x"}, "--right"},
+      {"right that is no number", {"grant", "x", "--right", "1 OR 1=1"}, "whole number"},
+      {"right that is too large", {"grant", "x", "--right", "2147483648"}, "--right"},
+      {"edit rights without letters", {"grant", "x", "--edit", "A="}, "ARCHIVE=LETTERS"},
+      {"unknown letter", {"revoke", "x", "--edit", "A=NX"}, "\"NX\""},
+      {"nothing to explain", {"explain", "x"}, "give one right"},
+      {"two things to explain", {"explain", "x", "1", "--archive", "A"}, "give one right"},
+  };
+  const UserTestDatabase database(Kind::Sqlite);
+  database.Must({"add", "x", "--group"});
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.name);
+    std::vector<std::string> arguments = test.arguments;
+    if (arguments[0] == "add") arguments[1] = "new";
+    const ToolRun run = database.User(arguments);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, AllOf(StartsWith("oxaqry: "), HasSubstr(test.message)));
+  }
+}
+
+TEST_P(UserAccountCommands, NoErrorTellsThePasswordOfTheConnection) {
+  const UserTestDatabase database(GetParam());
+  const std::string password = "Geh3im;x";
+  const std::string connection =
+      "Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=1;UID=web;Database=x;PWD={" + password + "}";
+  for (const std::string& text : {connection, database.connectionString() + ";PWD=Geh3im;x;Driver=none",
+                                  "Provider=Unknown;Password=\"" + password + "\"", "PWD={" + password}) {
+    const ToolRun run = RunOxaqry({"user", "list"}, {{"OXAQRY_DATABASE", text}});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err,
+                AllOf(StartsWith("oxaqry: the web user database cannot be opened: "), Not(HasSubstr("Geh3im"))));
+  }
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,142 @@
+// Passwords typed at a terminal: the tool itself behind a pseudo terminal.
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "tests/tools/oxaqry/user_test_database.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class AtTerminal {
+ public:
+  AtTerminal(const UserTestDatabase& database, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {OXAQRY_PROGRAM, "user"});
+    const std::string variable = "OXAQRY_DATABASE=" + database.connectionString();
+    std::vector<char*> words;
+    for (std::string& each : arguments) words.push_back(each.data());
+    words.push_back(nullptr);
+    process_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
+    if (process_ == 0) {
+      putenv(const_cast<char*>(variable.c_str()));
+      execv(OXAQRY_PROGRAM, words.data());
+      _exit(127);
+    }
+  }
+  ~AtTerminal() {
+    if (process_ > 0) {
+      kill(process_, SIGKILL);
+      waitpid(process_, nullptr, 0);
+    }
+    close(terminal_);
+  }
+  AtTerminal(const AtTerminal&) = delete;
+  AtTerminal& operator=(const AtTerminal&) = delete;
+
+  // Whether the text is shown, behind what was awaited before, within a generous time.
+  bool Awaits(const std::string& text) {
+    while (shown_.find(text, seen_) == std::string::npos) {
+      if (!ReadSome()) return false;
+    }
+    seen_ = shown_.find(text, seen_) + text.size();
+    return true;
+  }
+  void Type(const std::string& text) const {
+    ASSERT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  bool Echoes() const {
+    termios now{};
+    return tcgetattr(terminal_, &now) == 0 && (now.c_lflag & ECHO) != 0;
+  }
+  // The exit status; -1 for a process that does not end.
+  int Status() {
+    while (ReadSome()) {
+    }
+    int status = 0;
+    if (isSilent_) kill(process_, SIGKILL);
+    if (waitpid(process_, &status, 0) == process_) process_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  const std::string& shown() const noexcept { return shown_; }
+
+ private:
+  // False at the end, and when nothing comes for long.
+  bool ReadSome() {
+    pollfd one{terminal_, POLLIN, 0};
+    isSilent_ = poll(&one, 1, 10000) != 1;
+    if (isSilent_) return false;
+    char piece[512];
+    const ssize_t count = read(terminal_, piece, sizeof piece);
+    if (count <= 0) return false;
+    shown_.append(piece, static_cast<std::size_t>(count));
+    return true;
+  }
+
+  int terminal_ = -1;
+  pid_t process_ = -1;
+  std::string shown_;
+  std::size_t seen_ = 0;
+  bool isSilent_ = false;
+};
+
+TEST(UserPassword, IsTypedTwiceAndNotShown) {
+  const UserTestDatabase database(Kind::Sqlite);
+  AtTerminal run(database, {"add", "anna", "--archive-user", "WEB"});
+  for (const char* question : {"New password: ", "The same again: "}) {
+    ASSERT_TRUE(run.Awaits(question)) << run.shown();
+    EXPECT_FALSE(run.Echoes());
+    run.Type("s3cret\n");
+  }
+  for (const char* question : {"New archive password: ", "The same again: "}) {
+    ASSERT_TRUE(run.Awaits(question)) << run.shown();
+    run.Type("\u00A3x\n");
+  }
+  EXPECT_TRUE(run.Awaits("Added the user anna")) << run.shown();
+  EXPECT_TRUE(run.Echoes());
+  EXPECT_EQ(run.Status(), 0);
+  EXPECT_THAT(run.shown(), Not(HasSubstr("s3cret")));
+  EXPECT_THAT(run.shown(), Not(HasSubstr("\u00A3")));
+
+  struct Case {
+    const char* password;
+    int status;
+  };
+  for (const Case& test : {Case{"s3cret\n", 0}, Case{"other\n", 1}}) {
+    AtTerminal check(database, {"check", "anna"});
+    ASSERT_TRUE(check.Awaits("Password: ")) << check.shown();
+    check.Type(test.password);
+    EXPECT_EQ(check.Status(), test.status) << check.shown();
+  }
+}
+
+TEST(UserPassword, OfTwoFormsChangesNothing) {
+  const UserTestDatabase database(Kind::Sqlite);
+  database.Must({"add", "anna", "--password-stdin"}, "old\n");
+  AtTerminal run(database, {"passwd", "anna"});
+  ASSERT_TRUE(run.Awaits("New password: "));
+  run.Type("one\n");
+  ASSERT_TRUE(run.Awaits("The same again: "));
+  run.Type("two\n");
+  EXPECT_EQ(run.Status(), 1);
+  EXPECT_THAT(run.shown(), HasSubstr("not the same"));
+  EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "old\n").status, 0);
+}
+
+TEST(UserPassword, AnInterruptGivesTheTerminalBack) {
+  const UserTestDatabase database(Kind::Sqlite);
+  AtTerminal run(database, {"add", "anna"});
+  ASSERT_TRUE(run.Awaits("New password: "));
+  EXPECT_FALSE(run.Echoes());
+  run.Type("half\x03");  // the interrupt character
+  EXPECT_EQ(run.Status(), 130);
+  EXPECT_TRUE(run.Echoes());
+  EXPECT_EQ(database.Count("Users"), 0);
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,34 @@
+// user_test_database.h - runs "oxaqry user" on a database of the test's own.
+#ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_USER_TEST_DATABASE_H_
+#define OXAQRYCLN_TESTS_TOOLS_OXAQRY_USER_TEST_DATABASE_H_
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/tools/oxaqry/run_oxaqry.h"
+#include "tests/userdb/test_database.h"
+
+namespace oxaqrycln::testing {
+
+// With the tables of the schema unless told otherwise.
+class UserTestDatabase : public TestDatabase {
+ public:
+  using TestDatabase::TestDatabase;
+
+  ToolRun User(std::vector<std::string> arguments, const std::string& input = "") const {
+    arguments.insert(arguments.begin(), "user");
+    return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}}, input);
+  }
+  // For what a test only sets up.
+  void Must(const std::vector<std::string>& arguments, const std::string& input = "") const {
+    const ToolRun run = User(arguments, input);
+    ASSERT_EQ(run.status, 0) << run.err;
+  }
+  std::int32_t Count(const std::string& table) const { return Run("SELECT COUNT(*) FROM " + table).ToLong(); }
+};
+
+}  // namespace oxaqrycln::testing
+
+#endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_USER_TEST_DATABASE_H_

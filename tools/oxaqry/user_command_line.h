@@ -1,0 +1,12 @@
+// user_command_line.h - adds "user" and the commands that follow it to the command line.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_COMMAND_LINE_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USER_COMMAND_LINE_H_
+
+namespace oxaqrycln {
+
+class CommandParser;
+void AddUserCommands(CommandParser& parser);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_COMMAND_LINE_H_
