@@ -130,6 +130,7 @@ std::string OdbcConnectionString(std::string_view text) {
 std::string WithoutPasswords(std::string_view text, std::string_view connectionString) {
   std::string clean(text);
   for (const auto& [name, value] : ConnectionAttributes(connectionString)) {
+    if (UpperCase(name) == "EXTENDED PROPERTIES") clean = WithoutPasswords(clean, value);
     if (!IsPassword(name) || value.empty()) continue;
     for (std::size_t at = clean.find(value); at != std::string::npos; at = clean.find(value, at + 3)) {
       clean.replace(at, value.size(), "***");

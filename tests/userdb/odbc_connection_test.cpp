@@ -44,6 +44,7 @@ TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
   }
   EXPECT_NE(ErrorOf([] { OdbcConnectionString("Provider=Other.4"); }).find("\"OTHER.4\""), std::string::npos);
   EXPECT_EQ(WithoutPasswords("user u, password a;b, a;b!", "UID=u;PWD={a;b}"), "user u, password ***, ***!");
+  EXPECT_EQ(WithoutPasswords("no secret", "Extended Properties=\"Driver={X};PWD=secret\""), "no ***");
 }
 
 using OdbcConnection = OnDatabase;
