@@ -50,9 +50,9 @@ void SplitLayout(std::string_view layout, Variant& keys, Variant& values) {
   values.AssignText(valueList);
 }
 
-// The channel and archive of a reference "$(#channel)\archive".
-void WriteReference(std::string_view reference, Variant* channel, Variant* archive) {
-  const std::size_t middle = FindNear(reference, kReferenceMiddle);
+// The channel and archive of a reference "$(#channel)\archive"; the bytes up to readable may be looked at.
+void WriteReference(std::string_view reference, const char* readable, Variant* channel, Variant* archive) {
+  const std::size_t middle = FindNear(reference, kReferenceMiddle, readable);
   if (channel != nullptr) {
     if (middle == std::string_view::npos || middle < kReferenceStart.size()) {
       throw RuntimeError(error::kInvalidProcedureCall);
@@ -81,7 +81,8 @@ void WriteRow(const HitHead& head, bool isTitle, const RowOutputs& outputs) {
     WriteText(outputs.channel, "Channel");
     WriteText(outputs.archive, "Archive");
   } else if (outputs.channel != nullptr || outputs.archive != nullptr) {
-    WriteReference(head.reference, outputs.channel, outputs.archive);
+    const char* const readable = head.rest.data() + head.rest.size();
+    WriteReference(head.reference, readable, outputs.channel, outputs.archive);
   }
 }
 
@@ -95,7 +96,8 @@ void WriteRow(const HitHead& head, bool isTitle, const RowOutputs& outputs) {
   const bool wantsReference = !isTitle && (outputs.channel != nullptr || outputs.archive != nullptr);
   WriteText(outputs.documentId, field(outputs.documentId != nullptr, 2));
   WriteText(outputs.version, field(outputs.version != nullptr, 3));
-  const HitHead head{field(wantsReference, 1), {}, {}, {}};
+  const std::string_view reference = field(wantsReference, 1);
+  const HitHead head{reference, {}, {}, reference.substr(reference.size())};
   WriteRow(head, isTitle, {outputs.channel, outputs.archive, nullptr, nullptr});
   const auto third = static_cast<std::size_t>(InStrExt(std::string(line) + ",^", "^,^", 3));
   return std::string(line.substr(std::min(line.size(), third + 1)));
@@ -143,9 +145,9 @@ std::string clsQuery::TELOQueryArchiveNext(Variant* strChannel, Variant* strArch
     const std::string_view line = buffer.Line(buffer.position());
     const bool isTitle = buffer.position() <= kTitleLine;
     const RowOutputs outputs{strChannel, strArchive, strDocID, strVer};
-    if (const auto head = SplitHitHead(line)) {
-      WriteRow(*head, isTitle, outputs);
-      result = head->rest;
+    if (HitHead head; SplitHitHead(line, head)) {
+      WriteRow(head, isTitle, outputs);
+      result = std::string(head.rest);
     } else {
       result = ReadOddRow(line, isTitle, outputs);
     }

@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,23 +41,24 @@ struct HitHead {
   std::string_view version;
   std::string_view rest;
 };
-// Nothing for a line that is not cut plainly into three caret-quoted fields and a rest; RecordFields and InStrExt
-// then say what it holds.
-inline std::optional<HitHead> SplitHitHead(std::string_view line) noexcept {
-  if (line.empty() || line[0] != '^') return std::nullopt;
+// False for a line that is not cut plainly into three caret-quoted fields and a rest; RecordFields and InStrExt then
+// say what it holds.
+inline bool SplitHitHead(std::string_view line, HitHead& head) noexcept {
+  if (line.empty() || line[0] != '^') return false;
   const char* const last = line.data() + line.size();
   const char* field = line.data() + 1;
-  std::array<std::string_view, 3> fields;
+  std::array<const char*, 3> ends;  // NOLINT: set as they are found
   std::size_t count = 0;
   ForEachPlace(line.data(), last, "^,^", [&](const char* place) {
     // A field that begins with ",^" makes places overlap, which the plain way does not follow.
     if (place < field) return false;
-    fields[count] = {field, place};
+    ends[count] = place;
     field = place + 3;
-    return ++count < fields.size();
+    return ++count < ends.size();
   });
-  if (count < fields.size()) return std::nullopt;
-  return HitHead{fields[0], fields[1], fields[2], {field - 1, last}};
+  if (count < ends.size()) return false;
+  head = {{line.data() + 1, ends[0]}, {ends[0] + 3, ends[1]}, {ends[1] + 3, ends[2]}, {ends[2] + 2, last}};
+  return true;
 }
 
 }  // namespace oxaqrycln

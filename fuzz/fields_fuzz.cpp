@@ -20,12 +20,12 @@ void CheckRecord(std::string_view line) {
   Require(ErrorOf([&] { fields.Field(count); }) == error::kSubscriptOutOfRange, "there is no field more");
   Require(ErrorOf([&] { fields.Field(-1); }) == error::kSubscriptOutOfRange, "there is no field below 0");
 
-  const auto head = SplitHitHead(line);
-  if (!head) return;
-  Require(head->reference == expected.at(1) && head->documentId == expected.at(2) && head->version == expected.at(3),
+  HitHead head;
+  if (!SplitHitHead(line, head)) return;
+  Require(head.reference == expected.at(1) && head.documentId == expected.at(2) && head.version == expected.at(3),
           "the head of a hit has the fields of its record");
   const auto third = static_cast<std::size_t>(InStrExt(std::string(line) + ",^", "^,^", 3));
-  Require(head->rest == line.substr(std::min(line.size(), third + 1)), "the rest of a hit follows its third field");
+  Require(head.rest == line.substr(std::min(line.size(), third + 1)), "the rest of a hit follows its third field");
 }
 
 void CheckRequest(std::string_view text, std::int32_t number) {

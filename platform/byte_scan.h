@@ -30,6 +30,14 @@ inline std::uint32_t MatchesAt(const char* at, const char (&pattern)[kSize]) noe
   }
   return static_cast<std::uint32_t>(_mm_movemask_epi8(matches));
 }
+
+// The same of four blocks, for places that lie some tens of bytes apart.
+template <std::size_t kSize>
+inline std::uint64_t MatchesInFour(const char* at, const char (&pattern)[kSize]) noexcept {
+  const std::uint64_t first = MatchesAt(at, pattern) | MatchesAt(at + kBlock, pattern) << kBlock;
+  const std::uint64_t second = MatchesAt(at + 2 * kBlock, pattern) | MatchesAt(at + 3 * kBlock, pattern) << kBlock;
+  return first | second << (2 * kBlock);
+}
 #endif
 
 }  // namespace byte_scan
@@ -40,8 +48,15 @@ template <std::size_t kSize, typename Visit>
 inline void ForEachPlace(const char* at, const char* last, const char (&pattern)[kSize], Visit&& visit) {
   constexpr std::size_t kLength = kSize - 1;
 #if defined(__SSE2__)
-  constexpr auto kReach = static_cast<std::ptrdiff_t>(byte_scan::kBlock + kLength - 1);
-  for (; last - at >= kReach; at += byte_scan::kBlock) {
+  using byte_scan::kBlock;
+  constexpr auto kFour = static_cast<std::ptrdiff_t>(4 * kBlock + kLength - 1);
+  for (; last - at >= kFour; at += 4 * kBlock) {
+    for (std::uint64_t found = byte_scan::MatchesInFour(at, pattern); found != 0; found &= found - 1) {
+      if (!visit(at + std::countr_zero(found))) return;
+    }
+  }
+  constexpr auto kReach = static_cast<std::ptrdiff_t>(kBlock + kLength - 1);
+  for (; last - at >= kReach; at += kBlock) {
     for (std::uint32_t found = byte_scan::MatchesAt(at, pattern); found != 0; found &= found - 1) {
       if (!visit(at + std::countr_zero(found))) return;
     }
@@ -52,15 +67,21 @@ inline void ForEachPlace(const char* at, const char* last, const char (&pattern)
   }
 }
 
-// The first place of the pattern in a text; npos when there is none.
+// The first place of the pattern in a text; npos when there is none. The bytes up to readable, the text's end or
+// behind it, may be looked at: with some there, a short text is searched in one step.
 template <std::size_t kSize>
-inline std::size_t FindNear(std::string_view text, const char (&pattern)[kSize]) noexcept {
+inline std::size_t FindNear(std::string_view text, const char (&pattern)[kSize], const char* readable) noexcept {
   std::size_t found = std::string_view::npos;
-  ForEachPlace(text.data(), text.data() + text.size(), pattern, [&](const char* place) {
-    found = static_cast<std::size_t>(place - text.data());
+  const char* const last = text.data() + text.size();
+  ForEachPlace(text.data(), readable, pattern, [&](const char* place) {
+    if (last - place >= static_cast<std::ptrdiff_t>(kSize - 1)) found = static_cast<std::size_t>(place - text.data());
     return false;
   });
   return found;
+}
+template <std::size_t kSize>
+inline std::size_t FindNear(std::string_view text, const char (&pattern)[kSize]) noexcept {
+  return FindNear(text, pattern, text.data() + text.size());
 }
 
 }  // namespace oxaqrycln

@@ -37,9 +37,8 @@ bool EventLoop::RunPosted() {
   return true;
 }
 
-bool EventLoop::RunDueTimers() {
+bool EventLoop::RunDueTimers(SteadyPoint now) {
   bool any = false;
-  const SteadyPoint now = clock_.SteadyNow();
   for (std::size_t i = 0; i < timers_.size(); ++i) any |= timers_[i]->FireIfDue(now);
   return any;
 }
@@ -73,11 +72,14 @@ void EventLoop::Yield() {
 
 void EventLoop::YieldUntil(SteadyPoint latest) {
   const bool posted = RunPosted();
-  if (RunDueTimers() || posted) latest = SteadyPoint::min();
-  if (latest != SteadyPoint::min()) latest = NextTimer(latest);
-  const Clock::Duration wait = latest == SteadyPoint::min() ? Clock::Duration::zero() : latest - clock_.SteadyNow();
-  if (Poll(entries_, wait) > 0) Dispatch();
-  RunDueTimers();
+  const SteadyPoint now = clock_.SteadyNow();
+  Clock::Duration wait = Clock::Duration::zero();
+  if (!RunDueTimers(now) && !posted) wait = NextTimer(latest) - now;
+  if (Poll(entries_, wait) > 0) {
+    Dispatch();
+  } else {
+    RunDueTimers();
+  }
 }
 
 }  // namespace oxaqrycln

@@ -39,7 +39,7 @@ class EventLoop {
   void Post(std::function<void()> call) { posted_.push_back(std::move(call)); }
 
   // Runs the timers that are due and nothing else; false when none was.
-  bool RunDueTimers();
+  bool RunDueTimers() { return RunDueTimers(clock_.SteadyNow()); }
   // Runs what is ready and returns at once.
   void Yield();
   // The same, but waits in the poller for something to run, at the latest until the time given.
@@ -54,6 +54,7 @@ class EventLoop {
     ReadySink* sink;
   };
   bool RunPosted();
+  bool RunDueTimers(SteadyPoint now);
   SteadyPoint NextTimer(SteadyPoint latest) const noexcept;
   void Dispatch();
 

@@ -129,6 +129,7 @@ void SocketControl::SendData(std::string_view bytes, SendSource* more) {
   const auto sent = Send(socket_, bytes);
   if (sent.error != 0 && sent.error != socket_error::kWouldBlock) return Fail(sent.error);
   bytes.remove_prefix(sent.byteCount);
+  sentByteCount_ = static_cast<std::int64_t>(sent.byteCount);
   kept_.Clear();
   kept_.Append(bytes);
   sending_ = kept_.View();
@@ -150,6 +151,7 @@ void SocketControl::SendMore() {
     if (sent.error == socket_error::kWouldBlock) break;
     if (sent.error != 0) return Fail(sent.error);
     sending_.remove_prefix(sent.byteCount);
+    sentByteCount_ += static_cast<std::int64_t>(sent.byteCount);
   }
   WatchFor(reading_ ? Ready::ReadOrWrite : Ready::Write);
 }

@@ -62,6 +62,8 @@ class SocketControl final : private ReadySink {
   // Sends all the bytes: at once as far as the machine takes them, the rest from a copy as it takes more. Those of more
   // follow; it must live until the socket is closed. Nothing else may be sent before all of it is.
   void SendData(std::string_view bytes, SendSource* more = nullptr);
+  // How many bytes of the last SendData the machine has taken so far.
+  std::int64_t SentByteCount() const noexcept { return sentByteCount_; }
   // Takes up to room bytes; 0 when there are none now, and at the end of the stream.
   std::size_t GetData(char* to, std::size_t room);
   // Lets the machine hold more bytes that have arrived, for a large answer.
@@ -98,6 +100,7 @@ class SocketControl final : private ReadySink {
   std::string_view sending_;  // what is to be sent next: of kept_, or the source's piece
   ByteBlock kept_;
   SendSource* source_ = nullptr;
+  std::int64_t sentByteCount_ = 0;
 };
 
 }  // namespace oxaqrycln

@@ -19,7 +19,13 @@ std::string_view Variant::TypeName() const noexcept {
   return kNames[value_.index()];
 }
 
-void Variant::BecomeText(std::string_view text) { value_.emplace<std::string>(text); }
+void Variant::BecomeText(std::string_view text) {
+  if (auto* const held = std::get_if<std::string>(&value_)) {
+    held->assign(text);
+  } else {
+    value_.emplace<std::string>(text);
+  }
+}
 
 std::string_view Variant::TextView(std::string& scratch) const {
   if (const auto* text = std::get_if<std::string>(&value_)) return *text;

@@ -85,8 +85,9 @@ class Variant {
 
   // Makes this a String of the text; reuses the memory of a String that stood here.
   void AssignText(std::string_view text) {
-    if (auto* held = std::get_if<std::string>(&value_)) {
-      held->assign(text);
+    auto* const held = std::get_if<std::string>(&value_);
+    if (held != nullptr && held->size() == text.size()) {  // as in most columns of a list, row for row
+      std::char_traits<char>::move(held->data(), text.data(), text.size());
     } else {
       BecomeText(text);
     }

@@ -73,7 +73,7 @@ ResponseLines::ResponseLines(ByteBlock text, std::size_t start) : text_(std::mov
 }
 
 void ResponseBuffer::Clear() {
-  lines_ = std::make_shared<ResponseLines>();
+  lines_.reset();
   order_.clear();
   position_ = 0;
 }

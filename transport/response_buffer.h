@@ -46,11 +46,11 @@ class ResponseBuffer {
   void Clear();
   void Assign(ByteBlock text, std::size_t start);
 
-  std::int32_t Count() const noexcept { return lines_->Count(); }
+  std::int32_t Count() const noexcept { return lines_ == nullptr ? 0 : lines_->Count(); }
   // A line by its index from 0. Raises Subscript out of range.
   std::string_view Line(std::int32_t index) const {
-    return lines_->Line(order_.empty() || index < 0 || index >= Count() ? index
-                                                                        : order_[static_cast<std::size_t>(index)]);
+    if (index < 0 || index >= Count()) throw RuntimeError(error::kSubscriptOutOfRange);
+    return lines_->Line(order_.empty() ? index : order_[static_cast<std::size_t>(index)]);
   }
 
   // The index of the next line to hand out.
@@ -66,11 +66,11 @@ class ResponseBuffer {
 
   // Puts the lines in ascending order of their upper-cased text, by character codes; equal ones keep their order.
   void Sort();
-  // The lines in the order they arrived in, to be kept beyond the next answer.
+  // The lines in the order they arrived in, to be kept beyond the next answer; none while the buffer is clear.
   std::shared_ptr<const ResponseLines> Share() const noexcept { return lines_; }
 
  private:
-  std::shared_ptr<const ResponseLines> lines_ = std::make_shared<ResponseLines>();
+  std::shared_ptr<const ResponseLines> lines_;
   std::vector<std::int32_t> order_;  // after a sort: which line stands at each index
   std::int32_t position_ = 0;
 };

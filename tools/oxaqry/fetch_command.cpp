@@ -23,7 +23,7 @@ Content Ask(clsQuery& query, const FetchRequest& request, const Interruption& in
   const DocumentKey key(request.document);
   // The server writes the file under a name that only its answer tells.
   Progress progress(output, "waiting for the query server", std::nullopt);
-  const RequestWatch watch(interruption, [&](std::int64_t) { progress.Show(std::nullopt); });
+  const RequestWatch watch(interruption, [&](const RequestWatch::Amounts&) { progress.Show(std::nullopt); });
   Variant name;
   Variant length;
   Variant status;

@@ -15,7 +15,8 @@ void RequestWatch::Tick() const {
   interruption_.Check();
   if (!onTick_) return;
   const std::int32_t newest = apartment_->controls.SlotCount();
-  onTick_(newest == 0 ? 0 : apartment_->controls.LngBytesReceived(newest));
+  if (newest == 0) return onTick_({});
+  onTick_({apartment_->controls.Winsock(newest).SentByteCount(), apartment_->controls.LngBytesReceived(newest)});
 }
 
 }  // namespace oxaqrycln

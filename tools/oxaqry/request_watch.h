@@ -15,8 +15,12 @@ namespace oxaqrycln {
 
 class RequestWatch {
  public:
-  // Told the number of bytes of a file that the thread's newest connection has received.
-  using OnTick = std::function<void(std::int64_t bytesReceived)>;
+  // How far the request on the thread's newest connection is, in bytes.
+  struct Amounts {
+    std::int64_t sent = 0;      // of the request and the file behind it
+    std::int64_t received = 0;  // of the answer
+  };
+  using OnTick = std::function<void(const Amounts& amounts)>;
 
   // A request that is ended returns its failure value; Interruption::Check then tells why.
   explicit RequestWatch(const Interruption& interruption, OnTick onTick = nullptr);

@@ -1,5 +1,5 @@
 // The commands "transfer" and "upload": files over the connection to a query server.
-#include <fstream>
+#include <algorithm>
 #include <limits>
 #include <ostream>
 
@@ -20,20 +20,6 @@ namespace fs = std::filesystem;
 fs::path TransferTarget(const Settings& settings, const TransferRequest& request, const std::string& name) {
   if (request.output.empty()) return LocalBlobDirectory(settings) / name;
   return fs::is_directory(request.output) ? fs::path(request.output) / name : fs::path(request.output);
-}
-
-// How far the component has read a file that it sends. It tells no one, but the system knows where it reads; nothing
-// where the system does not say so.
-std::optional<std::int64_t> ReadPosition(const fs::path& file) {
-  std::error_code failed;
-  for (const auto& entry : fs::directory_iterator("/proc/self/fd", failed)) {
-    if (!fs::equivalent(entry.path(), file, failed)) continue;
-    std::ifstream information("/proc/self/fdinfo/" + entry.path().filename().string());
-    std::string label;
-    std::int64_t position = 0;
-    if (information >> label >> position && label == "pos:") return position;
-  }
-  return std::nullopt;
 }
 
 struct Sent {
@@ -57,7 +43,9 @@ void Send(clsQuery& query, const fs::path& file, std::int64_t size, const Interr
           const Output& output) {
   query.strBlobPathLocal = ComponentPath(file.parent_path());
   Progress progress(output, file.filename().string(), size);
-  const RequestWatch watch(interruption, [&](std::int64_t) { progress.Show(ReadPosition(file)); });
+  const RequestWatch watch(interruption, [&](const RequestWatch::Amounts& amounts) {
+    progress.Show(std::min(amounts.sent, size));  // the request stands before the file's bytes
+  });
   Variant status;
   const Variant result = query.TELOUploadFile(ComponentPath(file.filename()), &status);
   interruption.Check();
@@ -93,7 +81,8 @@ int Transfer(const Settings& settings, const TransferRequest& request, const Out
   const auto query = ConnectWithBlobs(settings, file.directory());
   {
     Progress progress(output, name, request.size);
-    const RequestWatch watch(interruption, [&](std::int64_t received) { progress.Show(received); });
+    const RequestWatch watch(interruption,
+                             [&](const RequestWatch::Amounts& amounts) { progress.Show(amounts.received); });
     Variant status;
     const Variant result = query->TELOTransferBLOB(sent, request.size, &status);
     interruption.Check();
