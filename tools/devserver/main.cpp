@@ -3,10 +3,12 @@
 #include <csignal>
 #include <iostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "component/version.h"
 #include "platform/code_page.h"
+#include "platform/socket_address.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/request.h"
 #include "tools/devserver/sample_archive.h"
@@ -34,9 +36,41 @@ struct CommandLine {
   bool log = false;
 };
 
+// What an option's reader refuses is wrong usage.
+template <typename Reader>
+CLI::Validator ReadableBy(Reader reader) {
+  return {[reader](const std::string& text) {
+            try {
+              reader(text);
+              return std::string();
+            } catch (const ServerError& error) {
+              return std::string(error.what());
+            }
+          },
+          ""};
+}
+
+std::string FromArgument(const std::string& text) {
+  const auto converted = FromUtf8(text);
+  if (!converted) throw ServerError("'" + text + "' holds a character outside Windows-1252");
+  return *converted;
+}
+
+std::pair<std::string, std::string> ReadAccount(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos) throw ServerError("account '" + text + "' is not of the form USER:PASSWORD");
+  return {FromArgument(text.substr(0, colon)), FromArgument(text.substr(colon + 1))};
+}
+
+void CheckAddress(const std::string& text) {
+  if (!NumericAddress(text)) throw ServerError("'" + text + "' is no numeric address like 127.0.0.1 or ::1");
+}
+
 void Declare(CLI::App& app, CommandLine& line) {
   app.set_version_flag("--version", kVersionText);
-  app.add_option("--listen", line.server.address, "Numeric address to listen on")->capture_default_str();
+  app.add_option("--listen", line.server.address, "Numeric address to listen on")
+      ->check(ReadableBy(CheckAddress))
+      ->capture_default_str();
   app.add_option("--port", line.server.port, "TCP port; 0 takes any free one")->capture_default_str();
   app.add_option("--database", line.database, "SQLite file, made and filled when new (default: in memory)");
   app.add_option("--blob-dir", line.blobDirectory,
@@ -46,6 +80,7 @@ void Declare(CLI::App& app, CommandLine& line) {
       ->check(CLI::Range(0, 1000000))
       ->capture_default_str();
   app.add_option("--account", line.accounts, "USER:PASSWORD, repeatable (default: webuser:secret)")
+      ->check(ReadableBy(ReadAccount))
       ->allow_extra_args(false);
   app.add_option("--max-connections", line.server.maxConnections, "Clients served at once")
       ->check(CLI::Range(1, 10000))
@@ -54,6 +89,7 @@ void Declare(CLI::App& app, CommandLine& line) {
   app.add_option("--misbehave", line.misbehaviour,
                  "Break the protocol: refuse, delay:MS, silent, cut:N, reset:N,\nbytewise[:MS], count:TEXT, "
                  "no-header or never-read")
+      ->check(ReadableBy(ParseMisbehaviour))
       ->capture_default_str();
   app.add_option("--misbehave-every", line.server.misbehaveEvery, "Misbehave on each K-th connection only")
       ->check(CLI::Range(1, 1000000))
@@ -63,19 +99,12 @@ void Declare(CLI::App& app, CommandLine& line) {
       "Everything it serves is invented. The protocol stands in docs/protocol.md.");
 }
 
-std::string FromArgument(const std::string& text) {
-  const auto converted = FromUtf8(text);
-  if (!converted) throw ServerError("'" + text + "' holds a character outside Windows-1252");
-  return *converted;
-}
-
 Accounts ReadAccounts(const std::vector<std::string>& texts) {
   if (texts.empty()) return {{"webuser", "secret"}};
   Accounts accounts;
   for (const std::string& text : texts) {
-    const std::size_t colon = text.find(':');
-    if (colon == std::string::npos) throw ServerError("account '" + text + "' is not of the form USER:PASSWORD");
-    accounts[FromArgument(text.substr(0, colon))] = FromArgument(text.substr(colon + 1));
+    auto [user, password] = ReadAccount(text);
+    accounts[std::move(user)] = std::move(password);
   }
   return accounts;
 }

@@ -134,8 +134,9 @@ int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surro
       parser.app().exit(error, surroundings.out, surroundings.err);
       return surroundings.out.flush() ? 0 : 1;
     }
-    const bool isUnknownCommand = parser.app().get_subcommands().empty() && !first.empty() && first[0] != '-';
-    const std::string reason = isUnknownCommand ? "unknown command \"" + first + "\"" : error.what();
+    const bool hasCommand = first.empty() || !parser.app().get_subcommands().empty();
+    const char* const what = first.starts_with('-') ? "option" : "command";
+    const std::string reason = hasCommand ? error.what() : "unknown " + std::string(what) + " \"" + first + "\"";
     return WrongUsage(reason, surroundings.err);
   }
   try {

@@ -1,5 +1,6 @@
 #include "tools/oxaqry/value_json.h"
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <utility>
@@ -96,6 +97,11 @@ Variant ValueFromJson(const Json& json) {
     case Json::value_t::number_unsigned:
       return WholeNumber<std::int32_t>(json, "Long");
     case Json::value_t::number_float:
+      // A whole number that no 64 bits hold is read as a fraction.
+      if (std::abs(json.get<double>()) >= 0x1p63) {
+        throw ValueError(json.dump() +
+                         " is no whole number in the range of the type Long; a Double is {\"Double\":...}");
+      }
       return json.get<double>();
     case Json::value_t::string:
       return TextFromUtf8(json.get_ref<const std::string&>());

@@ -117,6 +117,7 @@ TEST_F(CommandLineTest, TellsWrongUsageFromFailure) {
       {"no command", {}, "subcommand"},
       {"unknown command", {"chanels"}, "unknown command \"chanels\""},
       {"unknown option", {"channels", "--jsn"}, "--jsn"},
+      {"unknown option alone", {"--jsn"}, "unknown option \"--jsn\""},
       {"argument missing", {"formats", "Mail"}, "ARCHIVE"},
       {"argument too many", {"live", "now"}, "now"},
       {"no document", {"show", "Mail/Inbox"}, "CHANNEL/ARCHIVE/DOCUMENT[/VERSION]"},

@@ -129,6 +129,7 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
       {"argument left out", R"({"call":"Encode","args":[null]})", R"({"error":"449 - *)"},
       {"outside the code page", R"({"call":"Encode","args":["\u4e2d"]})", R"({"error":"a text holds a character*)"},
       {"beyond 32 bits", R"({"call":"Encode","args":[2147483648]})", R"({"error":"2147483648 is no whole number*)"},
+      {"beyond 64 bits", R"({"call":"Encode","args":[18446744073709551616]})", R"({"error":"1.8*is no whole number*)"},
       {"beyond 64 bits", R"({"call":"Encode","args":[18446744073709551615]})",
        R"({"error":"18446744073709551615 is *)"},
       {"beyond a byte", R"({"call":"Encode","args":[{"Byte":256}]})", R"({"error":"256 is no whole number*)"},
