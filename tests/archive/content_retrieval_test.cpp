@@ -129,19 +129,34 @@ TEST(Transfer, ReplacesAnOlderFileOrLeavesItUnharmed) {
   }
 }
 
+TEST(Transfer, ReplacesALinkAndNotWhatItLeadsTo) {
+  WithAnswers({"new"}, [](Page& page) {
+    const TemporaryDirectory elsewhere;
+    elsewhere.Write("real", "old");
+    const TemporaryDirectory blobs;
+    std::filesystem::create_symlink(elsewhere.File("real"), blobs.File("f.bin"));
+    page.query.strBlobPathLocal = blobs.path();
+    EXPECT_EQ(page.query.TELOTransferBLOB("f.bin", 3), Variant::Long(1)) << page.Log();
+    EXPECT_EQ(elsewhere.Read("real"), "old");
+    EXPECT_EQ(blobs.Read("f.bin"), "new");
+  });
+}
+
 TEST(Transfer, RefusesNamesAndDirectoriesBeforeAnythingIsSent) {
   struct Case {
     const char* name;
     std::string file;
     std::int32_t byteCount;
     const char* error;
+    const char* directory = "/none";
   };
-  for (const Case& each : {Case{"parent", "..", 1, "52 - "}, Case{"device", "x\\NUL.txt", 1, "52 - "},
-                           Case{"stream", "a:b", 1, "52 - "}, Case{"NUL", std::string("a\0b", 3), 1, "52 - "},
-                           Case{"control", "a\nb", 1, "52 - "}, Case{"300 bytes", std::string(300, 'n'), 1, "52 - "},
-                           Case{"negative", "f", -1, "5 - "}, Case{"no directory", "f", 1, "76 - "}}) {
+  for (const Case& each :
+       {Case{"parent", "..", 1, "52 - "}, Case{"device", "x\\NUL.txt", 1, "52 - "}, Case{"stream", "a:b", 1, "52 - "},
+        Case{"NUL", std::string("a\0b", 3), 1, "52 - "}, Case{"control", "a\nb", 1, "52 - "},
+        Case{"300 bytes", std::string(300, 'n'), 1, "52 - "}, Case{"negative", "f", -1, "5 - "},
+        Case{"no directory", "f", 1, "76 - "}, Case{"unwritable directory", "f", 1, "7", "/sys"}}) {
     WithAnswer({}, [&](Page& page) {
-      page.query.strBlobPathLocal = page.logs.path() + "\\none";
+      page.query.strBlobPathLocal = each.directory;
       EXPECT_EQ(page.query.TELOTransferBLOB(each.file, each.byteCount), kFailed) << each.name;
       EXPECT_NE(page.Log().find(std::string("'TELOTransferBLOB()': ") + each.error), std::string::npos)
           << each.name << page.Log();

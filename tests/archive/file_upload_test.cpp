@@ -1,7 +1,9 @@
 // Files taken out of web forms, and files sent to the query server.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "archive/multipart_body.h"
 #include "platform/errors.h"
@@ -13,22 +15,26 @@ namespace {
 
 const Variant kFailed = Variant::Integer(-1);
 
-// The request of a page, with a body that is given out in pieces of at most pieceSize bytes.
+// The request of a page, with a body that is given out in pieces of at most pieceSize bytes; beforeLast runs before
+// the last one.
 class FormRequest final : public PageRequest {
  public:
-  FormRequest(std::string body, std::size_t pieceSize) : body_(std::move(body)), pieceSize_(pieceSize) {}
+  FormRequest(std::string body, std::size_t pieceSize, std::function<void()> beforeLast)
+      : body_(std::move(body)), pieceSize_(pieceSize), beforeLast_(std::move(beforeLast)) {}
   std::int64_t TotalBytes() const override { return static_cast<std::int64_t>(body_.size()); }
   Variant::Bytes BinaryRead(std::int64_t byteCount) override {
     const std::size_t count = std::min({static_cast<std::size_t>(byteCount), pieceSize_, body_.size() - position_});
     const Variant::Bytes piece(body_.begin() + static_cast<std::ptrdiff_t>(position_),
                                body_.begin() + static_cast<std::ptrdiff_t>(position_ + count));
     position_ += count;
+    if (position_ == body_.size() && beforeLast_) beforeLast_();
     return piece;
   }
 
  private:
   const std::string body_;
   const std::size_t pieceSize_;
+  const std::function<void()> beforeLast_;
   std::size_t position_ = 0;
 };
 
@@ -38,8 +44,9 @@ struct FormPage final : ScriptingContext {
   std::shared_ptr<PageRequest> request;
 };
 
-Variant PageWithForm(const std::string& body, std::size_t pieceSize = 100) {
-  return Variant::ObjectRef(std::make_shared<FormPage>(std::make_shared<FormRequest>(body, pieceSize)));
+Variant PageWithForm(const std::string& body, std::size_t pieceSize = 100, std::function<void()> beforeLast = {}) {
+  return Variant::ObjectRef(
+      std::make_shared<FormPage>(std::make_shared<FormRequest>(body, pieceSize, std::move(beforeLast))));
 }
 
 std::string Part(const std::string& boundary, const std::string& disposition, const std::string& content) {
@@ -124,6 +131,49 @@ TEST(UploadFile, PutsThePrefixInFrontAndReplacesAnOlderFile) {
     page.query.OnEndPage();
     EXPECT_EQ(page.query.UploadFile(), kFailed);
     EXPECT_NE(page.Log().find("'UploadFile()': 91 - "), std::string::npos);
+  });
+}
+
+// Closes what this process has open in the directory, as a file system does that has gone.
+void CloseFilesIn(const std::string& directory) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    const auto target = std::filesystem::read_symlink(entry.path(), gone).string();
+    if (target.starts_with(directory + "/")) close(std::stoi(entry.path().filename().string()));
+  }
+}
+
+TEST(UploadFile, LeavesAnOlderFileWhenTheNewOneCannotBeClosed) {
+  WithAnswer({}, [](Page& page) {
+    const TemporaryDirectory blobs;
+    blobs.Write("a.pdf", "old");
+    page.query.strBlobPathLocal = blobs.path();
+    const std::string body = Part("--B", "; filename=\"a.pdf\"", "new") + "--B--";
+    page.query.OnStartPage(PageWithForm(body, 1, [&] { CloseFilesIn(blobs.path()); }));
+    EXPECT_EQ(page.query.UploadFile(), kFailed);
+    EXPECT_NE(page.Log().find("'UploadFile()': 52 - "), std::string::npos) << page.Log();
+    EXPECT_EQ(blobs.Read("a.pdf"), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
+  });
+}
+
+TEST(UploadFile, OfOneNameAtOnceStoresBothWholeTheLastToEndStays) {
+  WithAnswer({}, [](Page& page) {
+    const TemporaryDirectory blobs;
+    page.query.strBlobPathLocal = blobs.path();
+    const auto body = [](char each) { return Part("--B", "; filename=\"a.pdf\"", std::string(100, each)) + "--B--"; };
+    clsQuery other;
+    other.strBlobPathLocal = blobs.path();
+    std::string between;
+    page.query.OnStartPage(PageWithForm(body('1'), 10, [&] {
+      other.OnStartPage(PageWithForm(body('2')));
+      EXPECT_EQ(other.UploadFile(), Variant::Long(1));
+      between = blobs.Read("a.pdf");
+    }));
+    EXPECT_EQ(page.query.UploadFile(), Variant::Long(1)) << page.Log();
+    EXPECT_EQ(between, std::string(100, '2'));
+    EXPECT_EQ(blobs.Read("a.pdf"), std::string(100, '1'));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
   });
 }
 
