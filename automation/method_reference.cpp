@@ -19,7 +19,7 @@ read what the last `...Init` of any family brought.
 )";
 
 std::string ParameterText(const ParameterEntry& parameter) {
-  const std::string name(parameter.name);
+  std::string name(parameter.name);
   switch (parameter.kind) {
     case ParameterKind::In:
       return name;

@@ -60,7 +60,7 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
     frmControls& controls = state.apartment->controls;
     // A second Init goes on with the slot of the first.
     const std::int32_t slot = state.execution.slot() != 0 ? state.execution.slot() : controls.GetFreeControl();
-    if (slot == -1) throw controls.LastError();
+    if (slot == -1) throw RuntimeError(controls.LastError());
     state.execution.UseSlot(static_cast<std::int16_t>(slot));
     state.log.Write(bytInfo, "Assigning control instance #", slot);
     controls.Winsock(slot).Close();

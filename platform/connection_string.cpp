@@ -1,6 +1,8 @@
 #include "platform/connection_string.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 
 #include "platform/code_page.h"
 #include "platform/errors.h"
@@ -43,17 +45,47 @@ std::string TakeValue(std::string_view& text) {
   Refuse("A quoted value of the connection string has no end");
 }
 
-// A value as it stands in an ODBC connection string.
-std::string Quoted(const std::string& value) {
-  if (value.find_first_of(";{}[](),?*=!@ ") == std::string::npos) return value;
+// A value as it stands in an ODBC connection string. The driver's name, passwords and user names are always in braces,
+// since a driver may decode what is not; a file's name not without need, since not every driver takes the braces off.
+std::string Quoted(const std::string& odbcName, const std::string& value) {
+  const bool wantsBraces = odbcName == "PWD" || odbcName == "UID" || UpperCase(odbcName) == "DRIVER";
+  const bool isPlain = value.find_first_of(";{}") == std::string::npos && !wantsBraces;
+  if (isPlain || value.empty()) return value;
   std::string quoted = "{";
   for (const char each : value) quoted += each == '}' ? "}}" : std::string(1, each);
   return quoted + "}";
 }
 
-bool IsPassword(std::string_view name) {
-  const std::string upper = UpperCase(name);
-  return upper == "PWD" || upper == "PASSWORD";
+// The passwords among the options of libpq, "name=value name='value' ...". A word that is no option may be a part of
+// one.
+void AddLibpqPasswords(std::string_view options, std::vector<std::string>& passwords) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  while (!(options = Trimmed(options)).empty()) {
+    const std::size_t end = options.find_first_of("= \t\r\n");
+    const std::string name = UpperCase(options.substr(0, end));
+    const std::size_t equals = options.find_first_not_of(kBlanks, end);
+    if (equals == std::string_view::npos || options[equals] != '=') {
+      passwords.emplace_back(options.substr(0, end));
+      options.remove_prefix(std::min(options.size(), name.size()));
+      continue;
+    }
+    options = Trimmed(options.substr(equals + 1));
+    std::string value;
+    const bool isQuoted = options.starts_with('\'');
+    if (isQuoted) options.remove_prefix(1);
+    for (; !options.empty() && options[0] != '\'' && (isQuoted || kBlanks.find(options[0]) == kBlanks.npos);
+         options.remove_prefix(1)) {
+      if (options[0] == '\\' && options.size() > 1) options.remove_prefix(1);
+      value += options[0];
+    }
+    if (isQuoted && !options.empty()) options.remove_prefix(1);
+    if (name == "PASSWORD" || name == "SSLPASSWORD") passwords.push_back(value);
+  }
+}
+
+bool IsWordCharacter(char each) noexcept {
+  const auto byte = static_cast<unsigned char>(each);
+  return std::isalnum(byte) != 0 || byte >= 0x80;
 }
 
 // What the attributes of OLE DB are called in ODBC; "" for those that have no counterpart.
@@ -122,18 +154,38 @@ std::string OdbcConnectionString(std::string_view text) {
     }
     const std::string odbcName = OdbcName(name, isServer);
     if (odbcName.empty()) continue;
-    odbc += odbcName + "=" + (odbcName == "Trusted_Connection" ? "Yes" : Quoted(value)) + ";";
+    odbc += odbcName + "=" + (odbcName == "Trusted_Connection" ? "Yes" : Quoted(odbcName, value)) + ";";
   }
   return odbc;
 }
 
+std::vector<std::string> ConnectionPasswords(std::string_view text) {
+  std::vector<std::string> passwords;
+  for (const auto& [name, value] : ConnectionAttributes(text)) {
+    const std::string upper = UpperCase(name);
+    if (upper == "PWD" || upper == "PASSWORD") passwords.push_back(value);
+    if (upper == "PQOPT") AddLibpqPasswords(value, passwords);
+    if (upper != "EXTENDED PROPERTIES") continue;
+    for (std::string& each : ConnectionPasswords(value)) passwords.push_back(std::move(each));
+  }
+  std::erase(passwords, "");
+  return passwords;
+}
+
 std::string WithoutPasswords(std::string_view text, std::string_view connectionString) {
+  // A short password stands inside many a word that tells nothing of it.
+  constexpr std::size_t kShort = 4;
   std::string clean(text);
-  for (const auto& [name, value] : ConnectionAttributes(connectionString)) {
-    if (UpperCase(name) == "EXTENDED PROPERTIES") clean = WithoutPasswords(clean, value);
-    if (!IsPassword(name) || value.empty()) continue;
-    for (std::size_t at = clean.find(value); at != std::string::npos; at = clean.find(value, at + 3)) {
-      clean.replace(at, value.size(), "***");
+  for (const std::string& password : ConnectionPasswords(connectionString)) {
+    for (std::size_t at = clean.find(password); at != std::string::npos; at = clean.find(password, at)) {
+      const bool isInWord = (at > 0 && IsWordCharacter(clean[at - 1])) ||
+                            (at + password.size() < clean.size() && IsWordCharacter(clean[at + password.size()]));
+      if (password.size() < kShort && isInWord) {
+        ++at;
+        continue;
+      }
+      clean.replace(at, password.size(), "***");
+      at += 3;
     }
   }
   return clean;

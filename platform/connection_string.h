@@ -17,6 +17,10 @@ std::vector<std::pair<std::string, std::string>> ConnectionAttributes(std::strin
 // Server ("Provider=SQLOLEDB;Data Source=...;Initial Catalog=..."). Raises an error that names any other provider.
 std::string OdbcConnectionString(std::string_view text);
 
+// The passwords that a connection string holds, those among its extended properties and libpq options included.
+// Raises as ConnectionAttributes does.
+std::vector<std::string> ConnectionPasswords(std::string_view text);
+
 // A text without the passwords that the connection string holds.
 std::string WithoutPasswords(std::string_view text, std::string_view connectionString);
 

@@ -58,7 +58,8 @@ DateTime DateTime::FromCivil(const CivilTime& civil) {
     throw RuntimeError(error::kInvalidProcedureCall);
   }
   const std::int64_t day = (sys_days{date} - kZeroDay).count();
-  return DateTime(day * kSecondsADay + civil.hour * 3600 + civil.minute * 60 + civil.second);
+  return DateTime(day * kSecondsADay + std::int64_t{civil.hour} * 3600 + std::int64_t{civil.minute} * 60 +
+                  civil.second);
 }
 
 std::optional<DateTime> DateTime::FromIso(std::string_view text) {
@@ -103,7 +104,7 @@ std::string DateTime::ToText() const {
 
 std::string DateTime::ToGeneralText() const {
   const Split split = SplitSeconds(seconds_);
-  const std::string text = ToText();
+  std::string text = ToText();
   if (split.second == 0 && split.day != 0) return text.substr(0, 10);
   if (split.day == 0) return text.substr(11);
   return text;

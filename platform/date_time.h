@@ -48,7 +48,8 @@ class DateTime {
   // "2026-11-15T20:31:07".
   std::string ToIso() const;
 
-  friend constexpr auto operator<=>(DateTime, DateTime) noexcept = default;
+  friend constexpr auto operator<=>(DateTime,
+                                    DateTime) noexcept = default;  // NOLINT(modernize-use-nullptr): the check errs
 
  private:
   constexpr explicit DateTime(std::int64_t seconds) noexcept : seconds_(seconds) {}

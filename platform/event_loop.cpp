@@ -39,7 +39,8 @@ bool EventLoop::RunPosted() {
 
 bool EventLoop::RunDueTimers(SteadyPoint now) {
   bool any = false;
-  for (std::size_t i = 0; i < timers_.size(); ++i) any |= timers_[i]->FireIfDue(now);
+  // By index: a tick may make or end timers.
+  for (std::size_t i = 0; i < timers_.size(); ++i) any |= timers_[i]->FireIfDue(now);  // NOLINT(modernize-loop-convert)
   return any;
 }
 

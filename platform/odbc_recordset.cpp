@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,41 +23,55 @@ struct Column {
   SQLSMALLINT type = 0;
 };
 
+// What was read of a query: the cells row by row, and what went wrong on the way, to be raised when it is come to.
+struct Readings {
+  std::vector<Column> columns;
+  std::vector<Variant> cells;
+  std::map<std::size_t, RuntimeError> unreadable;  // by the cell's index
+  std::optional<RuntimeError> end;                 // why there are no further rows
+};
+
 class Rows final : public Recordset {
  public:
-  Rows(std::vector<Column> columns, std::vector<Variant> cells)
-      : columns_(std::move(columns)), cells_(std::move(cells)) {}
+  explicit Rows(Readings readings) : readings_(std::move(readings)) {}
 
   bool EndOfRows() const override {
     RequireOpen();
-    return row_ * columns_.size() >= cells_.size();
+    return row_ * readings_.columns.size() >= readings_.cells.size();
   }
   void MoveNext() override {
     RequireRow();
     ++row_;
+    if (readings_.end && EndOfRows()) throw RuntimeError(*readings_.end);
   }
   void Close() override {
     RequireOpen();
     isOpen_ = false;
-    cells_.clear();
+    readings_.cells.clear();
   }
   Variant Field(std::string_view name) const override {
     RequireRow();
     const std::string wanted = UpperCase(name);
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-      if (UpperCase(columns_[i].name) == wanted) return cells_[row_ * columns_.size() + i];
+    for (std::size_t i = 0; i < readings_.columns.size(); ++i) {
+      if (UpperCase(readings_.columns[i].name) == wanted) return Cell(i);
     }
     throw RuntimeError(kNoSuchColumn, "There is no column \"" + std::string(name) + "\"");
   }
   Variant Field(std::int32_t position) const override {
     RequireRow();
-    if (position < 0 || static_cast<std::size_t>(position) >= columns_.size()) {
+    if (position < 0 || static_cast<std::size_t>(position) >= readings_.columns.size()) {
       throw RuntimeError(kNoSuchColumn, "There is no column " + std::to_string(position));
     }
-    return cells_[row_ * columns_.size() + static_cast<std::size_t>(position)];
+    return Cell(static_cast<std::size_t>(position));
   }
 
  private:
+  Variant Cell(std::size_t column) const {
+    const std::size_t index = row_ * readings_.columns.size() + column;
+    const auto unreadable = readings_.unreadable.find(index);
+    if (unreadable != readings_.unreadable.end()) throw RuntimeError(unreadable->second);
+    return readings_.cells[index];
+  }
   void RequireOpen() const {
     if (!isOpen_) throw RuntimeError(kClosedObject, "The recordset is closed");
   }
@@ -63,16 +79,15 @@ class Rows final : public Recordset {
     if (EndOfRows()) throw RuntimeError(kNoCurrentRow, "There is no current row");
   }
 
-  const std::vector<Column> columns_;
-  std::vector<Variant> cells_;  // row by row
+  Readings readings_;
   std::size_t row_ = 0;
   bool isOpen_ = true;
 };
 
 // Reads the values of one column of the current row.
-class Cell {
+class CellReader {
  public:
-  Cell(const OdbcHandle& statement, SQLUSMALLINT number, OdbcText text) noexcept
+  CellReader(const OdbcHandle& statement, SQLUSMALLINT number, OdbcText text) noexcept
       : statement_(statement), number_(number), text_(text) {}
 
   Variant Read(SQLSMALLINT type) const {
@@ -83,7 +98,6 @@ class Cell {
       case SQL_SMALLINT:
         return Fixed<SQLINTEGER>(SQL_C_SLONG, [](SQLINTEGER value) { return Variant(Variant(value).ToInteger()); });
       case SQL_INTEGER:
-        return Fixed<SQLINTEGER>(SQL_C_SLONG, [](SQLINTEGER value) { return Variant(std::int32_t{value}); });
       case SQL_BIGINT:
         return Fixed<SQLBIGINT>(SQL_C_SBIGINT, [](SQLBIGINT value) { return Number(static_cast<double>(value)); });
       case SQL_REAL:
@@ -174,23 +188,40 @@ Column Describe(const OdbcHandle& statement, SQLUSMALLINT number) {
   return column;
 }
 
+// False behind the last row. An error behind a row waits until the rows before it have been taken.
+bool FetchRow(const OdbcHandle& statement, Readings& readings) {
+  const SQLRETURN outcome = SQLFetch(statement.get());
+  try {
+    statement.Check(outcome);
+  } catch (const RuntimeError& why) {
+    if (readings.cells.empty()) throw;
+    readings.end = why;
+    return false;
+  }
+  return outcome != SQL_NO_DATA;
+}
+
 }  // namespace
 
 std::shared_ptr<Recordset> ReadRows(const OdbcHandle& statement, OdbcText text) {
   SQLSMALLINT count = 0;
   statement.Check(SQLNumResultCols(statement.get(), &count));
-  std::vector<Column> columns;
-  for (SQLSMALLINT i = 1; i <= count; ++i) columns.push_back(Describe(statement, static_cast<SQLUSMALLINT>(i)));
-  std::vector<Variant> cells;
-  while (!columns.empty()) {
-    const SQLRETURN outcome = SQLFetch(statement.get());
-    statement.Check(outcome);
-    if (outcome == SQL_NO_DATA) break;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      cells.push_back(Cell(statement, static_cast<SQLUSMALLINT>(i + 1), text).Read(columns[i].type));
+  Readings readings;
+  for (SQLSMALLINT i = 1; i <= count; ++i) {
+    readings.columns.push_back(Describe(statement, static_cast<SQLUSMALLINT>(i)));
+  }
+  while (count > 0 && FetchRow(statement, readings)) {
+    for (SQLSMALLINT i = 0; i < count; ++i) {
+      const CellReader reader(statement, static_cast<SQLUSMALLINT>(i + 1), text);
+      try {
+        readings.cells.push_back(reader.Read(readings.columns[static_cast<std::size_t>(i)].type));
+      } catch (const RuntimeError& why) {
+        readings.unreadable.emplace(readings.cells.size(), why);
+        readings.cells.push_back(Variant::Null());
+      }
     }
   }
-  return std::make_shared<Rows>(std::move(columns), std::move(cells));
+  return std::make_shared<Rows>(std::move(readings));
 }
 
 }  // namespace oxaqrycln

@@ -27,6 +27,14 @@ void Variant::BecomeText(std::string_view text) {
   }
 }
 
+void Variant::AppendText(std::string_view text) {
+  if (auto* const held = std::get_if<std::string>(&value_)) {
+    held->append(text);
+  } else {
+    BecomeText(ToText().append(text));
+  }
+}
+
 std::string_view Variant::TextView(std::string& scratch) const {
   if (const auto* text = std::get_if<std::string>(&value_)) return *text;
   scratch = ToText();

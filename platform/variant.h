@@ -93,6 +93,9 @@ class Variant {
     }
   }
 
+  // Adds to the end of a String; Empty becomes the text. Raises as ToText does for any other type.
+  void AppendText(std::string_view text);
+
   // Same type and same value (an object: the same object).
   friend bool operator==(const Variant& left, const Variant& right) noexcept;
 

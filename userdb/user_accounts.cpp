@@ -1,4 +1,6 @@
 // Web users: their accounts, logon and passwords.
+#include <optional>
+
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "component/text_helpers.h"
@@ -22,17 +24,11 @@ std::int32_t NextId(QueryState& state, const std::string& field, const std::stri
   return largest.IsNull() ? 1 : Variant(largest.ToDouble() + 1).ToLong();
 }
 
-// The ID of the first user of the name, Null when there is none or the password is not his.
-Variant FindUser(QueryState& state, const Variant& name, const Variant& password) {
-  Variant id = Variant::Null();
-  const auto rows = state.Database().Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(name));
-  if (!rows->EndOfRows()) {
-    const Variant stored = rows->Field("Passwd");
-    const bool isHis = password.IsMissing() || (!stored.IsNull() && Decode(stored.ToText()) == password.ToText());
-    if (isHis) id = rows->Field("UserID");
-  }
-  rows->Close();
-  return id;
+// A stored password that cannot be decoded is nobody's, not even that of who gives none.
+bool IsStoredPassword(const QueryState& state, const Variant& stored, const Variant& given) {
+  if (stored.IsNull() || given.IsNull()) return false;
+  const std::string text = given.ToText();
+  return Trap(state.log, "Decode", false, [&](bool& result) { result = Decode(stored.ToText()) == text; });
 }
 
 }  // namespace
@@ -46,11 +42,13 @@ Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd
     const bool hasAccount = !strParamTELOUser.IsMissing() && !strParamTELOPasswd.IsMissing();
     const std::string account =
         hasAccount ? ", " + SqlText(strParamTELOUser) + ", " + EncodedText(strParamTELOPasswd) : "";
-    const std::int32_t id = NextId(state, "UserID", "Users");
+    const auto id = Trap(state.log, "GetNextDBObjectID", std::optional<std::int32_t>(),
+                         [&](std::optional<std::int32_t>& next) { next = NextId(state, "UserID", "Users"); });
+    if (!id) return;
     state.Database().Execute("INSERT INTO Users(UserID,UserName,Passwd" +
-                             std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + std::to_string(id) +
-                             ", " + user + ", " + password + account + ")");
-    result = Variant::Long(id);
+                             std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" +
+                             std::to_string(*id) + ", " + user + ", " + password + account + ")");
+    result = Variant::Long(*id);
   });
 }
 
@@ -64,8 +62,11 @@ Variant clsQuery::GetNextDBObjectID(const Variant& strField, const Variant& strT
 Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
   QueryState& state = *state_;
   return state.Run("CheckLogon", Variant::Long(0), [&](Variant& result) {
-    const Variant id = FindUser(state, strUser, strPasswd);
-    if (!id.IsNull()) result = Variant::Long(id.ToLong());
+    const auto rows = state.Database().Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(strUser));
+    if (!rows->EndOfRows() && (strPasswd.IsMissing() || IsStoredPassword(state, rows->Field("Passwd"), strPasswd))) {
+      result = Variant::Long(rows->Field("UserID").ToLong());
+    }
+    rows->Close();
   });
 }
 
@@ -73,10 +74,8 @@ Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdO
   QueryState& state = *state_;
   return state.Run("ChangePasswd", Variant::Integer(0), [&](Variant& result) {
     const std::string password = EncodedText(strPasswdNew);
-    const Variant id = FindUser(state, strUser, strPasswdOld);
-    if (id.IsNull()) return;
     // Kept: an ID above 32767 does not fit, and its password stays.
-    const std::int16_t number = id.ToInteger();
+    const std::int16_t number = CheckLogon(strUser, RequireGiven(strPasswdOld)).ToInteger();
     result = Variant::Integer(number);
     if (number < 1) return;
     state.Database().Execute("UPDATE Users SET Passwd=" + password + " WHERE UserName=" + SqlText(strUser));

@@ -18,20 +18,27 @@ struct ListForm {
   char closing;
 };
 
+// An output that is built piece by piece and keeps what was built when an error comes; it may be left out.
+class BuiltText {
+ public:
+  explicit BuiltText(Variant* output) : output_(output) { WriteText(output, ""); }
+  void Add(std::string_view text) {
+    if (output_ != nullptr) output_->AppendText(text);
+  }
+
+ private:
+  Variant* const output_;
+};
+
 // The rows of a statement as a list.
-Variant ReadList(QueryState& state, const std::string& statement, const ListForm& form, Variant* output) {
-  std::string list;
+Variant ReadList(QueryState& state, const std::string& statement, const ListForm& form, BuiltText output) {
   std::int32_t count = 0;
   const auto rows = state.Database().Execute(statement);
   for (; !rows->EndOfRows(); rows->MoveNext()) {
-    ++count;
-    if (!list.empty()) list += ',';
-    list += form.opening;
-    list += rows->Field(form.column).ToText();
-    list += form.closing;
+    const std::string separator = count++ == 0 ? "" : ",";
+    output.Add(separator + form.opening + rows->Field(form.column).ToText() + form.closing);
   }
   rows->Close();
-  WriteText(output, list);
   return Variant::Long(count);
 }
 
@@ -40,33 +47,31 @@ Variant ReadList(QueryState& state, const std::string& statement, const ListForm
 Variant clsQuery::GetUserRights(const Variant& strUserID, Variant* strRights) {
   QueryState& state = *state_;
   return state.Run("GetUserRights", Variant(), [&](Variant& result) {
-    WriteText(strRights, "");
+    const BuiltText list(strRights);
     result = ReadList(state, "SELECT DISTINCT RightID FROM UserRights" + OfUserAndGroups(SqlNumber(strUserID)),
-                      {"RightID", '^', '^'}, strRights);
+                      {"RightID", '^', '^'}, list);
   });
 }
 
 Variant clsQuery::GetUserEditRights(const Variant& strUserID, Variant* strEditRights) {
   QueryState& state = *state_;
   return state.Run("GetUserEditRights", Variant(), [&](Variant& result) {
-    WriteText(strEditRights, "");
+    BuiltText lines(strEditRights);
     const auto rows =
         state.Database().Execute("SELECT DISTINCT Archive, SUM(New), SUM(Edit), SUM(Del) FROM UserEditRights" +
                                  OfUserAndGroups(SqlNumber(strUserID)) + " GROUP BY Archive");
-    std::string lines;
     std::int32_t count = 0;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
       ++count;
-      lines += rows->Field(0).ToText();
+      lines.Add(rows->Field(0).ToText());
       std::int32_t position = 1;
       for (const char* mark : {",N", ",E", ",D"}) {
         const Variant sum = rows->Field(position++);
-        if (!sum.IsNull() && sum.ToDouble() > 0) lines += mark;
+        if (!sum.IsNull() && sum.ToDouble() > 0) lines.Add(mark);
       }
-      lines += "\r\n";
+      lines.Add("\r\n");
     }
     rows->Close();
-    WriteText(strEditRights, lines);
     result = Variant::Long(count);
   });
 }
@@ -74,30 +79,30 @@ Variant clsQuery::GetUserEditRights(const Variant& strUserID, Variant* strEditRi
 Variant clsQuery::GetUserGroups(const Variant& strUserID, Variant* strGroups) {
   QueryState& state = *state_;
   return state.Run("GetUserGroups", Variant(), [&](Variant& result) {
-    WriteText(strGroups, "");
+    const BuiltText list(strGroups);
     result = ReadList(state,
                       "SELECT DISTINCT UserName FROM Users, UserGroups WHERE Users.UserID=UserGroups.GroupID AND "
                       "UserGroups.UserID=" +
                           SqlNumber(strUserID),
-                      {"UserName", '[', ']'}, strGroups);
+                      {"UserName", '[', ']'}, list);
   });
 }
 
 Variant clsQuery::GetUserArchives(const Variant& strUserID, Variant* strArchives) {
   QueryState& state = *state_;
   return state.Run("GetUserArchives", Variant(), [&](Variant& result) {
-    WriteText(strArchives, "");
+    const BuiltText list(strArchives);
     result = ReadList(state, "SELECT DISTINCT Archive FROM UserArchives" + OfUserAndGroups(SqlNumber(strUserID)),
-                      {"Archive", '^', '^'}, strArchives);
+                      {"Archive", '^', '^'}, list);
   });
 }
 
 Variant clsQuery::GetUserChannels(const Variant& strUserID, Variant* strChannels) {
   QueryState& state = *state_;
   return state.Run("GetUserChannels", Variant(), [&](Variant& result) {
-    WriteText(strChannels, "");
+    const BuiltText list(strChannels);
     result = ReadList(state, "SELECT DISTINCT Channel FROM UserChannels" + OfUserAndGroups(SqlNumber(strUserID)),
-                      {"Channel", '^', '^'}, strChannels);
+                      {"Channel", '^', '^'}, list);
   });
 }
 

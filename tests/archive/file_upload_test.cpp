@@ -24,8 +24,8 @@ class FormRequest final : public PageRequest {
   std::int64_t TotalBytes() const override { return static_cast<std::int64_t>(body_.size()); }
   Variant::Bytes BinaryRead(std::int64_t byteCount) override {
     const std::size_t count = std::min({static_cast<std::size_t>(byteCount), pieceSize_, body_.size() - position_});
-    const Variant::Bytes piece(body_.begin() + static_cast<std::ptrdiff_t>(position_),
-                               body_.begin() + static_cast<std::ptrdiff_t>(position_ + count));
+    Variant::Bytes piece(body_.begin() + static_cast<std::ptrdiff_t>(position_),
+                         body_.begin() + static_cast<std::ptrdiff_t>(position_ + count));
     position_ += count;
     if (position_ == body_.size() && beforeLast_) beforeLast_();
     return piece;
@@ -210,7 +210,7 @@ TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
       peer.WaitForClose();
     }});
     const TemporaryDirectory blobs;
-    blobs.Write("f.bin", std::string(20'000'000, 'x'));  // more than the connection holds
+    blobs.Write("f.bin", std::string(20'000'000, 'x'));  // NOLINT: more than the connection holds
     page.query.strBlobPathLocal = blobs.path();
     Variant status;
     EXPECT_EQ(page.query.TELOUploadFile("f.bin", &status), kFailed);

@@ -21,7 +21,7 @@ std::vector<std::string> DeclaredNames(const std::vector<std::string>& types, st
       const std::string start = "  " + type + " ";
       const std::size_t end = line.find_first_of("(; ", start.size());
       const bool declares = line.starts_with(start) && end != std::string::npos;
-      if (declares && marks.find(line[end]) != marks.npos)
+      if (declares && marks.find(line[end]) != std::string_view::npos)
         names.push_back(line.substr(start.size(), end - start.size()));
     }
   }

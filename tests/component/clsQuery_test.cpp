@@ -183,7 +183,7 @@ TEST(HelperMethods, FailThroughTheirHandlers) {
     EXPECT_NE(logs.Read("S1.log").find("     plain\r\n"), std::string::npos);
     int odd = 0;
     const std::string lines = logs.Read("S1.log");
-    for (const std::string_view line : Split(lines, '\n')) odd += line.ends_with("     odd level\r");
+    for (const std::string_view line : Split(lines, '\n')) odd += line.ends_with("     odd level\r") ? 1 : 0;
     EXPECT_EQ(odd, 4);
   });
 }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "component/clsQuery.h"
 #include "platform/base64.h"
 #include "platform/cipher_objects.h"
@@ -76,10 +78,18 @@ TEST(Encryption, ComesBackWithTheSameKeyOnly) {
     EXPECT_NE(query.Encrypt("same"), query.Encrypt("same"));
     EXPECT_EQ(query.Encrypt("12345678").size(), 24U);
     EXPECT_EQ(logs.Read("S1.log"), "");
+    EXPECT_NE(query.Decrypt(query.Encrypt("text", ""), "standard"), "text");  // mostly "", by its padding
     const std::string cipher = query.Encrypt("text", "key");
     for (const std::string& bad : {std::string(), std::string(8, 'x'), cipher + "x", cipher.substr(0, 9)}) {
       EXPECT_EQ(query.Decrypt(bad, "key"), "");
     }
+    // What no padding is: too long, none, uneven.
+    for (const std::string& end : {std::string(8, '\x09'), std::string(8, '\0'), std::string("......\x03\x02")}) {
+      const std::string start(8, 's');
+      EXPECT_EQ(query.Decrypt(start + DesCbcEncrypt(DesKeyFromText("key"), start, end), "key"), "") << end;
+    }
+    query.strDES56Key = "";
+    EXPECT_EQ(query.Decrypt(query.Encrypt("text"), ""), "text");
     EXPECT_EQ(query.DecryptBase64("no Base64!"), "");
     EXPECT_NE(logs.Read("S1.log").find("'Decrypt()': 5 - "), std::string::npos);
     EXPECT_NE(logs.Read("S1.log").find("'DecryptBase64()': 5 - "), std::string::npos);
@@ -94,11 +104,19 @@ TEST(Encryption, FailsThroughItsHandlersWithoutItsObjects) {
     query.strDebugLogPath = logs.path();
     UnregisterObject("DES56Lib.DES56");
     EXPECT_EQ(query.Encrypt("x"), "");
+    EXPECT_EQ(query.Decrypt("x"), "");
     EXPECT_EQ(query.DecryptBase64("eHh4"), "");
     EXPECT_EQ(query.EncodeBase64("x"), "eA==");
     RegisterObject("DES56Lib.DES56", MakeDesObject);
-    EXPECT_NE(logs.Read("S1.log").find("'Encrypt()': 429 - "), std::string::npos);
-    EXPECT_NE(logs.Read("S1.log").find("'DecryptBase64()': 429 - "), std::string::npos);
+    UnregisterObject("DES56Lib.Base64");
+    EXPECT_EQ(query.EncryptBase64("x"), "");
+    EXPECT_EQ(query.DecodeBase64("eA=="), "");
+    RegisterObject("DES56Lib.Base64", MakeBase64Object);
+    const std::string log = logs.Read("S1.log");
+    for (const char* routine : {"Encrypt", "Decrypt", "DecryptBase64", "EncryptBase64", "DecodeBase64"}) {
+      EXPECT_NE(log.find("'" + std::string(routine) + "()': 429 - "), std::string::npos) << routine;
+    }
+    EXPECT_EQ(std::ranges::count(log, '\n'), 5) << log;
   });
 }
 

@@ -177,7 +177,7 @@ TEST(Request, InterleavesTwoInstancesOfOneApartmentThroughTheirYields) {
   });
   ScriptedServer quick(ScriptedServer::Replies(Framed("quick")));
   Requester page(slow.Host() + "|" + quick.Host());
-  const std::int16_t secondSlot = static_cast<std::int16_t>(page.apartment->controls.GetFreeControl());
+  const auto secondSlot = static_cast<std::int16_t>(page.apartment->controls.GetFreeControl());
   RequestExecution second(page.apartment, page.timeout, {page.session, page.user, page.password}, page.log);
   second.UseSlot(secondSlot);
   std::string secondText;

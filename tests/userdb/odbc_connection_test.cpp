@@ -1,12 +1,19 @@
+#include <signal.h>
+
+#include <chrono>
+
 #include "platform/connection_string.h"
 #include "platform/errors.h"
 #include "platform/objects.h"
+#include "platform/odbc_connection.h"
 #include "tests/support/page.h"
 #include "tests/support/scripted_server.h"
 #include "tests/userdb/test_database.h"
 
 namespace oxaqrycln::testing {
 namespace {
+
+using namespace std::chrono_literals;
 
 // The error of a call, "" without one.
 template <typename Call>
@@ -27,7 +34,9 @@ TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
   for (const Case& each :
        {Case{"Driver={SQLite3};Database=/x y", "Driver={SQLite3};Database=/x y"},
         Case{"Provider=MSDASQL;DSN=web;no equals", nullptr},
-        Case{"provider=msdasql.1; Data Source=web ;User ID=u;Password=\"p;w\"", "DSN=web;UID=u;PWD={p;w};"},
+        Case{"provider=msdasql.1; Data Source=web ;User ID=u;Password=\"p;w\"", "DSN=web;UID={u};PWD={p;w};"},
+        Case{"Provider=MSDASQL;Driver=SQLite3;Database=my users.sqlite;Password=a+b%41",
+             "Driver={SQLite3};Database=my users.sqlite;PWD={a+b%41};"},
         Case{"Provider=MSDASQL;Extended Properties=\"Driver={X};Server=s\"", "Driver={X};Server=s;"},
         Case{"Provider=SQLOLEDB;Data Source=host;Initial Catalog=db;Integrated Security=SSPI;Persist Security "
              "Info=False",
@@ -45,6 +54,9 @@ TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
   EXPECT_NE(ErrorOf([] { OdbcConnectionString("Provider=Other.4"); }).find("\"OTHER.4\""), std::string::npos);
   EXPECT_EQ(WithoutPasswords("user u, password a;b, a;b!", "UID=u;PWD={a;b}"), "user u, password ***, ***!");
   EXPECT_EQ(WithoutPasswords("no secret", "Extended Properties=\"Driver={X};PWD=secret\""), "no ***");
+  EXPECT_EQ(WithoutPasswords("where e is meant, e", "PWD=e"), "where *** is meant, ***");
+  EXPECT_EQ(ConnectionPasswords("Driver=X;pqopt={sslmode=require password = 'a \\'b' user=u lost};PWD="),
+            (std::vector<std::string>{"a 'b", "lost"}));
 }
 
 using OdbcConnection = OnDatabase;
@@ -81,8 +93,42 @@ TEST_P(OdbcConnection, ReadsTextsOfAnyLengthNullsAndNumbersByTheirKind) {
 
 TEST_P(OdbcConnection, RefusesTextThatHasNoPlaceInTheCodePage) {
   const TestDatabase database(GetParam(), false);
-  const char* const polish = GetParam() == Kind::Sqlite ? "SELECT CHAR(321)" : "SELECT CHR(321)";
-  EXPECT_NE(ErrorOf([&] { database.Run(polish); }).find("no place in the code page"), std::string::npos);
+  const std::string polish = GetParam() == Kind::Sqlite ? "CHAR(321)" : "CHR(321)";
+  const auto rows = database.Connect()->Execute("SELECT 'a' AS C, 1 AS N UNION ALL SELECT " + polish + ", 2");
+  EXPECT_EQ(rows->Field(0), Variant("a"));
+  rows->MoveNext();
+  EXPECT_EQ(rows->Field("N"), Variant::Long(2));
+  EXPECT_NE(ErrorOf([&] { rows->Field("C"); }).find("no place in the code page"), std::string::npos);
+}
+
+TEST_P(OdbcConnection, TellsNumbersThatDoNotFitAndNoTextsOfAStatement) {
+  const TestDatabase database(GetParam());
+  const auto connection = database.Connect();
+  const char* const large = GetParam() == Kind::Sqlite ? "INTEGER" : "BIGINT";
+  connection->Execute(std::string("CREATE TABLE T (I ") + large + ", J " + large + ")");
+  connection->Execute("INSERT INTO T VALUES(3000000000, -3)");
+  const auto rows = connection->Execute("SELECT I, J FROM T");
+  EXPECT_EQ(rows->Field("I"), Variant(3e9));
+  EXPECT_EQ(rows->Field("J"), Variant::Long(-3));
+  const std::string error = ErrorOf([&] { connection->Execute("SELECT 'Hidden' FROM None WHERE x='Hidden'"); });
+  EXPECT_NE(error.find("-2147467259 - ["), std::string::npos) << error;
+  EXPECT_EQ(error.find("Hidden"), std::string::npos) << error;
+}
+
+TEST(OdbcConnection, ToAServerThatStopsWithoutAWordIsGivenUp) {
+  if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL server runs for the tests";
+  const TestDatabase database(Kind::Postgres);
+  const auto connection = MakeOdbcConnectionWith({15s, 1s, 1s});
+  connection->Open(database.connectionString());
+  const auto server = static_cast<pid_t>(connection->Execute("SELECT pg_backend_pid()")->Field(0).ToLong());
+  ASSERT_EQ(kill(server, SIGSTOP), 0);
+  EXPECT_NE(ErrorOf([&] { connection->Execute("SELECT 1"); }).find("has not answered for 2 seconds"),
+            std::string::npos);
+  EXPECT_EQ(connection->State(), Connection::kClosed);
+  EXPECT_NE(ErrorOf([&] { connection->Execute("SELECT 1"); }).find("3704 - "), std::string::npos);
+  kill(server, SIGCONT);
+  connection->Open(database.connectionString());
+  EXPECT_EQ(connection->Execute("SELECT 1")->Field(0), Variant::Long(1));
 }
 
 TEST(OdbcConnection, ThatCannotBeOpenedSaysWhyWithoutThePassword) {

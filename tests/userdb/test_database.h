@@ -40,10 +40,11 @@ bool IsThere(Kind kind);
 
 // A page on the database.
 struct WebPage {
-  explicit WebPage(const TestDatabase& database) {
+  explicit WebPage(const TestDatabase& database) : WebPage(database.connectionString()) {}
+  explicit WebPage(const std::string& connectionString) {
     query.strSessionID = "S1";
     query.strDebugLogPath = logs.path();
-    query.strDBConnect = database.connectionString();
+    query.strDBConnect = connectionString;
     initialised = query.Init();
   }
   std::string Log() const { return logs.Read("S1.log"); }

@@ -23,21 +23,28 @@ TEST_P(UserAccounts, AreCreatedAndLogOn) {
   EXPECT_EQ(query.WriteUserToDB("anna", "Secret"), Variant::Long(1));
   EXPECT_EQ(query.WriteUserToDB("bert", "", "archive", "pwd"), Variant::Long(2));
   EXPECT_EQ(query.WriteUserToDB("cora", "x", "archive"), Variant::Long(3));  // half an account is none
-  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(4));
+  EXPECT_EQ(query.WriteUserToDB("dora", "x", Missing, "pwd"), Variant::Long(4));
+  EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE TELOUser IS NOT NULL OR TELOPasswd IS NOT NULL"),
+            Variant::Long(1));
+  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(5));
   EXPECT_EQ(database.Run("SELECT Passwd FROM Users WHERE UserID=1"), Variant(Encode("Secret")));
   struct Logon {
     const char* user;
     Variant password;
     std::int32_t id;
   };
-  for (const Logon& each : {Logon{"anna", "Secret", 1}, Logon{"anna", "secret", 0}, Logon{"anna", "", 0},
-                            Logon{"anna", Missing, 1}, Logon{"bert", "", 2}, Logon{"nobody", Missing, 0}}) {
+  for (const Logon& each :
+       {Logon{"anna", "Secret", 1}, Logon{"anna", "secret", 0}, Logon{"anna", "", 0}, Logon{"anna", Missing, 1},
+        Logon{"bert", "", 2}, Logon{"bert", Variant::Null(), 0}, Logon{"nobody", Missing, 0}}) {
     EXPECT_EQ(query.CheckLogon(each.user, each.password), Variant::Long(each.id))
         << each.user << each.password.IsMissing();
   }
   database.Run("INSERT INTO Users(UserID,UserName) VALUES(9,'nopass')");
   EXPECT_EQ(query.CheckLogon("nopass", ""), Variant::Long(0));
   EXPECT_EQ(query.CheckLogon("nopass"), Variant::Long(9));
+  database.Run("INSERT INTO Users(UserID,UserName,Passwd,TELOPasswd) VALUES(10,'odd','ZZ','" + Encode("p") + "')");
+  EXPECT_EQ(query.CheckLogon("odd", ""), Variant::Long(0));
+  EXPECT_TRUE(page.Failed("Decode", "13 - ")) << page.Log();
   Variant user = "kept";
   Variant password = "kept";
   EXPECT_EQ(query.GetUserTELOUser(77, &user, &password), Variant::Long(0));
@@ -45,9 +52,11 @@ TEST_P(UserAccounts, AreCreatedAndLogOn) {
   EXPECT_EQ(query.GetUserTELOUser("2", &user, &password), Variant::Long(1));
   EXPECT_EQ(user, Variant("archive"));
   EXPECT_EQ(password, Variant("pwd"));
-  EXPECT_EQ(query.GetUserTELOUser(3, &user, &password), Variant::Long(1));
-  EXPECT_EQ(user, Variant(""));
-  EXPECT_EQ(password, Variant(""));
+  for (const int half : {3, 10}) {
+    EXPECT_EQ(query.GetUserTELOUser(half, &user, &password), Variant::Long(1));
+    EXPECT_EQ(user, Variant("")) << half;
+    EXPECT_EQ(password, Variant("")) << half;
+  }
 }
 
 TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
@@ -57,6 +66,7 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   query.WriteUserToDB("anna", "old");
   query.WriteUserToDB("anna", "other");
   EXPECT_EQ(query.ChangePasswd("anna", "wrong", "new"), Variant::Integer(0));
+  EXPECT_EQ(query.ChangePasswd("anna", Missing, "new"), Variant::Integer(0));
   EXPECT_EQ(query.ChangePasswd("anna", "old", "new"), Variant::Integer(1));
   EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE Passwd='" + Encode("new") + "'"), Variant::Long(2));
   database.Run("INSERT INTO Users(UserID,UserName,Passwd) VALUES(32768,'late','" + Encode("old") + "')");
@@ -66,9 +76,23 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   Variant flag = "kept";
   EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(0));
   EXPECT_EQ(flag, Variant::Integer(0));
+  EXPECT_EQ(query.SetUserChangePasswd(99, -1), Variant::Long(1));
   EXPECT_EQ(query.SetUserChangePasswd(1, -1), Variant::Long(1));
   EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(1));
   EXPECT_EQ(flag.ToInteger(), -1);
+}
+
+TEST_P(UserAccounts, AreToldThoughThePasswordCannotBeWrittenAndTheLogDoesNotShowIt) {
+  const TestDatabase database(GetParam());
+  WebPage page(database);
+  page.query.WriteUserToDB("anna", "OldSecret");
+  database.Connect()->Execute(GetParam() == Kind::Sqlite
+                                  ? "CREATE TRIGGER Refuse BEFORE UPDATE ON Users BEGIN SELECT RAISE(FAIL,'no'); END"
+                                  : "ALTER TABLE Users ADD CHECK (Passwd='" + Encode("OldSecret") + "')");
+  EXPECT_EQ(page.query.ChangePasswd("anna", "OldSecret", "NewSecret"), Variant::Integer(1));
+  EXPECT_TRUE(page.Failed("ChangePasswd", "-2147467259 - [")) << page.Log();
+  EXPECT_EQ(page.Log().find(Encode("Secret").substr(6)), std::string::npos) << page.Log();
+  EXPECT_EQ(page.query.CheckLogon("anna", "OldSecret"), Variant::Long(1));
 }
 
 TEST_P(UserAccounts, KeepCodePageTextAsUnicode) {
@@ -106,6 +130,8 @@ TEST_P(UserAccounts, RefuseWhatCouldChangeAStatement) {
     EXPECT_EQ(query.GetUserRights(id, &output), Variant()) << id;
     EXPECT_EQ(query.GetUserEditRights(id, &output), Variant()) << id;
     EXPECT_EQ(query.GetUserGroups(id, &output), Variant()) << id;
+    EXPECT_EQ(query.GetUserArchives(id, &output), Variant()) << id;
+    EXPECT_EQ(query.GetUserChannels(id, &output), Variant()) << id;
   }
   for (const char* name : {"UserID) FROM Users; DROP TABLE Users; --", "Users, UserGroups", "", "1"}) {
     EXPECT_EQ(query.GetNextDBObjectID(name, "Users"), none) << name;
@@ -125,7 +151,7 @@ TEST_P(UserAccounts, FailThroughTheirHandlersWithoutTables) {
   EXPECT_EQ(page.query.SetUserChangePasswd(1, 1), Variant::Long(0));
   EXPECT_EQ(page.query.GetUserRights(1, &output), Variant());
   EXPECT_EQ(output, Variant(""));
-  for (const char* routine : {"WriteUserToDB", "CheckLogon", "SetUserChangePasswd", "GetUserRights"}) {
+  for (const char* routine : {"GetNextDBObjectID", "CheckLogon", "SetUserChangePasswd", "GetUserRights"}) {
     EXPECT_TRUE(page.Failed(routine, "-2147467259 - [")) << routine << page.Log();
   }
 }
@@ -140,7 +166,7 @@ TEST_P(UserAccounts, CreatedAtOnceGetIdsOfTheirOwnOrNone) {
     threads.emplace_back([&, t] {
       WebPage page(database);
       for (int i = 0; i < kUsers; ++i)
-        created[static_cast<std::size_t>(t)] += page.query.WriteUserToDB("u", "p").ToLong() > 0;
+        created[static_cast<std::size_t>(t)] += page.query.WriteUserToDB("u", "p").ToLong() > 0 ? 1 : 0;
     });
   }
   for (auto& thread : threads) thread.join();
@@ -174,10 +200,19 @@ TEST_P(UserAccounts, FailWithoutADatabaseAndOnOneThatThePageClosed) {
 TEST(LockedSqliteFile, EndsInAnError) {
   const TestDatabase database(Kind::Sqlite);
   WebPage page(database);
+  // By an entry of the driver manager, too.
+  const TemporaryDirectory entries;
+  entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" +
+                                database.connectionString().substr(database.connectionString().rfind('=') + 1));
+  setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
+  WebPage other("DSN=Web");
+  ASSERT_TRUE(other.initialised) << other.Log();
   const auto locker = database.Connect();
   locker->Execute("BEGIN EXCLUSIVE");
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
   EXPECT_NE(page.Log().find("database is locked"), std::string::npos) << page.Log();
+  EXPECT_EQ(other.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
+  EXPECT_NE(other.Log().find("database is locked"), std::string::npos) << other.Log();
   locker->Execute("COMMIT");
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Long(1));
 }
@@ -190,7 +225,7 @@ TEST(PostgresThatEndsTheSession, EndsInAnError) {
       "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname=current_database() AND "
       "pid<>pg_backend_pid()");
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
-  EXPECT_TRUE(page.Failed("WriteUserToDB", "-2147467259 - [")) << page.Log();
+  EXPECT_TRUE(page.Failed("GetNextDBObjectID", "-2147467259 - [")) << page.Log();
   EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
 }
 

@@ -81,7 +81,7 @@ Scope FindScope(Database& database, const std::string& format, const FolderRight
 // The condition of a query; parameter 1 is the full-text expression, unless that is empty. The archive numbers are
 // the database's own.
 std::string Condition(const Scope& scope, const std::string& expression) {
-  const std::string archives =
+  std::string archives =
       " FROM document JOIN archive ON archive.id = archive_id "
       "JOIN channel ON channel.id = channel_id WHERE archive_id IN (" +
       scope.archiveIds + ")";

@@ -54,7 +54,7 @@ class TiffReader {
 
  private:
   std::unique_ptr<tiff, void (*)(tiff*)> handle_;
-  std::int64_t pageCount_;
+  std::int64_t pageCount_ = 0;
 };
 
 }  // namespace oxaqrycln::devserver

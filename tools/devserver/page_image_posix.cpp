@@ -92,9 +92,10 @@ PageImage FromRaster(const std::vector<std::uint32_t>& raster, std::uint32_t wid
     for (std::uint32_t x = 0; x < width; ++x) {
       const std::uint32_t pixel = raster[std::size_t{y} * width + x];
       if (page.inColour) {
-        row[x * 3] = static_cast<std::uint8_t>(TIFFGetR(pixel));
-        row[x * 3 + 1] = static_cast<std::uint8_t>(TIFFGetG(pixel));
-        row[x * 3 + 2] = static_cast<std::uint8_t>(TIFFGetB(pixel));
+        std::uint8_t* const place = row + std::size_t{x} * 3;
+        place[0] = static_cast<std::uint8_t>(TIFFGetR(pixel));
+        place[1] = static_cast<std::uint8_t>(TIFFGetG(pixel));
+        place[2] = static_cast<std::uint8_t>(TIFFGetB(pixel));
       } else if (TIFFGetR(pixel) == 0) {
         row[x / 8] = static_cast<std::uint8_t>(row[x / 8] | (0x80U >> (x % 8)));
       }
@@ -167,7 +168,7 @@ void TiffWriter::Close() {
   if (!whole) throw ServerError("The TIFF file could not be written");
 }
 
-TiffReader::TiffReader(int descriptor) : handle_(OpenTiff(descriptor, "rm")), pageCount_(0) {
+TiffReader::TiffReader(int descriptor) : handle_(OpenTiff(descriptor, "rm")) {
   if (handle_ == nullptr) throw ServerError("It is no TIFF file");
   do {
     if (++pageCount_ > kMostPages) throw ServerError("It has more than " + std::to_string(kMostPages) + " pages");

@@ -22,17 +22,13 @@ constexpr const char* kClosing =
     "  oxaqry show Finance/Invoices/1262 --query invoice --config archive.json\n"
     "  oxaqry COMMAND --help";
 
-// An option's value can be read by everybody on the machine. Another provider's own string may stand in a value.
+// An option's value can be read by everybody on the machine.
 bool HoldsPassword(const std::string& connectionString) {
   try {
-    for (const auto& [name, value] : ConnectionAttributes(connectionString)) {
-      const std::string upper = UpperCase(name);
-      if (upper == "PWD" || upper == "PASSWORD") return true;
-      if (upper == "EXTENDED PROPERTIES" && HoldsPassword(value)) return true;
-    }
-  } catch (const RuntimeError&) {  // told when the database is opened
+    return !ConnectionPasswords(connectionString).empty();
+  } catch (const RuntimeError&) {
+    return false;  // told when the database is opened
   }
-  return false;
 }
 
 std::string RefusePassword(const std::string& connectionString) {
@@ -42,8 +38,8 @@ std::string RefusePassword(const std::string& connectionString) {
 
 }  // namespace
 
-CommandParser::CommandParser(const Surroundings& surroundings)
-    : surroundings_(surroundings), app_("Searches a document archive through its query servers.", "oxaqry") {
+CommandParser::CommandParser(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)), app_("Searches a document archive through its query servers.", "oxaqry") {
   app_.set_version_flag("--version", std::string("oxaqry ") + kVersionText);
   app_.require_subcommand(1);
   app_.footer(kClosing);

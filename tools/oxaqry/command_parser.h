@@ -18,7 +18,7 @@ class CommandParser {
  public:
   using Command = std::function<int(const Settings&, const Output&)>;
 
-  explicit CommandParser(const Surroundings& surroundings);
+  explicit CommandParser(Surroundings surroundings);
   CommandParser(const CommandParser&) = delete;
   CommandParser& operator=(const CommandParser&) = delete;
 
@@ -27,16 +27,15 @@ class CommandParser {
   int Run() { return run_(); }
 
   // A command without settings; examples are its help's last lines.
-  CLI::App* AddPlain(const char* name, const char* description, const char* examples, Command command);
+  CLI::App* AddPlain(const char* name, const char* description, const char* examples, Command action);
   // A command that talks to query servers.
-  CLI::App* AddQuery(const char* name, const char* description, const char* examples, Command command) {
-    return AddQuery(app_, name, description, examples, std::move(command));
+  CLI::App* AddQuery(const char* name, const char* description, const char* examples, Command action) {
+    return AddQuery(app_, name, description, examples, std::move(action));
   }
-  CLI::App* AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples,
-                     Command command);
+  CLI::App* AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples, Command action);
   // A command that works on the web user database.
   CLI::App* AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
-                        Command command);
+                        Command action);
   // A command that is followed by another one.
   CLI::App* AddGroup(const char* name, const char* description, const char* examples);
   // The flag "--json" of a command without settings.

@@ -151,7 +151,7 @@ int Properties(const Settings& settings, const std::string& channel, const std::
   constexpr std::array kNames{"create", "edit", "delete", "index", "fifth"};
   std::array<Variant, 5> values;
   Variant status;
-  values[4] = query->TELOGetArchiveProperties(TextFromUtf8(channel), TextFromUtf8(archive), &values[0], &values[1],
+  values[4] = query->TELOGetArchiveProperties(TextFromUtf8(channel), TextFromUtf8(archive), values.data(), &values[1],
                                               &values[2], &values[3], &status);
   if (values[4].type() != Variant::Type::String) Fail(status.ToText());
   Json document = Json::object();

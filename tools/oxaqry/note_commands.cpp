@@ -37,7 +37,8 @@ using MaskField = std::array<Variant, kFieldKeys.size()>;
 
 MaskField NextField(clsQuery& query) {
   MaskField field;
-  query.TELOGetMasksNextField(&field[0], &field[1], &field[2], &field[3], &field[4], &field[5], &field[6], &field[7]);
+  query.TELOGetMasksNextField(field.data(), &field[1], &field[2], &field[3], &field[4], &field[5], &field[6],
+                              &field[7]);
   // What cannot be read leaves the last output unwritten, and the walk stands still.
   if (field.back().IsEmpty()) {
     throw CommandError("a mask is malformed: see the log (--log-dir) and ask the query server's operator");

@@ -25,8 +25,8 @@ class Session {
 
  private:
   Json Dispatch(const Json& request);
-  Json New(const Json& name);
-  Json Drop(const Json& name);
+  Json New(const Json& json);
+  Json Drop(const Json& json);
   Json Set(const Json& request);
   Json Get(const Json& request);
   Json Call(const Json& request);

@@ -152,7 +152,7 @@ TEST_F(CommandLineTest, HelpsWithExamplesEverywhere) {
   for (const CommandWords& words : AllCommandWords()) {
     SCOPED_TRACE(words.command);
     const std::size_t blank = words.command.find(' ');
-    const bool isInGroup = blank != words.command.npos;
+    const bool isInGroup = blank != std::string::npos;
     const std::string group = isInGroup ? words.command.substr(0, blank) : "";
     const std::string name = words.command.substr(isInGroup ? blank + 1 : 0);
     const std::vector<std::string> path = isInGroup ? std::vector{group, name} : std::vector{name};

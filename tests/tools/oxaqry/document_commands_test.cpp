@@ -11,7 +11,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr const char* kInformation =
     "^Mail^,^Inbox^,^7^,^2^,^123^,^01.02.2026^,^03.02.2026^,^Oak shelves^,^2^,^1^,^0^,^1^";

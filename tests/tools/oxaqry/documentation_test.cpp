@@ -20,7 +20,7 @@ std::string Read(const std::string& name) {
 // The manual page as its reader sees it.
 std::string ReadPage() {
   std::string page = Read("oxaqry.1");
-  for (std::size_t at = page.find('\\'); at != page.npos; at = page.find('\\', at)) {
+  for (std::size_t at = page.find('\\'); at != std::string::npos; at = page.find('\\', at)) {
     page.erase(at, page.compare(at, 2, "\\f") == 0 ? 3 : 1);  // a change of font, or the mark of a literal "-"
   }
   return page;
@@ -28,8 +28,10 @@ std::string ReadPage() {
 
 // Whether the text holds the word, not merely a longer word that begins or ends with it.
 bool Mentions(const std::string& text, const std::string& word) {
-  const auto isPart = [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) || letter == '-'; };
-  for (std::size_t at = text.find(word); at != text.npos; at = text.find(word, at + 1)) {
+  const auto isPart = [](char letter) {
+    return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '-';
+  };
+  for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) {
     const std::size_t end = at + word.size();
     if ((at == 0 || !isPart(text[at - 1])) && (end == text.size() || !isPart(text[end]))) return true;
   }

@@ -15,7 +15,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 // The server's part of a fetch: the file appears in the blob directory, and the answer names it.
 ScriptedArchive::Reply Puts(const ScriptedArchive* const& archive, const std::string& name,
