@@ -6,10 +6,12 @@ namespace oxaqrycln {
 namespace {
 
 constexpr std::string_view kBetween = "^,^";
+constexpr std::size_t kUsualFields = 20;  // room for a segment, the longest record
 
 }  // namespace
 
 RecordFields::RecordFields(std::string_view line) : closed_("^," + std::string(line) + ",^") {
+  fields_.reserve(kUsualFields);
   const std::string_view closed = closed_;
   for (std::size_t start = 0;;) {
     const std::size_t end = closed.find(kBetween, start);

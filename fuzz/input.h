@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/errors.h"
+#include "tests/support/error_of.h"
 
 // The entry of every target; its result is always 0.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -62,16 +63,7 @@ inline std::vector<std::string_view> Pieces(std::string_view text, std::string_v
   return pieces;
 }
 
-// Runs body and gives the number of the RuntimeError it raised, 0 for none. Any other exception ends the program.
-template <typename Body>
-std::int32_t ErrorOf(Body&& body) {
-  try {
-    body();
-    return 0;
-  } catch (const RuntimeError& raised) {
-    return raised.number();
-  }
-}
+using testing::ErrorOf;
 
 }  // namespace oxaqrycln::fuzz
 

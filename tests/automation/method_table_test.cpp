@@ -8,9 +8,12 @@
 #include <vector>
 
 #include "platform/errors.h"
+#include "tests/support/error_of.h"
 
 namespace oxaqrycln {
 namespace {
+
+using oxaqrycln::testing::ErrorOf;
 
 // The names that clsQuery's header declares behind one of the types, each in front of one of the marks, in order.
 std::vector<std::string> DeclaredNames(const std::vector<std::string>& types, std::string_view marks) {
@@ -35,15 +38,6 @@ std::vector<std::string> TableNames(const Entries& entries) {
   return names;
 }
 
-std::int32_t ErrorOf(const auto& action) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
-
 Variant CallMethod(clsQuery& query, std::string_view name, std::vector<Variant*> arguments) {
   const MethodEntry* const method = FindMethod(name);
   EXPECT_NE(method, nullptr) << name;
@@ -55,8 +49,8 @@ TEST(MethodTable, HoldsEveryPublicMemberInTheOrderOfItsDeclaration) {
   const auto variables = DeclaredNames({"std::int32_t", "std::string", "DateTime"}, "; ");
   ASSERT_FALSE(methods.empty());
   ASSERT_FALSE(variables.empty());
-  EXPECT_THAT(TableNames(PublicMethods()), testing::ElementsAreArray(methods));
-  EXPECT_THAT(TableNames(PublicVariables()), testing::ElementsAreArray(variables));
+  EXPECT_THAT(TableNames(PublicMethods()), ::testing::ElementsAreArray(methods));
+  EXPECT_THAT(TableNames(PublicVariables()), ::testing::ElementsAreArray(variables));
 }
 
 TEST(MethodTable, FindsNamesWhateverTheirLetterCase) {

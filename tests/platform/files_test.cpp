@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/errors.h"
 #include "platform/open_files.h"
 #include "platform/wildcard.h"
+#include "tests/support/error_of.h"
 #include "tests/support/temporary_directory.h"
 
 namespace oxaqrycln::testing {
@@ -21,16 +21,6 @@ TEST(FileNames, AreRefusedWhenTheyCouldLeaveADirectoryOrMeanADevice) {
   EXPECT_FALSE(IsPlainFileName(std::string("a\0b", 3)));
   EXPECT_TRUE(IsPlainFileName(std::string(255, 'x')));
   EXPECT_FALSE(IsPlainFileName(std::string(256, 'x')));
-}
-
-template <typename Call>
-std::int32_t ErrorOf(Call&& call) {
-  try {
-    call();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
 }
 
 TEST(Files, TurnFailuresIntoRunTimeErrors) {

@@ -6,19 +6,12 @@
 
 #include "platform/errors.h"
 #include "platform/objects.h"
+#include "tests/support/error_of.h"
 
 namespace oxaqrycln {
 namespace {
 
-template <typename Call>
-std::int32_t ErrorOf(Call&& call) {
-  try {
-    call();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-}
+using testing::ErrorOf;
 
 TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
   struct Case {

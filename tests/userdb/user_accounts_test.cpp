@@ -1,3 +1,5 @@
+#include <dlfcn.h>
+
 #include <thread>
 #include <vector>
 
@@ -204,6 +206,7 @@ TEST(LockedSqliteFile, EndsInAnError) {
   const TemporaryDirectory entries;
   entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" +
                                 database.connectionString().substr(database.connectionString().rfind('=') + 1));
+  dlopen("libodbcinst.so.2", RTLD_LAZY);  // stays, or a leak checker takes its cache of entries for lost
   setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
   WebPage other("DSN=Web");
   ASSERT_TRUE(other.initialised) << other.Log();

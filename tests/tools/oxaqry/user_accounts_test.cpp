@@ -19,7 +19,11 @@ TEST_P(UserAccountCommands, InitMakesTheTablesOfAnEmptyDatabaseOnly) {
   database.Run("CREATE TABLE Outliner (ID INTEGER)");
   EXPECT_THAT(database.User({"init"}).err, HasSubstr("\"Outliner\" already"));
   EXPECT_ANY_THROW(database.Count("Users"));
-  database.Run("DROP TABLE Outliner");
+  // One that fails half way.
+  database.Run("DROP TABLE Outliner; CREATE TABLE Other (ID INTEGER); CREATE INDEX UserGroupsByGroup ON Other (ID)");
+  EXPECT_THAT(database.User({"init"}).err, AllOf(HasSubstr("cannot be changed: ["), HasSubstr("already exists")));
+  EXPECT_ANY_THROW(database.Count("Users"));
+  database.Run("DROP TABLE Other");
   EXPECT_EQ(database.User({"init"}).status, 0);
   database.Must({"add", "Sales", "--group"});
   const ToolRun again = database.User({"init"});
@@ -27,6 +31,20 @@ TEST_P(UserAccountCommands, InitMakesTheTablesOfAnEmptyDatabaseOnly) {
   EXPECT_THAT(again.err, HasSubstr("already"));
   EXPECT_EQ(database.Count("Users"), 1);
   EXPECT_EQ(database.Count("OutlinerContent"), 0);
+}
+
+TEST(UserCommands, TellALockedDatabaseFromAnEmptyOne) {
+  const UserTestDatabase database(Kind::Sqlite, false);
+  const auto other = database.Connect();
+  other->Execute("BEGIN EXCLUSIVE");
+  for (const char* command : {"list", "init"}) {
+    const ToolRun run =
+        RunOxaqry({"user", command}, {{"OXAQRY_DATABASE", database.connectionString() + ";Timeout=100"}});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err,
+                AllOf(HasSubstr("the table Users cannot be read: ["), HasSubstr("locked"), Not(HasSubstr("user init"))))
+        << command;
+  }
 }
 
 TEST_P(UserAccountCommands, AddedUsersLogOnAndGroupsDoNot) {
@@ -71,6 +89,9 @@ TEST_P(UserAccountCommands, SeveralUsersOfANameAreTurnedToById) {
   Variant flag;
   EXPECT_EQ(page.query.GetUserChangePasswd(2, &flag), Variant::Long(1));
   EXPECT_EQ(flag, Variant::Long(1));
+  database.Must({"must-change", "anna", "off", "--id", "2"});
+  EXPECT_EQ(page.query.GetUserChangePasswd(2, &flag), Variant::Long(1));
+  EXPECT_EQ(flag, Variant::Long(0));
   EXPECT_EQ(page.query.GetUserChangePasswd(1, &flag), Variant::Long(0));
   EXPECT_EQ(page.query.CheckLogon("anna", "one"), Variant::Long(1)) << "the other one's password stays";
   database.Run("DELETE FROM Users WHERE UserID=1");
@@ -78,14 +99,18 @@ TEST_P(UserAccountCommands, SeveralUsersOfANameAreTurnedToById) {
 }
 
 // An ID that the component's own ChangePasswd does not take.
-TEST_P(UserAccountCommands, PasswdChangesAnyUserButNoGroup) {
+TEST_P(UserAccountCommands, PasswdChangesAnyUserButNoGroupUnlessTold) {
   const UserTestDatabase database(GetParam());
   database.Run(
       "INSERT INTO Users(UserID,UserName) VALUES(40000,'zoe'); INSERT INTO Users(UserID,UserName) VALUES(10,'Sales');"
       "INSERT INTO UserGroups VALUES(40000,10)");
+  EXPECT_THAT(database.User({"passwd", "zoe", "--password-stdin"}, "new\n").err, HasSubstr("--make-user"));
+  EXPECT_EQ(database.User({"check", "zoe", "--password-stdin"}, "new\n").status, 1);
+  database.Must({"passwd", "zoe", "--make-user", "--password-stdin"}, "old\n");
   database.Must({"passwd", "zoe", "--password-stdin"}, "new\n");
   EXPECT_EQ(database.User({"check", "zoe", "--password-stdin"}, "new\n").status, 0);
-  EXPECT_THAT(database.User({"passwd", "Sales", "--password-stdin"}, "new\n").err, HasSubstr("is a group"));
+  EXPECT_THAT(database.User({"passwd", "Sales", "--make-user", "--password-stdin"}, "new\n").err,
+              HasSubstr("is a group, which has no password"));
 }
 
 TEST_P(UserAccountCommands, ListUsersAndGroupsApart) {
@@ -125,6 +150,10 @@ TEST_P(UserAccountCommands, WhatTheDatabaseCannotTakeIsRefusedBeforehand) {
       {"divider of lists", {"grant", "anna", "--channel", "a^,^b"}, "", "divide the lists"},
       {"control character", {"add", "an\tna", "--group"}, "", "control character"},
       {"empty name", {"add", "", "--group"}, "", "name is empty"},
+      {"empty archive user", {"add", "x", "--archive-user", "", "--password-stdin"}, "a\nb\n", "archive user is empty"},
+      {"empty group", {"grant", "anna", "--group", ""}, "", "name of the group is empty"},
+      {"nothing as an explained archive", {"explain", "anna", "--archive", ""}, "", "the archive is empty"},
+      {"nothing as explained edit rights", {"explain", "anna", "--edit", ""}, "", "the archive is empty"},
       {"outside the code page", {"add", "\u4E2D", "--group"}, "", "Windows-1252"},
       {"empty password", {"add", "x", "--password-stdin"}, "\n", "password is empty"},
       {"no password", {"add", "x", "--password-stdin"}, "", "no further line"},
@@ -151,6 +180,8 @@ TEST(UserCommandLine, TellsWrongUsage) {
     const char* message;
   };
   const std::vector<Case> cases{
+      {"unknown command", {"foo"}, "unknown command \"user foo\""},
+      {"unknown option", {"--jsn", "list"}, "--jsn"},
       {"nobody to ask", {"add", "x"}, "--password-stdin"},
       {"password as an argument", {"add", "x", "--password", "y"}, "--password"},
       {"connection with a password", {"list", "--database", "DSN=web; pwd ={x y}"}, "can be read by everybody"},
@@ -161,6 +192,7 @@ TEST(UserCommandLine, TellsWrongUsage) {
       {"no state", {"must-change", "x", "perhaps"}, "STATE"},
       {"no right", {"grant", "x"}, "--right"},
       {"right that is no number", {"grant", "x", "--right", "1 OR 1=1"}, "whole number"},
+      {"right that is a sign", {"grant", "x", "--right", "-"}, "whole number"},
       {"right that is too large", {"grant", "x", "--right", "2147483648"}, "--right"},
       {"edit rights without letters", {"grant", "x", "--edit", "A="}, "ARCHIVE=LETTERS"},
       {"unknown letter", {"revoke", "x", "--edit", "A=NX"}, "\"NX\""},

@@ -61,6 +61,7 @@ TEST_P(UserImport, NamesTheLineOfWhatIsWrongAndWritesNothing) {
       {"name in the file twice", "name,password\nbert,pw\nbert,pw\n", "line 3: the name \"bert\" stands"},
       {"known name", "name,password\nbert,pw\nanna,pw\n", "line 3: there is a user \"anna\" already"},
       {"unknown group", "name,password,groups\nbert,pw,Sales\n", "line 2: there is no group \"Sales\""},
+      {"empty group", "name,password,groups\nbert,pw,;\n", "line 2: the list of groups holds an empty name"},
       {"user for a group", "name,password,groups\nbert,pw,anna\n", "line 2: there is no group \"anna\""},
       {"archive password alone", "name,password,archive_password\nbert,pw,x\n", "line 2: there is an archive password"},
       {"archive user alone", "name,password,archive_user\nbert,pw,W\n", "line 2: the archive password is empty"},

@@ -127,15 +127,22 @@ TEST(UserPassword, OfTwoFormsChangesNothing) {
   EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "old\n").status, 0);
 }
 
-TEST(UserPassword, AnInterruptGivesTheTerminalBack) {
+TEST(UserPassword, AnInterruptOrAQuitGivesTheTerminalBack) {
   const UserTestDatabase database(Kind::Sqlite);
-  AtTerminal run(database, {"add", "anna"});
-  ASSERT_TRUE(run.Awaits("New password: "));
-  EXPECT_FALSE(run.Echoes());
-  run.Type("half\x03");  // the interrupt character
-  EXPECT_EQ(run.Status(), 130);
-  EXPECT_TRUE(run.Echoes());
-  EXPECT_EQ(database.Count("Users"), 0);
+  struct Case {
+    const char* typed;
+    int status;
+  };
+  for (const Case& test : {Case{"half\x03", 130}, Case{"half\x1C", 131}}) {
+    SCOPED_TRACE(test.status);
+    AtTerminal run(database, {"add", "anna"});
+    ASSERT_TRUE(run.Awaits("New password: "));
+    EXPECT_FALSE(run.Echoes());
+    run.Type(test.typed);
+    EXPECT_EQ(run.Status(), test.status);
+    EXPECT_TRUE(run.Echoes());
+    EXPECT_EQ(database.Count("Users"), 0);
+  }
 }
 
 }  // namespace

@@ -45,7 +45,8 @@ TEST_P(UserRightCommands, GrantAndRevokeAreWhatTheComponentSees) {
   std::vector<std::string> revoke = grant;
   revoke[0] = "revoke";
   database.Must(revoke);
-  database.Must({"revoke", "anna", "--right", "5", "--right", "99", "--group", "Support"});
+  database.Run("INSERT INTO UserRights(UserID,RightID) VALUES(1,-5)");
+  database.Must({"revoke", "anna", "--right", "5", "--right", "-5", "--right", "99", "--group", "Support"});
   EXPECT_EQ(Rights(database, "anna")["rights"], Json::parse("[7]"));
   EXPECT_EQ(Rights(database, "anna")["archives"], Json::parse(R"(["Plans=old"])"));
   database.Must({"revoke", "anna", "--group", "Sales"});
@@ -103,7 +104,7 @@ TEST_P(UserRightCommands, AGrantThatFailsInPartChangesNothing) {
 TEST_P(UserRightCommands, ExplainNamesTheEntriesThatCount) {
   const UserTestDatabase database(GetParam());
   AddAnnaAndGroups(database);
-  database.Must({"grant", "anna", "--right", "3"});
+  database.Must({"grant", "anna", "--right", "3", "--right", "-4"});
   database.Must({"grant", "Sales", "--right", "3", "--right", "7", "--edit", "A=NE", "--channel", "Finance"});
   database.Must({"grant", "Support", "--right", "8"});
   database.Run("INSERT INTO UserEditRights(UserID,Archive,New,Edit,Del) VALUES(1,'A',-1,0,0)");
@@ -116,6 +117,7 @@ TEST_P(UserRightCommands, ExplainNamesTheEntriesThatCount) {
       {{"3"}, true, {"own", "Sales"}},
       {{"7"}, true, {"Sales"}},
       {{"8"}, false, {}},
+      {{"-4"}, true, {"own"}},
       {{"--channel", "Finance"}, true, {"Sales"}},
       {{"--archive", "Finance"}, false, {}},
       {{"--edit", "A"}, true, {"own", "Sales"}},
