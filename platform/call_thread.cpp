@@ -3,10 +3,9 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
-#include "platform/errors.h"
+#include "platform/quiet_thread.h"
 
 namespace oxaqrycln {
 
@@ -58,13 +57,7 @@ bool CallThread::Run(std::function<void()> call, std::chrono::milliseconds limit
   desk_->call = std::move(call);
   desk_->failure = nullptr;
   desk_->isDone = false;
-  if (!thread_.joinable()) {
-    try {
-      thread_ = std::thread([desk = desk_] { desk->Serve(); });
-    } catch (const std::system_error&) {
-      throw RuntimeError(error::kOutOfMemory);
-    }
-  }
+  if (!thread_.joinable()) thread_ = StartQuietThread([desk = desk_] { desk->Serve(); });
   desk_->changed.notify_all();
   if (!desk_->changed.wait_for(lock, limit, [this] { return desk_->isDone; })) {
     isLost_ = true;

@@ -4,12 +4,11 @@
 #include <unistd.h>
 
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include "platform/errors.h"
 #include "platform/native_socket.h"
+#include "platform/quiet_thread.h"
 
 namespace oxaqrycln {
 
@@ -40,7 +39,7 @@ NameLookup::NameLookup(EventLoop& loop, std::string host, Resolver resolver, std
   shared_->wakeWrite = ends[1];
   try {
     watch_ = loop_.Watch(wakeRead_, Ready::Read, *this);
-    std::thread([shared = shared_, name = std::move(host), resolve = std::move(resolver)] {
+    StartQuietThread([shared = shared_, name = std::move(host), resolve = std::move(resolver)] {
       LookupResult found;
       try {
         found = resolve(name);
@@ -49,9 +48,6 @@ NameLookup::NameLookup(EventLoop& loop, std::string host, Resolver resolver, std
       }
       shared->Announce(std::move(found));
     }).detach();
-  } catch (const std::system_error&) {
-    Stop();
-    throw RuntimeError(error::kOutOfMemory);
   } catch (...) {
     Stop();
     throw;

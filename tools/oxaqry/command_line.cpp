@@ -115,6 +115,17 @@ void AddWords(const CLI::App& command, const std::string& name, std::vector<Comm
   }
 }
 
+// The word that stands where a command or an option of the tool or of a group was expected; "" when none is wrong so.
+std::string UnknownWord(const CLI::App& app, const std::string& first) {
+  const auto parsed = app.get_subcommands();
+  if (parsed.empty()) return first;
+  const CLI::App& command = *parsed.front();
+  const bool isGroup = !command.get_subcommands([](const CLI::App*) { return true; }).empty();
+  const std::vector<std::string> rest = command.remaining();
+  if (!isGroup || !command.get_subcommands().empty() || rest.empty()) return "";
+  return rest.front().starts_with('-') ? rest.front() : command.get_name() + " " + rest.front();
+}
+
 int WrongUsage(const std::string& reason, std::ostream& err) {
   err << "oxaqry: " << reason << "\nTry \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
   return 2;
@@ -134,9 +145,9 @@ int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surro
       parser.app().exit(error, surroundings.out, surroundings.err);
       return surroundings.out.flush() ? 0 : 1;
     }
-    const bool hasCommand = first.empty() || !parser.app().get_subcommands().empty();
-    const char* const what = first.starts_with('-') ? "option" : "command";
-    const std::string reason = hasCommand ? error.what() : "unknown " + std::string(what) + " \"" + first + "\"";
+    const std::string unknown = UnknownWord(parser.app(), first);
+    const char* const what = unknown.starts_with('-') ? "option" : "command";
+    const std::string reason = unknown.empty() ? error.what() : "unknown " + std::string(what) + " \"" + unknown + "\"";
     return WrongUsage(reason, surroundings.err);
   }
   try {

@@ -19,7 +19,7 @@ class Interrupted : public std::exception {
   int signal_;
 };
 
-// While it lives, an interrupt, a request to end or a hang-up only takes note of the signal.
+// While it lives, an interrupt, a quit, a request to end or a hang-up only takes note of the signal.
 class Interruption {
  public:
   Interruption();

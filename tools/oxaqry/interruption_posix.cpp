@@ -8,7 +8,7 @@
 namespace oxaqrycln {
 namespace {
 
-constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
+constexpr std::array kSignals{SIGINT, SIGQUIT, SIGTERM, SIGHUP};
 // Of the process, as signals are.
 std::atomic<int> lastSignal = 0;
 static_assert(std::atomic<int>::is_always_lock_free);

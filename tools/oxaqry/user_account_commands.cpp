@@ -34,8 +34,8 @@ std::int32_t CreateGroup(UserDatabase& database, const std::string& name) {
 
 std::int32_t CreateUser(UserDatabase& database, const AddUserRequest& request, const Output& output) {
   const std::string name = NameForDatabase(request.name, "the name");
-  const bool hasAccount = !request.archiveUser.empty();
-  const Variant account = hasAccount ? Variant(NameForDatabase(request.archiveUser, "the archive user")) : Missing;
+  const bool hasAccount = request.archiveUser.has_value();
+  const Variant account = hasAccount ? Variant(NameForDatabase(*request.archiveUser, "the archive user")) : Missing;
   clsQuery& query = database.query();
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
   Variant accountPassword = Missing;
@@ -64,6 +64,9 @@ int SetUserPassword(const Settings& settings, const PasswordRequest& request, co
   UserDatabase database(settings);
   const WebUser user = database.User(request.user);
   if (user.hasMembers) throw CommandError("\"" + request.user.name + "\" is a group, which has no password");
+  if (user.IsGroup() && !request.mayMakeUser) {
+    throw CommandError("\"" + request.user.name + "\" is a group: --make-user makes a user of one without members");
+  }
   clsQuery& query = database.query();
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
   database.Execute("UPDATE Users SET Passwd=" + SqlText(query.Encode(password)) +

@@ -47,6 +47,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& user) {
       "  oxaqry user passwd anna --id 7 --password-stdin --config web.json < new-password",
       [change](const Settings& settings, const Output& output) { return SetUserPassword(settings, *change, output); });
   AddUserName(*changing, change->user);
+  changing->add_flag("--make-user", change->mayMakeUser, "also for a group without members, which becomes a user");
   AddPasswordSource(*changing, change->passwords);
 
   const auto check = std::make_shared<PasswordRequest>();
@@ -109,7 +110,9 @@ void AddListCommands(CommandParser& parser, CLI::App& user) {
 
 CLI::Validator RightNumber() {
   return {[](const std::string& text) {
-            const bool isNumber = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+            const std::size_t digits = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+            const bool isNumber =
+                text.size() > digits && text.find_first_not_of("0123456789", digits) == std::string::npos;
             return isNumber ? std::string() : "a right is a whole number, not \"" + text + "\"";
           },
           ""};

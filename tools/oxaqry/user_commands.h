@@ -19,9 +19,9 @@ int InitUsers(const Settings& settings, const Output& output);
 
 struct AddUserRequest {
   std::string name;
-  bool isGroup = false;       // a group has no password
-  std::string archiveUser;    // "" for none; its password is asked for
-  bool mayDuplicate = false;  // also where the name exists
+  bool isGroup = false;                    // a group has no password
+  std::optional<std::string> archiveUser;  // its password is asked for
+  bool mayDuplicate = false;               // also where the name exists
   PasswordSource passwords;
 };
 int AddUser(const Settings& settings, const AddUserRequest& request, const Output& output);
@@ -29,19 +29,20 @@ int AddUser(const Settings& settings, const AddUserRequest& request, const Outpu
 struct PasswordRequest {
   UserName user;
   PasswordSource passwords;
+  bool mayMakeUser = false;  // also for a group without members, which is a user then
 };
 int SetUserPassword(const Settings& settings, const PasswordRequest& request, const Output& output);
 // 1 when the password is wrong or there is no such user.
 int CheckUser(const Settings& settings, const PasswordRequest& request, const Output& output);
-int SetMustChange(const Settings& settings, const UserName& user, bool mustChange, const Output& output);
+int SetMustChange(const Settings& settings, const UserName& name, bool mustChange, const Output& output);
 // All or none of the users of a file; "-" is standard input.
 int ImportUsers(const Settings& settings, const std::string& path, const Output& output);
 
 // Users, or groups with their members.
 int ListUsers(const Settings& settings, bool groups, const Output& output);
-int ListGroupsOf(const Settings& settings, const UserName& user, const Output& output);
+int ListGroupsOf(const Settings& settings, const UserName& name, const Output& output);
 // What the user may do himself and through his groups.
-int ShowRights(const Settings& settings, const UserName& user, const Output& output);
+int ShowRights(const Settings& settings, const UserName& name, const Output& output);
 
 // What can be granted to a user or group.
 struct Grants {
@@ -62,9 +63,9 @@ int RevokeFromUser(const Settings& settings, const UserName& user, const Grants&
 struct ExplainRequest {
   UserName user;
   std::optional<std::int32_t> right;
-  std::string edit;  // an archive
-  std::string archive;
-  std::string channel;
+  std::optional<std::string> edit;  // an archive
+  std::optional<std::string> archive;
+  std::optional<std::string> channel;
 };
 // Whose entries give it to the user; 1 when he does not have it.
 int ExplainRight(const Settings& settings, const ExplainRequest& request, const Output& output);

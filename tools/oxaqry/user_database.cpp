@@ -29,6 +29,12 @@ class ConnectionForComponent {
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
+// By the state that most drivers give, or the words of SQLite's, whose state tells nothing.
+bool TellsMissingTable(const std::string& reason) {
+  return reason.starts_with("[42P01]") || reason.starts_with("[42S02]") ||
+         reason.find("no such table") != std::string::npos;
+}
+
 }  // namespace
 
 // Keeps what the database said last, which the component's methods only log.
@@ -77,7 +83,7 @@ UserDatabase::UserDatabase(const Settings& settings, Tables tables)
     if (!query_->Init()) Fail("the web user database cannot be opened");
   }
   if (tables == Tables::Expected && !HasTable("Users")) {
-    Fail("the web user database has no table of users, which \"oxaqry user init\" makes");
+    Fail("the table Users cannot be read, which \"oxaqry user init\" makes in an empty database");
   }
 }
 
@@ -119,6 +125,7 @@ bool UserDatabase::HasTable(const std::string& table) {
     connection_->Execute("SELECT 1 FROM " + table + " WHERE 1=0");
     return true;
   } catch (const RuntimeError&) {
+    if (!TellsMissingTable(connection_->reason())) Fail("the table " + table + " cannot be read");
     return false;
   }
 }
@@ -152,6 +159,7 @@ WebUser UserDatabase::User(const UserName& user) {
 }
 
 WebUser UserDatabase::Group(const std::string& name) {
+  if (name.empty()) throw CommandError("the name of the group is empty");
   std::vector<WebUser> groups;
   for (WebUser& each : UsersNamed(name)) {
     if (each.IsGroup()) groups.push_back(std::move(each));

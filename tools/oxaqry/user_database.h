@@ -35,8 +35,8 @@ class UserDatabase {
   enum class Tables { Expected, Any };
   using Row = std::vector<Variant>;
 
-  // Raises CommandError when it cannot be opened, or has no table of users where the tables are expected. No error
-  // tells the password in the connection string.
+  // Raises CommandError when it cannot be opened, or its table Users cannot be read where the tables are expected. No
+  // error tells the password in the connection string.
   explicit UserDatabase(const Settings& settings, Tables tables = Tables::Expected);
   ~UserDatabase();
   UserDatabase(const UserDatabase&) = delete;
@@ -49,9 +49,10 @@ class UserDatabase {
   // Raises CommandError when the database refused anything since the last call or statement here.
   void CheckMethod(const std::string& what) const;
 
-  // Both raise CommandError.
+  // All raise CommandError.
   std::vector<Row> Rows(const std::string& statement, std::int32_t columnCount);
   void Execute(const std::string& statement);
+  // False only for a table that does not exist, not for one that cannot be read.
   bool HasTable(const std::string& table);
 
   // All users of a name, which is UTF-8, by ID.

@@ -35,16 +35,17 @@ Question QuestionOf(const ExplainRequest& request) {
     const std::string number = std::to_string(*request.right);
     return {"right", "UserRights", "RightID=" + number, number, "right " + number};
   }
-  if (!request.edit.empty()) {
-    const std::string archive = SqlText(EntryForDatabase(request.edit, "the archive"));
-    return {"edit", "UserEditRights", "Archive=" + archive, request.edit, "edit rights in " + request.edit, true};
+  if (request.edit) {
+    const std::string archive = SqlText(EntryForDatabase(*request.edit, "the archive"));
+    return {"edit", "UserEditRights", "Archive=" + archive, *request.edit, "edit rights in " + *request.edit, true};
   }
-  if (!request.archive.empty()) {
-    const std::string archive = SqlText(EntryForDatabase(request.archive, "the archive"));
-    return {"archive", "UserArchives", "Archive=" + archive, request.archive, "archive " + request.archive};
+  if (request.archive) {
+    const std::string archive = SqlText(EntryForDatabase(*request.archive, "the archive"));
+    return {"archive", "UserArchives", "Archive=" + archive, *request.archive, "archive " + *request.archive};
   }
-  return {"channel", "UserChannels", "Channel=" + SqlText(EntryForDatabase(request.channel, "the channel")),
-          request.channel, "channel " + request.channel};
+  const std::string channel = request.channel.value_or("");
+  return {"channel", "UserChannels", "Channel=" + SqlText(EntryForDatabase(channel, "the channel")), channel,
+          "channel " + channel};
 }
 
 std::vector<Source> FindSources(UserDatabase& database, const WebUser& user, const Question& question) {
@@ -58,7 +59,7 @@ std::vector<Source> FindSources(UserDatabase& database, const WebUser& user, con
            5)) {
     sources.push_back({row[0].ToLong(), row[1].ToText(), {row[2].ToLong(), row[3].ToLong(), row[4].ToLong()}});
   }
-  std::ranges::stable_partition(sources, [&](const Source& source) { return source.id == user.id; });
+  std::stable_partition(sources.begin(), sources.end(), [&](const Source& source) { return source.id == user.id; });
   return sources;
 }
 

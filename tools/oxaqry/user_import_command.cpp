@@ -40,7 +40,7 @@ Places ReadHeader(const CsvRecord& header) {
   Places places;
   places.fill(std::string::npos);
   for (std::size_t i = 0; i < header.fields.size(); ++i) {
-    const auto found = std::ranges::find(kColumns, header.fields[i]);
+    const auto* const found = std::ranges::find(kColumns, header.fields[i]);
     if (found == kColumns.end()) {
       FailAt(header.line, "column " + std::to_string(i + 1) +
                               " is unknown: the columns are name, password, archive_user, archive_password and groups");
@@ -118,6 +118,7 @@ class Importer {
     std::vector<std::int32_t> ids;
     for (const std::string_view each : Split(list, ';')) {
       const std::string name(each);
+      if (name.empty()) throw CommandError("the list of groups holds an empty name");
       auto known = groups_.find(name);
       if (known == groups_.end()) known = groups_.emplace(name, database_.Group(name).id).first;
       if (std::ranges::find(ids, known->second) == ids.end()) ids.push_back(known->second);

@@ -45,7 +45,7 @@ class HeldSignals {
   HeldSignals() {
     sigset_t ends;
     sigemptyset(&ends);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ends, signal);
+    for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) sigaddset(&ends, signal);
     pthread_sigmask(SIG_BLOCK, &ends, &former_);
   }
   ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }

@@ -181,7 +181,7 @@ TEST(UserCommandLine, TellsWrongUsage) {
   };
   const std::vector<Case> cases{
       {"unknown command", {"foo"}, "unknown command \"user foo\""},
-      {"unknown option", {"--jsn", "list"}, "--jsn"},
+      {"unknown option", {"--jsn"}, "unknown option \"--jsn\""},
       {"nobody to ask", {"add", "x"}, "--password-stdin"},
       {"password as an argument", {"add", "x", "--password", "y"}, "--password"},
       {"connection with a password", {"list", "--database", "DSN=web; pwd ={x y}"}, "can be read by everybody"},

@@ -61,7 +61,7 @@ _oxaqry() {
         "") options="$users --help" ;;
         import) options=$database files=yes ;;
         add) options="$database --group --archive-user --duplicate --password-stdin" ;;
-        passwd) options="$database --id --password-stdin" ;;
+        passwd) options="$database --id --make-user --password-stdin" ;;
         check) options="$database --password-stdin" ;;
         list) options="$database --groups" ;;
         must-change|groups|rights) options="$database --id" ;;
