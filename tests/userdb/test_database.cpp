@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -22,7 +24,12 @@ std::shared_ptr<Connection> Open(const std::string& connectionString) {
   return connection;
 }
 
-std::string Postgres(const std::string& database) { return ReadAll(OXAQRYCLN_POSTGRES) + database; }
+std::string Postgres(const std::string& database) {
+  // With drivers that leave no log behind.
+  const std::string directory = std::filesystem::path(OXAQRYCLN_POSTGRES).parent_path().string();
+  setenv("ODBCSYSINI", directory.c_str(), 1);  // NOLINT: before other threads are there
+  return ReadAll(OXAQRYCLN_POSTGRES) + database;
+}
 
 }  // namespace
 
