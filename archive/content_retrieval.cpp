@@ -17,8 +17,12 @@ void WriteFileOutputs(const clsQuery& query, const ResponseBuffer& buffer, Varia
   // Everything that can fail comes before the first output is written.
   std::string name;
   if (fileName != nullptr) {
-    const std::string path = query.strBlobPathLocal + "\\" + StoredName(buffer.Line(1));
-    name = LastPathPart(ChangeFileExt(path, query.strChangeFileExt));
+    name = StoredName(buffer.Line(1));
+    // Of a shorter name the change would cut off a part of the directory's.
+    constexpr std::size_t kCutCharacters = 3;
+    if (name.size() >= kCutCharacters) {
+      name = LastPathPart(ChangeFileExt(query.strBlobPathLocal + "\\" + name, query.strChangeFileExt));
+    }
   }
   WriteText(fileName, name);
   WriteText(fileLength, buffer.Line(0));

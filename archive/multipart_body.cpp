@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "component/text_helpers.h"
 #include "platform/byte_scan.h"
@@ -49,6 +50,7 @@ std::string_view FileName(std::string_view header) {
 
 void MultipartBody::Take(std::string_view piece) {
   if (HasFile() || state_ == State::BodyEnded) return;
+  rest_.erase(0, std::exchange(taken_, 0));
   rest_.append(piece);
   for (bool more = true; more;) {
     switch (state_) {
@@ -64,6 +66,7 @@ void MultipartBody::Take(std::string_view piece) {
       case State::FileEnded:
       case State::BodyEnded:
         rest_.clear();
+        taken_ = 0;
         return;
     }
   }
@@ -71,24 +74,26 @@ void MultipartBody::Take(std::string_view piece) {
 
 // The body's first line is the boundary. It is treated as if a line end stood before it, as before all others.
 bool MultipartBody::TakeBoundary() {
-  const std::size_t end = rest_.find(kLineEnd);
-  if (end == std::string::npos && rest_.size() < kLongestBoundary + kLineEnd.size()) return false;
+  const std::string_view rest = Rest();
+  const std::size_t end = rest.find(kLineEnd);
+  if (end == std::string::npos && rest.size() < kLongestBoundary + kLineEnd.size()) return false;
   if (end == 0 || end > kLongestBoundary)
     Refuse("The body of the request is no form: it does not begin with a boundary");
-  delimiter_ = std::string(kLineEnd) + rest_.substr(0, end);
-  rest_.erase(0, end);
+  delimiter_ = std::string(kLineEnd).append(rest.substr(0, end));
+  taken_ += end;
   state_ = State::Header;
   return true;
 }
 
 // From the line end of the boundary line to the empty line.
 bool MultipartBody::TakeHeader() {
-  const std::size_t end = rest_.find(kHeaderEnd);
-  if (end == std::string::npos && rest_.size() < kLongestHeader + kHeaderEnd.size()) return false;
+  const std::string_view rest = Rest();
+  const std::size_t end = rest.substr(0, kLongestHeader + kHeaderEnd.size()).find(kHeaderEnd);
+  if (end == std::string::npos && rest.size() < kLongestHeader + kHeaderEnd.size()) return false;
   if (end > kLongestHeader) Refuse("The header of a part of the form has no end");
-  const std::string_view name = FileName(std::string_view(rest_).substr(0, end));
+  const std::string_view name = FileName(rest.substr(0, end));
   inFile_ = !name.empty() && sink_.Begin(name);
-  rest_.erase(0, end + kHeaderEnd.size());
+  taken_ += end + kHeaderEnd.size();
   state_ = State::Content;
   return true;
 }
@@ -96,12 +101,13 @@ bool MultipartBody::TakeHeader() {
 // Content ends where the delimiter is followed by a line end or, behind the last part, by "--"; anything else that
 // begins like it is content.
 bool MultipartBody::TakeContent() {
+  const std::string_view rest = Rest();
   std::size_t sure = 0;  // so many bytes are content
-  while (sure < rest_.size()) {
-    const std::string_view ahead = std::string_view(rest_).substr(sure);
+  while (sure < rest.size()) {
+    const std::string_view ahead = rest.substr(sure);
     const std::size_t at = FindNear(ahead, "\r\n");
     if (at == std::string_view::npos) {
-      sure = rest_.size() - (rest_.back() == '\r' ? 1 : 0);
+      sure = rest.size() - (rest.back() == '\r' ? 1 : 0);
       break;
     }
     sure += at;
@@ -119,7 +125,7 @@ bool MultipartBody::TakeContent() {
     }
     const State next = inFile_ ? State::FileEnded : behind == "--" ? State::BodyEnded : State::Header;
     HandOver(sure);
-    rest_.erase(0, delimiter_.size());
+    taken_ += delimiter_.size();
     state_ = next;
     return true;
   }
@@ -128,8 +134,8 @@ bool MultipartBody::TakeContent() {
 }
 
 void MultipartBody::HandOver(std::size_t byteCount) {
-  if (inFile_ && byteCount > 0) sink_.Content(std::string_view(rest_).substr(0, byteCount));
-  rest_.erase(0, byteCount);
+  if (inFile_ && byteCount > 0) sink_.Content(Rest().substr(0, byteCount));
+  taken_ += byteCount;
 }
 
 bool MultipartBody::Finish() const {

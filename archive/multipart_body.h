@@ -34,17 +34,19 @@ class MultipartBody {
   bool Finish() const;
 
  private:
-  // What the bytes at the front of rest_ belong to.
+  // What the bytes at the front of Rest() belong to.
   enum class State { Boundary, Header, Content, FileEnded, BodyEnded };
 
   bool TakeBoundary();
   bool TakeHeader();
   bool TakeContent();
   void HandOver(std::size_t byteCount);
+  std::string_view Rest() const noexcept { return std::string_view(rest_).substr(taken_); }
 
   Sink& sink_;
   State state_ = State::Boundary;
-  std::string rest_;       // bytes that could not be judged yet
+  std::string rest_;       // bytes that could not be judged yet ...
+  std::size_t taken_ = 0;  // ... behind those that were, which go once for each piece
   std::string delimiter_;  // CR LF and the boundary line
   bool inFile_ = false;    // the part has a file name
 };

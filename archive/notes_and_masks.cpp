@@ -11,11 +11,15 @@ constexpr std::size_t kLongestNote = 8000;  // characters
 
 bool NamesMask(std::string_view line) noexcept { return line.starts_with('@'); }
 
-// How many lines there are from a line on before the next mask.
-std::int32_t FieldsFrom(const ResponseBuffer& buffer, std::int32_t line) {
-  std::int32_t end = line;
-  while (end < buffer.Count() && !NamesMask(buffer.Line(end))) ++end;
-  return end - line;
+// How many lines there are from the read position on before the next mask. Counted once a mask.
+std::int32_t FieldsLeft(ResponseBuffer& buffer) {
+  const std::int32_t position = buffer.position();
+  if (!buffer.section().Holds(position)) {
+    std::int32_t end = position;
+    while (end < buffer.Count() && !NamesMask(buffer.Line(end))) ++end;
+    buffer.SetSection({position, end});
+  }
+  return buffer.section().end - position;
 }
 
 }  // namespace
@@ -75,10 +79,10 @@ Variant clsQuery::TELOGetMasksNext(Variant* strMaskName) {
   return state.Run("TELOGetMasksNext", Failed(), [&](Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strMaskName, "");
-    buffer.MoveTo(buffer.position() + FieldsFrom(buffer, buffer.position()));
+    buffer.MoveTo(buffer.position() + FieldsLeft(buffer));
     if (buffer.AtEnd()) return;
     WriteText(strMaskName, buffer.Take().substr(1));
-    result = Variant::Long(FieldsFrom(buffer, buffer.position()));
+    result = Variant::Long(FieldsLeft(buffer));
   });
 }
 
@@ -96,7 +100,7 @@ Variant clsQuery::TELOGetMasksNextField(Variant* lngTabIndex, Variant* lngWidth,
       fields.WriteText(number++, output);
     }
     buffer.MoveTo(buffer.position() + 1);
-    result = Variant::Long(FieldsFrom(buffer, buffer.position()));
+    result = Variant::Long(FieldsLeft(buffer));
   });
 }
 

@@ -57,8 +57,9 @@ constexpr mode_t kFileMode = 0640;
   }
 }
 
+// Without waiting for the reader of a pipe.
 int OpenToWrite(std::string_view path, int flags) {
-  const int descriptor = open(NativePath(path).c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC, kFileMode);
+  const int descriptor = open(NativePath(path).c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, kFileMode);
   // A file to be made is not missing itself; its directory is.
   if (descriptor < 0 && errno == ENOENT) throw RuntimeError(error::kPathNotFound);
   if (descriptor < 0) RaiseFileError(errno);
@@ -100,13 +101,25 @@ void AppendToFile(std::string_view path, std::span<const std::string_view> piece
 }
 
 void AppendWhole(std::string_view path, std::string_view text) {
-  const int descriptor = OpenToWrite(path, O_APPEND);
+  bool isNew = true;
+  int descriptor = -1;
+  try {
+    descriptor = OpenToWrite(path, O_APPEND | O_EXCL);
+  } catch (const RuntimeError& why) {
+    if (why.number() != error::kFileAlreadyExists) throw;
+    isNew = false;
+    descriptor = OpenToWrite(path, O_APPEND);
+  }
   struct stat before {};
-  int native = fstat(descriptor, &before) == 0 ? WriteAll(descriptor, text) : errno;
-  if (native != 0 && ftruncate(descriptor, before.st_size) != 0) native = errno;
+  int native = fstat(descriptor, &before) == 0 ? 0 : errno;
+  if (native == 0) {
+    native = WriteAll(descriptor, text);
+    // The error of the writing is told, whatever becomes of taking back what was written of it.
+    if (native != 0 && S_ISREG(before.st_mode)) static_cast<void>(!ftruncate(descriptor, before.st_size));
+  }
   if (close(descriptor) != 0 && native == 0) native = errno;
   if (native == 0) return;
-  if (before.st_size == 0) unlink(NativePath(path).c_str());
+  if (isNew) unlink(NativePath(path).c_str());
   RaiseFileError(native);
 }
 
@@ -126,11 +139,12 @@ void OutputFile::Close() {
   if (close(std::exchange(descriptor_, -1)) != 0) RaiseFileError(errno);
 }
 
-InputFile::InputFile(std::string_view path) : descriptor_(open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC)) {
+InputFile::InputFile(std::string_view path)
+    : descriptor_(open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
   if (descriptor_ < 0) RaiseFileError(errno);
   struct stat status {};
   if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) return;
-  close(descriptor_);  // a directory can be opened, but not be read
+  close(descriptor_);  // a directory can be opened, but not be read; a pipe would be waited for
   throw RuntimeError(error::kPathFileAccess);
 }
 

@@ -127,7 +127,7 @@ void SocketControl::OnReady(Ready found) {
 void SocketControl::SendData(std::string_view bytes, SendSource* more) {
   if (state_ != SocketState::Connected) throw RuntimeError(40006, "Wrong protocol or connection state");
   const auto sent = Send(socket_, bytes);
-  if (sent.error != 0 && sent.error != socket_error::kWouldBlock) return Fail(sent.error);
+  if (sent.error != 0 && sent.error != socket_error::kWouldBlock) return FailToSend(sent.error);
   bytes.remove_prefix(sent.byteCount);
   sentByteCount_ = static_cast<std::int64_t>(sent.byteCount);
   kept_.Clear();
@@ -149,7 +149,7 @@ void SocketControl::SendMore() {
     }
     const auto sent = Send(socket_, sending_);
     if (sent.error == socket_error::kWouldBlock) break;
-    if (sent.error != 0) return Fail(sent.error);
+    if (sent.error != 0) return FailToSend(sent.error);
     sending_.remove_prefix(sent.byteCount);
     sentByteCount_ += static_cast<std::int64_t>(sent.byteCount);
   }
@@ -212,6 +212,15 @@ void SocketControl::Fail(std::int32_t number) {
   lookup_.reset();
   state_ = SocketState::Error;
   events_.Error(number, SocketErrorDescription(number));
+}
+
+// A peer that closes before it has taken everything may have said why: its answer is still there to be read.
+void SocketControl::FailToSend(std::int32_t number) {
+  sending_ = {};
+  source_ = nullptr;
+  if (reading_) events_.DataArrival();
+  const bool wantsMore = reading_ && state_ == SocketState::Connected;
+  if (wantsMore) Fail(number);
 }
 
 void SocketControl::DropSocket() noexcept {

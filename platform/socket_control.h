@@ -80,6 +80,7 @@ class SocketControl final : private ReadySink {
   void SendMore();
   bool FetchPiece();
   void Fail(std::int32_t number);
+  void FailToSend(std::int32_t number);
   void WatchFor(Ready wanted);
   void DropSocket() noexcept;
 

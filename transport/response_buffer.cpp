@@ -76,12 +76,14 @@ void ResponseBuffer::Clear() {
   lines_.reset();
   order_.clear();
   position_ = 0;
+  section_ = {};
 }
 
 void ResponseBuffer::Assign(ByteBlock text, std::size_t start) {
   lines_ = std::make_shared<ResponseLines>(std::move(text), start);
   order_.clear();
   position_ = 0;
+  section_ = {};
 }
 
 void ResponseBuffer::Sort() {

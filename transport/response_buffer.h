@@ -42,6 +42,13 @@ class ResponseLines {
 
 class ResponseBuffer {
  public:
+  // Lines from begin on to end, of which one knows that they belong together; none at first and in a new answer.
+  struct Section {
+    std::int32_t begin = 0;
+    std::int32_t end = -1;
+    bool Holds(std::int32_t position) const noexcept { return begin <= position && position <= end; }
+  };
+
   // No line.
   void Clear();
   void Assign(ByteBlock text, std::size_t start);
@@ -64,6 +71,10 @@ class ResponseBuffer {
     return line;
   }
 
+  // What the last SetSection said.
+  const Section& section() const noexcept { return section_; }
+  void SetSection(const Section& section) noexcept { section_ = section; }
+
   // Puts the lines in ascending order of their upper-cased text, by character codes; equal ones keep their order.
   void Sort();
   // The lines in the order they arrived in, to be kept beyond the next answer; none while the buffer is clear.
@@ -73,6 +84,7 @@ class ResponseBuffer {
   std::shared_ptr<const ResponseLines> lines_;
   std::vector<std::int32_t> order_;  // after a sort: which line stands at each index
   std::int32_t position_ = 0;
+  Section section_;
 };
 
 // Sends a command part, with data behind it when given, and fills the buffer from a successful answer; the read

@@ -35,15 +35,15 @@ TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
     const char* sent;
     const char* reported;  // nullptr for a name that is refused
   };
-  for (const Case& each :
-       {Case{"plain", "scan.tif", "scan.PDF"}, Case{"no rule", "scan.txt", "scan.txt"},
-        Case{"server path", "D:\\out\\scan.tif", "scan.PDF"}, Case{"slashes", "/out/a.txt", "a.txt"},
-        Case{"parent", "out\\..", nullptr}, Case{"device", "com1.tif", nullptr}, Case{"empty", "out\\", nullptr}}) {
+  for (const Case& each : {Case{"plain", "scan.tif", "scan.PDF"}, Case{"no rule", "scan.txt", "scan.txt"},
+                           Case{"server path", "D:\\out\\scan.tif", "scan.PDF"}, Case{"slashes", "/out/a.txt", "a.txt"},
+                           Case{"short", ".c", ".c"}, Case{"parent", "out\\..", nullptr},
+                           Case{"device", "com1.tif", nullptr}, Case{"empty", "out\\", nullptr}}) {
     WithAnswer({"12", each.sent}, [&](Page& page) {
       const TemporaryDirectory blobs;
       blobs.Write("scan.tif", "content");
       page.query.strBlobPathLocal = blobs.path();
-      page.query.strChangeFileExt = "TIF-PDF";
+      page.query.strChangeFileExt = "TIF-PDF,C-PDF";
       Variant name = "kept";
       Variant length = "kept";
       const Variant result = page.query.TELOGetSegmentData("M", "A", "1", "2", 3, &name, &length);

@@ -1,5 +1,6 @@
 // Files taken out of web forms, and files sent to the query server.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -205,21 +206,30 @@ TEST(TELOUploadFile, SendsTheRequestALineEndAndTheFile) {
 TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
   InOwnThread([] {
     Page page({[](Peer& peer) {
-      peer.ReadBytes(60);
-      peer.Send(Framed("Status: No room"));
-      peer.WaitForClose();
-    }});
+                 peer.ReadBytes(60);
+                 peer.Send(Framed("Status: No room"));
+                 peer.WaitForClose();
+               },
+               [](Peer& peer) {  // closes at once, so that the file cannot be sent to its end
+                 peer.ReadBytes(60);
+                 peer.Send(Framed("Status: Denied"));
+               }});
     const TemporaryDirectory blobs;
     blobs.Write("f.bin", std::string(20'000'000, 'x'));  // NOLINT: more than the connection holds
     page.query.strBlobPathLocal = blobs.path();
     Variant status;
     EXPECT_EQ(page.query.TELOUploadFile("f.bin", &status), kFailed);
     EXPECT_EQ(status, Variant("No room"));
+    EXPECT_EQ(page.query.TELOUploadFile("f.bin", &status), kFailed);
+    EXPECT_EQ(status, Variant("Denied"));
     EXPECT_EQ(page.query.TELOUploadFile("none.bin", &status), kFailed);
     EXPECT_NE(page.Log().find("'TELOUploadFile()': 53 - File not found"), std::string::npos);
     std::filesystem::create_directory(blobs.File("directory"));
     EXPECT_EQ(page.query.TELOUploadFile("directory", &status), kFailed);
-    EXPECT_NE(page.Log().find("'TELOUploadFile()': 75 - "), std::string::npos);
+    mkfifo(blobs.File("pipe").c_str(), 0600);
+    EXPECT_EQ(page.query.TELOUploadFile("pipe", &status), kFailed);
+    const std::string log = page.Log();
+    EXPECT_NE(log.find("'TELOUploadFile()': 75 - "), log.rfind("'TELOUploadFile()': 75 - ")) << log;
   });
 }
 

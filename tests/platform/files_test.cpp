@@ -1,6 +1,9 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "platform/open_files.h"
 #include "platform/wildcard.h"
@@ -35,6 +38,29 @@ TEST(Files, TurnFailuresIntoRunTimeErrors) {
   EXPECT_EQ(ErrorOf([&] { DeleteFile(std::string("a\0b", 3)); }), 52);
   EXPECT_EQ(ErrorOf([&] { WriteFile(directory.File(std::string(300, 'x')), "x"); }), 52);
   EXPECT_EQ(ErrorOf([&] { OutputFile("/dev/full").Write("x"); }), 61);
+}
+
+TEST(Files, ThatCannotBeAppendedToStayAsTheyWere) {
+  const TemporaryDirectory directory;
+  directory.Write("empty", "");
+  directory.Write("old", "old");
+  rlimit former{};
+  getrlimit(RLIMIT_FSIZE, &former);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{5, former.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  for (const char* name : {"empty", "old", "new"}) {
+    EXPECT_EQ(ErrorOf([&] { AppendWhole(directory.File(name), "more than five"); }), 61) << name;
+  }
+  setrlimit(RLIMIT_FSIZE, &former);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_TRUE(directory.Has("empty"));
+  EXPECT_EQ(directory.Read("empty"), "");
+  EXPECT_EQ(directory.Read("old"), "old");
+  EXPECT_FALSE(directory.Has("new"));
+  EXPECT_EQ(ErrorOf([] { AppendWhole("/dev/full", "x"); }), 61);
+  AppendWhole(directory.File("old"), "+");
+  EXPECT_EQ(directory.Read("old"), "old+");
 }
 
 TEST(OpenFiles, GiveTheLowestFreeNumberAndKnowWhatIsOpen) {

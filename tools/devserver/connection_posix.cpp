@@ -250,8 +250,10 @@ void Connection::Write(TimePoint now) {
 }
 
 void Connection::EndWriting(TimePoint now) {
-  if (misbehaviour_.mode == Mode::kReset) socket_.ResetOnClose();
-  if (misbehaviour_.mode == Mode::kReset || peerEnded_) {
+  // A client that waits for no bytes would take an orderly end for the file.
+  const bool resets = misbehaviour_.mode == Mode::kReset || (isRaw_ && file_ == nullptr);
+  if (resets) socket_.ResetOnClose();
+  if (resets || peerEnded_) {
     state_ = State::kClosed;
     return;
   }

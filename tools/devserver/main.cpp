@@ -145,6 +145,7 @@ void Serve(const CommandLine& line) {
   std::signal(SIGINT, StopRunningServer);
   std::signal(SIGTERM, StopRunningServer);
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // a limit on files is a full disk
   const bool isVersion6 = options.address.find(':') != std::string::npos;
   std::cout << "blob directory " << service.blobs().path() << std::endl;
   std::cout << "listening on " << (isVersion6 ? "[" + options.address + "]" : options.address) << ":" << server.port()

@@ -10,6 +10,7 @@ namespace {
 // What a person can do about an error of the transport; "" for another error.
 std::string Advice(const std::string& errorText) {
   const bool isTransport = errorText.starts_with("Winsock Error") || errorText.starts_with("Timeout of ");
+  if (errorText.ends_with(" - Disk full)")) return "";
   if (isTransport) return " (\"oxaqry servers\" shows the state of each server)";
   if (IsNoConnection(errorText)) return " (none accepts a connection; \"oxaqry servers\" shows the state of each)";
   return "";

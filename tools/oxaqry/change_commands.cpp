@@ -29,7 +29,10 @@ ImportPlace PlaceOfImportFile(const Settings& settings, const std::string& wante
     const std::string name = "oxaqry-" + std::to_string(std::random_device()()) + ".import";
     return {LocalBlobDirectory(settings) / name, RemoteBlobDirectory(settings) + "\\" + name};
   }
-  CheckTarget(wanted, false);  // the component would write behind what is there
+  // The component would write behind what is there.
+  if (fs::exists(fs::symlink_status(wanted, absent))) {
+    throw CommandError("\"" + wanted + "\" exists: name another file with --import-file");
+  }
   const fs::path path = fs::absolute(wanted);
   const bool isBlob = !settings.Text("strBlobPathLocal").empty() &&
                       fs::equivalent(path.parent_path(), LocalBlobDirectory(settings), absent);

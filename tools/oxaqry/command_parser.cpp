@@ -19,7 +19,7 @@ constexpr const char* kClosing =
     "Examples:\n"
     "  oxaqry channels --hosts localhost,2001 --user webuser --password-file ~/.archive-password\n"
     "  oxaqry search 'invoice AND 2026' --max 20 --config archive.json\n"
-    "  oxaqry show Finance/Invoices/1262 --query invoice --config archive.json\n"
+    "  oxaqry show Mail/Inbox/1262 --query invoice --config archive.json\n"
     "  oxaqry COMMAND --help";
 
 // An option's value can be read by everybody on the machine.

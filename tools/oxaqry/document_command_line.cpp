@@ -12,8 +12,8 @@ void AddShow(CommandParser& parser) {
   const auto request = std::make_shared<ShowRequest>();
   CLI::App* const show = parser.AddQuery(
       "show", "show a document with its segments, texts and notes",
-      "Examples:\n  oxaqry show Finance/Invoices/1262 --hosts localhost,2001\n"
-      "  oxaqry show Finance/Invoices/1262/2 --query 'copper pipes' --hosts localhost,2001\n"
+      "Examples:\n  oxaqry show Mail/Inbox/1262 --hosts localhost,2001\n"
+      "  oxaqry show Mail/Inbox/1262/2 --query 'price' --hosts localhost,2001\n"
       "  oxaqry show Mail/Inbox/1001 --query oak --mark-on '<b>' --mark-off '</b>' --json --hosts localhost,2001",
       [request](const Settings& settings, const Output& output) { return Show(settings, *request, output); });
   AddDocumentArgument(*show, request->document);

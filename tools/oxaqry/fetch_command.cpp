@@ -31,9 +31,9 @@ Content Ask(clsQuery& query, const FetchRequest& request, const Interruption& in
   if (request.segment) {
     result = query.TELOGetSegmentData(key.channel, key.archive, key.document, key.version, *request.segment, &name,
                                       &length, &status);
-  } else if (!request.printField.empty()) {
+  } else if (request.printField) {
     result = query.TELOGetSegmentPrintfile(key.channel, key.archive, key.document, key.version,
-                                           TextFromUtf8(request.printField), &name, &length, &status);
+                                           TextFromUtf8(*request.printField), &name, &length, &status);
   } else if (!request.pages.empty()) {
     result = query.TELOGetSegmentMultiTIF(key.channel, key.archive, key.document, key.version,
                                           TextFromUtf8(request.pages), &name, &length, &status);

@@ -6,6 +6,7 @@
 
 int main(int argumentCount, char** arguments) {
   std::ios::sync_with_stdio(false);
+  oxaqrycln::TakeFileLimitsAsErrors();
   const auto environment = [](const char* name) -> const char* { return std::getenv(name); };
   return oxaqrycln::RunCommandLine({arguments + 1, arguments + argumentCount},
                                    {std::cin, std::cout, std::cerr, environment, oxaqrycln::StandardTerminals()});

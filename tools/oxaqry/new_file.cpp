@@ -34,7 +34,10 @@ void CheckTarget(const fs::path& target, bool overwrite) {
   const fs::file_status status = fs::symlink_status(target, ignored);
   if (!fs::exists(status)) return;
   if (fs::is_directory(target, ignored)) {
-    throw CommandError("\"" + target.string() + "\" is a directory: name a file with --output");
+    throw CommandError("\"" + target.string() + "\" is a directory: name a file");
+  }
+  if (!fs::is_regular_file(status) && !fs::is_symlink(status)) {
+    throw CommandError("\"" + target.string() + "\" is no file that can be replaced");
   }
   if (!overwrite) {
     throw CommandError("\"" + target.string() + "\" exists: give --force to overwrite it, or name another file");

@@ -64,6 +64,11 @@ Information ReadInformation(clsQuery& query, const DocumentKey& key) {
                                                   &found.created, &found.changed, &found.title, &found.fields,
                                                   &found.textFields, &found.imageFields, &found.fileFields, &status);
   if (Count(lines, status) == 0) throw CommandError("the query server knows nothing about this document");
+  if (found.fileFields.IsEmpty()) {
+    throw CommandError(
+        "the document's information is malformed: see the log (--log-dir) and ask the query server's "
+        "operator");
+  }
   return found;
 }
 

@@ -1,3 +1,4 @@
+#include <signal.h>
 #include <unistd.h>
 
 #include "tools/oxaqry/terminal.h"
@@ -7,5 +8,7 @@ namespace oxaqrycln {
 Terminals StandardTerminals() noexcept {
   return {.in = isatty(STDIN_FILENO) == 1, .out = isatty(STDOUT_FILENO) == 1, .err = isatty(STDERR_FILENO) == 1};
 }
+
+void TakeFileLimitsAsErrors() { signal(SIGXFSZ, SIG_IGN); }
 
 }  // namespace oxaqrycln

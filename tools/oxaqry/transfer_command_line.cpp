@@ -5,6 +5,8 @@
 #include <limits>
 #include <memory>
 
+#include "component/text_helpers.h"
+#include "platform/errors.h"
 #include "tools/oxaqry/command_parser.h"
 #include "tools/oxaqry/transfer_commands.h"
 
@@ -12,8 +14,19 @@ namespace oxaqrycln {
 namespace {
 
 std::string CheckPages(const std::string& pages) {
-  const bool isList = !pages.empty() && pages.find_first_not_of("0123456789;-") == std::string::npos;
-  return isList ? "" : "\"" + pages + "\" is no list of pages like \"1;4-6\"";
+  try {
+    const bool isList = pages.find_first_not_of("0123456789;-") == std::string::npos && !GetPages(pages).empty();
+    return isList ? "" : "\"" + pages + "\" is no list of pages like \"1;4-6\"";
+  } catch (const RuntimeError&) {
+    return "\"" + pages + "\" names too many pages";
+  }
+}
+
+// Not 0x10, and not 010, which is no ten.
+std::string CheckDecimal(const std::string& text) {
+  const bool isDecimal =
+      text.find_first_not_of("0123456789") == std::string::npos && (text.size() == 1 || text[0] != '0');
+  return isDecimal ? "" : "\"" + text + "\" is no whole number from 0 on";
 }
 
 template <typename Number>
@@ -30,8 +43,8 @@ void AddFetch(CommandParser& parser) {
   const auto request = std::make_shared<FetchRequest>();
   CLI::App* const fetch = parser.AddQuery(
       "fetch", "fetch content of a document by way of the blob directory",
-      "Examples:\n  oxaqry fetch Finance/Invoices/1262 --first pdf --blob-local /srv/blobs --hosts localhost,2001\n"
-      "  oxaqry fetch Mail/Fax/1017 --pages '1;4-6' -o fax.tif --blob-local /srv/blobs --hosts localhost,2001",
+      "Examples:\n  oxaqry fetch Mail/Inbox/1262 --first csv --blob-local /srv/blobs --hosts localhost,2001\n"
+      "  oxaqry fetch Mail/Fax/1120 --pages '1;4-6' -o fax.tif --blob-local /srv/blobs --hosts localhost,2001",
       [request](const Settings& settings, const Output& output) { return Fetch(settings, *request, output); });
   AddDocumentArgument(*fetch, request->document);
   const std::array contents{
@@ -66,6 +79,7 @@ void AddTransfer(CommandParser& parser) {
   transfer->add_option("NAME", request->name, "the file's name")->required()->type_name("");
   transfer->add_option("--size", request->size, "the file's length in bytes")
       ->required()
+      ->check(CLI::Validator(CheckDecimal, ""))
       ->check(FromZero<std::int32_t>())
       ->type_name("N");
   AddOutput(*transfer, request->output, request->force,

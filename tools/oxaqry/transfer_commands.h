@@ -19,7 +19,7 @@ struct FetchRequest {
   DocumentName document;
   std::optional<std::int16_t> segment;  // its index
   std::string extension;                // of the first stored file; "" for any
-  std::string printField;
+  std::optional<std::string> printField;
   std::string pages;
   std::string output;  // a file or directory; "" for the current one
   bool force = false;
