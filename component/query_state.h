@@ -13,6 +13,7 @@
 #include "component/log_writer.h"
 #include "component/text_list.h"
 #include "component/trap.h"
+#include "platform/byte_block.h"
 #include "platform/database.h"
 #include "platform/errors.h"
 #include "platform/scripting_context.h"
@@ -29,6 +30,14 @@ struct HitListStore {
   std::int32_t upperIndex = -1;
   std::string lastSortDirection;
   std::int16_t lastSortColumn = 0;
+};
+
+// Gives memory that was kept for a next answer back when an instance has gone.
+struct SpareMemory {
+  SpareMemory() = default;
+  ~SpareMemory() { ByteBlock::ReleaseSpare(); }
+  SpareMemory(const SpareMemory&) = delete;
+  SpareMemory& operator=(const SpareMemory&) = delete;
 };
 
 struct QueryState {
@@ -50,6 +59,7 @@ struct QueryState {
     return *database;
   }
 
+  SpareMemory spare;  // first, and so the last to go
   std::shared_ptr<Apartment> apartment;
   SessionLog log;
   RequestExecution execution;

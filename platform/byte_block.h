@@ -1,5 +1,6 @@
 // byte_block.h - a growing run of bytes that is never filled before bytes come: reserving takes addresses, not memory.
-// Growing a large block moves its pages, not its bytes.
+// Growing a large block moves its pages, not its bytes. The process keeps one very large block for the next that fits,
+// since getting its pages anew can cost more than filling them.
 #ifndef OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 #define OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 
@@ -37,8 +38,10 @@ class ByteBlock {
   // Counts bytes that were written behind the held ones, inside the capacity.
   void Extend(std::size_t byteCount) noexcept { size_ += byteCount; }
   void Clear() noexcept { size_ = 0; }
-  // Gives the memory back.
+  // Gives the memory back, or keeps it for the next block.
   void Release() noexcept;
+  // Gives back what the process keeps. Any thread may call it.
+  static void ReleaseSpare() noexcept;
 
  private:
   char* data_ = nullptr;

@@ -16,8 +16,10 @@ constexpr std::int32_t kMostSlots = 32767;
 }  // namespace
 
 frmControls::frmControls(EventLoop& loop, const Resolver& resolver, ServerTable& servers)
-    : form_{loop, resolver, files_, scratch_},
-      timer_(loop, kFirstInterval, [&servers] { servers.CheckReleaseBusyServer(); }) {
+    : form_{loop, resolver, files_, scratch_}, timer_(loop, kFirstInterval, [&servers] {
+        servers.CheckReleaseBusyServer();
+        ByteBlock::ReleaseSpare();
+      }) {
   AddSlot();
   timer_.Enable(true);
 }

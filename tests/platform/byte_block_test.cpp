@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <fstream>
 #include <string>
 
 namespace oxaqrycln {
@@ -23,6 +25,40 @@ TEST(ByteBlock, KeepsItsBytesFromTheHeapIntoAMappingAndOn) {
   EXPECT_EQ(moved.capacity(), 0U);
   moved.Append("again");
   EXPECT_EQ(moved.View(), "again");
+}
+
+// Bytes of the process that are in memory.
+std::size_t ResidentBytes() {
+  std::ifstream statm("/proc/self/statm");
+  std::size_t pages = 0;
+  statm >> pages >> pages;
+  return pages * 4096;
+}
+
+TEST(ByteBlock, OfOneThatIsVeryLargeServesTheNextUntilItIsGivenBack) {
+  constexpr std::size_t kSize = 64U << 20U;
+  const std::size_t before = ResidentBytes();
+  const auto fill = [](std::size_t byteCount) {
+    ByteBlock block;
+    block.Reserve(byteCount);
+    std::memset(block.data(), 'x', byteCount);
+    return block;
+  };
+  fill(kSize).Release();
+  EXPECT_GT(ResidentBytes(), before + kSize / 2);
+  ByteBlock small;
+  small.Reserve(kSize / 4);  // does not take four times of what it asks for
+  EXPECT_LT(small.capacity(), kSize / 2);
+  ByteBlock next;
+  next.Append("in front");
+  next.Reserve(kSize - 5000);
+  EXPECT_EQ(next.View(), "in front");
+  EXPECT_EQ(next.data()[kSize - 6000], 'x');  // the same pages
+  next.Release();
+  fill(kSize * 2).Release();  // takes its place
+  ByteBlock::ReleaseSpare();
+  EXPECT_LT(ResidentBytes(), before + kSize / 2);
+  EXPECT_EQ(next.capacity(), 0U);
 }
 
 TEST(ByteBlock, ReservesAddressesNotMemory) {
