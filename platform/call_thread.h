@@ -22,15 +22,13 @@ class CallThread {
   // then left to itself, with all that it holds, and the thread ends behind it; nothing more can be run. Raises Out of
   // memory when there is no thread to be had.
   bool Run(std::function<void()> call, std::chrono::milliseconds limit);
-  // A call was given up.
-  bool IsLost() const noexcept { return isLost_; }
 
  private:
   struct Desk;
 
   std::shared_ptr<Desk> desk_;
   std::thread thread_;
-  bool isLost_ = false;
+  bool isLost_ = false;  // a call was given up
 };
 
 }  // namespace oxaqrycln

@@ -195,7 +195,7 @@ class OdbcConnection final : public Connection {
     if (session_ == nullptr) return;
     try {
       InTime([session = std::move(session_)]() mutable { session.reset(); }, limits_.grace);
-    } catch (const RuntimeError&) {  // it is closed, whatever the driver says
+    } catch (...) {  // it is closed, whatever the driver says
     }
     session_.reset();
   }

@@ -138,7 +138,7 @@ int ArchivesByChannel(const Settings& settings, const Output& output) {
 int Formats(const Settings& settings, const std::string& channel, const std::string& archive, const Output& output) {
   const auto query = settings.Connect();
   Variant status;
-  const Variant result = query->TELOGetQueryFormatListInit(TextFromUtf8(channel), TextFromUtf8(archive), &status);
+  const Variant result = query->TELOGetQueryFormatListInit(FieldFromUtf8(channel), FieldFromUtf8(archive), &status);
   const std::int32_t count = Count(result, status);
   std::vector<std::vector<std::string>> records;
   for (std::int32_t i = 0; i < count; ++i) records.push_back({query->TELOGetQueryFormatListNext()});
@@ -151,7 +151,7 @@ int Properties(const Settings& settings, const std::string& channel, const std::
   constexpr std::array kNames{"create", "edit", "delete", "index", "fifth"};
   std::array<Variant, 5> values;
   Variant status;
-  values[4] = query->TELOGetArchiveProperties(TextFromUtf8(channel), TextFromUtf8(archive), values.data(), &values[1],
+  values[4] = query->TELOGetArchiveProperties(FieldFromUtf8(channel), FieldFromUtf8(archive), values.data(), &values[1],
                                               &values[2], &values[3], &status);
   if (values[4].type() != Variant::Type::String) Fail(status.ToText());
   Json document = Json::object();

@@ -16,10 +16,10 @@ constexpr std::size_t kMostBytes = std::size_t{64} << 20;
 }  // namespace
 
 DocumentKey::DocumentKey(const DocumentName& name)
-    : channel(TextFromUtf8(name.channel)),
-      archive(TextFromUtf8(name.archive)),
-      document(TextFromUtf8(name.document)),
-      version(TextFromUtf8(name.version)) {}
+    : channel(FieldFromUtf8(name.channel)),
+      archive(FieldFromUtf8(name.archive)),
+      document(FieldFromUtf8(name.document)),
+      version(FieldFromUtf8(name.version)) {}
 
 std::vector<std::string> ReadNotes(clsQuery& query, const DocumentKey& key) {
   Variant status;

@@ -33,13 +33,13 @@ Content Ask(clsQuery& query, const FetchRequest& request, const Interruption& in
                                       &length, &status);
   } else if (request.printField) {
     result = query.TELOGetSegmentPrintfile(key.channel, key.archive, key.document, key.version,
-                                           TextFromUtf8(*request.printField), &name, &length, &status);
+                                           FieldFromUtf8(*request.printField), &name, &length, &status);
   } else if (!request.pages.empty()) {
     result = query.TELOGetSegmentMultiTIF(key.channel, key.archive, key.document, key.version,
-                                          TextFromUtf8(request.pages), &name, &length, &status);
+                                          FieldFromUtf8(request.pages), &name, &length, &status);
   } else {
     result = query.TELOGetSegmentFirstBLOB(key.channel, key.archive, key.document, key.version,
-                                           TextFromUtf8(request.extension), &name, &length, &status);
+                                           FieldFromUtf8(request.extension), &name, &length, &status);
   }
   interruption.Check();
   Count(result, status);

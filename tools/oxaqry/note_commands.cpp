@@ -50,7 +50,7 @@ MaskField NextField(clsQuery& query) {
 
 int AddNote(const Settings& settings, const DocumentName& document, const std::string& text, const Output& output) {
   const DocumentKey key(document);
-  const std::string note = WithNetworkLineEnds(TextFromUtf8(text == "-" ? ReadAll(text, output.in) : text));
+  const std::string note = WithNetworkLineEnds(FieldFromUtf8(text == "-" ? ReadAll(text, output.in) : text));
   if (note.size() > kLongestNote) {
     throw CommandError("the note has " + std::to_string(note.size()) + " characters; a note holds 8000");
   }
@@ -88,7 +88,7 @@ int Masks(const Settings& settings, const std::string& channel, const std::strin
   const auto query = settings.Connect();
   Variant status;
   const std::int32_t count =
-      Count(query->TELOGetMasksInit(TextFromUtf8(channel), TextFromUtf8(archive), &status), status);
+      Count(query->TELOGetMasksInit(FieldFromUtf8(channel), FieldFromUtf8(archive), &status), status);
   Table table({"Mask", "Tab", "Width", "Align", "Field", "Mandatory", "Initial text", "List only", "List"});
   Json masks = Json::array();
   for (std::int32_t i = 0; i < count; ++i) {

@@ -33,8 +33,8 @@ HitList Run(clsQuery& query, const SearchRequest& request) {
   HitList list;
   Variant status;
   const Variant result = query.TELOQueryArchiveInit(
-      TextFromUtf8(request.query), request.maxLines, request.maxHits, TextFromUtf8(request.format),
-      TextFromUtf8(request.rights), TextFromUtf8(request.layoutFieldId), TextFromUtf8(request.layoutId),
+      FieldFromUtf8(request.query), request.maxLines, request.maxHits, FieldFromUtf8(request.format),
+      FieldFromUtf8(request.rights), FieldFromUtf8(request.layoutFieldId), FieldFromUtf8(request.layoutId),
       &list.layoutKeys, &list.layoutValues, &list.totalHits, &list.isMultiTiff, &status);
   list.rowCount = Count(result, status);
   return list;

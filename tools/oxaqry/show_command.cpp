@@ -88,11 +88,11 @@ Segment NextSegment(clsQuery& query, std::int32_t number) {
 
 std::vector<Segment> ReadSegments(clsQuery& query, const DocumentKey& key, const ShowRequest& request, bool color) {
   const bool marksTerminal = color && request.markOn.empty() && request.markOff.empty();
-  const std::string on = marksTerminal ? std::string(1, kMarkOn) : TextFromUtf8(request.markOn);
-  const std::string off = marksTerminal ? std::string(1, kMarkOff) : TextFromUtf8(request.markOff);
+  const std::string on = marksTerminal ? std::string(1, kMarkOn) : FieldFromUtf8(request.markOn);
+  const std::string off = marksTerminal ? std::string(1, kMarkOff) : FieldFromUtf8(request.markOff);
   Variant status;
   const Variant result =
-      query.TELOGetSegmentsInit(key.channel, key.archive, key.document, key.version, TextFromUtf8(request.query), on,
+      query.TELOGetSegmentsInit(key.channel, key.archive, key.document, key.version, FieldFromUtf8(request.query), on,
                                 off, "\n", Missing, Missing, Missing, nullptr, &status);
   const std::int32_t count = Count(result, status);
   std::vector<Segment> segments;

@@ -74,7 +74,7 @@ Sent UploadOne(clsQuery& query, const fs::path& local, const std::string& path, 
 }  // namespace
 
 int Transfer(const Settings& settings, const TransferRequest& request, const Output& output) {
-  const std::string sent = TextFromUtf8(request.name);
+  const std::string sent = FieldFromUtf8(request.name);
   const std::string name = NativeName(LastPathPart(sent));
   const Interruption interruption;
   NewFile file(TransferTarget(settings, request, name), request.force, name);

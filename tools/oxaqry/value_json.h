@@ -23,6 +23,8 @@ class ValueError : public std::runtime_error {
 
 // Text from outside; raises ValueError for what has no place in the code page.
 std::string TextFromUtf8(std::string_view utf8);
+// The same for a text that becomes a field of a request; raises ValueError, too, for one that would end its field.
+std::string FieldFromUtf8(std::string_view utf8);
 
 // A scalar or a typed scalar; null is Empty. Raises ValueError.
 Variant ValueFromJson(const Json& json);

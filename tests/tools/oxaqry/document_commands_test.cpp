@@ -108,6 +108,7 @@ TEST(NoteCommands, SendTheNoteWithNetworkLineEnds) {
   EXPECT_THAT(archive.Commands(),
               ElementsAre("WriteNote|Mail|Inbox|7||K\xE4se|\r\n", "WriteNote|Mail|Inbox|7||one\r\ntwo|\r\n"));
   EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", std::string(8001, 'x')}).err, HasSubstr("8001 characters"));
+  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", "a^,^b"}).err, HasSubstr("divides the fields"));
   EXPECT_EQ(archive.Commands().size(), 2U);
 }
 
