@@ -73,7 +73,7 @@ void AddLibpqPasswords(std::string_view options, std::vector<std::string>& passw
     std::string value;
     const bool isQuoted = options.starts_with('\'');
     if (isQuoted) options.remove_prefix(1);
-    for (; !options.empty() && options[0] != '\'' && (isQuoted || kBlanks.find(options[0]) == kBlanks.npos);
+    for (; !options.empty() && options[0] != '\'' && (isQuoted || kBlanks.find(options[0]) == std::string_view::npos);
          options.remove_prefix(1)) {
       if (options[0] == '\\' && options.size() > 1) options.remove_prefix(1);
       value += options[0];

@@ -115,7 +115,9 @@ void AppendWhole(std::string_view path, std::string_view text) {
   if (native == 0) {
     native = WriteAll(descriptor, text);
     // The error of the writing is told, whatever becomes of taking back what was written of it.
-    if (native != 0 && S_ISREG(before.st_mode)) static_cast<void>(!ftruncate(descriptor, before.st_size));
+    if (native != 0 && S_ISREG(before.st_mode)) {
+      [[maybe_unused]] const int undone = ftruncate(descriptor, before.st_size);
+    }
   }
   if (close(descriptor) != 0 && native == 0) native = errno;
   if (native == 0) return;

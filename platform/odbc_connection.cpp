@@ -32,7 +32,8 @@ std::string WithShortLocks(const std::string& odbc) {
   for (const auto& [name, value] : ConnectionAttributes(odbc)) {
     const std::string upper = UpperCase(name);
     if (upper == "TIMEOUT") return odbc;
-    maySqlite = maySqlite || upper == "DSN" || (upper == "DRIVER" && UpperCase(value).find("SQLITE") != value.npos);
+    maySqlite =
+        maySqlite || upper == "DSN" || (upper == "DRIVER" && UpperCase(value).find("SQLITE") != std::string::npos);
   }
   return maySqlite ? odbc + (odbc.ends_with(';') ? "" : ";") + kSqliteTimeout : odbc;
 }
