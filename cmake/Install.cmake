@@ -13,6 +13,7 @@ set(public_headers
   platform/errors.h
   platform/objects.h
   platform/scripting_context.h
+  platform/short_copy.h
   platform/variant.h)
 foreach(header IN LISTS public_headers)
   cmake_path(GET header PARENT_PATH folder)

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/date_time.h"
+#include "platform/short_copy.h"
 
 #pragma GCC visibility push(default)
 
@@ -87,7 +88,7 @@ class Variant {
   void AssignText(std::string_view text) {
     auto* const held = std::get_if<std::string>(&value_);
     if (held != nullptr && held->size() == text.size()) {  // as in most columns of a list, row for row
-      std::char_traits<char>::move(held->data(), text.data(), text.size());
+      CopyShort(held->data(), text.data(), text.size());
     } else {
       BecomeText(text);
     }
