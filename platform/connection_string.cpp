@@ -12,17 +12,19 @@ namespace {
 
 constexpr std::int32_t kProviderNotFound = 3706;
 
+constexpr std::string_view kBlanks = " \t\r\n";
+
 std::string_view Trimmed(std::string_view text) noexcept {
-  const std::size_t first = text.find_first_not_of(" \t");
+  const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 [[noreturn]] void Refuse(const char* why) { throw RuntimeError(error::kInvalidProcedureCall, why); }
 
 // Takes a value off the front of text, up to the ";" behind it; a doubled closing quote stands for itself.
 std::string TakeValue(std::string_view& text) {
-  const std::size_t first = text.find_first_not_of(" \t");
+  const std::size_t first = text.find_first_not_of(kBlanks);
   const char opening = first == std::string_view::npos ? ';' : text[first];
   if (opening != '{' && opening != '"') {
     const std::string_view value = text.substr(0, text.find(';'));
@@ -59,7 +61,6 @@ std::string Quoted(const std::string& odbcName, const std::string& value) {
 // The passwords among the options of libpq, "name=value name='value' ...". A word that is no option may be a part of
 // one.
 void AddLibpqPasswords(std::string_view options, std::vector<std::string>& passwords) {
-  constexpr std::string_view kBlanks = " \t\r\n";
   while (!(options = Trimmed(options)).empty()) {
     const std::size_t end = options.find_first_of("= \t\r\n");
     const std::string name = UpperCase(options.substr(0, end));
@@ -73,8 +74,8 @@ void AddLibpqPasswords(std::string_view options, std::vector<std::string>& passw
     std::string value;
     const bool isQuoted = options.starts_with('\'');
     if (isQuoted) options.remove_prefix(1);
-    for (; !options.empty() && options[0] != '\'' && (isQuoted || kBlanks.find(options[0]) == std::string_view::npos);
-         options.remove_prefix(1)) {
+    const std::string_view ends = isQuoted ? "'" : kBlanks;
+    for (; !options.empty() && ends.find(options[0]) == std::string_view::npos; options.remove_prefix(1)) {
       if (options[0] == '\\' && options.size() > 1) options.remove_prefix(1);
       value += options[0];
     }

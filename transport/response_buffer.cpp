@@ -115,6 +115,7 @@ void ResponseBuffer::Sort() {
     if (left.head != right.head) return left.head < right.head;
     return left.text < right.text;
   });
+  section_ = {};
   order_.resize(keys.size());
   std::ranges::transform(keys, order_.begin(), &Key::line);
 }

@@ -57,6 +57,7 @@ TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
   EXPECT_EQ(WithoutPasswords("where e is meant, e", "PWD=e"), "where *** is meant, ***");
   EXPECT_EQ(ConnectionPasswords("Driver=X;pqopt={sslmode=require password = 'a \\'b' user=u lost};PWD="),
             (std::vector<std::string>{"a 'b", "lost"}));
+  EXPECT_EQ(ConnectionPasswords("pqopt={\n lost\r\n=x password=a'b \n}"), (std::vector<std::string>{"a'b"}));
 }
 
 using OdbcConnection = OnDatabase;

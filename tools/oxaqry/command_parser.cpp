@@ -63,26 +63,24 @@ CLI::App* CommandParser::AddPlain(const char* name, const char* description, con
 
 CLI::App* CommandParser::AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples,
                                   Command action) {
-  CLI::App* const command = parent.add_subcommand(name, description);
-  command->footer(examples);
+  CLI::App* const command = AddWithSettings(parent, name, description, examples, std::move(action));
   AddSettings(*command);
-  command->callback([this, command, action = std::move(action)] {
-    run_ = [this, command, action] { return action(ReadSettings(*command), MakeOutput()); };
-  });
   return command;
 }
 
 CLI::App* CommandParser::AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
                                      Command action) {
+  CLI::App* const command = AddWithSettings(parent, name, description, examples, std::move(action));
+  AddDatabaseSettings(*command);
+  return command;
+}
+
+CLI::App* CommandParser::AddWithSettings(CLI::App& parent, const char* name, const char* description,
+                                         const char* examples, Command action) {
   CLI::App* const command = parent.add_subcommand(name, description);
   command->footer(examples);
-  AddDatabaseSettings(*command);
   command->callback([this, command, action = std::move(action)] {
-    run_ = [this, command, action] {
-      Settings settings = ReadSettings(*command);
-      if (command->count(kDatabase) > 0) SetFromOption(settings, {"strDBConnect", "", kDatabase, ""});
-      return action(settings, MakeOutput());
-    };
+    run_ = [this, command, action] { return action(ReadSettings(*command), MakeOutput()); };
   });
   return command;
 }
@@ -150,6 +148,8 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
       SetFromOption(settings, entry);
     }
   }
+  const CLI::Option* const database = command.get_option_no_throw(kDatabase);
+  if (database != nullptr && database->count() > 0) SetFromOption(settings, {"strDBConnect", "", kDatabase, ""});
   if (!passwordPath_.empty()) {
     settings.Set("strTELOPwd", ReadFirstLine(passwordPath_, "password file"), "--password-file");
   }

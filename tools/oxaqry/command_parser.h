@@ -42,6 +42,8 @@ class CommandParser {
   CLI::Option* AddJson(CLI::App& command, const char* description);
 
  private:
+  CLI::App* AddWithSettings(CLI::App& parent, const char* name, const char* description, const char* examples,
+                            Command action);
   void AddSettings(CLI::App& command);
   void AddDatabaseSettings(CLI::App& command);
   Settings ReadSettings(const CLI::App& command);
