@@ -45,6 +45,10 @@ class EventLoop {
   // The same, but waits in the poller for something to run, at the latest until the time given.
   void YieldUntil(SteadyPoint latest);
 
+  // The next wait starts awake, for a few microseconds: what is waited for is likely to come before a thread that
+  // falls asleep could be woken.
+  void ExpectSoon() noexcept { expectsSoon_ = true; }
+
   const Clock& clock() const noexcept { return clock_; }
 
  private:
@@ -55,6 +59,7 @@ class EventLoop {
   };
   bool RunPosted();
   bool RunDueTimers(SteadyPoint now);
+  void StayAwakeUntil(SteadyPoint until) const noexcept;
   SteadyPoint NextTimer(SteadyPoint latest) const noexcept;
   void Dispatch();
 
@@ -62,6 +67,7 @@ class EventLoop {
   std::vector<PollEntry> entries_;  // entries_[i] is polled for watched_[i]
   std::vector<Watched> watched_;
   WatchId lastId_ = 0;
+  bool expectsSoon_ = false;
   std::vector<class Timer*> timers_;
   std::vector<std::function<void()>> posted_;
 };

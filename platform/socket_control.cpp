@@ -98,7 +98,8 @@ void SocketControl::TryNextAddress(std::int32_t lastError) {
     }
     socket_ = started.socket;
     state_ = SocketState::Connecting;
-    if (started.error == 0) return FinishConnect(Ready::Write);
+    peerIsNear_ = started.error == 0;
+    if (peerIsNear_) return FinishConnect(Ready::Write);
     return WatchFor(Ready::Write);
   }
   Fail(lastError);
@@ -134,7 +135,8 @@ void SocketControl::SendData(std::string_view bytes, SendSource* more) {
   kept_.Append(bytes);
   sending_ = kept_.View();
   source_ = more;
-  if (IsSending()) SendMore();
+  if (IsSending()) return SendMore();
+  if (peerIsNear_) loop_.ExpectSoon();
 }
 
 // Sends as much as the machine takes, but not so much that the other sockets would have to wait long.

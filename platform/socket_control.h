@@ -93,6 +93,7 @@ class SocketControl final : private ReadySink {
   std::optional<SocketAddress> connectedAddress_;
   std::vector<SocketAddress> candidates_;  // addresses still to be tried, the next one last
   SocketAddress trying_;
+  bool peerIsNear_ = false;  // the connect took no wait: the peer is on this machine
   std::unique_ptr<NameLookup> lookup_;
   NativeSocket socket_ = kNoSocket;
   EventLoop::WatchId watch_ = 0;
