@@ -1,15 +1,20 @@
 // The benchmarks; or, for what is measured from outside the process:
 //   oxaqrycln_bench --requests N   sends N searches of 100 rows and nothing else (system calls)
 //   oxaqrycln_bench --peak ROWS    one search; prints the peak memory it added beside the size of the answer
+//   oxaqrycln_bench --first ROWS   prints the nanoseconds of the limit beside those of the first search of a process
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "bench/answers.h"
 #include "bench/bench_query.h"
+#include "bench/plain_client.h"
 
 namespace {
 
@@ -40,6 +45,28 @@ int MeasurePeak(int rows) {
   return 0;
 }
 
+template <typename Call>
+long Nanoseconds(Call&& call) {
+  const auto begin = std::chrono::steady_clock::now();
+  call();
+  return std::chrono::nanoseconds(std::chrono::steady_clock::now() - begin).count();
+}
+
+int MeasureFirst(int rows) {
+  const std::size_t byteCount = oxaqrycln::bench::Framed(oxaqrycln::bench::HitList(rows)).size();
+  const std::string request = oxaqrycln::bench::PlainText(rows);
+  std::vector<char> buffer(byteCount + 65536, 'x');
+  const auto plain = [&] {
+    oxaqrycln::bench::PlainRequest(oxaqrycln::bench::TheServer().port(), request, buffer, byteCount);
+  };
+  plain();  // the server makes the answer once
+  BenchQuery page;
+  const long limit = Nanoseconds(plain);
+  const long component = Nanoseconds([&] { page.Search(rows); });
+  std::printf("%ld %ld\n", limit, component);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -47,6 +74,7 @@ int main(int argc, char** argv) {
   oxaqrycln::bench::StayOnProcessor(0);
   if (argc == 3 && std::string_view(argv[1]) == "--requests") return SendRequests(std::atoi(argv[2]));
   if (argc == 3 && std::string_view(argv[1]) == "--peak") return MeasurePeak(std::atoi(argv[2]));
+  if (argc == 3 && std::string_view(argv[1]) == "--first") return MeasureFirst(std::atoi(argv[2]));
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

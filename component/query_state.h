@@ -32,10 +32,10 @@ struct HitListStore {
   std::int16_t lastSortColumn = 0;
 };
 
-// Gives memory that was kept for a next answer back when an instance has gone.
+// Memory that is kept for a next answer is the system's to take when an instance has gone.
 struct SpareMemory {
   SpareMemory() = default;
-  ~SpareMemory() { ByteBlock::ReleaseSpare(); }
+  ~SpareMemory() { ByteBlock::GiveBackSpares(); }
   SpareMemory(const SpareMemory&) = delete;
   SpareMemory& operator=(const SpareMemory&) = delete;
 };

@@ -1,9 +1,10 @@
 // byte_block.h - a growing run of bytes that is never filled before bytes come: reserving takes addresses, not memory.
-// Growing a large block moves its pages, not its bytes. The process keeps one very large block for the next that fits,
-// since getting its pages anew can cost more than filling them.
+// Growing a large block moves its pages, not its bytes. The process keeps up to two very large blocks for the next ones
+// that fit, since getting their pages anew can cost several times what filling them does.
 #ifndef OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 #define OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 
+#include <chrono>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -38,10 +39,11 @@ class ByteBlock {
   // Counts bytes that were written behind the held ones, inside the capacity.
   void Extend(std::size_t byteCount) noexcept { size_ += byteCount; }
   void Clear() noexcept { size_ = 0; }
-  // Gives the memory back, or keeps it for the next block.
+  // Gives the memory back, or keeps it for a next block.
   void Release() noexcept;
-  // Gives back what the process keeps. Any thread may call it.
-  static void ReleaseSpare() noexcept;
+  // Gives back what the process has kept unused for so long; the rest the system may take from now on whenever it
+  // is short of memory. Any thread may call it.
+  static void GiveBackSpares(std::chrono::seconds unusedFor = std::chrono::seconds(10)) noexcept;
 
  private:
   char* data_ = nullptr;

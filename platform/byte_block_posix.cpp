@@ -3,6 +3,8 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -20,40 +22,75 @@ constexpr std::size_t kPage = 4096;
 
 // What is worth keeping, and what is too much to be kept.
 constexpr std::size_t kSpareFrom = 16U << 20U;
-constexpr std::size_t kSpareUpTo = 256U << 20U;
-
-// The block that is kept; has no destructor, so that nothing runs when the process or library ends.
-struct Spare {
-  std::mutex mutex;
-  char* data = nullptr;
-  std::size_t capacity = 0;
-};
-constinit Spare spare;
+constexpr std::size_t kSpareUpTo = 128U << 20U;
 
 void Unmap(char* data, std::size_t capacity) noexcept {
   if (data != nullptr) munmap(data, capacity);
 }
 
-// A kept block of at least byteCount bytes, and not of much more; nullptr when there is none.
-char* TakeSpare(std::size_t byteCount, std::size_t& capacity) noexcept {
-  if (byteCount < kSpareFrom) return nullptr;
-  const std::lock_guard lock(spare.mutex);
-  if (spare.capacity < byteCount || spare.capacity / 2 > byteCount) return nullptr;
-  capacity = std::exchange(spare.capacity, 0);
-  return std::exchange(spare.data, nullptr);
-}
+// The blocks that are kept: two, since an answer is received while the one before it is still held.
+class SpareBlocks {
+ public:
+  constexpr SpareBlocks() noexcept = default;
+  ~SpareBlocks() { GiveBack(std::chrono::seconds::zero()); }
+  SpareBlocks(const SpareBlocks&) = delete;
+  SpareBlocks& operator=(const SpareBlocks&) = delete;
 
-// Keeps the block in the place of the one that was kept; false when it is not worth it.
-bool KeepSpare(char* data, std::size_t capacity) noexcept {
-  if (capacity < kSpareFrom || capacity > kSpareUpTo) return false;
-  {
-    const std::lock_guard lock(spare.mutex);
-    std::swap(spare.data, data);
-    std::swap(spare.capacity, capacity);
+  // One of at least byteCount bytes, and not of much more; nullptr when there is none.
+  char* Take(std::size_t byteCount, std::size_t& capacity) noexcept {
+    if (byteCount < kSpareFrom) return nullptr;
+    const std::lock_guard lock(mutex_);
+    for (Spare& spare : spares_) {
+      if (spare.capacity < byteCount || spare.capacity / 2 > byteCount) continue;
+      capacity = spare.capacity;
+      return std::exchange(spare, {}).data;
+    }
+    return nullptr;
   }
-  Unmap(data, capacity);
-  return true;
-}
+
+  // Takes the place of the one that has been kept longest.
+  void Keep(char* data, std::size_t capacity) noexcept {
+    Spare spare{data, capacity, std::chrono::steady_clock::now()};
+    {
+      const std::lock_guard lock(mutex_);
+      std::swap(*std::ranges::min_element(spares_, {}, &Spare::keptAt), spare);
+    }
+    Unmap(spare.data, spare.capacity);
+  }
+
+  void GiveBack(std::chrono::seconds unusedFor) noexcept {
+    const auto latest = std::chrono::steady_clock::now() - unusedFor;
+    std::array<Spare, kMost> old{};
+    {
+      const std::lock_guard lock(mutex_);
+      for (std::size_t i = 0; i < kMost; ++i) {
+        if (spares_[i].keptAt <= latest) {
+          old[i] = std::exchange(spares_[i], {});
+        } else {
+          MakeReclaimable(spares_[i]);
+        }
+      }
+    }
+    for (const Spare& spare : old) Unmap(spare.data, spare.capacity);
+  }
+
+ private:
+  static constexpr std::size_t kMost = 2;
+  struct Spare {
+    char* data = nullptr;
+    std::size_t capacity = 0;
+    std::chrono::steady_clock::time_point keptAt;
+    bool reclaimable = false;
+  };
+  // From now on the system may take the pages, one by one, until they are written to again.
+  static void MakeReclaimable(Spare& spare) noexcept {
+    if (!std::exchange(spare.reclaimable, true)) madvise(spare.data, spare.capacity, MADV_FREE);
+  }
+
+  std::mutex mutex_;
+  std::array<Spare, kMost> spares_;
+};
+constinit SpareBlocks spareBlocks;
 
 char* Map(std::size_t byteCount) {
   void* memory = mmap(nullptr, byteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -79,7 +116,7 @@ void ByteBlock::Reserve(std::size_t byteCount) {
     if (moved == MAP_FAILED) throw RuntimeError(error::kOutOfMemory);
     data_ = static_cast<char*>(moved);
   } else {
-    char* mapped = TakeSpare(rounded, rounded);
+    char* mapped = spareBlocks.Take(rounded, rounded);
     if (mapped == nullptr) mapped = Map(rounded);
     if (size_ > 0) std::memcpy(mapped, data_, size_);
     std::free(data_);
@@ -98,7 +135,9 @@ void ByteBlock::Append(std::string_view bytes) {
 void ByteBlock::Release() noexcept {
   if (capacity_ < kMappedFrom) {
     std::free(data_);
-  } else if (!KeepSpare(data_, capacity_)) {
+  } else if (capacity_ >= kSpareFrom && capacity_ <= kSpareUpTo) {
+    spareBlocks.Keep(data_, capacity_);
+  } else {
     Unmap(data_, capacity_);
   }
   data_ = nullptr;
@@ -106,15 +145,6 @@ void ByteBlock::Release() noexcept {
   capacity_ = 0;
 }
 
-void ByteBlock::ReleaseSpare() noexcept {
-  char* data = nullptr;
-  std::size_t capacity = 0;
-  {
-    const std::lock_guard lock(spare.mutex);
-    std::swap(spare.data, data);
-    std::swap(spare.capacity, capacity);
-  }
-  Unmap(data, capacity);
-}
+void ByteBlock::GiveBackSpares(std::chrono::seconds unusedFor) noexcept { spareBlocks.GiveBack(unusedFor); }
 
 }  // namespace oxaqrycln

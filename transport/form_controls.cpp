@@ -18,7 +18,7 @@ constexpr std::int32_t kMostSlots = 32767;
 frmControls::frmControls(EventLoop& loop, const Resolver& resolver, ServerTable& servers)
     : form_{loop, resolver, files_, scratch_}, timer_(loop, kFirstInterval, [&servers] {
         servers.CheckReleaseBusyServer();
-        ByteBlock::ReleaseSpare();
+        ByteBlock::GiveBackSpares();
       }) {
   AddSlot();
   timer_.Enable(true);

@@ -35,7 +35,7 @@ std::size_t ResidentBytes() {
   return pages * 4096;
 }
 
-TEST(ByteBlock, OfOneThatIsVeryLargeServesTheNextUntilItIsGivenBack) {
+TEST(ByteBlock, ThatIsVeryLargeServesTheNextUntilItIsGivenBack) {
   constexpr std::size_t kSize = 64U << 20U;
   const std::size_t before = ResidentBytes();
   const auto fill = [](std::size_t byteCount) {
@@ -54,9 +54,18 @@ TEST(ByteBlock, OfOneThatIsVeryLargeServesTheNextUntilItIsGivenBack) {
   next.Reserve(kSize - 5000);
   EXPECT_EQ(next.View(), "in front");
   EXPECT_EQ(next.data()[kSize - 6000], 'x');  // the same pages
+  const char* place = next.data();
   next.Release();
-  fill(kSize * 2).Release();  // takes its place
-  ByteBlock::ReleaseSpare();
+  ByteBlock::GiveBackSpares();  // not yet
+  next.Reserve(kSize);
+  EXPECT_EQ(next.data(), place);
+  next.Release();
+  ByteBlock first = fill(kSize * 2);
+  ByteBlock second = fill(kSize * 2);
+  first.Release();
+  second.Release();  // two are kept, and no third
+  EXPECT_LT(ResidentBytes(), before + 4 * kSize + kSize / 2);
+  ByteBlock::GiveBackSpares(std::chrono::seconds::zero());
   EXPECT_LT(ResidentBytes(), before + kSize / 2);
   EXPECT_EQ(next.capacity(), 0U);
 }
