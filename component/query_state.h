@@ -32,14 +32,6 @@ struct HitListStore {
   std::int16_t lastSortColumn = 0;
 };
 
-// Memory that is kept for a next answer is the system's to take when an instance has gone.
-struct SpareMemory {
-  SpareMemory() = default;
-  ~SpareMemory() { ByteBlock::GiveBackSpares(); }
-  SpareMemory(const SpareMemory&) = delete;
-  SpareMemory& operator=(const SpareMemory&) = delete;
-};
-
 struct QueryState {
   explicit QueryState(const clsQuery& query);
 
@@ -59,7 +51,6 @@ struct QueryState {
     return *database;
   }
 
-  SpareMemory spare;  // first, and so the last to go
   std::shared_ptr<Apartment> apartment;
   SessionLog log;
   RequestExecution execution;

@@ -1,10 +1,8 @@
 // byte_block.h - a growing run of bytes that is never filled before bytes come: reserving takes addresses, not memory.
-// Growing a large block moves its pages, not its bytes. The process keeps up to two very large blocks for the next ones
-// that fit, since getting their pages anew can cost several times what filling them does.
+// Growing a large block moves its pages, not its bytes.
 #ifndef OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 #define OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 
-#include <chrono>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -38,12 +36,13 @@ class ByteBlock {
   void Append(std::string_view bytes);
   // Counts bytes that were written behind the held ones, inside the capacity.
   void Extend(std::size_t byteCount) noexcept { size_ += byteCount; }
+  // Has the pages for the next bytes made at once, a mebibyte say: that costs less than making each when it is first
+  // written to. Returns up to which position of the block bytes can be written without; more than size() when there
+  // is room.
+  std::size_t MakePages(std::size_t byteCount) noexcept;
   void Clear() noexcept { size_ = 0; }
-  // Gives the memory back, or keeps it for a next block.
+  // Gives the memory back.
   void Release() noexcept;
-  // Gives back what the process has kept unused for so long; the rest the system may take from now on whenever it
-  // is short of memory. Any thread may call it.
-  static void GiveBackSpares(std::chrono::seconds unusedFor = std::chrono::seconds(10)) noexcept;
 
  private:
   char* data_ = nullptr;

@@ -64,6 +64,7 @@ class ConnectionSlot final : public SocketEvents {
   const Form form_;
   Header header_ = Header::Awaited;
   std::string pendingHeader_;  // the start of a header whose end has not come yet
+  std::size_t pagesUpTo_ = 0;  // up to which position of a large response there are pages
 
  public:
   // The record.

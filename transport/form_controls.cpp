@@ -16,10 +16,8 @@ constexpr std::int32_t kMostSlots = 32767;
 }  // namespace
 
 frmControls::frmControls(EventLoop& loop, const Resolver& resolver, ServerTable& servers)
-    : form_{loop, resolver, files_, scratch_}, timer_(loop, kFirstInterval, [&servers] {
-        servers.CheckReleaseBusyServer();
-        ByteBlock::GiveBackSpares();
-      }) {
+    : form_{loop, resolver, files_, scratch_},
+      timer_(loop, kFirstInterval, [&servers] { servers.CheckReleaseBusyServer(); }) {
   AddSlot();
   timer_.Enable(true);
 }

@@ -31,6 +31,7 @@ void ConnectionSlot::StartReceiving(const std::optional<FileReceipt>& receipt) n
   response.Release();
   header_ = Header::Awaited;
   pendingHeader_.clear();
+  pagesUpTo_ = 0;
 }
 
 void ConnectionSlot::DataArrival() {
@@ -53,7 +54,9 @@ void ConnectionSlot::ReceiveText() {
 void ConnectionSlot::ReceiveIntoPlace() {
   for (int packet = 0; packet < kMostPackets && !requestReady; ++packet) {
     const auto missing = static_cast<std::size_t>(bytesToReceive - bytesReceived);
-    const std::size_t byteCount = socket.GetData(response.data() + response.size(), missing);
+    if (response.size() >= pagesUpTo_) pagesUpTo_ = response.MakePages(kWideWindow);
+    const std::size_t room = std::min(missing, pagesUpTo_ - response.size());
+    const std::size_t byteCount = socket.GetData(response.data() + response.size(), room);
     if (byteCount == 0) return;
     response.Extend(byteCount);
     Log().Write(bytInfo, "Winsock(", index_, "): Next string packet received: ", byteCount, " bytes");

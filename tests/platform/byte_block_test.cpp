@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <fstream>
 #include <string>
 
 namespace oxaqrycln {
@@ -27,47 +25,21 @@ TEST(ByteBlock, KeepsItsBytesFromTheHeapIntoAMappingAndOn) {
   EXPECT_EQ(moved.View(), "again");
 }
 
-// Bytes of the process that are in memory.
-std::size_t ResidentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::size_t pages = 0;
-  statm >> pages >> pages;
-  return pages * 4096;
-}
-
-TEST(ByteBlock, ThatIsVeryLargeServesTheNextUntilItIsGivenBack) {
-  constexpr std::size_t kSize = 64U << 20U;
-  const std::size_t before = ResidentBytes();
-  const auto fill = [](std::size_t byteCount) {
-    ByteBlock block;
-    block.Reserve(byteCount);
-    std::memset(block.data(), 'x', byteCount);
-    return block;
-  };
-  fill(kSize).Release();
-  EXPECT_GT(ResidentBytes(), before + kSize / 2);
+TEST(ByteBlock, MakesPagesBehindItsBytesAndInsideItsRoom) {
+  constexpr std::size_t kMebibyte = 1U << 20U;
+  ByteBlock block;
+  block.Reserve(3 * kMebibyte);
+  const std::string held(5000, 'h');
+  block.Append(held);
+  EXPECT_GE(block.MakePages(kMebibyte), held.size() + kMebibyte);
+  EXPECT_LT(block.MakePages(kMebibyte), 2 * kMebibyte);
+  EXPECT_EQ(block.View(), held);
+  EXPECT_EQ(block.MakePages(8 * kMebibyte), block.capacity());
+  block.Extend(block.capacity() - block.size());
+  EXPECT_EQ(block.MakePages(kMebibyte), block.size());  // full
   ByteBlock small;
-  small.Reserve(kSize / 4);  // does not take four times of what it asks for
-  EXPECT_LT(small.capacity(), kSize / 2);
-  ByteBlock next;
-  next.Append("in front");
-  next.Reserve(kSize - 5000);
-  EXPECT_EQ(next.View(), "in front");
-  EXPECT_EQ(next.data()[kSize - 6000], 'x');  // the same pages
-  const char* place = next.data();
-  next.Release();
-  ByteBlock::GiveBackSpares();  // not yet
-  next.Reserve(kSize);
-  EXPECT_EQ(next.data(), place);
-  next.Release();
-  ByteBlock first = fill(kSize * 2);
-  ByteBlock second = fill(kSize * 2);
-  first.Release();
-  second.Release();  // two are kept, and no third
-  EXPECT_LT(ResidentBytes(), before + 4 * kSize + kSize / 2);
-  ByteBlock::GiveBackSpares(std::chrono::seconds::zero());
-  EXPECT_LT(ResidentBytes(), before + kSize / 2);
-  EXPECT_EQ(next.capacity(), 0U);
+  small.Append(held);
+  EXPECT_EQ(small.MakePages(kMebibyte), small.capacity());
 }
 
 TEST(ByteBlock, ReservesAddressesNotMemory) {
