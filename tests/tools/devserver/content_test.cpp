@@ -40,7 +40,7 @@ class ContentTest : public testing::Test {
     std::getline(answer, length);
     std::getline(answer, name, '\r');
     EXPECT_EQ(status, "Status: OK\r") << command;
-    const std::filesystem::path file = server_.BlobPath(name);
+    std::filesystem::path file = server_.BlobPath(name);
     EXPECT_EQ(std::to_string(Content(file).size()) + "\r", length) << command;
     return file;
   }
@@ -132,7 +132,7 @@ TEST_F(ContentTest, StreamsAFileWithoutAHeaderOrNothingAtAll) {
   std::ofstream(server_.BlobPath("big.bin"), std::ios::binary) << bytes;
   std::filesystem::create_symlink("/etc/passwd", server_.BlobPath("link"));
   std::filesystem::create_directory(server_.BlobPath("directory"));
-  std::ofstream(server_.BlobPath("empty.bin"));
+  std::ofstream(server_.BlobPath("empty.bin")) << "";
   const auto transfer = [&](const std::string& request, int error = 0) {
     Client client = server_.Connect();
     client.Send(request);
@@ -165,7 +165,7 @@ TEST(TransferBlob, IsBrokenByTheMisbehavioursToo) {
 // Whatever is in a stored image, it is read or refused, and nothing else happens.
 TEST(PageImages, SurviveDamagedFiles) {
   const Descriptor whole = OpenScratchFile();
-  PageImage colours{300, 40, true, std::vector<std::uint8_t>(300 * 40 * 3)};
+  PageImage colours{300, 40, true, std::vector<std::uint8_t>(std::size_t{300} * 40 * 3)};
   for (std::size_t at = 0; at < colours.bytes.size(); ++at) colours.bytes[at] = static_cast<std::uint8_t>(at * 31);
   {
     TiffWriter writer(whole.get());

@@ -17,7 +17,6 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
