@@ -28,10 +28,7 @@ class AnsweringPage {
   // Runs a call of the query that sends one request.
   template <typename Call>
   auto Ask(Call&& call) {
-    Apartment::Current()->loop.Post([this] {
-      peer_.Accept();
-      peer_.Send(answer_);
-    });
+    AnswerOnceConnected();
     auto result = call();
     peer_.Drop();
     return result;
@@ -40,6 +37,15 @@ class AnsweringPage {
   clsQuery query;
 
  private:
+  // A yield may come before the connection: that of the timer's tick.
+  void AnswerOnceConnected() {
+    Apartment::Current()->loop.Post([this] {
+      if (!peer_.IsWanted()) return AnswerOnceConnected();
+      peer_.Accept();
+      peer_.Send(answer_);
+    });
+  }
+
   LoopbackPeer peer_;
   std::string answer_;
 };

@@ -16,6 +16,8 @@ class LoopbackPeer {
   LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
   std::uint16_t port() const noexcept { return port_; }
+  // Whether the near end has started a connection that is not taken yet; waits so many milliseconds for one.
+  bool IsWanted(int longestWait = 0) const;
   // Takes the connection that the near end has started.
   void Accept();
   // What fits into one packet is one packet.

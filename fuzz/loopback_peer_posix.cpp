@@ -33,9 +33,13 @@ LoopbackPeer::~LoopbackPeer() {
   close(listener_);
 }
 
-void LoopbackPeer::Accept() {
+bool LoopbackPeer::IsWanted(int longestWait) const {
   pollfd waiting{listener_, POLLIN, 0};
-  Require(poll(&waiting, 1, kLongestWait) == 1, "the near end has connected");
+  return poll(&waiting, 1, longestWait) == 1;
+}
+
+void LoopbackPeer::Accept() {
+  Require(IsWanted(kLongestWait), "the near end has connected");
   socket_ = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
   const int yes = 1;
   const linger reset{1, 0};
