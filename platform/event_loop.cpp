@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 #include <utility>
 
 #include "platform/timer.h"
@@ -11,6 +12,12 @@ namespace {
 
 // Enough for most short answers of a server on this machine, and less than it costs to fall asleep and wake up.
 constexpr Clock::Duration kSoon = std::chrono::microseconds(5);
+
+// With a single processor a server on this machine could not answer while this thread is awake.
+bool HasSeveralProcessors() noexcept {
+  static const bool several = std::thread::hardware_concurrency() > 1;
+  return several;
+}
 
 }  // namespace
 
@@ -90,7 +97,7 @@ void EventLoop::YieldUntil(SteadyPoint latest) {
   const SteadyPoint now = clock_.SteadyNow();
   Clock::Duration wait = Clock::Duration::zero();
   if (!RunDueTimers(now) && !posted) wait = NextTimer(latest) - now;
-  if (std::exchange(expectsSoon_, false)) StayAwakeUntil(now + std::min(wait, kSoon));
+  if (std::exchange(expectsSoon_, false) && HasSeveralProcessors()) StayAwakeUntil(now + std::min(wait, kSoon));
   if (Poll(entries_, wait) > 0) {
     Dispatch();
   } else {
