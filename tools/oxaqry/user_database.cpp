@@ -35,6 +35,16 @@ bool TellsMissingTable(const std::string& reason) {
          reason.find("no such table") != std::string::npos;
 }
 
+// A text beyond the code page hides no other: something else stands in its place.
+Variant Readable(const Recordset& rows, std::int32_t column) {
+  try {
+    return rows.Field(column);
+  } catch (const RuntimeError& why) {
+    if (why.number() != error::kTypeMismatch) throw;
+    return "(not in Windows-1252)";
+  }
+}
+
 }  // namespace
 
 // Keeps what the database said last, which the component's methods only log.
@@ -104,7 +114,7 @@ std::vector<UserDatabase::Row> UserDatabase::Rows(const std::string& statement, 
     const auto rows = connection_->Execute(statement);
     for (; !rows->EndOfRows(); rows->MoveNext()) {
       Row& row = all.emplace_back();
-      for (std::int32_t i = 0; i < columnCount; ++i) row.push_back(rows->Field(i));
+      for (std::int32_t i = 0; i < columnCount; ++i) row.push_back(Readable(*rows, i));
     }
   } catch (const RuntimeError&) {
     Fail("the web user database cannot be read");

@@ -125,6 +125,9 @@ TEST_P(UserAccountCommands, ListUsersAndGroupsApart) {
             Json::parse(R"([{"userId":2,"name":"Sales","members":["bert"]}])"));
   EXPECT_THAT(database.User({"list"}).out, AllOf(HasSubstr("bert"), HasSubstr("WEB"), Not(HasSubstr("2   Sales"))));
   EXPECT_EQ(database.User({"groups", "bert"}).out, "Sales\n");
+  const std::string character = GetParam() == Kind::Sqlite ? "CHAR(321)" : "CHR(321)";  // beyond Windows-1252
+  database.Run("INSERT INTO Users(UserID,UserName,Passwd) VALUES(3," + character + ",'x')");
+  EXPECT_THAT(database.User({"list"}).out, AllOf(HasSubstr("bert"), HasSubstr("3   (not in Windows-1252)")));
 }
 
 TEST_P(UserAccountCommands, WhatTheDatabaseCannotTakeIsRefusedBeforehand) {
