@@ -56,13 +56,16 @@ int MeasureFirst(int rows) {
   const std::size_t byteCount = oxaqrycln::bench::Framed(oxaqrycln::bench::HitList(rows)).size();
   const std::string request = oxaqrycln::bench::PlainText(rows);
   std::vector<char> buffer(byteCount + 65536, 'x');
+  bool isWhole = true;
   const auto plain = [&] {
-    oxaqrycln::bench::PlainRequest(oxaqrycln::bench::TheServer().port(), request, buffer, byteCount);
+    const auto port = oxaqrycln::bench::TheServer().port();
+    isWhole &= oxaqrycln::bench::PlainRequest(port, request, buffer, byteCount) == byteCount;
   };
   plain();  // the server makes the answer once
   BenchQuery page;
   const long limit = Nanoseconds(plain);
-  const long component = Nanoseconds([&] { page.Search(rows); });
+  const long component = Nanoseconds([&] { isWhole &= page.Search(rows) == rows + 1; });
+  if (!isWhole) return 1;
   std::printf("%ld %ld\n", limit, component);
   return 0;
 }

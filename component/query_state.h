@@ -13,7 +13,6 @@
 #include "component/log_writer.h"
 #include "component/text_list.h"
 #include "component/trap.h"
-#include "platform/byte_block.h"
 #include "platform/database.h"
 #include "platform/errors.h"
 #include "platform/scripting_context.h"

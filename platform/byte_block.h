@@ -36,9 +36,8 @@ class ByteBlock {
   void Append(std::string_view bytes);
   // Counts bytes that were written behind the held ones, inside the capacity.
   void Extend(std::size_t byteCount) noexcept { size_ += byteCount; }
-  // Has the pages for the next bytes made at once, a mebibyte say: that costs less than making each when it is first
-  // written to. Returns up to which position of the block bytes can be written without; more than size() when there
-  // is room.
+  // Has the pages for so many next bytes made at once, as far as there is room: that costs less than making each when
+  // it is first written to. Returns the position up to which pages are there, behind size() unless the block is full.
   std::size_t MakePages(std::size_t byteCount) noexcept;
   void Clear() noexcept { size_ = 0; }
   // Gives the memory back.

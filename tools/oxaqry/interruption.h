@@ -1,5 +1,4 @@
-// interruption.h - lets a command that has made files end in order when a signal asks it to.
-// One at a time in a process.
+// interruption.h - what signals do to the tool: a command that has made files ends in order when one asks it to.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_INTERRUPTION_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_INTERRUPTION_H_
 
@@ -19,7 +18,8 @@ class Interrupted : public std::exception {
   int signal_;
 };
 
-// While it lives, an interrupt, a quit, a request to end or a hang-up only takes note of the signal.
+// One at a time in a process. While it lives, an interrupt, a quit, a request to end or a hang-up only takes note of
+// the signal.
 class Interruption {
  public:
   Interruption();
@@ -38,6 +38,9 @@ class Interruption {
   struct Former;
   std::unique_ptr<Former> former_;
 };
+
+// A limit on the size of files then shows as a full disk, not as a signal that ends the process.
+void TakeFileLimitsAsErrors();
 
 }  // namespace oxaqrycln
 

@@ -39,4 +39,6 @@ Interruption::~Interruption() {
 
 int Interruption::Signal() const noexcept { return lastSignal; }
 
+void TakeFileLimitsAsErrors() { std::signal(SIGXFSZ, SIG_IGN); }
+
 }  // namespace oxaqrycln

@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "tools/oxaqry/command_line.h"
+#include "tools/oxaqry/interruption.h"
 #include "tools/oxaqry/terminal.h"
 
 int main(int argumentCount, char** arguments) {

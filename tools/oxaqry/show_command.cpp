@@ -66,8 +66,8 @@ Information ReadInformation(clsQuery& query, const DocumentKey& key) {
   if (Count(lines, status) == 0) throw CommandError("the query server knows nothing about this document");
   if (found.fileFields.IsEmpty()) {
     throw CommandError(
-        "the document's information is malformed: see the log (--log-dir) and ask the query server's "
-        "operator");
+        "the document's information is malformed: "
+        "see the log (--log-dir) and ask the query server's operator");
   }
   return found;
 }

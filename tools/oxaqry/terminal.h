@@ -8,9 +8,6 @@ namespace oxaqrycln {
 
 Terminals StandardTerminals() noexcept;
 
-// A limit on the size of files then shows as a full disk, not as a signal that ends the process.
-void TakeFileLimitsAsErrors();
-
 }  // namespace oxaqrycln
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_TERMINAL_H_

@@ -1,4 +1,3 @@
-#include <signal.h>
 #include <unistd.h>
 
 #include "tools/oxaqry/terminal.h"
@@ -8,7 +7,5 @@ namespace oxaqrycln {
 Terminals StandardTerminals() noexcept {
   return {.in = isatty(STDIN_FILENO) == 1, .out = isatty(STDOUT_FILENO) == 1, .err = isatty(STDERR_FILENO) == 1};
 }
-
-void TakeFileLimitsAsErrors() { signal(SIGXFSZ, SIG_IGN); }
 
 }  // namespace oxaqrycln
