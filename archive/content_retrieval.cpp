@@ -1,5 +1,6 @@
 // The stored content of documents, brought into the local blob directory: by the query server, or over the connection.
 #include <array>
+#include <optional>
 
 #include "archive/stored_name.h"
 #include "component/clsQuery.h"
@@ -12,18 +13,22 @@
 namespace oxaqrycln {
 namespace {
 
-// Hands on the name and length of a file that the query server has put into the blob directory.
+// The bare name of a file that the query server has put into the blob directory, after its extension was changed. An
+// answer that names no file gives "".
+std::string ReceivedName(const clsQuery& query, std::string_view answered) {
+  if (LastPathPart(answered).empty()) return {};
+  std::string name = StoredName(answered);
+  const std::string path = query.strBlobPathLocal + "\\" + name;
+  if (IsOtherThanFile(path)) throw RuntimeError(error::kBadFileName);
+  // With a shorter name the change would cut off a part of the directory's.
+  constexpr std::size_t kCutCharacters = 3;
+  if (name.size() >= kCutCharacters) name = LastPathPart(ChangeFileExt(path, query.strChangeFileExt));
+  return name;
+}
+
 void WriteFileOutputs(const clsQuery& query, const ResponseBuffer& buffer, Variant* fileName, Variant* fileLength) {
   // Everything that can fail comes before the first output is written.
-  std::string name;
-  if (fileName != nullptr) {
-    name = StoredName(buffer.Line(1));
-    // Of a shorter name the change would cut off a part of the directory's.
-    constexpr std::size_t kCutCharacters = 3;
-    if (name.size() >= kCutCharacters) {
-      name = LastPathPart(ChangeFileExt(query.strBlobPathLocal + "\\" + name, query.strChangeFileExt));
-    }
-  }
+  const std::string name = fileName != nullptr ? ReceivedName(query, buffer.Line(1)) : std::string();
   WriteText(fileName, name);
   WriteText(fileLength, buffer.Line(0));
 }
@@ -85,8 +90,10 @@ Variant clsQuery::TELOGetSegmentMultiTIF(const Variant& strChannel, const Varian
                                          Variant* lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
   return state.Run("TELOGetSegmentMultiTIF", Failed(), [&](Variant& result) {
-    if (!state.Load({"GetSegmentMultiTIF", strChannel, strArchive, strDocID, strVer, GetPages(strPages.ToText()),
-                     strBlobPathRemote},
+    const auto pages = Trap(state.log, "GetPages", std::optional<std::string>(),
+                            [&](std::optional<std::string>& list) { list = GetPages(strPages.ToText()); });
+    if (!pages) return;
+    if (!state.Load({"GetSegmentMultiTIF", strChannel, strArchive, strDocID, strVer, *pages, strBlobPathRemote},
                     strParamStatus)) {
       return;
     }

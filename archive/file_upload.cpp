@@ -1,5 +1,6 @@
 // Files on their way in: from a web form into the local blob directory, and from there to the query server.
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -89,7 +90,13 @@ Variant clsQuery::TELOUploadFile(const Variant& strFile, Variant* strParamStatus
     FileSource file(strBlobPathLocal + "\\" + name);
     if (file.byteCount() > kLargestFile) throw RuntimeError(error::kOverflow);
     const auto byteCount = static_cast<std::int32_t>(file.byteCount());
-    if (!state.Load({"UploadFile", strBlobPathRemote, name, byteCount}, strParamStatus, &file)) return;
+    const std::string request =
+        BuildRequest(std::array<Variant, 4>{"UploadFile", strBlobPathRemote, name, byteCount}, state.log);
+    std::string errorText;
+    // The answer's lines do not go into the response buffer: the page may be walking an earlier answer.
+    const bool stored = state.execution.Request({.request = request, .data = &file}, &errorText) &&
+                        DataStart(state.execution.TakeResponse().View(), errorText).has_value();
+    if (!stored) return WriteText(strParamStatus, errorText);
     result = Variant::Long(1);
     WriteText(strParamStatus, "");
   });

@@ -26,8 +26,6 @@ constexpr std::size_t kReferenceMiddleSize = sizeof kReferenceMiddle - 1;
 void SplitLayout(std::string_view layout, Variant& keys, Variant& values) {
   std::string keyList;
   std::string valueList;
-  keys.AssignText("");
-  values.AssignText("");
   for (bool more = !layout.empty(), first = true; more; first = false) {
     const std::size_t end = layout.find(';');
     const std::string_view entry = layout.substr(0, end);
@@ -122,6 +120,8 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
     result = Variant::Long(buffer.Count() - kTitleLine);
     if (lngTotalHits != nullptr) lngTotalHits->AssignText(buffer.Line(kTotalLine));
     if (strLayoutKeys != nullptr && strLayoutValues != nullptr) {
+      strLayoutKeys->AssignText("");
+      strLayoutValues->AssignText("");
       SplitLayout(buffer.Line(kLayoutLine), *strLayoutKeys, *strLayoutValues);
     }
     if (blnHitlistMultiTIFF != nullptr) *blnHitlistMultiTIFF = buffer.Line(kMultiTiffLine) == "1";

@@ -31,22 +31,7 @@ std::shared_ptr<Connection> MakeConnection() {
 
 clsQuery::clsQuery() : state_(std::make_unique<QueryState>(*this)) {}
 
-clsQuery::~clsQuery() {
-  QueryState& state = *state_;
-  state.Run("Class_Terminate", false, [&](bool& /*unused*/) {
-    state.log.Write(bytInfo, "Terminating OXAQryCln instance for session id ", strSessionID);
-    // The slot is given back whatever the database says.
-    struct SlotLease {
-      QueryState& owner;
-      ~SlotLease() { owner.apartment->controls.ReleaseControl(owner.execution.slot()); }
-    };
-    {
-      const SlotLease lease{state};
-      if (state.database != nullptr && state.database->State() != Connection::kClosed) state.database->Close();
-    }
-    state.log.Write(bytInfo, "Releasing control instance #", state.execution.slot());
-  });
-}
+clsQuery::~clsQuery() { QueryState::Drop(std::move(state_), std::move(strDebugLogPath), std::move(strSessionID)); }
 
 bool clsQuery::Init(const Variant& blnParamDBInit) {
   QueryState& state = *state_;

@@ -19,13 +19,22 @@ struct QueryState;
 // Conventions. An input is a const Variant&; Missing leaves an optional one out. An output is a Variant*; nullptr
 // leaves it out, and what is left out is never written. Unless a method says otherwise:
 // - an ...Init sends one request and returns the number of records (Long), or -1 (Integer) when it failed; its
-//   strParamStatus receives "" on success and the error text otherwise, no other output is written on failure;
+//   strParamStatus receives "" on success and the error text of a request that failed, no other output is written then;
+// - strParamStatus is about the request only. An error of the component itself (an argument that is refused, a file
+// that
+//   cannot be read or written, an answer that does not have the expected form) leaves it untouched and is written to
+//   the session's log. So -1 with strParamStatus as the page had set it means: see the log. And -1 with strParamStatus
+//   "" means that the server reported success, but its answer holds none of the data that the method reads;
 // - a ...Next returns the next record's text, or "" at the end with the outputs untouched;
-// - every ...Init replaces the records that the ...Next methods of every family read.
+// - every request but that of TELOUploadFile replaces the records that the ...Next methods of every family read, a
+// failed
+//   one by none.
 class clsQuery {
  public:
   clsQuery();
-  // Closes the database connection if it is open, and gives the connection slot back.
+  // Closes the database connection if it is open, and gives the connection slot back. An instance may end inside a
+  // yield of its own request, from a call that the host posted: the request then ends at once, its method returns its
+  // failure value, and what both need lives until then.
   ~clsQuery();
   clsQuery(const clsQuery&) = delete;
   clsQuery& operator=(const clsQuery&) = delete;
@@ -74,7 +83,8 @@ class clsQuery {
 
   // --- Web users ---
   // These work on the database that Init opened. IDs are whole numbers; a text with a quote and an ID that is no number
-  // fail before the database sees them. Passwords are stored encoded, not encrypted.
+  // fail before the database sees them, and so does a text with a backslash where the database takes one as an escape
+  // character. Passwords are stored encoded, not encrypted.
 
   // Creates a user, with an account of the archive system when both of its texts are given. Returns the new user's ID
   // (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
@@ -85,7 +95,7 @@ class clsQuery {
   // The ID of the first user of the name (Long) when the password is his, or none is given; else 0.
   Variant CheckLogon(const Variant& strUser, const Variant& strPasswd = Missing);
   // Changes the password of all users of the name. Returns the ID of the first one (Integer), 0 when the old password
-  // is wrong or the ID is above 32767.
+  // is wrong, the ID is above 32767, or the database refuses the change.
   Variant ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew);
   // 1 (Long) when there is such a user, whose account of the archive system the outputs receive, "" without one; else 0
   // with the outputs untouched.
@@ -93,11 +103,12 @@ class clsQuery {
                           Variant* strParamTELOPasswd = nullptr);
   // 1 (Long) when the user has the flag set or cleared, which intChangePasswd receives; else 0, in both.
   Variant GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd = nullptr);
-  // Says whether the user must change his password. Returns 1 (Long), also when there is no such user; 0 on failure.
+  // Says whether the user must change his password: a whole number, or a Boolean, which is stored as 1 or 0. Returns 1
+  // (Long), also when there is no such user; 0 on failure.
   Variant SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd);
 
   // What a user may do himself and through the groups he is a member of. Each returns the number of entries (Long) and
-  // writes them to its output; Empty on failure, with the output "".
+  // writes them to its output; Empty on failure, with the output holding what was read before it, at first "".
   // "^right^,^right^".
   Variant GetUserRights(const Variant& strUserID, Variant* strRights = nullptr);
   // A line "archive[,N][,E][,D]" with CR LF for each archive: new documents, editing, deleting.
@@ -213,8 +224,9 @@ class clsQuery {
 
   // These four have the server put a file into the blob directory that both machines reach. They return Long 1;
   // strFileName receives the file's bare name after strChangeFileExt has been applied to the file in strBlobPathLocal,
-  // lngFileLen its length as text. An answer without a file leaves both untouched.
-  // The content of a segment.
+  // lngFileLen its length as text. An answer of one line leaves both untouched; an empty name in it gives "". A name
+  // that could leave the directory, or is taken there by something other than a file, fails the call. The content of a
+  // segment.
   Variant TELOGetSegmentData(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                              const Variant& strVer, const Variant& intFieldIndex, Variant* strFileName = nullptr,
                              Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
@@ -227,7 +239,8 @@ class clsQuery {
   Variant TELOGetSegmentPrintfile(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                   const Variant& strVer, const Variant& strFieldID, Variant* strFileName = nullptr,
                                   Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
-  // An image file of several pages, "1;4-6". Without a file in the answer the outputs become "" and Long 0.
+  // An image file of several pages, "1;4-6". Without a file in the answer the outputs become "" and Long 0. A list of
+  // more than a million pages fails without a request.
   Variant TELOGetSegmentMultiTIF(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                  const Variant& strVer, const Variant& strPages, Variant* strFileName = nullptr,
                                  Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
@@ -257,7 +270,7 @@ class clsQuery {
   // --- Upload ---
 
   // Sends a file of strBlobPathLocal to the query server, into its blob directory; only the last part of strFile
-  // counts. Returns Long 1.
+  // counts. Returns Long 1. The records that the ...Next methods read stay as they are.
   Variant TELOUploadFile(const Variant& strFile, Variant* strParamStatus = nullptr);
   // Takes the first file out of the form in the body of the page's request (see OnStartPage) and stores it in
   // strBlobPathLocal under the last part of its name, with strSubDir and "_" in front when given. Returns 1 when a file

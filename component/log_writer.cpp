@@ -23,7 +23,7 @@ std::string_view Prefix(int level) noexcept {
 }  // namespace
 
 void SessionLog::WriteLine(int level, std::span<const std::string_view> texts) const {
-  const std::string file = sessionId_ + ".log";
+  const std::string file = *sessionId_ + ".log";
   if (!IsPlainFileName(file)) return;
   const std::string time = clock_.Now().ToText() + " ";
   std::vector<std::string_view> pieces;
@@ -32,7 +32,7 @@ void SessionLog::WriteLine(int level, std::span<const std::string_view> texts) c
   pieces.push_back(Prefix(level));
   pieces.insert(pieces.end(), texts.begin(), texts.end());
   pieces.emplace_back("\r\n");
-  AppendToFile(directory_ + "\\" + file, pieces);
+  AppendToFile(*directory_ + "\\" + file, pieces);
 }
 
 void SessionLog::WriteProcessingError(std::string_view routine, const RuntimeError& error) const noexcept {

@@ -21,10 +21,17 @@ enum udtLogType : std::uint8_t { bytInfo = 1, bytWarning = 2, bytError = 3, bytE
 class SessionLog {
  public:
   SessionLog(const std::string& directory, const std::string& sessionId, const Clock& clock) noexcept
-      : directory_(directory), sessionId_(sessionId), clock_(clock) {}
+      : directory_(&directory), sessionId_(&sessionId), clock_(clock) {}
+
+  // Looks at other texts from now on.
+  void LookAt(const std::string& directory, const std::string& sessionId) noexcept {
+    directory_ = &directory;
+    sessionId_ = &sessionId;
+  }
+  const std::string& sessionId() const noexcept { return *sessionId_; }
 
   // False when the directory is empty, which means that nothing is logged.
-  bool Active() const noexcept { return !directory_.empty(); }
+  bool Active() const noexcept { return !directory_->empty(); }
 
   // One line made of the pieces: texts, and whole numbers in decimal. Costs nothing when the log is not active.
   template <typename... Pieces>
@@ -57,8 +64,8 @@ class SessionLog {
   }
   void WriteLine(int level, std::span<const std::string_view> texts) const;
 
-  const std::string& directory_;
-  const std::string& sessionId_;
+  const std::string* directory_;
+  const std::string* sessionId_;
   const Clock& clock_;
 };
 

@@ -37,12 +37,17 @@ struct QueryState {
   // Runs the body of a public method; see trap.h. The routine's name stands in the log without its "()".
   template <typename Result, typename Body>
   Result Run(std::string_view routine, Result failure, Body&& body) {
+    const RunningMethod method(*this);
     return Trap(log, routine, std::move(failure), std::forward<Body>(body));
   }
 
-  // Composes the command part of the elements, sends it, with data behind it when given, and fills the buffer. The
-  // status output, when given, receives the error text of a failure; what follows a success is the caller's.
-  bool Load(std::initializer_list<Variant> elements, Variant* status, SendSource* data = nullptr);
+  // The instance of this state ends. When that happens inside a yield of one of its own methods, the state lives until
+  // the method has returned; a request that is running ends with an error of its own.
+  static void Drop(std::unique_ptr<QueryState> state, std::string logPath, std::string sessionId) noexcept;
+
+  // Composes the command part of the elements, sends it and fills the buffer. The status output, when given, receives
+  // the error text of a failure; what follows a success is the caller's.
+  bool Load(std::initializer_list<Variant> elements, Variant* status);
 
   // The web user database. Raises Object variable not set when Init did not open it.
   Connection& Database() const {
@@ -61,6 +66,29 @@ struct QueryState {
   std::shared_ptr<Connection> database;
   std::shared_ptr<ScriptingContext> context;
   std::shared_ptr<PageRequest> pageRequest;
+
+ private:
+  // A method of the instance that is on the stack.
+  class RunningMethod {
+   public:
+    explicit RunningMethod(QueryState& state) noexcept : state_(state) { ++state_.runningMethods_; }
+    ~RunningMethod() {
+      if (--state_.runningMethods_ == 0 && state_.isDropped_) End(&state_);
+    }
+    RunningMethod(const RunningMethod&) = delete;
+    RunningMethod& operator=(const RunningMethod&) = delete;
+
+   private:
+    QueryState& state_;
+  };
+
+  static void End(QueryState* state) noexcept;
+
+  int runningMethods_ = 0;
+  bool isDropped_ = false;
+  // Of a dropped instance: what its public variables held.
+  std::string logPath_;
+  std::string sessionId_;
 };
 
 // What an archive operation returns on failure.

@@ -75,8 +75,8 @@ std::optional<char> FromUnicode(std::uint32_t code) noexcept {
 char UpperCase(char character) noexcept { return kUpper[static_cast<std::uint8_t>(character)]; }
 
 std::string UpperCase(std::string_view text) {
-  std::string upper(text.size(), '\0');
-  UpperCaseTo(text, upper.data());
+  std::string upper(text);
+  for (char& c : upper) c = kUpper[static_cast<std::uint8_t>(c)];
   return upper;
 }
 
@@ -84,10 +84,6 @@ std::string LowerCase(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) c = kLower[static_cast<std::uint8_t>(c)];
   return lower;
-}
-
-void UpperCaseTo(std::string_view text, char* out) noexcept {
-  for (const char c : text) *out++ = kUpper[static_cast<std::uint8_t>(c)];
 }
 
 std::string ToUtf8(std::string_view text) {

@@ -16,8 +16,6 @@ char UpperCase(char character) noexcept;
 std::string UpperCase(std::string_view text);
 // The lower-case form of a text; characters without one stay.
 std::string LowerCase(std::string_view text);
-// Writes the upper-case form of text to out, which has room for text.size() bytes.
-void UpperCaseTo(std::string_view text, char* out) noexcept;
 
 std::uint32_t ToUnicode(char character) noexcept;
 // Nothing for a character that has no place in the code page.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -45,9 +46,17 @@ void EventLoop::Unwatch(WatchId watch) noexcept {
 
 bool EventLoop::RunPosted() {
   if (posted_.empty()) return false;
-  // Only the calls that stand here now: one that posts again waits for the next yield.
-  const auto calls = std::exchange(posted_, {});
-  for (const auto& call : calls) call();
+  // Only the calls that are here now: one that posts again waits for the next yield.
+  auto calls = std::exchange(posted_, {});
+  for (auto next = calls.begin(); next != calls.end();) {
+    try {
+      (*next++)();
+    } catch (...) {
+      // The calls after it run in the next yield, ahead of those posted meanwhile.
+      posted_.insert(posted_.begin(), std::move_iterator(next), std::move_iterator(calls.end()));
+      throw;
+    }
+  }
   return true;
 }
 

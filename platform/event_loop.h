@@ -34,8 +34,8 @@ class EventLoop {
   void Change(WatchId watch, Ready wanted) noexcept;
   void Unwatch(WatchId watch) noexcept;
 
-  // Runs a call of the host inside the next yield; to be posted from the loop's own thread. What the call lets out
-  // leaves through the yield.
+  // Runs a call of the host inside the next yield; to be posted from the loop's own thread. What the call throws leaves
+  // through the yield; the calls posted after it run in the next one.
   void Post(std::function<void()> call) { posted_.push_back(std::move(call)); }
 
   // Runs the timers that are due and nothing else; false when none was.

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,19 +24,29 @@ std::string_view LastPathPart(std::string_view path) noexcept;
 // character, no trailing dot or blank, no Windows device name with or without an extension, at most 255 bytes.
 bool IsPlainFileName(std::string_view name) noexcept;
 
-// A file open for writing from its start. Closing tells what went wrong; ending without a close does not.
+// A file open for writing from its start, readable by its owner and group only. Closing reports what went wrong; ending
+// without a close does not.
 class OutputFile {
  public:
   enum class Existing { Overwritten, Refused };
-  // Creates the file, readable by its owner and group only. Raises File already exists where that is refused.
+  // Creates the file. Raises File already exists where that is refused.
   explicit OutputFile(std::string_view path, Existing existing = Existing::Overwritten);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
+
+  // A file without a name in the directory; it is gone with its owner, however that ends, until LinkAs names it. Null
+  // where the system has no such files.
+  static std::unique_ptr<OutputFile> MakeUnnamed(std::string_view directory);
+  // Gives a file of MakeUnnamed its name, in the same file system. Raises File already exists.
+  void LinkAs(std::string_view path);
+
   void Write(std::string_view bytes);
   void Close();
 
  private:
+  OutputFile() noexcept = default;
+
   int descriptor_ = -1;
 };
 
@@ -57,7 +68,8 @@ class InputFile {
 
 // Appends all of the text or nothing: what a failure left behind is cut off again, and a file made for it removed.
 void AppendWhole(std::string_view path, std::string_view text);
-// Appends the pieces to the file in one write, creating it readable by its owner and group only.
+// Appends the pieces to the file in one write, creating it readable by its owner and group only. Raises Disk full when
+// only a part could be written, which is cut off again unless somebody has appended behind it.
 void AppendToFile(std::string_view path, std::span<const std::string_view> pieces);
 // Creates or overwrites the file.
 void WriteFile(std::string_view path, std::string_view content);
@@ -72,6 +84,9 @@ struct DirectoryEntry {
   std::string name;
   bool isDirectory = false;
 };
+// Whether something other than a file has the name: a directory, a pipe, a device, or a link to one.
+bool IsOtherThanFile(std::string_view path);
+
 // All entries but "." and "..", in the order of their names' bytes. The empty path is the current directory.
 std::vector<DirectoryEntry> ListDirectory(std::string_view path);
 

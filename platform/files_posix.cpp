@@ -77,6 +77,17 @@ int WriteAll(int descriptor, std::string_view bytes) noexcept {
   return 0;
 }
 
+// Takes the bytes back that this descriptor has appended last, unless others have appended behind them.
+void CutOff(int descriptor, ssize_t byteCount) noexcept {
+  struct stat now {};
+  const off_t end = lseek(descriptor, 0, SEEK_CUR);
+  if (end < 0 || fstat(descriptor, &now) != 0 || !S_ISREG(now.st_mode) || now.st_size != end) return;
+  [[maybe_unused]] const int undone = ftruncate(descriptor, end - byteCount);
+}
+
+// The name under which a process reaches the file of an open descriptor.
+std::string DescriptorPath(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
 }  // namespace
 
 std::string NativePath(std::string_view path) {
@@ -92,10 +103,16 @@ void AppendToFile(std::string_view path, std::span<const std::string_view> piece
   for (const std::string_view piece : pieces) {
     parts.push_back({const_cast<char*>(piece.data()), piece.size()});  // NOLINT: writev does not change it
   }
+  std::size_t byteCount = 0;
+  for (const std::string_view piece : pieces) byteCount += piece.size();
   const int descriptor = OpenToWrite(path, O_APPEND);
   const ssize_t written =
       writev(descriptor, parts.data(), static_cast<int>(std::min<std::size_t>(parts.size(), IOV_MAX)));
-  const int native = written < 0 ? errno : 0;
+  int native = written < 0 ? errno : 0;
+  if (written >= 0 && static_cast<std::size_t>(written) < byteCount) {
+    CutOff(descriptor, written);
+    native = ENOSPC;
+  }
   close(descriptor);
   if (native != 0) RaiseFileError(native);
 }
@@ -130,6 +147,22 @@ OutputFile::OutputFile(std::string_view path, Existing existing)
 
 OutputFile::~OutputFile() {
   if (descriptor_ >= 0) close(descriptor_);
+}
+
+std::unique_ptr<OutputFile> OutputFile::MakeUnnamed(std::string_view directory) {
+  const std::string native = directory.empty() ? "." : NativePath(directory);
+  std::unique_ptr<OutputFile> file(new OutputFile);  // NOLINT: the constructor is private
+  file->descriptor_ = open(native.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kFileMode);
+  // Without a mounted /proc it could not be named later.
+  if (file->descriptor_ < 0 || access(DescriptorPath(file->descriptor_).c_str(), F_OK) != 0) return nullptr;
+  return file;
+}
+
+void OutputFile::LinkAs(std::string_view path) {
+  const std::string unnamed = DescriptorPath(descriptor_);
+  if (linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, NativePath(path).c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    RaiseFileError(errno);
+  }
 }
 
 void OutputFile::Write(std::string_view bytes) {
@@ -185,6 +218,11 @@ void RemoveDirectory(std::string_view path) {
   if (rmdir(NativePath(path).c_str()) == 0) return;
   if (errno == ENOENT) throw RuntimeError(error::kPathNotFound);
   RaiseFileError(errno);
+}
+
+bool IsOtherThanFile(std::string_view path) {
+  struct stat status {};
+  return stat(NativePath(path).c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
 std::vector<DirectoryEntry> ListDirectory(std::string_view path) {

@@ -8,7 +8,7 @@
 namespace oxaqrycln {
 
 struct ModuleInfo {
-  std::string directory;  // without a separator at its end
+  std::string directory;  // absolute, without a separator at its end
   std::string fileName;
   std::uintptr_t handle = 0;  // where the module is loaded
 };

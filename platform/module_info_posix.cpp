@@ -1,21 +1,31 @@
 #include "platform/module_info.h"
 
 #include <dlfcn.h>
+#include <link.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "platform/files.h"
+#include <filesystem>
+#include <system_error>
 
 namespace oxaqrycln {
 
+namespace fs = std::filesystem;
+
 ModuleInfo ThisModule() {
   Dl_info found{};
-  if (dladdr(reinterpret_cast<const void*>(&ThisModule), &found) == 0 || found.dli_fname == nullptr) return {};
-  const std::string path = found.dli_fname;
+  link_map* map = nullptr;
+  if (dladdr1(reinterpret_cast<const void*>(&ThisModule), &found, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) ==
+      0) {
+    return {};
+  }
+  // The main program has no name there but that of its call, which need not lead to it.
+  std::error_code failed;
+  const bool isProgram = map->l_name == nullptr || *map->l_name == '\0';
+  const fs::path path = isProgram ? fs::read_symlink("/proc/self/exe", failed) : fs::absolute(map->l_name, failed);
   ModuleInfo module;
-  module.fileName = LastPathPart(path);
-  const std::size_t directoryLength = path.size() - module.fileName.size();
-  module.directory = directoryLength > 1 ? path.substr(0, directoryLength - 1) : ".";
+  module.fileName = path.filename().string();
+  module.directory = path.parent_path().string();
   module.handle = reinterpret_cast<std::uintptr_t>(found.dli_fbase);
   return module;
 }

@@ -14,8 +14,12 @@ namespace oxaqrycln {
 
 class NameLookup final : private ReadySink {
  public:
-  // Starts at once; done is called once, inside a yield of the loop. Raises Out of memory when no thread or descriptor
-  // can be had.
+  // At most so many look-ups run at once in the process, abandoned ones included: a name server that does not answer
+  // must not fill the process with threads.
+  static constexpr int kMostAtOnce = 16;
+
+  // Starts at once; done is called once, inside a yield of the loop. Raises a socket error: kTryAgain when as many as
+  // allowed are running, kNoBufferSpace when the system has no thread or descriptor left.
   NameLookup(EventLoop& loop, std::string host, Resolver resolver, std::function<void(LookupResult)> done);
   ~NameLookup();
   NameLookup(const NameLookup&) = delete;

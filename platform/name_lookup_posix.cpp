@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -11,6 +12,29 @@
 #include "platform/quiet_thread.h"
 
 namespace oxaqrycln {
+namespace {
+
+[[noreturn]] void RaiseSocketError(std::int32_t number) {
+  throw RuntimeError(number, std::string(SocketErrorDescription(number)));
+}
+
+// One of the look-ups that may run at once in the process; held by the thread as long as it runs.
+class LookupPermit {
+ public:
+  LookupPermit() {
+    if (running_.fetch_add(1) < NameLookup::kMostAtOnce) return;
+    --running_;
+    RaiseSocketError(socket_error::kTryAgain);
+  }
+  ~LookupPermit() { --running_; }
+  LookupPermit(const LookupPermit&) = delete;
+  LookupPermit& operator=(const LookupPermit&) = delete;
+
+ private:
+  static inline std::atomic<int> running_{0};
+};
+
+}  // namespace
 
 struct NameLookup::Shared {
   std::mutex mutex;
@@ -33,24 +57,27 @@ struct NameLookup::Shared {
 
 NameLookup::NameLookup(EventLoop& loop, std::string host, Resolver resolver, std::function<void(LookupResult)> done)
     : loop_(loop), done_(std::move(done)), shared_(std::make_shared<Shared>()) {
+  auto permit = std::make_shared<LookupPermit>();
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) throw RuntimeError(error::kOutOfMemory);
+  if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) RaiseSocketError(socket_error::kNoBufferSpace);
   wakeRead_ = ends[0];
   shared_->wakeWrite = ends[1];
   try {
     watch_ = loop_.Watch(wakeRead_, Ready::Read, *this);
-    StartQuietThread([shared = shared_, name = std::move(host), resolve = std::move(resolver)] {
+    StartQuietThread([shared = shared_, permit = std::move(permit), name = std::move(host),
+                      resolve = std::move(resolver)]() mutable {
       LookupResult found;
       try {
         found = resolve(name);
       } catch (...) {
         found.error = socket_error::kHostNotFound;
       }
+      permit.reset();
       shared->Announce(std::move(found));
     }).detach();
-  } catch (...) {
+  } catch (const std::exception&) {  // no memory or no thread
     Stop();
-    throw;
+    RaiseSocketError(socket_error::kNoBufferSpace);
   }
 }
 

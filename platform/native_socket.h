@@ -19,6 +19,7 @@ inline constexpr std::int32_t kAddressNotAvailable = 10049;
 inline constexpr std::int32_t kConnectionReset = 10054;
 inline constexpr std::int32_t kNoBufferSpace = 10055;
 inline constexpr std::int32_t kHostNotFound = 11001;
+inline constexpr std::int32_t kTryAgain = 11002;
 }  // namespace socket_error
 
 // What a Winsock error number means; "Socket error" for an unknown one.

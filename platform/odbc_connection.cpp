@@ -19,8 +19,10 @@ constexpr std::int32_t kAlreadyOpen = 3705;
 constexpr std::int32_t kNotOpen = 3704;
 // A file that another program has locked is waited for for seconds, not for minutes as SQLite's driver does.
 constexpr const char* kSqliteTimeout = "Timeout=2000";  // milliseconds
-// A letter of the code page's upper half and one that Unicode has elsewhere.
-constexpr std::string_view kProbe = "\xE4\x80";
+// A letter of the code page's upper half and one that Unicode has elsewhere. Behind them a backslash in front of a
+// letter that no database takes for a special one after it.
+constexpr std::string_view kLetters = "\xE4\x80";
+constexpr std::string_view kBackslash = "\\y";
 
 SQLPOINTER AsPointer(std::chrono::seconds value) noexcept {
   return reinterpret_cast<SQLPOINTER>(value.count());  // NOLINT: ODBC's way
@@ -90,6 +92,8 @@ class Session {
     return ReadRows(handle, text_);
   }
 
+  bool takesBackslashLiterally() const noexcept { return takesBackslashLiterally_; }
+
  private:
   // Drivers differ in which calls take more than ASCII: a file name wants the narrow ones, a driver with wide calls the
   // wide ones. The narrow ones come first, since the others could make a file of a wrong name.
@@ -115,21 +119,26 @@ class Session {
     SQLSetConnectAttr(connection_.get(), SQL_ATTR_CONNECTION_TIMEOUT, AsPointer(limits_.statement), 0);
   }
 
-  // Found out by the round trip of a literal. A database that keeps neither form is used in the wide one.
+  // Found out by the round trip of a literal. A database that keeps neither form is used in the wide one, and is not
+  // trusted with a backslash.
   void FindTextForm() {
     for (const OdbcText form : {OdbcText::Wide, OdbcText::Utf8}) {
       text_ = form;
-      if (KeepsProbe()) return;
+      const std::string returned = ReturnedProbe();
+      if (!returned.starts_with(kLetters)) continue;
+      takesBackslashLiterally_ = returned.substr(kLetters.size()) == kBackslash;
+      return;
     }
     text_ = OdbcText::Wide;
   }
 
-  bool KeepsProbe() const {
+  // What the database makes of the literal; "" when it does not take it.
+  std::string ReturnedProbe() const {
     try {
-      const auto rows = Execute("SELECT '" + std::string(kProbe) + "'");
-      return !rows->EndOfRows() && rows->Field(0) == Variant(kProbe);
+      const auto rows = Execute("SELECT '" + std::string(kLetters) + std::string(kBackslash) + "'");
+      return rows->EndOfRows() ? std::string() : rows->Field(0).ToText();
     } catch (const RuntimeError&) {
-      return false;
+      return {};
     }
   }
 
@@ -137,6 +146,7 @@ class Session {
   OdbcHandle environment_;
   OdbcHandle connection_;
   OdbcText text_ = OdbcText::Wide;
+  bool takesBackslashLiterally_ = false;
   bool isOpen_ = false;
 };
 
@@ -170,6 +180,8 @@ class OdbcConnection final : public Connection {
   }
 
   std::int32_t State() const override { return session_ != nullptr ? kOpen : kClosed; }
+
+  bool TakesBackslashLiterally() const override { return session_ != nullptr && session_->takesBackslashLiterally(); }
 
   void Close() override {
     RequireOpen();

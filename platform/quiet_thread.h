@@ -1,4 +1,5 @@
-// quiet_thread.h - a thread of the component inside somebody else's process: no signal of the process ends on it.
+// quiet_thread.h - starts a thread of the component inside a host's process, with all signals blocked, so that no
+// handler of the host runs on it.
 #ifndef OXAQRYCLN_PLATFORM_QUIET_THREAD_H_
 #define OXAQRYCLN_PLATFORM_QUIET_THREAD_H_
 
@@ -7,7 +8,8 @@
 
 namespace oxaqrycln {
 
-// Starts a thread that runs the body. Raises Out of memory when there is no thread to be had.
+// Starts a thread that runs the body. Raises Out of memory when the system has no thread left, and std::bad_alloc. The
+// signal mask of the calling thread is the same afterwards, also on failure.
 std::thread StartQuietThread(std::function<void()> body);
 
 }  // namespace oxaqrycln

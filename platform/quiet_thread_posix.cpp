@@ -7,21 +7,34 @@
 
 namespace oxaqrycln {
 
-std::thread StartQuietThread(std::function<void()> body) {
-  sigset_t all;
-  sigset_t former;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &former);  // a thread begins with the mask of its maker
-  std::thread made;
-  bool hasFailed = false;
-  try {
-    made = std::thread(std::move(body));
-  } catch (const std::system_error&) {
-    hasFailed = true;
+namespace {
+
+// Blocks all signals of the calling thread while it lives. A new thread starts with the mask of the thread that makes
+// it.
+class AllSignalsBlocked {
+ public:
+  AllSignalsBlocked() noexcept {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &former_);
   }
-  pthread_sigmask(SIG_SETMASK, &former, nullptr);
-  if (hasFailed) throw RuntimeError(error::kOutOfMemory);
-  return made;
+  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+  AllSignalsBlocked(const AllSignalsBlocked&) = delete;
+  AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
+
+ private:
+  sigset_t former_;
+};
+
+}  // namespace
+
+std::thread StartQuietThread(std::function<void()> body) {
+  const AllSignalsBlocked blocked;
+  try {
+    return std::thread(std::move(body));
+  } catch (const std::system_error&) {
+    throw RuntimeError(error::kOutOfMemory);
+  }
 }
 
 }  // namespace oxaqrycln

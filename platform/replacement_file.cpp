@@ -7,28 +7,38 @@
 namespace oxaqrycln {
 namespace {
 
-// A name that nobody else uses; short, because the target's own name may be as long as a name can be.
-std::string NameBeside(std::string_view target) {
-  static constexpr std::string_view kDigits = "0123456789abcdef";
-  const std::string_view directory = target.substr(0, target.size() - LastPathPart(target).size());
-  std::random_device random;
-  std::string name = std::string(directory) + ".oxaqrycln-";
-  for (int i = 0; i < 16; ++i) name += kDigits[random() % kDigits.size()];
-  return name + ".part";
+std::string_view DirectoryOf(std::string_view target) noexcept {
+  return target.substr(0, target.size() - LastPathPart(target).size());
 }
 
-}  // namespace
-
-ReplacementFile::ReplacementFile(std::string_view target) : target_(target) {
+// Calls use(name) with names beside the target until one is not taken, and returns that one. The names are short,
+// because the target's own may be as long as a name can be.
+template <typename Use>
+std::string UseFreeName(std::string_view target, Use&& use) {
+  static constexpr std::string_view kDigits = "0123456789abcdef";
   constexpr int kMostTries = 100;
-  for (int tries = 1; file_ == nullptr; ++tries) {
-    temporary_ = NameBeside(target);
+  std::random_device random;
+  for (int tries = 1;; ++tries) {
+    std::string name = std::string(DirectoryOf(target)) + ".oxaqrycln-";
+    for (int i = 0; i < 16; ++i) name += kDigits[random() % kDigits.size()];
+    name += ".part";
     try {
-      file_ = std::make_unique<OutputFile>(temporary_, OutputFile::Existing::Refused);
+      use(name);
+      return name;
     } catch (const RuntimeError& why) {
       if (why.number() != error::kFileAlreadyExists || tries == kMostTries) throw;
     }
   }
+}
+
+}  // namespace
+
+ReplacementFile::ReplacementFile(std::string_view target)
+    : target_(target), file_(OutputFile::MakeUnnamed(DirectoryOf(target))) {
+  if (file_ != nullptr) return;
+  temporary_ = UseFreeName(target_, [&](const std::string& name) {
+    file_ = std::make_unique<OutputFile>(name, OutputFile::Existing::Refused);
+  });
 }
 
 ReplacementFile::~ReplacementFile() {
@@ -40,7 +50,9 @@ ReplacementFile::~ReplacementFile() {
   }
 }
 
+// An unnamed file cannot replace another one at once, so it gets a name beside the target first.
 void ReplacementFile::Commit() {
+  if (temporary_.empty()) temporary_ = UseFreeName(target_, [&](const std::string& name) { file_->LinkAs(name); });
   file_->Close();
   RenameFile(temporary_, target_);
   temporary_.clear();

@@ -1,5 +1,6 @@
-// replacement_file.h - a file that appears under its name complete or not at all: written beside its place, then
-// renamed. Two of one name do not disturb each other; the one that is committed last stays.
+// replacement_file.h - a file that appears under its name complete or not at all: written without a name, or beside its
+// place where the system has no unnamed files. Two of one name do not disturb each other; the one that is committed
+// last stays.
 #ifndef OXAQRYCLN_PLATFORM_REPLACEMENT_FILE_H_
 #define OXAQRYCLN_PLATFORM_REPLACEMENT_FILE_H_
 
@@ -13,9 +14,10 @@ namespace oxaqrycln {
 
 class ReplacementFile {
  public:
-  // Creates a file of a name of its own beside the target, which stays as it is.
+  // Creates a file in the directory of the target, which stays as it is.
   explicit ReplacementFile(std::string_view target);
-  // Deletes the file unless it was committed.
+  // Leaves nothing of the file unless it was committed. A process that is killed leaves nothing either where the system
+  // has unnamed files.
   ~ReplacementFile();
   ReplacementFile(const ReplacementFile&) = delete;
   ReplacementFile& operator=(const ReplacementFile&) = delete;
@@ -26,7 +28,7 @@ class ReplacementFile {
 
  private:
   const std::string target_;
-  std::string temporary_;  // "" once committed
+  std::string temporary_;  // the name the file has for the time being; "" for none
   std::unique_ptr<OutputFile> file_;
 };
 

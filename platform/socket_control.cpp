@@ -82,8 +82,8 @@ void SocketControl::Connect() {
       std::ranges::reverse(candidates_);
       TryNextAddress(found.error != 0 ? found.error : socket_error::kHostNotFound);
     });
-  } catch (const RuntimeError&) {
-    Fail(socket_error::kNoBufferSpace);
+  } catch (const RuntimeError& why) {
+    Fail(why.number());
   }
 }
 

@@ -31,6 +31,7 @@ class RequestExecution::Attempts {
         controls_(owner.apartment_->controls),
         socket_(controls_.Winsock(owner.slot_)),
         log_(owner.log_),
+        sessionId_(owner.account_.sessionId),
         deadline_(Deadline(owner.apartment_->clock, owner.timeout_)) {
     owner_.running_ = true;
   }
@@ -47,6 +48,7 @@ class RequestExecution::Attempts {
     const bool printOnly =
         message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
     owner_.apartment_->loop.RunDueTimers();  // one frees a stale server, before the first claim
+    RequireOwner();
     while (TryOneServer(printOnly)) {
     }
     socket_.Close();
@@ -59,6 +61,12 @@ class RequestExecution::Attempts {
 
  private:
   std::int32_t slot() const noexcept { return owner_.slot_; }
+  // To be called after every yield, in which the host may have ended the instance.
+  void RequireOwner() const {
+    if (owner_.isAbandoned_) {
+      throw RuntimeError(error::kObjectNotSet, "The instance has ended while its request was running");
+    }
+  }
   bool ExpiredNow() { return expired_ = expired_ || owner_.apartment_->clock.SteadyNow() >= deadline_; }
   void SetError(std::string text) {
     if (errorText_ != nullptr) *errorText_ = std::move(text);
@@ -66,7 +74,8 @@ class RequestExecution::Attempts {
 
   // One attempt on one server; true when another one is to be made.
   bool TryOneServer(bool printOnly) {
-    server_ = servers_.GetFreeServer(printOnly, owner_.account_.sessionId);
+    server_ = servers_.GetFreeServer(printOnly, sessionId_);
+    RequireOwner();
     if (server_ == 0) {
       log_.Write(bytInfo, kAllBusy);
       SetError(std::string(kAllBusy));
@@ -82,6 +91,7 @@ class RequestExecution::Attempts {
     }
     ExpiredNow();
     owner_.apartment_->loop.Yield();
+    RequireOwner();
     return !controls_.BlnRequestReady(slot()) && !expired_ && !controls_.BlnWinsockError(slot());
   }
 
@@ -98,6 +108,7 @@ class RequestExecution::Attempts {
     socket_.Connect();
     while (socket_.State() != SocketState::Connected && !controls_.BlnWinsockError(slot()) && !ExpiredNow()) {
       owner_.apartment_->loop.YieldUntil(deadline_);
+      RequireOwner();
     }
   }
 
@@ -118,6 +129,7 @@ class RequestExecution::Attempts {
     Send();
     while (!controls_.BlnRequestReady(slot()) && !controls_.BlnWinsockError(slot()) && !ExpiredNow()) {
       owner_.apartment_->loop.YieldUntil(deadline_);
+      RequireOwner();
     }
     if (controls_.BlnWinsockError(slot())) {
       const std::string& error = controls_.StrWinsockError(slot());
@@ -152,6 +164,7 @@ class RequestExecution::Attempts {
   frmControls& controls_;
   SocketControl& socket_;
   const SessionLog& log_;
+  const std::string sessionId_;
   const Clock::SteadyPoint deadline_;
   std::int16_t server_ = 0;  // the server claimed for the attempt, 0 for none
   bool expired_ = false;

@@ -27,7 +27,8 @@ class RequestExecution {
     std::optional<FileReceipt> receipt = {};
   };
 
-  // timeout is the instance's lngRequestTimeout in seconds; the account and the log look at the instance's variables.
+  // timeout is the instance's lngRequestTimeout in seconds; it and the account look at the instance's variables. The
+  // log must live as long as this object.
   RequestExecution(std::shared_ptr<Apartment> apartment, const std::int32_t& timeout, const Account& account,
                    const SessionLog& log) noexcept;
 
@@ -39,6 +40,9 @@ class RequestExecution {
   // True exactly when the whole answer has arrived; TakeResponse then gives it. errorText, when given, receives what
   // went wrong otherwise. Returns at the latest when the time-out has passed, all servers tried included.
   bool Request(const Message& message, std::string* errorText);
+  // The instance has ended. A request that is running ends with an error as soon as its yield returns, and reads none
+  // of the instance's variables any more.
+  void Abandon() noexcept { isAbandoned_ = true; }
   ByteBlock TakeResponse() noexcept { return std::exchange(response_, ByteBlock()); }
 
  private:
@@ -47,9 +51,10 @@ class RequestExecution {
   std::shared_ptr<Apartment> apartment_;
   const std::int32_t& timeout_;
   const Account account_;
-  const SessionLog log_;
+  const SessionLog& log_;
   std::int16_t slot_ = 0;
   bool running_ = false;
+  bool isAbandoned_ = false;
   ByteBlock response_;
 };
 

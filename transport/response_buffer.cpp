@@ -6,8 +6,8 @@
 
 #include "component/trap.h"
 #include "platform/byte_scan.h"
-#include "platform/code_page.h"
 #include "platform/errors.h"
+#include "transport/line_order.h"
 
 namespace oxaqrycln {
 namespace {
@@ -88,58 +88,33 @@ void ResponseBuffer::Assign(ByteBlock text, std::size_t start) {
 
 void ResponseBuffer::Sort() {
   if (Count() < 2) return;
-  // The first eight characters of a key as one number decide most comparisons.
-  struct Key {
-    std::uint64_t head;
-    std::string_view text;
-    std::int32_t line;
-  };
-  std::size_t byteCount = 0;
-  for (std::int32_t i = 0; i < Count(); ++i) byteCount += Line(i).size();
-  ByteBlock upper;
-  upper.Reserve(byteCount + 1);
-  std::vector<Key> keys;
-  keys.reserve(static_cast<std::size_t>(Count()));
-  for (std::int32_t i = 0; i < Count(); ++i) {
-    const std::string_view line = Line(i);
-    char* place = upper.data() + upper.size();
-    UpperCaseTo(line, place);
-    upper.Extend(line.size());
-    std::uint64_t head = 0;
-    for (std::size_t k = 0; k < 8; ++k) {
-      head = head << 8U | (k < line.size() ? static_cast<unsigned char>(place[k]) : 0U);
-    }
-    keys.push_back({head, {place, line.size()}, order_.empty() ? i : order_[static_cast<std::size_t>(i)]});
-  }
-  std::ranges::stable_sort(keys, [](const Key& left, const Key& right) {
-    if (left.head != right.head) return left.head < right.head;
-    return left.text < right.text;
-  });
   section_ = {};
-  order_.resize(keys.size());
-  std::ranges::transform(keys, order_.begin(), &Key::line);
+  order_ = AscendingOrder(*lines_);
+}
+
+std::optional<std::size_t> DataStart(std::string_view response, std::string& errorText) {
+  const std::size_t lineEnd = response.find(ResponseLines::kLineEnd);
+  const std::string_view status = response.substr(0, lineEnd);
+  if (status != kSuccess) {
+    errorText = Trimmed(status.substr(std::min(kStatusWord, status.size())));
+    return std::nullopt;
+  }
+  return lineEnd == std::string_view::npos ? response.size() : lineEnd + ResponseLines::kLineEnd.size();
 }
 
 bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
-                std::string& errorText, SendSource* data) {
+                std::string& errorText) {
   return Trap(
       log, "InitBuffer", false,
       [&](bool& result) {
         buffer.Clear();
         log.Write(bytInfo, kSeparator);
         log.Write(bytInfo, "Processing request: ", request);
-        if (!execution.Request({.request = request, .data = data}, &errorText)) return;
+        if (!execution.Request({.request = request}, &errorText)) return;
         ByteBlock response = execution.TakeResponse();
-        const std::string_view text = response.View();
-        const std::size_t lineEnd = text.find(ResponseLines::kLineEnd);
-        const std::string_view status = text.substr(0, lineEnd);
-        if (status != kSuccess) {
-          errorText = Trimmed(status.substr(std::min(kStatusWord, status.size())));
-          return;
-        }
-        const std::size_t start =
-            lineEnd == std::string_view::npos ? text.size() : lineEnd + ResponseLines::kLineEnd.size();
-        buffer.Assign(std::move(response), start);
+        const auto start = DataStart(response.View(), errorText);
+        if (!start) return;
+        buffer.Assign(std::move(response), *start);
         result = true;
       },
       [&](const RuntimeError& why) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -87,10 +88,14 @@ class ResponseBuffer {
   Section section_;
 };
 
-// Sends a command part, with data behind it when given, and fills the buffer from a successful answer; the read
-// position is then 0. On failure the buffer is empty, errorText says why, and the result is false.
+// Where the data lines of a response start, behind its status line. Nothing when the status line is no success;
+// errorText then receives what it says.
+std::optional<std::size_t> DataStart(std::string_view response, std::string& errorText);
+
+// Sends a command part and fills the buffer from a successful answer; the read position is then 0. On failure the
+// buffer is empty, errorText says why, and the result is false.
 bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
-                std::string& errorText, SendSource* data = nullptr);
+                std::string& errorText);
 
 }  // namespace oxaqrycln
 

@@ -16,10 +16,14 @@ bool IsLetter(char character) noexcept {
 
 }  // namespace
 
-std::string SqlText(const Variant& value) {
+std::string SqlText(const Connection& database, const Variant& value) {
   const std::string text = value.ToText();
   if (text.find('\'') != std::string::npos || text.find('\0') != std::string::npos) {
     throw RuntimeError(error::kInvalidProcedureCall, "A text for the database holds a quote or a NUL");
+  }
+  if (text.find('\\') != std::string::npos && !database.TakesBackslashLiterally()) {
+    throw RuntimeError(error::kInvalidProcedureCall,
+                       "A text for the database holds a backslash, which this database takes as an escape character");
   }
   return "'" + text + "'";
 }

@@ -5,12 +5,14 @@
 
 #include <string>
 
+#include "platform/database.h"
 #include "platform/variant.h"
 
 namespace oxaqrycln {
 
-// The text between single quotes. Raises Invalid procedure call for one that holds a single quote or a NUL.
-std::string SqlText(const Variant& value);
+// The text between single quotes. Raises Invalid procedure call for one that holds a single quote or a NUL, and for one
+// that holds a backslash where the database takes it as an escape character.
+std::string SqlText(const Connection& database, const Variant& value);
 // A whole number in decimal digits, with a sign or without. Raises Type mismatch for anything else.
 std::string SqlNumber(const Variant& value);
 // The name of a table or column: a letter or "_", then letters, digits and "_". Raises Invalid procedure call.

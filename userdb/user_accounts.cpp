@@ -15,7 +15,9 @@ const Variant& RequireGiven(const Variant& value) {
   return value;
 }
 
-std::string EncodedText(const Variant& password) { return SqlText(Encode(RequireGiven(password).ToText())); }
+std::string EncodedText(const Connection& database, const Variant& password) {
+  return SqlText(database, Encode(RequireGiven(password).ToText()));
+}
 
 std::int32_t NextId(QueryState& state, const std::string& field, const std::string& table) {
   const auto rows = state.Database().Execute("SELECT MAX(" + field + ") FROM " + table);
@@ -37,17 +39,18 @@ Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd
                                 const Variant& strParamTELOPasswd) {
   QueryState& state = *state_;
   return state.Run("WriteUserToDB", Failed(), [&](Variant& result) {
-    const std::string user = SqlText(strUser);
-    const std::string password = EncodedText(strPasswd);
+    Connection& database = state.Database();
+    const std::string user = SqlText(database, strUser);
+    const std::string password = EncodedText(database, strPasswd);
     const bool hasAccount = !strParamTELOUser.IsMissing() && !strParamTELOPasswd.IsMissing();
     const std::string account =
-        hasAccount ? ", " + SqlText(strParamTELOUser) + ", " + EncodedText(strParamTELOPasswd) : "";
+        hasAccount ? ", " + SqlText(database, strParamTELOUser) + ", " + EncodedText(database, strParamTELOPasswd) : "";
     const auto id = Trap(state.log, "GetNextDBObjectID", std::optional<std::int32_t>(),
                          [&](std::optional<std::int32_t>& next) { next = NextId(state, "UserID", "Users"); });
     if (!id) return;
-    state.Database().Execute("INSERT INTO Users(UserID,UserName,Passwd" +
-                             std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" +
-                             std::to_string(*id) + ", " + user + ", " + password + account + ")");
+    database.Execute("INSERT INTO Users(UserID,UserName,Passwd" +
+                     std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + std::to_string(*id) + ", " +
+                     user + ", " + password + account + ")");
     result = Variant::Long(*id);
   });
 }
@@ -62,7 +65,8 @@ Variant clsQuery::GetNextDBObjectID(const Variant& strField, const Variant& strT
 Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
   QueryState& state = *state_;
   return state.Run("CheckLogon", Variant::Long(0), [&](Variant& result) {
-    const auto rows = state.Database().Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(strUser));
+    Connection& database = state.Database();
+    const auto rows = database.Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(database, strUser));
     if (!rows->EndOfRows() && (strPasswd.IsMissing() || IsStoredPassword(state, rows->Field("Passwd"), strPasswd))) {
       result = Variant::Long(rows->Field("UserID").ToLong());
     }
@@ -73,12 +77,13 @@ Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
 Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew) {
   QueryState& state = *state_;
   return state.Run("ChangePasswd", Variant::Integer(0), [&](Variant& result) {
-    const std::string password = EncodedText(strPasswdNew);
+    Connection& database = state.Database();
+    const std::string password = EncodedText(database, strPasswdNew);
     // Kept: an ID above 32767 does not fit, and its password stays.
     const std::int16_t number = CheckLogon(strUser, RequireGiven(strPasswdOld)).ToInteger();
-    result = Variant::Integer(number);
     if (number < 1) return;
-    state.Database().Execute("UPDATE Users SET Passwd=" + password + " WHERE UserName=" + SqlText(strUser));
+    database.Execute("UPDATE Users SET Passwd=" + password + " WHERE UserName=" + SqlText(database, strUser));
+    result = Variant::Integer(number);  // a page must not report a change that the database refused
   });
 }
 
@@ -121,7 +126,9 @@ Variant clsQuery::GetUserChangePasswd(const Variant& strUserID, Variant* intChan
 Variant clsQuery::SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd) {
   QueryState& state = *state_;
   return state.Run("SetUserChangePasswd", Variant::Long(0), [&](Variant& result) {
-    state.Database().Execute("UPDATE Users SET ChangePasswd=" + SqlNumber(intChangePasswd) +
+    const bool isBoolean = intChangePasswd.type() == Variant::Type::Boolean;
+    const Variant flag = isBoolean ? Variant(intChangePasswd.ToBoolean() ? 1 : 0) : intChangePasswd;
+    state.Database().Execute("UPDATE Users SET ChangePasswd=" + SqlNumber(flag) +
                              " WHERE UserID=" + SqlNumber(strUserID));
     result = Variant::Long(1);
   });

@@ -1,11 +1,11 @@
 // Files that reach the blob directory: put there by the server, or received over the connection.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <algorithm>
-#include <csignal>
 #include <filesystem>
 
+#include "tests/support/file_size_limit.h"
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {
@@ -35,13 +35,18 @@ TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
     const char* sent;
     const char* reported;  // nullptr for a name that is refused
   };
-  for (const Case& each : {Case{"plain", "scan.tif", "scan.PDF"}, Case{"no rule", "scan.txt", "scan.txt"},
-                           Case{"server path", "D:\\out\\scan.tif", "scan.PDF"}, Case{"slashes", "/out/a.txt", "a.txt"},
-                           Case{"short", ".c", ".c"}, Case{"parent", "out\\..", nullptr},
-                           Case{"device", "com1.tif", nullptr}, Case{"empty", "out\\", nullptr}}) {
+  for (const Case& each :
+       {Case{"plain", "scan.tif", "scan.PDF"}, Case{"no rule", "scan.txt", "scan.txt"},
+        Case{"server path", "D:\\out\\scan.tif", "scan.PDF"}, Case{"slashes", "/out/a.txt", "a.txt"},
+        Case{"short", ".c", ".c"}, Case{"parent", "out\\..", nullptr}, Case{"device", "com1.tif", nullptr},
+        Case{"no name", "", ""}, Case{"a directory alone", "out\\", ""}, Case{"of a directory", "folder.tif", nullptr},
+        Case{"of a pipe", "pipe.tif", nullptr}, Case{"of a link to a device", "null.tif", nullptr}}) {
     WithAnswer({"12", each.sent}, [&](Page& page) {
       const TemporaryDirectory blobs;
       blobs.Write("scan.tif", "content");
+      std::filesystem::create_directory(blobs.File("folder.tif"));
+      ASSERT_EQ(mkfifo(blobs.File("pipe.tif").c_str(), 0600), 0);
+      std::filesystem::create_symlink("/dev/null", blobs.File("null.tif"));
       page.query.strBlobPathLocal = blobs.path();
       page.query.strChangeFileExt = "TIF-PDF,C-PDF";
       Variant name = "kept";
@@ -58,6 +63,7 @@ TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
         EXPECT_EQ(length, Variant("kept")) << each.name;
         EXPECT_NE(page.Log().find("'TELOGetSegmentData()': 52 - "), std::string::npos) << each.name;
       }
+      for (const char* other : {"folder.tif", "pipe.tif", "null.tif"}) EXPECT_TRUE(blobs.Has(other)) << other;
     });
   }
 }
@@ -174,18 +180,25 @@ TEST(Transfer, ToAFullDiskEndsAtOnceAndLeavesNothing) {
     }});
     const TemporaryDirectory blobs;
     page.query.strBlobPathLocal = blobs.path();
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small{2U << 20U, old.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
     Variant status;
-    EXPECT_EQ(page.query.TELOTransferBLOB("f.bin", 8 << 20, &status), kFailed);
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, handler);
+    {
+      const FileSizeLimit limit(2U << 20U);
+      EXPECT_EQ(page.query.TELOTransferBLOB("f.bin", 8 << 20, &status), kFailed);
+    }
     EXPECT_EQ(status, Variant("Winsock Error (61 - Disk full)"));
     EXPECT_NE(page.Log().find("'Winsock_DataArrival()': 61 - Disk full"), std::string::npos);
     EXPECT_TRUE(Names(blobs).empty());
+  });
+}
+
+TEST(FetchedFiles, APageListThatIsRefusedSendsNoRequest) {
+  WithAnswer({"12", "f.tif"}, [](Page& page) {
+    Variant status = "kept";
+    EXPECT_EQ(page.query.TELOGetSegmentMultiTIF("M", "A", "1", "2", "1-9999999", nullptr, nullptr, &status), kFailed);
+    EXPECT_EQ(status, Variant("kept"));
+    EXPECT_EQ(page.server.Connections(), 0);
+    EXPECT_NE(page.Log().find("'GetPages()': 14 - "), std::string::npos) << page.Log();
+    EXPECT_EQ(page.Log().find("TELOGetSegmentMultiTIF()"), std::string::npos);
   });
 }
 

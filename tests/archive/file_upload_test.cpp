@@ -152,7 +152,7 @@ TEST(UploadFile, LeavesAnOlderFileWhenTheNewOneCannotBeClosed) {
     const std::string body = Part("--B", "; filename=\"a.pdf\"", "new") + "--B--";
     page.query.OnStartPage(PageWithForm(body, 1, [&] { CloseFilesIn(blobs.path()); }));
     EXPECT_EQ(page.query.UploadFile(), kFailed);
-    EXPECT_NE(page.Log().find("'UploadFile()': 52 - "), std::string::npos) << page.Log();
+    EXPECT_NE(page.Log().find("Processing error in function 'UploadFile()': "), std::string::npos) << page.Log();
     EXPECT_EQ(blobs.Read("a.pdf"), "old");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
   });
@@ -231,6 +231,27 @@ TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
     const std::string log = page.Log();
     EXPECT_NE(log.find("'TELOUploadFile()': 75 - "), log.rfind("'TELOUploadFile()': 75 - ")) << log;
   });
+}
+
+TEST(TELOUploadFile, LeavesTheAnswerThatThePageIsReadingAlone) {
+  for (const bool isAccepted : {true, false}) {
+    InOwnThread([&] {
+      Page page({ScriptedServer::Replies(Answer({"a,1", "b,2"})), [&](Peer& peer) {
+                   peer.ReadBytes(60);
+                   peer.Send(Framed(isAccepted ? "Status: OK\r\nx\r\n" : "Status: Disk full\r\n"));
+                   peer.WaitForClose();
+                 }});
+      const TemporaryDirectory blobs;
+      blobs.Write("f.txt", std::string(100, 'x'));
+      page.query.strBlobPathLocal = blobs.path();
+      page.query.TELOGetChannelsInit();
+      EXPECT_EQ(page.query.TELOGetChannelsNext(), "a");
+      Variant status;
+      EXPECT_EQ(page.query.TELOUploadFile("f.txt", &status), isAccepted ? Variant::Long(1) : kFailed);
+      EXPECT_EQ(status, Variant(isAccepted ? "" : "Disk full"));
+      EXPECT_EQ(page.query.TELOGetChannelsNext(), "b");
+    });
+  }
 }
 
 }  // namespace

@@ -133,5 +133,15 @@ TEST(Query, AFailureKeepsStatusApartFromTheResult) {
   });
 }
 
+TEST(Query, EmptiesTheLayoutBeforeAnAnswerThatIsTooShortFails) {
+  WithAnswer({"7"}, [](Page& page) {
+    Variant keys = "kept";
+    Variant values = "kept";
+    EXPECT_EQ(page.query.TELOQueryArchiveInit("q", 1, 1, "f", "", Missing, Missing, &keys, &values).ToLong(), -3);
+    EXPECT_EQ(keys, Variant(""));
+    EXPECT_EQ(values, Variant(""));
+  });
+}
+
 }  // namespace
 }  // namespace oxaqrycln::testing

@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+
 #include "component/text_helpers.h"
 #include "platform/database.h"
 #include "platform/errors.h"
@@ -42,6 +47,8 @@ struct Settings {
   }
 };
 
+std::string ProgramDirectory() { return std::filesystem::read_symlink("/proc/self/exe").parent_path().string(); }
+
 TEST(Instance, LogsItsLifeFromInitToItsEnd) {
   InOwnThread([] {
     const TemporaryDirectory logs;
@@ -51,10 +58,11 @@ TEST(Instance, LogsItsLifeFromInitToItsEnd) {
       EXPECT_TRUE(query.Init(false));
     }
     const std::string log = logs.Read("S1.log");
+    const std::string start =
+        "     Initializing new " + ProgramDirectory() + "\\component_test v0.1.0 instance with handle id ";
     std::size_t at = 0;
     for (const char* line :
-         {"     Initializing new ", "component_test v0.1.0 instance with handle id ", " and thread id ",
-          " for session id S1\r\n", "     Assigning control instance #1\r\n",
+         {start.c_str(), " and thread id ", " for session id S1\r\n", "     Assigning control instance #1\r\n",
           "     Terminating OXAQryCln instance for session id S1\r\n", "     Releasing control instance #1\r\n"}) {
       const std::size_t found = log.find(line, at);
       ASSERT_NE(found, std::string::npos) << line << " is not in order in\n" << log;
@@ -186,6 +194,50 @@ TEST(HelperMethods, FailThroughTheirHandlers) {
     for (const std::string_view line : Split(lines, '\n')) odd += line.ends_with("     odd level\r") ? 1 : 0;
     EXPECT_EQ(odd, 4);
   });
+}
+
+TEST(Instance, MayEndInsideAYieldOfItsOwnRequest) {
+  struct Case {
+    const char* name;
+    const char* before;  // servers ahead of the one that never answers
+    bool isFirstBusy;
+  };
+  for (const Case& each :
+       {Case{"while it waits for the answer", "", false}, Case{"while it scans busy servers", "127.0.0.1,1|", true}}) {
+    InOwnThread([&] {
+      const TemporaryDirectory logs;
+      ScriptedServer server(ScriptedServer::Silent());
+      auto query = std::make_unique<clsQuery>();
+      const Settings settings(*query, logs);
+      query->lngRequestTimeout = 60;
+      query->RemoteHosts(each.before + server.Host());
+      ASSERT_TRUE(query->Init(false));
+      const auto apartment = Apartment::Current();
+      if (each.isFirstBusy) apartment->servers.GetFreeServer(false, "other");
+      clsQuery* const running = query.get();
+      apartment->loop.Post([&] { query.reset(); });
+      Variant status;
+      EXPECT_EQ(running->TELOGetChannelsInit(&status), Variant::Integer(-1)) << each.name;
+      EXPECT_EQ(status, Variant("General processing error: 91 - The instance has ended while its request was running"))
+          << each.name;
+      EXPECT_FALSE(apartment->servers.At(apartment->servers.Count()).busy) << each.name;
+      EXPECT_EQ(apartment->controls.GetFreeControl(), 1) << each.name;
+      EXPECT_NE(logs.Read("S1.log").find("     Terminating OXAQryCln instance for session id S1\r\n"),
+                std::string::npos)
+          << each.name;
+    });
+  }
+}
+
+TEST(Instance, LogsAnAbsolutePathAlsoInAProgramThatWasFoundThroughPath) {
+  const std::string command =
+      "PATH='" + ProgramDirectory() +
+      "' component_test --gtest_color=no --gtest_filter=Instance.LogsItsLifeFromInitToItsEnd 2>&1";
+  FILE* const program = popen(command.c_str(), "r");
+  std::string output;
+  for (int c = fgetc(program); c != EOF; c = fgetc(program)) output += static_cast<char>(c);
+  EXPECT_EQ(pclose(program), 0) << output;
+  EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
 }
 
 }  // namespace

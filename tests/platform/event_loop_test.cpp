@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <stdexcept>
+#include <string>
+
 #include "platform/timer.h"
 
 namespace oxaqrycln {
@@ -89,6 +92,21 @@ TEST_F(EventLoopTest, WakesForATimerThatIsNeverTwiceAtOnceAndNotStarvedBySetting
   clock.Advance(60s);
   loop.Yield();
   EXPECT_EQ(ticks, 2);
+}
+
+TEST_F(EventLoopTest, APostedCallThatThrowsLosesNoOtherOne) {
+  std::string order;
+  loop.Post([&] { order += 'a'; });
+  loop.Post([&] {
+    loop.Post([&] { order += 'd'; });
+    throw std::runtime_error("of the host");
+  });
+  loop.Post([&] { order += 'b'; });
+  loop.Post([&] { order += 'c'; });
+  EXPECT_THROW(loop.Yield(), std::runtime_error);
+  EXPECT_EQ(order, "a");
+  loop.Yield();
+  EXPECT_EQ(order, "abcd");
 }
 
 }  // namespace

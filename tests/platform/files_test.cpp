@@ -1,13 +1,11 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <csignal>
 
 #include "platform/open_files.h"
 #include "platform/wildcard.h"
 #include "tests/support/error_of.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/temporary_directory.h"
 
 namespace oxaqrycln::testing {
@@ -44,16 +42,12 @@ TEST(Files, ThatCannotBeAppendedToStayAsTheyWere) {
   const TemporaryDirectory directory;
   directory.Write("empty", "");
   directory.Write("old", "old");
-  rlimit former{};
-  getrlimit(RLIMIT_FSIZE, &former);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{5, former.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  for (const char* name : {"empty", "old", "new"}) {
-    EXPECT_EQ(ErrorOf([&] { AppendWhole(directory.File(name), "more than five"); }), 61) << name;
+  {
+    const FileSizeLimit limit(5);
+    for (const char* name : {"empty", "old", "new"}) {
+      EXPECT_EQ(ErrorOf([&] { AppendWhole(directory.File(name), "more than five"); }), 61) << name;
+    }
   }
-  setrlimit(RLIMIT_FSIZE, &former);
-  std::signal(SIGXFSZ, handler);
   EXPECT_TRUE(directory.Has("empty"));
   EXPECT_EQ(directory.Read("empty"), "");
   EXPECT_EQ(directory.Read("old"), "old");

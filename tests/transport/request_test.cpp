@@ -1,12 +1,13 @@
 // Request execution: the pool, fail-over, time-out, re-entry and what is given back, over real sockets.
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <ctime>
+#include <filesystem>
 #include <future>
+#include <thread>
 
 #include "component/text_helpers.h"
 #include "tests/support/requester.h"
@@ -22,13 +23,12 @@ constexpr const char* kAllBusy = "All query servers are currently busy";
 
 std::string UnusedHost() { return "127.0.0.1," + std::to_string(UnusedPort()); }
 
-int OpenDescriptors() {
-  int count = 0;
-  DIR* directory = opendir("/proc/self/fd");
-  while (readdir(directory) != nullptr) ++count;
-  closedir(directory);
-  return count;
+std::size_t Entries(const char* directory) {
+  return static_cast<std::size_t>(
+      std::distance(std::filesystem::directory_iterator(directory), std::filesystem::directory_iterator()));
 }
+
+std::size_t OpenDescriptors() { return Entries("/proc/self/fd"); }
 
 TEST(Request, SendsPrefixAndCommandAndLogsEveryStep) {
   const TemporaryDirectory logs;
@@ -239,7 +239,7 @@ TEST(Request, ASlowLookupEndsWithTheTimeoutAndLeavesNoDescriptor) {
     released.wait_for(20s);
     return LookupResult{{}, 11001};
   };
-  const int before = OpenDescriptors();
+  const std::size_t before = OpenDescriptors();
   EXPECT_FALSE(page.Request("^Ping^"));
   EXPECT_EQ(page.error, "Timeout of 0 seconds occured while waiting for server response");
   EXPECT_EQ(OpenDescriptors(), before);
@@ -276,6 +276,40 @@ TEST(Request, AnErrorThrownInsideAYieldGivesServerAndSocketBack) {
   EXPECT_EQ(page.error, "General processing error: 5 - Invalid procedure call or argument");
   EXPECT_FALSE(page.apartment->servers.At(1).busy);
   EXPECT_TRUE(page.Request("^Ping^")) << page.error;
+}
+
+TEST(Request, RunsAtMostSixteenLookupsAtOnce) {
+  const TemporaryDirectory logs;
+  std::promise<void> release;
+  const auto released = release.get_future().share();
+  std::atomic<int> lookups = 0;
+  Requester page("slow.example,1", -1, logs.path());
+  page.apartment->resolver = [released, &lookups](const std::string&) {
+    ++lookups;
+    released.wait_for(20s);
+    return LookupResult{{}, 11001};
+  };
+  const std::size_t before = Entries("/proc/self/task");
+  for (int i = 0; i < 16; ++i) {
+    EXPECT_FALSE(page.Request("^Ping^"));
+    EXPECT_EQ(page.error, "Timeout of -1 seconds occured while waiting for server response") << i;
+  }
+  for (int i = 0; i < 100; ++i) {
+    EXPECT_FALSE(page.Request("^Ping^"));
+    EXPECT_EQ(page.error, "Winsock Error (11002 - Host was not found; the name server did not answer)") << i;
+    page.apartment->servers.Release(1);
+  }
+  EXPECT_LE(Entries("/proc/self/task"), before + 16);
+  release.set_value();
+  // The look-ups that have ended make room for others.
+  page.timeout = 10;
+  for (int i = 0; i < 10'000 && lookups <= 16; ++i) {
+    std::this_thread::yield();
+    page.Request("^Ping^");
+    page.apartment->servers.Release(1);
+  }
+  EXPECT_GT(lookups, 16);
+  EXPECT_NE(logs.Read("S1.log").find("Winsock error occured: 11001 - "), std::string::npos);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "platform/code_page.h"
 #include "platform/errors.h"
+#include "tests/support/allocations.h"
 #include "tests/support/requester.h"
 #include "tests/support/scripted_server.h"
 
@@ -89,7 +90,8 @@ TEST(ResponseBuffer, SortsAsABubbleSortOfTheUpperCasedLinesWould) {
                                     "LONGER than eight A"};
   for (int i = 0; i < 300; ++i) {
     std::string line;
-    for (auto length = random() % 12; length > 0; --length) line += "aAbB,z\xE4\xC4"[random() % 8];
+    for (auto length = random() % 12; length > 0; --length)
+      line += std::string_view("aAbB,z\xE4\xC4\0", 9)[random() % 9];
     lines.push_back(line);
   }
   std::string text;
@@ -109,6 +111,37 @@ TEST(ResponseBuffer, SortsAsABubbleSortOfTheUpperCasedLinesWould) {
   }
   EXPECT_EQ(Lines(buffer), lines);
   EXPECT_EQ(before->Line(0), "beta");  // what was shared keeps its order
+}
+
+TEST(ResponseBuffer, SortsShortAndLikeLinesInTwelveBytesALine) {
+  constexpr std::int32_t kLines = 20'000;
+  struct Case {
+    const char* name;
+    std::string (*line)(std::uint32_t);
+  };
+  for (const Case& each :
+       {Case{"empty lines", [](std::uint32_t) { return std::string(); }},
+        Case{"one letter", [](std::uint32_t i) { return std::string(1, static_cast<char>('a' + i % 26)); }},
+        Case{"a long common start",
+             [](std::uint32_t i) { return "channel of the archive " + std::to_string(i % 977); }},
+        Case{"each is the start of the next", [](std::uint32_t i) { return std::string(i % 200, 'x'); }}}) {
+    std::string text;
+    std::vector<std::string> lines;
+    for (std::int32_t i = 0; i < kLines; ++i) {
+      lines.push_back(each.line(static_cast<std::uint32_t>(i) * 7919U % kLines));
+      text += lines.back() + "\r\n";
+    }
+    ResponseBuffer buffer;
+    buffer.Assign(Block(text), 0);
+    const AllocationPeak peak;
+    buffer.Sort();
+    EXPECT_LE(peak.ByteCount(), 12U * kLines + 4096) << each.name;
+    std::vector<std::pair<std::string, std::string>> keyed;
+    for (const std::string& line : lines) keyed.emplace_back(UpperCase(line), line);
+    std::ranges::stable_sort(keyed, {}, &std::pair<std::string, std::string>::first);
+    std::ranges::transform(keyed, lines.begin(), &std::pair<std::string, std::string>::second);
+    EXPECT_TRUE(Lines(buffer) == lines) << each.name;
+  }
 }
 
 }  // namespace

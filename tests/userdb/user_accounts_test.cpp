@@ -82,16 +82,21 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   EXPECT_EQ(query.SetUserChangePasswd(1, -1), Variant::Long(1));
   EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(1));
   EXPECT_EQ(flag.ToInteger(), -1);
+  for (const bool isSet : {true, false}) {
+    EXPECT_EQ(query.SetUserChangePasswd(1, isSet), Variant::Long(1));
+    query.GetUserChangePasswd(1, &flag);
+    EXPECT_EQ(flag.ToInteger(), isSet ? 1 : 0);
+  }
 }
 
-TEST_P(UserAccounts, AreToldThoughThePasswordCannotBeWrittenAndTheLogDoesNotShowIt) {
+TEST_P(UserAccounts, ReportNoPasswordThatTheDatabaseRefusedAndTheLogDoesNotShowIt) {
   const TestDatabase database(GetParam());
   WebPage page(database);
   page.query.WriteUserToDB("anna", "OldSecret");
   database.Connect()->Execute(GetParam() == Kind::Sqlite
                                   ? "CREATE TRIGGER Refuse BEFORE UPDATE ON Users BEGIN SELECT RAISE(FAIL,'no'); END"
                                   : "ALTER TABLE Users ADD CHECK (Passwd='" + Encode("OldSecret") + "')");
-  EXPECT_EQ(page.query.ChangePasswd("anna", "OldSecret", "NewSecret"), Variant::Integer(1));
+  EXPECT_EQ(page.query.ChangePasswd("anna", "OldSecret", "NewSecret"), Variant::Integer(0));
   EXPECT_TRUE(page.Failed("ChangePasswd", "-2147467259 - [")) << page.Log();
   EXPECT_EQ(page.Log().find(Encode("Secret").substr(6)), std::string::npos) << page.Log();
   EXPECT_EQ(page.query.CheckLogon("anna", "OldSecret"), Variant::Long(1));
@@ -230,6 +235,27 @@ TEST(PostgresThatEndsTheSession, EndsInAnError) {
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
   EXPECT_TRUE(page.Failed("GetNextDBObjectID", "-2147467259 - [")) << page.Log();
   EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
+}
+
+TEST(BackslashAsEscape, IsRefusedWhereItWouldHideTheEndOfAText) {
+  if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL server runs for the tests";
+  const TestDatabase database(Kind::Postgres);
+  for (const char* literal : {"on", "off"}) {
+    database.Run("DELETE FROM Users; ALTER DATABASE " + database.Run("SELECT current_database()").ToText() +
+                 " SET standard_conforming_strings=" + literal);
+    const bool isRefused = std::string_view(literal) == "off";
+    WebPage page(database);
+    clsQuery& query = page.query;
+    const auto id = isRefused ? Variant::Integer(-1) : Variant::Long(2);
+    EXPECT_EQ(query.WriteUserToDB("M\xFCller \x80", "p"), Variant::Long(1)) << page.Log();  // text is still Unicode
+    EXPECT_EQ(query.WriteUserToDB("domain\\user", "p"), id) << literal;
+    EXPECT_EQ(query.CheckLogon("domain\\user"), Variant::Long(isRefused ? 0 : 2)) << literal;
+    // The quote behind the backslash would belong to the text, and what follows would be a statement.
+    EXPECT_EQ(query.WriteUserToDB("x", "p", "\\", "p"), isRefused ? Variant::Integer(-1) : Variant::Long(3)) << literal;
+    EXPECT_EQ(query.ChangePasswd("x\\", "p", "q"), Variant::Integer(0)) << literal;
+    EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(isRefused ? 1 : 3)) << literal;
+    EXPECT_EQ(page.Failed("WriteUserToDB", "5 - A text for the database holds a backslash"), isRefused) << literal;
+  }
 }
 
 }  // namespace

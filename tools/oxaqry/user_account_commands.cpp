@@ -5,7 +5,6 @@
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/value_json.h"
-#include "userdb/sql_values.h"
 
 namespace oxaqrycln {
 namespace {
@@ -26,16 +25,16 @@ std::int32_t Created(const UserDatabase& database, const Variant& id, const std:
 
 // A group has no password, not even an empty one, so that nobody can log on with its name.
 std::int32_t CreateGroup(UserDatabase& database, const std::string& name) {
-  const std::string text = SqlText(NameForDatabase(name, "the name"));
+  const std::string text = database.Literal(database.Name(name, "the name"));
   const std::int32_t id = Created(database, database.query().GetNextDBObjectID("UserID", "Users"), name);
   database.Execute("INSERT INTO Users(UserID,UserName) VALUES (" + std::to_string(id) + ", " + text + ")");
   return id;
 }
 
 std::int32_t CreateUser(UserDatabase& database, const AddUserRequest& request, const Output& output) {
-  const std::string name = NameForDatabase(request.name, "the name");
+  const std::string name = database.Name(request.name, "the name");
   const bool hasAccount = request.archiveUser.has_value();
-  const Variant account = hasAccount ? Variant(NameForDatabase(*request.archiveUser, "the archive user")) : Missing;
+  const Variant account = hasAccount ? Variant(database.Name(*request.archiveUser, "the archive user")) : Missing;
   clsQuery& query = database.query();
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
   Variant accountPassword = Missing;
@@ -69,7 +68,7 @@ int SetUserPassword(const Settings& settings, const PasswordRequest& request, co
   }
   clsQuery& query = database.query();
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
-  database.Execute("UPDATE Users SET Passwd=" + SqlText(query.Encode(password)) +
+  database.Execute("UPDATE Users SET Passwd=" + database.Literal(query.Encode(password)) +
                    " WHERE UserID=" + std::to_string(user.id));
   if (output.json) {
     output.out << JsonOf(user).dump(2) << '\n';
@@ -81,7 +80,7 @@ int SetUserPassword(const Settings& settings, const PasswordRequest& request, co
 
 int CheckUser(const Settings& settings, const PasswordRequest& request, const Output& output) {
   UserDatabase database(settings);
-  const std::string name = NameForDatabase(request.user.name, "the name");
+  const std::string name = database.Name(request.user.name, "the name");
   const std::string password = AskPassword(request.passwords, "Password", output);
   const std::int32_t id = database.query().CheckLogon(name, password).ToLong();
   database.CheckMethod("the password cannot be checked");

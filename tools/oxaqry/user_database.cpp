@@ -59,6 +59,7 @@ class UserDatabase::Watched final : public Connection {
     return rows;
   }
   std::int32_t State() const override { return connection_->State(); }
+  bool TakesBackslashLiterally() const override { return connection_->TakesBackslashLiterally(); }
   void Close() override { connection_->Close(); }
 
   // UTF-8; "" when it worked.
@@ -141,7 +142,7 @@ bool UserDatabase::HasTable(const std::string& table) {
 }
 
 std::vector<WebUser> UserDatabase::UsersNamed(const std::string& name) {
-  const std::string text = SqlText(NameForDatabase(name, "the name"));
+  const std::string text = Literal(Name(name, "the name"));
   std::vector<WebUser> users;
   for (const Row& row : Rows("SELECT UserID, UserName, CASE WHEN Passwd IS NULL THEN 0 ELSE 1 END, CASE WHEN UserID IN "
                              "(SELECT GroupID FROM UserGroups) THEN 1 ELSE 0 END FROM Users WHERE UserName=" +
@@ -181,6 +182,30 @@ WebUser UserDatabase::Group(const std::string& name) {
   return groups.front();
 }
 
+std::string UserDatabase::Name(const std::string& utf8, const std::string& what) const {
+  if (utf8.empty()) throw CommandError(what + " is empty");
+  const auto text = FromUtf8(utf8);
+  if (!text) throw CommandError(what + " holds a character that has no place in the code page Windows-1252");
+  if (!IsPrintable(*text)) throw CommandError(what + " holds a control character");
+  if (text->find('\'') != std::string::npos) {
+    throw CommandError(what + " holds a single quote, which the web user database does not take");
+  }
+  if (text->find('\\') != std::string::npos && !connection_->TakesBackslashLiterally()) {
+    throw CommandError(what + " holds a backslash, which this database takes as an escape character");
+  }
+  return *text;
+}
+
+std::string UserDatabase::Entry(const std::string& utf8, const std::string& what) const {
+  std::string text = Name(utf8, what);
+  if (text.find_first_of("^,") != std::string::npos) {
+    throw CommandError(what + " holds \"^\" or \",\", which divide the lists that pages read");
+  }
+  return text;
+}
+
+std::string UserDatabase::Literal(const std::string& text) const { return SqlText(*connection_, text); }
+
 UserTransaction::UserTransaction(UserDatabase& database) : database_(database) {
   database_.Execute("BEGIN TRANSACTION");
 }
@@ -196,25 +221,6 @@ UserTransaction::~UserTransaction() {
 void UserTransaction::Commit() {
   database_.Execute("COMMIT");
   isOpen_ = false;
-}
-
-std::string NameForDatabase(const std::string& utf8, const std::string& what) {
-  if (utf8.empty()) throw CommandError(what + " is empty");
-  const auto text = FromUtf8(utf8);
-  if (!text) throw CommandError(what + " holds a character that has no place in the code page Windows-1252");
-  if (!IsPrintable(*text)) throw CommandError(what + " holds a control character");
-  if (text->find('\'') != std::string::npos) {
-    throw CommandError(what + " holds a single quote, which the web user database does not take");
-  }
-  return *text;
-}
-
-std::string EntryForDatabase(const std::string& utf8, const std::string& what) {
-  std::string text = NameForDatabase(utf8, what);
-  if (text.find_first_of("^,") != std::string::npos) {
-    throw CommandError(what + " holds \"^\" or \",\", which divide the lists that pages read");
-  }
-  return text;
 }
 
 }  // namespace oxaqrycln

@@ -62,6 +62,14 @@ class UserDatabase {
   // The same for a group, which a user with a password and without members is not.
   WebUser Group(const std::string& name);
 
+  // Texts from outside for this database, from UTF-8. Both raise CommandError, which says what the text is for.
+  // The name of a user or group, or of an account of the archive system.
+  std::string Name(const std::string& utf8, const std::string& what) const;
+  // The name of an archive or channel, which must keep its place in the lists that pages read.
+  std::string Entry(const std::string& utf8, const std::string& what) const;
+  // A text that one of these has returned, between the quotes of a statement.
+  std::string Literal(const std::string& text) const;
+
  private:
   class Watched;
 
@@ -82,12 +90,6 @@ class UserTransaction {
   UserDatabase& database_;
   bool isOpen_ = true;
 };
-
-// Texts from outside for the database, from UTF-8. All raise CommandError, which says what the text is for.
-// The name of a user or group, or of an account of the archive system.
-std::string NameForDatabase(const std::string& utf8, const std::string& what);
-// The name of an archive or channel, which must keep its place in the lists that pages read.
-std::string EntryForDatabase(const std::string& utf8, const std::string& what);
 
 }  // namespace oxaqrycln
 

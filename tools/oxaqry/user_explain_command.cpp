@@ -7,7 +7,6 @@
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/value_json.h"
-#include "userdb/sql_values.h"
 
 namespace oxaqrycln {
 namespace {
@@ -30,21 +29,21 @@ struct Question {
   bool isEdit = false;
 };
 
-Question QuestionOf(const ExplainRequest& request) {
+Question QuestionOf(const UserDatabase& database, const ExplainRequest& request) {
   if (request.right) {
     const std::string number = std::to_string(*request.right);
     return {"right", "UserRights", "RightID=" + number, number, "right " + number};
   }
   if (request.edit) {
-    const std::string archive = SqlText(EntryForDatabase(*request.edit, "the archive"));
+    const std::string archive = database.Literal(database.Entry(*request.edit, "the archive"));
     return {"edit", "UserEditRights", "Archive=" + archive, *request.edit, "edit rights in " + *request.edit, true};
   }
   if (request.archive) {
-    const std::string archive = SqlText(EntryForDatabase(*request.archive, "the archive"));
+    const std::string archive = database.Literal(database.Entry(*request.archive, "the archive"));
     return {"archive", "UserArchives", "Archive=" + archive, *request.archive, "archive " + *request.archive};
   }
   const std::string channel = request.channel.value_or("");
-  return {"channel", "UserChannels", "Channel=" + SqlText(EntryForDatabase(channel, "the channel")), channel,
+  return {"channel", "UserChannels", "Channel=" + database.Literal(database.Entry(channel, "the channel")), channel,
           "channel " + channel};
 }
 
@@ -115,8 +114,8 @@ void PrintTable(const WebUser& user, const Question& question, const std::vector
 }  // namespace
 
 int ExplainRight(const Settings& settings, const ExplainRequest& request, const Output& output) {
-  const Question question = QuestionOf(request);
   UserDatabase database(settings);
+  const Question question = QuestionOf(database, request);
   const WebUser user = database.User(request.user);
   const std::vector<Source> sources = FindSources(database, user, question);
   (output.json ? PrintJson : PrintTable)(user, question, sources, output.out);

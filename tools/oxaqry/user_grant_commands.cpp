@@ -6,7 +6,6 @@
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/value_json.h"
-#include "userdb/sql_values.h"
 
 namespace oxaqrycln {
 namespace {
@@ -24,7 +23,7 @@ constexpr EntryTable kGroups{"group", "UserGroups", "GroupID"};
 
 // The edit rights of one archive.
 struct EditGrant {
-  std::string archive;
+  std::string archive;            // UTF-8
   std::array<bool, 3> letters{};  // new, edit, delete
 };
 
@@ -33,7 +32,7 @@ EditGrant ParseEdit(const std::string& text) {
   if (sign == std::string::npos || sign + 1 == text.size()) {
     throw UsageError("--edit takes ARCHIVE=LETTERS with letters of N, E and D, not \"" + text + "\"");
   }
-  EditGrant grant{EntryForDatabase(text.substr(0, sign), "the archive of --edit"), {}};
+  EditGrant grant{text.substr(0, sign), {}};
   for (const char letter : text.substr(sign + 1)) {
     const std::size_t index = std::string_view("NED").find(letter);
     if (index == std::string_view::npos) {
@@ -63,7 +62,7 @@ class Changes {
   }
 
   void ChangeEdit(const EditGrant& grant, const std::string& shown) {
-    const std::string archive = SqlText(grant.archive);
+    const std::string archive = database_.Literal(database_.Entry(grant.archive, "the archive of --edit"));
     const std::string where = OfUser() + " AND Archive=" + archive;
     const auto rows = database_.Rows("SELECT New, Edit, Del FROM UserEditRights" + where, 3);
     std::array<std::int32_t, 3> former{};
@@ -142,10 +141,10 @@ int ChangeGrants(const Settings& settings, const UserName& name, const Grants& g
   for (const std::int32_t right : grants.rights) changes.Change(kRights, std::to_string(right), std::to_string(right));
   for (std::size_t i = 0; i < edits.size(); ++i) changes.ChangeEdit(edits[i], grants.edits[i]);
   for (const std::string& each : grants.archives) {
-    changes.Change(kArchives, SqlText(EntryForDatabase(each, "the archive")), each);
+    changes.Change(kArchives, database.Literal(database.Entry(each, "the archive")), each);
   }
   for (const std::string& each : grants.channels) {
-    changes.Change(kChannels, SqlText(EntryForDatabase(each, "the channel")), each);
+    changes.Change(kChannels, database.Literal(database.Entry(each, "the channel")), each);
   }
   for (const std::string& each : grants.groups) ChangeMembership(database, user, each, isGrant, changes);
   transaction.Commit();

@@ -98,12 +98,12 @@ class Importer {
                          std::to_string(columnCount));
     }
     const std::string name = Field(record, kName);
-    NewUser user{record.line, NameForDatabase(name, "the name"), TextFromUtf8(Field(record, kPassword)), "", "", {}};
+    NewUser user{record.line, database_.Name(name, "the name"), TextFromUtf8(Field(record, kPassword)), "", "", {}};
     CheckPassword(database_.query(), user.password, "the password");
     const std::string archiveUser = Field(record, kArchiveUser);
     user.archivePassword = TextFromUtf8(Field(record, kArchivePassword));
     if (!archiveUser.empty()) {
-      user.archiveUser = NameForDatabase(archiveUser, "the archive user");
+      user.archiveUser = database_.Name(archiveUser, "the archive user");
       CheckPassword(database_.query(), user.archivePassword, "the archive password");
     } else if (!user.archivePassword.empty()) {
       throw CommandError("there is an archive password without an archive user");
