@@ -12,6 +12,7 @@
 #include "platform/database.h"
 #include "platform/errors.h"
 #include "platform/objects.h"
+#include "platform/odbc_connection.h"
 #include "platform/scripting_context.h"
 #include "tests/support/page.h"
 #include "transport/apartment.h"
@@ -19,18 +20,20 @@
 namespace oxaqrycln::testing {
 namespace {
 
-// A database that a host registers; counts what is asked of it.
+// A database that a host registers; records what is asked of it. One opened as "stuck" fails to close.
 class HostDatabase : public Connection {
  public:
   explicit HostDatabase(std::string& trace) : trace_(trace) {}
   void Open(std::string_view connectionString) override {
     if (connectionString == "broken") throw RuntimeError(error::kPermissionDenied);
     trace_ += "open(" + std::string(connectionString) + ") ";
+    isStuck_ = connectionString == "stuck";
     state_ = 1;
   }
   std::shared_ptr<Recordset> Execute(std::string_view /*statement*/) override { return nullptr; }
   std::int32_t State() const override { return state_; }
   void Close() override {
+    if (isStuck_) throw RuntimeError(error::kPermissionDenied);
     trace_ += "close ";
     state_ = 0;
   }
@@ -38,6 +41,7 @@ class HostDatabase : public Connection {
  private:
   std::string& trace_;
   std::int32_t state_ = 0;
+  bool isStuck_ = false;
 };
 
 struct Settings {
@@ -86,6 +90,23 @@ TEST(Instance, GivesItsSlotBackAndWorksWithoutALog) {
   });
 }
 
+TEST(Instance, GivesItsSlotBackWhenItsDatabaseDoesNotClose) {
+  InOwnThread([] {
+    const TemporaryDirectory logs;
+    std::string trace;
+    RegisterObject("ADODB.Connection", [&trace] { return std::make_shared<HostDatabase>(trace); });
+    {
+      clsQuery query;
+      const Settings settings(query, logs);
+      query.strDBConnect = "stuck";
+      EXPECT_TRUE(query.Init());
+    }
+    RegisterObject("ADODB.Connection", MakeOdbcConnection);
+    EXPECT_NE(logs.Read("S1.log").find("'Class_Terminate()': 70 - Permission denied"), std::string::npos);
+    EXPECT_EQ(Apartment::Current()->controls.GetFreeControl(), 1);
+  });
+}
+
 TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
   InOwnThread([] {
     const TemporaryDirectory logs;
@@ -114,7 +135,7 @@ TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
       EXPECT_NE(logs.Read("S1.log").find("'Init()': 70 - Permission denied"), std::string::npos);
     }
     EXPECT_EQ(trace, "open(DSN=web) close ");  // what never opened is not closed
-    UnregisterObject("adodb.connection");
+    RegisterObject("ADODB.Connection", MakeOdbcConnection);
   });
 }
 

@@ -20,6 +20,18 @@ TEST(FormControls, HandsOutTheFirstFreeSlotFromOne) {
   EXPECT_EQ(controls.SlotCount(), 3);
 }
 
+TEST(FormControls, UsesSlotsAgainThatAreReleasedInTheOrderOfTheirClaims) {
+  Apartment apartment;
+  frmControls& controls = apartment.controls;
+  for (int round = 0; round < 3; ++round) {
+    const std::int32_t first = controls.GetFreeControl();
+    const std::int32_t second = controls.GetFreeControl();
+    controls.ReleaseControl(first);
+    controls.ReleaseControl(second);
+  }
+  EXPECT_EQ(controls.SlotCount(), 2);
+}
+
 TEST(FormControls, KeepsTheRecordsOfSlotsApartAndChecksTheirNumbers) {
   Apartment apartment;
   frmControls& controls = apartment.controls;
