@@ -42,6 +42,8 @@ INSTANTIATE_TEST_SUITE_P(
            Arrival{"header_cut_in_its_word", "TotalBytes:3\r\nabc", 4, "abc"},
            Arrival{"header_cut_in_its_line_end", "TotalBytes:3\r\nabc", 13, "abc"},
            Arrival{"blanks_around_the_count", "TotalBytes: 3 \r\nabc", 100, "abc"},
+           Arrival{"longest_header", "TotalBytes:000000000000000000003\r\nabc", 100, "abc"},
+           Arrival{"longest_header_in_pieces", "TotalBytes:000000000000000000003\r\nabc", 33, "abc"},
            Arrival{"nothing_announced", "TotalBytes:0\r\n", 100, ""},
            Arrival{"count_too_small_keeps_the_packet", "TotalBytes:2\r\nabcdef", 100, "abcdef"},
            Arrival{"no_header_ends_with_its_first_packet", "Status: OK\r\na", 100, "Status: OK\r\na"},
@@ -55,6 +57,7 @@ struct Fault {
   bool resets;          // ends with a reset instead of a close
   const char* error;    // how the error text starts
   const char* logLine;  // what the log must hold besides
+  std::size_t piece = 100;
 };
 
 void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
@@ -66,7 +69,7 @@ TEST_P(FaultyAnswer, EndsInOneErrorAndTheNextRequestWorks) {
   const TemporaryDirectory logs;
   ScriptedServer server({[&](Peer& peer) {
                            peer.ReadRequest();
-                           peer.Send(fault.bytes);
+                           peer.SendInPieces(fault.bytes, fault.piece);
                            if (fault.resets) peer.Reset();
                          },
                          ScriptedServer::Replies(Framed("fine"))});
@@ -90,6 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
            Fault{"resets_in_the_body", "TotalBytes:99\r\nabc", true, kResetText, "Releasing server #1"},
            Fault{"count_too_large", "TotalBytes:200000\r\nabc", false, kResetText, "First string packet"},
            Fault{"count_is_text", "TotalBytes:many\r\nabc", false, kResetText, kReceiverFailed},
+           Fault{"count_is_text_before_more_packets", "TotalBytes:many\r\nabc", false, kResetText, kReceiverFailed, 17},
            Fault{"count_is_missing", "TotalBytes:\r\nabc", false, kResetText, kReceiverFailed},
            Fault{"count_is_negative", "TotalBytes:-5\r\nabc", false, kResetText, kReceiverFailed},
            Fault{"count_beyond_31_bits", "TotalBytes:2147483648\r\nabc", false, kResetText, kReceiverFailed},
