@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/outputs.h"
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {
@@ -39,30 +40,27 @@ TEST(Notes, AreWrittenCutAndDeleted) {
 }
 
 TEST(Masks, AreWalkedFieldByFieldAndOnceMore) {
-  const std::string field = "^1^,^20^,^left^,^Title^,^1^,^init^,^0^,^a;b^";
-  WithAnswer({"stray", "@First", field, "^2^,^5^,^right^,^Date^,^0^,^^,^1^,^^", "@Empty", "@Last", "^short^"},
+  const Output first[] = {{"lngTabIndex", "1"},   {"lngWidth", "20"},      {"strAlign", "left"}, {"strName", "Title"},
+                          {"blnMandatory", "-1"}, {"strInitText", "init"}, {"blnListOnly", "0"}, {"strList", "a;b"}};
+  WithAnswer({"stray", "@First", Fields(first), "^2^,^5^,^right^,^Date^,^0^,^^,^1^,^^", "@Empty", "@Last", "^short^"},
              [&](Page& page) {
                Variant name;
-               Variant width = "kept";
-               Variant list;
-               const auto nextField = [&] {
-                 return page.query.TELOGetMasksNextField(nullptr, &width, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                                         &list);
-               };
+               Variant align = "kept";
+               const auto nextField = [&] { return page.query.TELOGetMasksNextField(nullptr, nullptr, &align); };
                EXPECT_EQ(page.query.TELOGetMasksInit("M", "A"), Variant::Long(3));
                EXPECT_EQ(page.LastCommand(), "^GetMasks^,^M^,^A^");
                EXPECT_EQ(page.query.TELOGetMasksNext(&name), Variant::Long(2));
                EXPECT_EQ(name, Variant("First"));
-               EXPECT_EQ(nextField(), Variant::Long(1));
-               EXPECT_EQ(width, Variant("20"));
-               EXPECT_EQ(list, Variant("a;b"));
+               ExpectOutputs(first, [&](auto*... each) {
+                 EXPECT_EQ(page.query.TELOGetMasksNextField(each...), Variant::Long(1));
+               });
                EXPECT_EQ(nextField(), Variant::Long(0));
-               width = "kept";
+               align = "kept";
                EXPECT_EQ(nextField(), kFailed);
                EXPECT_EQ(page.query.TELOGetMasksNext(&name), Variant::Long(0));
                EXPECT_EQ(name, Variant("Empty"));
                EXPECT_EQ(nextField(), kFailed);
-               EXPECT_EQ(width, Variant("kept"));
+               EXPECT_EQ(align, Variant("kept"));
                EXPECT_EQ(page.query.TELOGetMasksNext(), Variant::Long(1));
                EXPECT_EQ(nextField(), kFailed);  // a line without all its fields
                EXPECT_NE(page.Log().find("'TELOGetMasksNextField()': 9 - "), std::string::npos);
@@ -72,6 +70,17 @@ TEST(Masks, AreWalkedFieldByFieldAndOnceMore) {
                EXPECT_EQ(page.query.TELOGetMasksNext(&name), Variant::Long(2));
                EXPECT_EQ(name, Variant("First"));
              });
+}
+
+TEST(Masks, OfAnAnswerAreFoundAfterOneWithoutAny) {
+  WithAnswers({Answer({"no mask", "none here"}), Answer({"@First", "^1^", "^2^"})}, [](Page& page) {
+    EXPECT_EQ(page.query.TELOGetMasksInit("M", "A"), Variant::Long(0));
+    EXPECT_EQ(page.query.TELOGetMasksNext(), kFailed);
+    EXPECT_EQ(page.query.TELOGetMasksInit("M", "B"), Variant::Long(1));
+    Variant name;
+    EXPECT_EQ(page.query.TELOGetMasksNext(&name), Variant::Long(2));
+    EXPECT_EQ(name, Variant("First"));
+  });
 }
 
 }  // namespace
