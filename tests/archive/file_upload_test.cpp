@@ -158,6 +158,21 @@ TEST(UploadFile, LeavesAnOlderFileWhenTheNewOneCannotBeClosed) {
   });
 }
 
+TEST(UploadFile, ThatCannotReplaceADirectoryLeavesNothingBesideIt) {
+  WithAnswer({}, [](Page& page) {
+    const TemporaryDirectory blobs;
+    std::filesystem::create_directory(blobs.File("a.pdf"));
+    page.query.strBlobPathLocal = blobs.path();
+    page.query.OnStartPage(PageWithForm(Part("--B", "; filename=\"a.pdf\"", "new") + "--B--"));
+    Variant name = "kept";
+    EXPECT_EQ(page.query.UploadFile(Missing, &name), kFailed);
+    EXPECT_EQ(name, Variant("kept"));
+    EXPECT_NE(page.Log().find("'UploadFile()': "), std::string::npos) << page.Log();
+    EXPECT_TRUE(std::filesystem::is_directory(blobs.File("a.pdf")));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
+  });
+}
+
 TEST(UploadFile, OfOneNameAtOnceStoresBothWholeTheLastToEndStays) {
   WithAnswer({}, [](Page& page) {
     const TemporaryDirectory blobs;
@@ -252,6 +267,26 @@ TEST(TELOUploadFile, LeavesTheAnswerThatThePageIsReadingAlone) {
       EXPECT_EQ(page.query.TELOGetChannelsNext(), "b");
     });
   }
+}
+
+TEST(TELOUploadFile, FailsWhenTheFileBecomesShorterMeanwhile) {
+  InOwnThread([] {
+    constexpr std::size_t kByteCount = 32U << 20U;  // more than the connection holds
+    const TemporaryDirectory blobs;
+    blobs.Write("f.bin", "");
+    std::filesystem::resize_file(blobs.File("f.bin"), kByteCount);
+    Page page({[&](Peer& peer) {
+      peer.ReadBytes(60);
+      std::filesystem::resize_file(blobs.File("f.bin"), 1);
+      peer.ReadBytes(kByteCount);
+      peer.Send(Answer({}));
+    }});
+    page.query.strBlobPathLocal = blobs.path();
+    Variant status;
+    EXPECT_EQ(page.query.TELOUploadFile("f.bin", &status), kFailed);
+    EXPECT_EQ(status, Variant("Winsock Error (62 - Input past end of file)"));
+    EXPECT_NE(page.Log().find("Winsock error occured: 62 - "), std::string::npos) << page.Log();
+  });
 }
 
 }  // namespace
