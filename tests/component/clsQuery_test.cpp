@@ -132,7 +132,10 @@ TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
       const Settings settings(query, logs);
       query.strDBConnect = "broken";
       EXPECT_FALSE(query.Init(true));
-      EXPECT_NE(logs.Read("S1.log").find("'Init()': 70 - Permission denied"), std::string::npos);
+      const std::string log = logs.Read("S1.log");
+      const std::size_t failure = log.find("'Init()': 70 - Permission denied");
+      EXPECT_NE(failure, std::string::npos) << log;
+      EXPECT_LT(log.find("     Opening database connection: broken\r\n"), failure) << log;
     }
     EXPECT_EQ(trace, "open(DSN=web) close ");  // what never opened is not closed
     RegisterObject("ADODB.Connection", MakeOdbcConnection);

@@ -31,6 +31,7 @@ constexpr const char* kUsersAndRights = R"(
   INSERT INTO UserEditRights VALUES(1,'Zero',-1,0,0);
   INSERT INTO UserArchives VALUES(1,'Invoices');
   INSERT INTO UserArchives VALUES(11,'Invoices');
+  INSERT INTO UserChannels VALUES(1,'Finance');
   INSERT INTO UserChannels VALUES(10,'Finance'))";
 
 // Lines that a database gives in any order.
@@ -79,6 +80,22 @@ TEST(UserRightsInSqlite, ThatCannotBeReadToTheEndKeepWhatWasRead) {
   EXPECT_EQ(page.query.GetUserEditRights(1, &output), Variant());
   EXPECT_EQ(output, Variant("A,N\r\nB,N\r\n"));
   EXPECT_TRUE(page.Failed("GetUserArchives", "13 - ")) << page.Log();
+}
+
+TEST(UserRightsInSqlite, WhoseStatementFailsBehindTheFirstRowsKeepWhatWasRead) {
+  const TestDatabase database(Kind::Sqlite);
+  database.Run(R"(
+    DROP TABLE UserRights;
+    CREATE TABLE Numbers (N INTEGER);
+    INSERT INTO Numbers VALUES(-3);
+    INSERT INTO Numbers VALUES(-7);
+    INSERT INTO Numbers VALUES(-9223372036854775807 - 1);
+    CREATE VIEW UserRights AS SELECT 1 AS UserID, ABS(N) AS RightID FROM Numbers)");
+  WebPage page(database.connectionString() + ";StepAPI=1");  // the driver computes a row when it is fetched
+  Variant output;
+  EXPECT_EQ(page.query.GetUserRights(1, &output), Variant()) << page.Log();
+  EXPECT_EQ(output, Variant("^3^,^7^"));
+  EXPECT_TRUE(page.Failed("GetUserRights", "-2147467259 - [")) << page.Log();
 }
 
 TEST_P(UserRights, TheSchemaTakesTheirKeysSeriously) {
