@@ -19,14 +19,17 @@ TEST(ImportFile, DescribesADocumentBehindWhatTheFileHolds) {
        {Case{"all", "1,2", "7,9", "ANSI", "@CHARSET,ANSI\r\n@DB,$(#C1)\\A1\r\n@FOLDER,FT:Invoice,1:7,2:9\r\nbody\r\n"},
         Case{"surplus types, no charset", "1,2,3", "7,9", Missing,
              "@DB,$(#C1)\\A1\r\n@FOLDER,FT:Invoice,1:7,2:9\r\nbody\r\n"},
+        Case{"empty charset", "1", "7", "", "@CHARSET,\r\n@DB,$(#C1)\\A1\r\n@FOLDER,FT:Invoice,1:7\r\nbody\r\n"},
         Case{"no fields", "", "7", Missing, "@DB,$(#C1)\\A1\r\n@FOLDER,FT:Invoice\r\nbody\r\n"}}) {
     WithAnswer({}, [&](Page& page) {
       const TemporaryDirectory directory;
       for (const int times : {1, 2}) {
+        Variant status = "kept";
         EXPECT_EQ(page.query.CreateImportFile(directory.path() + "\\i.imp", "C1", "A1", "Invoice", each.types,
-                                              each.identifiers, "body", each.charSet),
+                                              each.identifiers, "body", each.charSet, &status),
                   Variant::Long(1))
             << each.name;
+        EXPECT_EQ(status, Variant("")) << each.name;
         EXPECT_EQ(directory.Read("i.imp"), times == 1 ? each.text : std::string(each.text) + each.text) << each.name;
       }
       EXPECT_NE(page.Log().find("Creating import file '" + directory.path() + "\\i.imp'"), std::string::npos);

@@ -1,0 +1,65 @@
+// strParamStatus of the methods that ask a query server for text, called through the method table.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "automation/method_table.h"
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+// The last output; all other outputs and the optional inputs are left out.
+Variant CallWithStatus(clsQuery& query, const MethodEntry& method, Variant& status) {
+  Variant input("1");
+  std::vector<Variant*> arguments;
+  for (const ParameterEntry& each : method.parameters) {
+    const bool isRequired = each.kind == ParameterKind::In || each.kind == ParameterKind::InOut;
+    arguments.push_back(isRequired ? &input : nullptr);
+  }
+  arguments.back() = &status;
+  return method.call(query, arguments);
+}
+
+TEST(StatusOutputs, AreEmptyAfterASoundAnswerAndOtherwiseHoldTheServersText) {
+  struct Reply {
+    const char* name;
+    std::string framed;
+    const char* status;
+  };
+  for (const Reply& reply : {Reply{"sound", Answer({"1,1,1,1,1", "^x^", "0", "^y^"}), ""},  // every method can read it
+                             Reply{"refused", Framed("Status: Not allowed"), "Not allowed"}}) {
+    WithAnswers({reply.framed}, [&](Page& page) {
+      for (const char* name : {"TELOGetChannelsInit",
+                               "TELOGetAllArchivesInit",
+                               "TELOGetQueryFormatListInit",
+                               "TELOGetAllArchivesExtInit",
+                               "TELOGetArchiveProperties",
+                               "TELOQueryArchiveInit",
+                               "TELOGetDocumentInfo",
+                               "TELOGetSegmentTextInit",
+                               "TELOGetSegmentDescriptionInit",
+                               "TELOGetSegmentsInit",
+                               "TELOGetSegmentData",
+                               "TELOGetSegmentFirstBLOB",
+                               "TELOGetSegmentPrintfile",
+                               "TELOGetSegmentMultiTIF",
+                               "TELODeleteDocument",
+                               "TELOCreateDocument",
+                               "TELOEditDocument",
+                               "TELOGetNotesInit",
+                               "TELOWriteNote",
+                               "TELODeleteNotes",
+                               "TELOGetMasksInit"}) {
+        Variant status("kept");
+        const Variant result = CallWithStatus(page.query, *FindMethod(name), status);
+        EXPECT_EQ(status.ToText(), reply.status) << name << ": " << reply.name << page.Log();
+        EXPECT_EQ(result == Variant::Integer(-1), !status.ToText().empty()) << name << ": " << reply.name;
+      }
+    });
+  }
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing
