@@ -41,7 +41,7 @@ TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
         Case{"short", ".c", ".c"}, Case{"parent", "out\\..", nullptr}, Case{"device", "com1.tif", nullptr},
         Case{"no name", "", ""}, Case{"a directory alone", "out\\", ""}, Case{"of a directory", "folder.tif", nullptr},
         Case{"of a pipe", "pipe.tif", nullptr}, Case{"of a link to a device", "null.tif", nullptr}}) {
-    WithAnswer({"12", each.sent}, [&](Page& page) {
+    WithAnswer({"12", each.sent, "more"}, [&](Page& page) {
       const TemporaryDirectory blobs;
       blobs.Write("scan.tif", "content");
       std::filesystem::create_directory(blobs.File("folder.tif"));

@@ -17,17 +17,18 @@ namespace {
 const Variant kFailed = Variant::Integer(-1);
 
 // The request of a page, with a body that is given out in pieces of at most pieceSize bytes; beforeLast runs before
-// the last one.
+// the last one. The client has announced unsent bytes more.
 class FormRequest final : public PageRequest {
  public:
-  FormRequest(std::string body, std::size_t pieceSize, std::function<void()> beforeLast)
-      : body_(std::move(body)), pieceSize_(pieceSize), beforeLast_(std::move(beforeLast)) {}
-  std::int64_t TotalBytes() const override { return static_cast<std::int64_t>(body_.size()); }
+  FormRequest(std::string body, std::size_t pieceSize, std::function<void()> beforeLast, std::size_t unsent = 0)
+      : body_(std::move(body)), pieceSize_(pieceSize), beforeLast_(std::move(beforeLast)), unsent_(unsent) {}
+  std::int64_t TotalBytes() const override { return static_cast<std::int64_t>(body_.size() + unsent_); }
   Variant::Bytes BinaryRead(std::int64_t byteCount) override {
     const std::size_t count = std::min({static_cast<std::size_t>(byteCount), pieceSize_, body_.size() - position_});
     Variant::Bytes piece(body_.begin() + static_cast<std::ptrdiff_t>(position_),
                          body_.begin() + static_cast<std::ptrdiff_t>(position_ + count));
     position_ += count;
+    if (count == 0 && ++emptyReads_ > 1) throw RuntimeError(error::kInputPastEnd, "read on behind the end");
     if (position_ == body_.size() && beforeLast_) beforeLast_();
     return piece;
   }
@@ -36,7 +37,9 @@ class FormRequest final : public PageRequest {
   const std::string body_;
   const std::size_t pieceSize_;
   const std::function<void()> beforeLast_;
+  const std::size_t unsent_;
   std::size_t position_ = 0;
+  int emptyReads_ = 0;
 };
 
 struct FormPage final : ScriptingContext {
@@ -124,6 +127,7 @@ TEST(UploadFile, PutsThePrefixInFrontAndReplacesAnOlderFile) {
       const Variant result = page.query.UploadFile(prefix, &name);
       return result == Variant::Long(1) ? name.ToText() : result.ToText();
     };
+    EXPECT_EQ(upload("", "x"), "_a.pdf");
     EXPECT_EQ(upload(42, "first"), "42_a.pdf");
     EXPECT_EQ(upload(42, "second"), "42_a.pdf");
     EXPECT_EQ(blobs.Read("42_a.pdf"), "second");
@@ -133,6 +137,33 @@ TEST(UploadFile, PutsThePrefixInFrontAndReplacesAnOlderFile) {
     EXPECT_EQ(page.query.UploadFile(), kFailed);
     EXPECT_NE(page.Log().find("'UploadFile()': 91 - "), std::string::npos);
   });
+}
+
+TEST(UploadFile, RefusesAHeaderWithoutAnEndAndAFormOfAClientThatHasGone) {
+  const std::string end = "--B--";
+  const std::string longValue(70'000, 'x');
+  struct Case {
+    const char* name;
+    std::string body;
+    std::size_t unsent;
+    const char* error;
+  };
+  for (const Case& each :
+       {Case{"client gone", Part("--B", "; filename=\"a\"", "x"), 1000, "5 - The body of the form ended before"},
+        Case{"long header", Part("--B", "; filename=\"a\"; x=" + longValue, "x") + end, 0, "5 - The header of a part"},
+        Case{"open quote", Part("--B", "; filename=\"a", "x") + end, 0,
+             "5 - The file name of a form has no closing"}}) {
+    WithAnswer({}, [&](Page& page) {
+      const TemporaryDirectory blobs;
+      page.query.strBlobPathLocal = blobs.path();
+      page.query.OnStartPage(Variant::ObjectRef(
+          std::make_shared<FormPage>(std::make_shared<FormRequest>(each.body, 1000, nullptr, each.unsent))));
+      EXPECT_EQ(page.query.UploadFile(), kFailed) << each.name;
+      EXPECT_NE(page.Log().find(std::string("'UploadFile()': ") + each.error), std::string::npos)
+          << each.name << page.Log();
+      EXPECT_TRUE(std::filesystem::is_empty(blobs.path())) << each.name;
+    });
+  }
 }
 
 // Closes what this process has open in the directory, as a file system does that has gone.

@@ -9,17 +9,18 @@ namespace {
 const Variant kFailed = Variant::Integer(-1);
 
 TEST(Notes, AreJoinedFromTheirLines) {
-  WithAnswers({Answer({"H1", "^text^", "H2", "^first", "", "last^"}), Answer({"H1", "^never closed"}), Answer({"H1"}),
-               Answer({})},
+  WithAnswers({Answer({"H1", "^text^", "H2", "^first", "", "last^", "H3", "", "x^"}), Answer({"H1", "^never closed"}),
+               Answer({"H1"}), Framed("Status: Closed"), Answer({})},
               [](Page& page) {
-                EXPECT_EQ(page.query.TELOGetNotesInit("M", "A", "1", "2"), Variant::Long(2));
+                EXPECT_EQ(page.query.TELOGetNotesInit("M", "A", "1", "2"), Variant::Long(3));
                 EXPECT_EQ(page.LastCommand(), "^GetNotes^,^M^,^A^,^1^,^2^");
                 EXPECT_EQ(page.query.TELOGetNotesNext(), "H1,text");
-                for (const char* broken : {"never closed", "no text"}) {
+                for (const char* broken : {"never closed", "no text", "refused"}) {
                   EXPECT_EQ(page.query.TELOGetNotesInit("M", "A", "1", "2"), kFailed) << broken;
                 }
                 EXPECT_NE(page.Log().find("'TELOGetNotesInit()': 9 - "), std::string::npos);
                 EXPECT_EQ(page.query.TELOGetNotesNext(), "H2,first\r\n\r\nlast");
+                EXPECT_EQ(page.query.TELOGetNotesNext(), "H3,\r\nx");  // a text that begins with an empty line
                 EXPECT_EQ(page.query.TELOGetNotesNext(), "");
                 EXPECT_EQ(page.query.TELOGetNotesInit("M", "A", "1", "2"), Variant::Long(0));
               });
