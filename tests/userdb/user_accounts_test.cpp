@@ -59,6 +59,14 @@ TEST_P(UserAccounts, AreCreatedAndLogOn) {
     EXPECT_EQ(user, Variant("")) << half;
     EXPECT_EQ(password, Variant("")) << half;
   }
+  EXPECT_EQ(query.WriteUserToDB("eva", Missing), Variant::Integer(-1));
+  EXPECT_TRUE(page.Failed("WriteUserToDB", "449 - ")) << page.Log();
+  database.Run("INSERT INTO Users(UserID,UserName,TELOUser,TELOPasswd) VALUES(2147483647,'last','archive','ZZ')");
+  EXPECT_EQ(query.GetUserTELOUser(2147483647, &user, &password), Variant::Long(1));
+  EXPECT_EQ(user, Variant("archive"));
+  EXPECT_EQ(password, Variant(""));                                  // the stored one cannot be decoded
+  EXPECT_EQ(query.WriteUserToDB("eva", "x"), Variant::Integer(-1));  // no ID is left
+  EXPECT_TRUE(page.Failed("GetNextDBObjectID", "6 - Overflow")) << page.Log();
 }
 
 TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
@@ -67,10 +75,12 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   clsQuery& query = page.query;
   query.WriteUserToDB("anna", "old");
   query.WriteUserToDB("anna", "other");
+  query.WriteUserToDB("bert", "old");
   EXPECT_EQ(query.ChangePasswd("anna", "wrong", "new"), Variant::Integer(0));
   EXPECT_EQ(query.ChangePasswd("anna", Missing, "new"), Variant::Integer(0));
   EXPECT_EQ(query.ChangePasswd("anna", "old", "new"), Variant::Integer(1));
   EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE Passwd='" + Encode("new") + "'"), Variant::Long(2));
+  EXPECT_EQ(query.CheckLogon("bert", "old"), Variant::Long(3));
   database.Run("INSERT INTO Users(UserID,UserName,Passwd) VALUES(32768,'late','" + Encode("old") + "')");
   EXPECT_EQ(query.ChangePasswd("late", "old", "new"), Variant::Integer(0));
   EXPECT_TRUE(page.Failed("ChangePasswd", "6 - Overflow")) << page.Log();
@@ -79,9 +89,10 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(0));
   EXPECT_EQ(flag, Variant::Integer(0));
   EXPECT_EQ(query.SetUserChangePasswd(99, -1), Variant::Long(1));
-  EXPECT_EQ(query.SetUserChangePasswd(1, -1), Variant::Long(1));
+  EXPECT_EQ(query.SetUserChangePasswd(1, -2), Variant::Long(1));
   EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(1));
-  EXPECT_EQ(flag.ToInteger(), -1);
+  EXPECT_EQ(flag.ToInteger(), -2);
+  EXPECT_EQ(query.GetUserChangePasswd(3, &flag), Variant::Long(0));  // another user's stays
   for (const bool isSet : {true, false}) {
     EXPECT_EQ(query.SetUserChangePasswd(1, isSet), Variant::Long(1));
     query.GetUserChangePasswd(1, &flag);
@@ -128,7 +139,7 @@ TEST_P(UserAccounts, RefuseWhatCouldChangeAStatement) {
     EXPECT_EQ(query.CheckLogon(text), none);
     EXPECT_EQ(query.ChangePasswd(text, "p", "n"), Variant::Integer(0));
   }
-  for (const char* id : {"1 OR 1=1", "1; DROP TABLE Users", "", " 1", "1.5", "0x1", "1e1", "--1", "UserID"}) {
+  for (const char* id : {"1 OR 1=1", "1; DROP TABLE Users", "", "-", "+", " 1", "1.5", "0x1", "1e1", "--1", "UserID"}) {
     Variant output;
     EXPECT_EQ(query.GetUserTELOUser(id, &output, &output), none) << id;
     EXPECT_EQ(query.GetUserChangePasswd(id, &output), none) << id;

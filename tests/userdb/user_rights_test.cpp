@@ -10,15 +10,17 @@ namespace {
 using UserRights = OnDatabase;
 INSTANTIATE_TEST_SUITE_P(Databases, UserRights, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
 
-// anna (1) is a member of Sales (10) and Support (11); Support of Everybody (12).
+// anna (1) is a member of Sales (10), Support (11) and another Sales (13); Support of Everybody (12).
 constexpr const char* kUsersAndRights = R"(
   INSERT INTO Users(UserID,UserName) VALUES(1,'anna');
   INSERT INTO Users(UserID,UserName) VALUES(2,'bert');
   INSERT INTO Users(UserID,UserName) VALUES(10,'Sales');
   INSERT INTO Users(UserID,UserName) VALUES(11,'Support');
   INSERT INTO Users(UserID,UserName) VALUES(12,'Everybody');
+  INSERT INTO Users(UserID,UserName) VALUES(13,'Sales');
   INSERT INTO UserGroups VALUES(1,10);
   INSERT INTO UserGroups VALUES(1,11);
+  INSERT INTO UserGroups VALUES(1,13);
   INSERT INTO UserGroups VALUES(11,12);
   INSERT INTO UserRights VALUES(1,3);
   INSERT INTO UserRights VALUES(10,3);
@@ -28,6 +30,7 @@ constexpr const char* kUsersAndRights = R"(
   INSERT INTO UserEditRights VALUES(10,'Invoices',1,0,0);
   INSERT INTO UserEditRights VALUES(11,'Plans',1,-1,0);
   INSERT INTO UserEditRights VALUES(10,'Plans',-1,1,1);
+  INSERT INTO UserEditRights VALUES(13,'Mails',0,2,0);
   INSERT INTO UserEditRights VALUES(1,'Zero',-1,0,0);
   INSERT INTO UserArchives VALUES(1,'Invoices');
   INSERT INTO UserArchives VALUES(11,'Invoices');
@@ -54,8 +57,8 @@ TEST_P(UserRights, AreThoseOfTheUserAndOfTheGroupsOneLevelDeep) {
   Variant output;
   EXPECT_EQ(query.GetUserRights(1, &output), Variant::Long(2)) << page.Log();
   EXPECT_TRUE(output == Variant("^3^,^7^") || output == Variant("^7^,^3^")) << output.ToText();
-  EXPECT_EQ(query.GetUserEditRights("1", &output), Variant::Long(3));
-  EXPECT_EQ(Sorted(output.ToText()), "Invoices,N,D\r\nPlans,D\r\nZero\r\n");
+  EXPECT_EQ(query.GetUserEditRights("1", &output), Variant::Long(4));
+  EXPECT_EQ(Sorted(output.ToText()), "Invoices,N,D\r\nMails,E\r\nPlans,D\r\nZero\r\n");
   EXPECT_EQ(query.GetUserGroups(1, &output), Variant::Long(2));
   EXPECT_TRUE(output == Variant("[Sales],[Support]") || output == Variant("[Support],[Sales]")) << output.ToText();
   EXPECT_EQ(query.GetUserArchives(1, &output), Variant::Long(1));
