@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -14,6 +15,7 @@
 #include "platform/objects.h"
 #include "platform/odbc_connection.h"
 #include "platform/scripting_context.h"
+#include "platform/timer.h"
 #include "tests/support/page.h"
 #include "transport/apartment.h"
 
@@ -142,6 +144,21 @@ TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
   });
 }
 
+TEST(Init, StartsTheTimerThatFreesAServerWhichIsBusyForTooLong) {
+  WithAnswer({"back"}, [](Page& page) {
+    const auto apartment = Apartment::Current();
+    Timer& timer = apartment->controls.ReleaseTimer();
+    timer.SetInterval(std::chrono::hours(1));
+    timer.Enable(false);
+    EXPECT_TRUE(page.query.Init(false));
+    EXPECT_EQ(timer.Interval(), std::chrono::seconds(30));
+    apartment->servers.GetFreeServer(false, "gone");
+    EXPECT_EQ(page.query.LiveCheck(), "All query servers are currently busy");
+    apartment->clock.Advance(std::chrono::minutes(7));
+    EXPECT_EQ(page.query.LiveCheck(), "back");
+  });
+}
+
 TEST(Init, FailsThroughItsHandlerWhenEverySlotIsTaken) {
   InOwnThread([] {
     const TemporaryDirectory logs;
@@ -207,11 +224,13 @@ TEST(HelperMethods, FailThroughTheirHandlers) {
     EXPECT_NE(log.find("'Decode()': 13 - "), std::string::npos);
     EXPECT_NE(log.find("     Deleting FTP objects '" + logs.path() + "\\none\\*'"), std::string::npos);
     EXPECT_NE(log.find("'DeleteFTPObjects()': 76 - "), std::string::npos);
-    query.WriteLog("mine", 2);
+    for (const int level : {bytWarning, bytError, bytExtended}) query.WriteLog("mine", level);
     query.WriteLog("plain");
     for (const Variant& odd : {Variant(999), Variant(-1), Variant("abc"), Variant(2.5)})
       query.WriteLog("odd level", odd);
-    EXPECT_NE(logs.Read("S1.log").find("!!! <WARNING> mine\r\n"), std::string::npos);
+    for (const char* line : {"!!! <WARNING> mine\r\n", "### <ERROR> mine\r\n", "+++ <DEBUG> mine\r\n"}) {
+      EXPECT_NE(logs.Read("S1.log").find(line), std::string::npos) << line;
+    }
     EXPECT_NE(logs.Read("S1.log").find("     plain\r\n"), std::string::npos);
     int odd = 0;
     const std::string lines = logs.Read("S1.log");

@@ -71,6 +71,8 @@ TEST(Encryption, ComesBackWithTheSameKeyOnly) {
                                     std::string("any\0 \xFF byte", 11), std::string(10'000, 'x')}) {
       EXPECT_EQ(query.Decrypt(query.Encrypt(text, "key"), "key"), text);
       EXPECT_EQ(query.DecryptBase64(query.EncryptBase64(text)), text);
+      EXPECT_EQ(query.DecryptBase64(query.EncryptBase64(text, "key"), "key"), text);
+      EXPECT_EQ(query.DecryptBase64(query.EncodeBase64(query.Encrypt(text, "key")), "key"), text);
       EXPECT_EQ(query.Decrypt(query.Encrypt(text), "standard"), text);
       EXPECT_EQ(query.Decrypt(query.Encrypt(text, ""), ""), text);
       EXPECT_EQ(query.DecodeBase64(query.EncodeBase64(text)), text);
