@@ -65,11 +65,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
     }
     if (blnHitlistMultiTIFF != nullptr) *blnHitlistMultiTIFF = buffer.Line(kMultiTiffLine) == "1";
     if (buffer.Count() < kTitleLine) return;
-    state.hits = {.lines = buffer.Share(),
-                  .firstLine = kStoreLine,
-                  .upperIndex = buffer.Count() - kTitleLine,
-                  .lastSortDirection = "",
-                  .lastSortColumn = 0};
+    state.hits = HitListStore(buffer.Share(), kStoreLine);
     state.buffer.MoveTo(kTitleLine);
     WriteText(strParamStatus, "");
   });

@@ -40,4 +40,26 @@ void RecordFields::WriteLong(std::int32_t number, Variant* output) const {
   if (output != nullptr) *output = TextToLong(Field(number));
 }
 
+bool FindRecordField(std::string_view line, std::int32_t number, std::string_view& field) noexcept {
+  const char* const last = line.data() + line.size();
+  const bool opens = line.starts_with('^');
+  std::int32_t current = opens ? 1 : 0;
+  const char* start = line.data() + (opens ? 1 : 0);
+  const char* end = nullptr;
+  ForEachPlace(start, last, "^,^", [&](const char* place) {
+    if (place < start) return true;  // its first caret has closed the field before
+    if (current == number) {
+      end = place;
+      return false;
+    }
+    ++current;
+    start = place + kBetween.size();
+    return true;
+  });
+  if (current != number) return false;
+  if (end == nullptr) end = start != last && last[-1] == '^' ? last - 1 : last;
+  field = {start, end};
+  return true;
+}
+
 }  // namespace oxaqrycln

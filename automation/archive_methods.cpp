@@ -65,6 +65,32 @@ std::vector<MethodEntry> QueryAndHitList() {
            "The next row; the first one holds the titles. The outputs receive the hit's channel, archive, document "
            "id and version as text."},
           "strChannel", "strArchive", "strDocID", "strVer"),
+      Method<&clsQuery::TELOSortHitlistInit>(
+          {"TELOSortHitlistInit", kGroup,
+           "Number of rows (Long), the title row included; -1 (Integer) when there is no such column or no title row.",
+           "Sorts the list of the last query's hits by a display column, counted from 1: texts, dates or numbers, as "
+           "the "
+           "server's flags say. The first sort by a column turns the direction of the data round, each further one "
+           "that "
+           "of the last sort."},
+          "lngCol"),
+      Method<&clsQuery::TELOSortHitlistNext>(
+          {"TELOSortHitlistNext", kGroup, "The row's display columns, \"^column^,^column^\", \"\" at the end.",
+           "The next row of that list, which outlives other requests; the first one holds the titles. The outputs are "
+           "those of TELOQueryArchiveNext."},
+          "strChannel", "strArchive", "strDocID", "strVer"),
+      Method<&clsQuery::TELOSortHitlist2Init>(
+          {"TELOSortHitlist2Init", kGroup,
+           "Number of rows (Long), the title row included; -1 (Integer) when there is no such column or no title row.",
+           "Sorts lines that the page holds, CR LF between them: flags, titles, hits. They are kept apart from the "
+           "list of the last query."},
+          "strHitLines", "intSortCol"),
+      Method<&clsQuery::TELOSortHitlist2Next>({"TELOSortHitlist2Next", kGroup, "The line, whole, \"\" at the end.",
+                                               "The next of these lines; the first one holds the titles."}),
+      Method<&clsQuery::TELODeleteFromHitlist>(
+          {"TELODeleteFromHitlist", kGroup, "Number of hits left (Long), or -1 (Integer) when there is no such hit.",
+           "Removes a hit from the list of the last query; lngLine 1 is the first one in the list's present order."},
+          "lngLine"),
   };
 }
 

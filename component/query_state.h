@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "component/clsQuery.h"
+#include "component/hit_list_store.h"
 #include "component/log_writer.h"
 #include "component/text_list.h"
 #include "component/trap.h"
@@ -21,15 +22,6 @@
 #include "transport/response_buffer.h"
 
 namespace oxaqrycln {
-
-// The lines of the last query, kept beyond the next request: line k of the store is line firstLine + k of the answer.
-struct HitListStore {
-  std::shared_ptr<const ResponseLines> lines;
-  std::int32_t firstLine = 0;
-  std::int32_t upperIndex = -1;
-  std::string lastSortDirection;
-  std::int16_t lastSortColumn = 0;
-};
 
 struct QueryState {
   explicit QueryState(const clsQuery& query);
@@ -59,7 +51,8 @@ struct QueryState {
   SessionLog log;
   RequestExecution execution;
   ResponseBuffer buffer;
-  HitListStore hits;
+  HitListStore hits;       // those of the last query
+  HitListStore givenHits;  // those that the page gave to be sorted
   TextList texts;
   std::string segmentLineBreak = "\r\n";
   std::string transferDescription;  // the file that was received last, "<path>"

@@ -1,0 +1,134 @@
+// Sorting hit lists by their columns, reading them in that order, and taking hits out.
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "archive/hit_row.h"
+#include "archive/record_fields.h"
+#include "archive/sort_key.h"
+#include "component/clsQuery.h"
+#include "component/query_state.h"
+#include "platform/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+// A row's fields in front of its display columns: reference, document id, version.
+constexpr std::int32_t kFieldsInFront = 3;
+
+// The field of the rows that a column shows, both counted from 1. Raises Subscript out of range when the title row has
+// no such field, or the list no title row.
+std::int32_t FieldOfColumn(const HitListStore& store, std::int32_t column) {
+  std::string_view title;
+  if (column < 1 || column > std::numeric_limits<std::int32_t>::max() - kFieldsInFront ||
+      !FindRecordField(store.Line(HitListStore::kTitleRow), column + kFieldsInFront, title)) {
+    throw RuntimeError(error::kSubscriptOutOfRange);
+  }
+  return column + kFieldsInFront;
+}
+
+std::string_view FieldOrEmpty(std::string_view line, std::int32_t field) noexcept {
+  std::string_view found;
+  FindRecordField(line, field, found);
+  return found;
+}
+
+std::vector<SortKey> MakeKeys(const HitListStore& store, std::int32_t field) {
+  const KeyKind kind = KindOfFlags(FieldOrEmpty(store.Line(HitListStore::kFlagLine), field));
+  std::vector<SortKey> keys;
+  keys.reserve(static_cast<std::size_t>(store.HitCount()));
+  for (std::int32_t hit = 0; hit < store.HitCount(); ++hit) {
+    const std::string_view line = store.Line(HitListStore::kFirstHit + hit);
+    keys.push_back(MakeSortKey(kind, FieldOrEmpty(line, field), static_cast<std::uint32_t>(hit)));
+  }
+  return keys;
+}
+
+// The direction of the next sort. One that is taken from the data is that of the data, and turned round like any other:
+// a list that ascends becomes a descending one at first.
+SortDirection NextDirection(const SortState& last, std::int32_t column, const std::vector<SortKey>& keys) {
+  SortDirection direction = last.direction;
+  if (direction == SortDirection::kUnset || column != last.column) {
+    const bool descends = !keys.empty() && Precedes(keys.back(), keys.front());
+    direction = descends ? SortDirection::kDown : SortDirection::kUp;
+  }
+  return direction == SortDirection::kUp ? SortDirection::kDown : SortDirection::kUp;
+}
+
+// Returns the number of rows from the title row on. When an error comes nothing has changed.
+Variant SortHits(HitListStore& store, std::int32_t column) {
+  std::vector<SortKey> keys = MakeKeys(store, FieldOfColumn(store, column));
+  const SortDirection direction = NextDirection(store.sortState(), column, keys);
+  if (direction == SortDirection::kUp) {
+    std::ranges::stable_sort(keys, [](const SortKey& left, const SortKey& right) { return Precedes(left, right); });
+  } else {
+    std::ranges::stable_sort(keys, [](const SortKey& left, const SortKey& right) { return Precedes(right, left); });
+  }
+  store.Reorder([&](std::int32_t hit) { return static_cast<std::int32_t>(keys[static_cast<std::size_t>(hit)].row); });
+  store.SetSortState({direction, column});
+  store.MoveTo(HitListStore::kTitleRow);
+  return Variant::Long(store.UpperIndex());
+}
+
+HitListStore StoreOf(std::string_view lines) {
+  // Positions in the text have 32 bits, and a field's length 31.
+  if (lines.size() > std::numeric_limits<std::int32_t>::max()) throw RuntimeError(error::kOutOfStringSpace);
+  ByteBlock text;
+  text.Reserve(lines.size());
+  text.Append(lines);
+  return {std::make_shared<ResponseLines>(std::move(text), 0), 0};
+}
+
+}  // namespace
+
+Variant clsQuery::TELOSortHitlistInit(const Variant& lngCol) {
+  QueryState& state = *state_;
+  return state.Run("TELOSortHitlistInit", Failed(),
+                   [&](Variant& result) { result = SortHits(state.hits, lngCol.ToLong()); });
+}
+
+std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchive, Variant* strDocID,
+                                          Variant* strVer) {
+  QueryState& state = *state_;
+  return state.Run("TELOSortHitlistNext", std::string(), [&](std::string& result) {
+    HitListStore& hits = state.hits;
+    if (hits.AtEnd()) return;
+    result = ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
+                        {strChannel, strArchive, strDocID, strVer});
+    hits.MoveTo(hits.position() + 1);
+  });
+}
+
+Variant clsQuery::TELOSortHitlist2Init(const Variant& strHitLines, const Variant& intSortCol) {
+  QueryState& state = *state_;
+  return state.Run("TELOSortHitlist2Init", Failed(), [&](Variant& result) {
+    std::string scratch;
+    HitListStore given = StoreOf(strHitLines.TextView(scratch));
+    given.SetSortState(state.givenHits.sortState());
+    const Variant rows = SortHits(given, intSortCol.ToLong());
+    state.givenHits = std::move(given);
+    result = rows;
+  });
+}
+
+std::string clsQuery::TELOSortHitlist2Next() {
+  QueryState& state = *state_;
+  return state.Run("TELOSortHitlist2Next", std::string(), [&](std::string& result) {
+    HitListStore& hits = state.givenHits;
+    if (hits.AtEnd()) return;
+    result = std::string(hits.Line(hits.position()));
+    hits.MoveTo(hits.position() + 1);
+  });
+}
+
+Variant clsQuery::TELODeleteFromHitlist(const Variant& lngLine) {
+  QueryState& state = *state_;
+  return state.Run("TELODeleteFromHitlist", Failed(), [&](Variant& result) {
+    const std::int32_t line = lngLine.ToLong();
+    if (line < 1) throw RuntimeError(error::kSubscriptOutOfRange);
+    state.hits.RemoveHit(line - 1);
+    result = Variant::Long(state.hits.HitCount());
+  });
+}
+
+}  // namespace oxaqrycln

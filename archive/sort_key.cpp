@@ -1,0 +1,195 @@
+// The head of a key, from its highest bit on:
+//
+//   text    00 | 3 zero bits   | the first 7 characters in upper case, 0 where there are fewer | min(size, 7), 3 bits
+//   number  10 | digits before the comma, 31 bits | the first 9 digits, 0 where there are fewer, 31 bits
+//           01 | the same with every bit inverted, for a negative number
+//   date    10 | year * 10000 + month * 100 + day
+//
+// The rest of a text is what follows its seventh character. The rest of a number is what follows its ninth digit,
+// without the leading zeros of the number and the trailing zeros of its fraction; since the number of digits before the
+// comma is part of the head, rests of equal heads have their commas in the same place.
+#include "archive/sort_key.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+
+#include "component/text_helpers.h"
+#include "platform/code_page.h"
+
+namespace oxaqrycln {
+namespace {
+
+constexpr std::int32_t kDateFlag = 0x400;
+constexpr std::int32_t kNumberFlag = 0x200;
+
+constexpr unsigned kClassShift = 62;
+constexpr std::uint64_t kNegativeClass = 1;
+constexpr std::uint64_t kValueClass = 2;
+constexpr std::uint64_t kBelowClass = (std::uint64_t{1} << kClassShift) - 1;
+
+constexpr std::size_t kHeadCharacters = 7;
+constexpr unsigned kSizeBits = 3;
+constexpr std::size_t kHeadDigits = 9;
+constexpr unsigned kDigitBits = 31;
+
+bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+SortKey KeyWithRest(std::uint64_t head, std::string_view rest, std::uint32_t row) noexcept {
+  return {head, rest.data(), static_cast<std::uint32_t>(rest.size()), row};
+}
+
+SortKey TextKey(std::string_view text, std::uint32_t row) noexcept {
+  const std::size_t size = std::min(text.size(), kHeadCharacters);
+  std::uint64_t head = 0;
+  for (std::size_t i = 0; i < kHeadCharacters; ++i) {
+    head = head << 8U | (i < size ? static_cast<std::uint8_t>(UpperCase(text[i])) : 0U);
+  }
+  return KeyWithRest(head << kSizeBits | size, text.substr(size), row);
+}
+
+// Takes a run of digits off the text's start: as their number, when there are least to most of them.
+std::optional<unsigned> TakeDigits(std::string_view& text, std::size_t least, std::size_t most) noexcept {
+  unsigned number = 0;
+  std::size_t count = 0;
+  for (; count < text.size() && IsDigit(text[count]); ++count) {
+    if (count == most) return std::nullopt;
+    number = number * 10 + static_cast<unsigned>(text[count] - '0');
+  }
+  text.remove_prefix(count);
+  if (count < least) return std::nullopt;
+  return number;
+}
+
+std::optional<std::uint64_t> DateHead(std::string_view text) noexcept {
+  const auto* const between = std::find_if_not(text.begin(), text.end(), IsDigit);
+  const char separator = between == text.end() ? '\0' : *between;
+  const bool isYearFirst = separator == '-';
+  if (!isYearFirst && separator != '.' && separator != '/') return std::nullopt;
+
+  const auto first = TakeDigits(text, isYearFirst ? 4 : 1, isYearFirst ? 4 : 2);
+  if (!first || !text.starts_with(separator)) return std::nullopt;
+  text.remove_prefix(1);
+  const auto second = TakeDigits(text, 1, 2);
+  if (!second || !text.starts_with(separator)) return std::nullopt;
+  text.remove_prefix(1);
+  const auto third = TakeDigits(text, isYearFirst ? 1 : 4, isYearFirst ? 2 : 4);
+  if (!third || !text.empty()) return std::nullopt;
+
+  const unsigned year = isYearFirst ? *first : *third;
+  const unsigned month = separator == '/' ? *first : *second;
+  const unsigned dayBesideMonth = separator == '/' ? *second : *first;
+  const unsigned day = isYearFirst ? *third : dayBesideMonth;
+  const std::chrono::year_month_day date{std::chrono::year{static_cast<int>(year)}, std::chrono::month{month},
+                                         std::chrono::day{day}};
+  if (!date.ok()) return std::nullopt;
+  return kValueClass << kClassShift | (std::uint64_t{year} * 10000 + month * 100 + day);
+}
+
+// A number's digits: those before its comma, and from there on, the comma included. Without the zeros that do not
+// count.
+struct Digits {
+  bool negative = false;
+  std::string_view whole;
+  std::string_view fraction;
+};
+
+std::optional<Digits> SplitNumber(std::string_view text) noexcept {
+  constexpr std::string_view kBlanks = " \t";
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  text.remove_suffix(text.size() - (text.find_last_not_of(kBlanks) + 1));
+  Digits digits;
+  if (text.starts_with('-') || text.starts_with('+')) {
+    digits.negative = text[0] == '-';
+    text.remove_prefix(1);
+  }
+  std::size_t point = 0;
+  while (point < text.size() && IsDigit(text[point])) ++point;
+  digits.whole = text.substr(0, point);
+  digits.fraction = text.substr(point);
+  if (digits.whole.empty()) return std::nullopt;
+  if (!digits.fraction.empty()) {
+    const bool isPoint = digits.fraction[0] == ',' || digits.fraction[0] == '.';
+    if (!isPoint || digits.fraction.size() == 1) return std::nullopt;
+    if (!std::all_of(digits.fraction.begin() + 1, digits.fraction.end(), IsDigit)) return std::nullopt;
+  }
+  digits.whole.remove_prefix(std::min(digits.whole.find_first_not_of('0'), digits.whole.size()));
+  while (digits.fraction.ends_with('0')) digits.fraction.remove_suffix(1);
+  if (digits.fraction.size() == 1) digits.fraction = {};
+  if (digits.whole.empty() && digits.fraction.empty()) digits.negative = false;
+  return digits;
+}
+
+SortKey NumberKey(const Digits& digits, std::uint32_t row) noexcept {
+  const std::size_t wholeInHead = std::min(digits.whole.size(), kHeadDigits);
+  // The comma takes one of the fraction's characters.
+  const std::size_t fractionInHead =
+      wholeInHead == kHeadDigits ? 0 : std::min(digits.fraction.size(), kHeadDigits - wholeInHead + 1);
+  std::uint64_t leading = 0;
+  std::size_t count = wholeInHead;
+  for (const char c : digits.whole.substr(0, wholeInHead)) leading = leading * 10 + static_cast<unsigned>(c - '0');
+  for (std::size_t i = 1; i < fractionInHead; ++i, ++count) {
+    leading = leading * 10 + static_cast<unsigned>(digits.fraction[i] - '0');
+  }
+  for (; count < kHeadDigits; ++count) leading *= 10;
+
+  const std::uint64_t magnitude = std::uint64_t{digits.whole.size()} << kDigitBits | leading;
+  const std::uint64_t head = digits.negative ? kNegativeClass << kClassShift | (magnitude ^ kBelowClass)
+                                             : kValueClass << kClassShift | magnitude;
+  // Whole part and fraction stand side by side in the row, so that a rest in the whole part runs on into the fraction.
+  const bool endsInWhole = wholeInHead < digits.whole.size();
+  const char* const rest = endsInWhole ? digits.whole.data() + wholeInHead : digits.fraction.data() + fractionInHead;
+  const std::size_t restSize = digits.whole.size() - wholeInHead + digits.fraction.size() - fractionInHead;
+  return KeyWithRest(head, {rest, restSize}, row);
+}
+
+bool TextPrecedes(std::string_view left, std::string_view right) noexcept {
+  const std::size_t common = std::min(left.size(), right.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (left[i] == right[i]) continue;
+    const auto leftCode = static_cast<std::uint8_t>(UpperCase(left[i]));
+    const auto rightCode = static_cast<std::uint8_t>(UpperCase(right[i]));
+    if (leftCode != rightCode) return leftCode < rightCode;
+  }
+  return left.size() < right.size();
+}
+
+bool DigitsPrecede(std::string_view left, std::string_view right) noexcept {
+  const auto [inLeft, inRight] =
+      std::mismatch(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char one, char other) { return one == other || (!IsDigit(one) && !IsDigit(other)); });
+  if (inLeft == left.end() || inRight == right.end()) return inLeft == left.end() && inRight != right.end();
+  return *inLeft < *inRight;
+}
+
+}  // namespace
+
+KeyKind KindOfFlags(std::string_view flags) noexcept {
+  const std::int32_t bits = ToNumber(flags);
+  if ((bits & kDateFlag) != 0) return KeyKind::kDate;
+  return (bits & kNumberFlag) != 0 ? KeyKind::kNumber : KeyKind::kText;
+}
+
+SortKey MakeSortKey(KeyKind kind, std::string_view text, std::uint32_t row) noexcept {
+  if (kind == KeyKind::kDate) {
+    if (const auto head = DateHead(text)) return KeyWithRest(*head, {}, row);
+  } else if (kind == KeyKind::kNumber) {
+    if (const auto digits = SplitNumber(text)) return NumberKey(*digits, row);
+  }
+  return TextKey(text, row);
+}
+
+bool RestPrecedes(const SortKey& left, const SortKey& right) noexcept {
+  const std::string_view leftRest(left.rest, left.restSize);
+  const std::string_view rightRest(right.rest, right.restSize);
+  switch (left.head >> kClassShift) {
+    case 0:
+      return TextPrecedes(leftRest, rightRest);
+    case kNegativeClass:
+      return DigitsPrecede(rightRest, leftRest);
+    default:
+      return DigitsPrecede(leftRest, rightRest);
+  }
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,339 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "tests/archive/hit_lines.h"
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const Variant kFailed = Variant::Integer(-1);
+
+// Document ids in the order in which a page reads them; the titles must come first.
+Texts Walk(clsQuery& query) {
+  Texts ids;
+  Variant channel;
+  Variant id;
+  query.TELOSortHitlistNext(&channel);
+  EXPECT_EQ(channel, Variant("Channel"));
+  while (!query.TELOSortHitlistNext(nullptr, nullptr, &id).empty()) ids.push_back(id.ToText());
+  return ids;
+}
+
+void Search(clsQuery& query) { query.TELOQueryArchiveInit("q", 0, 0, "", ""); }
+
+// What a server answers to a query.
+std::string HitAnswer(const Texts& flags, const Texts& rows) {
+  const std::string lines = Lines(flags, rows);
+  return Framed("Status: OK\r\n" + std::to_string(rows.size()) + "\r\n\r\n0\r\n" + lines);
+}
+
+// A hit list and its rules in the plainest form.
+class PlainList {
+ public:
+  struct Hit {
+    std::string id;
+    Texts columns;
+  };
+  using Less = std::function<bool(const std::string&, const std::string&)>;
+
+  explicit PlainList(std::vector<Hit> hits) : hits_(std::move(hits)) {}
+
+  void Sort(std::size_t column, const Less& less) {
+    const auto key = [&](const Hit& hit) { return column < hit.columns.size() ? hit.columns[column] : std::string(); };
+    const auto precedes = [&](const Hit& left, const Hit& right) { return less(key(left), key(right)); };
+    if (direction_.empty() || column != column_) {
+      direction_ = !hits_.empty() && precedes(hits_.back(), hits_.front()) ? "DOWN" : "UP";
+    }
+    direction_ = direction_ == "UP" ? "DOWN" : "UP";
+    column_ = column;
+    if (direction_ == "UP") {
+      std::ranges::stable_sort(hits_, precedes);
+    } else {
+      std::ranges::stable_sort(hits_, [&](const Hit& left, const Hit& right) { return precedes(right, left); });
+    }
+  }
+  void Remove(std::size_t place) { hits_.erase(hits_.begin() + static_cast<std::ptrdiff_t>(place)); }
+  std::size_t size() const { return hits_.size(); }
+  Texts Ids() const {
+    Texts ids;
+    for (const Hit& hit : hits_) ids.push_back(hit.id);
+    return ids;
+  }
+  Texts Rows() const {
+    Texts rows;
+    for (const Hit& hit : hits_) rows.push_back(Row(hit.id, hit.columns));
+    return rows;
+  }
+
+ private:
+  std::vector<Hit> hits_;
+  std::string direction_;
+  std::size_t column_ = 0;
+};
+
+bool LessText(const std::string& left, const std::string& right) { return UpperCase(left) < UpperCase(right); }
+
+// For the numbers below, which a double holds exactly; "" is none.
+bool LessNumber(const std::string& left, const std::string& right) {
+  if (left.empty() || right.empty()) return left.empty() && !right.empty();
+  return std::strtod(left.c_str(), nullptr) < std::strtod(right.c_str(), nullptr);
+}
+
+bool LessDate(const std::string& left, const std::string& right) {
+  const auto key = [](const std::string& date) {
+    return date.empty() ? date : date.substr(6) + date.substr(3, 2) + date.substr(0, 2);
+  };
+  return key(left) < key(right);
+}
+
+TEST(HitListSort, FollowsThePlainRulesForAnyListAndAnyCalls) {
+  std::mt19937 random(1187);
+  const auto below = [&](unsigned limit) { return static_cast<unsigned>(random()) % limit; };
+  const std::vector<PlainList::Less> rules{LessText, LessNumber, LessDate};
+  for (int round = 0; round < 40; ++round) {
+    std::vector<PlainList::Hit> hits;
+    for (unsigned left = round < 8 ? static_cast<unsigned>(round) / 2 : below(60); left > 0; --left) {
+      Texts columns{
+          std::string(1 + below(2), "abAB"[below(4)]),
+          below(8) == 0 ? "" : std::to_string(static_cast<int>(below(41)) - 20) + (below(2) == 0 ? ".5" : ""),
+          below(8) == 0 ? "" : "0" + std::to_string(1 + below(3)) + ".0" + std::to_string(1 + below(3)) + ".2024"};
+      columns.resize(1 + below(3));
+      hits.push_back({std::to_string(hits.size()), std::move(columns)});
+    }
+    PlainList plain(std::move(hits));
+    WithAnswers({HitAnswer({kText, kNumber, kDate}, plain.Rows())}, [&](Page& page) {
+      Search(page.query);
+      for (int call = 0; call < 12; ++call) {
+        if (plain.size() > 0 && below(4) == 0) {
+          const unsigned place = below(static_cast<unsigned>(plain.size()));
+          plain.Remove(place);
+          ASSERT_EQ(page.query.TELODeleteFromHitlist(static_cast<std::int32_t>(place + 1)),
+                    Variant::Long(static_cast<std::int32_t>(plain.size())));
+        }
+        const unsigned column = below(3);
+        plain.Sort(column, rules[column]);
+        ASSERT_EQ(page.query.TELOSortHitlistInit(static_cast<std::int32_t>(column + 1)),
+                  Variant::Long(static_cast<std::int32_t>(plain.size()) + 1));
+        ASSERT_EQ(Walk(page.query), plain.Ids()) << "round " << round << ", call " << call;
+      }
+    });
+  }
+}
+
+TEST(HitListSort, TurnsTheDirectionOfTheDataRoundAndThenItsOwn) {
+  WithAnswers({HitAnswer({kText, kText}, {Row("1", {"a", "x"}), Row("2", {"b", "x"}), Row("3", {"c", "y"})}),
+               HitAnswer({kText, kText}, {Row("1", {"c", "x"}), Row("2", {"a", "x"}), Row("3", {"b", "x"})})},
+              [](Page& page) {
+                Search(page.query);
+                EXPECT_THAT(Walk(page.query), ElementsAre("1", "2", "3"));
+                page.query.TELOSortHitlistInit(1);
+                EXPECT_THAT(Walk(page.query), ElementsAre("3", "2", "1"));
+                page.query.TELOSortHitlistInit("1");
+                EXPECT_THAT(Walk(page.query), ElementsAre("1", "2", "3"));
+                page.query.TELOSortHitlistInit(2);
+                EXPECT_THAT(Walk(page.query), ElementsAre("3", "1", "2"));
+                page.query.TELOSortHitlistInit(1);  // it ended with the smaller one: taken as descending
+                EXPECT_THAT(Walk(page.query), ElementsAre("1", "2", "3"));
+                // A new query begins anew, with its own data.
+                Search(page.query);
+                EXPECT_THAT(Walk(page.query), ElementsAre("1", "2", "3"));
+                page.query.TELOSortHitlistInit(1);
+                EXPECT_THAT(Walk(page.query), ElementsAre("2", "3", "1"));
+                page.query.TELOSortHitlistInit(2);  // all alike: ascending, so it becomes descending, and nothing moves
+                EXPECT_THAT(Walk(page.query), ElementsAre("2", "3", "1"));
+              });
+}
+
+TEST(HitListSort, RefusesColumnsThatTheTitleRowLacks) {
+  WithAnswers(
+      {HitAnswer({kText}, {Row("1", {"a", "x"}), Row("2", {"b", "x"})}), Answer({"0", "", "0", "^0^"})},
+      [](Page& page) {
+        EXPECT_EQ(page.query.TELOSortHitlistInit(1), kFailed);  // no query yet
+        EXPECT_EQ(page.query.TELOSortHitlistNext(), "");
+        Search(page.query);
+        page.query.TELOSortHitlistInit(1);
+        page.query.TELOSortHitlistNext();
+        page.query.TELOSortHitlistNext();
+        for (const Variant& column :
+             {Variant(std::int32_t{0}), Variant(std::int32_t{-1}), Variant(std::int32_t{2}),
+              Variant(std::numeric_limits<std::int32_t>::max()), Variant(std::numeric_limits<std::int32_t>::max() - 3),
+              Variant(std::int32_t{65537}), Variant(1e12), Variant("Title"), Variant(Missing), Variant::Null()}) {
+          EXPECT_EQ(page.query.TELOSortHitlistInit(column), kFailed) << column.TypeName();
+        }
+        EXPECT_NE(page.Log().find("'TELOSortHitlistInit()': 9 - "), std::string::npos);
+        Variant id;
+        page.query.TELOSortHitlistNext(nullptr, nullptr, &id);  // place and order are as before
+        EXPECT_EQ(id, Variant("1"));
+        page.query.TELOSortHitlistInit(1);  // and so is the direction
+        EXPECT_THAT(Walk(page.query), ElementsAre("1", "2"));
+        Search(page.query);
+        EXPECT_EQ(page.query.TELOSortHitlistInit(1), kFailed);  // no title row
+        EXPECT_EQ(page.query.TELODeleteFromHitlist(1), kFailed);
+        EXPECT_EQ(page.query.TELOSortHitlistNext(), "");
+      });
+}
+
+TEST(HitListSort, OutlivesEveryOtherRequestAndLeavesTheQueriesRowsAlone) {
+  WithAnswers({HitAnswer({kText}, {Row("1", {"a"}), Row("2", {"b"}), Row("3", {"c"})}), Answer({"Mail,x", "Alpha,y"}),
+               Framed("Status: No hits\r\n"), Answer({"7", "", "0"})},
+              [](Page& page) {
+                Search(page.query);
+                page.query.TELOSortHitlistInit(1);
+                page.query.TELODeleteFromHitlist(1);
+                Variant id;
+                page.query.TELOSortHitlistNext();
+                EXPECT_EQ(page.query.TELOQueryArchiveNext(), "^title^");
+                EXPECT_EQ(page.query.TELOQueryArchiveNext(nullptr, nullptr, &id), "^a^");
+                EXPECT_EQ(page.query.TELOSortHitlistNext(nullptr, nullptr, &id), "^b^");
+                EXPECT_EQ(page.query.TELOGetChannelsInit(), Variant::Long(2));
+                EXPECT_EQ(page.query.TELOSortHitlistNext(nullptr, nullptr, &id), "^a^");
+                EXPECT_EQ(id, Variant("1"));
+                EXPECT_EQ(page.query.TELOSortHitlistNext(nullptr, nullptr, &id), "");
+                EXPECT_EQ(id, Variant("1"));
+                Search(page.query);  // refused
+                Search(page.query);  // without a head
+                EXPECT_EQ(page.query.TELOSortHitlistInit(1), Variant::Long(3));
+                EXPECT_THAT(Walk(page.query), ElementsAre("1", "2"));
+              });
+}
+
+TEST(HitListSort, ReadsRowsAsTheQueryDoes) {
+  const Texts rows{"",
+                   "plain",
+                   "^$(#M)\\A^,^1^",
+                   "^Mail^,^2^,^1^,^b^",
+                   "^,^$(#M)\\A^,^3^,^1^,^a^",
+                   "^$(#M)\\B^,^4^,^2^,^c",
+                   "^$(#\x80\xFF)\\" + std::string(1, '\0') + "^,^5^,^1^,^\xE4^,^,^",
+                   "^^,^^,^^"};
+  for (const std::string& row : rows) {
+    WithAnswers({HitAnswer({kText}, {row})}, [&](Page& page) {
+      Search(page.query);
+      const auto read = [&](auto method) {
+        std::vector<Variant> outputs(4);
+        outputs.emplace_back((page.query.*method)(outputs.data(), &outputs[1], &outputs[2], &outputs[3]));
+        return outputs;
+      };
+      for (int line = 0; line < 3; ++line) {
+        EXPECT_EQ(read(&clsQuery::TELOSortHitlistNext), read(&clsQuery::TELOQueryArchiveNext)) << row;
+      }
+      EXPECT_EQ(page.query.TELOSortHitlistInit(1), Variant::Long(2)) << row;
+    });
+  }
+  // What lacks the column is empty, and an unclosed last column goes on to the end of the row.
+  EXPECT_THAT(Ascending(kText, rows),
+              ElementsAre(rows[0], rows[1], rows[2], rows[7], rows[4], rows[3], rows[5], rows[6]));
+}
+
+TEST(DeleteFromHitlist, MovesAReadingPlaceBehindTheRowWithIt) {
+  struct Case {
+    const char* name;
+    int read;     // hits
+    int deleted;  // counted from 1
+    Texts after;  // what is still read
+  };
+  for (const Case& test : {Case{"before anything was read", 0, 1, {"2", "3", "4"}},
+                           {"in front of the place", 2, 1, {"3", "4"}},
+                           {"the row read last", 2, 2, {"3", "4"}},
+                           {"the row at the place", 2, 3, {"4"}},
+                           {"behind the place", 2, 4, {"3"}},
+                           {"at the end", 4, 4, {}}}) {
+    SCOPED_TRACE(test.name);
+    WithAnswers({HitAnswer({kText}, {Row("1", {"a"}), Row("2", {"b"}), Row("3", {"c"}), Row("4", {"d"})})},
+                [&](Page& page) {
+                  Search(page.query);
+                  for (int i = 0; i <= test.read; ++i) page.query.TELOSortHitlistNext();
+                  EXPECT_EQ(page.query.TELODeleteFromHitlist(test.deleted), Variant::Long(3));
+                  Texts ids;
+                  Variant id;
+                  while (!page.query.TELOSortHitlistNext(nullptr, nullptr, &id).empty()) ids.push_back(id.ToText());
+                  EXPECT_EQ(ids, test.after);
+                });
+  }
+}
+
+TEST(DeleteFromHitlist, GoesDownToNoHitAndNotFurther) {
+  WithAnswers({HitAnswer({kText}, {Row("1", {"a"}), Row("2", {"b"})})}, [](Page& page) {
+    EXPECT_EQ(page.query.TELODeleteFromHitlist(1), kFailed);
+    Search(page.query);
+    for (const Variant& line :
+         {Variant(std::int32_t{0}), Variant(std::int32_t{-1}), Variant(std::int32_t{3}),
+          Variant(std::numeric_limits<std::int32_t>::max()), Variant("first"), Variant(Missing)}) {
+      EXPECT_EQ(page.query.TELODeleteFromHitlist(line), kFailed);
+    }
+    EXPECT_EQ(page.query.TELODeleteFromHitlist("2"), Variant::Long(1));
+    EXPECT_EQ(page.query.TELODeleteFromHitlist(2), kFailed);
+    EXPECT_THAT(Walk(page.query), ElementsAre("1"));
+    EXPECT_EQ(page.query.TELODeleteFromHitlist(1), Variant::Long(0));
+    EXPECT_EQ(page.query.TELODeleteFromHitlist(1), kFailed);
+    EXPECT_EQ(page.query.TELOSortHitlistInit(1), Variant::Long(1));
+    EXPECT_THAT(Walk(page.query), IsEmpty());
+  });
+}
+
+TEST(HitLinesSort, KeepsItsOwnLinesPlaceAndDirection) {
+  const std::string given = Lines({kNumber}, {Row("1", {"9"}), Row("2", {"10"})});
+  WithAnswers({HitAnswer({kText}, {Row("7", {"x"})})}, [&](Page& page) {
+    clsQuery& query = page.query;
+    EXPECT_EQ(query.TELOSortHitlist2Next(), "");
+    EXPECT_EQ(query.TELOSortHitlist2Init(given, "1"), Variant::Long(3));
+    EXPECT_EQ(query.TELOSortHitlist2Next(), "^0^,^0^,^0^,^title^");
+    EXPECT_EQ(query.TELOSortHitlist2Next(), Row("2", {"10"}));
+    Search(query);
+    query.TELOSortHitlistInit(1);
+    EXPECT_EQ(query.TELOSortHitlist2Next(), Row("1", {"9"}));
+    // The same lines again, in the other direction.
+    query.TELOSortHitlist2Init(given, 1);
+    EXPECT_THAT(GivenRows(query, 2), ElementsAre(Row("1", {"9"}), Row("2", {"10"})));
+    // Without the line end behind the last row; an empty line is a row, and comes before numbers.
+    query.TELOSortHitlist2Init(given.substr(0, given.size() - 2), 1);
+    EXPECT_THAT(GivenRows(query, 2), ElementsAre(Row("2", {"10"}), Row("1", {"9"})));
+    query.TELOSortHitlist2Init(given + "\r\n", 1);
+    EXPECT_THAT(GivenRows(query, 3), ElementsAre("", Row("1", {"9"}), Row("2", {"10"})));
+    EXPECT_THAT(Walk(query), ElementsAre("7"));
+    EXPECT_EQ(page.server.Connections(), 1);
+  });
+}
+
+TEST(HitLinesSort, AFailureLeavesTheEarlierLines) {
+  clsQuery query;
+  const std::string given = Lines({kText}, {Row("1", {"a"}), Row("2", {"b"})});
+  EXPECT_EQ(query.TELOSortHitlist2Init(given, 1), Variant::Long(3));
+  query.TELOSortHitlist2Next();
+  EXPECT_EQ(query.TELOSortHitlist2Next(), Row("2", {"b"}));
+  struct Case {
+    const char* name;
+    Variant lines;
+    Variant column;
+  };
+  for (const Case& test :
+       {Case{"no lines", "", std::int32_t{1}}, Case{"one line end", "\r\n", std::int32_t{1}},
+        Case{"flags alone", "^0^,^0^,^0^,^0^\r\n", std::int32_t{1}},
+        Case{"an empty title row", "^0^,^0^,^0^,^0^\r\n\r\n", std::int32_t{1}},
+        Case{"a title row of three fields", "^0^\r\n^a^,^b^,^c^\r\n", std::int32_t{1}},
+        Case{"line ends of another kind", "^0^\n^a^,^b^,^c^,^d^\n", std::int32_t{1}},
+        Case{"a column below 1", given, std::int32_t{0}}, Case{"no such column", given, std::int32_t{2}},
+        Case{"no number", given, "a"}, Case{"no text", Missing, std::int32_t{1}}}) {
+    EXPECT_EQ(query.TELOSortHitlist2Init(test.lines, test.column), kFailed) << test.name;
+  }
+  EXPECT_EQ(query.TELOSortHitlist2Next(), Row("1", {"a"}));
+  EXPECT_EQ(query.TELOSortHitlist2Next(), "");
+  query.TELOSortHitlist2Init(given, 1);  // the direction was kept
+  EXPECT_THAT(GivenRows(query, 2), ElementsAre(Row("1", {"a"}), Row("2", {"b"})));
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing
