@@ -1,5 +1,4 @@
 // Sorting hit lists by their columns, reading them in that order, and taking hits out.
-#include <algorithm>
 #include <limits>
 #include <vector>
 
@@ -59,11 +58,7 @@ SortDirection NextDirection(const SortState& last, std::int32_t column, const st
 Variant SortHits(HitListStore& store, std::int32_t column) {
   std::vector<SortKey> keys = MakeKeys(store, FieldOfColumn(store, column));
   const SortDirection direction = NextDirection(store.sortState(), column, keys);
-  if (direction == SortDirection::kUp) {
-    std::ranges::stable_sort(keys, [](const SortKey& left, const SortKey& right) { return Precedes(left, right); });
-  } else {
-    std::ranges::stable_sort(keys, [](const SortKey& left, const SortKey& right) { return Precedes(right, left); });
-  }
+  SortKeys(keys, direction == SortDirection::kUp ? SortOrder::kAscending : SortOrder::kDescending);
   store.Reorder([&](std::int32_t hit) { return static_cast<std::int32_t>(keys[static_cast<std::size_t>(hit)].row); });
   store.SetSortState({direction, column});
   store.MoveTo(HitListStore::kTitleRow);

@@ -1,18 +1,20 @@
 // The head of a key, from its highest bit on:
 //
-//   text    00 | 3 zero bits   | the first 7 characters in upper case, 0 where there are fewer | min(size, 7), 3 bits
+//   text    00 | 3 zero bits   | the first 7 characters in upper case, 0 where there are fewer | how many, 3 bits
 //   number  10 | digits before the comma, 31 bits | the first 9 digits, 0 where there are fewer, 31 bits
 //           01 | the same with every bit inverted, for a negative number
 //   date    10 | year * 10000 + month * 100 + day
 //
-// The rest of a text is what follows its seventh character. The rest of a number is what follows its ninth digit,
-// without the leading zeros of the number and the trailing zeros of its fraction; since the number of digits before the
-// comma is part of the head, rests of equal heads have their commas in the same place.
+// Among keys with equal heads the next 7 characters of their rests make new ones, laid out as those of texts behind the
+// two bits of the number. The rest of a number begins behind its ninth digit, without the leading zeros of the number
+// and the trailing zeros of its fraction. The number of digits before the comma is part of the first head, so the rests
+// of equal heads have their commas in the same place.
 #include "archive/sort_key.h"
 
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <span>
 
 #include "component/text_helpers.h"
 #include "platform/code_page.h"
@@ -39,13 +41,31 @@ SortKey KeyWithRest(std::uint64_t head, std::string_view rest, std::uint32_t row
   return {head, rest.data(), static_cast<std::uint32_t>(rest.size()), row};
 }
 
-SortKey TextKey(std::string_view text, std::uint32_t row) noexcept {
+template <typename Code>
+std::uint64_t HeadOfCharacters(std::string_view text, Code&& code) noexcept {
   const std::size_t size = std::min(text.size(), kHeadCharacters);
   std::uint64_t head = 0;
-  for (std::size_t i = 0; i < kHeadCharacters; ++i) {
-    head = head << 8U | (i < size ? static_cast<std::uint8_t>(UpperCase(text[i])) : 0U);
+  for (std::size_t i = 0; i < size; ++i) head = head << 8U | static_cast<std::uint8_t>(code(text[i]));
+  head <<= 8U * (kHeadCharacters - size);
+  return head << kSizeBits | size;
+}
+
+SortKey TextKey(std::string_view text, std::uint32_t row) noexcept {
+  const std::uint64_t head = HeadOfCharacters(text, [](char c) { return UpperCase(c); });
+  return KeyWithRest(head, text.substr(std::min(text.size(), kHeadCharacters)), row);
+}
+
+// Replaces the head by one of the next characters of the rest.
+void Advance(SortKey& key) noexcept {
+  const std::string_view rest(key.rest, key.restSize);
+  const std::uint64_t type = key.head >> kClassShift;
+  if (type == 0) {
+    key = TextKey(rest, key.row);
+    return;
   }
-  return KeyWithRest(head << kSizeBits | size, text.substr(size), row);
+  const std::uint64_t digits = HeadOfCharacters(rest, [](char c) { return IsDigit(c) ? c : ','; });
+  const std::uint64_t head = type << kClassShift | (type == kNegativeClass ? digits ^ kBelowClass : digits);
+  key = KeyWithRest(head, rest.substr(std::min(rest.size(), kHeadCharacters)), key.row);
 }
 
 // Takes a run of digits off the text's start: as their number, when there are least to most of them.
@@ -143,23 +163,19 @@ SortKey NumberKey(const Digits& digits, std::uint32_t row) noexcept {
   return KeyWithRest(head, {rest, restSize}, row);
 }
 
-bool TextPrecedes(std::string_view left, std::string_view right) noexcept {
-  const std::size_t common = std::min(left.size(), right.size());
-  for (std::size_t i = 0; i < common; ++i) {
-    if (left[i] == right[i]) continue;
-    const auto leftCode = static_cast<std::uint8_t>(UpperCase(left[i]));
-    const auto rightCode = static_cast<std::uint8_t>(UpperCase(right[i]));
-    if (leftCode != rightCode) return leftCode < rightCode;
-  }
-  return left.size() < right.size();
-}
+using Keys = std::span<SortKey>;
 
-bool DigitsPrecede(std::string_view left, std::string_view right) noexcept {
-  const auto [inLeft, inRight] =
-      std::mismatch(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char one, char other) { return one == other || (!IsDigit(one) && !IsDigit(other)); });
-  if (inLeft == left.end() || inRight == right.end()) return inLeft == left.end() && inRight != right.end();
-  return *inLeft < *inRight;
+void SortByHeads(Keys keys, SortOrder order) {
+  const auto ascends = [](const SortKey& left, const SortKey& right) { return left.head < right.head; };
+  const auto descends = [](const SortKey& left, const SortKey& right) { return left.head > right.head; };
+  const bool isDone =
+      order == SortOrder::kAscending ? std::ranges::is_sorted(keys, ascends) : std::ranges::is_sorted(keys, descends);
+  if (isDone) return;  // as usual where all are alike so far
+  if (order == SortOrder::kAscending) {
+    std::ranges::stable_sort(keys, ascends);
+  } else {
+    std::ranges::stable_sort(keys, descends);
+  }
 }
 
 }  // namespace
@@ -179,16 +195,32 @@ SortKey MakeSortKey(KeyKind kind, std::string_view text, std::uint32_t row) noex
   return TextKey(text, row);
 }
 
-bool RestPrecedes(const SortKey& left, const SortKey& right) noexcept {
-  const std::string_view leftRest(left.rest, left.restSize);
-  const std::string_view rightRest(right.rest, right.restSize);
-  switch (left.head >> kClassShift) {
-    case 0:
-      return TextPrecedes(leftRest, rightRest);
-    case kNegativeClass:
-      return DigitsPrecede(rightRest, leftRest);
-    default:
-      return DigitsPrecede(leftRest, rightRest);
+bool Precedes(SortKey left, SortKey right) noexcept {
+  while (left.head == right.head && (left.restSize | right.restSize) != 0) {
+    Advance(left);
+    Advance(right);
+  }
+  return left.head < right.head;
+}
+
+void SortKeys(std::vector<SortKey>& keys, SortOrder order) {
+  // Runs of keys whose heads are not compared yet, as positions; they do not overlap.
+  struct Run {
+    std::uint32_t begin;
+    std::uint32_t end;
+  };
+  std::vector<Run> todo{{0, static_cast<std::uint32_t>(keys.size())}};
+  while (!todo.empty()) {
+    const Run run = todo.back();
+    todo.pop_back();
+    SortByHeads(Keys(keys).subspan(run.begin, run.end - run.begin), order);
+    for (std::uint32_t begin = run.begin, end = begin; begin < run.end; begin = end) {
+      bool hasRest = false;
+      for (; end < run.end && keys[end].head == keys[begin].head; ++end) hasRest |= keys[end].restSize != 0;
+      if (!hasRest || end - begin == 1) continue;
+      for (std::uint32_t i = begin; i < end; ++i) Advance(keys[i]);
+      todo.push_back({begin, end});
+    }
   }
 }
 

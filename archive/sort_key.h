@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace oxaqrycln {
 
@@ -14,11 +15,12 @@ enum class KeyKind { kText, kDate, kNumber };
 // read as Variant::ToLong reads a text, so "1024" is 0x400; what it does not read ("", "&H400") stands for texts.
 KeyKind KindOfFlags(std::string_view flags) noexcept;
 
+// What is compared of a field at one time, and what may have to be compared after it.
 struct SortKey {
-  std::uint64_t head;      // decides unless it is equal
-  const char* rest;        // then this text does, up to restSize characters
-  std::uint32_t restSize;  // 0: the head says everything
-  std::uint32_t row;       // the caller's: where the key comes from
+  std::uint64_t head;
+  const char* rest;
+  std::uint32_t restSize;
+  std::uint32_t row;  // the caller's: where the key comes from
 };
 
 // The key of a field's text.
@@ -31,14 +33,13 @@ struct SortKey {
 // What is no date or number comes before all that are, in the order of texts; the empty text is the first.
 SortKey MakeSortKey(KeyKind kind, std::string_view text, std::uint32_t row) noexcept;
 
-// For keys with equal heads.
-bool RestPrecedes(const SortKey& left, const SortKey& right) noexcept;
+// Whether left comes before right in ascending order. Both are keys of one kind, as MakeSortKey made them.
+bool Precedes(SortKey left, SortKey right) noexcept;
 
-// Whether left comes before right in ascending order; both are keys of one kind.
-inline bool Precedes(const SortKey& left, const SortKey& right) noexcept {
-  if (left.head != right.head) return left.head < right.head;
-  return (left.restSize | right.restSize) != 0 && RestPrecedes(left, right);
-}
+enum class SortOrder { kAscending, kDescending };
+// Sorts keys of one kind, as MakeSortKey made them; equal ones keep their order. Only the rows of the keys may be used
+// afterwards. Takes up to twelve bytes a key beside them, and reads each character of the texts at most once.
+void SortKeys(std::vector<SortKey>& keys, SortOrder order);
 
 }  // namespace oxaqrycln
 

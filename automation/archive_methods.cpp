@@ -69,10 +69,8 @@ std::vector<MethodEntry> QueryAndHitList() {
           {"TELOSortHitlistInit", kGroup,
            "Number of rows (Long), the title row included; -1 (Integer) when there is no such column or no title row.",
            "Sorts the list of the last query's hits by a display column, counted from 1: texts, dates or numbers, as "
-           "the "
-           "server's flags say. The first sort by a column turns the direction of the data round, each further one "
-           "that "
-           "of the last sort."},
+           "the server's flags say. The first sort by a column turns the direction of the data round, each further "
+           "one that of the last sort."},
           "lngCol"),
       Method<&clsQuery::TELOSortHitlistNext>(
           {"TELOSortHitlistNext", kGroup, "The row's display columns, \"^column^,^column^\", \"\" at the end.",

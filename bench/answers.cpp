@@ -4,17 +4,23 @@
 #include <random>
 
 namespace oxaqrycln::bench {
+namespace {
+
+// A number of at most seven digits, in no order, so that the titles have to be sorted.
+int Scattered(int i) { return static_cast<int>(static_cast<unsigned>(i) * 2654435761U % 9999999U); }
+
+}  // namespace
 
 std::string HitList(int rows) {
   std::string text = "Status: OK\r\n" + std::to_string(rows) +
-                     "\r\n10=Title;11=Customer;12=Date\r\n0\r\n^0^,^0^,^1024^\r\n"
+                     "\r\n10=Title;11=Customer;12=Date\r\n0\r\n^0^,^0^,^0^,^0^,^0^,^1024^\r\n"
                      "^Reference^,^DocID^,^Version^,^Title^,^Customer^,^Date^\r\n";
   text.reserve(text.size() + static_cast<std::size_t>(rows) * 73);
   char line[128];
   for (int i = 0; i < rows; ++i) {
     const int length =
         std::snprintf(line, sizeof line, "^$(#Mail)\\Inbox^,^%08d^,^%d^,^Offer %07d^,^Hill %03d^,^%02d.0%d.2003^\r\n",
-                      i, i % 9 + 1, i % 9999999, i % 1000, i % 28 + 1, i % 9 + 1);
+                      i, i % 9 + 1, Scattered(i), i % 1000, i % 28 + 1, i % 9 + 1);
     text.append(line, static_cast<std::size_t>(length));
   }
   return text;

@@ -1,13 +1,16 @@
 // The benchmarks; or, for what is measured from outside the process:
 //   oxaqrycln_bench --requests N   sends N searches of 100 rows and nothing else (system calls)
 //   oxaqrycln_bench --peak ROWS    one search; prints the peak memory it added beside the size of the answer
+//   oxaqrycln_bench --sort ROWS    one search and two sorts; prints the peak memory the sorts added beside the rows
 //   oxaqrycln_bench --first ROWS   prints the nanoseconds of the limit beside those of the first search of a process
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +29,14 @@ long PeakKilobytes() {
   return usage.ru_maxrss;
 }
 
+long PresentKilobytes() {
+  std::ifstream file("/proc/self/statm");  // sizes in pages: of the addresses, of what is there of them
+  long addresses = 0;
+  long present = 0;
+  file >> addresses >> present;
+  return present * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
 int SendRequests(int count) {
   BenchQuery page;
   for (int i = 0; i < count; ++i) {
@@ -42,6 +53,17 @@ int MeasurePeak(int rows) {
   const long added = (PeakKilobytes() - before) * 1024;
   const auto answer = static_cast<long>(oxaqrycln::bench::HitList(rows).size());
   std::printf("%ld %ld\n", added, answer);
+  return 0;
+}
+
+int MeasureSort(int rows) {
+  BenchQuery page;
+  if (page.Search(rows) != rows + 1) return 1;
+  const long before = PresentKilobytes();
+  for (int sort = 0; sort < 2; ++sort) {  // the second one replaces an order
+    if (page.query.TELOSortHitlistInit(1).ToLong() != rows + 1) return 1;
+  }
+  std::printf("%ld %d\n", (PeakKilobytes() - before) * 1024, rows);
   return 0;
 }
 
@@ -77,6 +99,7 @@ int main(int argc, char** argv) {
   oxaqrycln::bench::StayOnProcessor(0);
   if (argc == 3 && std::string_view(argv[1]) == "--requests") return SendRequests(std::atoi(argv[2]));
   if (argc == 3 && std::string_view(argv[1]) == "--peak") return MeasurePeak(std::atoi(argv[2]));
+  if (argc == 3 && std::string_view(argv[1]) == "--sort") return MeasureSort(std::atoi(argv[2]));
   if (argc == 3 && std::string_view(argv[1]) == "--first") return MeasureFirst(std::atoi(argv[2]));
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;

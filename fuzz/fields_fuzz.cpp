@@ -20,6 +20,17 @@ void CheckRecord(std::string_view line) {
   Require(ErrorOf([&] { fields.Field(count); }) == error::kSubscriptOutOfRange, "there is no field more");
   Require(ErrorOf([&] { fields.Field(-1); }) == error::kSubscriptOutOfRange, "there is no field below 0");
 
+  // The last field also without the caret that closes the line, or without the ",^" that was added.
+  const bool isClosed = expected.back().empty();
+  const std::int32_t last = isClosed ? count - 2 : count - 1;
+  for (std::int32_t i = 1; i < count; ++i) {
+    std::string_view field = expected[static_cast<std::size_t>(i)];
+    if (i == last && !isClosed) field.remove_suffix(2);
+    std::string_view found;
+    Require(FindRecordField(line, i, found) == (i <= last), "a line has the fields up to its closing caret");
+    Require(i > last || found == field, "a field is found where the cut has it");
+  }
+
   HitHead head;
   if (!SplitHitHead(line, head)) return;
   Require(head.reference == expected.at(1) && head.documentId == expected.at(2) && head.version == expected.at(3),
