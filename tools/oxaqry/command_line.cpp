@@ -55,7 +55,8 @@ void AddSearch(CommandParser& parser) {
   CLI::App* const search = parser.AddQuery(
       "search", "run a query and show its hit list",
       "Examples:\n  oxaqry search invoice --hosts localhost,2001\n"
-      "  oxaqry search '\"annual report\" NOT draft' --max 20 --format 'Full text' --hosts localhost,2001",
+      "  oxaqry search '\"annual report\" NOT draft' --max 20 --format 'Full text' --hosts localhost,2001\n"
+      "  oxaqry search invoice --sort Date:desc --hosts localhost,2001",
       [request](const Settings& settings, const Output& output) { return Search(settings, *request, output); });
   search->add_option("QUERY", request->query, "the query expression")->required()->type_name("");
   search->add_option("--max", request->maxLines, "largest number of hits to show (default 100)")
@@ -68,6 +69,10 @@ void AddSearch(CommandParser& parser) {
   search->add_option("--rights", request->rights, "folder rights expression that restricts the search")->type_name("R");
   search->add_option("--layout", request->layoutId, "id of the hit list layout")->type_name("ID");
   search->add_option("--layout-field", request->layoutFieldId, "field id of the hit list layout")->type_name("ID");
+  search
+      ->add_option("--sort", request->sort,
+                   "column to sort the hits shown by, its title or number (1 is behind the version)")
+      ->type_name("COLUMN[:desc]");
 }
 
 void AddOwnCommands(CommandParser& parser, const Surroundings& surroundings) {

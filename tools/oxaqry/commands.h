@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -36,6 +37,7 @@ struct SearchRequest {
   std::string rights;
   std::string layoutId;
   std::string layoutFieldId;
+  std::optional<std::string> sort;  // "COLUMN[:desc]"
 };
 
 int Live(const Settings& settings, const Output& output);

@@ -7,6 +7,7 @@
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/commands.h"
 #include "tools/oxaqry/document_name.h"
+#include "tools/oxaqry/hit_order.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
 
@@ -55,9 +56,10 @@ std::vector<std::string> SplitColumns(std::string_view text) {
   }
 }
 
+// In the server's order, unless the list was sorted.
 Row NextRow(clsQuery& query, std::int32_t number) {
   Row row;
-  row.columns = SplitColumns(query.TELOQueryArchiveNext(&row.channel, &row.archive, &row.document, &row.version));
+  row.columns = SplitColumns(query.TELOSortHitlistNext(&row.channel, &row.archive, &row.document, &row.version));
   // A row that cannot be read leaves the channel unwritten, and the walk stands still.
   if (row.channel.IsEmpty()) {
     throw CommandError("row " + std::to_string(number) +
@@ -128,6 +130,7 @@ void PrintTable(clsQuery& query, const HitList& list, std::ostream& out) {
 int Search(const Settings& settings, const SearchRequest& request, const Output& output) {
   const auto query = settings.Connect();
   const HitList list = Run(*query, request);
+  if (request.sort && list.rowCount > 0) SortHits(*query, *request.sort, NextRow(*query, 1).columns, list.rowCount);
   if (output.json) {
     PrintJson(*query, list, output.out);
   } else {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -107,6 +108,26 @@ TEST(Commands, ShowAHitListWithItsTitles) {
   }
   EXPECT_EQ(server.Document({"search", "nosuchwordanywhere", "--json"})["hits"], Json::array());
   EXPECT_THAT(server.Command({"search", "nosuchwordanywhere"}).out, HasSubstr("Showing 0 of 0 hits"));
+}
+
+TEST(Commands, SortByDateAndAmountAsTheServersFlagsSay) {
+  const RunningServer server;
+  const auto columnOf = [&](const std::string& order, std::size_t column) {
+    std::vector<std::string> texts;
+    const Json list = server.Document({"search", "invoice", "--layout", "2", "--json", "--sort", order});
+    for (const Json& hit : list["hits"]) texts.push_back(hit["columns"][column]);
+    EXPECT_EQ(texts.size(), 30U);
+    return texts;
+  };
+  const auto byDay = [](const std::string& date) { return date.substr(6) + date.substr(3, 2) + date.substr(0, 2); };
+  const auto cents = [](std::string amount) {
+    std::erase(amount, ',');
+    return amount.empty() ? -1 : std::stoi(amount);
+  };
+  EXPECT_TRUE(std::ranges::is_sorted(columnOf("Date", 2), std::ranges::less(), byDay));
+  EXPECT_TRUE(std::ranges::is_sorted(columnOf("Date:desc", 2), std::ranges::greater(), byDay));
+  EXPECT_TRUE(std::ranges::is_sorted(columnOf("amount", 3), std::ranges::less(), cents));
+  EXPECT_TRUE(std::ranges::is_sorted(columnOf("4:desc", 3), std::ranges::greater(), cents));
 }
 
 TEST(Commands, FailWithTheServersOwnText) {

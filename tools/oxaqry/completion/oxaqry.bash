@@ -24,7 +24,7 @@ _oxaqry() {
       return ;;
     --hosts|--user|--timeout|--session|--change-file-ext|--user-ip|--user-name|--login-time)
       return ;;
-    --max|--query-max|--format|--rights|--layout|--layout-field|--query|--mark-on|--mark-off)
+    --max|--query-max|--format|--rights|--layout|--layout-field|--sort|--query|--mark-on|--mark-off)
       return ;;
     --channel|--archive|--title|--field|--charset|--segment|--print|--pages|--size)
       return ;;
@@ -45,7 +45,7 @@ _oxaqry() {
     "") options="$commands --help --version" ;;
     live|direct|channels|formats|properties|masks|servers|write-test) options=$settings ;;
     archives) options="$settings --all --ext" ;;
-    search) options="$settings --max --query-max --format --rights --layout --layout-field" ;;
+    search) options="$settings --max --query-max --format --rights --layout --layout-field --sort" ;;
     show) options="$settings --query --mark-on --mark-off" ;;
     create) options="$settings --channel --archive $contents" ;;
     edit) options="$settings $contents" ;;
