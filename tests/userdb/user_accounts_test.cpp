@@ -262,7 +262,9 @@ TEST(BackslashAsEscape, IsRefusedWhereItWouldHideTheEndOfAText) {
     EXPECT_EQ(query.WriteUserToDB("domain\\user", "p"), id) << literal;
     EXPECT_EQ(query.CheckLogon("domain\\user"), Variant::Long(isRefused ? 0 : 2)) << literal;
     // The quote behind the backslash would belong to the text, and what follows would be a statement.
-    EXPECT_EQ(query.WriteUserToDB("x", "p", "\\", "p"), isRefused ? Variant::Integer(-1) : Variant::Long(3)) << literal;
+    EXPECT_EQ(query.WriteUserToDB("x\\", "", ", NULL, NULL, NULL); DELETE FROM Users; --", "p"),
+              isRefused ? Variant::Integer(-1) : Variant::Long(3))
+        << literal;
     EXPECT_EQ(query.ChangePasswd("x\\", "p", "q"), Variant::Integer(0)) << literal;
     EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(isRefused ? 1 : 3)) << literal;
     EXPECT_EQ(page.Failed("WriteUserToDB", "5 - A text for the database holds a backslash"), isRefused) << literal;
