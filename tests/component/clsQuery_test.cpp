@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
+#include <future>
 #include <memory>
 #include <string>
 
@@ -21,6 +23,8 @@
 
 namespace oxaqrycln::testing {
 namespace {
+
+using namespace std::chrono_literals;
 
 // A database that a host registers; records what is asked of it. One opened as "stuck" fails to close.
 class HostDatabase : public Connection {
@@ -239,35 +243,64 @@ TEST(HelperMethods, FailThroughTheirHandlers) {
   });
 }
 
-TEST(Instance, MayEndInsideAYieldOfItsOwnRequest) {
+TEST(Instance, MayEndInsideAnyYieldOfItsOwnRequestWhichThenDoesNothingMore) {
   struct Case {
     const char* name;
-    const char* before;  // servers ahead of the one that never answers
-    bool isFirstBusy;
+    const char* after;   // ends once the log holds this; nullptr: in a timer's tick
+    const char* before;  // servers ahead of the scripted one
+    bool isFirstBusy = false;
+    bool answers = false;
   };
   for (const Case& each :
-       {Case{"while it waits for the answer", "", false}, Case{"while it scans busy servers", "127.0.0.1,1|", true}}) {
+       {Case{"before the first claim", nullptr, ""}, Case{"while it scans busy servers", "", "127.0.0.1,1|", true},
+        Case{"while it looks up a name", "Found free server #1: slow", "slow.example,1|"},
+        Case{"while it waits for the answer", "Winsock connection established", ""},
+        Case{"when it has the answer", "Response received", "", false, true}}) {
     InOwnThread([&] {
       const TemporaryDirectory logs;
-      ScriptedServer server(ScriptedServer::Silent());
+      ScriptedServer server(each.answers ? ScriptedServer::Replies(Answer({"a,1"})) : ScriptedServer::Silent());
       auto query = std::make_unique<clsQuery>();
       const Settings settings(*query, logs);
-      query->lngRequestTimeout = 60;
+      query->lngRequestTimeout = 10;
       query->RemoteHosts(each.before + server.Host());
       ASSERT_TRUE(query->Init(false));
       const auto apartment = Apartment::Current();
-      if (each.isFirstBusy) apartment->servers.GetFreeServer(false, "other");
+      std::promise<void> release;
+      apartment->resolver = [released = release.get_future().share()](const std::string&) {
+        released.wait_for(20s);
+        return LookupResult{{}, 11001};
+      };
+      ServerTable& servers = apartment->servers;
+      if (each.isFirstBusy) servers.GetFreeServer(false, "other");
       clsQuery* const running = query.get();
-      apartment->loop.Post([&] { query.reset(); });
+      std::string before;
+      const auto end = [&] {
+        query.reset();
+        before = logs.Read("S1.log");
+      };
+      Timer tick(apartment->loop, 1s, end);
+      tick.Enable(each.after == nullptr);
+      apartment->clock.Advance(1s);
+      const std::function<void()> endWhenLogged = [&] {
+        if (logs.Read("S1.log").find(each.after) != std::string::npos) return end();
+        apartment->loop.Post(endWhenLogged);
+      };
+      if (each.after != nullptr) apartment->loop.Post(endWhenLogged);
       Variant status;
       EXPECT_EQ(running->TELOGetChannelsInit(&status), Variant::Integer(-1)) << each.name;
+      release.set_value();
       EXPECT_EQ(status, Variant("General processing error: 91 - The instance has ended while its request was running"))
           << each.name;
-      EXPECT_FALSE(apartment->servers.At(apartment->servers.Count()).busy) << each.name;
+      const std::string rest = logs.Read("S1.log").substr(before.size());
+      EXPECT_LT(rest.find("'Request()': 91 - "), rest.find('\n')) << each.name << ": more was done\n" << rest;
+      EXPECT_NE(rest.find("     Terminating OXAQryCln instance for session id S1\r\n"), std::string::npos) << each.name;
+      int claims = 0;
+      for (std::int16_t number = 1; number <= servers.Count(); ++number) {
+        EXPECT_EQ(servers.At(number).busy, servers.At(number).session == "other") << each.name;
+        claims += servers.At(number).session == "S1" ? 1 : 0;
+      }
+      EXPECT_EQ(claims, each.after == nullptr ? 0 : 1) << each.name;
       EXPECT_EQ(apartment->controls.GetFreeControl(), 1) << each.name;
-      EXPECT_NE(logs.Read("S1.log").find("     Terminating OXAQryCln instance for session id S1\r\n"),
-                std::string::npos)
-          << each.name;
     });
   }
 }
