@@ -40,13 +40,15 @@ TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
         Case{"server path", "D:\\out\\scan.tif", "scan.PDF"}, Case{"slashes", "/out/a.txt", "a.txt"},
         Case{"short", ".c", ".c"}, Case{"parent", "out\\..", nullptr}, Case{"device", "com1.tif", nullptr},
         Case{"no name", "", ""}, Case{"a directory alone", "out\\", ""}, Case{"of a directory", "folder.tif", nullptr},
-        Case{"of a pipe", "pipe.tif", nullptr}, Case{"of a link to a device", "null.tif", nullptr}}) {
+        Case{"of a pipe", "pipe.tif", nullptr}, Case{"of a link to a device", "null.tif", nullptr},
+        Case{"of a link to a file", "link.tif", "link.PDF"}}) {
     WithAnswer({"12", each.sent, "more"}, [&](Page& page) {
       const TemporaryDirectory blobs;
       blobs.Write("scan.tif", "content");
       std::filesystem::create_directory(blobs.File("folder.tif"));
       ASSERT_EQ(mkfifo(blobs.File("pipe.tif").c_str(), 0600), 0);
       std::filesystem::create_symlink("/dev/null", blobs.File("null.tif"));
+      std::filesystem::create_symlink("scan.tif", blobs.File("link.tif"));
       page.query.strBlobPathLocal = blobs.path();
       page.query.strChangeFileExt = "TIF-PDF,C-PDF";
       Variant name = "kept";

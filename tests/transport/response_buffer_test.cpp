@@ -124,7 +124,9 @@ TEST(ResponseBuffer, SortsShortAndLikeLinesInTwelveBytesALine) {
         Case{"one letter", [](std::uint32_t i) { return std::string(1, static_cast<char>('a' + i % 26)); }},
         Case{"a long common start",
              [](std::uint32_t i) { return "channel of the archive " + std::to_string(i % 977); }},
-        Case{"each is the start of the next", [](std::uint32_t i) { return std::string(i % 200, 'x'); }}}) {
+        Case{"each is the start of the next", [](std::uint32_t i) { return std::string(i % 200, 'x'); }},
+        Case{"two that agree for half a million characters",
+             [](std::uint32_t i) { return std::string(i < 2 ? 500'000 : 0, 'x'); }}}) {
     std::string text;
     std::vector<std::string> lines;
     for (std::int32_t i = 0; i < kLines; ++i) {
