@@ -14,6 +14,7 @@ inline constexpr std::string_view kDoneResult = "1 (Long), or -1 (Integer) on fa
 
 std::vector<MethodEntry> WebUsers();
 std::vector<MethodEntry> UserRights();
+std::vector<MethodEntry> Outliners();
 std::vector<MethodEntry> ChannelsAndArchives();
 std::vector<MethodEntry> QueryAndHitList();
 std::vector<MethodEntry> DocumentsAndSegments();

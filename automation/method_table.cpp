@@ -103,9 +103,9 @@ std::vector<MethodEntry> LogAndDiagnostics() {
 
 std::vector<MethodEntry> MakeMethods() {
   std::vector<MethodEntry> methods;
-  for (auto group :
-       {LifeCycle, TextAndFileHelpers, QueryServers, WebUsers, UserRights, ChannelsAndArchives, QueryAndHitList,
-        DocumentsAndSegments, Content, DocumentChanges, Upload, NotesAndMasks, Encryption, LogAndDiagnostics}) {
+  for (auto group : {LifeCycle, TextAndFileHelpers, QueryServers, WebUsers, UserRights, Outliners, ChannelsAndArchives,
+                     QueryAndHitList, DocumentsAndSegments, Content, DocumentChanges, Upload, NotesAndMasks, Encryption,
+                     LogAndDiagnostics}) {
     std::ranges::move(group(), std::back_inserter(methods));
   }
   return methods;

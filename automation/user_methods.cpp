@@ -56,6 +56,47 @@ std::vector<MethodEntry> UserRights() {
       Method<&clsQuery::GetUserChannels>(
           {"GetUserChannels", kGroup, kResult, "The channels that a user or the user's groups may see: \"^A^,^B^\"."},
           "strUserID", "strChannels"),
+      Method<&clsQuery::GetUserDocRights>(
+          {"GetUserDocRights", kGroup, "Number of conditions (Long), Empty on failure.",
+           "The conditions by which documents of an archive are shown to a user, a line "
+           "\"^definition^,^field^,^operator^,^value^,^type^\" each, by definition and grade."},
+          "strUserID", "strChannel", "strArchive", "strDocRights"),
+      Method<&clsQuery::GetUserSearchRights>(
+          {"GetUserSearchRights", kGroup, "Number of fields (Long), each counted once, Empty on failure.",
+           "How a user's searches in an archive are restricted: values that fields must have, a line "
+           "\"^field^,^value^\" each, and the hidden fields and those without a matchcode: \"^3^,^7^\"."},
+          "strUserID", "strChannel", "strArchive", "strFixedValues", "strHiddenFields", "strNoMatchcodeFields"),
+  };
+}
+
+std::vector<MethodEntry> Outliners() {
+  constexpr std::string_view kGroup = "Outliners";
+  return {
+      Method<&clsQuery::GetOutliner>(
+          {"GetOutliner", kGroup, "Number of outliners (Long), or -1 (Integer) on failure.",
+           "The outliners of an archive, trees of predefined search values, a line \"^ID^,^name^\" each, by name."},
+          "strChannel", "strArchive", "strOutliner"),
+      Method<&clsQuery::GetOutlinerContentInit, 1>(
+          {"GetOutlinerContentInit", kGroup, "Number of nodes (Long), or -1 (Integer) on failure.",
+           "Loads the children of a node, or the roots when lngParentID is left out or 0, into a list of their own, "
+           "which no other method replaces."},
+          "lngOutlinerID", "lngParentID"),
+      Method<&clsQuery::GetOutlinerContentNext>(
+          {"GetOutlinerContentNext", kGroup, "The node's content, \"\" at the end.",
+           "The next node by content: its ID, its level and what the outliner says of the level, whether it is "
+           "expanded, and how many children it has."},
+          "lngID", "intLevel", "strFieldID", "strDescription", "strDataType", "blnExpand", "lngChildren"),
+      Method<&clsQuery::GetOutlinerContentReset>(
+          {"GetOutlinerContentReset", kGroup, "", "Goes back to the first node that was loaded."}),
+      Method<&clsQuery::UpdateOutlinerContent>(
+          {"UpdateOutlinerContent", kGroup, "1 (Long), or -1 (Integer) on failure and without such a node.",
+           "Stores for all users whether a node is expanded."},
+          "lngID", "blnExpand"),
+      Method<&clsQuery::GetOutlinerSearchExpr>(
+          {"GetOutlinerSearchExpr", kGroup, "The query, \"\" on failure and without such a node.",
+           "The query that finds what a node stands for: the conditions from the root down, "
+           "\"field:value AND field:\"value\"\"."},
+          "lngID"),
   };
 }
 

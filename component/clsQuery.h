@@ -120,6 +120,57 @@ class clsQuery {
   // "^channel^,^channel^".
   Variant GetUserChannels(const Variant& strUserID, Variant* strChannels = nullptr);
 
+  // Which definitions restrict what a user sees and searches in an archive: those that are given to the user himself or
+  // to a group he is a member of. A definition whose channel is empty or Null applies in every channel, one whose
+  // archive is empty or Null to every archive. A failure returns Empty with every output "". Texts stand in the outputs
+  // as they are stored, so a "^" or a line end in one is the page's to deal with.
+  // The conditions by which documents are shown. Returns their number (Long); strDocRights receives a line
+  // "^definition^,^field^,^operator^,^value^,^type^" with CR LF for each, by definition and grade. A definition that
+  // reaches the user in several ways counts once, conditions that differ only in their grade are two.
+  Variant GetUserDocRights(const Variant& strUserID, const Variant& strChannel, const Variant& strArchive,
+                           Variant* strDocRights = nullptr);
+  // The fields that searches are restricted in. Returns the number of fields in the definitions (Long), each counted
+  // once. strFixedValues receives a line "^field^,^value^" with CR LF for each value that a search must have, by field,
+  // then by character code; strHiddenFields and strNoMatchcodeFields the fields that are hidden and those that
+  // have no matchcode, "^field^,^field^", in ascending order. A definition applies to the archives that are listed for
+  // it; one without any applies nowhere.
+  Variant GetUserSearchRights(const Variant& strUserID, const Variant& strChannel, const Variant& strArchive,
+                              Variant* strFixedValues = nullptr, Variant* strHiddenFields = nullptr,
+                              Variant* strNoMatchcodeFields = nullptr);
+
+  // --- Outliners ---
+  // Trees of predefined search values in the database that Init opened. Names and contents are sorted in upper case by
+  // character code, as the channel lists are, whatever the collation of the database; numbers in them count as text.
+
+  // The outliners of an archive, whose channel and archive apply as those of the definitions above. Returns their
+  // number (Long), or -1 (Integer) on failure. strOutliner receives a line "^ID^,^name^" with CR LF for each, by name;
+  // "" on failure.
+  Variant GetOutliner(const Variant& strChannel, const Variant& strArchive, Variant* strOutliner = nullptr);
+  // Loads the children of a node, or with lngParentID left out or 0 the roots, by content. Returns their number (Long),
+  // 0 for an outliner or node that does not exist, or -1 (Integer) on failure; nothing is loaded then. The nodes
+  // outlive other requests: only this method replaces them.
+  Variant GetOutlinerContentInit(const Variant& lngOutlinerID, const Variant& lngParentID = Missing);
+  // The content of the next node; "" at the end with the outputs untouched, and for a node without content. lngID
+  // receives the node's ID (Long), intLevel its level (Integer), strFieldID, strDescription and strDataType what the
+  // outliner says of that level, "" when it says nothing, blnExpand whether the node is expanded (Boolean) and
+  // lngChildren how many children it has in its outliner (Long).
+  std::string GetOutlinerContentNext(Variant* lngID = nullptr, Variant* intLevel = nullptr,
+                                     Variant* strFieldID = nullptr, Variant* strDescription = nullptr,
+                                     Variant* strDataType = nullptr, Variant* blnExpand = nullptr,
+                                     Variant* lngChildren = nullptr);
+  // Goes back to the first node.
+  void GetOutlinerContentReset();
+  // Stores for all users whether a node is expanded. Returns 1 (Long), or -1 (Integer) on failure and when there is no
+  // such node. Nodes that are loaded stay as they are.
+  Variant UpdateOutlinerContent(const Variant& lngID, const Variant& blnExpand);
+  // The query that finds what a node stands for: the conditions from the root down to the node, joined by " AND ". A
+  // level takes part unless its search setting is blank, Null, "False" or a spelling of the number 0. A condition is
+  // field:"value" for the data type "TXT" and field:value for others; a value of those is quoted, too, when it is empty
+  // or holds anything but letters, digits, ".", "-", "_" and "*". A double quote in a value becomes a blank. "" for a
+  // node that does not exist, on failure, and when no level takes part; parents that form a circle are a failure. A
+  // parent that does not exist, or belongs to another outliner, ends the walk as the root does.
+  std::string GetOutlinerSearchExpr(const Variant& lngID);
+
   // --- Channels and archives ---
 
   Variant TELOGetChannelsInit(Variant* strParamStatus = nullptr);

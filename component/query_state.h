@@ -12,6 +12,7 @@
 #include "component/clsQuery.h"
 #include "component/hit_list_store.h"
 #include "component/log_writer.h"
+#include "component/outliner_list.h"
 #include "component/text_list.h"
 #include "component/trap.h"
 #include "platform/database.h"
@@ -54,6 +55,7 @@ struct QueryState {
   HitListStore hits;       // those of the last query
   HitListStore givenHits;  // those that the page gave to be sorted
   TextList texts;
+  OutlinerList outliner;
   std::string segmentLineBreak = "\r\n";
   std::string transferDescription;  // the file that was received last, "<path>"
   std::shared_ptr<Connection> database;

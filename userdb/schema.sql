@@ -46,6 +46,8 @@ CREATE TABLE UserChannels (
   PRIMARY KEY (UserID, Channel)
 );
 
+-- A channel or archive '' stands for all of them in DocRights, SearchRightArchives and OutlinerArchives. The component
+-- also takes Null, which tables made by others may hold; two of these keys cannot, so no table here allows it.
 CREATE TABLE DocRights (
   DocRightID INTEGER NOT NULL PRIMARY KEY,
   Channel VARCHAR(255) NOT NULL,
@@ -125,4 +127,4 @@ CREATE TABLE OutlinerContent (
   Content VARCHAR(255) NOT NULL,
   Expand INTEGER NOT NULL
 );
-CREATE INDEX OutlinerContentByParent ON OutlinerContent (OutlinerID, NodeLevel, ParentID);
+CREATE INDEX OutlinerContentByParent ON OutlinerContent (OutlinerID, ParentID);
