@@ -10,7 +10,17 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-constexpr std::array<std::string_view, 7> kFields = {"title", "author", "customer", "type", "date", "amount", "text"};
+struct Field {
+  std::string_view name;
+  std::string_view id;
+};
+constexpr std::array<Field, 7> kFields = {{{"title", "10"},
+                                           {"author", "11"},
+                                           {"customer", "12"},
+                                           {"type", "13"},
+                                           {"date", "14"},
+                                           {"amount", "15"},
+                                           {"text", "16"}}};
 constexpr int kDepthLimit = 32;
 constexpr int kTermLimit = 200;
 
@@ -100,11 +110,14 @@ class Parser {
     if (word == "AND" || word == "OR" || word == "NOT") Fail("a term is missing before " + std::string(word));
     const std::size_t colon = word.find(':');
     if (colon == std::string_view::npos) return Value("");
-    const std::string field = LowerCase(word.substr(0, colon));
-    if (std::find(kFields.begin(), kFields.end(), field) == kFields.end()) {
+    const std::string named = LowerCase(word.substr(0, colon));
+    const auto found =
+        std::ranges::find_if(kFields, [&](const Field& each) { return each.name == named || each.id == named; });
+    if (found == kFields.end()) {
       Fail("there is no field '" + Printable(word.substr(0, colon)) +
            "' (fields are title, author, customer, type, date, amount, text)");
     }
+    const std::string field(found->name);
     rest_.remove_prefix(colon + 1);
     if (rest_.empty() || IsBlank(rest_.front()) || rest_.front() == ')') Fail("field '" + field + "' has no value");
     return Value(field + " : ");

@@ -13,7 +13,7 @@ namespace oxaqrycln::devserver {
 //   query   = group { "OR" group }
 //   group   = [ "NOT" ] term { [ "AND" ] [ "NOT" ] term }        at least one term without NOT
 //   term    = "(" query ")" | [ field ":" ] ( word [ "*" ] | '"' words '"' [ "*" ] | "(" query ")" )
-//   field   = title | author | customer | type | date | amount | text
+//   field   = title | author | customer | type | date | amount | text, or the field ID, 10 to 16 in this order
 //
 // Operators are upper-case. "*" alone is every document and gives the empty expression. Raises ServerError, with a
 // text that begins "Query: ", for anything else.

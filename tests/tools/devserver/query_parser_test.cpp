@@ -53,6 +53,9 @@ TEST(QueryParser, FindsWhatTheQueryMeans) {
       {"Title:red", ""},
       {"text:(red NOT pear)", "1"},
       {"title:t* text:red", "2"},
+      {"10:two", "2"},
+      {"16:(red NOT pear)", "1"},
+      {"10:\"t\"* AND 16:red", "2"},
       {"and", ""},
       // What SQLite would read as its own syntax is plain text here.
       {"red-apple", "1"},
@@ -83,6 +86,8 @@ TEST(QueryParser, SaysWhatIsWrong) {
       {"()", "missing before ')'"},
       {"\"red", "closing '\"'"},
       {"colour:red", "no field 'colour'"},
+      {"017:red", "no field '017'"},
+      {"17:red", "no field '17'"},
       {"title:", "has no value"},
       {"title: red", "has no value"},
       {"--- red", "no letter or digit"},
