@@ -9,6 +9,7 @@
 #include "tools/oxaqry/document_command_line.h"
 #include "tools/oxaqry/interruption.h"
 #include "tools/oxaqry/methods_command.h"
+#include "tools/oxaqry/outline_command.h"
 #include "tools/oxaqry/session.h"
 #include "tools/oxaqry/transfer_command_line.h"
 #include "tools/oxaqry/user_command_line.h"
@@ -104,6 +105,7 @@ void AddAllCommands(CommandParser& parser, const Surroundings& surroundings) {
   AddDocumentCommands(parser);
   AddTransferCommands(parser);
   AddUserCommands(parser);
+  AddOutline(parser);
   AddOwnCommands(parser, surroundings);
 }
 

@@ -70,10 +70,15 @@ void AddAccountCommands(CommandParser& parser, CLI::App& user) {
 }
 
 void AddDatabaseCommands(CommandParser& parser, CLI::App& user) {
-  parser.AddDatabase(user, "init", "make the tables in an empty database",
-                     "Examples:\n  oxaqry user init --database 'Driver=SQLite3;Database=/srv/web/users.sqlite'\n"
-                     "  oxaqry user init --config web.json",
-                     InitUsers);
+  const auto withSample = std::make_shared<bool>(false);
+  CLI::App* const init =
+      parser.AddDatabase(user, "init", "make the tables in an empty database",
+                         "Examples:\n  oxaqry user init --database 'Driver=SQLite3;Database=/srv/web/users.sqlite'\n"
+                         "  oxaqry user init --sample --config web.json",
+                         [withSample](const Settings& settings, const Output& output) {
+                           return InitUsers(settings, *withSample, output);
+                         });
+  init->add_flag("--sample", *withSample, "also document rights, search rights and outliners for devserver's archive");
   const auto path = std::make_shared<std::string>();
   CLI::App* const import = parser.AddDatabase(
       user, "import", "add the users of a CSV file, all or none",
@@ -108,6 +113,31 @@ void AddListCommands(CommandParser& parser, CLI::App& user) {
               *who);
 }
 
+void AddDefinitionCommands(CommandParser& parser, CLI::App& user) {
+  struct ListCommand {
+    const char* name;
+    const char* description;
+    const char* examples;
+    int (*run)(const Settings&, const UserArchive&, const Output&);
+  };
+  for (const ListCommand& each :
+       {ListCommand{"doc-rights", "list the conditions by which a user is shown the documents of an archive",
+                    "Example:\n  oxaqry user doc-rights anna Finance/Invoices --config web.json", ShowDocumentRights},
+        ListCommand{"search-rights", "list what restricts a user's searches in an archive",
+                    "Example:\n  oxaqry user search-rights anna Finance/Invoices --config web.json",
+                    ShowSearchRights}}) {
+    const auto who = std::make_shared<UserName>();
+    const auto where = std::make_shared<ArchiveArguments>();
+    CLI::App* const command =
+        parser.AddDatabase(user, each.name, each.description, each.examples,
+                           [who, where, run = each.run](const Settings& settings, const Output& output) {
+                             return run(settings, {*who, where->channel, where->archive}, output);
+                           });
+    AddUserName(*command, *who);
+    AddArchiveArguments(*command, *where);
+  }
+}
+
 CLI::Validator RightNumber() {
   return {[](const std::string& text) {
             const std::size_t digits = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
@@ -120,6 +150,14 @@ CLI::Validator RightNumber() {
 
 void AddGrants(CLI::App& command, Grants& grants) {
   command.add_option("--right", grants.rights, "a general right; may be repeated, as all of these")
+      ->allow_extra_args(false)
+      ->check(RightNumber())
+      ->type_name("N");
+  command.add_option("--doc-right", grants.documentRights, "a definition of document rights, by its ID")
+      ->allow_extra_args(false)
+      ->check(RightNumber())
+      ->type_name("N");
+  command.add_option("--search-right", grants.searchRights, "a definition of search rights, by its ID")
       ->allow_extra_args(false)
       ->check(RightNumber())
       ->type_name("N");
@@ -188,6 +226,7 @@ void AddUserCommands(CommandParser& parser) {
   AddDatabaseCommands(parser, *user);
   AddAccountCommands(parser, *user);
   AddListCommands(parser, *user);
+  AddDefinitionCommands(parser, *user);
   AddGrantCommands(parser, *user);
   AddExplain(parser, *user);
 }

@@ -14,8 +14,8 @@
 
 namespace oxaqrycln {
 
-// Makes the tables in a database that has none of them.
-int InitUsers(const Settings& settings, const Output& output);
+// Makes the tables in a database that has none of them; with the sample also rights and outliners to try.
+int InitUsers(const Settings& settings, bool withSample, const Output& output);
 
 struct AddUserRequest {
   std::string name;
@@ -44,15 +44,27 @@ int ListGroupsOf(const Settings& settings, const UserName& name, const Output& o
 // What the user may do himself and through his groups.
 int ShowRights(const Settings& settings, const UserName& name, const Output& output);
 
+// What restricts the user in an archive, by definitions of his own and of his groups.
+struct UserArchive {
+  UserName user;
+  std::string channel;
+  std::string archive;
+};
+int ShowDocumentRights(const Settings& settings, const UserArchive& request, const Output& output);
+int ShowSearchRights(const Settings& settings, const UserArchive& request, const Output& output);
+
 // What can be granted to a user or group.
 struct Grants {
   std::vector<std::int32_t> rights;
+  std::vector<std::int32_t> documentRights;
+  std::vector<std::int32_t> searchRights;
   std::vector<std::string> edits;  // ARCHIVE=LETTERS, the letters of N (new), E (edit), D (delete)
   std::vector<std::string> archives;
   std::vector<std::string> channels;
   std::vector<std::string> groups;
   bool IsEmpty() const noexcept {
-    return rights.empty() && edits.empty() && archives.empty() && channels.empty() && groups.empty();
+    return rights.empty() && documentRights.empty() && searchRights.empty() && edits.empty() && archives.empty() &&
+           channels.empty() && groups.empty();
   }
 };
 // All of it or nothing; what the user has already, or has not, stays so.

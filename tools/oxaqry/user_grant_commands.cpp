@@ -17,6 +17,8 @@ struct EntryTable {
   const char* column;
 };
 constexpr EntryTable kRights{"right", "UserRights", "RightID"};
+constexpr EntryTable kDocumentRights{"doc-right", "UserDocRights", "DocRightID"};
+constexpr EntryTable kSearchRights{"search-right", "UserSearchRights", "SearchRightID"};
 constexpr EntryTable kArchives{"archive", "UserArchives", "Archive"};
 constexpr EntryTable kChannels{"channel", "UserChannels", "Channel"};
 constexpr EntryTable kGroups{"group", "UserGroups", "GroupID"};
@@ -129,9 +131,24 @@ void ChangeMembership(UserDatabase& database, const WebUser& user, const std::st
   changes.Change(kGroups, std::to_string(group.id), name);
 }
 
+// Definitions are made by other means; one that does not exist restricts nothing, so that nobody would notice.
+void ChangeDefinitions(UserDatabase& database, const EntryTable& entries, const std::string& definitions,
+                       const std::vector<std::int32_t>& ids, bool isGrant, Changes& changes) {
+  for (const std::int32_t id : ids) {
+    const std::string number = std::to_string(id);
+    const std::string where = std::string(" WHERE ") + entries.column + "=" + number;
+    if (isGrant && database.Rows("SELECT 1 FROM " + definitions + where, 1).empty()) {
+      throw CommandError("there is no " + std::string(entries.kind) + " " + number + " in the table " + definitions);
+    }
+    changes.Change(entries, number, number);
+  }
+}
+
 int ChangeGrants(const Settings& settings, const UserName& name, const Grants& grants, bool isGrant,
                  const Output& output) {
-  if (grants.IsEmpty()) throw UsageError("give at least one of --right, --edit, --archive, --channel and --group");
+  if (grants.IsEmpty())
+    throw UsageError(
+        "give at least one of --right, --edit, --archive, --channel, --doc-right, --search-right and --group");
   std::vector<EditGrant> edits;
   for (const std::string& edit : grants.edits) edits.push_back(ParseEdit(edit));
   UserDatabase database(settings);
@@ -139,6 +156,8 @@ int ChangeGrants(const Settings& settings, const UserName& name, const Grants& g
   Changes changes(database, user, isGrant);
   UserTransaction transaction(database);
   for (const std::int32_t right : grants.rights) changes.Change(kRights, std::to_string(right), std::to_string(right));
+  ChangeDefinitions(database, kDocumentRights, "DocRights", grants.documentRights, isGrant, changes);
+  ChangeDefinitions(database, kSearchRights, "SearchRights", grants.searchRights, isGrant, changes);
   for (std::size_t i = 0; i < edits.size(); ++i) changes.ChangeEdit(edits[i], grants.edits[i]);
   for (const std::string& each : grants.archives) {
     changes.Change(kArchives, database.Literal(database.Entry(each, "the archive")), each);

@@ -9,11 +9,11 @@
 namespace oxaqrycln {
 namespace {
 
-// The statements of the schema, one at a time as a driver takes them. No text of the schema holds a ";".
-std::vector<std::string> Statements() {
-  const std::string_view schema = kUserSchema;
+// The statements of a script, one at a time as a driver takes them. No text of the scripts holds a ";".
+std::vector<std::string> Statements(const char* script) {
+  const std::string whole = TextFromUtf8(script);
   std::string text;
-  for (const std::string_view line : Split(schema, '\n')) {
+  for (const std::string_view line : Split(whole, '\n')) {
     if (!line.starts_with("--")) text.append(line).append("\n");
   }
   std::vector<std::string> statements;
@@ -36,9 +36,10 @@ std::vector<std::string> Tables(const std::vector<std::string>& statements) {
 
 }  // namespace
 
-int InitUsers(const Settings& settings, const Output& output) {
+int InitUsers(const Settings& settings, bool withSample, const Output& output) {
   UserDatabase database(settings, UserDatabase::Tables::Any);
-  const std::vector<std::string> statements = Statements();
+  const std::vector<std::string> statements = Statements(kUserSchema);
+  const std::vector<std::string> sample = withSample ? Statements(kUserSample) : std::vector<std::string>();
   const std::vector<std::string> tables = Tables(statements);
   for (const std::string& table : tables) {
     if (database.HasTable(table)) {
@@ -47,11 +48,13 @@ int InitUsers(const Settings& settings, const Output& output) {
   }
   UserTransaction transaction(database);
   for (const std::string& statement : statements) database.Execute(statement);
+  for (const std::string& statement : sample) database.Execute(statement);
   transaction.Commit();
   if (output.json) {
-    output.out << Json{{"tables", tables}}.dump(2) << '\n';
+    output.out << Json{{"tables", tables}, {"sampleRows", sample.size()}}.dump(2) << '\n';
   } else {
     output.out << "Made " << tables.size() << " tables\n";
+    if (withSample) output.out << "Added " << sample.size() << " rows of sample definitions\n";
   }
   return 0;
 }

@@ -6,6 +6,7 @@
 #include "platform/code_page.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
+#include "tools/oxaqry/user_lists.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln {
@@ -77,20 +78,6 @@ Json JsonOf(const Directory& directory, const ListedUser& user, bool isGroup) {
     json["groups"] = JsonList(directory.Names(directory.groupsOf, user.id));
   }
   return json;
-}
-
-// The entries of "^a^,^b^" or "[a],[b]".
-std::vector<std::string> Entries(const std::string& list) {
-  std::vector<std::string> entries;
-  if (list.size() < 2) return entries;
-  const std::string divider{list.back(), ',', list.front()};
-  const std::string inner = list.substr(1, list.size() - 2);
-  for (std::size_t from = 0;;) {
-    const std::size_t end = inner.find(divider, from);
-    entries.push_back(inner.substr(from, end - from));
-    if (end == std::string::npos) return entries;
-    from = end + divider.size();
-  }
 }
 
 using ListMethod = Variant (clsQuery::*)(const Variant&, Variant*);
@@ -171,7 +158,7 @@ int ListUsers(const Settings& settings, bool groups, const Output& output) {
 
 int ListGroupsOf(const Settings& settings, const UserName& name, const Output& output) {
   UserDatabase database(settings);
-  const auto groups = Entries(Ask(database, &clsQuery::GetUserGroups, database.User(name).id));
+  const auto groups = ListEntries(Ask(database, &clsQuery::GetUserGroups, database.User(name).id));
   if (output.json) {
     output.out << JsonList(groups).dump(2) << '\n';
     return 0;
@@ -183,10 +170,10 @@ int ListGroupsOf(const Settings& settings, const UserName& name, const Output& o
 int ShowRights(const Settings& settings, const UserName& name, const Output& output) {
   UserDatabase database(settings);
   const WebUser user = database.User(name);
-  const auto rights = Entries(Ask(database, &clsQuery::GetUserRights, user.id));
+  const auto rights = ListEntries(Ask(database, &clsQuery::GetUserRights, user.id));
   const auto edits = ReadEditRights(database, user.id);
-  const auto archives = Entries(Ask(database, &clsQuery::GetUserArchives, user.id));
-  const auto channels = Entries(Ask(database, &clsQuery::GetUserChannels, user.id));
+  const auto archives = ListEntries(Ask(database, &clsQuery::GetUserArchives, user.id));
+  const auto channels = ListEntries(Ask(database, &clsQuery::GetUserChannels, user.id));
   if (output.json) {
     output.out
         << Json{{"userId", user.id},           {"name", ToUtf8(user.name)},      {"rights", JsonNumbers(rights)},

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
@@ -88,6 +89,27 @@ TEST(Commands, ListWhatTheServerOffers) {
   EXPECT_THAT(server.Document({"formats", "Mail", "Inbox", "--json"})["formats"], ::testing::Not(IsEmpty()));
   EXPECT_EQ(server.Document({"properties", "Technik", "Prüfberichte", "--json"}).size(), 5U);
   EXPECT_EQ(server.Document({"direct", "^GetArchiveProperties^,^Mail^,^Inbox^", "--json"})["lines"].size(), 1U);
+}
+
+TEST(Commands, FindDocumentsByTheNodesOfTheSampleOutliners) {
+  const RunningServer server;
+  const testing::TemporaryDirectory directory;
+  const std::map<std::string, std::string> database{
+      {"OXAQRY_DATABASE", "Driver=SQLite3;Database=" + directory.File("users.sqlite")}};
+  ASSERT_EQ(RunOxaqry({"user", "init", "--sample"}, database).status, 0);
+  struct Case {
+    const char* node;
+    const char* hit;  // what the first hit shows
+  };
+  for (const Case& test :
+       {Case{"1", "Nordlicht Optik"}, Case{"3", "Nordlicht Optik"}, Case{"5", "Bäckerei Größling"}}) {
+    const ToolRun expression = RunOxaqry({"outline", "--expression", test.node}, database);
+    ASSERT_EQ(expression.status, 0) << expression.err;
+    const Json list = server.Document(
+        {"search", expression.out.substr(0, expression.out.size() - 1), "--layout", "2", "--max", "1", "--json"});
+    ASSERT_EQ(list["hits"].size(), 1U) << expression.out;
+    EXPECT_EQ(list["hits"][0]["columns"][0], test.hit);
+  }
 }
 
 TEST(Commands, ShowAHitListWithItsTitles) {

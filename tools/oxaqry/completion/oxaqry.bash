@@ -3,13 +3,14 @@
 _oxaqry() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
   local commands="live direct channels archives formats properties search show create edit delete note masks fetch
-    transfer upload user servers write-test session methods"
+    transfer upload user outline servers write-test session methods"
   local settings="--json --config --hosts --user --password-file --password-stdin --timeout --session --log-dir
     --blob-local --blob-remote --change-file-ext --user-ip --user-name --login-time --help"
   local database="--json --config --database --session --log-dir --help"
-  local grants="--id --right --edit --archive --channel --group"
+  local grants="--id --right --edit --archive --channel --doc-right --search-right --group"
   local contents="--title --field --contents --charset --import-file"
-  local users="init import add passwd check must-change list groups rights grant revoke explain"
+  local users="init import add passwd check must-change list groups rights doc-rights search-rights
+    grant revoke explain"
   local command="" action="" word options="" files=""
   COMPREPLY=()
 
@@ -28,7 +29,7 @@ _oxaqry() {
       return ;;
     --channel|--archive|--title|--field|--charset|--segment|--print|--pages|--size)
       return ;;
-    --database|--id|--right|--archive-user)
+    --database|--id|--right|--doc-right|--search-right|--archive-user|--depth|--expression)
       return ;;
   esac
 
@@ -59,16 +60,18 @@ _oxaqry() {
     user)
       case $action in
         "") options="$users --help" ;;
+        init) options="$database --sample" ;;
         import) options=$database files=yes ;;
         add) options="$database --group --archive-user --duplicate --password-stdin" ;;
         passwd) options="$database --id --make-user --password-stdin" ;;
         check) options="$database --password-stdin" ;;
         list) options="$database --groups" ;;
-        must-change|groups|rights) options="$database --id" ;;
+        must-change|groups|rights|doc-rights|search-rights) options="$database --id" ;;
         grant|revoke) options="$database $grants" ;;
         explain) options="$database --id --edit --archive --channel" ;;
         *) options=$database ;;
       esac ;;
+    outline) options="$database --depth --expression" ;;
     fetch) options="$settings --segment --first --print --pages --output --force --keep" ;;
     transfer) options="$settings --size --output --force" ;;
     upload) options="$settings --force" files=yes ;;
