@@ -14,12 +14,13 @@ const auto kDatabases = ::testing::Values(Kind::Sqlite, Kind::Postgres);
 INSTANTIATE_TEST_SUITE_P(Databases, Outliners, kDatabases, KindName);
 INSTANTIATE_TEST_SUITE_P(Databases, OutlinersOfOthers, kDatabases, KindName);
 
-// Outliner 1 has two levels that are described; outliner 2 is small.
+// Outliner 1 has two levels that are described, outliner 2 one, and a node whose parent is of outliner 1.
 constexpr const char* kTree = R"(
   INSERT INTO Outliner VALUES(1,'Customers');
   INSERT INTO Outliner VALUES(2,'Types');
   INSERT INTO OutlinerNodes VALUES(1,1,12,'Customer','TXT','1');
   INSERT INTO OutlinerNodes VALUES(1,2,14,'Year','NUM','yes');
+  INSERT INTO OutlinerNodes VALUES(2,1,13,'Type','TXT','1');
   INSERT INTO OutlinerContent VALUES(10,1,1,NULL,'papermill',1);
   INSERT INTO OutlinerContent VALUES(11,1,1,NULL,'Optician',0);
   INSERT INTO OutlinerContent VALUES(12,1,1,NULL,'Zoo',0);
@@ -131,7 +132,7 @@ TEST_P(Outliners, AreWalkedNodeByNode) {
            Case{"children", 1, "10", 2, "21 2 14/Year/NUM 2025 True 0\n20 2 14/Year/NUM 2026 False 1\n"},
            Case{"a level that is not described", 1, 20, 1, "30 3 // deep False 0\n"},
            Case{"a leaf", 1, 30, 0, ""},
-           Case{"another outliner", 2, Missing, 1, "40 1 // Letter False 0\n"},
+           Case{"another outliner", 2, Missing, 1, "40 1 13/Type/TXT Letter False 0\n"},
            Case{"a node of another outliner", 2, 10, 0, ""},
            Case{"no such outliner", 3, Missing, 0, ""},
            Case{"no such node", 1, 99, 0, ""},
@@ -202,7 +203,7 @@ TEST_P(Outliners, BecomeASearchFromTheRootDown) {
            Case{"a root", 10, "12:\"papermill\""},
            Case{"a child", "20", "12:\"papermill\" AND 14:2026"},
            Case{"below it a level that is not described", 30, "12:\"papermill\" AND 14:2026"},
-           Case{"an outliner without levels", 40, ""},
+           Case{"another outliner", 40, "13:\"Letter\""},
            Case{"a parent in another outliner", 41, ""},
            Case{"no such node", 99, ""},
            Case{"no node", 0, ""},

@@ -25,7 +25,8 @@ std::vector<std::vector<std::string>> ListLines(std::string_view lines, std::siz
     const std::size_t end = lines.find("\r\n");
     records.push_back(ListEntries(lines.substr(0, end)));
     if (records.back().size() != fieldCount) {
-      throw CommandError("a text in the web user database holds \"^\" or a line end, which divide the lists of pages");
+      throw CommandError(
+          "a text in the web user database holds \"^,^\" or a line end, which divide the lists of pages");
     }
     lines.remove_prefix(end == std::string_view::npos ? lines.size() : end + 2);
   }

@@ -15,7 +15,7 @@ namespace oxaqrycln {
 // The entries of "^a^,^b^" or "[a],[b]".
 std::vector<std::string> ListEntries(std::string_view list);
 // The lines "^a^,^b^", each ended by CR LF, as their fields. Raises CommandError for a line of another number of
-// fields, as a text with a caret or a line end in it makes them.
+// fields, as a text with "^,^" or a line end in it makes them.
 std::vector<std::vector<std::string>> ListLines(std::string_view lines, std::size_t fieldCount);
 
 // An ID as a number, or as text when it is none.

@@ -118,7 +118,7 @@ TEST_P(DefinitionCommands, TellTextsThatBreakTheListsOfPages) {
     for (const ToolRun& run : {database.User({"doc-rights", "anna", "a/b"}),
                                database.User({"search-rights", "anna", "a/b"}), database.Outline({"a/b"})}) {
       EXPECT_EQ(run.status, 1);
-      EXPECT_THAT(run.err, HasSubstr("holds \"^\" or a line end"));
+      EXPECT_THAT(run.err, HasSubstr("holds \"^,^\" or a line end"));
     }
   }
 }
