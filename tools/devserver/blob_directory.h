@@ -41,14 +41,21 @@ class PendingFile {
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
 
+  // The name it is to get, or got when it was committed.
   const std::string& name() const noexcept { return name_; }
   // For writers that want a descriptor of their own.
   int descriptor() const noexcept { return descriptor_.get(); }
   void Write(std::string_view bytes);
   // Replaces an older file of that name. Gives the length in bytes.
   std::int64_t Commit();
+  // As Commit, but never in the place of another file: "name-3f9a01bc.csv" where "name" is in use, with any extension
+  // (clients may change that of a file they were given).
+  std::int64_t CommitUnderFreeName();
 
  private:
+  std::int64_t Sync() const;
+  void SyncDirectory() const;
+
   int directory_;
   std::string name_;
   std::string temporary_;  // "" once committed

@@ -1,9 +1,12 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <system_error>
 
@@ -18,17 +21,33 @@ namespace {
 
 constexpr std::string_view kPartBegin = ".devserver-";
 constexpr std::string_view kPartEnd = ".part";
+constexpr int kMostAttempts = 16;
 
 [[noreturn]] void FailWithErrno(const std::string& what) {
   throw ServerError(what + ": " + std::generic_category().message(errno));
 }
 
-std::string PartName() {
+std::string RandomDigits(int count) {
   static constexpr std::string_view kDigits = "0123456789abcdef";
   std::random_device random;
-  std::string name(kPartBegin);
-  for (int digit = 0; digit < 16; ++digit) name += kDigits[random() % kDigits.size()];
-  return name.append(kPartEnd);
+  std::string digits;
+  for (int digit = 0; digit < count; ++digit) digits += kDigits[random() % kDigits.size()];
+  return digits;
+}
+
+std::string PartName() { return std::string(kPartBegin) + RandomDigits(16) + std::string(kPartEnd); }
+
+// Whether the directory holds a file of that native name, or of that name and any extension.
+bool HoldsStem(int directory, const std::string& stem) {
+  const int own = openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const std::unique_ptr<DIR, int (*)(DIR*)> listing(own < 0 ? nullptr : fdopendir(own), closedir);
+  if (listing == nullptr && own >= 0) close(own);
+  if (listing == nullptr) FailWithErrno("Listing the blob directory");
+  while (const dirent* entry = readdir(listing.get())) {
+    const std::string_view name = entry->d_name;
+    if (name.starts_with(stem) && (name.size() == stem.size() || name[stem.size()] == '.')) return true;
+  }
+  return false;
 }
 
 // The name in the file system's encoding.
@@ -38,6 +57,8 @@ std::string NativeName(std::string_view name) {
   }
   return NativePath(name);
 }
+
+std::string Storing(const std::string& name) { return "Storing '" + name + "' in the blob directory"; }
 
 std::string MakePrivateDirectory() {
   std::string path = (std::filesystem::temp_directory_path() / ("devserver-" + std::string(6, 'X'))).string();
@@ -82,15 +103,43 @@ void PendingFile::Write(std::string_view bytes) {
   }
 }
 
-std::int64_t PendingFile::Commit() {
+std::int64_t PendingFile::Sync() const {
   struct stat status {};
-  if (fstat(descriptor_.get(), &status) != 0 || fsync(descriptor_.get()) != 0 ||
-      renameat(directory_, temporary_.c_str(), directory_, NativeName(name_).c_str()) != 0) {
-    FailWithErrno("Storing '" + name_ + "' in the blob directory");
+  if (fstat(descriptor_.get(), &status) != 0 || fsync(descriptor_.get()) != 0) FailWithErrno(Storing(name_));
+  return status.st_size;
+}
+
+void PendingFile::SyncDirectory() const {
+  if (fsync(directory_) != 0) FailWithErrno(Storing(name_));
+}
+
+std::int64_t PendingFile::Commit() {
+  const std::int64_t byteCount = Sync();
+  if (renameat(directory_, temporary_.c_str(), directory_, NativeName(name_).c_str()) != 0) {
+    FailWithErrno(Storing(name_));
   }
   temporary_.clear();
-  if (fsync(directory_) != 0) FailWithErrno("Storing '" + name_ + "' in the blob directory");
-  return status.st_size;
+  SyncDirectory();
+  return byteCount;
+}
+
+std::int64_t PendingFile::CommitUnderFreeName() {
+  const std::int64_t byteCount = Sync();
+  const std::size_t dot = std::min(name_.rfind('.'), name_.size());
+  const std::string stem = name_.substr(0, dot);
+  const std::string extension = name_.substr(dot);
+  std::string name = HoldsStem(directory_, NativeName(stem)) ? stem + "-" + RandomDigits(8) + extension : name_;
+  // Another server of this directory may be as quick. A link, unlike a rename, replaces nothing.
+  for (int attempt = 1; linkat(directory_, temporary_.c_str(), directory_, NativeName(name).c_str(), 0) != 0;
+       ++attempt) {
+    if (errno != EEXIST || attempt == kMostAttempts) FailWithErrno(Storing(name));
+    name = stem + "-" + RandomDigits(8) + extension;
+  }
+  name_ = std::move(name);
+  unlinkat(directory_, temporary_.c_str(), 0);
+  temporary_.clear();
+  SyncDirectory();
+  return byteCount;
 }
 
 BlobDirectory::BlobDirectory(std::string path, bool isPrivate)

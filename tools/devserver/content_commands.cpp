@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <limits>
 
 #include "component/text_helpers.h"
@@ -19,14 +18,15 @@ constexpr std::int64_t kLargestUpload = std::numeric_limits<std::int32_t>::max()
 constexpr std::size_t kMostPages = 1000;
 constexpr std::size_t kPieceByteCount = 65536;
 
-// A name that tells what is in the file, so that files of different content never meet under one name.
+// A name that tells what is in the file.
 std::string FileName(const Document& document, const std::string& part, const std::string& extension) {
   std::string name = std::to_string(document.id) + "_" + std::to_string(document.version) + "_" + part;
   return extension.empty() ? name : name + "." + extension;
 }
 
+// Every fetch gets a file of its own, since nobody knows who has not read the last one yet.
 std::string CommitAndTell(PendingFile& file) {
-  const std::int64_t byteCount = file.Commit();
+  const std::int64_t byteCount = file.CommitUnderFreeName();
   return std::to_string(byteCount) + "\r\n" + file.name() + "\r\n";
 }
 
@@ -110,15 +110,6 @@ std::vector<std::int64_t> ParsePages(const std::string& list, const Document& do
   return pages;
 }
 
-// A short text for a list of pages, the same for the same list.
-std::string PagesPart(const std::vector<std::int64_t>& pages) {
-  std::uint64_t hash = 14695981039346656037U;
-  for (const std::int64_t page : pages) hash = (hash ^ static_cast<std::uint64_t>(page)) * 1099511628211U;
-  std::array<char, 17> digits{};
-  std::to_chars(digits.data(), digits.data() + 16, hash, 16);
-  return "pages_" + std::string(digits.data());
-}
-
 std::string PrintedSegment(const Segment& segment) {
   std::string lines = segment.Title() + ":";
   if (segment.type != SegmentType::kText) {
@@ -182,7 +173,7 @@ Reply GetSegmentMultiTif(const Call& call) {
   call.blobs.Require(call.parameters[5]);
   PageSource source(call.database, document);
   const auto pages = ParsePages(call.parameters[4], document, source.pageCount());
-  const auto file = call.blobs.Create(FileName(document, PagesPart(pages), "tif"));
+  const auto file = call.blobs.Create(FileName(document, "pages", "tif"));
   TiffWriter writer(file->descriptor());
   for (const std::int64_t page : pages) writer.Add(source.Read(page));
   writer.Close();

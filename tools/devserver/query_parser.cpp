@@ -22,7 +22,9 @@ constexpr std::array<Field, 7> kFields = {{{"title", "10"},
                                            {"amount", "15"},
                                            {"text", "16"}}};
 constexpr int kDepthLimit = 32;
-constexpr int kTermLimit = 200;
+// Every word of a phrase is looked up in the whole index, so words are limited and not terms: "a*a*a*" is one term.
+constexpr std::size_t kWordLimit = 200;
+constexpr std::size_t kByteLimit = 4096;
 
 [[noreturn]] void Fail(const std::string& text) { throw ServerError("Query: " + text); }
 
@@ -31,6 +33,20 @@ bool IsLetterOrDigit(char character) {
   if (code >= 0xC0) return code != 0xD7 && code != 0xF7;
   return (character >= '0' && character <= '9') || UpperCase(character) != character ||
          (character >= 'A' && character <= 'Z');
+}
+
+// At least as many as the full-text index finds in the value: a character of which it is not known here whether it
+// belongs to a word counts as one.
+std::size_t CountWords(std::string_view value) {
+  std::size_t count = 0;
+  bool inWord = false;
+  for (const char character : value) {
+    const bool isPart = IsLetterOrDigit(character);
+    const bool isUnknown = !isPart && static_cast<unsigned char>(character) >= 0x80;
+    if (isUnknown || (isPart && !inWord)) ++count;
+    inWord = isPart;
+  }
+  return count;
 }
 
 bool IsBlank(char character) { return character == ' ' || character == '\t'; }
@@ -131,7 +147,6 @@ class Parser {
       filter_ = outer;
       return group;
     }
-    if (++termCount_ > kTermLimit) Fail("more than " + std::to_string(kTermLimit) + " terms");
     const std::string value = Take('"') ? Phrase() : BareWord();
     // A field inside the parentheses of another one finds nothing outside of both, so there is nothing to mark.
     const bool nested = !filter_.empty() && !filter.empty() && filter_ != filter;
@@ -164,10 +179,12 @@ class Parser {
     return Quoted(phrase) + (Take('*') ? "*" : "");
   }
 
-  static std::string Quoted(std::string_view value) {
+  std::string Quoted(std::string_view value) {
     if (std::none_of(value.begin(), value.end(), IsLetterOrDigit)) {
       Fail("'" + Printable(value) + "' holds no letter or digit");
     }
+    wordCount_ += CountWords(value);
+    if (wordCount_ > kWordLimit) Fail("more than " + std::to_string(kWordLimit) + " words");
     return '"' + std::string(value) + '"';
   }
 
@@ -176,10 +193,13 @@ class Parser {
   std::string filter_;  // of the parentheses around
   int exclusions_ = 0;  // how many NOT stand around
   int depth_ = 0;
-  int termCount_ = 0;
+  std::size_t wordCount_ = 0;
 };
 
 std::string_view Trimmed(std::string_view query) {
+  if (query.size() > kByteLimit) {
+    Fail("it has " + std::to_string(query.size()) + " bytes, more than the " + std::to_string(kByteLimit) + " allowed");
+  }
   while (!query.empty() && IsBlank(query.front())) query.remove_prefix(1);
   while (!query.empty() && IsBlank(query.back())) query.remove_suffix(1);
   const auto isControl = [](char character) {

@@ -16,7 +16,8 @@ namespace oxaqrycln::devserver {
 //   field   = title | author | customer | type | date | amount | text, or the field ID, 10 to 16 in this order
 //
 // Operators are upper-case. "*" alone is every document and gives the empty expression. Raises ServerError, with a
-// text that begins "Query: ", for anything else.
+// text that begins "Query: ", for anything else, and for a query of more than 4096 bytes or 200 words, which would keep
+// the other clients waiting.
 std::string ParseQuery(std::string_view query);
 
 // What is to be marked in a text that such a query has found: an expression that matches each of its values that are

@@ -41,7 +41,8 @@ Content Ask(clsQuery& query, const FetchRequest& request, const Interruption& in
     result = query.TELOGetSegmentFirstBLOB(key.channel, key.archive, key.document, key.version,
                                            FieldFromUtf8(request.extension), &name, &length, &status);
   }
-  interruption.Check();
+  // A file that is there by now goes with an interrupted command.
+  if (result.ToLong() < 0) interruption.Check();
   Count(result, status);
   Content content{name.ToText(), length.ToText()};
   if (content.name.empty()) throw CommandError("the document has no such content");
@@ -97,6 +98,7 @@ int Fetch(const Settings& settings, const FetchRequest& request, const Output& o
   const bool isThere = fs::equivalent(source, target, absent);
   const std::int64_t size = CheckedSize(source, content.length);
   PassingFile passing(source);  // the one that was asked for, as its length tells
+  interruption.Check();
   if (isThere || request.keep) passing.Keep();
   if (!isThere) Move(source, target, size, request.force, interruption, output);
   if (output.json) {

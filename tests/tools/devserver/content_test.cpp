@@ -8,8 +8,11 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/tools/devserver/wire_client.h"
@@ -106,6 +109,61 @@ TEST_F(ContentTest, IsFetchedByPositionExtensionAndField) {
             "Status: Document 1262 has no page '2', but 1 pages\r\n");
   EXPECT_EQ(server_.Ask("GetSegmentMultiTIF^,^Finance^,^Orders^,^1005^,^^,^^,^"),
             "Status: Document 1005 has no pages\r\n");
+}
+
+TEST_F(ContentTest, GetsAFileOfItsOwnForEachRequest) {
+  struct Case {
+    const char* command;
+    const char* name;
+    const char* others;  // all that were not free when the requests came
+  };
+  const Case cases[] = {
+      {"GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^6^,^", "1262_2_6.csv", "1262_2_6-[0-9a-f]{8}\\.csv"},
+      {"GetSegmentPrintfile2^,^Mail^,^Inbox^,^1262^,^^,^^,^", "1262_2_print.txt", "1262_2_print-[0-9a-f]{8}\\.txt"},
+      {"GetSegmentMultiTIF^,^Mail^,^Fax^,^1003^,^^,^1,3^,^", "1003_1_pages.tif", "1003_1_pages-[0-9a-f]{8}\\.tif"},
+  };
+  for (const Case& row : cases) {
+    const auto first = Fetch(row.command);
+    const auto second = Fetch(row.command);
+    EXPECT_EQ(first.filename(), row.name);
+    EXPECT_TRUE(std::regex_match(second.filename().string(), std::regex(row.others))) << second;
+    EXPECT_EQ(Content(first), Content(second)) << row.name;
+    std::filesystem::remove(second);
+    // A client that changes extensions would put the next file of that name in this one's place.
+    const auto renamed = std::filesystem::path(first).replace_extension(".other");
+    std::filesystem::rename(first, renamed);
+    EXPECT_TRUE(std::regex_match(Fetch(row.command).filename().string(), std::regex(row.others))) << row.name;
+    std::filesystem::remove(renamed);
+    EXPECT_EQ(Fetch(row.command).filename(), row.name);
+  }
+  std::ofstream(server_.BlobPath("1262_2_1.txt")) << "not read yet";
+  EXPECT_NE(Fetch("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1^,^").filename(), "1262_2_1.txt");
+  EXPECT_EQ(Content(server_.BlobPath("1262_2_1.txt")), "not read yet");
+}
+
+// As several servers of one directory do.
+TEST(BlobDirectory, GivesConcurrentFilesOfOneNameDifferentNames) {
+  const BlobDirectory owner = BlobDirectory::Private();
+  constexpr int kThreads = 4;
+  constexpr int kFiles = 40;
+  const auto store = [&](int thread) {
+    const BlobDirectory directory = BlobDirectory::At(owner.path());
+    for (int file = 0; file < kFiles; ++file) {
+      const auto pending = directory.Create("page.tif");
+      pending->Write(std::to_string(thread * kFiles + file));
+      pending->CommitUnderFreeName();
+      // The name is free again, for all to take at once.
+      std::error_code lost;
+      const std::string own = owner.path() + "/" + std::to_string(thread * kFiles + file);
+      if (pending->name() == "page.tif") std::filesystem::rename(owner.path() + "/page.tif", own, lost);
+    }
+  };
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) threads.emplace_back(store, thread);
+  for (std::thread& thread : threads) thread.join();
+  std::set<std::string> contents;
+  for (const auto& entry : std::filesystem::directory_iterator(owner.path())) contents.insert(Content(entry.path()));
+  EXPECT_EQ(contents.size(), static_cast<std::size_t>(kThreads * kFiles));
 }
 
 TEST_F(ContentTest, GoesToTheSharedDirectoryOnly) {

@@ -99,7 +99,17 @@ TEST(QueryParser, SaysWhatIsWrong) {
          for (int term = 0; term < 201; ++term) many += "a ";
          return many;
        }(),
-       "more than 200 terms"},
+       "more than 200 words"},
+      {'"' +
+           [] {
+             std::string many;
+             for (int word = 0; word < 201; ++word) many += word % 2 == 0 ? "a-" : "b ";
+             return many;
+           }() +
+           '"',
+       "more than 200 words"},
+      {"a" + std::string(200, '\xB5'), "more than 200 words"},
+      {std::string(4095, 'a') + "  ", "4097 bytes, more than the 4096 allowed"},
   };
   for (const Case& row : cases) {
     try {
@@ -115,6 +125,7 @@ TEST(QueryParser, TakesTheLargestQueryItAllows) {
   std::string query = std::string(32, '(') + "red" + std::string(32, ')');
   for (int term = 0; term < 199; ++term) query += " OR pie";
   EXPECT_EQ(Hits(query), "123");
+  EXPECT_EQ(Hits("red OR " + std::string(4089, 'a')), "12");
 }
 
 }  // namespace
