@@ -6,11 +6,12 @@ namespace oxaqrycln {
 namespace {
 
 constexpr std::string_view kBetween = "^,^";
-constexpr std::size_t kUsualFields = 20;  // room for a segment, the longest record
+constexpr std::string_view kClosing = ",^";  // put behind a line before it is cut
+constexpr std::size_t kUsualFields = 20;     // room for a segment, the longest record
 
 }  // namespace
 
-RecordFields::RecordFields(std::string_view line) : closed_("^," + std::string(line) + ",^") {
+RecordFields::RecordFields(std::string_view line) : closed_("^," + std::string(line).append(kClosing)) {
   fields_.reserve(kUsualFields);
   const std::string_view closed = closed_;
   for (std::size_t start = 0;;) {
@@ -26,6 +27,14 @@ std::string_view RecordFields::Field(std::int32_t number) const {
     throw RuntimeError(error::kSubscriptOutOfRange);
   }
   return fields_[static_cast<std::size_t>(number)];
+}
+
+std::string_view RecordFields::Behind(std::int32_t number) const {
+  const std::string_view field = Field(number);
+  const auto end = static_cast<std::size_t>(field.data() + field.size() - closed_.data());
+  std::string_view behind = std::string_view(closed_).substr(end + 1);
+  behind.remove_suffix(kClosing.size());
+  return behind;
 }
 
 void RecordFields::WriteText(std::int32_t number, Variant* output) const {

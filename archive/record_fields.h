@@ -20,8 +20,13 @@ class RecordFields {
   explicit RecordFields(std::string_view line);
   RecordFields(const RecordFields&) = delete;
   RecordFields& operator=(const RecordFields&) = delete;
-  // Valid as long as this object. Raises Subscript out of range for a field that the line does not have.
+  // Valid as long as this object, as what Behind returns. Raises Subscript out of range for a field that the line does
+  // not have.
   std::string_view Field(std::int32_t number) const;
+  // How many fields the line has between carets; negative for one without any.
+  std::int32_t ClosedCount() const noexcept { return static_cast<std::int32_t>(fields_.size()) - 2; }
+  // What stands behind a field's closing caret; number is 1 to ClosedCount().
+  std::string_view Behind(std::int32_t number) const;
 
   // Writes a field to an output, unless that was left out: as text, as an Integer, as a Long. Raise as Field does, and
   // Type mismatch or Overflow for what is no such number.

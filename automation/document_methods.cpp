@@ -1,4 +1,4 @@
-// The archive operations on documents.
+// The archive operations on documents, transport orders, and printing.
 #include "automation/method_binding.h"
 #include "automation/method_groups.h"
 
@@ -151,6 +151,35 @@ std::vector<MethodEntry> NotesAndMasks() {
           "lngTabIndex", "lngWidth", "strAlign", "strName", "blnMandatory", "strInitText", "blnListOnly", "strList"),
       Method<&clsQuery::TELOGetMasksFirst>(
           {"TELOGetMasksFirst", kGroup, "", "Goes back to the first mask, without a request."}),
+  };
+}
+
+std::vector<MethodEntry> TransportOrdersAndPrinting() {
+  constexpr std::string_view kGroup = "Transport orders and printing";
+  return {
+      Method<&clsQuery::OstranaQueryFahrauftraegeInit>(
+          {"OstranaQueryFahrauftraegeInit", kGroup, kCountResult,
+           "Asks for the transport orders that a query of the server's own language finds, lngMaxLines at most."},
+          "strQuery", "lngMaxLines", "strParamStatus"),
+      Method<&clsQuery::OstranaQueryFahrauftraegeNext>(
+          {"OstranaQueryFahrauftraegeNext", kGroup,
+           "The order's id and further columns, \"^id^,^column^\", \"\" at the end.",
+           "The next order; the outputs receive its status, and the id and version of its document, as text. A line "
+           "with fewer than four fields is an error and stays the next one."},
+          "strStatus", "strDocID", "strVer"),
+      Method<&clsQuery::OstranaGetFahrauftraegeMultiTIFF>(
+          {"OstranaGetFahrauftraegeMultiTIFF", kGroup, kDoneResult,
+           "Has the server put the page images of orders into the blob directory as one image file; outputs as those "
+           "of TELOGetSegmentMultiTIF."},
+          "strOrderIDs", "strFileName", "lngFileLen", "strParamStatus"),
+      Method<&clsQuery::OstranaUpdateFahrauftraegeStatus>(
+          {"OstranaUpdateFahrauftraegeStatus", kGroup, kDoneResult, "Gives an order another status."}, "strOrderID",
+          "strStatus", "strParamStatus"),
+      Method<&clsQuery::FennikPrintHitlistPDF>(
+          {"FennikPrintHitlistPDF", kGroup, kDoneResult,
+           "Has the server print the hit list of the last query to a PDF file in the blob directory; outputs as those "
+           "of TELOGetSegmentData. Fails without a request when there is no title row."},
+          "strTitle", "strFileName", "lngFileLen", "strParamStatus"),
   };
 }
 

@@ -23,6 +23,7 @@ std::vector<MethodEntry> DocumentChanges();
 std::vector<MethodEntry> Upload();
 std::vector<MethodEntry> NotesAndMasks();
 std::vector<MethodEntry> Encryption();
+std::vector<MethodEntry> TransportOrdersAndPrinting();
 
 }  // namespace oxaqrycln
 

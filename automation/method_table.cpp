@@ -105,7 +105,7 @@ std::vector<MethodEntry> MakeMethods() {
   std::vector<MethodEntry> methods;
   for (auto group : {LifeCycle, TextAndFileHelpers, QueryServers, WebUsers, UserRights, Outliners, ChannelsAndArchives,
                      QueryAndHitList, DocumentsAndSegments, Content, DocumentChanges, Upload, NotesAndMasks, Encryption,
-                     LogAndDiagnostics}) {
+                     TransportOrdersAndPrinting, LogAndDiagnostics}) {
     std::ranges::move(group(), std::back_inserter(methods));
   }
   return methods;

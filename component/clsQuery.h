@@ -406,6 +406,29 @@ class clsQuery {
   std::string DecodeBase64(const Variant& strString);
   std::string EncodeBase64(const Variant& strString);
 
+  // --- Transport orders and printing ---
+
+  // Asks for the transport orders that a query of the server's own language finds, lngMaxLines at most.
+  Variant OstranaQueryFahrauftraegeInit(const Variant& strQuery, const Variant& lngMaxLines,
+                                        Variant* strParamStatus = nullptr);
+  // The next order: its id and the columns that the server adds, "^id^,^column^". The outputs receive its status, and
+  // the id and version of its document, as text. A line with fewer than four fields is an error: "", the outputs
+  // untouched, and the next call reads the same line again.
+  std::string OstranaQueryFahrauftraegeNext(Variant* strStatus = nullptr, Variant* strDocID = nullptr,
+                                            Variant* strVer = nullptr);
+  // The page images of orders as one image file in the blob directory; result and outputs as those of
+  // TELOGetSegmentMultiTIF. The list of order ids is handed to the server as it is.
+  Variant OstranaGetFahrauftraegeMultiTIFF(const Variant& strOrderIDs, Variant* strFileName = nullptr,
+                                           Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
+  // Gives an order another status. Returns Long 1.
+  Variant OstranaUpdateFahrauftraegeStatus(const Variant& strOrderID, const Variant& strStatus,
+                                           Variant* strParamStatus = nullptr);
+  // Has the server print the hit list of the last query, title row included, to a PDF file in the blob directory;
+  // result and outputs as those of TELOGetSegmentData. Without a title row to print it fails without a request, and
+  // strParamStatus is untouched. A title that holds "^,^" breaks the request.
+  Variant FennikPrintHitlistPDF(const Variant& strTitle, Variant* strFileName = nullptr, Variant* lngFileLen = nullptr,
+                                Variant* strParamStatus = nullptr);
+
   // --- Log and diagnostics ---
 
   // One line in the session's log; bytLogType 1 information (also when left out), 2 warning, 3 error, 4 debug.

@@ -39,6 +39,8 @@ constexpr std::array kMethods = {LetteredMethod{'a', "TELOGetAllArchivesExtInit"
                                  LetteredMethod{'G', "TELOGetMasksFirst"},
                                  LetteredMethod{'n', "TELOGetNotesInit"},
                                  LetteredMethod{'N', "TELOGetNotesNext"},
+                                 LetteredMethod{'o', "OstranaQueryFahrauftraegeInit"},
+                                 LetteredMethod{'O', "OstranaQueryFahrauftraegeNext"},
                                  LetteredMethod{'p', "TELOGetArchiveProperties"},
                                  LetteredMethod{'q', "TELOQueryArchiveInit"},
                                  LetteredMethod{'Q', "TELOQueryArchiveNext"},

@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+const Variant kFailed = Variant::Integer(-1);
+
+Variant Search(clsQuery& query) { return query.TELOQueryArchiveInit("word", 10, 100, "", ""); }
+
+TEST(HitListPrinting, SendsTheRowsOfTheLastQueryFromTheTitlesOn) {
+  const std::string rows =
+      "^Reference^,^Document^,^Version^,^Title^\r\n^$(#M)\\A^,^1^,^2^,^\xC4pfel^\r\n^$(#M)\\B^,^3^,^4^,^^";
+  const std::vector<std::string> hits = {"2",
+                                         "10=Title",
+                                         "0",
+                                         "^0^,^0^,^0^,^0^",
+                                         "^Reference^,^Document^,^Version^,^Title^",
+                                         "^$(#M)\\A^,^1^,^2^,^\xC4pfel^",
+                                         "^$(#M)\\B^,^3^,^4^,^^"};
+  WithAnswers({Answer(hits), Answer({"fine"}), Framed("Status: Sorry\r\n"), Answer({"12", "list.pdf"})},
+              [&](Page& page) {
+                page.query.strBlobPathRemote = "R:\\blobs";
+                EXPECT_EQ(Search(page.query), Variant::Long(3));
+                page.query.TELOQueryArchiveNext();
+                // The hits outlive what comes after them, a query that fails included.
+                EXPECT_EQ(page.query.LiveCheck(), "fine");
+                EXPECT_EQ(Search(page.query), kFailed);
+                EXPECT_EQ(page.query.FennikPrintHitlistPDF("\xD6l"), Variant::Long(1));
+                EXPECT_EQ(page.LastCommand(), "^PrintHitlistPDF^,^\xD6l^,^" + rows + "^,^R:\\blobs^");
+              });
+}
+
+TEST(HitListPrinting, PrintsTheTitlesOfAnEmptyHitList) {
+  WithAnswers({Answer({"0", "", "0", "^0^", "^Reference^"}), Answer({"12", "list.pdf"})}, [](Page& page) {
+    EXPECT_EQ(Search(page.query), Variant::Long(1));
+    EXPECT_EQ(page.query.FennikPrintHitlistPDF("Nothing"), Variant::Long(1));
+    EXPECT_EQ(page.LastCommand(), "^PrintHitlistPDF^,^Nothing^,^^Reference^^,^^");
+  });
+}
+
+TEST(HitListPrinting, AsksForNothingWithoutATitleRow) {
+  for (const bool hasQueried : {false, true}) {
+    WithAnswer({"0", "", "0", "^0^"}, [&](Page& page) {
+      if (hasQueried) Search(page.query);
+      const int connections = page.server.Connections();
+      Variant name = "kept";
+      Variant length = "kept";
+      Variant status = "kept";
+      EXPECT_EQ(page.query.FennikPrintHitlistPDF("T", &name, &length, &status), kFailed) << hasQueried;
+      EXPECT_EQ(page.server.Connections(), connections) << hasQueried;
+      EXPECT_EQ(name, Variant("kept")) << hasQueried;
+      EXPECT_EQ(length, Variant("kept")) << hasQueried;
+      EXPECT_EQ(status, Variant("kept")) << hasQueried;
+      EXPECT_NE(page.Log().find("'FennikPrintHitlistPDF()': 9 - "), std::string::npos) << page.Log();
+    });
+  }
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/page.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+const Variant kFailed = Variant::Integer(-1);
+
+struct Order {
+  Variant status = "kept";
+  Variant document = "kept";
+  Variant version = "kept";
+};
+
+TEST(TransportOrders, AreWalkedInTheServersOrder) {
+  WithAnswer(
+      {"^T7^,^open^,^1003^,^2^,^Bremen^,^12,5 t^", "^T8^,^^,^^,^^", "^T9^,^a,b^c^,^1^,^2^,^^,^x"}, [](Page& page) {
+        Variant status = "kept";
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeInit("status:open OR bremen", 10, &status), Variant::Long(3));
+        EXPECT_EQ(page.LastCommand(), "^QueryFahrauftraege^,^status:open OR bremen^,^10^");
+        EXPECT_EQ(status, Variant(""));
+        Order first;
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&first.status, &first.document, &first.version),
+                  "^T7^,^Bremen^,^12,5 t^");
+        EXPECT_EQ(first.status, Variant("open"));
+        EXPECT_EQ(first.document, Variant("1003"));
+        EXPECT_EQ(first.version, Variant("2"));
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(), "^T8^");
+        Order last;
+        // Only the columns that are handed on as they are may lack their closing caret.
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&last.status, nullptr, &last.version), "^T9^,^^,^x");
+        EXPECT_EQ(last.status, Variant("a,b^c"));
+        EXPECT_EQ(last.version, Variant("2"));
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&last.status), "");
+        EXPECT_EQ(last.status, Variant("a,b^c"));
+        EXPECT_EQ(page.Log().find("Processing error"), std::string::npos) << page.Log();
+      });
+}
+
+TEST(TransportOrders, ALineWithFewerThanFourFieldsIsAnErrorThatStaysInPlace) {
+  struct Case {
+    const char* name;
+    const char* line;
+  };
+  for (const Case& each :
+       {Case{"three fields", "^T7^,^open^,^1003^"}, Case{"an empty line", ""}, Case{"no carets", "T7,open,1003,2"},
+        Case{"an unclosed field", "^T7^,^open^,^1003^,^2"}, Case{"an unopened one", "T7^,^open^,^1003^"}}) {
+    WithAnswer({"^T6^,^open^,^1^,^1^", each.line, "^T8^,^open^,^2^,^1^"}, [&](Page& page) {
+      page.query.OstranaQueryFahrauftraegeInit("*", 0);
+      EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(), "^T6^") << each.name;
+      for (int call = 0; call < 2; ++call) {
+        Order order;
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&order.status, &order.document, &order.version), "")
+            << each.name;
+        EXPECT_EQ(order.status, Variant("kept")) << each.name;
+        EXPECT_EQ(order.document, Variant("kept")) << each.name;
+        EXPECT_EQ(order.version, Variant("kept")) << each.name;
+      }
+      const std::string log = page.Log();
+      const std::size_t first = log.find("'OstranaQueryFahrauftraegeNext()': 9 - ");
+      EXPECT_NE(first, std::string::npos) << each.name;
+      EXPECT_NE(log.find("'OstranaQueryFahrauftraegeNext()': 9 - ", first + 1), std::string::npos) << each.name;
+    });
+  }
+}
+
+TEST(TransportOrders, OfAnEmptyAnswerAreNone) {
+  WithAnswer({}, [](Page& page) {
+    Variant status;
+    EXPECT_EQ(page.query.OstranaQueryFahrauftraegeInit("*", 5, &status), Variant::Long(0));
+    EXPECT_EQ(status, Variant(""));
+    EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(), "");
+  });
+}
+
+TEST(TransportOrders, GetAnotherStatus) {
+  WithAnswer({}, [](Page& page) {
+    Variant status = "kept";
+    EXPECT_EQ(page.query.OstranaUpdateFahrauftraegeStatus("T7", "loaded", &status), Variant::Long(1));
+    EXPECT_EQ(page.LastCommand(), "^UpdateFahrauftraegeStatus^,^T7^,^loaded^");
+    EXPECT_EQ(status, Variant(""));
+    EXPECT_EQ(page.query.OstranaUpdateFahrauftraegeStatus(8, ""), Variant::Long(1));
+    EXPECT_EQ(page.LastCommand(), "^UpdateFahrauftraegeStatus^,^8^,^^");
+  });
+}
+
+TEST(TransportOrders, TellWhyTheServerRefused) {
+  WithAnswers({Framed("Status: No such order\r\n")}, [](Page& page) {
+    Variant status;
+    EXPECT_EQ(page.query.OstranaQueryFahrauftraegeInit("*", 5, &status), kFailed);
+    EXPECT_EQ(status, Variant("No such order"));
+    EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(), "");
+    status = "";
+    EXPECT_EQ(page.query.OstranaUpdateFahrauftraegeStatus("T7", "loaded", &status), kFailed);
+    EXPECT_EQ(status, Variant("No such order"));
+    EXPECT_EQ(page.query.OstranaUpdateFahrauftraegeStatus("T7", "loaded"), kFailed);
+  });
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing
