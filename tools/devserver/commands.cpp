@@ -10,6 +10,8 @@
 #include "tools/devserver/document_commands.h"
 #include "tools/devserver/documents.h"
 #include "tools/devserver/hit_list.h"
+#include "tools/devserver/hit_list_printing.h"
+#include "tools/devserver/transport_orders.h"
 
 namespace oxaqrycln::devserver {
 namespace {
@@ -62,7 +64,7 @@ Reply GetArchiveProperties(const Call& call) {
   return Lines(query);
 }
 
-constexpr std::array<Command, 24> kCommands = {{
+constexpr std::array<Command, 28> kCommands = {{
     {"LiveCheck", {0}, false, LiveCheck},
     {"GetChannels", {0}, false, GetChannels},
     {"GetAllArchives", {0}, false, GetAllArchives},
@@ -87,6 +89,10 @@ constexpr std::array<Command, 24> kCommands = {{
     {"WriteNote", {6}, false, WriteNote},
     {"DeleteNotes", {4}, false, DeleteNotes},
     {"GetMasks", {2}, false, GetMasks},
+    {"QueryFahrauftraege", {2}, false, QueryFahrauftraege},
+    {"GetFahrauftraegeMultiTIFF", {2}, false, GetFahrauftraegeMultiTiff},
+    {"UpdateFahrauftraegeStatus", {2}, false, UpdateFahrauftraegeStatus},
+    {"PrintHitlistPDF", {3, false, true}, false, PrintHitlistPdf},
 }};
 
 }  // namespace

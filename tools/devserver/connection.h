@@ -22,6 +22,7 @@ using TimePoint = std::chrono::steady_clock::time_point;
 // What a client may take. Every span ends a wait of one connection and of no other.
 struct Limits {
   std::size_t requestByteCount = 65536;
+  std::size_t rowsByteCount = 2097152;          // of a request that holds rows
   std::chrono::milliseconds quiet{200};         // no bytes behind what can be no request: answer with an error
   std::chrono::milliseconds shortQuiet{1000};   // no bytes behind a request with too few fields: likewise
   std::chrono::milliseconds idle{10000};        // no bytes inside a field, or no room for the answer

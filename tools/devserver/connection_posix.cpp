@@ -125,8 +125,9 @@ void Connection::OnBytes(std::string_view bytes, TimePoint now) {
     BeginUpload(judged.textByteCount, now);
     return;
   }
-  if (request_.size() > limits_.requestByteCount) {
-    Finish(ErrorAnswer("The request is longer than " + std::to_string(limits_.requestByteCount) + " bytes"), now);
+  const std::size_t most = HoldsRows(begin, ShapeOfCommand) ? limits_.rowsByteCount : limits_.requestByteCount;
+  if (request_.size() > most) {
+    Finish(ErrorAnswer("The request is longer than " + std::to_string(most) + " bytes"), now);
     return;
   }
   deadline_ = std::min(now + limits_.quiet, started_ + limits_.request);

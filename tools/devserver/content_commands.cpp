@@ -1,7 +1,6 @@
 #include "tools/devserver/content_commands.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 #include "component/text_helpers.h"
@@ -10,32 +9,17 @@
 #include "tools/devserver/documents.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/page_image.h"
+#include "tools/devserver/page_source.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
 constexpr std::int64_t kLargestUpload = std::numeric_limits<std::int32_t>::max();
-constexpr std::size_t kMostPages = 1000;
-constexpr std::size_t kPieceByteCount = 65536;
 
 // A name that tells what is in the file.
 std::string FileName(const Document& document, const std::string& part, const std::string& extension) {
   std::string name = std::to_string(document.id) + "_" + std::to_string(document.version) + "_" + part;
   return extension.empty() ? name : name + "." + extension;
-}
-
-// Every fetch gets a file of its own, since nobody knows who has not read the last one yet.
-std::string CommitAndTell(PendingFile& file) {
-  const std::int64_t byteCount = file.CommitUnderFreeName();
-  return std::to_string(byteCount) + "\r\n" + file.name() + "\r\n";
-}
-
-// Hands the stored bytes of a segment to take, piece by piece.
-template <typename Take>
-void ReadContent(Database& database, std::int64_t contentId, Take take) {
-  ContentBytes content(database, contentId, ContentBytes::Access::kRead);
-  std::array<char, kPieceByteCount> piece;
-  while (const std::size_t count = content.Read(piece.data(), piece.size())) take({piece.data(), count});
 }
 
 std::string StoreSegment(const Call& call, const Document& document, const Segment& segment) {
@@ -51,46 +35,6 @@ std::string StoreSegment(const Call& call, const Document& document, const Segme
   }
   return CommitAndTell(*file);
 }
-
-// Reads the pages of a document's image segments; a stored image stays open as long as its pages are asked for.
-class PageSource {
- public:
-  PageSource(Database& database, const Document& document) : database_(database), document_(document) {
-    images_ = ReadSegments(database, document);
-    std::erase_if(images_, [](const Segment& segment) { return segment.type != SegmentType::kImage; });
-  }
-
-  std::int64_t pageCount() const {
-    return images_.empty() ? 0 : images_.back().firstPage + images_.back().pageCount - 1;
-  }
-
-  // page: from 1, up to pageCount.
-  PageImage Read(std::int64_t page) {
-    const auto next =
-        std::find_if(images_.begin(), images_.end(), [&](const Segment& segment) { return segment.firstPage > page; });
-    const Segment& image = *std::prev(next);
-    if (!image.contentId) return DrawSamplePage(document_.id, page);
-    if (openContentId_ != image.contentId) Open(*image.contentId);
-    return reader_->Read(page - image.firstPage);
-  }
-
- private:
-  void Open(std::int64_t contentId) {
-    reader_.reset();
-    const Descriptor file = OpenScratchFile();
-    ReadContent(database_, contentId, [&](std::string_view bytes) {
-      if (write(file.get(), bytes.data(), bytes.size()) != std::ssize(bytes)) throw ServerError("No memory for a page");
-    });
-    reader_ = std::make_unique<TiffReader>(file.get());
-    openContentId_ = contentId;
-  }
-
-  Database& database_;
-  const Document& document_;
-  std::vector<Segment> images_;
-  std::unique_ptr<TiffReader> reader_;
-  std::optional<std::int64_t> openContentId_;
-};
 
 std::vector<std::int64_t> ParsePages(const std::string& list, const Document& document, std::int64_t pageCount) {
   std::vector<std::int64_t> pages;
@@ -171,7 +115,7 @@ Reply GetSegmentPrintfile2(const Call& call) {
 Reply GetSegmentMultiTif(const Call& call) {
   const Document document = FindDocument(call);
   call.blobs.Require(call.parameters[5]);
-  PageSource source(call.database, document);
+  PageSource source(call.database, document.id, document.version);
   const auto pages = ParsePages(call.parameters[4], document, source.pageCount());
   const auto file = call.blobs.Create(FileName(document, "pages", "tif"));
   TiffWriter writer(file->descriptor());

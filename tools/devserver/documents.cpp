@@ -81,11 +81,15 @@ std::string Segment::Title() const {
 }
 
 std::vector<Segment> ReadSegments(Database& database, const Document& document) {
+  return ReadSegments(database, document.id, document.version);
+}
+
+std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version) {
   Statement query(database,
                   "SELECT position, field_id, type, file_name, page_count, text, content_id, length(bytes) "
                   "FROM segment LEFT JOIN content ON content.id = content_id "
                   "WHERE document_id = ? AND version = ? ORDER BY position");
-  query.Bind(1, document.id).Bind(2, document.version);
+  query.Bind(1, documentId).Bind(2, version);
   std::vector<Segment> segments;
   std::int64_t nextPage = 1;
   while (query.Next()) {
@@ -94,7 +98,7 @@ std::vector<Segment> ReadSegments(Database& database, const Document& document) 
                     query.Text(5),   std::nullopt,    query.Number(7)};
     if (!query.IsNull(6)) segment.contentId = query.Number(6);
     if (segment.type == SegmentType::kImage && !segment.contentId) {
-      segment.byteCount = SamplePageByteCount(document.id, segment.firstPage);
+      segment.byteCount = SamplePageByteCount(documentId, segment.firstPage);
     }
     nextPage += segment.pageCount;
     segments.push_back(std::move(segment));
@@ -118,6 +122,14 @@ std::optional<std::int64_t> ParseNumber(std::string_view text) {
   const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || stop != text.data() + text.size() || number < 0) return std::nullopt;
   return number;
+}
+
+std::int32_t ParseLimit(const std::string& name, const std::string& text) {
+  std::int32_t limit = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), limit);
+  const bool whole = error == std::errc() && stop == text.data() + text.size() && limit >= 0;
+  if (!whole && !text.empty()) throw ServerError(name + " '" + Printable(text) + "' is no number from 0");
+  return limit;
 }
 
 std::string LocalTime(const char* format) {

@@ -59,7 +59,8 @@ struct Segment {
   std::string Name() const;
   std::string Title() const;
 };
-// All segments of the document's version, in order.
+// All segments of a document's version, in order; none of an unknown one.
+std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version);
 std::vector<Segment> ReadSegments(Database& database, const Document& document);
 
 // The column of a document's row, and of a query, that a field fills; "text" for fields without one of their own.
@@ -69,6 +70,9 @@ std::int64_t NoteCount(Database& database, const Document& document);
 
 // The whole text as a decimal number from 0; nothing when it is none.
 std::optional<std::int64_t> ParseNumber(std::string_view text);
+
+// A parameter that bounds the answer: a number from 0, "" for 0. Raises ServerError for anything else.
+std::int32_t ParseLimit(const std::string& name, const std::string& text);
 
 // The local time in the form that strftime's format asks for.
 std::string LocalTime(const char* format);

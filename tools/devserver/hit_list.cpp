@@ -1,10 +1,10 @@
 #include "tools/devserver/hit_list.h"
 
 #include <algorithm>
-#include <charconv>
 #include <vector>
 
 #include "tools/devserver/answer_text.h"
+#include "tools/devserver/documents.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/folder_rights.h"
 #include "tools/devserver/query_parser.h"
@@ -14,14 +14,6 @@ namespace oxaqrycln::devserver {
 namespace {
 
 constexpr const char* kDefaultLayout = "1";
-
-std::int32_t ParseLimit(const std::string& name, const std::string& text) {
-  std::int32_t limit = 0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), limit);
-  const bool whole = error == std::errc() && stop == text.data() + text.size() && limit >= 0;
-  if (!whole && !text.empty()) throw ServerError(name + " '" + Printable(text) + "' is no number from 0");
-  return limit;
-}
 
 struct Column {
   std::int64_t id;

@@ -1,7 +1,6 @@
 #include "tools/devserver/query_parser.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/code_page.h"
 #include "tools/devserver/errors.h"
@@ -10,17 +9,6 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-struct Field {
-  std::string_view name;
-  std::string_view id;
-};
-constexpr std::array<Field, 7> kFields = {{{"title", "10"},
-                                           {"author", "11"},
-                                           {"customer", "12"},
-                                           {"type", "13"},
-                                           {"date", "14"},
-                                           {"amount", "15"},
-                                           {"text", "16"}}};
 constexpr int kDepthLimit = 32;
 // Every word of a phrase is looked up in the whole index, so words are limited and not terms: "a*a*a*" is one term.
 constexpr std::size_t kWordLimit = 200;
@@ -53,7 +41,7 @@ bool IsBlank(char character) { return character == ' ' || character == '\t'; }
 
 class Parser {
  public:
-  explicit Parser(std::string_view text) : rest_(text) {}
+  Parser(std::string_view text, std::span<const QueryField> fields) : rest_(text), fields_(fields) {}
 
   std::string Whole() {
     std::string expression = Query();
@@ -127,16 +115,22 @@ class Parser {
     const std::size_t colon = word.find(':');
     if (colon == std::string_view::npos) return Value("");
     const std::string named = LowerCase(word.substr(0, colon));
-    const auto found =
-        std::ranges::find_if(kFields, [&](const Field& each) { return each.name == named || each.id == named; });
-    if (found == kFields.end()) {
-      Fail("there is no field '" + Printable(word.substr(0, colon)) +
-           "' (fields are title, author, customer, type, date, amount, text)");
+    const auto found = std::ranges::find_if(fields_, [&](const QueryField& each) {
+      return each.name == named || (!each.id.empty() && each.id == named);
+    });
+    if (found == fields_.end()) {
+      Fail("there is no field '" + Printable(word.substr(0, colon)) + "' (fields are " + FieldNames() + ")");
     }
     const std::string field(found->name);
     rest_.remove_prefix(colon + 1);
     if (rest_.empty() || IsBlank(rest_.front()) || rest_.front() == ')') Fail("field '" + field + "' has no value");
     return Value(field + " : ");
+  }
+
+  std::string FieldNames() const {
+    std::string names;
+    for (const QueryField& field : fields_) names.append(names.empty() ? "" : ", ").append(field.name);
+    return names;
   }
 
   std::string Value(const std::string& filter) {
@@ -189,6 +183,7 @@ class Parser {
   }
 
   std::string_view rest_;
+  std::span<const QueryField> fields_;
   std::string marks_;
   std::string filter_;  // of the parentheses around
   int exclusions_ = 0;  // how many NOT stand around
@@ -211,17 +206,17 @@ std::string_view Trimmed(std::string_view query) {
 
 }  // namespace
 
-std::string ParseQuery(std::string_view query) {
+std::string ParseQuery(std::string_view query, std::span<const QueryField> fields) {
   query = Trimmed(query);
   if (query.empty()) Fail("it is empty ('*' finds every document)");
   if (query == "*") return {};
-  return Parser(query).Whole();
+  return Parser(query, fields).Whole();
 }
 
 std::string MarkingExpression(std::string_view query) {
   query = Trimmed(query);
   if (query.empty() || query == "*") return {};
-  Parser parser(query);
+  Parser parser(query, kDocumentFields);
   parser.Whole();
   return parser.marks();
 }

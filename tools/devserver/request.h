@@ -1,6 +1,6 @@
 // request.h - cuts a request text into its fields and tells whether it has arrived whole.
 // A request has no terminator: it is whole when its text ends with "^" and holds the fields its command takes. One that
-// a body follows ends with CR LF.
+// a body follows ends with CR LF; one with rows of fields in it, with a field behind a whole row.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_REQUEST_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_REQUEST_H_
 
@@ -34,6 +34,7 @@ enum class RequestState {
 struct CommandShape {
   std::size_t parameterCount;
   bool hasBody = false;  // CR LF and bytes follow the request text
+  bool hasRows = false;  // between the first and the last parameter stand rows of fields, which hold "^,^" themselves
 };
 
 // What a command word takes; nothing for an unknown word.
@@ -44,6 +45,12 @@ struct RequestJudgement {
   std::size_t textByteCount;  // of the request text, without the CR LF and the body
 };
 RequestJudgement JudgeRequest(std::string_view text, const ShapeOf& shapeOf);
+
+// Whether the text's command takes rows, so that its request may be large.
+bool HoldsRows(std::string_view text, const ShapeOf& shapeOf);
+
+// The fields behind the command word of a command with rows as three parameters, the rows put together again.
+std::vector<std::string> JoinRows(std::vector<std::string> parameters);
 
 // Text of a client made fit for one line of an answer or a log: control characters as ".", at most 80 characters.
 std::string Printable(std::string_view text);

@@ -7,13 +7,14 @@
 
 #include "tools/devserver/errors.h"
 #include "tools/devserver/sample_details.h"
+#include "tools/devserver/sample_orders.h"
 #include "tools/devserver/schema.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
 // The version of schema.sql, kept in the database's user version.
-constexpr std::int64_t kSchemaVersion = 2;
+constexpr std::int64_t kSchemaVersion = 3;
 
 constexpr const char* kStructure = R"sql(
 INSERT INTO channel VALUES
@@ -136,6 +137,7 @@ void Fill(Database& database, int documentCount) {
   for (int index = 0; index < documentCount; ++index) {
     AddDocument(insert, details, sequence, static_cast<std::size_t>(index));
   }
+  AddSampleOrders(database);
   database.Execute("PRAGMA user_version = " + std::to_string(kSchemaVersion));
   transaction.Commit();
 }

@@ -143,3 +143,33 @@ CREATE TABLE mask_field (
   PRIMARY KEY (archive_id, mask, tab_index),
   FOREIGN KEY (archive_id, mask) REFERENCES mask
 );
+
+-- The page images of an order are those of its document.
+CREATE TABLE transport_order (
+  number      INTEGER PRIMARY KEY,
+  id          TEXT NOT NULL UNIQUE COLLATE NOCASE,
+  status      TEXT NOT NULL,            -- open, accepted, loaded, delivered or cancelled
+  document_id INTEGER NOT NULL,         -- may have been deleted since
+  version     INTEGER NOT NULL,
+  customer    TEXT NOT NULL,
+  origin      TEXT NOT NULL,
+  destination TEXT NOT NULL,
+  date        TEXT NOT NULL,            -- of the pick-up, dd.mm.yyyy
+  weight      TEXT NOT NULL             -- in tonnes, 12,5
+);
+
+CREATE VIRTUAL TABLE transport_order_text USING fts5 (
+  id, status, customer, origin, destination, date, weight,
+  content = 'transport_order', content_rowid = 'number', tokenize = 'unicode61 remove_diacritics 2'
+);
+CREATE TRIGGER transport_order_text_insert AFTER INSERT ON transport_order BEGIN
+  INSERT INTO transport_order_text (rowid, id, status, customer, origin, destination, date, weight)
+  VALUES (new.number, new.id, new.status, new.customer, new.origin, new.destination, new.date, new.weight);
+END;
+CREATE TRIGGER transport_order_text_update AFTER UPDATE ON transport_order BEGIN
+  INSERT INTO transport_order_text (transport_order_text, rowid, id, status, customer, origin, destination, date,
+    weight)
+  VALUES ('delete', old.number, old.id, old.status, old.customer, old.origin, old.destination, old.date, old.weight);
+  INSERT INTO transport_order_text (rowid, id, status, customer, origin, destination, date, weight)
+  VALUES (new.number, new.id, new.status, new.customer, new.origin, new.destination, new.date, new.weight);
+END;

@@ -46,7 +46,8 @@ Reply Service::Dispatch(const std::vector<std::string>& fields) {
   }
   const Command* command = FindCommand(fields[kPrefixFieldCount]);
   if (command == nullptr) throw ServerError("Unknown command '" + Printable(fields[kPrefixFieldCount]) + "'");
-  const Parameters parameters = Parameters(fields).subspan(kPrefixFieldCount + 1);
+  std::vector<std::string> parameters(fields.begin() + kPrefixFieldCount + 1, fields.end());
+  if (command->shape.hasRows) parameters = JoinRows(std::move(parameters));
   if (parameters.size() != command->shape.parameterCount) {
     throw ServerError(std::string(command->name) + " takes " + std::to_string(command->shape.parameterCount) +
                       " parameters, not " + std::to_string(parameters.size()));

@@ -107,5 +107,30 @@ TEST(Component, MovesFilesBothWays) {
   });
 }
 
+TEST(Component, WorksOnTransportOrdersAndPrintsHitLists) {
+  WithQuery([](clsQuery& query, const RunningServer& server) {
+    Variant status;
+    Variant document;
+    Variant name;
+    Variant length;
+    EXPECT_EQ(query.OstranaUpdateFahrauftraegeStatus("FA-0002", "loaded", &status), Variant::Long(1))
+        << status.ToText();
+    EXPECT_EQ(query.OstranaQueryFahrauftraegeInit("FA-0002 OR FA-0003", 10), Variant::Long(2));
+    EXPECT_THAT(query.OstranaQueryFahrauftraegeNext(&status, &document),
+                ::testing::StartsWith("^FA-0002^,^Nordlicht Optik^,^F\xF8nsby"));
+    EXPECT_EQ(status, Variant("loaded"));
+    EXPECT_EQ(document, Variant("1003"));
+    EXPECT_THAT(query.OstranaQueryFahrauftraegeNext(), ::testing::StartsWith("^FA-0003^,^"));
+    EXPECT_EQ(query.OstranaQueryFahrauftraegeNext(), "");
+    EXPECT_EQ(query.OstranaGetFahrauftraegeMultiTIFF("FA-0002,FA-0001", &name, &length), Variant::Long(1));
+    EXPECT_EQ(std::to_string(std::filesystem::file_size(server.BlobPath(name.ToText()))), length.ToText());
+
+    EXPECT_EQ(query.TELOQueryArchiveInit("*", 0, 0, "", ""), Variant::Long(271));
+    EXPECT_EQ(query.FennikPrintHitlistPDF("Everything", &name, &length, &status), Variant::Long(1)) << status.ToText();
+    EXPECT_EQ(name, Variant("hitlist.pdf"));
+    EXPECT_EQ(std::to_string(std::filesystem::file_size(server.BlobPath(name.ToText()))), length.ToText());
+  });
+}
+
 }  // namespace
 }  // namespace oxaqrycln::devserver

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <tiffio.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -10,12 +9,11 @@
 #include <random>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "tests/tools/devserver/wire_client.h"
+#include "tests/tools/devserver/fetched_content.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/page_image.h"
 
@@ -24,47 +22,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-
-std::string Content(const std::filesystem::path& file) {
-  std::ostringstream content;
-  content << std::ifstream(file, std::ios::binary).rdbuf();
-  return content.str();
-}
-
-class ContentTest : public testing::Test {
- protected:
-  // The file that a request has put into the blob directory; its announced length must be its own.
-  std::filesystem::path Fetch(const std::string& command) const {
-    std::istringstream answer(server_.Ask(command));
-    std::string status;
-    std::string length;
-    std::string name;
-    std::getline(answer, status);
-    std::getline(answer, length);
-    std::getline(answer, name, '\r');
-    EXPECT_EQ(status, "Status: OK\r") << command;
-    std::filesystem::path file = server_.BlobPath(name);
-    EXPECT_EQ(std::to_string(Content(file).size()) + "\r", length) << command;
-    return file;
-  }
-
-  RunningServer server_{{}, "none", kSampleDocumentCount};
-};
-
-// libtiff's own count, page size and kind.
-std::string DescribeTiff(const std::filesystem::path& file) {
-  std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(TIFFOpen(file.c_str(), "r"), TIFFClose);
-  if (tiff == nullptr) return "no TIFF file";
-  std::string pages;
-  do {
-    std::uint32_t width = 0;
-    std::uint16_t compression = 0;
-    TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width);
-    TIFFGetField(tiff.get(), TIFFTAG_COMPRESSION, &compression);
-    pages += std::to_string(width) + (compression == COMPRESSION_CCITTFAX4 ? "g " : "c ");
-  } while (TIFFReadDirectory(tiff.get()) == 1);
-  return pages;
-}
 
 TEST_F(ContentTest, MultiPageTiffHoldsThePagesAskedFor) {
   // Document 1003 has three pages, 1094 one.

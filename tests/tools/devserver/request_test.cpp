@@ -9,6 +9,7 @@ namespace {
 std::optional<CommandShape> ShapeOf(std::string_view command) {
   if (command == "Two") return CommandShape{2};
   if (command == "Body") return CommandShape{1, true};
+  if (command == "Rows") return CommandShape{3, false, true};
   return command == "None" ? std::optional(CommandShape{0}) : std::nullopt;
 }
 
@@ -45,6 +46,46 @@ TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
       {"^s^,^u^,^p^,^Two^,^a^\r\n^,^b^", RequestState::kComplete},
   };
   for (const Case& row : cases) EXPECT_EQ(JudgeRequest(row.text, ShapeOf).state, row.state) << row.text;
+}
+
+// Every end of a packet may be mistaken for the end of the request: only the last caret may look like it.
+TEST(Request, WithRowsIsWholeBehindAWholeRowOnly) {
+  const std::string begin = "^s^,^u^,^p^,^Rows^,^";
+  struct Case {
+    const char* name;
+    std::string text;
+  };
+  const Case cases[] = {
+      {"one row", "title^,^^Ref^,^Doc^^,^/dir^"},
+      {"several rows", "title^,^^Ref^,^Doc^\r\n^a^,^b^\r\n^c^,^d^^,^/dir^"},
+      {"no title, no directory", "^,^^Ref^,^Doc^^,^^"},
+      {"empty fields", "t^,^^Ref^,^^,^Doc^\r\n^^,^^,^b^\r\n^^,^^,^^^,^/dir^"},
+      {"one column", "t^,^^Ref^\r\n^^\r\n^a^^,^/dir^"},
+      {"commas and carets", "t,^^,^^R^e,f^,^D^\r\n^,a^,^b,^^,^/dir^"},
+  };
+  for (const Case& row : cases) {
+    const std::string whole = begin + row.text;
+    for (std::size_t count = begin.size(); count < whole.size(); ++count) {
+      const RequestState state = JudgeRequest(whole.substr(0, count), ShapeOf).state;
+      EXPECT_NE(state, RequestState::kComplete) << row.name << ": " << whole.substr(0, count);
+    }
+    EXPECT_EQ(JudgeRequest(whole, ShapeOf).state, RequestState::kComplete) << row.name;
+  }
+  EXPECT_EQ(JudgeRequest(begin + "t^,^no row^,^/dir^", ShapeOf).state, RequestState::kShort);
+  EXPECT_EQ(JudgeRequest("^s^,^u^,^p^,^Rows^", ShapeOf).state, RequestState::kShort);
+}
+
+TEST(Request, PutsRowsTogetherAgain) {
+  struct Case {
+    std::vector<std::string> parameters;
+    std::vector<std::string> joined;
+  };
+  for (const Case& row :
+       {Case{{"t", "^a", "b^\r\n^c", "d^", "/dir"}, {"t", "^a^,^b^\r\n^c^,^d^", "/dir"}},
+        Case{{"t", "^a^", "/dir"}, {"t", "^a^", "/dir"}}, Case{{"t", "^", "", "^", ""}, {"t", "^^,^^,^^", ""}},
+        Case{{"t", "/dir"}, {"t", "/dir"}}, Case{{}, {}}}) {
+    EXPECT_EQ(JoinRows(row.parameters), row.joined);
+  }
 }
 
 TEST(Request, TellsWhereTheBodyBegins) {

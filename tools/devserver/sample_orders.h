@@ -1,0 +1,14 @@
+// sample_orders.h - the transport orders of the sample archive. Invented, and the same in every run.
+#ifndef OXAQRYCLN_TOOLS_DEVSERVER_SAMPLE_ORDERS_H_
+#define OXAQRYCLN_TOOLS_DEVSERVER_SAMPLE_ORDERS_H_
+
+#include "tools/devserver/database.h"
+
+namespace oxaqrycln::devserver {
+
+// Makes an order of every letter and fax received, and of some customer orders, which have no page images.
+void AddSampleOrders(Database& database);
+
+}  // namespace oxaqrycln::devserver
+
+#endif  // OXAQRYCLN_TOOLS_DEVSERVER_SAMPLE_ORDERS_H_

@@ -1,0 +1,27 @@
+// transport_orders.h - the commands on transport orders: querying them, their page images, their status.
+// An order names a document, whose page images are the order's. What orders there are is a matter of the sample
+// archive.
+#ifndef OXAQRYCLN_TOOLS_DEVSERVER_TRANSPORT_ORDERS_H_
+#define OXAQRYCLN_TOOLS_DEVSERVER_TRANSPORT_ORDERS_H_
+
+#include <array>
+#include <string_view>
+
+#include "tools/devserver/commands.h"
+
+namespace oxaqrycln::devserver {
+
+inline constexpr std::array<std::string_view, 5> kOrderStatuses = {"open", "accepted", "loaded", "delivered",
+                                                                   "cancelled"};
+
+// Parameters: query, max lines; 0 or "" is no bound. A record for each order, by its ID: ID, status, document ID,
+// version, customer, origin, destination, date, weight.
+Reply QueryFahrauftraege(const Call& call);
+// Parameters: order IDs with commas between them, the blob directory. One TIFF of all their pages, in this order.
+Reply GetFahrauftraegeMultiTiff(const Call& call);
+// Parameters: order ID, status, which is one of the above.
+Reply UpdateFahrauftraegeStatus(const Call& call);
+
+}  // namespace oxaqrycln::devserver
+
+#endif  // OXAQRYCLN_TOOLS_DEVSERVER_TRANSPORT_ORDERS_H_
