@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "component/clsQuery.h"
 #include "tools/oxaqry/value_json.h"
@@ -27,6 +29,9 @@ bool IsNoConnection(const std::string& errorText);
 std::int32_t Count(const Variant& result, const Variant& status);
 // Raises CommandError for an error text of the component.
 [[noreturn]] void Fail(const std::string& errorText);
+
+// "^a^,^b^" as a and b.
+std::vector<std::string> SplitColumns(std::string_view text);
 
 }  // namespace oxaqrycln
 

@@ -9,6 +9,8 @@
 #include "tools/oxaqry/document_command_line.h"
 #include "tools/oxaqry/interruption.h"
 #include "tools/oxaqry/methods_command.h"
+#include "tools/oxaqry/order_command_line.h"
+#include "tools/oxaqry/order_commands.h"
 #include "tools/oxaqry/outline_command.h"
 #include "tools/oxaqry/session.h"
 #include "tools/oxaqry/transfer_command_line.h"
@@ -51,6 +53,24 @@ void AddArchiveCommands(CommandParser& parser) {
                       *names);
 }
 
+void AddSearchArguments(CLI::App& search, SearchRequest& request) {
+  search.add_option("QUERY", request.query, "the query expression")->required()->type_name("");
+  search.add_option("--max", request.maxLines, "largest number of hits to show (default 100)")
+      ->check(CLI::Validator(CLI::Range(std::int32_t{0}, std::numeric_limits<std::int32_t>::max())).description(""))
+      ->type_name("N");
+  search.add_option("--query-max", request.maxHits, "largest number of hits the query may produce (default 1000)")
+      ->check(CLI::Validator(CLI::Range(std::int32_t{0}, std::numeric_limits<std::int32_t>::max())).description(""))
+      ->type_name("N");
+  search.add_option("--format", request.format, "query format, as \"formats\" lists them")->type_name("F");
+  search.add_option("--rights", request.rights, "folder rights expression that restricts the search")->type_name("R");
+  search.add_option("--layout", request.layoutId, "id of the hit list layout")->type_name("ID");
+  search.add_option("--layout-field", request.layoutFieldId, "field id of the hit list layout")->type_name("ID");
+  search
+      .add_option("--sort", request.sort,
+                  "column to sort the hits by, its title or number (1 is the column after the version)")
+      ->type_name("COLUMN[:desc]");
+}
+
 void AddSearch(CommandParser& parser) {
   const auto request = std::make_shared<SearchRequest>();
   CLI::App* const search = parser.AddQuery(
@@ -59,21 +79,19 @@ void AddSearch(CommandParser& parser) {
       "  oxaqry search '\"annual report\" NOT draft' --max 20 --format 'Full text' --hosts localhost,2001\n"
       "  oxaqry search invoice --sort Date:desc --hosts localhost,2001",
       [request](const Settings& settings, const Output& output) { return Search(settings, *request, output); });
-  search->add_option("QUERY", request->query, "the query expression")->required()->type_name("");
-  search->add_option("--max", request->maxLines, "largest number of hits to show (default 100)")
-      ->check(CLI::Validator(CLI::Range(std::int32_t{0}, std::numeric_limits<std::int32_t>::max())).description(""))
-      ->type_name("N");
-  search->add_option("--query-max", request->maxHits, "largest number of hits the query may produce (default 1000)")
-      ->check(CLI::Validator(CLI::Range(std::int32_t{0}, std::numeric_limits<std::int32_t>::max())).description(""))
-      ->type_name("N");
-  search->add_option("--format", request->format, "query format, as \"formats\" lists them")->type_name("F");
-  search->add_option("--rights", request->rights, "folder rights expression that restricts the search")->type_name("R");
-  search->add_option("--layout", request->layoutId, "id of the hit list layout")->type_name("ID");
-  search->add_option("--layout-field", request->layoutFieldId, "field id of the hit list layout")->type_name("ID");
-  search
-      ->add_option("--sort", request->sort,
-                   "column to sort the hits shown by, its title or number (1 is behind the version)")
-      ->type_name("COLUMN[:desc]");
+  AddSearchArguments(*search, *request);
+}
+
+void AddPrintHits(CommandParser& parser) {
+  const auto request = std::make_shared<PrintHitsRequest>();
+  CLI::App* const print = parser.AddQuery(
+      "print-hits", "run a query and have its hit list printed to a PDF file",
+      "Example:\n  oxaqry print-hits invoice -o invoices.pdf --title 'All invoices' --blob-local /srv/blobs \\\n"
+      "    --hosts localhost,2001",
+      [request](const Settings& settings, const Output& output) { return PrintHits(settings, *request, output); });
+  AddSearchArguments(*print, request->search);
+  print->add_option("--title", request->title, "the title of each page (default: the query)")->type_name("T");
+  AddFetchTarget(*print, request->target);
 }
 
 void AddOwnCommands(CommandParser& parser, const Surroundings& surroundings) {
@@ -102,8 +120,10 @@ void AddAllCommands(CommandParser& parser, const Surroundings& surroundings) {
   AddListCommands(parser);
   AddArchiveCommands(parser);
   AddSearch(parser);
+  AddPrintHits(parser);
   AddDocumentCommands(parser);
   AddTransferCommands(parser);
+  AddOrderCommands(parser);
   AddUserCommands(parser);
   AddOutline(parser);
   AddOwnCommands(parser, surroundings);

@@ -201,4 +201,15 @@ void AddDocumentArgument(CLI::App& command, DocumentName& document) {
       ->type_name("");
 }
 
+void AddOutput(CLI::App& command, std::string& output, bool& force, const char* meaning) {
+  command.add_option("-o,--output", output, meaning)->type_name("FILE");
+  command.add_flag("--force", force, "overwrite a file of that name");
+}
+
+void AddFetchTarget(CLI::App& command, FetchTarget& target) {
+  AddOutput(command, target.output, target.force,
+            "file or directory to put it (default: the server's file name, in the current directory)");
+  command.add_flag("--keep", target.keep, "leave the file in the blob directory, too");
+}
+
 }  // namespace oxaqrycln

@@ -10,6 +10,7 @@
 
 #include "tools/oxaqry/commands.h"
 #include "tools/oxaqry/document_name.h"
+#include "tools/oxaqry/fetched_file.h"
 #include "tools/oxaqry/surroundings.h"
 
 namespace oxaqrycln {
@@ -69,6 +70,10 @@ void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments);
 // The argument "CHANNEL/ARCHIVE/DOCUMENT[/VERSION]".
 void AddDocumentArgument(CLI::App& command, DocumentName& document);
 
+// The options "-o,--output" and "--force"; the meaning is that of the first.
+void AddOutput(CLI::App& command, std::string& output, bool& force, const char* meaning);
+// These, and "--keep".
+void AddFetchTarget(CLI::App& command, FetchTarget& target);
 }  // namespace oxaqrycln
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_COMMAND_PARSER_H_

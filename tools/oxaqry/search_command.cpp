@@ -1,6 +1,5 @@
 // The command "search": one query with its hit list.
 #include <ostream>
-#include <string_view>
 #include <vector>
 
 #include "platform/code_page.h"
@@ -39,21 +38,6 @@ HitList Run(clsQuery& query, const SearchRequest& request) {
       &list.layoutKeys, &list.layoutValues, &list.totalHits, &list.isMultiTiff, &status);
   list.rowCount = Count(result, status);
   return list;
-}
-
-// "^a^,^b^" as a and b.
-std::vector<std::string> SplitColumns(std::string_view text) {
-  std::vector<std::string> columns;
-  if (text.empty()) return columns;
-  if (text.starts_with('^')) text.remove_prefix(1);
-  if (text.ends_with('^')) text.remove_suffix(1);
-  constexpr std::string_view kSeparator = "^,^";
-  for (std::size_t from = 0;;) {
-    const std::size_t end = text.find(kSeparator, from);
-    columns.emplace_back(text.substr(from, end - from));
-    if (end == std::string_view::npos) return columns;
-    from = end + kSeparator.size();
-  }
 }
 
 // In the server's order, unless the list was sorted.

@@ -34,11 +34,6 @@ CLI::Validator FromZero() {
   return CLI::Validator(CLI::Range(Number{0}, std::numeric_limits<Number>::max())).description("");
 }
 
-void AddOutput(CLI::App& command, std::string& output, bool& force, const char* meaning) {
-  command.add_option("-o,--output", output, meaning)->type_name("FILE");
-  command.add_flag("--force", force, "overwrite a file of that name");
-}
-
 void AddFetch(CommandParser& parser) {
   const auto request = std::make_shared<FetchRequest>();
   CLI::App* const fetch = parser.AddQuery(
@@ -64,9 +59,7 @@ void AddFetch(CommandParser& parser) {
       if (one < other) one->excludes(other);
     }
   }
-  AddOutput(*fetch, request->output, request->force,
-            "file or directory to put it (default: the server's file name, in the current directory)");
-  fetch->add_flag("--keep", request->keep, "leave the file in the blob directory, too");
+  AddFetchTarget(*fetch, request->target);
 }
 
 void AddTransfer(CommandParser& parser) {

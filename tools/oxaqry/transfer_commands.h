@@ -11,6 +11,7 @@
 
 #include "tools/oxaqry/commands.h"
 #include "tools/oxaqry/document_name.h"
+#include "tools/oxaqry/fetched_file.h"
 
 namespace oxaqrycln {
 
@@ -21,9 +22,7 @@ struct FetchRequest {
   std::string extension;                // of the first stored file; "" for any
   std::optional<std::string> printField;
   std::string pages;
-  std::string output;  // a file or directory; "" for the current one
-  bool force = false;
-  bool keep = false;  // the blob directory keeps its file
+  FetchTarget target;
 };
 // Has the server put the content into the blob directory, and moves it from there.
 int Fetch(const Settings& settings, const FetchRequest& request, const Output& output);

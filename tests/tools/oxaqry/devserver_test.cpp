@@ -152,6 +152,31 @@ TEST(Commands, SortByDateAndAmountAsTheServersFlagsSay) {
   EXPECT_TRUE(std::ranges::is_sorted(columnOf("4:desc", 3), std::ranges::greater(), cents));
 }
 
+TEST(Commands, WorkOnTransportOrdersAndPrintHitLists) {
+  const RunningServer server;
+  EXPECT_EQ(server.Command({"orders", "set", "FA-0002", "loaded"}).out, "Set the status of FA-0002 to loaded\n");
+  const Json orders = server.Document({"orders", "list", "origin:denmark", "--status", "loaded", "--json"})["orders"];
+  ASSERT_THAT(orders, ::testing::Not(IsEmpty()));
+  EXPECT_EQ(orders[0]["order"], "FA-0002");
+  const testing::TemporaryDirectory target;
+  EXPECT_EQ(server.Command({"orders", "tiff", "FA-0002", "FA-0001", "-o", target.path()}).status, 0);
+  EXPECT_EQ(target.Read("FA-0002_and_1.tif").substr(0, 2), "II");
+  EXPECT_THAT(server.Command({"print-hits", "copper", "--title", "Kupfer", "-o", target.File("a.pdf")}).out,
+              ::testing::MatchesRegex("Printed [0-9]+ hits to .*a\\.pdf \\(.*\\)\n"));
+  EXPECT_EQ(target.Read("a.pdf").substr(0, 5), "%PDF-");
+}
+
+// Each gets a file of its own, also while that of another one is still there.
+TEST(Commands, FetchTheSameContentTwice) {
+  const RunningServer server;
+  const testing::TemporaryDirectory target;
+  for (const char* name : {"first", "second"}) {
+    EXPECT_EQ(server.Command({"fetch", "Mail/Inbox/1262", "--keep", "-o", target.File(name)}).status, 0);
+  }
+  EXPECT_EQ(target.Read("first"), target.Read("second"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(server.blobs.path()), {}), 2);
+}
+
 TEST(Commands, FailWithTheServersOwnText) {
   const RunningServer server;
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"channels", "--user", "nobody"},
@@ -164,6 +189,10 @@ TEST(Commands, FailWithTheServersOwnText) {
                                                     {"fetch", "Mail/Inbox/1"},
                                                     {"delete", "Mail/Inbox/1", "--yes"},
                                                     {"note", "list", "Mail/Inbox/1"},
+                                                    {"orders", "list", "nofield:x"},
+                                                    {"orders", "set", "FA-9999", "open"},
+                                                    {"orders", "tiff", "FA-9999"},
+                                                    {"print-hits", "("},
                                                     {"transfer", "none", "--size", "1"},
                                                     {"properties", "No", "Archive"}}) {
     SCOPED_TRACE(arguments.front());

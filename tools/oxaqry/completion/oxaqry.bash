@@ -2,13 +2,14 @@
 
 _oxaqry() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-  local commands="live direct channels archives formats properties search show create edit delete note masks fetch
-    transfer upload user outline servers write-test session methods"
+  local commands="live direct channels archives formats properties search print-hits show create edit delete note masks
+    fetch transfer upload orders user outline servers write-test session methods"
   local settings="--json --config --hosts --user --password-file --password-stdin --timeout --session --log-dir
     --blob-local --blob-remote --change-file-ext --user-ip --user-name --login-time --help"
   local database="--json --config --database --session --log-dir --help"
   local grants="--id --right --edit --archive --channel --doc-right --search-right --group"
   local contents="--title --field --contents --charset --import-file"
+  local search="--max --query-max --format --rights --layout --layout-field --sort"
   local users="init import add passwd check must-change list groups rights doc-rights search-rights
     grant revoke explain"
   local command="" action="" word options="" files=""
@@ -27,7 +28,7 @@ _oxaqry() {
       return ;;
     --max|--query-max|--format|--rights|--layout|--layout-field|--sort|--query|--mark-on|--mark-off)
       return ;;
-    --channel|--archive|--title|--field|--charset|--segment|--print|--pages|--size)
+    --channel|--archive|--title|--field|--charset|--segment|--print|--pages|--size|--status)
       return ;;
     --database|--id|--right|--doc-right|--search-right|--archive-user|--depth|--expression)
       return ;;
@@ -38,6 +39,8 @@ _oxaqry() {
       command=$word
     elif [[ $command == note && -z $action && $word =~ ^(add|list|delete)$ ]]; then
       action=$word
+    elif [[ $command == orders && -z $action && $word =~ ^(list|set|tiff)$ ]]; then
+      action=$word
     elif [[ $command == user && -z $action && " $users " == *" $word "* ]]; then
       action=$word
     fi
@@ -46,7 +49,8 @@ _oxaqry() {
     "") options="$commands --help --version" ;;
     live|direct|channels|formats|properties|masks|servers|write-test) options=$settings ;;
     archives) options="$settings --all --ext" ;;
-    search) options="$settings --max --query-max --format --rights --layout --layout-field --sort" ;;
+    search) options="$settings $search" ;;
+    print-hits) options="$settings $search --title --output --force --keep" ;;
     show) options="$settings --query --mark-on --mark-off" ;;
     create) options="$settings --channel --archive $contents" ;;
     edit) options="$settings $contents" ;;
@@ -55,6 +59,13 @@ _oxaqry() {
       case $action in
         "") options="add list delete --help" ;;
         delete) options="$settings --yes" ;;
+        *) options=$settings ;;
+      esac ;;
+    orders)
+      case $action in
+        "") options="list set tiff --help" ;;
+        list) options="$settings --status --max" ;;
+        tiff) options="$settings --output --force --keep" ;;
         *) options=$settings ;;
       esac ;;
     user)
