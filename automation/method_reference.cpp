@@ -13,7 +13,8 @@ Made from the method table by `oxaqry methods --markdown`; a test compares the t
 How to read a method: a plain parameter is an input that must be given, `[name]` an input that may be left out,
 `[out name]` an output that is not written when it is left out, `inout name` a variable that is read and written.
 No method raises an error to its caller: a failure shows in the result and in the session's log. An `...Init` method
-sends one request; its `strParamStatus` receives "" on success and the error text otherwise. The `...Next` methods
+sends one request; its `strParamStatus` receives "" on success and the error text of a request that failed; an error of
+the component itself leaves it untouched and is in the session's log. The `...Next` methods
 read what the last `...Init` of any family brought.
 
 )";

@@ -13,8 +13,8 @@ std::string Covers(const std::string& column, const std::string& literal) {
 
 }  // namespace
 
-std::string CoversArchive(const Variant& channel, const Variant& archive) {
-  return Covers("Channel", SqlText(channel)) + " AND " + Covers("Archive", SqlText(archive));
+std::string CoversArchive(const Connection& database, const Variant& channel, const Variant& archive) {
+  return Covers("Channel", SqlText(database, channel)) + " AND " + Covers("Archive", SqlText(database, archive));
 }
 
 // A UNION of two plain lookups, because databases use an index for each of them but not for an OR of the two.

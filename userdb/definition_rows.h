@@ -8,13 +8,14 @@
 #include <string_view>
 #include <tuple>
 
+#include "platform/database.h"
 #include "platform/variant.h"
 
 namespace oxaqrycln {
 
 // The condition for rows whose columns Channel and Archive cover an archive; an empty or Null column covers all.
 // Raises as SqlText does.
-std::string CoversArchive(const Variant& channel, const Variant& archive);
+std::string CoversArchive(const Connection& database, const Variant& channel, const Variant& archive);
 
 // A SELECT of the definitions that a table gives to a user himself or to a group he is a member of. The ID of the user
 // stands in it as it is.

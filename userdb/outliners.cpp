@@ -150,7 +150,7 @@ Variant clsQuery::GetOutliner(const Variant& strChannel, const Variant& strArchi
     WriteText(strOutliner, "");
     const auto rows = state.Database().Execute(
         "SELECT ID, DisplayName FROM Outliner WHERE ID IN (SELECT OutlinerID FROM OutlinerArchives WHERE " +
-        CoversArchive(strChannel, strArchive) + ")");
+        CoversArchive(state.Database(), strChannel, strArchive) + ")");
     std::map<std::pair<NameKey, IdKey>, std::string> lines;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
       const Variant id = rows->Field(0);

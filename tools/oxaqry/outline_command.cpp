@@ -73,9 +73,9 @@ bool Exists(UserDatabase& database, const std::string& table, std::int32_t id) {
 
 int ListOutliners(const Settings& settings, const std::string& channel, const std::string& archive,
                   const Output& output) {
-  const std::string channelName = EntryForDatabase(channel, "the channel");
-  const std::string archiveName = EntryForDatabase(archive, "the archive");
   UserDatabase database(settings);
+  const std::string channelName = database.Entry(channel, "the channel");
+  const std::string archiveName = database.Entry(archive, "the archive");
   Variant lines;
   if (database.query().GetOutliner(channelName, archiveName, &lines).ToLong() < 0) {
     database.Fail("the outliners cannot be read");

@@ -11,9 +11,9 @@ namespace oxaqrycln {
 namespace {
 
 struct Archive {
-  explicit Archive(const UserArchive& request)
-      : channel(EntryForDatabase(request.channel, "the channel")),
-        archive(EntryForDatabase(request.archive, "the archive")) {}
+  Archive(const UserDatabase& database, const UserArchive& request)
+      : channel(database.Entry(request.channel, "the channel")),
+        archive(database.Entry(request.archive, "the archive")) {}
   std::string channel;
   std::string archive;
 };
@@ -31,8 +31,8 @@ Json JsonIds(const std::vector<std::string>& ids) {
 }  // namespace
 
 int ShowDocumentRights(const Settings& settings, const UserArchive& request, const Output& output) {
-  const Archive archive(request);
   UserDatabase database(settings);
+  const Archive archive(database, request);
   const WebUser user = database.User(request.user);
   Variant lines;
   if (database.query().GetUserDocRights(user.id, archive.channel, archive.archive, &lines).IsEmpty()) {
@@ -61,8 +61,8 @@ int ShowDocumentRights(const Settings& settings, const UserArchive& request, con
 }
 
 int ShowSearchRights(const Settings& settings, const UserArchive& request, const Output& output) {
-  const Archive archive(request);
   UserDatabase database(settings);
+  const Archive archive(database, request);
   const WebUser user = database.User(request.user);
   Variant fixedValues;
   Variant hidden;
