@@ -1,3 +1,4 @@
+#include <array>
 #include <string>
 #include <vector>
 
@@ -16,20 +17,12 @@ INSTANTIATE_TEST_SUITE_P(Databases, OutlinersOfOthers, kDatabases, KindName);
 
 // Outliner 1 has two levels that are described, outliner 2 one, and a node whose parent is of outliner 1.
 constexpr const char* kTree = R"(
-  INSERT INTO Outliner VALUES(1,'Customers');
-  INSERT INTO Outliner VALUES(2,'Types');
-  INSERT INTO OutlinerNodes VALUES(1,1,12,'Customer','TXT','1');
-  INSERT INTO OutlinerNodes VALUES(1,2,14,'Year','NUM','yes');
-  INSERT INTO OutlinerNodes VALUES(2,1,13,'Type','TXT','1');
-  INSERT INTO OutlinerContent VALUES(10,1,1,NULL,'papermill',1);
-  INSERT INTO OutlinerContent VALUES(11,1,1,NULL,'Optician',0);
-  INSERT INTO OutlinerContent VALUES(12,1,1,NULL,'Zoo',0);
-  INSERT INTO OutlinerContent VALUES(20,1,2,10,'2026',0);
-  INSERT INTO OutlinerContent VALUES(21,1,2,10,'2025',-1);
-  INSERT INTO OutlinerContent VALUES(22,1,2,11,'2026',0);
-  INSERT INTO OutlinerContent VALUES(30,1,3,20,'deep',0);
-  INSERT INTO OutlinerContent VALUES(40,2,1,NULL,'Letter',0);
-  INSERT INTO OutlinerContent VALUES(41,2,2,12,'of another outliner',0))";
+  INSERT INTO Outliner VALUES (1,'Customers'), (2,'Types');
+  INSERT INTO OutlinerNodes VALUES (1,1,12,'Customer','TXT','1'), (1,2,14,'Year','NUM','yes'),
+    (2,1,13,'Type','TXT','1');
+  INSERT INTO OutlinerContent VALUES (10,1,1,NULL,'papermill',1), (11,1,1,NULL,'Optician',0), (12,1,1,NULL,'Zoo',0),
+    (20,1,2,10,'2026',0), (21,1,2,10,'2025',-1), (22,1,2,11,'2026',0), (30,1,3,20,'deep',0), (40,2,1,NULL,'Letter',0),
+    (41,2,2,12,'of another outliner',0))";
 
 constexpr const char* kTablesOfOthers = R"(
   CREATE TABLE Outliner (ID INTEGER, DisplayName VARCHAR(50));
@@ -39,30 +32,25 @@ constexpr const char* kTablesOfOthers = R"(
   CREATE TABLE OutlinerContent (ID INTEGER, OutlinerID INTEGER, NodeLevel INTEGER, ParentID INTEGER,
     Content VARCHAR(50), Expand INTEGER))";
 
-// The nodes as they are walked: "id level field/description/type content expanded children" a line.
+// The nodes as they are walked, a line each: the outputs in their order, then the content.
 std::string Walk(clsQuery& query) {
   std::string text;
   for (int i = 0; i < 100; ++i) {
-    Variant id = "kept";
-    Variant level;
-    Variant field;
-    Variant description;
-    Variant type;
-    Variant isExpanded;
-    Variant children;
-    const std::string content =
-        query.GetOutlinerContentNext(&id, &level, &field, &description, &type, &isExpanded, &children);
-    if (id == Variant("kept")) {
+    std::array<Variant, 7> outputs;
+    const std::string content = query.GetOutlinerContentNext(&outputs[0], &outputs[1], &outputs[2], &outputs[3],
+                                                             &outputs[4], &outputs[5], &outputs[6]);
+    if (outputs[0].IsEmpty()) {
       EXPECT_EQ(content, "");
-      EXPECT_TRUE(children.IsEmpty());
+      EXPECT_TRUE(outputs[6].IsEmpty());
       return text;
     }
-    EXPECT_EQ(id.TypeName(), "Long");
-    EXPECT_EQ(level.TypeName(), "Integer");
-    EXPECT_EQ(isExpanded.TypeName(), "Boolean");
-    EXPECT_EQ(children.TypeName(), "Long");
-    text += id.ToText() + " " + level.ToText() + " " + field.ToText() + "/" + description.ToText() + "/" +
-            type.ToText() + " " + content + " " + isExpanded.ToText() + " " + children.ToText() + "\n";
+    std::string types;
+    for (const Variant& output : outputs) {
+      types.append(output.TypeName()).append(" ");
+      text += output.ToText() + " ";
+    }
+    EXPECT_EQ(types, "Long Integer String String String Boolean Long ");
+    text += content + "\n";
   }
   ADD_FAILURE() << "the walk does not end";
   return text;
@@ -72,20 +60,10 @@ TEST_P(Outliners, AreListedByNameForTheArchivesTheyAreOfferedFor) {
   const TestDatabase database(GetParam());
   database.Connect()->Execute("INSERT INTO Outliner VALUES(1,'\xC4pfel')");
   database.Run(R"(
-    INSERT INTO Outliner VALUES(2,'birnen');
-    INSERT INTO Outliner VALUES(3,'Apfel');
-    INSERT INTO Outliner VALUES(4,'apfel');
-    INSERT INTO Outliner VALUES(20,'Zoo ^''"');
-    INSERT INTO Outliner VALUES(5,'Zoo ^''"');
-    INSERT INTO Outliner VALUES(6,'never offered');
-    INSERT INTO OutlinerArchives VALUES(1,'Finance','Invoices');
-    INSERT INTO OutlinerArchives VALUES(1,'Finance','');
-    INSERT INTO OutlinerArchives VALUES(1,'','');
-    INSERT INTO OutlinerArchives VALUES(2,'Finance','');
-    INSERT INTO OutlinerArchives VALUES(3,'','Invoices');
-    INSERT INTO OutlinerArchives VALUES(4,'Mail','Invoices');
-    INSERT INTO OutlinerArchives VALUES(20,'','');
-    INSERT INTO OutlinerArchives VALUES(5,'',''))");
+    INSERT INTO Outliner VALUES (2,'birnen'), (3,'Apfel'), (4,'apfel'), (20,'Zoo ^''"'), (5,'Zoo ^''"'),
+      (6,'never offered');
+    INSERT INTO OutlinerArchives VALUES (1,'Finance','Invoices'), (1,'Finance',''), (1,'',''), (2,'Finance',''),
+      (3,'','Invoices'), (4,'Mail','Invoices'), (20,'',''), (5,'',''))");
   WebPage page(database);
   struct Case {
     const char* channel;
@@ -112,8 +90,8 @@ TEST_P(Outliners, AreWalkedNodeByNode) {
   clsQuery& query = page.query;
   EXPECT_EQ(Walk(query), "");
   const std::string roots =
-      "11 1 12/Customer/TXT Optician False 1\n10 1 12/Customer/TXT papermill True 2\n12 1 12/Customer/TXT Zoo False "
-      "0\n";
+      "11 1 12 Customer TXT False 1 Optician\n10 1 12 Customer TXT True 2 papermill\n"
+      "12 1 12 Customer TXT False 0 Zoo\n";
   EXPECT_EQ(query.GetOutlinerContentInit(1), Variant::Long(3)) << page.Log();
   EXPECT_EQ(Walk(query), roots);
   EXPECT_EQ(Walk(query), "");
@@ -129,12 +107,11 @@ TEST_P(Outliners, AreWalkedNodeByNode) {
   for (const Case& test : {
            Case{"0 is no parent", "1", 0, 3, roots.c_str()},
            Case{"nor are other spellings of it", "+1", "-00", 3, roots.c_str()},
-           Case{"children", 1, "10", 2, "21 2 14/Year/NUM 2025 True 0\n20 2 14/Year/NUM 2026 False 1\n"},
-           Case{"a level that is not described", 1, 20, 1, "30 3 // deep False 0\n"},
+           Case{"children", 1, "10", 2, "21 2 14 Year NUM True 0 2025\n20 2 14 Year NUM False 1 2026\n"},
+           Case{"a level that is not described", 1, 20, 1, "30 3    False 0 deep\n"},
            Case{"a leaf", 1, 30, 0, ""},
-           Case{"another outliner", 2, Missing, 1, "40 1 13/Type/TXT Letter False 0\n"},
+           Case{"another outliner", 2, Missing, 1, "40 1 13 Type TXT False 0 Letter\n"},
            Case{"a node of another outliner", 2, 10, 0, ""},
-           Case{"no such outliner", 3, Missing, 0, ""},
            Case{"no such node", 1, 99, 0, ""},
        }) {
     SCOPED_TRACE(test.name);
@@ -206,9 +183,7 @@ TEST_P(Outliners, BecomeASearchFromTheRootDown) {
            Case{"another outliner", 40, "13:\"Letter\""},
            Case{"a parent in another outliner", 41, ""},
            Case{"no such node", 99, ""},
-           Case{"no node", 0, ""},
            Case{"no number", "10 OR 1=1", ""},
-           Case{"nothing", "", ""},
        }) {
     SCOPED_TRACE(test.name);
     EXPECT_EQ(page.query.GetOutlinerSearchExpr(test.id), test.expression) << page.Log();
@@ -229,10 +204,8 @@ TEST_P(Outliners, QuoteInASearchWhatCouldBeReadAsSyntax) {
     const char* expression;
   };
   const std::vector<Case> cases{
-      {"TXT", "1", "plain", "7:\"plain\""},
       {"TXT", "1", "", "7:\"\""},
       {"TXT", "1", "a\" OR 7:\"b", "7:\"a  OR 7: b\""},
-      {"TXT", "1", "\"", "7:\" \""},
       {"TXT", "1", "it's (a OR b)*", "7:\"it's (a OR b)*\""},
       {"NUM", "1", "-1.5_x*", "7:-1.5_x*"},
       {"NUM", "1",
@@ -241,25 +214,19 @@ TEST_P(Outliners, QuoteInASearchWhatCouldBeReadAsSyntax) {
        "7:gr\xF6\xDF"
        "e"},
       {"NUM", "1", "1,5", "7:\"1,5\""},
-      {"NUM", "1", "a b", "7:\"a b\""},
       {"NUM", "1", "a\"b", "7:\"a b\""},
       {"NUM", "1", "x) OR (y", "7:\"x) OR (y\""},
-      {"NUM", "1", "7:x", "7:\"7:x\""},
       {"NUM", "1", "\xD7\x80", "7:\"\xD7\x80\""},
       {"NUM", "1", "a\tb\r\n", "7:\"a\tb\r\n\""},
-      {"NUM", "1", "^,^", "7:\"^,^\""},
-      {"NUM", "1", "\\", "7:\"\\\""},
+      {"NUM", "1", "^,^\\", "7:\"^,^\\\""},
       {"NUM", "1", "", "7:\"\""},
       {"txt", "1", "plain", "7:plain"},
       {"", "x", "plain", "7:plain"},
-      {"", "0", "plain", ""},
       {"", "00", "plain", ""},
       {"", "-0.0", "plain", ""},
-      {"", "", "plain", ""},
       {"", "  ", "plain", ""},
       {"", "False", "plain", ""},
       {"", "0x", "plain", "7:plain"},
-      {"", "-1", "plain", "7:plain"},
       {"", "0.1", "plain", "7:plain"},
   };
   const auto connection = database.Connect();
@@ -314,21 +281,12 @@ TEST_P(OutlinersOfOthers, MayHoldNullsZeroParentsAndLostNodes) {
   const TestDatabase database(GetParam(), false);
   database.Run(kTablesOfOthers);
   database.Run(R"(
-    INSERT INTO Outliner VALUES(1,NULL);
-    INSERT INTO Outliner VALUES(2,'Two');
-    INSERT INTO OutlinerArchives VALUES(1,NULL,NULL);
-    INSERT INTO OutlinerArchives VALUES(1,NULL,NULL);
-    INSERT INTO OutlinerArchives VALUES(2,'Mail',NULL);
-    INSERT INTO OutlinerNodes VALUES(1,1,'author','Author',NULL,1);
-    INSERT INTO OutlinerNodes VALUES(1,2,NULL,NULL,NULL,NULL);
-    INSERT INTO OutlinerNodes VALUES(1,3,'title',NULL,'TXT',-1);
-    INSERT INTO OutlinerContent VALUES(1,1,1,0,'zero',NULL);
-    INSERT INTO OutlinerContent VALUES(2,1,1,NULL,NULL,1);
-    INSERT INTO OutlinerContent VALUES(3,1,2,1,'skipped',1);
-    INSERT INTO OutlinerContent VALUES(4,1,3,3,'leaf',0);
-    INSERT INTO OutlinerContent VALUES(5,1,3,99,'lost',0);
-    INSERT INTO OutlinerContent VALUES(6,2,1,NULL,'levelless',0);
-    INSERT INTO OutlinerContent VALUES(7,2,70000,6,'too deep',0))");
+    INSERT INTO Outliner VALUES (1,NULL), (2,'Two');
+    INSERT INTO OutlinerArchives VALUES (1,NULL,NULL), (1,NULL,NULL), (2,'Mail',NULL);
+    INSERT INTO OutlinerNodes VALUES (1,1,'author','Author',NULL,1), (1,2,NULL,NULL,NULL,NULL),
+      (1,3,'title',NULL,'TXT',-1);
+    INSERT INTO OutlinerContent VALUES (1,1,1,0,'zero',NULL), (2,1,1,NULL,NULL,1), (3,1,2,1,'skipped',1),
+      (4,1,3,3,'leaf',0), (5,1,3,99,'lost',0), (6,2,1,NULL,'levelless',0), (7,2,70000,6,'too deep',0))");
   WebPage page(database);
   clsQuery& query = page.query;
   Variant list;
@@ -336,9 +294,9 @@ TEST_P(OutlinersOfOthers, MayHoldNullsZeroParentsAndLostNodes) {
   EXPECT_EQ(list, Variant("^1^,^^\r\n"));
   EXPECT_EQ(query.GetOutliner("Mail", "Any"), Variant::Long(2));
   EXPECT_EQ(query.GetOutlinerContentInit(1), Variant::Long(2)) << page.Log();
-  EXPECT_EQ(Walk(query), "2 1 author/Author/  True 0\n1 1 author/Author/ zero False 1\n");
+  EXPECT_EQ(Walk(query), "2 1 author Author  True 0 \n1 1 author Author  False 1 zero\n");
   EXPECT_EQ(query.GetOutlinerContentInit(1, 1), Variant::Long(1));
-  EXPECT_EQ(Walk(query), "3 2 // skipped True 1\n");
+  EXPECT_EQ(Walk(query), "3 2    True 1 skipped\n");
   EXPECT_EQ(query.GetOutlinerSearchExpr(4), "author:zero AND title:\"leaf\"");
   EXPECT_EQ(query.GetOutlinerSearchExpr(5), "title:\"lost\"");
   EXPECT_EQ(query.GetOutlinerSearchExpr(2), "author:\"\"");
@@ -370,18 +328,14 @@ TEST_P(Outliners, FailWithNothingLoaded) {
   EXPECT_EQ(page.Log().find("-2147467259"), std::string::npos) << "the database saw a statement: " << page.Log();
 
   query.GetOutlinerContentInit(1);
-  const auto connection = database.Connect();
-  for (const char* table : {"OutlinerContent", "OutlinerNodes", "OutlinerArchives"}) {
-    connection->Execute(std::string("DROP TABLE ") + table);
-  }
+  database.Run("DROP TABLE OutlinerContent; DROP TABLE OutlinerArchives");
   EXPECT_EQ(query.GetOutlinerContentInit(1), failed);
   EXPECT_EQ(Walk(query), "");
   EXPECT_EQ(query.GetOutliner("Finance", "Invoices"), failed);
   EXPECT_EQ(query.UpdateOutlinerContent(1, true), failed);
   EXPECT_EQ(query.GetOutlinerSearchExpr(1), "");
-  for (const char* routine :
-       {"GetOutlinerContentInit", "GetOutliner", "UpdateOutlinerContent", "GetOutlinerSearchExpr"}) {
-    EXPECT_TRUE(page.Failed(routine, "-2147467259 - [")) << routine << page.Log();
+  for (const char* each : {"GetOutlinerContentInit", "GetOutliner", "UpdateOutlinerContent", "GetOutlinerSearchExpr"}) {
+    EXPECT_TRUE(page.Failed(each, "-2147467259 - [")) << each << page.Log();
   }
 }
 
