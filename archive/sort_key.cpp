@@ -103,7 +103,7 @@ std::optional<std::uint64_t> DateHead(std::string_view text) noexcept {
   const std::chrono::year_month_day date{std::chrono::year{static_cast<int>(year)}, std::chrono::month{month},
                                          std::chrono::day{day}};
   if (!date.ok()) return std::nullopt;
-  return kValueClass << kClassShift | (std::uint64_t{year} * 10000 + month * 100 + day);
+  return kValueClass << kClassShift | ((year * 100 + month) * 100 + day);
 }
 
 // A number's digits: those before its comma, and from there on, the comma included. Without the zeros that do not

@@ -220,34 +220,33 @@ class clsQuery {
   // It outlives every other request, until a query whose answer has a head succeeds: while a page walks it with
   // TELOSortHitlistNext, it may ask for each document. TELOQueryArchiveNext always reads the rows as they came.
 
-  // Sorts the hits by a display column, lngCol 1 being the first. The server says what a column holds, by a line in
-  // front of the title row that has a flag for each field of the rows, a decimal number: 0x400 is set for dates, else
-  // 0x200 for numbers; all others are texts. Texts are compared in upper case by their character codes, dates
-  // (dd.mm.yyyy, yyyy-mm-dd or mm/dd/yyyy) by the calendar, numbers (a sign, digits, a decimal comma or point) by
-  // value. What is no date or number comes before those that are, by its text, empty first; a row that lacks the column
-  // counts as empty. Equal ones keep their order, in both directions. The first sort by a column after a query or
-  // another column turns the direction of the data round: descending, unless the first hit is greater than the last
-  // one; each further sort by it turns that round. Returns the number of rows (Long), the title row included, and
-  // TELOSortHitlistNext begins at the title row; -1 (Integer), with nothing changed, for a column that the title row
-  // does not have and without a title row.
+  // Sorts the hits by a display column, lngCol 1 being the first; sends no request. The server says what a column
+  // holds, by a line in front of the title row that has a flag for each field of the rows, a decimal number: 0x400 is
+  // set for dates, else 0x200 for numbers; all others are texts. Texts are compared in upper case by their character
+  // codes, dates (dd.mm.yyyy, yyyy-mm-dd or mm/dd/yyyy) by the calendar, numbers (a sign, digits, a decimal comma or
+  // point) by value. What is no date or number comes before those that are, by its text, empty first; a row that lacks
+  // the column counts as empty. Equal ones keep their order, in both directions. The first sort by a column after a
+  // query, or after a sort by another one, turns the direction of the data round: it is ascending when the first hit is
+  // greater than the last one, else descending. Each further sort by the column turns the direction of the one before
+  // round. Returns the number of rows (Long), the title row included, and TELOSortHitlistNext begins at the title row;
+  // -1 (Integer), with nothing changed, for a column that the title row does not have and without a title row.
   Variant TELOSortHitlistInit(const Variant& lngCol);
   // The next row of the list, read as TELOQueryArchiveNext reads it, with a place of its own: at the title row after a
   // query and after a sort.
   std::string TELOSortHitlistNext(Variant* strChannel = nullptr, Variant* strArchive = nullptr,
                                   Variant* strDocID = nullptr, Variant* strVer = nullptr);
-  // Sorts lines that the page holds in the same way: CR LF between them, one at the end ignored; first the server's
-  // flags of the fields, then the title row, then the hits, each row with reference, document id and version in front
-  // of its columns. intSortCol 1 is the first display column. They are kept, with their reading place and direction,
-  // apart from the list of the last query, and no query touches them; the direction is remembered from one call to the
-  // next, also for other lines. Returns as TELOSortHitlistInit does; after -1 the lines of the call before are still
-  // there.
+  // Sorts lines that the page holds in the same way: CR LF between them, one at the end ignored; first the flags, then
+  // the title row, then the hits, each row with reference, document id and version in front of its columns. intSortCol
+  // 1 is the first display column. The lines, their reading place and the direction are kept apart from the list of the
+  // last query, and no query touches them; the direction is remembered from one call to the next, also for other lines.
+  // Returns as TELOSortHitlistInit does; after -1 the lines of the call before are still there.
   Variant TELOSortHitlist2Init(const Variant& strHitLines, const Variant& intSortCol);
   // The next of these lines, whole, the title row first; an empty line is "", too.
   std::string TELOSortHitlist2Next();
   // Removes a hit from the list of the last query; lngLine 1 is the first hit in its present order. Returns the number
-  // of hits left (Long), or -1 (Integer), with nothing changed, when there is no such hit. The walk of
-  // TELOSortHitlistNext misses no other row by it. Costs little at both ends of the list; deleting from the middle of a
-  // million hits moves up to two million bytes.
+  // of hits left (Long), or -1 (Integer), with nothing changed, when there is no such hit. TELOSortHitlistNext goes on
+  // with the row it would have read, or the one behind when that was removed. Removing a hit moves four bytes for each
+  // one between it and the nearer end of the list: at most two million bytes in a list of a million hits.
   Variant TELODeleteFromHitlist(const Variant& lngLine);
 
   // --- Documents and segments ---

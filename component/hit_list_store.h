@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/errors.h"
 #include "transport/response_buffer.h"
 
 namespace oxaqrycln {
