@@ -107,7 +107,7 @@ const Output kSegment[] = {{"strChannel", "M"},
                            {"strLayoutID", "L"},
                            {"lngThumbnailSize", Variant::Long(90000)}};
 
-// Its record line, with the text as far as it stands on this line.
+// The record line of the segment, with the part of its text that is on this line.
 std::string Record(const std::string& text) { return Fields(kSegment) + ",^" + text; }
 
 TEST(Segments, AreReadWithTheirContinuationLines) {

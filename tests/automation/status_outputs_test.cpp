@@ -10,7 +10,7 @@
 namespace oxaqrycln::testing {
 namespace {
 
-// The last output; all other outputs and the optional inputs are left out.
+// Calls the method with its required inputs and the status output, which is its last parameter.
 Variant CallWithStatus(clsQuery& query, const MethodEntry& method, Variant& status) {
   Variant input("1");
   std::vector<Variant*> arguments;

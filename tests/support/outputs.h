@@ -1,4 +1,5 @@
-// outputs.h - all outputs of a call at once, each with a value of its own, so that none can be taken for another.
+// outputs.h - checks all outputs of a call at once. Each expected value is best unlike the others, so that swapped
+// outputs show.
 #ifndef OXAQRYCLN_TESTS_SUPPORT_OUTPUTS_H_
 #define OXAQRYCLN_TESTS_SUPPORT_OUTPUTS_H_
 
@@ -13,7 +14,7 @@
 
 namespace oxaqrycln::testing {
 
-// What a call is expected to write to one of its outputs, in its type.
+// The value that a call is expected to write to one of its outputs, its type included.
 struct Output {
   const char* name;
   Variant value;
@@ -27,7 +28,7 @@ std::string Fields(const Output (&outputs)[kCount]) {
   return line;
 }
 
-// Runs call(output, ...) with as many outputs and compares what it wrote, the types included.
+// Runs call with a pointer to an output for each expected one, in the same order, and compares what it wrote.
 template <std::size_t kCount, typename Call>
 void ExpectOutputs(const Output (&expected)[kCount], Call&& call) {
   std::array<Variant, kCount> outputs;
