@@ -72,8 +72,7 @@ Variant clsQuery::TELOGetSegmentMultiTIF(const Variant& strChannel, const Varian
     const auto pages = Trap(state.log, "GetPages", std::optional<std::string>(),
                             [&](std::optional<std::string>& list) { list = GetPages(strPages.ToText()); });
     if (!pages) return;
-    FetchFile(*this, state,
-              {"GetSegmentMultiTIF", strChannel, strArchive, strDocID, strVer, *pages, strBlobPathRemote},
+    FetchFile(*this, state, {"GetSegmentMultiTIF", strChannel, strArchive, strDocID, strVer, *pages, strBlobPathRemote},
               NoFile::kClearsOutputs, {strFileName, lngFileLen, strParamStatus}, result);
   });
 }

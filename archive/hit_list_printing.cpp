@@ -6,7 +6,8 @@
 namespace oxaqrycln {
 namespace {
 
-// The rows of the store from the title row on, with CR LF between them. Raises Subscript out of range without a title row.
+// The rows of the store from the title row on, with CR LF between them. Raises Subscript out of range without a title
+// row.
 std::string Rows(const HitListStore& hits) {
   std::string rows(hits.Line(HitListStore::kTitleRow));
   for (std::int32_t row = HitListStore::kFirstHit; row <= hits.UpperIndex(); ++row) {

@@ -73,7 +73,8 @@ Variant clsQuery::GetUserDocRights(const Variant& strUserID, const Variant& strC
   QueryState& state = *state_;
   return state.Run("GetUserDocRights", Variant(), [&](Variant& result) {
     WriteText(strDocRights, "");
-    const auto conditions = ReadConditions(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));
+    const auto conditions =
+        ReadConditions(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));
     std::string lines;
     for (const auto& [definition, grade, field, comparison, value, type] : conditions) {
       lines += CaretQuoted({TextOf(definition), TextOf(field), comparison, value, type}) + "\r\n";
@@ -89,7 +90,8 @@ Variant clsQuery::GetUserSearchRights(const Variant& strUserID, const Variant& s
   QueryState& state = *state_;
   return state.Run("GetUserSearchRights", Variant(), [&](Variant& result) {
     for (Variant* const output : {strFixedValues, strHiddenFields, strNoMatchcodeFields}) WriteText(output, "");
-    const auto fields = ReadSearchFields(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));
+    const auto fields =
+        ReadSearchFields(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));
     std::string lines;
     for (const auto& [field, value] : fields.fixed) lines += CaretQuoted({TextOf(field), value}) + "\r\n";
     WriteText(strFixedValues, lines);

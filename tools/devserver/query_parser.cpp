@@ -115,9 +115,8 @@ class Parser {
     const std::size_t colon = word.find(':');
     if (colon == std::string_view::npos) return Value("");
     const std::string named = LowerCase(word.substr(0, colon));
-    const auto found = std::ranges::find_if(fields_, [&](const QueryField& each) {
-      return each.name == named || (!each.id.empty() && each.id == named);
-    });
+    const auto found = std::ranges::find_if(
+        fields_, [&](const QueryField& each) { return each.name == named || (!each.id.empty() && each.id == named); });
     if (found == fields_.end()) {
       Fail("there is no field '" + Printable(word.substr(0, colon)) + "' (fields are " + FieldNames() + ")");
     }
