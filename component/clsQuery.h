@@ -1,6 +1,6 @@
 // clsQuery.h - the one public class: archive queries through a pool of query servers, for server-side pages.
-// One instance serves one page request, on the thread that made it. No method lets an error out: a failure shows in
-// the result and in the session's log.
+// No other file describes its members: automation/describe_interface.py reads this one during the build and makes the
+// method table and the reference pages from it. Private state is behind one pointer.
 #ifndef OXAQRYCLN_COMPONENT_CLSQUERY_H_
 #define OXAQRYCLN_COMPONENT_CLSQUERY_H_
 
@@ -16,19 +16,24 @@ namespace oxaqrycln {
 
 struct QueryState;
 
-// Conventions. An input is a const Variant&; Missing leaves an optional one out. An output is a Variant*; nullptr
-// leaves it out, and what is left out is never written. Unless a method says otherwise:
-// - an ...Init sends one request and returns the number of records (Long), or -1 (Integer) when it failed; its
-//   strParamStatus receives "" on success and the error text of a request that failed, no other output is written then;
+// How the class is written, which the build checks: "// --- Name ---" opens a group of members. A comment directly
+// above a declaration documents it; one that a blank line follows belongs to the group. An input is const Variant&
+// (when optional with the default Missing), an output Variant* with the default nullptr, a value that is read and
+// replaced Variant&. The documentation of a property that can only be assigned begins with "Write-only property:".
+
+// One instance serves one page request, on the thread that made it. No method lets an error out: a failure shows in the
+// result and in the session's log. An optional input that is Missing counts as left out; an output that is left out (in
+// C++: nullptr) is never written. Unless a method says otherwise:
+// - an ...Init method sends one request and returns the number of records (Long), or -1 (Integer) on failure.
+//   strParamStatus receives "" on success; when the request failed it receives the error text, and no other output is
+//   written.
 // - strParamStatus is about the request only. An error of the component itself (an argument that is refused, a file
-// that
-//   cannot be read or written, an answer that does not have the expected form) leaves it untouched and is written to
-//   the session's log. So -1 with strParamStatus as the page had set it means: see the log. And -1 with strParamStatus
-//   "" means that the server reported success, but its answer holds none of the data that the method reads;
-// - a ...Next returns the next record's text, or "" at the end with the outputs untouched;
+//   that cannot be read or written, an answer that does not have the expected form) leaves it untouched and is written
+//   to the session's log. So -1 with strParamStatus as the page had set it means: see the log. And -1 with
+//   strParamStatus "" means that the server reported success, but its answer holds none of the data that is read.
+// - a ...Next method returns the next record's text, or "" at the end with the outputs untouched.
 // - every request but that of TELOUploadFile replaces the records that the ...Next methods of every family read, a
-// failed
-//   one by none.
+//   failed one by none.
 class clsQuery {
  public:
   clsQuery();
@@ -39,30 +44,44 @@ class clsQuery {
   clsQuery(const clsQuery&) = delete;
   clsQuery& operator=(const clsQuery&) = delete;
 
-  // --- Settings, to be assigned before Init. All start empty; nothing else configures the component. ---
+  // --- Settings ---
+  // Public variables, to be assigned before Init. All start empty; nothing else configures the component.
 
-  std::int32_t lngRequestTimeout = 0;  // seconds one request may take, all servers tried included; 0 ends at the next
-                                       // second boundary
-  std::string strSessionID;            // the web session; names the log file
-  std::string strTELOPwd;              // password of the archive account
-  std::string strTELOUser;             // name of the archive account
-  std::string strBlobPathLocal;        // directory of received files as this machine reaches it
-  std::string strBlobPathRemote;       // the same directory as the query servers reach it
-  std::string strDBConnect;            // connection string of the web user database
-  std::string strDebugLogPath;         // directory of the log files; "" logs nothing
-  std::string strChangeFileExt;        // OLD-NEW extension rules for received files, separated by ","
-  std::string strDES56Key;             // default key of the encryption services
-  std::string strUserIP;               // network address of the web user
-  std::string strUserName;             // name of the web user
-  DateTime datUserLoginTime;           // when the web user logged on
+  // Seconds that one request may take, all servers tried included; 0 ends it at the next second boundary.
+  std::int32_t lngRequestTimeout = 0;
+  // The web session; names the log file.
+  std::string strSessionID;
+  // Password of the archive account.
+  std::string strTELOPwd;
+  // Name of the archive account.
+  std::string strTELOUser;
+  // Directory of received files as this machine reaches it.
+  std::string strBlobPathLocal;
+  // The same directory as the query servers reach it.
+  std::string strBlobPathRemote;
+  // Connection string of the web user database.
+  std::string strDBConnect;
+  // Directory of the log files; "" logs nothing.
+  std::string strDebugLogPath;
+  // OLD-NEW extension rules for received files, separated by ",".
+  std::string strChangeFileExt;
+  // Default key of the encryption services.
+  std::string strDES56Key;
+  // Network address of the web user.
+  std::string strUserIP;
+  // Name of the web user.
+  std::string strUserName;
+  // When the web user logged on.
+  DateTime datUserLoginTime;
 
   // --- Life cycle ---
 
   // Opens the database connection unless blnParamDBInit is False, claims a connection slot and starts the timer that
-  // frees stale servers. Once, after the settings and before any other method. False on failure.
+  // frees stale servers. To be called once, after the settings and before any other method. False on failure.
   bool Init(const Variant& blnParamDBInit = Missing);
-  // Keeps the page's scripting context and its request until OnEndPage.
+  // Keeps the page's scripting context and its request until OnEndPage. Any other argument changes nothing.
   void OnStartPage(const Variant& PassedScriptingContext);
+  // Releases the scripting context and its request.
   void OnEndPage();
 
   // --- Text and file helpers ---
@@ -72,52 +91,58 @@ class clsQuery {
   std::string Encode(const Variant& strText);
   // The inverse of Encode; "" on failure.
   std::string Decode(const Variant& strText);
-  // Deletes the files that match a path or pattern, then every directory beside them with its files.
+  // Deletes the files that match a path or pattern, then every directory beside them with its files. A directory that
+  // holds another one ends the call.
   void DeleteFTPObjects(const Variant& strFile);
 
   // --- Query servers ---
 
-  // Write-only: the query servers of this thread, "host,port[,print flag[,user[,encoded password]]]" joined by "|".
-  // Only the first assignment on a thread has an effect.
+  // Write-only property: the query servers of this thread, "host,port[,print flag[,user[,encoded password]]]" joined by
+  // "|". Print requests go to servers whose flag is 1 or left out only. The first assignment on a thread that succeeds
+  // counts, later ones have no effect.
   void RemoteHosts(const Variant& strRemoteHosts);
 
   // --- Web users ---
-  // These work on the database that Init opened. IDs are whole numbers; a text with a quote and an ID that is no number
-  // fail before the database sees them, and so does a text with a backslash where the database takes one as an escape
-  // character. Passwords are stored encoded, not encrypted.
+  // These methods work on the database that Init opened. IDs are whole numbers; a text with a quote and an ID that is
+  // no number fail before the database sees them, and so does a text with a backslash where the database takes one as
+  // an escape character. Passwords are stored encoded, not encrypted.
 
   // Creates a user, with an account of the archive system when both of its texts are given. Returns the new user's ID
   // (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
-  Variant WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strParamTELOUser = Missing,
-                        const Variant& strParamTELOPasswd = Missing);
-  // One more than the largest number in a column of a table, 1 for an empty one (Long); 0 on failure.
+  Variant WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strTELOUser = Missing,
+                        const Variant& strTELOPasswd = Missing);
+  // Returns one more than the largest number in a column of a table, 1 for an empty one (Long); 0 (Long) on failure.
   Variant GetNextDBObjectID(const Variant& strField, const Variant& strTable);
-  // The ID of the first user of the name (Long) when the password is his, or none is given; else 0.
+  // Returns the ID of the first user of the name (Long) when strPasswd is his password, or is left out: then he only
+  // has to exist. Else, and on failure, 0 (Long).
   Variant CheckLogon(const Variant& strUser, const Variant& strPasswd = Missing);
   // Changes the password of all users of the name. Returns the ID of the first one (Integer), 0 when the old password
   // is wrong, the ID is above 32767, or the database refuses the change.
   Variant ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew);
-  // 1 (Long) when there is such a user, whose account of the archive system the outputs receive, "" without one; else 0
-  // with the outputs untouched.
-  Variant GetUserTELOUser(const Variant& strUserID, Variant* strParamTELOUser = nullptr,
-                          Variant* strParamTELOPasswd = nullptr);
-  // 1 (Long) when the user has the flag set or cleared, which intChangePasswd receives; else 0, in both.
+  // Reads the user's account of the archive system. Returns 1 (Long) when there is such a user, with the outputs "" for
+  // one without an account; else, and on failure, 0 (Long) with the outputs untouched.
+  Variant GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser = nullptr, Variant* strTELOPasswd = nullptr);
+  // Reads whether the user must change his password. Returns 1 (Long) when the user has the flag set or cleared, which
+  // intChangePasswd receives; else, and on failure, 0 (Long), with intChangePasswd 0 (Integer).
   Variant GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd = nullptr);
   // Says whether the user must change his password: a whole number, or a Boolean, which is stored as 1 or 0. Returns 1
-  // (Long), also when there is no such user; 0 on failure.
+  // (Long), also when there is no such user; 0 (Long) on failure.
   Variant SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd);
 
-  // What a user may do himself and through the groups he is a member of. Each returns the number of entries (Long) and
-  // writes them to its output; Empty on failure, with the output holding what was read before it, at first "".
-  // "^right^,^right^".
+  // --- User rights ---
+  // What a user may do himself and through the groups he is a member of. Each method returns the number of entries
+  // (Long), which it writes to its output; Empty on failure, and the output then holds what had been read, at first "".
+
+  // The general rights of the user and his groups, "^right^,^right^". Returns their number.
   Variant GetUserRights(const Variant& strUserID, Variant* strRights = nullptr);
-  // A line "archive[,N][,E][,D]" with CR LF for each archive: new documents, editing, deleting.
+  // The rights to create (N), edit (E) and delete (D) documents, a line "archive[,N][,E][,D]" with CR LF for each
+  // archive. Returns the number of archives.
   Variant GetUserEditRights(const Variant& strUserID, Variant* strEditRights = nullptr);
-  // "[group],[group]": the groups the user is a member of.
+  // The groups the user is a member of, "[group],[group]". Returns their number.
   Variant GetUserGroups(const Variant& strUserID, Variant* strGroups = nullptr);
-  // "^archive^,^archive^".
+  // The archives that the user and his groups may see, "^archive^,^archive^". Returns their number.
   Variant GetUserArchives(const Variant& strUserID, Variant* strArchives = nullptr);
-  // "^channel^,^channel^".
+  // The channels that the user and his groups may see, "^channel^,^channel^". Returns their number.
   Variant GetUserChannels(const Variant& strUserID, Variant* strChannels = nullptr);
 
   // Which definitions restrict what a user sees and searches in an archive: those that are given to the user himself or
@@ -173,46 +198,52 @@ class clsQuery {
 
   // --- Channels and archives ---
 
+  // Asks for the channels and sorts them in ascending order, whatever their letter case. Returns their number (Long),
+  // or -1 (Integer) on failure.
   Variant TELOGetChannelsInit(Variant* strParamStatus = nullptr);
-  // The next channel in ascending order; strChannelDescription receives the text after its first comma.
+  // The next channel: its line up to the first comma, "" at the end. strChannelDescription receives the text after the
+  // comma, "" without one.
   std::string TELOGetChannelsNext(Variant* strChannelDescription = nullptr);
+  // Asks for the archives and sorts them likewise. Returns their number (Long), or -1 (Integer) on failure.
   Variant TELOGetAllArchivesInit(Variant* strParamStatus = nullptr);
-  // The next archive line, whole, in ascending order.
+  // The next archive, its whole line; "" at the end.
   std::string TELOGetAllArchivesNext();
+  // Asks for the query formats of an archive. Returns their number (Long), or -1 (Integer) on failure.
   Variant TELOGetQueryFormatListInit(const Variant& strChannel, const Variant& strArchive,
                                      Variant* strParamStatus = nullptr);
-  // The next query format, in the server's order.
+  // The next query format, in the server's order; "" at the end.
   std::string TELOGetQueryFormatListNext();
-  // Returns the number of channels, not of lines.
+  // Asks for every channel with its archives. Returns the number of channels (Long), or -1 (Integer) on failure.
   Variant TELOGetAllArchivesExtInit(Variant* strParamStatus = nullptr);
-  // Moves to the next channel and returns its number of archives (Long), or -1 (Integer) after the last. Outputs become
-  // "" at the end.
+  // Moves to the next channel, whose name and description the outputs receive. Returns its number of archives (Long),
+  // or -1 (Integer) after the last channel, with the outputs "".
   Variant TELOGetAllArchivesExtNext(Variant* strChannel = nullptr, Variant* strChannelDescription = nullptr);
-  // The next archive of the current channel; strComment receives the text after its first comma. "" where the next
-  // channel begins.
+  // The next archive of the current channel: its line up to the first comma, "" where the next channel begins.
+  // strComment receives the text after the comma, "" without one and where the next channel begins.
   std::string TELOGetAllArchivesExtNextArchive(Variant* strComment = nullptr);
-  // Back to the first channel, without a request.
+  // Goes back to the first channel, without a request.
   void TELOGetAllArchivesExtFirst();
-  // Returns the fifth property of the archive as text, or -1 (Integer) on failure or an empty answer; the outputs
-  // receive the first four as the server wrote them.
+  // Asks for the properties of an archive. Returns the fifth one (String), or -1 (Integer) on failure or an empty
+  // answer; the outputs receive the first four as the server wrote them (String).
   Variant TELOGetArchiveProperties(const Variant& strChannel, const Variant& strArchive, Variant* blnCreate = nullptr,
                                    Variant* blnEdit = nullptr, Variant* blnDelete = nullptr,
                                    Variant* blnIndex = nullptr, Variant* strParamStatus = nullptr);
 
   // --- Query and hit list ---
 
-  // Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits. Returns the number of rows (Long), the title
-  // row included; a negative number also for an answer of fewer lines than a head has. lngTotalHits receives the total
-  // as text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values joined by ",";
-  // blnHitlistMultiTIFF a Boolean.
+  // Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits; strQueryFormat is one that
+  // TELOGetQueryFormatListNext lists, strFolderRights restricts the search. Returns the number of rows (Long), the
+  // title row included; -1 (Integer) on failure, and a negative number also for an answer of fewer lines than a head
+  // has. lngTotalHits receives the total as text; strLayoutKeys and strLayoutValues, when both are given, the layout's
+  // keys and values joined by ","; blnHitlistMultiTIFF (Boolean) whether the hits can be had as one image file.
   Variant TELOQueryArchiveInit(const Variant& strQuery, const Variant& lngMaxLines, const Variant& lngQueryMax,
                                const Variant& strQueryFormat, const Variant& strFolderRights,
                                const Variant& strLayoutFieldID = Missing, const Variant& strLayoutID = Missing,
                                Variant* strLayoutKeys = nullptr, Variant* strLayoutValues = nullptr,
                                Variant* lngTotalHits = nullptr, Variant* blnHitlistMultiTIFF = nullptr,
                                Variant* strParamStatus = nullptr);
-  // The next row's display columns, "^column^,^column^"; the first row holds the titles. The outputs receive the hit's
-  // channel, archive, document id and version as text.
+  // The next row's display columns, "^column^,^column^"; "" at the end. The first row holds the titles. The outputs
+  // receive the hit's channel, archive, document id and version as text.
   std::string TELOQueryArchiveNext(Variant* strChannel = nullptr, Variant* strArchive = nullptr,
                                    Variant* strDocID = nullptr, Variant* strVer = nullptr);
 
@@ -251,22 +282,22 @@ class clsQuery {
 
   // --- Documents and segments ---
 
-  // Information about a document. Returns the number of lines of the answer (Long). Of the first one, when there is
-  // one: lngLaenge receives the length (Long), strErstelldat and strAenderDat the dates of creation and change as the
-  // server wrote them, strTitel the title, the others the numbers of fields in all, of text, image and stored-file
-  // fields (Integer).
+  // Information about a document. Returns the number of lines of the answer (Long), or -1 (Integer) when the request
+  // failed. Of the first line, when there is one: lngLaenge receives the length (Long), strErstelldat and strAenderDat
+  // the dates of creation and change as the server wrote them, strTitel the title, the others the numbers of fields in
+  // all, of text, image and stored-file fields (Integer).
   Variant TELOGetDocumentInfo(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                               const Variant& strVer, Variant* lngLaenge = nullptr, Variant* strErstelldat = nullptr,
                               Variant* strAenderDat = nullptr, Variant* strTitel = nullptr,
                               Variant* intFelderGes = nullptr, Variant* intTextFelder = nullptr,
                               Variant* intBildFelder = nullptr, Variant* intBlobFelder = nullptr,
                               Variant* strParamStatus = nullptr);
-  // Asks for the descriptions of a document's segments; returns how many there are. lngNotes receives the number of the
-  // document's notes as text. The thumbnail path is handed to the server.
+  // Asks for the descriptions of a document's segments. Returns their number (Long), or -1 (Integer) on failure.
+  // lngNotes receives the number of the document's notes as text; strParamThumbnailPath is handed to the server.
   Variant TELOGetSegmentDescriptionInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                         const Variant& strVer, const Variant& strParamThumbnailPath = Missing,
                                         Variant* lngNotes = nullptr, Variant* strParamStatus = nullptr);
-  // The next segment's name. All outputs are text.
+  // The next segment's name, "" at the end. All outputs are text, whatever their names say.
   std::string TELOGetSegmentDescriptionNext(Variant* intFeldID = nullptr, Variant* lngTextLaenge = nullptr,
                                             Variant* intTrefferZahl = nullptr, Variant* lngNCILaenge = nullptr,
                                             Variant* strExt = nullptr, Variant* intFeldTyp = nullptr,
@@ -274,26 +305,26 @@ class clsQuery {
                                             Variant* intStatus = nullptr, Variant* strLayoutID = nullptr,
                                             Variant* lngThumbnailSize = nullptr);
   // Asks for a document's texts, with strMarkOn before and strMarkOff behind each hit of strQuery and strBlank for its
-  // blanks. strCRLF stands between the lines of a text, CR LF when left out. Returns the number of texts; they outlive
-  // other requests until the next TELOGetSegmentTextInit or TELOGetNotesInit.
+  // blanks. strCRLF stands between the lines of a text, CR LF when left out. Returns the number of texts (Long), or -1
+  // (Integer) on failure; they outlive other requests until the next TELOGetSegmentTextInit or TELOGetNotesInit.
   Variant TELOGetSegmentTextInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                  const Variant& strVer, const Variant& strQuery = Missing,
                                  const Variant& strMarkOn = Missing, const Variant& strMarkOff = Missing,
                                  const Variant& strCRLF = Missing, const Variant& strBlank = Missing,
                                  Variant* strParamStatus = nullptr);
-  // The next text; "" also for an empty one.
+  // The next text; "" at the end, and also for an empty one.
   std::string TELOGetSegmentTextNext();
   // Asks for a document's segments with their descriptions and texts; the inputs are those of TELOGetSegmentTextInit
-  // and TELOGetSegmentDescriptionInit, and blnIncludeERF, which only True switches on. Returns the number of segments;
-  // lngNotes receives the number of notes (Long).
+  // and TELOGetSegmentDescriptionInit, and blnIncludeERF, which only True switches on. Returns the number of segments
+  // (Long), or -1 (Integer) on failure; lngNotes receives the number of notes (Long).
   Variant TELOGetSegmentsInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                               const Variant& strVer, const Variant& strQuery = Missing,
                               const Variant& strMarkOn = Missing, const Variant& strMarkOff = Missing,
                               const Variant& strParamCRLF = Missing, const Variant& strBlank = Missing,
                               const Variant& strThumbnailPath = Missing, const Variant& blnIncludeERF = Missing,
                               Variant* lngNotes = nullptr, Variant* strParamStatus = nullptr);
-  // The next segment's text, its lines joined by the strParamCRLF of TELOGetSegmentsInit. Outputs named int... receive
-  // an Integer, lng... a Long, str... a text.
+  // The next segment's text, its lines joined by the strParamCRLF of TELOGetSegmentsInit; "" at the end, and also for
+  // an empty one. Outputs named int... receive an Integer, lng... a Long, str... a text.
   std::string TELOGetSegmentsNext(Variant* strChannel = nullptr, Variant* strArchive = nullptr,
                                   Variant* strDocID = nullptr, Variant* strVer = nullptr,
                                   Variant* intFeldIndex = nullptr, Variant* intFeldID = nullptr,
@@ -306,83 +337,86 @@ class clsQuery {
 
   // --- Content ---
 
-  // These four have the server put a file into the blob directory that both machines reach. They return Long 1;
-  // strFileName receives the file's bare name after strChangeFileExt has been applied to the file in strBlobPathLocal,
-  // lngFileLen its length as text. An answer of one line leaves both untouched; an empty name in it gives "". A name
-  // that could leave the directory, or is taken there by something other than a file, fails the call. The content of a
-  // segment.
+  // The TELOGetSegment... methods of this group have the server put a file into the blob directory that both machines
+  // reach. strFileName receives the file's bare name after strChangeFileExt has been applied to the file in
+  // strBlobPathLocal, lngFileLen its length as text. An answer of one line leaves both untouched; an empty name in it
+  // gives "". A name that could leave the directory, or is taken there by something other than a file, fails the call.
+
+  // The content of a segment, as a file. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELOGetSegmentData(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                              const Variant& strVer, const Variant& intFieldIndex, Variant* strFileName = nullptr,
                              Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
-  // The first stored file, of an extension when one is given.
+  // The first stored file, of an extension when one is given. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELOGetSegmentFirstBLOB(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                   const Variant& strVer, const Variant& strParamFileExt = Missing,
                                   Variant* strFileName = nullptr, Variant* lngFileLen = nullptr,
                                   Variant* strParamStatus = nullptr);
-  // A file to print; goes to query servers with the print flag only.
+  // A file to print; asks query servers with the print flag only. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELOGetSegmentPrintfile(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                   const Variant& strVer, const Variant& strFieldID, Variant* strFileName = nullptr,
                                   Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
-  // An image file of several pages, "1;4-6". Without a file in the answer the outputs become "" and Long 0. A list of
-  // more than a million pages fails without a request.
+  // An image file of several pages, "1;4-6". Returns 1 (Long), or -1 (Integer) on failure. Without a file in the answer
+  // the outputs become "" and 0 (Long). A list of more than a million pages fails without a request.
   Variant TELOGetSegmentMultiTIF(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                  const Variant& strVer, const Variant& strPages, Variant* strFileName = nullptr,
                                  Variant* lngFileLen = nullptr, Variant* strParamStatus = nullptr);
   // Receives a file of the remote blob directory over the connection into strBlobPathLocal; only the last part of
-  // strFile counts. lngFileLen is its length in bytes, 0 to 2147483647. Returns Long 1; a file of the wrong length
-  // fails. On failure nothing of the file is left and an older one of that name stays.
+  // strFile counts. lngFileLen is its length in bytes, 0 to 2147483647. Returns 1 (Long), or -1 (Integer) on failure,
+  // also for a file of another length; nothing of the file is left then, and an older one of that name stays.
   Variant TELOTransferBLOB(const Variant& strFile, const Variant& lngFileLen, Variant* strParamStatus = nullptr);
 
   // --- Creating, editing, deleting ---
 
-  // Deletes a document or one of its versions. Returns Long 1.
+  // Deletes a document or one of its versions. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELODeleteDocument(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                              const Variant& strVer, Variant* strParamStatus = nullptr);
   // Writes the description of a document to a file, behind what an older file of that name holds. The lists of field
-  // types and ids are separated by ","; the contents are written as they are. Returns Long 1; sends no request.
+  // types and ids are separated by ","; the contents are written as they are; strCharSet names their character set.
+  // Returns 1 (Long), or -1 (Integer) on failure; sends no request, strParamStatus becomes "" on success.
   Variant CreateImportFile(const Variant& strImportFile, const Variant& strChannel, const Variant& strArchive,
                            const Variant& strTitle, const Variant& strParamFieldTypes, const Variant& strParamFieldIDs,
                            const Variant& strFieldContents, const Variant& strCharSet = Missing,
                            Variant* strParamStatus = nullptr);
   // Has the server create a document from an import file, named as the server reaches it. Returns the number of lines
-  // of the answer (Long); strDocIDVer receives the document's id and version in the server's form.
+  // of the answer (Long), or -1 (Integer) on failure; strDocIDVer receives the document's id and version, as text.
   Variant TELOCreateDocument(const Variant& strImportFile, Variant* strDocIDVer = nullptr,
                              Variant* strParamStatus = nullptr);
-  // The same for a new version of the document that strDocIDVer names, which receives the new id and version.
+  // The same for a new version of the document that strDocIDVer names, which receives the new id and version. Returns
+  // the number of lines of the answer (Long), or -1 (Integer) on failure.
   Variant TELOEditDocument(const Variant& strImportFile, Variant& strDocIDVer, Variant* strParamStatus = nullptr);
 
   // --- Upload ---
 
   // Sends a file of strBlobPathLocal to the query server, into its blob directory; only the last part of strFile
-  // counts. Returns Long 1. The records that the ...Next methods read stay as they are.
+  // counts. Returns 1 (Long), or -1 (Integer) on failure. The records that the ...Next methods read stay as they are.
   Variant TELOUploadFile(const Variant& strFile, Variant* strParamStatus = nullptr);
   // Takes the first file out of the form in the body of the page's request (see OnStartPage) and stores it in
   // strBlobPathLocal under the last part of its name, with strSubDir and "_" in front when given. Returns 1 when a file
-  // was stored, 0 when the form held none (Long), -1 (Integer) on failure. strFileNameParam receives the stored name,
-  // lngFileSizeParam its size in bytes (Long).
+  // was stored, 0 when the form held none (Long), -1 (Integer) on failure. Of a file that was stored, strFileNameParam
+  // receives the name, lngFileSizeParam the size in bytes (Long).
   Variant UploadFile(const Variant& strSubDir = Missing, Variant* strFileNameParam = nullptr,
                      Variant* lngFileSizeParam = nullptr);
 
   // --- Notes and masks ---
 
-  // Asks for a document's notes; returns how many there are. They take the place of the texts of
-  // TELOGetSegmentTextInit.
+  // Asks for a document's notes. Returns their number (Long), or -1 (Integer) on failure. They take the place of the
+  // texts of TELOGetSegmentTextInit, and outlive other requests as these do.
   Variant TELOGetNotesInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                            const Variant& strVer, Variant* strParamStatus = nullptr);
-  // The next note: its header, "," and its text with CR LF between lines.
+  // The next note: its header, "," and its text with CR LF between lines; "" at the end.
   std::string TELOGetNotesNext();
   // Attaches the first 8000 characters of a note. strParamCRLF tells the server which text stands for a line break, CR
-  // LF when left out. Returns Long 1.
+  // LF when left out. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELOWriteNote(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                         const Variant& strVer, const Variant& strNote, const Variant& strParamCRLF = Missing,
                         Variant* strParamStatus = nullptr);
-  // Deletes all notes of a document. Returns Long 1.
+  // Deletes all notes of a document. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELODeleteNotes(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                           const Variant& strVer, Variant* strParamStatus = nullptr);
-  // Asks for the masks of an archive; returns how many there are.
+  // Asks for the masks of an archive. Returns their number (Long), or -1 (Integer) on failure.
   Variant TELOGetMasksInit(const Variant& strChannel, const Variant& strArchive, Variant* strParamStatus = nullptr);
-  // Moves to the next mask; returns the number of its fields (Long), or -1 (Integer) after the last, with strMaskName
-  // "".
+  // Moves to the next mask, whose name strMaskName receives. Returns the number of its fields (Long), or -1 (Integer)
+  // after the last mask, with strMaskName "".
   Variant TELOGetMasksNext(Variant* strMaskName = nullptr);
   // The next field of the mask, its properties as the server wrote them. Returns how many follow it in the mask (Long),
   // or -1 (Integer) when there was none, with the outputs untouched.
@@ -396,13 +430,19 @@ class clsQuery {
   // --- Encryption ---
 
   // Single DES with a key of 56 bits: the first 7 characters of strParamKey, or of strDES56Key when it is left out; see
-  // docs/userdb.md for what it does not protect against. Cipher texts are bytes, in the ...Base64 methods their Base64
-  // form. All return "" on failure, also for what was encrypted with another key.
+  // docs/userdb.md for what it does not protect against. Cipher texts are bytes, or their Base64 form.
+
+  // Encrypts a text, with the result in Base64; "" on failure.
   std::string EncryptBase64(const Variant& strString, const Variant& strParamKey = Missing);
+  // Encrypts a text; "" on failure.
   std::string Encrypt(const Variant& strString, const Variant& strParamKey = Missing);
+  // The inverse of Encrypt; "" on failure, also for what was encrypted with another key.
   std::string Decrypt(const Variant& strString, const Variant& strParamKey = Missing);
+  // The inverse of EncryptBase64; "" on failure, also for what was encrypted with another key.
   std::string DecryptBase64(const Variant& strString, const Variant& strParamKey = Missing);
+  // The bytes of a Base64 text; "" on failure.
   std::string DecodeBase64(const Variant& strString);
+  // The bytes of a text in Base64; "" on failure.
   std::string EncodeBase64(const Variant& strString);
 
   // --- Transport orders and printing ---
@@ -430,15 +470,18 @@ class clsQuery {
 
   // --- Log and diagnostics ---
 
-  // One line in the session's log; bytLogType 1 information (also when left out), 2 warning, 3 error, 4 debug.
+  // Writes one line to the session's log. bytLogType is 1 for information (also when left out), 2 for a warning, 3 for
+  // an error, 4 for debugging; any other value counts as 1. A line that cannot be written is lost.
   void WriteLog(const Variant& strLogLine, const Variant& bytLogType = Missing);
-  // The first line of a query server's answer, or the error text.
+  // Asks a query server whether it is alive: the first line of its answer, or the error text of a request that failed;
+  // "" when there is neither.
   std::string LiveCheck();
-  // "Hello World!"
+  // Returns "Hello World!": shows that the component can be created and called.
   std::string HelloWorld();
-  // All lines of the answer to a complete command part ("^Command^,^parameter^"), joined by CR LF, or the error text.
+  // Sends a complete command part ("^Command^,^parameter^") as it is: all lines of the answer, joined by CR LF, or the
+  // error text of a request that failed; "" when there is neither.
   std::string DirectQuery(const Variant& strQueryString);
-  // Writes and deletes a test file in the local blob directory; the log tells how it went.
+  // Writes a test file in strBlobPathLocal and deletes it again; whether that worked shows only in the log.
   void WriteTest();
 
  private:

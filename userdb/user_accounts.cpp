@@ -7,6 +7,9 @@
 #include "platform/errors.h"
 #include "userdb/sql_values.h"
 
+// A parameter and a public variable are both laid down as strTELOUser; no method here uses the variable.
+#pragma GCC diagnostic ignored "-Wshadow"
+
 namespace oxaqrycln {
 namespace {
 
@@ -35,16 +38,16 @@ bool IsStoredPassword(const QueryState& state, const Variant& stored, const Vari
 
 }  // namespace
 
-Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strParamTELOUser,
-                                const Variant& strParamTELOPasswd) {
+Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strTELOUser,
+                                const Variant& strTELOPasswd) {
   QueryState& state = *state_;
   return state.Run("WriteUserToDB", Failed(), [&](Variant& result) {
     Connection& database = state.Database();
     const std::string user = SqlText(database, strUser);
     const std::string password = EncodedText(database, strPasswd);
-    const bool hasAccount = !strParamTELOUser.IsMissing() && !strParamTELOPasswd.IsMissing();
+    const bool hasAccount = !strTELOUser.IsMissing() && !strTELOPasswd.IsMissing();
     const std::string account =
-        hasAccount ? ", " + SqlText(database, strParamTELOUser) + ", " + EncodedText(database, strParamTELOPasswd) : "";
+        hasAccount ? ", " + SqlText(database, strTELOUser) + ", " + EncodedText(database, strTELOPasswd) : "";
     const auto id = Trap(state.log, "GetNextDBObjectID", std::optional<std::int32_t>(),
                          [&](std::optional<std::int32_t>& next) { next = NextId(state, "UserID", "Users"); });
     if (!id) return;
@@ -87,7 +90,7 @@ Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdO
   });
 }
 
-Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strParamTELOUser, Variant* strParamTELOPasswd) {
+Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser, Variant* strTELOPasswd) {
   QueryState& state = *state_;
   return state.Run("GetUserTELOUser", Variant::Long(0), [&](Variant& result) {
     const auto rows =
@@ -99,8 +102,8 @@ Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strParamTEL
       const std::string decoded = Trap(state.log, "Decode", std::string(), [&](std::string& text) {
         if (hasBoth) text = Decode(password.ToText());
       });
-      WriteText(strParamTELOUser, hasBoth ? user.ToText() : "");
-      WriteText(strParamTELOPasswd, decoded);
+      WriteText(strTELOUser, hasBoth ? user.ToText() : "");
+      WriteText(strTELOPasswd, decoded);
       result = Variant::Long(1);
     }
     rows->Close();
