@@ -1,13 +1,13 @@
-// method_binding.h - makes entries of the method table from pointers to members of clsQuery.
-// The C++ types say how a parameter is passed; names and descriptions stand in the tables.
+// method_binding.h - completes entries of the method table from pointers to members of clsQuery.
+// For the table that automation/describe_interface.py makes: what it read in clsQuery.h must agree with the C++ types.
 #ifndef OXAQRYCLN_AUTOMATION_METHOD_BINDING_H_
 #define OXAQRYCLN_AUTOMATION_METHOD_BINDING_H_
 
-#include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
-#include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -16,73 +16,56 @@
 
 namespace oxaqrycln::binding {
 
-// Stands for "every input must be given".
-inline constexpr std::size_t kEveryInput = static_cast<std::size_t>(-1);
-
 inline const Variant kLeftOut{Missing};
 
+// The C++ type of a parameter.
+template <ParameterKind kKind>
+using ParameterType = std::conditional_t<kKind == ParameterKind::OptionalOut, Variant*,
+                                         std::conditional_t<kKind == ParameterKind::InOut, Variant&, const Variant&>>;
+
 // The argument at a position as the member function takes it. An argument that is Missing counts as left out.
-template <typename Parameter>
-Parameter Argument(std::span<Variant* const> arguments, std::size_t position, bool isRequired) {
+template <ParameterKind kKind>
+ParameterType<kKind> Argument(std::span<Variant* const> arguments, std::size_t position) {
   Variant* const argument = position < arguments.size() ? arguments[position] : nullptr;
-  if constexpr (std::is_same_v<Parameter, Variant*>) {
+  if constexpr (kKind == ParameterKind::OptionalOut) {
     return argument;
   } else {
     const bool isLeftOut = argument == nullptr || argument->IsMissing();
-    if (isLeftOut && isRequired) throw RuntimeError(error::kArgumentNotOptional);
-    if constexpr (std::is_same_v<Parameter, const Variant&>) {
+    if constexpr (kKind == ParameterKind::OptionalIn) {
       return isLeftOut ? kLeftOut : *argument;
     } else {
+      if (isLeftOut) throw RuntimeError(error::kArgumentNotOptional);
       return *argument;
     }
   }
 }
 
-template <typename Parameter>
-constexpr ParameterKind KindOf(bool isRequired) {
-  if constexpr (std::is_same_v<Parameter, Variant*>) {
-    return ParameterKind::OptionalOut;
-  } else if constexpr (std::is_same_v<Parameter, Variant&>) {
-    return ParameterKind::InOut;
-  } else {
-    static_assert(std::is_same_v<Parameter, const Variant&>);
-    return isRequired ? ParameterKind::In : ParameterKind::OptionalIn;
-  }
+template <typename Result>
+constexpr ResultKind ResultKindOf() {
+  if constexpr (std::is_void_v<Result>) return ResultKind::None;
+  if constexpr (std::is_same_v<Result, bool>) return ResultKind::Boolean;
+  if constexpr (std::is_same_v<Result, std::string>) return ResultKind::String;
+  return ResultKind::Variant;
 }
 
-// kRequired: how many leading inputs must be given.
-template <auto kMethod, std::size_t kRequired, typename Type = decltype(kMethod)>
+template <auto kMethod, typename Type, ParameterKind... kKinds>
 struct MethodBinding;
 
-template <auto kMethod, std::size_t kRequired, typename Result, typename... Parameters>
-struct MethodBinding<kMethod, kRequired, Result (clsQuery::*)(Parameters...)> {
-  static constexpr std::size_t kParameterCount = sizeof...(Parameters);
+template <auto kMethod, typename Result, typename... Parameters, ParameterKind... kKinds>
+struct MethodBinding<kMethod, Result (clsQuery::*)(Parameters...), kKinds...> {
+  static_assert(std::is_same_v<std::tuple<Parameters...>, std::tuple<ParameterType<kKinds>...>>,
+                "the parameters are declared otherwise than the description says");
+  static constexpr ResultKind kResult = ResultKindOf<Result>();
 
   static Variant Call(clsQuery& query, std::span<Variant* const> arguments) {
-    if (arguments.size() > kParameterCount) {
-      throw RuntimeError(error::kWrongArgumentCount);
-    }
+    if (arguments.size() > sizeof...(Parameters)) throw RuntimeError(error::kWrongArgumentCount);
     return Invoke(query, arguments, std::index_sequence_for<Parameters...>{});
   }
 
-  template <typename... Names>
-  static std::vector<ParameterEntry> Describe(Names... names) {
-    static_assert(sizeof...(Names) == kParameterCount, "one name for each parameter");
-    std::size_t position = 0;
-    return {ParameterEntry{names, KindOf<Parameters>(IsRequired<Parameters>(position++))}...};
-  }
-
  private:
-  template <typename Parameter>
-  static constexpr bool IsRequired(std::size_t position) {
-    return std::is_same_v<Parameter, Variant&> || position < kRequired;
-  }
-
   template <std::size_t... kPositions>
   static Variant Invoke(clsQuery& query, std::span<Variant* const> arguments, std::index_sequence<kPositions...>) {
-    const auto call = [&]() -> Result {
-      return (query.*kMethod)(Argument<Parameters>(arguments, kPositions, IsRequired<Parameters>(kPositions))...);
-    };
+    const auto call = [&]() -> Result { return (query.*kMethod)(Argument<kKinds>(arguments, kPositions)...); };
     if constexpr (std::is_void_v<Result>) {
       call();
       return {};
@@ -92,32 +75,15 @@ struct MethodBinding<kMethod, kRequired, Result (clsQuery::*)(Parameters...)> {
   }
 };
 
-// What a table says of a method beside its parameters.
-struct MethodText {
-  std::string_view name;
-  std::string_view group;
-  std::string_view result;
-  std::string_view summary;
-};
-
-// The entry of a method whose first kRequired inputs must be given; parameterNames in order.
-template <auto kMethod, std::size_t kRequired = kEveryInput, typename... Names>
-MethodEntry Method(const MethodText& text, Names... parameterNames) {
-  using Bound = MethodBinding<kMethod, kRequired>;
-  return {.name = text.name,
-          .group = text.group,
-          .result = text.result,
-          .summary = text.summary,
-          .parameters = Bound::Describe(parameterNames...),
-          .isProperty = false,
-          .call = &Bound::Call};
-}
-
-// The same for what a page assigns to instead of calling it.
-template <auto kMethod>
-MethodEntry Property(const MethodText& text, std::string_view parameterName) {
-  MethodEntry entry = Method<kMethod>(text, parameterName);
-  entry.isProperty = true;
+// The entry with its parameters, whose names are given in order, its result and its call.
+template <auto kMethod, ResultKind kResult, ParameterKind... kKinds, typename... Names>
+MethodEntry Method(MethodEntry entry, Names... parameterNames) {
+  using Binding = MethodBinding<kMethod, decltype(kMethod), kKinds...>;
+  static_assert(Binding::kResult == kResult, "the result is declared otherwise than the description says");
+  static_assert(sizeof...(Names) == sizeof...(kKinds), "one name for each parameter");
+  entry.result = kResult;
+  entry.parameters = {ParameterEntry{parameterNames, kKinds}...};
+  entry.call = &Binding::Call;
   return entry;
 }
 
@@ -142,14 +108,14 @@ constexpr Variant::Type VariantTypeOf() {
   return Variant::Type::Long;
 }
 
+// The entry with its type and its access.
 template <auto kMember>
-VariableEntry Variable(std::string_view name, std::string_view summary) {
+VariableEntry Variable(VariableEntry entry) {
   using Type = std::remove_cvref_t<decltype(std::declval<clsQuery&>().*kMember)>;
-  return {.name = name,
-          .type = VariantTypeOf<Type>(),
-          .summary = summary,
-          .get = [](const clsQuery& query) { return Variant(query.*kMember); },
-          .set = [](clsQuery& query, const Variant& value) { query.*kMember = Convert<Type>(value); }};
+  entry.type = VariantTypeOf<Type>();
+  entry.get = [](const clsQuery& query) { return Variant(query.*kMember); };
+  entry.set = [](clsQuery& query, const Variant& value) { query.*kMember = Convert<Type>(value); };
+  return entry;
 }
 
 }  // namespace oxaqrycln::binding

@@ -1,10 +1,10 @@
-// method_table.h - every public variable and method of clsQuery, described once: for the session, the C interface, the
-// COM server and the method reference. The tables are in the order of the class interface.
+// method_table.h - every public variable and method of clsQuery with its description and a way to call it: for the
+// session, the C interface and the COM server. Both tables are in the order of clsQuery.h, which they are made from
+// during the build (automation/describe_interface.py).
 #ifndef OXAQRYCLN_AUTOMATION_METHOD_TABLE_H_
 #define OXAQRYCLN_AUTOMATION_METHOD_TABLE_H_
 
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,16 +14,22 @@
 
 namespace oxaqrycln {
 
-// A public variable. set converts by the automation rules and raises what they raise.
+// A public variable.
 struct VariableEntry {
+  int number = 0;  // from 1; one series with those of the methods, and never changed
   std::string_view name;
-  Variant::Type type;  // Long, String or Date
-  std::string_view summary;
-  Variant (*get)(const clsQuery& query);
-  void (*set)(clsQuery& query, const Variant& value);
+  std::string_view group;  // heading in the reference
+  std::string_view documentation;
+  Variant::Type type = Variant::Type::Empty;  // Long, String or Date
+  Variant (*get)(const clsQuery& query) = nullptr;
+  // Converts by the automation rules and raises what they raise.
+  void (*set)(clsQuery& query, const Variant& value) = nullptr;
 };
 
 enum class ParameterKind { In, OptionalIn, OptionalOut, InOut };
+
+// Variant: the documentation says which type the result has.
+enum class ResultKind { None, Boolean, String, Variant };
 
 struct ParameterEntry {
   std::string_view name;
@@ -31,16 +37,18 @@ struct ParameterEntry {
 };
 
 struct MethodEntry {
+  int number = 0;  // as of a variable
   std::string_view name;
-  std::string_view group;    // heading in the reference
-  std::string_view result;   // what it returns, "" for nothing
-  std::string_view summary;  // one or two sentences
-  std::vector<ParameterEntry> parameters;
-  bool isProperty = false;  // RemoteHosts: assigned, not called
+  std::string_view group;
+  std::string_view documentation;
+  std::string_view signature;  // "Name(input, [optional input], [out output], inout variable) -> Type"
+  bool isProperty = false;     // RemoteHosts: assigned, not called
+  ResultKind result = ResultKind::None;
+  std::vector<ParameterEntry> parameters{};
   // Calls the method. arguments holds at most one pointer a parameter, in order; a null pointer or a shorter list
   // leaves arguments out; outputs are written through the pointers. Returns Empty for a method without a result.
   // Raises Argument not optional when a required argument is left out, 450 when there are too many.
-  Variant (*call)(clsQuery& query, std::span<Variant* const> arguments);
+  Variant (*call)(clsQuery& query, std::span<Variant* const> arguments) = nullptr;
 };
 
 std::span<const VariableEntry> PublicVariables();
@@ -49,12 +57,6 @@ std::span<const MethodEntry> PublicMethods();
 // The entry of that name, whatever its letter case; nullptr for an unknown name.
 const VariableEntry* FindVariable(std::string_view name);
 const MethodEntry* FindMethod(std::string_view name);
-
-// How a method is written in the reference: "Name(input, [optional input], [out output], inout variable)".
-std::string Signature(const MethodEntry& method);
-
-// The method reference in Markdown, as docs/methods.md holds it.
-std::string MethodReference();
 
 }  // namespace oxaqrycln
 

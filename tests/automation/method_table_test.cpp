@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <numeric>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/errors.h"
@@ -51,6 +54,29 @@ TEST(MethodTable, HoldsEveryPublicMemberInTheOrderOfItsDeclaration) {
   ASSERT_FALSE(variables.empty());
   EXPECT_THAT(TableNames(PublicMethods()), ::testing::ElementsAreArray(methods));
   EXPECT_THAT(TableNames(PublicVariables()), ::testing::ElementsAreArray(variables));
+}
+
+TEST(MethodTable, DescribesAMethodAsItsHeaderDoes) {
+  const MethodEntry* const edit = FindMethod("TELOEditDocument");
+  ASSERT_NE(edit, nullptr);
+  EXPECT_EQ(edit->group, "Creating, editing, deleting");
+  EXPECT_EQ(edit->signature, "TELOEditDocument(strImportFile, inout strDocIDVer, [out strParamStatus]) -> Variant");
+  EXPECT_EQ(edit->result, ResultKind::Variant);
+  EXPECT_THAT(edit->documentation, ::testing::HasSubstr("a new version of the document that strDocIDVer names"));
+  std::vector<std::pair<std::string_view, ParameterKind>> parameters;
+  for (const ParameterEntry& each : edit->parameters) parameters.emplace_back(each.name, each.kind);
+  EXPECT_THAT(parameters, ::testing::ElementsAre(::testing::Pair("strImportFile", ParameterKind::In),
+                                                 ::testing::Pair("strDocIDVer", ParameterKind::InOut),
+                                                 ::testing::Pair("strParamStatus", ParameterKind::OptionalOut)));
+}
+
+TEST(MethodTable, NumbersVariablesAndMethodsInOneSeriesFromOne) {
+  std::vector<int> numbers;
+  for (const VariableEntry& variable : PublicVariables()) numbers.push_back(variable.number);
+  for (const MethodEntry& method : PublicMethods()) numbers.push_back(method.number);
+  std::vector<int> series(numbers.size());
+  std::iota(series.begin(), series.end(), 1);
+  EXPECT_THAT(numbers, ::testing::UnorderedElementsAreArray(series));
 }
 
 TEST(MethodTable, FindsNamesWhateverTheirLetterCase) {

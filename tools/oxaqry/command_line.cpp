@@ -107,13 +107,10 @@ void AddOwnCommands(CommandParser& parser, const Surroundings& surroundings) {
       "session", "run calls given as JSON lines on standard input",
       "Examples:\n  oxaqry session < calls.jsonl\n  echo '{\"call\":\"HelloWorld\"}' | oxaqry session",
       [&in = surroundings.in](const Settings&, const Output& output) { return RunSession(in, output.out); });
-  const auto markdown = std::make_shared<bool>(false);
-  CLI::App* const methods =
-      parser.AddPlain("methods", "list the component's public variables and methods",
-                      "Example:\n  oxaqry methods --markdown > docs/methods.md",
-                      [markdown](const Settings&, const Output& output) { return Methods(*markdown, output); });
-  CLI::Option* const json = parser.AddJson(*methods, "print one JSON document");
-  methods->add_flag("--markdown", *markdown, "print the method reference in Markdown")->excludes(json);
+  CLI::App* const methods = parser.AddPlain("methods", "list the component's public variables and methods",
+                                            "Example:\n  oxaqry methods | less",
+                                            [](const Settings&, const Output& output) { return Methods(output); });
+  parser.AddJson(*methods, "print one JSON document");
 }
 
 void AddAllCommands(CommandParser& parser, const Surroundings& surroundings) {

@@ -28,10 +28,28 @@ const char* KindName(ParameterKind kind) {
   return "";
 }
 
+const char* ResultName(ResultKind kind) {
+  switch (kind) {
+    case ResultKind::None:
+      return "";
+    case ResultKind::Boolean:
+      return "Boolean";
+    case ResultKind::String:
+      return "String";
+    case ResultKind::Variant:
+      return "Variant";
+  }
+  return "";
+}
+
 Json Document() {
   Json variables = Json::array();
   for (const VariableEntry& variable : PublicVariables()) {
-    variables.push_back({{"name", variable.name}, {"type", TypeName(variable.type)}, {"summary", variable.summary}});
+    variables.push_back({{"name", variable.name},
+                         {"number", variable.number},
+                         {"group", variable.group},
+                         {"type", TypeName(variable.type)},
+                         {"documentation", variable.documentation}});
   }
   Json methods = Json::array();
   for (const MethodEntry& method : PublicMethods()) {
@@ -40,35 +58,41 @@ Json Document() {
       parameters.push_back({{"name", parameter.name}, {"kind", KindName(parameter.kind)}});
     }
     methods.push_back({{"name", method.name},
+                       {"number", method.number},
                        {"group", method.group},
                        {"property", method.isProperty},
                        {"parameters", std::move(parameters)},
-                       {"result", method.result},
-                       {"summary", method.summary}});
+                       {"result", ResultName(method.result)},
+                       {"documentation", method.documentation}});
   }
   return {{"variables", std::move(variables)}, {"methods", std::move(methods)}};
 }
 
+// One member with its documentation below, after the heading of its group where that begins.
+template <typename Entry>
+void PrintMember(std::ostream& out, std::string_view& group, const Entry& entry, std::string_view title) {
+  if (entry.group != group) out << (group.empty() ? "" : "\n") << entry.group << '\n';
+  group = entry.group;
+  out << "  " << title << "\n      ";
+  for (const char letter : entry.documentation) {
+    out << letter;
+    if (letter == '\n') out << "      ";
+  }
+  out << '\n';
+}
+
 void PrintList(std::ostream& out) {
-  out << "Public variables\n";
-  for (const VariableEntry& variable : PublicVariables()) {
-    out << "  " << variable.name << " (" << TypeName(variable.type) << ")\n      " << variable.summary << '\n';
-  }
   std::string_view group;
-  for (const MethodEntry& method : PublicMethods()) {
-    if (method.group != group) out << '\n' << method.group << '\n';
-    group = method.group;
-    out << "  " << Signature(method) << "\n      " << method.summary << '\n';
-    if (!method.result.empty()) out << "      Result: " << method.result << '\n';
+  for (const VariableEntry& variable : PublicVariables()) {
+    PrintMember(out, group, variable, std::string(variable.name) + " (" + TypeName(variable.type) + ")");
   }
+  for (const MethodEntry& method : PublicMethods()) PrintMember(out, group, method, method.signature);
 }
 
 }  // namespace
 
-int Methods(bool isMarkdown, const Output& output) {
-  if (isMarkdown) {
-    output.out << MethodReference();
-  } else if (output.json) {
+int Methods(const Output& output) {
+  if (output.json) {
     output.out << Document().dump(2) << '\n';
   } else {
     PrintList(output.out);

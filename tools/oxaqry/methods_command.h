@@ -6,8 +6,8 @@
 
 namespace oxaqrycln {
 
-// A list for people, or one JSON document; with isMarkdown the method reference as docs/methods.md holds it.
-int Methods(bool isMarkdown, const Output& output);
+// A list for people, or one JSON document.
+int Methods(const Output& output);
 
 }  // namespace oxaqrycln
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "automation/method_table.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/oxaqry/value_json.h"
 
@@ -190,14 +191,25 @@ TEST_F(CommandLineTest, RunsASessionOnItsInput) {
   EXPECT_EQ(run.out, "{\"result\":\"Hello World!\",\"type\":\"String\",\"refs\":[]}\n");
 }
 
-TEST_F(CommandLineTest, ListsTheMethodsInThreeForms) {
-  EXPECT_THAT(RunOxaqry({"methods"}).out, HasSubstr("WriteLog(strLogLine, [bytLogType])"));
-  EXPECT_THAT(RunOxaqry({"methods", "--markdown"}).out, HasSubstr("### WriteLog\n"));
+TEST_F(CommandLineTest, ListsTheMethodsInTwoForms) {
+  EXPECT_THAT(RunOxaqry({"methods"}).out, HasSubstr("\n  WriteLog(strLogLine, [bytLogType])\n      Writes "));
   const Json document = Json::parse(RunOxaqry({"methods", "--json"}).out, nullptr, false);
   ASSERT_TRUE(document.is_object());
-  EXPECT_EQ(document["variables"][0],
-            (Json{{"name", "lngRequestTimeout"}, {"type", "Long"}, {"summary", document["variables"][0]["summary"]}}));
-  EXPECT_EQ(document["methods"][0]["parameters"], Json::parse(R"([{"name":"blnParamDBInit","kind":"optional in"}])"));
+  const VariableEntry& timeout = PublicVariables().front();
+  EXPECT_EQ(document["variables"][0], (Json{{"name", "lngRequestTimeout"},
+                                            {"number", timeout.number},
+                                            {"group", "Settings"},
+                                            {"type", "Long"},
+                                            {"documentation", timeout.documentation}}));
+  const MethodEntry& init = PublicMethods().front();
+  EXPECT_EQ(document["methods"][0],
+            (Json{{"name", "Init"},
+                  {"number", init.number},
+                  {"group", "Life cycle"},
+                  {"property", false},
+                  {"parameters", Json::parse(R"([{"name":"blnParamDBInit","kind":"optional in"}])")},
+                  {"result", "Boolean"},
+                  {"documentation", init.documentation}}));
 }
 
 }  // namespace

@@ -87,7 +87,7 @@ _oxaqry() {
     transfer) options="$settings --size --output --force" ;;
     upload) options="$settings --force" files=yes ;;
     session) options="--help" ;;
-    methods) options="--json --markdown --help" ;;
+    methods) options="--json --help" ;;
   esac
   mapfile -t COMPREPLY < <(compgen ${files:+-f} -W "$options" -- "$current")
 }

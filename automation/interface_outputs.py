@@ -1,0 +1,181 @@
+"""What is made from the description of the component's interface: each function returns one text from an Interface
+(interface_header.py). OUTPUTS names them as options of describe_interface.py."""
+import re
+
+NOTICE = "Made from component/clsQuery.h by automation/describe_interface.py"
+
+PARAMETER_NOTATION = {"in": "{}", "optional in": "[{}]", "optional out": "[out {}]", "in-out": "inout {}"}
+HOW_TO_READ = """\
+How to read a member: a plain parameter is an input that must be given, [name] an input that may be left out, \
+[out name] an output, which may be left out, inout name a variable that is read and replaced. The type of the result \
+follows the arrow; a Variant holds the type that the text names."""
+
+
+def signature(member):
+    """A method as the documents show it: "Name(input, [optional input], [out output], inout variable) -> Type"."""
+    parameters = ", ".join(PARAMETER_NOTATION[each.kind].format(each.name) for each in member.parameters)
+    if member.kind == "write-only property":
+        return f"{member.name} = {parameters}"
+    return f"{member.name}({parameters})" + (f" -> {member.type}" if member.type else "")
+
+
+# The method table.
+
+PARAMETER_KINDS = {"in": "In", "optional in": "OptionalIn", "optional out": "OptionalOut", "in-out": "InOut"}
+
+
+def cpp_literal(text):
+    return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n") + '"'
+
+
+def cpp_fields(group, member):
+    fields = {"number": str(member.number), "name": cpp_literal(member.name), "group": cpp_literal(group.name),
+              "documentation": cpp_literal("\n\n".join(member.documentation))}
+    if member.kind != "variable":
+        fields["signature"] = cpp_literal(signature(member))
+    if member.kind == "write-only property":
+        fields["isProperty"] = "true"
+    return "{" + ",\n           ".join(f".{name} = {value}" for name, value in fields.items()) + "}"
+
+
+def cpp_variable(group, member):
+    return f"      Variable<&clsQuery::{member.name}>(\n          {cpp_fields(group, member)}),\n"
+
+
+def cpp_method(group, member):
+    kinds = ["ResultKind::" + (member.type or "None")]
+    kinds += ["ParameterKind::" + PARAMETER_KINDS[each.kind] for each in member.parameters]
+    arguments = [cpp_fields(group, member), *(cpp_literal(each.name) for each in member.parameters)]
+    return (f"      Method<&clsQuery::{member.name}, {', '.join(kinds)}>(\n"
+            f"          {', '.join(arguments)}),\n")
+
+
+def cpp_table(interface):
+    entries = [(group, member) for group in interface.groups for member in group.members()]
+    variables = "".join(cpp_variable(*entry) for entry in entries if entry[1].kind == "variable")
+    methods = "".join(cpp_method(*entry) for entry in entries if entry[1].kind != "variable")
+    return f"""\
+// {NOTICE}.
+#include "automation/method_binding.h"
+
+namespace oxaqrycln {{
+
+using binding::Method;
+using binding::Variable;
+
+std::span<const VariableEntry> PublicVariables() {{
+  static const VariableEntry variables[] = {{
+{variables}  }};
+  return variables;
+}}
+
+std::span<const MethodEntry> PublicMethods() {{
+  static const MethodEntry methods[] = {{
+{methods}  }};
+  return methods;
+}}
+
+}}  // namespace oxaqrycln
+"""
+
+
+# The reference in Markdown: docs/methods.md.
+
+def names_of(interface):
+    """The names of members and parameters, which the pages set off from the other words."""
+    names = {member.name for member in interface.members()}
+    return names | {each.name for member in interface.members() for each in member.parameters}
+
+
+def with_names(text, names, mark):
+    """With each name marked, but for the ends of names as in "...Init"."""
+    return re.sub(r"(?<![\w.])\w+", lambda word: mark(word[0]) if word[0] in names else word[0], text)
+
+
+def markdown_text(paragraphs, names):
+    """The paragraphs, the items of a list without a blank line between them."""
+    text = ""
+    for paragraph in paragraphs:
+        escaped = re.sub(r"[\\`*_<]", r"\\\g<0>", paragraph)
+        between = "\n" if paragraph.startswith("- ") and text.rpartition("\n\n")[2].startswith("- ") else "\n\n"
+        text += (between if text else "") + with_names(escaped, names, "`{}`".format)
+    return text + "\n"
+
+
+def markdown_variables(variables, names):
+    table = "\n| variable | type | meaning |\n|---|---|---|\n"
+    for member in variables:
+        meaning = markdown_text(member.documentation, names).strip().replace("|", "\\|").replace("\n\n", "<br>")
+        table += f"| `{member.name}` | {member.type} | {meaning} |\n"
+    return table
+
+
+def markdown_group(group, names):
+    text = f"\n## {group.name}\n"
+    variables = []
+    for entry in group.entries:
+        if isinstance(entry, list):
+            text += "\n" + markdown_text(entry, names)
+        elif entry.kind == "variable":
+            variables.append(entry)
+        else:
+            text += f"\n### {entry.name}\n\n`{signature(entry)}`\n\n" + markdown_text(entry.documentation, names)
+    return text + (markdown_variables(variables, names) if variables else "")
+
+
+def markdown_page(interface):
+    names = names_of(interface)
+    return ("# Public variables and methods of clsQuery\n\n"
+            f"{NOTICE} --markdown; a test compares the two.\n\n"
+            + markdown_text(interface.documentation, names)
+            + "\n" + re.sub(r"\[(out )?name\]|inout name", r"`\g<0>`", HOW_TO_READ) + "\n"
+            + "".join(markdown_group(group, names) for group in interface.groups))
+
+
+# The manual page: docs/oxaqrycln.3.
+
+MAN_ESCAPES = str.maketrans({"\\": "\\(rs", "-": "\\-", "^": "\\(ha", "~": "\\(ti", "`": "\\(ga"})
+
+
+def man_escaped(text):
+    text = text.translate(MAN_ESCAPES)
+    return "\\&" + text if text.startswith((".", "'")) else text
+
+
+def man_text(paragraphs, names):
+    text = ""
+    for paragraph in paragraphs:
+        is_item = paragraph.startswith("- ")
+        words = with_names(man_escaped(paragraph.removeprefix("- ")), names, "\\fI{}\\fP".format)
+        text += (".IP \\(bu 2\n" if is_item else ".PP\n") + words + "\n"
+    return text
+
+
+def man_member(member, names):
+    documentation = man_text(member.documentation, names)
+    if member.kind == "variable":
+        return f'.TP\n.BR {member.name} " ({member.type})"\n' + documentation.removeprefix(".PP\n")
+    return f".SS {member.name}\n.B {man_escaped(signature(member))}\n" + documentation
+
+
+def man_entry(entry, names):
+    return man_text(entry, names) if isinstance(entry, list) else man_member(entry, names)
+
+
+def man_group(group, names):
+    return f".SH {group.name.upper()}\n" + "".join(man_entry(entry, names) for entry in group.entries)
+
+
+def man_page(interface):
+    names = names_of(interface)
+    return (f'.\\" {NOTICE} --man; a test compares the two.\n'
+            '.TH OXAQRYCLN 3 "" "oxaqrycln" "Library functions"\n.nh\n.ad l\n'
+            ".SH NAME\noxaqrycln \\- public variables and methods of the archive component\n"
+            ".SH SYNOPSIS\n.nf\n.B #include <component/clsQuery.h>\n.PP\n.B oxaqrycln::clsQuery query;\n.PP\n"
+            ".B c++ \\-std=c++20 program.cpp $(pkg\\-config \\-\\-cflags \\-\\-libs oxaqrycln)\n.fi\n"
+            ".SH DESCRIPTION\n" + man_text([*interface.documentation, HOW_TO_READ], names)
+            + "".join(man_group(group, names) for group in interface.groups)
+            + ".SH SEE ALSO\n.BR oxaqry (1)\n")
+
+
+OUTPUTS = {"cpp": cpp_table, "markdown": markdown_page, "man": man_page}
