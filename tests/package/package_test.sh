@@ -33,7 +33,7 @@ mv "$work/first" "$tree"
 printf 'What is installed\n'
 libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.so')")
 for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/oxaqry.1 \
-  share/bash-completion/completions/oxaqry share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
+  share/man/man3/oxaqrycln.3 share/bash-completion/completions/oxaqry share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
   [[ -s $tree/$file ]] || fail "$file is not installed"
 done
 [[ -s $libdir/liboxaqrycln.a ]] || fail "the static library is not installed"
