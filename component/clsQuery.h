@@ -130,19 +130,19 @@ class clsQuery {
   Variant SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd);
 
   // --- User rights ---
-  // What a user may do himself and through the groups he is a member of. Each method returns the number of entries
-  // (Long), which it writes to its output; Empty on failure, and the output then holds what had been read, at first "".
+  // What a user may do himself and through the groups he is a member of. Each method writes a list to its output; on
+  // failure the output holds what had been read, at first "".
 
-  // The general rights of the user and his groups, "^right^,^right^". Returns their number.
+  // The general rights of the user and his groups, "^right^,^right^". Returns their number (Long), Empty on failure.
   Variant GetUserRights(const Variant& strUserID, Variant* strRights = nullptr);
   // The rights to create (N), edit (E) and delete (D) documents, a line "archive[,N][,E][,D]" with CR LF for each
-  // archive. Returns the number of archives.
+  // archive. Returns the number of archives (Long), or Empty on failure.
   Variant GetUserEditRights(const Variant& strUserID, Variant* strEditRights = nullptr);
-  // The groups the user is a member of, "[group],[group]". Returns their number.
+  // The groups the user is a member of, "[group],[group]". Returns their number (Long), or Empty on failure.
   Variant GetUserGroups(const Variant& strUserID, Variant* strGroups = nullptr);
-  // The archives that the user and his groups may see, "^archive^,^archive^". Returns their number.
+  // The archives the user and his groups may see, "^archive^,^archive^". Returns their number (Long), Empty on failure.
   Variant GetUserArchives(const Variant& strUserID, Variant* strArchives = nullptr);
-  // The channels that the user and his groups may see, "^channel^,^channel^". Returns their number.
+  // The channels the user and his groups may see, "^channel^,^channel^". Returns their number (Long), Empty on failure.
   Variant GetUserChannels(const Variant& strUserID, Variant* strChannels = nullptr);
 
   // Which definitions restrict what a user sees and searches in an archive: those that are given to the user himself or
