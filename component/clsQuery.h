@@ -149,6 +149,7 @@ class clsQuery {
   // to a group he is a member of. A definition whose channel is empty or Null applies in every channel, one whose
   // archive is empty or Null to every archive. A failure returns Empty with every output "". Texts stand in the outputs
   // as they are stored: one that holds "^,^" or a line end changes what the page reads.
+
   // The conditions by which documents are shown. Returns their number (Long); strDocRights receives a line
   // "^definition^,^field^,^operator^,^value^,^type^" with CR LF for each, by definition and grade. A definition that
   // reaches the user in several ways counts once, conditions that differ only in their grade are two.
