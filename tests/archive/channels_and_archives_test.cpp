@@ -5,7 +5,6 @@
 namespace oxaqrycln::testing {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
 const Variant kUntouched = "untouched";
 
 TEST(Channels, ComeSortedAndSplitAtTheirFirstComma) {
@@ -46,9 +45,6 @@ TEST(Lists, ReportTheServersErrorAndEmptyTheBuffer) {
     EXPECT_EQ(page.query.TELOGetChannelsInit(&status), kFailed);
     EXPECT_EQ(status, Variant("Archive closed"));
     EXPECT_EQ(page.query.TELOGetAllArchivesNext(), "");
-    EXPECT_EQ(page.query.TELOGetAllArchivesExtInit(&status), kFailed);
-    EXPECT_EQ(page.query.TELOGetArchiveProperties("C", "A", nullptr, nullptr, nullptr, nullptr, &status), kFailed);
-    EXPECT_EQ(status, Variant("Archive closed"));
   });
 }
 

@@ -5,8 +5,6 @@
 namespace oxaqrycln::testing {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
-
 TEST(ImportFile, DescribesADocumentBehindWhatTheFileHolds) {
   struct Case {
     const char* name;

@@ -6,8 +6,6 @@
 namespace oxaqrycln::testing {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
-
 TEST(DocumentInfo, ConvertsTheFieldsOfTheFirstLine) {
   const Output outputs[] = {{"lngLaenge", Variant::Long(70000)},    {"strErstelldat", "01.02.2003"},
                             {"strAenderDat", "04.05.2006"},         {"strTitel", "An offer"},

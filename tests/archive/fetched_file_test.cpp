@@ -3,40 +3,46 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
-
-struct Outputs {
-  Variant name = "kept";
-  Variant length = "kept";
-  Variant status = "kept";
-};
-
 struct Operation {
   const char* routine;
-  Variant (*call)(clsQuery& query, Outputs* outputs);
+  std::function<Variant(clsQuery&, Variant*, Variant*, Variant*)> call;  // the name, its length, the status
   const char* command;
   bool clearsOutputs;  // when the answer names no file
 };
 
 const Operation kOperations[] = {
     {"OstranaGetFahrauftraegeMultiTIFF",
-     [](clsQuery& query, Outputs* outputs) {
-       if (outputs == nullptr) return query.OstranaGetFahrauftraegeMultiTIFF("T7,T9;x");
-       return query.OstranaGetFahrauftraegeMultiTIFF("T7,T9;x", &outputs->name, &outputs->length, &outputs->status);
-     },
+     [](clsQuery& query, auto*... outputs) { return query.OstranaGetFahrauftraegeMultiTIFF("T7,T9;x", outputs...); },
      "^GetFahrauftraegeMultiTIFF^,^T7,T9;x^,^\\\\srv\\blobs^", true},
     {"FennikPrintHitlistPDF",
-     [](clsQuery& query, Outputs* outputs) {
-       if (outputs == nullptr) return query.FennikPrintHitlistPDF("Hits");
-       return query.FennikPrintHitlistPDF("Hits", &outputs->name, &outputs->length, &outputs->status);
-     },
+     [](clsQuery& query, auto*... outputs) { return query.FennikPrintHitlistPDF("Hits", outputs...); },
      "^PrintHitlistPDF^,^Hits^,^^Reference^^,^\\\\srv\\blobs^", false},
 };
+
+struct Outcome {
+  Variant result;
+  Variant name;
+  Variant length;
+  Variant status;
+};
+
+// Calls the operation and expects this.
+void ExpectOutcome(clsQuery& query, const Operation& operation, const Outcome& expected) {
+  Variant name = "kept";
+  Variant length = "kept";
+  Variant status = "kept";
+  EXPECT_EQ(operation.call(query, &name, &length, &status), expected.result) << operation.routine;
+  EXPECT_EQ(name, expected.name) << operation.routine;
+  EXPECT_EQ(length, expected.length) << operation.routine;
+  EXPECT_EQ(status, expected.status) << operation.routine;
+}
 
 // Runs body(page) with a hit list of its title row, and an answer for what follows.
 template <typename Body>
@@ -51,21 +57,15 @@ void WithHitList(const std::string& answer, Body&& body) {
 TEST(FetchedFile, IsAskedForAndToldByEveryOperation) {
   for (const Operation& each : kOperations) {
     WithHitList(Answer({"7", "D:\\out\\scan.tif"}), [&](Page& page) {
-      const TemporaryDirectory blobs;
-      blobs.Write("scan.tif", "content");
-      page.query.strBlobPathLocal = blobs.path();
+      page.blobs.Write("scan.tif", "content");
       page.query.strChangeFileExt = "TIF-PDF";
-      Outputs outputs;
-      EXPECT_EQ(each.call(page.query, &outputs), Variant::Long(1)) << each.routine;
+      ExpectOutcome(page.query, each, {Variant::Long(1), "scan.PDF", "7", ""});
       EXPECT_EQ(page.LastCommand(), each.command);
-      EXPECT_EQ(outputs.name, Variant("scan.PDF")) << each.routine;
-      EXPECT_EQ(outputs.length, Variant("7")) << each.routine;
-      EXPECT_EQ(outputs.status, Variant("")) << each.routine;
-      EXPECT_EQ(blobs.Read("scan.PDF"), "content") << each.routine;
+      EXPECT_EQ(page.blobs.Read("scan.PDF"), "content") << each.routine;
       // Nobody who leaves the name out has the file renamed.
-      blobs.Write("scan.tif", "again");
-      EXPECT_EQ(each.call(page.query, nullptr), Variant::Long(1)) << each.routine;
-      EXPECT_EQ(blobs.Read("scan.tif"), "again") << each.routine;
+      page.blobs.Write("scan.tif", "again");
+      EXPECT_EQ(each.call(page.query, nullptr, nullptr, nullptr), Variant::Long(1)) << each.routine;
+      EXPECT_EQ(page.blobs.Read("scan.tif"), "again") << each.routine;
     });
   }
 }
@@ -73,11 +73,9 @@ TEST(FetchedFile, IsAskedForAndToldByEveryOperation) {
 TEST(FetchedFile, OfAHostileNameIsRefused) {
   for (const Operation& each : kOperations) {
     for (const char* name : {"..", "out\\..", "out/.", "com1.tif", "a:b", "scan.tif.", "a\tb"}) {
+      SCOPED_TRACE(name);
       WithHitList(Answer({"7", name}), [&](Page& page) {
-        Outputs outputs;
-        EXPECT_EQ(each.call(page.query, &outputs), kFailed) << each.routine << ' ' << name;
-        EXPECT_EQ(outputs.name, Variant("kept")) << each.routine << ' ' << name;
-        EXPECT_EQ(outputs.length, Variant("kept")) << each.routine << ' ' << name;
+        ExpectOutcome(page.query, each, {kFailed, "kept", "kept", "kept"});
         EXPECT_NE(page.Log().find(std::string("'") + each.routine + "()': 52 - "), std::string::npos) << page.Log();
       });
     }
@@ -86,24 +84,16 @@ TEST(FetchedFile, OfAHostileNameIsRefused) {
 
 TEST(FetchedFile, ThatIsNotThereLeavesOrClearsTheOutputs) {
   for (const Operation& each : kOperations) {
-    for (const std::vector<std::string>& lines : {std::vector<std::string>{}, {"7"}}) {
-      WithHitList(Answer(lines), [&](Page& page) {
-        Outputs outputs;
-        EXPECT_EQ(each.call(page.query, &outputs), Variant::Long(1)) << each.routine;
-        EXPECT_EQ(outputs.name, Variant(each.clearsOutputs ? "" : "kept")) << each.routine;
-        EXPECT_EQ(outputs.length, each.clearsOutputs ? Variant::Long(0) : Variant("kept")) << each.routine;
-        EXPECT_EQ(outputs.status, Variant("")) << each.routine;
-        EXPECT_EQ(each.call(page.query, nullptr), Variant::Long(1)) << each.routine;
+    const Outcome kept{Variant::Long(1), "kept", "kept", ""};
+    const Outcome cleared{Variant::Long(1), "", Variant::Long(0), ""};
+    const Outcome refused{kFailed, "kept", "kept", "No room"};
+    for (const std::string& answer : {Answer({}), Answer({"7"}), Framed("Status: No room\r\n")}) {
+      WithHitList(answer, [&](Page& page) {
+        const bool isRefused = answer.ends_with("No room\r\n");
+        ExpectOutcome(page.query, each, isRefused ? refused : each.clearsOutputs ? cleared : kept);
+        EXPECT_EQ(each.call(page.query, nullptr, nullptr, nullptr), isRefused ? kFailed : kept.result) << each.routine;
       });
     }
-    WithHitList(Framed("Status: No room\r\n"), [&](Page& page) {
-      Outputs outputs;
-      EXPECT_EQ(each.call(page.query, &outputs), kFailed) << each.routine;
-      EXPECT_EQ(outputs.status, Variant("No room")) << each.routine;
-      EXPECT_EQ(outputs.name, Variant("kept")) << each.routine;
-      EXPECT_EQ(outputs.length, Variant("kept")) << each.routine;
-      EXPECT_EQ(each.call(page.query, nullptr), kFailed) << each.routine;
-    });
   }
 }
 

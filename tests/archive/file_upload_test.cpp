@@ -14,13 +14,11 @@
 namespace oxaqrycln::testing {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
-
 // The request of a page, with a body that is given out in pieces of at most pieceSize bytes; beforeLast runs before
 // the last one. The client has announced unsent bytes more.
 class FormRequest final : public PageRequest {
  public:
-  FormRequest(std::string body, std::size_t pieceSize, std::function<void()> beforeLast, std::size_t unsent = 0)
+  FormRequest(std::string body, std::size_t pieceSize, std::function<void()> beforeLast, std::size_t unsent)
       : body_(std::move(body)), pieceSize_(pieceSize), beforeLast_(std::move(beforeLast)), unsent_(unsent) {}
   std::int64_t TotalBytes() const override { return static_cast<std::int64_t>(body_.size() + unsent_); }
   Variant::Bytes BinaryRead(std::int64_t byteCount) override {
@@ -48,9 +46,10 @@ struct FormPage final : ScriptingContext {
   std::shared_ptr<PageRequest> request;
 };
 
-Variant PageWithForm(const std::string& body, std::size_t pieceSize = 100, std::function<void()> beforeLast = {}) {
+Variant PageWithForm(const std::string& body, std::size_t pieceSize = 100, std::function<void()> beforeLast = {},
+                     std::size_t unsent = 0) {
   return Variant::ObjectRef(
-      std::make_shared<FormPage>(std::make_shared<FormRequest>(body, pieceSize, std::move(beforeLast))));
+      std::make_shared<FormPage>(std::make_shared<FormRequest>(body, pieceSize, std::move(beforeLast), unsent)));
 }
 
 std::string Part(const std::string& boundary, const std::string& disposition, const std::string& content) {
@@ -58,12 +57,17 @@ std::string Part(const std::string& boundary, const std::string& disposition, co
          content + "\r\n";
 }
 
+// A form with the file a.pdf.
+std::string FileForm(const std::string& content) { return Part("--B", "; filename=\"a.pdf\"", content) + "--B--"; }
+
 struct Body {
   const char* name;
   std::string body;
   Variant result;
   const char* stored;  // the name that is reported
   std::string content;
+  const char* error = "";  // what the log holds about a failure
+  std::size_t unsent = 0;
 };
 
 class UploadedForm : public ::testing::TestWithParam<std::size_t> {};
@@ -96,19 +100,23 @@ TEST_P(UploadedForm, StoresItsFirstFileWhateverTheSizeOfThePieces) {
         Body{"no body", "", kFailed, "kept", ""},
         Body{"device name", Part(b, "; filename=\"NUL.txt\"", "x") + end, kFailed, "kept", ""},
         Body{"NUL", Part(b, std::string("; filename=\"a\0b\"", 16), "x") + end, kFailed, "kept", ""},
+        Body{"client gone", file, kFailed, "kept", "", "5 - The body of the form ended before", 1000},
+        Body{"long header", Part(b, "; filename=\"a\"; x=" + std::string(70'000, 'x'), "x") + end, kFailed, "kept", "",
+             "5 - The header of a part"},
+        Body{"open quote", Part(b, "; filename=\"a", "x") + end, kFailed, "kept", "",
+             "5 - The file name of a form has no closing"},
         Body{"300 bytes", Part(b, "; filename=\"" + std::string(300, 'n') + "\"", "x") + end, kFailed, "kept", ""}}) {
     WithAnswer({}, [&](Page& page) {
-      const TemporaryDirectory blobs;
-      page.query.strBlobPathLocal = blobs.path();
-      page.query.OnStartPage(PageWithForm(each.body, GetParam()));
+      page.query.OnStartPage(PageWithForm(each.body, GetParam(), {}, each.unsent));
       Variant name = "kept";
       Variant size = "kept";
       EXPECT_EQ(page.query.UploadFile(Missing, &name, &size), each.result) << each.name << page.Log();
       EXPECT_EQ(name, Variant(each.stored)) << each.name;
       const bool stored = each.result == one;
-      EXPECT_EQ(std::filesystem::is_empty(blobs.path()), !stored) << each.name;
+      EXPECT_EQ(std::filesystem::is_empty(page.blobs.path()), !stored) << each.name;
+      EXPECT_NE(page.Log().find(each.error), std::string::npos) << each.name << page.Log();
       if (!stored) return;
-      EXPECT_EQ(blobs.Read(each.stored), each.content) << each.name;
+      EXPECT_EQ(page.blobs.Read(each.stored), each.content) << each.name;
       EXPECT_EQ(size, Variant::Long(static_cast<std::int32_t>(each.content.size()))) << each.name;
     });
   }
@@ -118,11 +126,8 @@ INSTANTIATE_TEST_SUITE_P(Pieces, UploadedForm, ::testing::Values(1, 7, 1U << 20U
 
 TEST(UploadFile, PutsThePrefixInFrontAndReplacesAnOlderFile) {
   WithAnswer({}, [](Page& page) {
-    const TemporaryDirectory blobs;
-    page.query.strBlobPathLocal = blobs.path();
     const auto upload = [&](const Variant& prefix, const char* content) {
-      const std::string body = Part("--B", "; filename=\"a.pdf\"", content) + "--B--";
-      page.query.OnStartPage(PageWithForm(body));
+      page.query.OnStartPage(PageWithForm(FileForm(content)));
       Variant name = "";
       const Variant result = page.query.UploadFile(prefix, &name);
       return result == Variant::Long(1) ? name.ToText() : result.ToText();
@@ -130,40 +135,13 @@ TEST(UploadFile, PutsThePrefixInFrontAndReplacesAnOlderFile) {
     EXPECT_EQ(upload("", "x"), "_a.pdf");
     EXPECT_EQ(upload(42, "first"), "42_a.pdf");
     EXPECT_EQ(upload(42, "second"), "42_a.pdf");
-    EXPECT_EQ(blobs.Read("42_a.pdf"), "second");
-    EXPECT_NE(page.Log().find("Uploading file '" + blobs.path() + "\\42_a.pdf'"), std::string::npos);
+    EXPECT_EQ(page.blobs.Read("42_a.pdf"), "second");
+    EXPECT_NE(page.Log().find("Uploading file '" + page.blobs.path() + "\\42_a.pdf'"), std::string::npos);
     for (const char* prefix : {"..\\up", "sub/dir", "C:"}) EXPECT_EQ(upload(prefix, "x"), "-1") << prefix;
     page.query.OnEndPage();
     EXPECT_EQ(page.query.UploadFile(), kFailed);
     EXPECT_NE(page.Log().find("'UploadFile()': 91 - "), std::string::npos);
   });
-}
-
-TEST(UploadFile, RefusesAHeaderWithoutAnEndAndAFormOfAClientThatHasGone) {
-  const std::string end = "--B--";
-  const std::string longValue(70'000, 'x');
-  struct Case {
-    const char* name;
-    std::string body;
-    std::size_t unsent;
-    const char* error;
-  };
-  for (const Case& each :
-       {Case{"client gone", Part("--B", "; filename=\"a\"", "x"), 1000, "5 - The body of the form ended before"},
-        Case{"long header", Part("--B", "; filename=\"a\"; x=" + longValue, "x") + end, 0, "5 - The header of a part"},
-        Case{"open quote", Part("--B", "; filename=\"a", "x") + end, 0,
-             "5 - The file name of a form has no closing"}}) {
-    WithAnswer({}, [&](Page& page) {
-      const TemporaryDirectory blobs;
-      page.query.strBlobPathLocal = blobs.path();
-      page.query.OnStartPage(Variant::ObjectRef(
-          std::make_shared<FormPage>(std::make_shared<FormRequest>(each.body, 1000, nullptr, each.unsent))));
-      EXPECT_EQ(page.query.UploadFile(), kFailed) << each.name;
-      EXPECT_NE(page.Log().find(std::string("'UploadFile()': ") + each.error), std::string::npos)
-          << each.name << page.Log();
-      EXPECT_TRUE(std::filesystem::is_empty(blobs.path())) << each.name;
-    });
-  }
 }
 
 // Closes what this process has open in the directory, as a file system does that has gone.
@@ -175,52 +153,38 @@ void CloseFilesIn(const std::string& directory) {
   }
 }
 
-TEST(UploadFile, LeavesAnOlderFileWhenTheNewOneCannotBeClosed) {
-  WithAnswer({}, [](Page& page) {
-    const TemporaryDirectory blobs;
-    blobs.Write("a.pdf", "old");
-    page.query.strBlobPathLocal = blobs.path();
-    const std::string body = Part("--B", "; filename=\"a.pdf\"", "new") + "--B--";
-    page.query.OnStartPage(PageWithForm(body, 1, [&] { CloseFilesIn(blobs.path()); }));
-    EXPECT_EQ(page.query.UploadFile(), kFailed);
-    EXPECT_NE(page.Log().find("Processing error in function 'UploadFile()': "), std::string::npos) << page.Log();
-    EXPECT_EQ(blobs.Read("a.pdf"), "old");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
-  });
-}
-
-TEST(UploadFile, ThatCannotReplaceADirectoryLeavesNothingBesideIt) {
-  WithAnswer({}, [](Page& page) {
-    const TemporaryDirectory blobs;
-    std::filesystem::create_directory(blobs.File("a.pdf"));
-    page.query.strBlobPathLocal = blobs.path();
-    page.query.OnStartPage(PageWithForm(Part("--B", "; filename=\"a.pdf\"", "new") + "--B--"));
-    Variant name = "kept";
-    EXPECT_EQ(page.query.UploadFile(Missing, &name), kFailed);
-    EXPECT_EQ(name, Variant("kept"));
-    EXPECT_NE(page.Log().find("'UploadFile()': "), std::string::npos) << page.Log();
-    EXPECT_TRUE(std::filesystem::is_directory(blobs.File("a.pdf")));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
-  });
+TEST(UploadFile, ThatCannotBeClosedOrReplaceADirectoryLeavesWhatWasThere) {
+  for (const bool isDirectory : {false, true}) {
+    WithAnswer({}, [&](Page& page) {
+      if (isDirectory) std::filesystem::create_directory(page.blobs.File("a.pdf"));
+      if (!isDirectory) page.blobs.Write("a.pdf", "old");
+      const auto close = [&] { CloseFilesIn(page.blobs.path()); };
+      page.query.OnStartPage(PageWithForm(FileForm("new"), 1, isDirectory ? std::function<void()>() : close));
+      Variant name = "kept";
+      EXPECT_EQ(page.query.UploadFile(Missing, &name), kFailed);
+      EXPECT_EQ(name, Variant("kept"));
+      EXPECT_NE(page.Log().find("Processing error in function 'UploadFile()': "), std::string::npos) << page.Log();
+      EXPECT_EQ(std::filesystem::is_directory(page.blobs.File("a.pdf")), isDirectory);
+      EXPECT_TRUE(isDirectory || page.blobs.Read("a.pdf") == "old");
+      EXPECT_EQ(std::distance(std::filesystem::directory_iterator(page.blobs.path()), {}), 1);
+    });
+  }
 }
 
 TEST(UploadFile, OfOneNameAtOnceStoresBothWholeTheLastToEndStays) {
   WithAnswer({}, [](Page& page) {
-    const TemporaryDirectory blobs;
-    page.query.strBlobPathLocal = blobs.path();
-    const auto body = [](char each) { return Part("--B", "; filename=\"a.pdf\"", std::string(100, each)) + "--B--"; };
     clsQuery other;
-    other.strBlobPathLocal = blobs.path();
+    other.strBlobPathLocal = page.blobs.path();
     std::string between;
-    page.query.OnStartPage(PageWithForm(body('1'), 10, [&] {
-      other.OnStartPage(PageWithForm(body('2')));
+    page.query.OnStartPage(PageWithForm(FileForm(std::string(100, '1')), 10, [&] {
+      other.OnStartPage(PageWithForm(FileForm(std::string(100, '2'))));
       EXPECT_EQ(other.UploadFile(), Variant::Long(1));
-      between = blobs.Read("a.pdf");
+      between = page.blobs.Read("a.pdf");
     }));
     EXPECT_EQ(page.query.UploadFile(), Variant::Long(1)) << page.Log();
     EXPECT_EQ(between, std::string(100, '2'));
-    EXPECT_EQ(blobs.Read("a.pdf"), std::string(100, '1'));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(blobs.path()), {}), 1);
+    EXPECT_EQ(page.blobs.Read("a.pdf"), std::string(100, '1'));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(page.blobs.path()), {}), 1);
   });
 }
 
@@ -237,9 +201,7 @@ TEST(TELOUploadFile, SendsTheRequestALineEndAndTheFile) {
         peer.Send(Answer({}));
         peer.WaitForClose();
       }});
-      const TemporaryDirectory blobs;
-      blobs.Write("f.bin", content);
-      page.query.strBlobPathLocal = blobs.path();
+      page.blobs.Write("f.bin", content);
       page.query.strBlobPathRemote = "R:\\blobs";
       Variant status;
       EXPECT_EQ(page.query.TELOUploadFile("somewhere\\f.bin", &status), Variant::Long(1)) << status.ToText();
@@ -249,20 +211,23 @@ TEST(TELOUploadFile, SendsTheRequestALineEndAndTheFile) {
   }
 }
 
+// Answers before it has the whole file.
+ScriptedServer::Script AnswersUpload(const std::string& answer) {
+  return [answer](Peer& peer) {
+    peer.ReadBytes(60);
+    peer.Send(answer);
+    peer.WaitForClose();
+  };
+}
+
 TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
   InOwnThread([] {
-    Page page({[](Peer& peer) {
-                 peer.ReadBytes(60);
-                 peer.Send(Framed("Status: No room"));
-                 peer.WaitForClose();
-               },
+    Page page({AnswersUpload(Framed("Status: No room")),
                [](Peer& peer) {  // closes at once, so that the file cannot be sent to its end
                  peer.ReadBytes(60);
                  peer.Send(Framed("Status: Denied"));
                }});
-    const TemporaryDirectory blobs;
-    blobs.Write("f.bin", std::string(20'000'000, 'x'));  // NOLINT: more than the connection holds
-    page.query.strBlobPathLocal = blobs.path();
+    page.blobs.Write("f.bin", std::string(20'000'000, 'x'));  // NOLINT: more than the connection holds
     Variant status;
     EXPECT_EQ(page.query.TELOUploadFile("f.bin", &status), kFailed);
     EXPECT_EQ(status, Variant("No room"));
@@ -270,9 +235,9 @@ TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
     EXPECT_EQ(status, Variant("Denied"));
     EXPECT_EQ(page.query.TELOUploadFile("none.bin", &status), kFailed);
     EXPECT_NE(page.Log().find("'TELOUploadFile()': 53 - File not found"), std::string::npos);
-    std::filesystem::create_directory(blobs.File("directory"));
+    std::filesystem::create_directory(page.blobs.File("directory"));
     EXPECT_EQ(page.query.TELOUploadFile("directory", &status), kFailed);
-    mkfifo(blobs.File("pipe").c_str(), 0600);
+    mkfifo(page.blobs.File("pipe").c_str(), 0600);
     EXPECT_EQ(page.query.TELOUploadFile("pipe", &status), kFailed);
     const std::string log = page.Log();
     EXPECT_NE(log.find("'TELOUploadFile()': 75 - "), log.rfind("'TELOUploadFile()': 75 - ")) << log;
@@ -282,14 +247,9 @@ TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
 TEST(TELOUploadFile, LeavesTheAnswerThatThePageIsReadingAlone) {
   for (const bool isAccepted : {true, false}) {
     InOwnThread([&] {
-      Page page({ScriptedServer::Replies(Answer({"a,1", "b,2"})), [&](Peer& peer) {
-                   peer.ReadBytes(60);
-                   peer.Send(Framed(isAccepted ? "Status: OK\r\nx\r\n" : "Status: Disk full\r\n"));
-                   peer.WaitForClose();
-                 }});
-      const TemporaryDirectory blobs;
-      blobs.Write("f.txt", std::string(100, 'x'));
-      page.query.strBlobPathLocal = blobs.path();
+      Page page({ScriptedServer::Replies(Answer({"a,1", "b,2"})),
+                 AnswersUpload(isAccepted ? Answer({"x"}) : Framed("Status: Disk full\r\n"))});
+      page.blobs.Write("f.txt", std::string(100, 'x'));
       page.query.TELOGetChannelsInit();
       EXPECT_EQ(page.query.TELOGetChannelsNext(), "a");
       Variant status;
@@ -303,16 +263,16 @@ TEST(TELOUploadFile, LeavesTheAnswerThatThePageIsReadingAlone) {
 TEST(TELOUploadFile, FailsWhenTheFileBecomesShorterMeanwhile) {
   InOwnThread([] {
     constexpr std::size_t kByteCount = 32U << 20U;  // more than the connection holds
-    const TemporaryDirectory blobs;
-    blobs.Write("f.bin", "");
-    std::filesystem::resize_file(blobs.File("f.bin"), kByteCount);
+    std::string file;
     Page page({[&](Peer& peer) {
       peer.ReadBytes(60);
-      std::filesystem::resize_file(blobs.File("f.bin"), 1);
+      std::filesystem::resize_file(file, 1);
       peer.ReadBytes(kByteCount);
       peer.Send(Answer({}));
     }});
-    page.query.strBlobPathLocal = blobs.path();
+    file = page.blobs.File("f.bin");
+    page.blobs.Write("f.bin", "");
+    std::filesystem::resize_file(file, kByteCount);
     Variant status;
     EXPECT_EQ(page.query.TELOUploadFile("f.bin", &status), kFailed);
     EXPECT_EQ(status, Variant("Winsock Error (62 - Input past end of file)"));

@@ -6,8 +6,6 @@
 namespace oxaqrycln::testing {
 namespace {
 
-const Variant kFailed = Variant::Integer(-1);
-
 TEST(Notes, AreJoinedFromTheirLines) {
   WithAnswers({Answer({"H1", "^text^", "H2", "^first", "", "last^", "H3", "", "x^"}), Answer({"H1", "^never closed"}),
                Answer({"H1"}), Framed("Status: Closed"), Answer({})},

@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "automation/method_table.h"
+#include "component/text_helpers.h"
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {
@@ -22,6 +24,13 @@ Variant CallWithStatus(clsQuery& query, const MethodEntry& method, Variant& stat
   return method.call(query, arguments);
 }
 
+constexpr std::string_view kMethods =
+    "TELOGetChannelsInit TELOGetAllArchivesInit TELOGetQueryFormatListInit TELOGetAllArchivesExtInit "
+    "TELOGetArchiveProperties TELOQueryArchiveInit TELOGetDocumentInfo TELOGetSegmentTextInit "
+    "TELOGetSegmentDescriptionInit TELOGetSegmentsInit TELOGetSegmentData TELOGetSegmentFirstBLOB "
+    "TELOGetSegmentPrintfile TELOGetSegmentMultiTIF TELODeleteDocument TELOCreateDocument "
+    "TELOEditDocument TELOGetNotesInit TELOWriteNote TELODeleteNotes TELOGetMasksInit";
+
 TEST(StatusOutputs, AreEmptyAfterASoundAnswerAndOtherwiseHoldTheServersText) {
   struct Reply {
     const char* name;
@@ -31,27 +40,7 @@ TEST(StatusOutputs, AreEmptyAfterASoundAnswerAndOtherwiseHoldTheServersText) {
   for (const Reply& reply : {Reply{"sound", Answer({"1,1,1,1,1", "^x^", "0", "^y^"}), ""},  // every method can read it
                              Reply{"refused", Framed("Status: Not allowed"), "Not allowed"}}) {
     WithAnswers({reply.framed}, [&](Page& page) {
-      for (const char* name : {"TELOGetChannelsInit",
-                               "TELOGetAllArchivesInit",
-                               "TELOGetQueryFormatListInit",
-                               "TELOGetAllArchivesExtInit",
-                               "TELOGetArchiveProperties",
-                               "TELOQueryArchiveInit",
-                               "TELOGetDocumentInfo",
-                               "TELOGetSegmentTextInit",
-                               "TELOGetSegmentDescriptionInit",
-                               "TELOGetSegmentsInit",
-                               "TELOGetSegmentData",
-                               "TELOGetSegmentFirstBLOB",
-                               "TELOGetSegmentPrintfile",
-                               "TELOGetSegmentMultiTIF",
-                               "TELODeleteDocument",
-                               "TELOCreateDocument",
-                               "TELOEditDocument",
-                               "TELOGetNotesInit",
-                               "TELOWriteNote",
-                               "TELODeleteNotes",
-                               "TELOGetMasksInit"}) {
+      for (const std::string_view name : Split(kMethods, ' ')) {
         Variant status("kept");
         const Variant result = CallWithStatus(page.query, *FindMethod(name), status);
         EXPECT_EQ(status.ToText(), reply.status) << name << ": " << reply.name << page.Log();

@@ -11,7 +11,6 @@
 #include <memory>
 #include <string>
 
-#include "component/text_helpers.h"
 #include "platform/database.h"
 #include "platform/errors.h"
 #include "platform/objects.h"
@@ -96,56 +95,38 @@ TEST(Instance, GivesItsSlotBackAndWorksWithoutALog) {
   });
 }
 
-TEST(Instance, GivesItsSlotBackWhenItsDatabaseDoesNotClose) {
-  InOwnThread([] {
-    const TemporaryDirectory logs;
-    std::string trace;
-    RegisterObject("ADODB.Connection", [&trace] { return std::make_shared<HostDatabase>(trace); });
-    {
-      clsQuery query;
-      const Settings settings(query, logs);
-      query.strDBConnect = "stuck";
-      EXPECT_TRUE(query.Init());
-    }
-    RegisterObject("ADODB.Connection", MakeOdbcConnection);
-    EXPECT_NE(logs.Read("S1.log").find("'Class_Terminate()': 70 - Permission denied"), std::string::npos);
-    EXPECT_EQ(Apartment::Current()->controls.GetFreeControl(), 1);
-  });
-}
-
-TEST(Init, OpensTheDatabaseUnlessToldNotTo) {
-  InOwnThread([] {
-    const TemporaryDirectory logs;
-    std::string trace;
-    {
-      clsQuery query;
-      const Settings settings(query, logs);
-      UnregisterObject("adodb.connection");
-      EXPECT_FALSE(query.Init());
-      EXPECT_NE(logs.Read("S1.log").find("'Init()': 429 - "), std::string::npos);
-    }
-    RegisterObject("ADODB.Connection", [&trace] { return std::make_shared<HostDatabase>(trace); });
-    {
-      clsQuery query;
-      const Settings settings(query, logs);
-      query.strDBConnect = "DSN=web";
-      EXPECT_TRUE(query.Init());
-      EXPECT_NE(logs.Read("S1.log").find("     Opening database connection: DSN=web\r\n"), std::string::npos);
-    }
-    EXPECT_EQ(trace, "open(DSN=web) close ");
-    {
-      clsQuery query;
-      const Settings settings(query, logs);
-      query.strDBConnect = "broken";
-      EXPECT_FALSE(query.Init(true));
+TEST(Init, OpensTheDatabaseAndGivesItsSlotBackWhateverThatDoes) {
+  struct Case {
+    const char* connect;
+    bool opens;
+    const char* trace;
+    const char* after;  // what the log holds, behind the line of the opening if there is one
+  };
+  for (const Case& each : {Case{"unregistered", false, "", "'Init()': 429 - "},
+                           {"DSN=web", true, "open(DSN=web) close ", "Terminating"},
+                           {"broken", false, "", "'Init()': 70 - Permission denied"},
+                           {"stuck", true, "open(stuck) ", "'Class_Terminate()': 70 - Permission denied"}}) {
+    InOwnThread([&] {
+      const TemporaryDirectory logs;
+      std::string trace;
+      RegisterObject("ADODB.Connection", [&trace] { return std::make_shared<HostDatabase>(trace); });
+      const bool isRegistered = each.connect != std::string_view("unregistered");
+      if (!isRegistered) UnregisterObject("adodb.connection");
+      {
+        clsQuery query;
+        const Settings settings(query, logs);
+        query.strDBConnect = each.connect;
+        EXPECT_EQ(query.Init(), each.opens) << each.connect;
+      }
+      RegisterObject("ADODB.Connection", MakeOdbcConnection);
+      EXPECT_EQ(trace, each.trace);
       const std::string log = logs.Read("S1.log");
-      const std::size_t failure = log.find("'Init()': 70 - Permission denied");
-      EXPECT_NE(failure, std::string::npos) << log;
-      EXPECT_LT(log.find("     Opening database connection: broken\r\n"), failure) << log;
-    }
-    EXPECT_EQ(trace, "open(DSN=web) close ");  // what never opened is not closed
-    RegisterObject("ADODB.Connection", MakeOdbcConnection);
-  });
+      const std::size_t opening = log.find("     Opening database connection: " + std::string(each.connect) + "\r\n");
+      EXPECT_EQ(opening != std::string::npos, isRegistered) << log;
+      EXPECT_NE(log.find(each.after, isRegistered ? opening : 0), std::string::npos) << log;
+      EXPECT_EQ(Apartment::Current()->controls.GetFreeControl(), 1) << each.connect;
+    });
+  }
 }
 
 TEST(Init, StartsTheTimerThatFreesAServerWhichIsBusyForTooLong) {
@@ -200,46 +181,40 @@ class HostPage : public ScriptingContext {
 };
 
 TEST(PageEvents, KeepTheContextFromStartToEndAndRefuseOtherValues) {
-  InOwnThread([] {
-    const TemporaryDirectory logs;
-    clsQuery query;
-    const Settings settings(query, logs);
+  WithAnswer({}, [](Page& page) {
     auto context = std::make_shared<HostPage>();
-    query.OnStartPage(Variant(Variant::ObjectRef(context)));
+    page.query.OnStartPage(Variant(Variant::ObjectRef(context)));
     EXPECT_EQ(context.use_count(), 2);
-    query.OnEndPage();
+    page.query.OnEndPage();
     EXPECT_EQ(context.use_count(), 1);
-    query.OnStartPage("no object");
-    EXPECT_NE(logs.Read("S1.log").find("'OnStartPage()': 13 - "), std::string::npos);
+    page.query.OnStartPage("no object");
+    EXPECT_NE(page.Log().find("'OnStartPage()': 13 - "), std::string::npos);
   });
 }
 
-TEST(HelperMethods, FailThroughTheirHandlers) {
-  InOwnThread([] {
-    const TemporaryDirectory logs;
-    clsQuery query;
-    const Settings settings(query, logs);
+TEST(HelperMethods, LogTheirFailuresAndThePagesLines) {
+  WithAnswer({}, [](Page& page) {
+    clsQuery& query = page.query;
     EXPECT_EQ(query.Decode(query.Encode("Text")), "Text");
     EXPECT_EQ(query.Encode(Missing), "");
     EXPECT_EQ(query.Decode("08"), "");
-    query.DeleteFTPObjects(logs.path() + "\\none\\*");
-    const std::string log = logs.Read("S1.log");
-    EXPECT_NE(log.find("'Encode()': 13 - "), std::string::npos);
-    EXPECT_NE(log.find("'Decode()': 13 - "), std::string::npos);
-    EXPECT_NE(log.find("     Deleting FTP objects '" + logs.path() + "\\none\\*'"), std::string::npos);
-    EXPECT_NE(log.find("'DeleteFTPObjects()': 76 - "), std::string::npos);
-    for (const int level : {bytWarning, bytError, bytExtended}) query.WriteLog("mine", level);
-    query.WriteLog("plain");
-    for (const Variant& odd : {Variant(999), Variant(-1), Variant("abc"), Variant(2.5)})
-      query.WriteLog("odd level", odd);
-    for (const char* line : {"!!! <WARNING> mine\r\n", "### <ERROR> mine\r\n", "+++ <DEBUG> mine\r\n"}) {
-      EXPECT_NE(logs.Read("S1.log").find(line), std::string::npos) << line;
+    const std::string files = page.blobs.path() + "\\none\\*";
+    query.DeleteFTPObjects(files);
+    for (const std::string& line :
+         {std::string("'Encode()': 13 - "), std::string("'Decode()': 13 - "),
+          "     Deleting FTP objects '" + files + "'", std::string("'DeleteFTPObjects()': 76 - ")}) {
+      EXPECT_NE(page.Log().find(line), std::string::npos) << line;
     }
-    EXPECT_NE(logs.Read("S1.log").find("     plain\r\n"), std::string::npos);
-    int odd = 0;
-    const std::string lines = logs.Read("S1.log");
-    for (const std::string_view line : Split(lines, '\n')) odd += line.ends_with("     odd level\r") ? 1 : 0;
-    EXPECT_EQ(odd, 4);
+    struct Case {
+      Variant level;
+      const char* start;
+    };
+    for (const Case& each : {Case{Missing, "     "}, Case{bytWarning, " !!! <WARNING> "},
+                             Case{bytError, " ### <ERROR> "}, Case{bytExtended, " +++ <DEBUG> "}, Case{999, "     "},
+                             Case{-1, "     "}, Case{"abc", "     "}, Case{2.5, "     "}}) {
+      query.WriteLog("mine", each.level);
+      EXPECT_TRUE(page.Log().ends_with(std::string(each.start) + "mine\r\n")) << page.Log();
+    }
   });
 }
 

@@ -31,23 +31,16 @@ TEST(Diagnostics, ReturnTheErrorTextWithoutAServer) {
 }
 
 TEST(WriteTest, ShowsInTheLogHowFarItGot) {
-  InOwnThread([] {
-    const TemporaryDirectory logs;
-    const TemporaryDirectory blobs;
-    clsQuery query;
-    query.strSessionID = "S1";
-    query.strDebugLogPath = logs.path();
-    query.strBlobPathLocal = blobs.path();
-    query.WriteTest();
-    const std::string file = blobs.path() + "\\WriteTest.txt'\r\n";
-    EXPECT_NE(logs.Read("S1.log").find("Writing test file '" + file), std::string::npos);
-    EXPECT_NE(logs.Read("S1.log").find("Deleting test file '" + file), std::string::npos);
-    EXPECT_FALSE(blobs.Has("WriteTest.txt"));
-    query.strSessionID = "S2";
-    query.strBlobPathLocal = blobs.path() + "\\missing";
-    query.WriteTest();
-    EXPECT_NE(logs.Read("S2.log").find("'WriteTest()': 76 - Path not found"), std::string::npos);
-    EXPECT_EQ(logs.Read("S2.log").find("Deleting test file"), std::string::npos);
+  WithAnswer({}, [](Page& page) {
+    page.query.WriteTest();
+    const std::string file = page.blobs.path() + "\\WriteTest.txt'\r\n";
+    EXPECT_NE(page.Log().find("Writing test file '" + file), std::string::npos);
+    EXPECT_NE(page.Log().find("Deleting test file '" + file), std::string::npos);
+    EXPECT_FALSE(page.blobs.Has("WriteTest.txt"));
+    page.query.strBlobPathLocal = page.blobs.path() + "\\missing";
+    page.query.WriteTest();
+    EXPECT_NE(page.Log().find("'WriteTest()': 76 - Path not found"), std::string::npos);
+    EXPECT_EQ(page.Log().find("Deleting test file '" + page.blobs.path() + "\\missing"), std::string::npos);
   });
 }
 

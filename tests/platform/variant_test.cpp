@@ -32,34 +32,15 @@ TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
   struct Case {
     const char* text;
     std::int32_t value;
-    std::int32_t error;
   };
-  for (const Case& each : {Case{" 12 ", 12, 0},
-                           Case{"-7", -7, 0},
-                           Case{"+7", 7, 0},
-                           Case{"2.5", 2, 0},
-                           Case{"3.5", 4, 0},
-                           Case{"-2.5", -2, 0},
-                           Case{"1e3", 1000, 0},
-                           Case{".5", 0, 0},
-                           Case{"1E-400", 0, 0},
-                           Case{"007", 7, 0},
-                           Case{"2147483647.4", 2147483647, 0},
-                           Case{"2147483648", 0, 6},
-                           Case{"1e400", 0, 6},
-                           Case{"", 0, 13},
-                           Case{"abc", 0, 13},
-                           Case{"1x", 0, 13},
-                           Case{"- 1", 0, 13},
-                           Case{"--1", 0, 13},
-                           Case{"inf", 0, 13},
-                           Case{"nan", 0, 13},
-                           Case{"0x10", 0, 13},
-                           Case{"1e", 0, 13},
-                           Case{"True", 0, 13}}) {
-    std::int32_t value = 0;
-    EXPECT_EQ(ErrorOf([&] { value = Variant(each.text).ToLong(); }), each.error) << each.text;
-    EXPECT_EQ(value, each.value) << each.text;
+  for (const Case& each :
+       {Case{" 12 ", 12}, Case{"-7", -7}, Case{"+7", 7}, Case{"2.5", 2}, Case{"3.5", 4}, Case{"-2.5", -2},
+        Case{"1e3", 1000}, Case{".5", 0}, Case{"1E-400", 0}, Case{"007", 7}, Case{"2147483647.4", 2147483647}}) {
+    EXPECT_EQ(Variant(each.text).ToLong(), each.value) << each.text;
+  }
+  for (const char* large : {"2147483648", "1e400"}) EXPECT_EQ(ErrorOf([&] { Variant(large).ToLong(); }), 6) << large;
+  for (const char* bad : {"", "abc", "1x", "- 1", "--1", "inf", "nan", "0x10", "1e", "True"}) {
+    EXPECT_EQ(ErrorOf([&] { Variant(bad).ToLong(); }), 13) << bad;
   }
 }
 

@@ -24,12 +24,16 @@ inline void PrintTo(const Variant& value, std::ostream* out) {
 
 namespace oxaqrycln::testing {
 
+// What most methods return on failure.
+inline const Variant kFailed = Variant::Integer(-1);
+
 struct Page {
   explicit Page(std::vector<ScriptedServer::Script> scripts) : server(std::move(scripts)) {
     query.strSessionID = "S1";
     query.strTELOUser = "webuser";
     query.lngRequestTimeout = 10;
     query.strDebugLogPath = logs.path();
+    query.strBlobPathLocal = blobs.path();
     query.RemoteHosts(server.Host());
     initialised = query.Init(false);
   }
@@ -42,6 +46,7 @@ struct Page {
   }
 
   TemporaryDirectory logs;
+  TemporaryDirectory blobs;
   ScriptedServer server;
   clsQuery query;
   bool initialised = false;

@@ -4,8 +4,8 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 
+#include "tests/support/temporary_directory.h"
 #include "transport/apartment.h"
 #include "transport/request.h"
 #include "transport/response_buffer.h"
@@ -14,8 +14,7 @@ namespace oxaqrycln::testing {
 
 // Owns an apartment of its own, so that no test sees another one's servers.
 struct Requester {
-  explicit Requester(const std::string& hosts, std::int32_t timeoutSeconds = 10, std::string logDirectory = "")
-      : timeout(timeoutSeconds), directory(std::move(logDirectory)) {
+  explicit Requester(const std::string& hosts, std::int32_t timeoutSeconds = 10) : timeout(timeoutSeconds) {
     apartment->servers.Load(hosts, log);
     execution.UseSlot(static_cast<std::int16_t>(apartment->controls.GetFreeControl()));
     apartment->controls.StrDebugLogPath(execution.slot(), directory);
@@ -29,10 +28,12 @@ struct Requester {
     text = done ? std::string(execution.TakeResponse().View()) : std::string();
     return done;
   }
+  std::string Log() const { return logs.Read("S1.log"); }
 
   std::shared_ptr<Apartment> apartment = std::make_shared<Apartment>();
   std::int32_t timeout;
-  std::string directory;
+  TemporaryDirectory logs;
+  std::string directory{logs.path()};
   std::string session = "S1";
   std::string user = "webuser";
   std::string password = "secret";

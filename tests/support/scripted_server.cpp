@@ -127,9 +127,17 @@ ScriptedServer::~ScriptedServer() {
   close(stop_);
 }
 
-ScriptedServer::Script ScriptedServer::Replies(std::string bytes) {
-  return [bytes = std::move(bytes)](Peer& peer) {
-    if (!peer.ReadRequest().empty() && peer.Send(bytes)) peer.WaitForClose();
+ScriptedServer::Script ScriptedServer::Replies(std::string bytes, int pauseMilliseconds) {
+  return [bytes = std::move(bytes), pauseMilliseconds](Peer& peer) {
+    if (peer.ReadRequest().empty()) return;
+    peer.Pause(pauseMilliseconds);
+    if (peer.Send(bytes)) peer.WaitForClose();
+  };
+}
+
+ScriptedServer::Script ScriptedServer::RepliesInPieces(std::string bytes, std::size_t pieceSize) {
+  return [bytes = std::move(bytes), pieceSize](Peer& peer) {
+    if (!peer.ReadRequest().empty() && peer.SendInPieces(bytes, pieceSize)) peer.WaitForClose();
   };
 }
 

@@ -58,8 +58,10 @@ class ScriptedServer {
   ScriptedServer(const ScriptedServer&) = delete;
   ScriptedServer& operator=(const ScriptedServer&) = delete;
 
-  // Reads a request, sends the bytes, and waits for the client to close.
-  static Script Replies(std::string bytes);
+  // Reads a request, sends the bytes after a pause, and waits for the client to close.
+  static Script Replies(std::string bytes, int pauseMilliseconds = 0);
+  // The same in pieces of so many bytes, each a packet of its own.
+  static Script RepliesInPieces(std::string bytes, std::size_t pieceSize);
   // Reads a request and never answers.
   static Script Silent();
 

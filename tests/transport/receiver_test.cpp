@@ -23,11 +23,7 @@ class SoundArrival : public ::testing::TestWithParam<Arrival> {};
 
 TEST_P(SoundArrival, YieldsTheAnnouncedText) {
   const Arrival& arrival = GetParam();
-  ScriptedServer server([&](Peer& peer) {
-    peer.ReadRequest();
-    peer.SendInPieces(arrival.bytes, arrival.piece);
-    peer.WaitForClose();
-  });
+  ScriptedServer server(ScriptedServer::RepliesInPieces(arrival.bytes, arrival.piece));
   Requester page(server.Host());
   ASSERT_TRUE(page.Request("^X^")) << page.error;
   EXPECT_EQ(page.text, arrival.text);
@@ -66,17 +62,16 @@ class FaultyAnswer : public ::testing::TestWithParam<Fault> {};
 
 TEST_P(FaultyAnswer, EndsInOneErrorAndTheNextRequestWorks) {
   const Fault& fault = GetParam();
-  const TemporaryDirectory logs;
   ScriptedServer server({[&](Peer& peer) {
                            peer.ReadRequest();
                            peer.SendInPieces(fault.bytes, fault.piece);
                            if (fault.resets) peer.Reset();
                          },
                          ScriptedServer::Replies(Framed("fine"))});
-  Requester page(server.Host(), 10, logs.path());
+  Requester page(server.Host());
   EXPECT_FALSE(page.Request("^X^"));
   EXPECT_EQ(page.error.rfind(fault.error, 0), 0U) << page.error;
-  EXPECT_NE(logs.Read("S1.log").find(fault.logLine), std::string::npos) << logs.Read("S1.log");
+  EXPECT_NE(page.Log().find(fault.logLine), std::string::npos) << page.Log();
   EXPECT_TRUE(page.Request("^Y^")) << page.error;
   EXPECT_EQ(page.text, "fine");
 }
@@ -110,11 +105,7 @@ TEST(Receiver, TouchesNoMemoryOnTheWordOfAPeer) {
 TEST(Receiver, PutsALargeAnswerTogetherWhole) {
   std::string text;
   for (int i = 0; text.size() < 3'000'000; ++i) text += "line " + std::to_string(i) + "\r\n";
-  ScriptedServer server([&](Peer& peer) {
-    peer.ReadRequest();
-    peer.SendInPieces(Framed(text), 70'001);
-    peer.WaitForClose();
-  });
+  ScriptedServer server(ScriptedServer::RepliesInPieces(Framed(text), 70'001));
   Requester page(server.Host());
   ASSERT_TRUE(page.Request("^X^")) << page.error;
   EXPECT_TRUE(page.text == text);
@@ -123,19 +114,15 @@ TEST(Receiver, PutsALargeAnswerTogetherWhole) {
 TEST(Receiver, WritesAFileTransferToTheFileOfItsSlot) {
   const TemporaryDirectory directory;
   const std::string content("a\0TotalBytes:1\r\nb", 17);
-  ScriptedServer server([&](Peer& peer) {
-    peer.ReadRequest();
-    peer.SendInPieces(content, 5);
-    peer.WaitForClose();
-  });
-  Requester page(server.Host(), 10, directory.path());
+  ScriptedServer server(ScriptedServer::RepliesInPieces(content, 5));
+  Requester page(server.Host());
   OpenFiles& files = page.apartment->controls.Files();
   const FileReceipt receipt{files.OpenForWriting(directory.File("received")),
                             static_cast<std::int32_t>(content.size())};
   EXPECT_TRUE(page.execution.Request({.request = "^TransferBLOB^,^x^", .receipt = receipt}, &page.error)) << page.error;
   files.Close(receipt.file);
   EXPECT_EQ(directory.Read("received"), content);
-  EXPECT_NE(directory.Read("S1.log").find("Winsock(1): All packets received: 17 bytes in total"), std::string::npos);
+  EXPECT_NE(page.Log().find("Winsock(1): All packets received: 17 bytes in total"), std::string::npos);
 }
 
 }  // namespace
