@@ -1,6 +1,7 @@
 #include <signal.h>
 
 #include <chrono>
+#include <utility>
 
 #include "platform/connection_string.h"
 #include "platform/errors.h"
@@ -27,13 +28,10 @@ std::string ErrorOf(Call&& call) {
 }
 
 TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
-  struct Case {
-    const char* text;
-    const char* odbc;
-  };
-  for (const Case& each :
+  using Case = std::pair<const char*, const char*>;
+  for (const auto& [text, expected] :
        {Case{"Driver={SQLite3};Database=/x y", "Driver={SQLite3};Database=/x y"},
-        Case{"Provider=MSDASQL;DSN=web;no equals", nullptr},
+        Case{"Provider=MSDASQL;DSN=web;no equals", ""},
         Case{"provider=msdasql.1; Data Source=web ;User ID=u;Password=\"p;w\"", "DSN=web;UID={u};PWD={p;w};"},
         Case{"Provider=MSDASQL;Driver=SQLite3;Database=my users.sqlite;Password=a+b%41",
              "Driver={SQLite3};Database=my users.sqlite;PWD={a+b%41};"},
@@ -43,12 +41,12 @@ TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
              "Driver={SQL Server};SERVER=host;DATABASE=db;Trusted_Connection=Yes;"},
         Case{"Provider=SQLOLEDB;Driver={ODBC Driver 18};Server=h;Password={a}}b}",
              "Driver={ODBC Driver 18};SERVER=h;PWD={a}}b};"},
-        Case{"Provider=Other.4;Data Source=x;Password=secret", nullptr}, Case{"Provider=MSDASQL;=x", nullptr},
-        Case{"Provider=MSDASQL;DSN={open", nullptr}}) {
+        Case{"Provider=Other.4;Data Source=x;Password=secret", ""}, Case{"Provider=MSDASQL;=x", ""},
+        Case{"Provider=MSDASQL;DSN={open", ""}}) {
     std::string odbc;
-    const std::string error = ErrorOf([&] { odbc = OdbcConnectionString(each.text); });
-    EXPECT_EQ(error.empty(), each.odbc != nullptr) << each.text << error;
-    EXPECT_EQ(odbc, each.odbc == nullptr ? "" : each.odbc);
+    const std::string error = ErrorOf([&, from = text] { odbc = OdbcConnectionString(from); });
+    EXPECT_EQ(error.empty(), *expected != '\0') << text << error;
+    EXPECT_EQ(odbc, expected);
     EXPECT_EQ(error.find("secret"), std::string::npos);
   }
   EXPECT_NE(ErrorOf([] { OdbcConnectionString("Provider=Other.4"); }).find("\"OTHER.4\""), std::string::npos);
@@ -92,25 +90,19 @@ TEST_P(OdbcConnection, ReadsTextsOfAnyLengthNullsAndNumbersByTheirKind) {
   EXPECT_NE(ErrorOf([&] { connection->Execute("SELECT 1"); }).find("3704 - "), std::string::npos);
 }
 
-TEST_P(OdbcConnection, RefusesTextThatHasNoPlaceInTheCodePage) {
+TEST_P(OdbcConnection, TellsWhatDoesNotFitAndNoTextsOfAStatement) {
   const TestDatabase database(GetParam(), false);
-  const std::string polish = GetParam() == Kind::Sqlite ? "CHAR(321)" : "CHR(321)";
-  const auto rows = database.Connect()->Execute("SELECT 'a' AS C, 1 AS N UNION ALL SELECT " + polish + ", 2");
-  EXPECT_EQ(rows->Field(0), Variant("a"));
-  rows->MoveNext();
-  EXPECT_EQ(rows->Field("N"), Variant::Long(2));
-  EXPECT_NE(ErrorOf([&] { rows->Field("C"); }).find("no place in the code page"), std::string::npos);
-}
-
-TEST_P(OdbcConnection, TellsNumbersThatDoNotFitAndNoTextsOfAStatement) {
-  const TestDatabase database(GetParam());
   const auto connection = database.Connect();
-  const char* const large = GetParam() == Kind::Sqlite ? "INTEGER" : "BIGINT";
-  connection->Execute(std::string("CREATE TABLE T (I ") + large + ", J " + large + ")");
-  connection->Execute("INSERT INTO T VALUES(3000000000, -3)");
-  const auto rows = connection->Execute("SELECT I, J FROM T");
+  const std::string polish = GetParam() == Kind::Sqlite ? "CHAR(321)" : "CHR(321)";
+  const std::string large = GetParam() == Kind::Sqlite ? "INTEGER" : "BIGINT";
+  connection->Execute("CREATE TABLE T (I " + large + ", C VARCHAR(9))");
+  connection->Execute("INSERT INTO T VALUES (3000000000,'a'), (-3," + polish + ")");
+  const auto rows = connection->Execute("SELECT I, C FROM T ORDER BY I DESC");
   EXPECT_EQ(rows->Field("I"), Variant(3e9));
-  EXPECT_EQ(rows->Field("J"), Variant::Long(-3));
+  EXPECT_EQ(rows->Field("C"), Variant("a"));
+  rows->MoveNext();
+  EXPECT_EQ(rows->Field("I"), Variant::Long(-3));
+  EXPECT_NE(ErrorOf([&] { rows->Field("C"); }).find("no place in the code page"), std::string::npos);
   const std::string error = ErrorOf([&] { connection->Execute("SELECT 'Hidden' FROM None WHERE x='Hidden'"); });
   EXPECT_NE(error.find("-2147467259 - ["), std::string::npos) << error;
   EXPECT_EQ(error.find("Hidden"), std::string::npos) << error;
@@ -132,16 +124,20 @@ TEST(OdbcConnection, ToAServerThatStopsWithoutAWordIsGivenUp) {
   EXPECT_EQ(connection->Execute("SELECT 1")->Field(0), Variant::Long(1));
 }
 
+std::string ErrorOfOpening(const std::string& text) {
+  return ErrorOf([&] { std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"))->Open(text); });
+}
+
+std::string PostgresAt(int port) {
+  return "Driver={PostgreSQL Unicode};Server=127.0.0.1;UID=secret;PWD=secret;Database=x;Port=" + std::to_string(port);
+}
+
 TEST(OdbcConnection, ThatCannotBeOpenedSaysWhyWithoutThePassword) {
-  const auto open = [](const std::string& text) {
-    return ErrorOf([&] { std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"))->Open(text); });
-  };
-  const std::string driver = open("Driver={No such driver};PWD=secret");
+  const std::string driver = ErrorOfOpening("Driver={No such driver};PWD=secret");
   EXPECT_NE(driver.find("No such driver"), std::string::npos) << driver;
-  const std::string refused = open("Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + std::to_string(UnusedPort()) +
-                                   ";UID=secret;PWD=secret;Database=x");
+  const std::string refused = ErrorOfOpening(PostgresAt(UnusedPort()));
   EXPECT_NE(refused.find("-2147467259 - ["), std::string::npos) << refused;
-  for (const std::string& each : {driver, refused, open("Provider=No such driver;PWD=secret")}) {
+  for (const std::string& each : {driver, refused, ErrorOfOpening("Provider=No such driver;PWD=secret")}) {
     EXPECT_EQ(each.find("secret"), std::string::npos) << each;
   }
 }
@@ -149,12 +145,7 @@ TEST(OdbcConnection, ThatCannotBeOpenedSaysWhyWithoutThePassword) {
 TEST(OdbcConnection, ToAServerThatNeverAnswersEndsWithTheLogonTimeout) {
   if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL driver";
   ScriptedServer server([](Peer& peer) { peer.Pause(40'000); });
-  const auto connection = std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"));
-  EXPECT_NE(ErrorOf([&] {
-              connection->Open("Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + std::to_string(server.port()) +
-                               ";UID=u;PWD=p;Database=x");
-            }).find("timeout"),
-            std::string::npos);
+  EXPECT_NE(ErrorOfOpening(PostgresAt(server.port())).find("timeout"), std::string::npos);
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ std::string Postgres(const std::string& database) {
 
 bool IsThere(Kind kind) { return kind == Kind::Sqlite || std::ifstream(OXAQRYCLN_POSTGRES).good(); }
 
-TestDatabase::TestDatabase(Kind kind, bool hasTables) : kind_(kind) {
+TestDatabase::TestDatabase(Kind kind, bool hasTables, const std::string& statements) : kind_(kind) {
   if (kind == Kind::Sqlite) {
     connectionString_ = "Driver={SQLite3};Database=" + directory_.File("users.sqlite");
   } else {
@@ -43,13 +43,12 @@ TestDatabase::TestDatabase(Kind kind, bool hasTables) : kind_(kind) {
     Open(Postgres("postgres"))->Execute("CREATE DATABASE " + name_);
     connectionString_ = Postgres(name_);
   }
-  if (!hasTables) return;
-  const std::string text = ReadAll(OXAQRYCLN_SCHEMA);
   std::string schema;
+  const std::string text = hasTables ? ReadAll(OXAQRYCLN_SCHEMA) : "";
   for (const std::string_view line : Split(text, '\n')) {
     if (!line.starts_with("--")) schema.append(line).append("\n");
   }
-  Run(schema);
+  Run(schema + statements);
 }
 
 TestDatabase::~TestDatabase() {

@@ -17,8 +17,8 @@ enum class Kind { Sqlite, Postgres };
 
 class TestDatabase {
  public:
-  // hasTables: with the tables of the schema, which are empty.
-  explicit TestDatabase(Kind kind, bool hasTables = true);
+  // hasTables: with the tables of the schema, which hold what the statements fill in.
+  explicit TestDatabase(Kind kind, bool hasTables = true, const std::string& statements = "");
   ~TestDatabase();
   TestDatabase(const TestDatabase&) = delete;
   TestDatabase& operator=(const TestDatabase&) = delete;
@@ -34,6 +34,12 @@ class TestDatabase {
   std::string name_;
   std::string connectionString_;
 };
+
+// anna (1) is a member of Sales (10), Support (11) and another Sales (13); Support of Everybody (12).
+constexpr const char* kUsers = R"(
+  INSERT INTO Users(UserID,UserName) VALUES (1,'anna'), (2,'bert'), (10,'Sales'), (11,'Support'), (12,'Everybody'),
+    (13,'Sales');
+  INSERT INTO UserGroups VALUES (1,10), (1,11), (1,13), (11,12);)";
 
 // Whether databases of the kind can be had here; PostgreSQL runs only while the fixture of the tests is set up.
 bool IsThere(Kind kind);

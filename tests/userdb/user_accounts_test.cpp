@@ -1,6 +1,9 @@
 #include <dlfcn.h>
 
+#include <atomic>
 #include <thread>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "component/text_helpers.h"
@@ -19,52 +22,38 @@ INSTANTIATE_TEST_SUITE_P(Databases, UserAccounts, ::testing::Values(Kind::Sqlite
 TEST_P(UserAccounts, AreCreatedAndLogOn) {
   const TestDatabase database(GetParam());
   WebPage page(database);
-  ASSERT_TRUE(page.initialised) << page.Log();
   clsQuery& query = page.query;
-  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(1));
+  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(1)) << page.Log();
   EXPECT_EQ(query.WriteUserToDB("anna", "Secret"), Variant::Long(1));
   EXPECT_EQ(query.WriteUserToDB("bert", "", "archive", "pwd"), Variant::Long(2));
   EXPECT_EQ(query.WriteUserToDB("cora", "x", "archive"), Variant::Long(3));  // half an account is none
   EXPECT_EQ(query.WriteUserToDB("dora", "x", Missing, "pwd"), Variant::Long(4));
   EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE TELOUser IS NOT NULL OR TELOPasswd IS NOT NULL"),
             Variant::Long(1));
-  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(5));
-  EXPECT_EQ(database.Run("SELECT Passwd FROM Users WHERE UserID=1"), Variant(Encode("Secret")));
-  struct Logon {
-    const char* user;
-    Variant password;
-    std::int32_t id;
-  };
-  for (const Logon& each :
-       {Logon{"anna", "Secret", 1}, Logon{"anna", "secret", 0}, Logon{"anna", "", 0}, Logon{"anna", Missing, 1},
-        Logon{"bert", "", 2}, Logon{"bert", Variant::Null(), 0}, Logon{"nobody", Missing, 0}}) {
-    EXPECT_EQ(query.CheckLogon(each.user, each.password), Variant::Long(each.id))
-        << each.user << each.password.IsMissing();
-  }
-  database.Run("INSERT INTO Users(UserID,UserName) VALUES(9,'nopass')");
-  EXPECT_EQ(query.CheckLogon("nopass", ""), Variant::Long(0));
-  EXPECT_EQ(query.CheckLogon("nopass"), Variant::Long(9));
-  database.Run("INSERT INTO Users(UserID,UserName,Passwd,TELOPasswd) VALUES(10,'odd','ZZ','" + Encode("p") + "')");
-  EXPECT_EQ(query.CheckLogon("odd", ""), Variant::Long(0));
-  EXPECT_TRUE(page.Failed("Decode", "13 - ")) << page.Log();
-  Variant user = "kept";
-  Variant password = "kept";
-  EXPECT_EQ(query.GetUserTELOUser(77, &user, &password), Variant::Long(0));
-  EXPECT_EQ(user, Variant("kept"));
-  EXPECT_EQ(query.GetUserTELOUser("2", &user, &password), Variant::Long(1));
-  EXPECT_EQ(user, Variant("archive"));
-  EXPECT_EQ(password, Variant("pwd"));
-  for (const int half : {3, 10}) {
-    EXPECT_EQ(query.GetUserTELOUser(half, &user, &password), Variant::Long(1));
-    EXPECT_EQ(user, Variant("")) << half;
-    EXPECT_EQ(password, Variant("")) << half;
-  }
   EXPECT_EQ(query.WriteUserToDB("eva", Missing), Variant::Integer(-1));
   EXPECT_TRUE(page.Failed("WriteUserToDB", "449 - ")) << page.Log();
-  database.Run("INSERT INTO Users(UserID,UserName,TELOUser,TELOPasswd) VALUES(2147483647,'last','archive','ZZ')");
-  EXPECT_EQ(query.GetUserTELOUser(2147483647, &user, &password), Variant::Long(1));
-  EXPECT_EQ(user, Variant("archive"));
-  EXPECT_EQ(password, Variant(""));                                  // the stored one cannot be decoded
+  EXPECT_EQ(query.GetNextDBObjectID("UserID", "Users"), Variant::Long(5));
+  EXPECT_EQ(database.Run("SELECT Passwd FROM Users WHERE UserID=1"), Variant(Encode("Secret")));
+  database.Run(R"(INSERT INTO Users(UserID,UserName) VALUES (9,'nopass');
+    INSERT INTO Users(UserID,UserName,Passwd,TELOPasswd) SELECT 10, 'odd', 'ZZ', TELOPasswd FROM Users WHERE UserID=2;
+    INSERT INTO Users(UserID,UserName,TELOUser,TELOPasswd) VALUES (2147483647,'last','archive','ZZ'))");
+  using Logon = std::tuple<const char*, Variant, int>;
+  for (const auto& [user, password, id] :
+       {Logon{"anna", "Secret", 1}, Logon{"anna", "secret", 0}, Logon{"anna", "", 0}, Logon{"anna", Missing, 1},
+        Logon{"bert", "", 2}, Logon{"bert", Variant::Null(), 0}, Logon{"nobody", Missing, 0}, Logon{"nopass", "", 0},
+        Logon{"nopass", Missing, 9}, Logon{"odd", "", 0}}) {
+    EXPECT_EQ(query.CheckLogon(user, password), Variant::Long(id)) << user << password.IsMissing();
+  }
+  EXPECT_TRUE(page.Failed("Decode", "13 - ")) << page.Log();
+  using Account = std::tuple<Variant, int, const char*, const char*>;
+  for (const auto& [id, count, user, password] :
+       {Account{77, 0, "kept", "kept"}, Account{"2", 1, "archive", "pwd"}, Account{3, 1, "", ""},
+        Account{10, 1, "", ""}, Account{2147483647, 1, "archive", ""}}) {
+    Variant out[] = {"kept", "kept"};
+    EXPECT_EQ(query.GetUserTELOUser(id, &out[0], &out[1]), Variant::Long(count));
+    EXPECT_EQ(out[0], Variant(user));
+    EXPECT_EQ(out[1], Variant(password));
+  }
   EXPECT_EQ(query.WriteUserToDB("eva", "x"), Variant::Integer(-1));  // no ID is left
   EXPECT_TRUE(page.Failed("GetNextDBObjectID", "6 - Overflow")) << page.Log();
 }
@@ -85,19 +74,17 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   EXPECT_EQ(query.ChangePasswd("late", "old", "new"), Variant::Integer(0));
   EXPECT_TRUE(page.Failed("ChangePasswd", "6 - Overflow")) << page.Log();
   EXPECT_EQ(query.CheckLogon("late", "old"), Variant::Long(32768));
+
   Variant flag = "kept";
   EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(0));
   EXPECT_EQ(flag, Variant::Integer(0));
   EXPECT_EQ(query.SetUserChangePasswd(99, -1), Variant::Long(1));
-  EXPECT_EQ(query.SetUserChangePasswd(1, -2), Variant::Long(1));
-  EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(1));
-  EXPECT_EQ(flag.ToInteger(), -2);
-  EXPECT_EQ(query.GetUserChangePasswd(3, &flag), Variant::Long(0));  // another user's stays
-  for (const bool isSet : {true, false}) {
-    EXPECT_EQ(query.SetUserChangePasswd(1, isSet), Variant::Long(1));
-    query.GetUserChangePasswd(1, &flag);
-    EXPECT_EQ(flag.ToInteger(), isSet ? 1 : 0);
+  for (const auto& [value, stored] : {std::pair<Variant, int>(-2, -2), {true, 1}, {false, 0}}) {
+    EXPECT_EQ(query.SetUserChangePasswd(1, value), Variant::Long(1));
+    EXPECT_EQ(query.GetUserChangePasswd(1, &flag), Variant::Long(1));
+    EXPECT_EQ(flag.ToInteger(), stored);
   }
+  EXPECT_EQ(query.GetUserChangePasswd(3, &flag), Variant::Long(0));  // another user's stays
 }
 
 TEST_P(UserAccounts, ReportNoPasswordThatTheDatabaseRefusedAndTheLogDoesNotShowIt) {
@@ -140,16 +127,15 @@ TEST_P(UserAccounts, RefuseWhatCouldChangeAStatement) {
     EXPECT_EQ(query.ChangePasswd(text, "p", "n"), Variant::Integer(0));
   }
   for (const char* id : {"1 OR 1=1", "1; DROP TABLE Users", "", "-", "+", " 1", "1.5", "0x1", "1e1", "--1", "UserID"}) {
-    Variant output;
-    EXPECT_EQ(query.GetUserTELOUser(id, &output, &output), none) << id;
-    EXPECT_EQ(query.GetUserChangePasswd(id, &output), none) << id;
-    EXPECT_EQ(query.SetUserChangePasswd(id, 1), none) << id;
-    EXPECT_EQ(query.SetUserChangePasswd(1, id), none) << id;
-    EXPECT_EQ(query.GetUserRights(id, &output), Variant()) << id;
-    EXPECT_EQ(query.GetUserEditRights(id, &output), Variant()) << id;
-    EXPECT_EQ(query.GetUserGroups(id, &output), Variant()) << id;
-    EXPECT_EQ(query.GetUserArchives(id, &output), Variant()) << id;
-    EXPECT_EQ(query.GetUserChannels(id, &output), Variant()) << id;
+    SCOPED_TRACE(id);
+    for (const Variant& result : {query.GetUserTELOUser(id), query.GetUserChangePasswd(id),
+                                  query.SetUserChangePasswd(id, 1), query.SetUserChangePasswd(1, id)}) {
+      EXPECT_EQ(result, none);
+    }
+    for (const Variant& result : {query.GetUserRights(id), query.GetUserEditRights(id), query.GetUserGroups(id),
+                                  query.GetUserArchives(id), query.GetUserChannels(id)}) {
+      EXPECT_EQ(result, Variant());
+    }
   }
   for (const char* name : {"UserID) FROM Users; DROP TABLE Users; --", "Users, UserGroups", "", "1"}) {
     EXPECT_EQ(query.GetNextDBObjectID(name, "Users"), none) << name;
@@ -162,7 +148,6 @@ TEST_P(UserAccounts, RefuseWhatCouldChangeAStatement) {
 TEST_P(UserAccounts, FailThroughTheirHandlersWithoutTables) {
   const TestDatabase database(GetParam(), false);
   WebPage page(database);
-  ASSERT_TRUE(page.initialised);
   Variant output = "kept";
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
   EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
@@ -176,23 +161,18 @@ TEST_P(UserAccounts, FailThroughTheirHandlersWithoutTables) {
 
 TEST_P(UserAccounts, CreatedAtOnceGetIdsOfTheirOwnOrNone) {
   const TestDatabase database(GetParam());
-  constexpr int kThreads = 8;
-  constexpr int kUsers = 5;
+  std::atomic<int> created = 0;
   std::vector<std::thread> threads;
-  std::vector<int> created(kThreads);
-  for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([&, t] {
+  for (int t = 0; t < 8; ++t) {
+    threads.emplace_back([&] {
       WebPage page(database);
-      for (int i = 0; i < kUsers; ++i)
-        created[static_cast<std::size_t>(t)] += page.query.WriteUserToDB("u", "p").ToLong() > 0 ? 1 : 0;
+      for (int i = 0; i < 5; ++i) created += page.query.WriteUserToDB("u", "p").ToLong() > 0 ? 1 : 0;
     });
   }
   for (auto& thread : threads) thread.join();
-  int sum = 0;
-  for (const int each : created) sum += each;
-  EXPECT_GT(sum, 0);
-  EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(sum));
-  EXPECT_EQ(database.Run("SELECT MAX(UserID) FROM Users"), Variant::Long(sum));
+  EXPECT_GT(created, 0);
+  EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(created));
+  EXPECT_EQ(database.Run("SELECT MAX(UserID) FROM Users"), Variant::Long(created));
 }
 
 TEST_P(UserAccounts, FailWithoutADatabaseAndOnOneThatThePageClosed) {
@@ -220,18 +200,18 @@ TEST(LockedSqliteFile, EndsInAnError) {
   WebPage page(database);
   // By an entry of the driver manager, too.
   const TemporaryDirectory entries;
-  entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" +
-                                database.connectionString().substr(database.connectionString().rfind('=') + 1));
+  const std::string path = database.connectionString().substr(database.connectionString().rfind('=') + 1);
+  entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" + path);
   dlopen("libodbcinst.so.2", RTLD_LAZY);  // stays, or a leak checker takes its cache of entries for lost
   setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
   WebPage other("DSN=Web");
   ASSERT_TRUE(other.initialised) << other.Log();
   const auto locker = database.Connect();
   locker->Execute("BEGIN EXCLUSIVE");
-  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
-  EXPECT_NE(page.Log().find("database is locked"), std::string::npos) << page.Log();
-  EXPECT_EQ(other.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
-  EXPECT_NE(other.Log().find("database is locked"), std::string::npos) << other.Log();
+  for (WebPage* const each : {&page, &other}) {
+    EXPECT_EQ(each->query.WriteUserToDB("a", "b"), Variant::Integer(-1));
+    EXPECT_NE(each->Log().find("database is locked"), std::string::npos) << each->Log();
+  }
   locker->Execute("COMMIT");
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Long(1));
 }
@@ -251,23 +231,22 @@ TEST(PostgresThatEndsTheSession, EndsInAnError) {
 TEST(BackslashAsEscape, IsRefusedWhereItWouldHideTheEndOfAText) {
   if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL server runs for the tests";
   const TestDatabase database(Kind::Postgres);
-  for (const char* literal : {"on", "off"}) {
-    database.Run("DELETE FROM Users; ALTER DATABASE " + database.Run("SELECT current_database()").ToText() +
-                 " SET standard_conforming_strings=" + literal);
-    const bool isRefused = std::string_view(literal) == "off";
+  const std::string name = database.Run("SELECT current_database()").ToText();
+  for (const bool isRefused : {false, true}) {
+    database.Run("DELETE FROM Users; ALTER DATABASE " + name +
+                 " SET standard_conforming_strings=" + (isRefused ? "off" : "on"));
+    SCOPED_TRACE(isRefused);
     WebPage page(database);
     clsQuery& query = page.query;
-    const auto id = isRefused ? Variant::Integer(-1) : Variant::Long(2);
+    const auto id = [isRefused](int given) { return isRefused ? Variant::Integer(-1) : Variant::Long(given); };
     EXPECT_EQ(query.WriteUserToDB("M\xFCller \x80", "p"), Variant::Long(1)) << page.Log();  // text is still Unicode
-    EXPECT_EQ(query.WriteUserToDB("domain\\user", "p"), id) << literal;
-    EXPECT_EQ(query.CheckLogon("domain\\user"), Variant::Long(isRefused ? 0 : 2)) << literal;
+    EXPECT_EQ(query.WriteUserToDB("domain\\user", "p"), id(2));
+    EXPECT_EQ(query.CheckLogon("domain\\user"), Variant::Long(isRefused ? 0 : 2));
     // The quote behind the backslash would belong to the text, and what follows would be a statement.
-    EXPECT_EQ(query.WriteUserToDB("x\\", "", ", NULL, NULL, NULL); DELETE FROM Users; --", "p"),
-              isRefused ? Variant::Integer(-1) : Variant::Long(3))
-        << literal;
-    EXPECT_EQ(query.ChangePasswd("x\\", "p", "q"), Variant::Integer(0)) << literal;
-    EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(isRefused ? 1 : 3)) << literal;
-    EXPECT_EQ(page.Failed("WriteUserToDB", "5 - A text for the database holds a backslash"), isRefused) << literal;
+    EXPECT_EQ(query.WriteUserToDB("x\\", "", ", NULL, NULL, NULL); DELETE FROM Users; --", "p"), id(3));
+    EXPECT_EQ(query.ChangePasswd("x\\", "p", "q"), Variant::Integer(0));
+    EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(isRefused ? 1 : 3));
+    EXPECT_EQ(page.Failed("WriteUserToDB", "5 - A text for the database holds a backslash"), isRefused);
   }
 }
 

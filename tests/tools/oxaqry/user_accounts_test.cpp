@@ -1,14 +1,14 @@
+#include <tuple>
+#include <utility>
+
 #include "tests/tools/oxaqry/user_test_database.h"
-#include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln::testing {
 namespace {
 
 using ::testing::AllOf;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 using UserAccountCommands = OnDatabase;
 INSTANTIATE_TEST_SUITE_P(Databases, UserAccountCommands, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
@@ -26,9 +26,7 @@ TEST_P(UserAccountCommands, InitMakesTheTablesOfAnEmptyDatabaseOnly) {
   database.Run("DROP TABLE Other");
   EXPECT_EQ(database.User({"init"}).status, 0);
   database.Must({"add", "Sales", "--group"});
-  const ToolRun again = database.User({"init"});
-  EXPECT_EQ(again.status, 1);
-  EXPECT_THAT(again.err, HasSubstr("already"));
+  ExpectError(database.User({"init"}), 1, "already");
   EXPECT_EQ(database.Count("Users"), 1);
   EXPECT_EQ(database.Count("OutlinerContent"), 0);
 }
@@ -40,10 +38,8 @@ TEST(UserCommands, TellALockedDatabaseFromAnEmptyOne) {
   for (const char* command : {"list", "init"}) {
     const ToolRun run =
         RunOxaqry({"user", command}, {{"OXAQRY_DATABASE", database.connectionString() + ";Timeout=100"}});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err,
-                AllOf(HasSubstr("the table Users cannot be read: ["), HasSubstr("locked"), Not(HasSubstr("user init"))))
-        << command;
+    ExpectError(run, 1, "the table Users cannot be read: [");
+    EXPECT_THAT(run.err, AllOf(HasSubstr("locked"), Not(HasSubstr("user init"))));
   }
 }
 
@@ -60,15 +56,11 @@ TEST_P(UserAccountCommands, AddedUsersLogOnAndGroupsDoNot) {
   EXPECT_EQ(account, Variant("WEB"));
   EXPECT_EQ(password, Variant("archive pw"));
   EXPECT_EQ(page.query.CheckLogon("Sales", ""), Variant::Long(0)) << "a group has not even an empty password";
-  struct Case {
-    const char* name;
-    const char* password;
-    int status;
-  };
-  for (const Case& test : {Case{"m\u00FCller", "\u00A3 5\n", 0}, Case{"m\u00FCller", "\u00A3 6\n", 1},
-                           Case{"m\u00FCller", "\n", 1}, Case{"nobody", "x\n", 1}, Case{"Sales", "\n", 1}}) {
-    const ToolRun run = database.User({"check", test.name, "--password-stdin"}, test.password);
-    EXPECT_EQ(run.status, test.status) << test.name << run.err;
+  using Case = std::tuple<const char*, const char*, int>;
+  for (const auto& [name, given, status] :
+       {Case{"m\u00FCller", "\u00A3 5\n", 0}, Case{"m\u00FCller", "\u00A3 6\n", 1}, Case{"m\u00FCller", "\n", 1},
+        Case{"nobody", "x\n", 1}, Case{"Sales", "\n", 1}}) {
+    EXPECT_EQ(database.User({"check", name, "--password-stdin"}, given).status, status) << name << given;
   }
   database.Run("DROP TABLE UserGroups; ALTER TABLE Users RENAME COLUMN Passwd TO Gone");
   EXPECT_THAT(database.User({"check", "m\u00FCller", "--password-stdin"}, "x\n").err, HasSubstr("cannot be checked"));
@@ -77,22 +69,19 @@ TEST_P(UserAccountCommands, AddedUsersLogOnAndGroupsDoNot) {
 TEST_P(UserAccountCommands, SeveralUsersOfANameAreTurnedToById) {
   const UserTestDatabase database(GetParam());
   database.Must({"add", "anna", "--password-stdin"}, "one\n");
-  const ToolRun refused = database.User({"add", "anna", "--password-stdin"}, "two\n");
-  EXPECT_EQ(refused.status, 1);
-  EXPECT_THAT(refused.err, HasSubstr("--duplicate"));
+  ExpectError(database.User({"add", "anna", "--password-stdin"}, "two\n"), 1, "--duplicate");
   database.Must({"add", "anna", "--duplicate", "--password-stdin"}, "two\n");
   EXPECT_THAT(database.User({"rights", "anna"}).err, HasSubstr("--id (1, 2)"));
   EXPECT_THAT(database.User({"rights", "anna", "--id", "3"}).err, HasSubstr("is not named"));
-  database.Must({"must-change", "anna", "on", "--id", "2"});
   database.Must({"passwd", "anna", "--id", "2", "--password-stdin"}, "three\n");
   WebPage page(database);
-  Variant flag;
-  EXPECT_EQ(page.query.GetUserChangePasswd(2, &flag), Variant::Long(1));
-  EXPECT_EQ(flag, Variant::Long(1));
-  database.Must({"must-change", "anna", "off", "--id", "2"});
-  EXPECT_EQ(page.query.GetUserChangePasswd(2, &flag), Variant::Long(1));
-  EXPECT_EQ(flag, Variant::Long(0));
-  EXPECT_EQ(page.query.GetUserChangePasswd(1, &flag), Variant::Long(0));
+  for (const auto& [state, stored] : {std::pair("on", 1), {"off", 0}}) {
+    database.Must({"must-change", "anna", state, "--id", "2"});
+    Variant flag;
+    EXPECT_EQ(page.query.GetUserChangePasswd(2, &flag), Variant::Long(1));
+    EXPECT_EQ(flag, Variant::Long(stored));
+  }
+  EXPECT_EQ(page.query.GetUserChangePasswd(1), Variant::Long(0));
   EXPECT_EQ(page.query.CheckLogon("anna", "one"), Variant::Long(1)) << "the other one's password stays";
   database.Run("DELETE FROM Users WHERE UserID=1");
   EXPECT_EQ(page.query.CheckLogon("anna", "three"), Variant::Long(2));
@@ -118,10 +107,10 @@ TEST_P(UserAccountCommands, ListUsersAndGroupsApart) {
   database.Must({"add", "bert", "--archive-user", "WEB", "--password-stdin"}, "secret\nhidden\n");
   database.Must({"add", "Sales", "--group"});
   database.Must({"grant", "bert", "--group", "Sales"});
-  EXPECT_EQ(Json::parse(database.User({"list", "--json"}).out, nullptr, false),
+  EXPECT_EQ(JsonOf(database.User({"list", "--json"})),
             Json::parse(R"([{"userId":1,"name":"bert","archiveUser":"WEB","mustChangePassword":false,
                              "groups":["Sales"]}])"));
-  EXPECT_EQ(Json::parse(database.User({"list", "--groups", "--json"}).out, nullptr, false),
+  EXPECT_EQ(JsonOf(database.User({"list", "--groups", "--json"})),
             Json::parse(R"([{"userId":2,"name":"Sales","members":["bert"]}])"));
   EXPECT_THAT(database.User({"list"}).out, AllOf(HasSubstr("bert"), HasSubstr("WEB"), Not(HasSubstr("2   Sales"))));
   EXPECT_EQ(database.User({"groups", "bert"}).out, "Sales\n");
@@ -133,84 +122,68 @@ TEST_P(UserAccountCommands, ListUsersAndGroupsApart) {
 TEST_P(UserAccountCommands, WhatTheDatabaseCannotTakeIsRefusedBeforehand) {
   const UserTestDatabase database(GetParam());
   database.Must({"add", "anna", "--password-stdin"}, "secret\n");
-  struct Case {
-    const char* name;
-    std::vector<std::string> arguments;
-    std::string input;
-    const char* message;
-  };
+  const char* const typed = "--password-stdin";
   const std::string injection = "x'; DELETE FROM Users; --";
-  const std::vector<Case> cases{
-      {"name", {"add", injection, "--password-stdin"}, "pw\n", "single quote"},
-      {"group name", {"add", injection, "--group"}, "", "single quote"},
-      {"archive user", {"add", "x", "--archive-user", injection, "--password-stdin"}, "a\nb\n", "single quote"},
-      {"name that is looked up", {"must-change", injection, "on"}, "", "single quote"},
-      {"name that logs on", {"check", injection, "--password-stdin"}, "pw\n", "single quote"},
-      {"group", {"grant", "anna", "--group", injection}, "", "single quote"},
-      {"archive", {"grant", "anna", "--archive", injection}, "", "single quote"},
-      {"edit rights", {"grant", "anna", "--edit", injection + "=N"}, "", "single quote"},
-      {"explained channel", {"explain", "anna", "--channel", injection}, "", "single quote"},
-      {"divider of lists", {"grant", "anna", "--channel", "a^,^b"}, "", "divide the lists"},
-      {"control character", {"add", "an\tna", "--group"}, "", "control character"},
-      {"empty name", {"add", "", "--group"}, "", "name is empty"},
-      {"empty archive user", {"add", "x", "--archive-user", "", "--password-stdin"}, "a\nb\n", "archive user is empty"},
-      {"empty group", {"grant", "anna", "--group", ""}, "", "name of the group is empty"},
-      {"nothing as an explained archive", {"explain", "anna", "--archive", ""}, "", "the archive is empty"},
-      {"nothing as explained edit rights", {"explain", "anna", "--edit", ""}, "", "the archive is empty"},
-      {"outside the code page", {"add", "\u4E2D", "--group"}, "", "Windows-1252"},
-      {"empty password", {"add", "x", "--password-stdin"}, "\n", "password is empty"},
-      {"no password", {"add", "x", "--password-stdin"}, "", "no further line"},
-      {"no second password", {"add", "x", "--archive-user", "W", "--password-stdin"}, "pw\n", "no further line"},
-      {"password that loses a character", {"passwd", "anna", "--password-stdin"}, "\u00FC\n", "174"},
-      {"password that is too long", {"passwd", "anna", "--password-stdin"}, std::string(100, 'z') + "\n", "174"},
-      {"password outside the code page", {"passwd", "anna", "--password-stdin"}, "\u4E2D\n", "Windows-1252"},
-  };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.name);
-    const ToolRun run = database.User(test.arguments, test.input);
-    EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err, AllOf(StartsWith("oxaqry: "), HasSubstr(test.message)));
-    EXPECT_THAT(run.out, IsEmpty());
+  using Case = std::tuple<const char*, std::vector<std::string>, std::string, const char*>;
+  for (const auto& [name, arguments, input, message] : {
+           Case{"name", {"add", injection, typed}, "pw\n", "single quote"},
+           Case{"group name", {"add", injection, "--group"}, "", "single quote"},
+           Case{"archive user", {"add", "x", "--archive-user", injection, typed}, "a\nb\n", "single quote"},
+           Case{"name that is looked up", {"must-change", injection, "on"}, "", "single quote"},
+           Case{"name that logs on", {"check", injection, typed}, "pw\n", "single quote"},
+           Case{"group", {"grant", "anna", "--group", injection}, "", "single quote"},
+           Case{"archive", {"grant", "anna", "--archive", injection}, "", "single quote"},
+           Case{"edit rights", {"grant", "anna", "--edit", injection + "=N"}, "", "single quote"},
+           Case{"explained channel", {"explain", "anna", "--channel", injection}, "", "single quote"},
+           Case{"divider of lists", {"grant", "anna", "--channel", "a^,^b"}, "", "divide the lists"},
+           Case{"control character", {"add", "an\tna", "--group"}, "", "control character"},
+           Case{"empty name", {"add", "", "--group"}, "", "name is empty"},
+           Case{"empty archive user", {"add", "x", "--archive-user", "", typed}, "a\nb\n", "archive user is empty"},
+           Case{"empty group", {"grant", "anna", "--group", ""}, "", "name of the group is empty"},
+           Case{"nothing as an explained archive", {"explain", "anna", "--archive", ""}, "", "the archive is empty"},
+           Case{"nothing as explained edit rights", {"explain", "anna", "--edit", ""}, "", "the archive is empty"},
+           Case{"outside the code page", {"add", "\u4E2D", "--group"}, "", "Windows-1252"},
+           Case{"empty password", {"add", "x", typed}, "\n", "password is empty"},
+           Case{"no password", {"add", "x", typed}, "", "no further line"},
+           Case{"no second password", {"add", "x", "--archive-user", "W", typed}, "pw\n", "no further line"},
+           Case{"password that loses a character", {"passwd", "anna", typed}, "\u00FC\n", "174"},
+           Case{"password that is too long", {"passwd", "anna", typed}, std::string(100, 'z') + "\n", "174"},
+           Case{"password outside the code page", {"passwd", "anna", typed}, "\u4E2D\n", "Windows-1252"},
+       }) {
+    SCOPED_TRACE(name);
+    ExpectError(database.User(arguments, input), 1, message);
   }
   EXPECT_EQ(database.Count("Users"), 1);
   EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "secret\n").status, 0);
 }
 
 TEST(UserCommandLine, TellsWrongUsage) {
-  struct Case {
-    const char* name;
-    std::vector<std::string> arguments;
-    const char* message;
-  };
-  const std::vector<Case> cases{
-      {"unknown command", {"foo"}, "unknown command \"user foo\""},
-      {"unknown option", {"--jsn"}, "unknown option \"--jsn\""},
-      {"nobody to ask", {"add", "x"}, "--password-stdin"},
-      {"password as an argument", {"add", "x", "--password", "y"}, "--password"},
-      {"connection with a password", {"list", "--database", "DSN=web; pwd ={x y}"}, "can be read by everybody"},
-      {"connection with one inside",
-       {"list", "--database", R"(Provider=MSDASQL;Extended Properties="DSN=web;Password=x")"},
-       "can be read by everybody"},
-      {"group with an account", {"add", "x", "--group", "--archive-user", "W"}, "--group"},
-      {"no state", {"must-change", "x", "perhaps"}, "STATE"},
-      {"no right", {"grant", "x"}, "--right"},
-      {"right that is no number", {"grant", "x", "--right", "1 OR 1=1"}, "whole number"},
-      {"right that is a sign", {"grant", "x", "--right", "-"}, "whole number"},
-      {"right that is too large", {"grant", "x", "--right", "2147483648"}, "--right"},
-      {"edit rights without letters", {"grant", "x", "--edit", "A="}, "ARCHIVE=LETTERS"},
-      {"unknown letter", {"revoke", "x", "--edit", "A=NX"}, "\"NX\""},
-      {"nothing to explain", {"explain", "x"}, "give one right"},
-      {"two things to explain", {"explain", "x", "1", "--archive", "A"}, "give one right"},
-  };
   const UserTestDatabase database(Kind::Sqlite);
   database.Must({"add", "x", "--group"});
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.name);
-    std::vector<std::string> arguments = test.arguments;
-    if (arguments[0] == "add") arguments[1] = "new";
-    const ToolRun run = database.User(arguments);
-    EXPECT_EQ(run.status, 2);
-    EXPECT_THAT(run.err, AllOf(StartsWith("oxaqry: "), HasSubstr(test.message)));
+  using Case = std::tuple<const char*, std::vector<std::string>, const char*>;
+  for (const auto& [name, arguments, message] : {
+           Case{"unknown command", {"foo"}, "unknown command \"user foo\""},
+           Case{"unknown option", {"--jsn"}, "unknown option \"--jsn\""},
+           Case{"nobody to ask", {"add", "new"}, "--password-stdin"},
+           Case{"password as an argument", {"add", "new", "--password", "y"}, "--password"},
+           Case{
+               "connection with a password", {"list", "--database", "DSN=web; pwd ={x y}"}, "can be read by everybody"},
+           Case{"connection with one inside",
+                {"list", "--database", R"(Provider=MSDASQL;Extended Properties="DSN=web;Password=x")"},
+                "can be read by everybody"},
+           Case{"group with an account", {"add", "new", "--group", "--archive-user", "W"}, "--group"},
+           Case{"no state", {"must-change", "x", "perhaps"}, "STATE"},
+           Case{"no right", {"grant", "x"}, "--right"},
+           Case{"right that is no number", {"grant", "x", "--right", "1 OR 1=1"}, "whole number"},
+           Case{"right that is a sign", {"grant", "x", "--right", "-"}, "whole number"},
+           Case{"right that is too large", {"grant", "x", "--right", "2147483648"}, "--right"},
+           Case{"edit rights without letters", {"grant", "x", "--edit", "A="}, "ARCHIVE=LETTERS"},
+           Case{"unknown letter", {"revoke", "x", "--edit", "A=NX"}, "\"NX\""},
+           Case{"nothing to explain", {"explain", "x"}, "give one right"},
+           Case{"two things to explain", {"explain", "x", "1", "--archive", "A"}, "give one right"},
+       }) {
+    SCOPED_TRACE(name);
+    ExpectError(database.User(arguments), 2, message);
   }
 }
 
@@ -222,9 +195,8 @@ TEST_P(UserAccountCommands, NoErrorTellsThePasswordOfTheConnection) {
   for (const std::string& text : {connection, database.connectionString() + ";PWD=Geh3im;x;Driver=none",
                                   "Provider=Unknown;Password=\"" + password + "\"", "PWD={" + password}) {
     const ToolRun run = RunOxaqry({"user", "list"}, {{"OXAQRY_DATABASE", text}});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err,
-                AllOf(StartsWith("oxaqry: the web user database cannot be opened: "), Not(HasSubstr("Geh3im"))));
+    ExpectError(run, 1, "the web user database cannot be opened: ");
+    EXPECT_THAT(run.err, Not(HasSubstr("Geh3im")));
   }
 }
 

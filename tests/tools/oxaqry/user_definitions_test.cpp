@@ -1,5 +1,6 @@
+#include <tuple>
+
 #include "tests/tools/oxaqry/user_test_database.h"
-#include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln::testing {
 namespace {
@@ -22,10 +23,6 @@ class SampleDatabase : public UserTestDatabase {
     arguments.insert(arguments.begin(), "outline");
     return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}});
   }
-  Json JsonOf(const ToolRun& run) const {
-    EXPECT_EQ(run.status, 0) << run.err;
-    return Json::parse(run.out, nullptr, false);
-  }
 };
 
 TEST_P(DefinitionCommands, InitAddsTheSampleOnlyWhenToldTo) {
@@ -37,26 +34,21 @@ TEST_P(DefinitionCommands, InitAddsTheSampleOnlyWhenToldTo) {
 TEST_P(DefinitionCommands, GrantsOfDefinitionsAreWhatRestrictsTheUser) {
   const SampleDatabase database(GetParam());
   const auto rights = [&](const char* command, const char* archive) {
-    return database.JsonOf(database.User({command, "anna", archive, "--json"}));
+    return JsonOf(database.User({command, "anna", archive, "--json"}));
   };
-  EXPECT_TRUE(rights("doc-rights", "Finance/Invoices")["conditions"].empty());
+  EXPECT_EQ(rights("doc-rights", "Finance/Invoices")["conditions"], Json::array());
   database.Must({"grant", "anna", "--doc-right", "2", "--search-right", "2"});
   database.Must({"grant", "Sales", "--doc-right", "1", "--doc-right", "2", "--search-right", "1"});
-  const Json conditions = Json::parse(R"([
-      {"definition":1,"field":13,"operator":"=","value":"Invoice","type":"TXT"},
-      {"definition":1,"field":15,"operator":"<","value":"5000","type":"NUM"},
-      {"definition":2,"field":12,"operator":"<>","value":"Nordlicht Optik","type":"TXT"}])");
-  EXPECT_EQ(rights("doc-rights", "Finance/Invoices"), (Json{{"userId", 1},
-                                                            {"name", "anna"},
-                                                            {"channel", "Finance"},
-                                                            {"archive", "Invoices"},
-                                                            {"conditions", conditions}}));
-  EXPECT_EQ(rights("doc-rights", "Finance/Orders")["conditions"], Json::array({conditions[2]}));
+  EXPECT_EQ(rights("doc-rights", "Finance/Invoices"), Json::parse(R"({
+      "userId":1,"name":"anna","channel":"Finance","archive":"Invoices","conditions":[
+        {"definition":1,"field":13,"operator":"=","value":"Invoice","type":"TXT"},
+        {"definition":1,"field":15,"operator":"<","value":"5000","type":"NUM"},
+        {"definition":2,"field":12,"operator":"<>","value":"Nordlicht Optik","type":"TXT"}]})"));
   EXPECT_EQ(rights("search-rights", "Finance/Orders"), Json::parse(R"({
       "userId":1,"name":"anna","channel":"Finance","archive":"Orders",
       "fixedValues":[{"field":12,"value":"Papierm\u00FChle \u00C4hrental"}],
       "hiddenFields":[15],"noMatchcodeFields":[11,15]})"));
-  EXPECT_TRUE(rights("search-rights", "Mail/Inbox")["hiddenFields"].empty());
+  EXPECT_EQ(rights("search-rights", "Mail/Inbox")["hiddenFields"], Json::array());
   EXPECT_EQ(database.User({"doc-rights", "Sales", "Mail", "Inbox"}).out,
             "Definition  Field  Operator  Value            Type\n"
             "----------  -----  --------  ---------------  ----\n"
@@ -64,18 +56,14 @@ TEST_P(DefinitionCommands, GrantsOfDefinitionsAreWhatRestrictsTheUser) {
   EXPECT_THAT(database.User({"search-rights", "anna", "Finance", "Orders"}).out,
               HasSubstr("fixed value   12     Papierm\u00FChle \u00C4hrental\nhidden        15\nno matchcode  11\n"));
   database.Must({"revoke", "anna", "--doc-right", "2", "--search-right", "2", "--search-right", "99"});
-  EXPECT_TRUE(rights("search-rights", "Mail/Inbox")["fixedValues"].empty());
+  EXPECT_EQ(rights("search-rights", "Mail/Inbox")["fixedValues"], Json::array());
   EXPECT_EQ(rights("doc-rights", "Mail/Inbox")["conditions"].size(), 1U);  // by the group still
 }
 
 TEST_P(DefinitionCommands, RefuseDefinitionsThatDoNotExistAndNamesThatDivideLists) {
   const SampleDatabase database(GetParam());
-  struct Case {
-    std::vector<std::string> arguments;
-    int status;
-    const char* message;
-  };
-  for (const Case& test : {
+  using Case = std::tuple<std::vector<std::string>, int, const char*>;
+  for (const auto& [arguments, status, message] : {
            Case{{"grant", "anna", "--search-right", "1", "--doc-right", "7"}, 1, "there is no doc-right 7"},
            Case{{"grant", "anna", "--doc-right", "1", "--search-right", "7"}, 1, "there is no search-right 7"},
            Case{{"grant", "anna", "--doc-right", "1 OR 1=1"}, 2, "whole number"},
@@ -85,11 +73,7 @@ TEST_P(DefinitionCommands, RefuseDefinitionsThatDoNotExistAndNamesThatDivideList
            Case{{"search-rights", "anna", "Finance/In^voices"}, 1, "the archive holds \"^\""},
            Case{{"search-rights", "anna", "Finance/\n"}, 1, "control character"},
        }) {
-    SCOPED_TRACE(test.message);
-    const ToolRun run = database.User(test.arguments);
-    EXPECT_EQ(run.status, test.status);
-    EXPECT_THAT(run.err, HasSubstr(test.message));
-    EXPECT_EQ(run.out, "");
+    ExpectError(database.User(arguments), status, message);
     EXPECT_EQ(database.Count("UserDocRights") + database.Count("UserSearchRights"), 0);
   }
 }
@@ -97,16 +81,12 @@ TEST_P(DefinitionCommands, RefuseDefinitionsThatDoNotExistAndNamesThatDivideList
 TEST_P(DefinitionCommands, TellTextsThatBreakTheListsOfPages) {
   const SampleDatabase database(GetParam());
   database.Must({"grant", "anna", "--doc-right", "2", "--search-right", "2"});
-  for (const char* value : {"a^,^b", "a\r\nb"}) {
-    const auto connection = database.Connect();
-    for (const char* table : {"DocRightFields", "SearchRightFields"}) {
-      connection->Execute("UPDATE " + std::string(table) + " SET Val='" + value + "'");
-    }
-    connection->Execute("UPDATE Outliner SET DisplayName='" + std::string(value) + "'");
+  for (const std::string value : {"a^,^b", "a\r\nb"}) {
+    database.Run("UPDATE DocRightFields SET Val='" + value + "'; UPDATE SearchRightFields SET Val='" + value +
+                 "'; UPDATE Outliner SET DisplayName='" + value + "'");
     for (const ToolRun& run : {database.User({"doc-rights", "anna", "a/b"}),
                                database.User({"search-rights", "anna", "a/b"}), database.Outline({"a/b"})}) {
-      EXPECT_EQ(run.status, 1);
-      EXPECT_THAT(run.err, HasSubstr("holds \"^,^\" or a line end"));
+      ExpectError(run, 1, "holds \"^,^\" or a line end");
     }
   }
 }
@@ -115,7 +95,7 @@ TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeAsDeepAsToldTo) {
   const SampleDatabase database(GetParam());
   EXPECT_EQ(database.Outline({"Finance/Invoices"}).out,
             "ID  Outliner\n--  ------------------\n1   Customers by year\n2   Types of documents\n");
-  EXPECT_EQ(database.JsonOf(database.Outline({"Mail/Inbox", "--json"})),
+  EXPECT_EQ(JsonOf(database.Outline({"Mail/Inbox", "--json"})),
             Json::parse(R"({"channel":"Mail","archive":"Inbox","outliners":[{"id":2,"name":"Types of documents"}]})"));
   EXPECT_EQ(database.Outline({"1"}).out,
             "ID  Node               Description  Field  Expanded  Children\n"
@@ -126,16 +106,13 @@ TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeAsDeepAsToldTo) {
             "1   Nordlicht Optik    Customer     12     yes       2\n"
             "2     2025             Year         14     no        0\n"
             "3     2026             Year         14     no        0\n");
-  const Json whole = database.JsonOf(database.Outline({"2", "--json"}));
+  const Json whole = JsonOf(database.Outline({"2", "--json"}));
   EXPECT_EQ(whole["outliner"], 2);
-  ASSERT_EQ(whole["nodes"].size(), 2U);
-  EXPECT_EQ(whole["nodes"][1]["nodes"][0], Json::parse(R"({"id":9,"level":2,"field":13,"description":"Type",
+  EXPECT_EQ(whole["nodes"].at(1)["nodes"][0], Json::parse(R"({"id":9,"level":2,"field":13,"description":"Type",
       "dataType":"TXT","content":"Fax","expanded":false,"childCount":0,"nodes":[]})"));
-  const Json roots = database.JsonOf(database.Outline({"2", "--depth", "1", "--json"}));
-  for (const Json& node : roots["nodes"]) {
-    EXPECT_TRUE(node["nodes"].empty());
-    EXPECT_EQ(node["childCount"], 2);
-  }
+  const Json roots = JsonOf(database.Outline({"2", "--depth", "1", "--json"}));
+  EXPECT_EQ(roots["nodes"].at(1)["nodes"], Json::array());
+  EXPECT_EQ(roots["nodes"].at(1)["childCount"], 2);
   database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");  // a circle of 1 and 3 hangs on no root
   EXPECT_THAT(database.Outline({"1"}).out, Not(HasSubstr("Nordlicht")));
 }
@@ -143,15 +120,11 @@ TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeAsDeepAsToldTo) {
 TEST_P(DefinitionCommands, OutlinePrintsTheSearchOfANode) {
   const SampleDatabase database(GetParam());
   EXPECT_EQ(database.Outline({"--expression", "6"}).out, "12:\"B\u00E4ckerei Gr\u00F6\u00DFling\" AND 14:2026\n");
-  EXPECT_EQ(database.JsonOf(database.Outline({"--expression", "9", "--json"})),
+  EXPECT_EQ(JsonOf(database.Outline({"--expression", "9", "--json"})),
             (Json{{"node", 9}, {"expression", "13:\"Fax\""}}));
   database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");
-  struct Case {
-    std::vector<std::string> arguments;
-    int status;
-    const char* message;
-  };
-  for (const Case& test : {
+  using Case = std::tuple<std::vector<std::string>, int, const char*>;
+  for (const auto& [arguments, status, message] : {
            Case{{"--expression", "7"}, 1, "stands for no search"},
            Case{{"--expression", "2"}, 1, "parents form a circle"},
            Case{{"--expression", "99"}, 1, "there is no outliner node 99"},
@@ -164,11 +137,7 @@ TEST_P(DefinitionCommands, OutlinePrintsTheSearchOfANode) {
            Case{{"1", "--depth", "0"}, 2, "--depth"},
            Case{{"--expression", "2 OR 1=1"}, 2, "--expression"},
        }) {
-    SCOPED_TRACE(test.message);
-    const ToolRun run = database.Outline(test.arguments);
-    EXPECT_EQ(run.status, test.status);
-    EXPECT_THAT(run.err, HasSubstr(test.message));
-    EXPECT_EQ(run.out, "");
+    ExpectError(database.Outline(arguments), status, message);
   }
 }
 

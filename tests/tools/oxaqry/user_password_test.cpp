@@ -5,6 +5,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <utility>
+
 #include "tests/tools/oxaqry/user_test_database.h"
 
 namespace oxaqrycln::testing {
@@ -46,7 +48,10 @@ class AtTerminal {
     seen_ = shown_.find(text, seen_) + text.size();
     return true;
   }
-  void Type(const std::string& text) const {
+  // Types the answer to a question, while nothing typed is shown.
+  void Answer(const std::string& question, const std::string& text) {
+    ASSERT_TRUE(Awaits(question)) << shown_;
+    EXPECT_FALSE(Echoes());
     ASSERT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
   bool Echoes() const {
@@ -87,30 +92,20 @@ class AtTerminal {
 TEST(UserPassword, IsTypedTwiceAndNotShown) {
   const UserTestDatabase database(Kind::Sqlite);
   AtTerminal run(database, {"add", "anna", "--archive-user", "WEB"});
-  for (const char* question : {"New password: ", "The same again: "}) {
-    ASSERT_TRUE(run.Awaits(question)) << run.shown();
-    EXPECT_FALSE(run.Echoes());
-    run.Type("s3cret\n");
-  }
-  for (const char* question : {"New archive password: ", "The same again: "}) {
-    ASSERT_TRUE(run.Awaits(question)) << run.shown();
-    run.Type("\u00A3x\n");
-  }
+  run.Answer("New password: ", "s3cret\n");
+  run.Answer("The same again: ", "s3cret\n");
+  run.Answer("New archive password: ", "\u00A3x\n");
+  run.Answer("The same again: ", "\u00A3x\n");
   EXPECT_TRUE(run.Awaits("Added the user anna")) << run.shown();
   EXPECT_TRUE(run.Echoes());
   EXPECT_EQ(run.Status(), 0);
   EXPECT_THAT(run.shown(), Not(HasSubstr("s3cret")));
   EXPECT_THAT(run.shown(), Not(HasSubstr("\u00A3")));
 
-  struct Case {
-    const char* password;
-    int status;
-  };
-  for (const Case& test : {Case{"s3cret\n", 0}, Case{"other\n", 1}}) {
+  for (const auto& [password, status] : {std::pair("s3cret\n", 0), {"other\n", 1}}) {
     AtTerminal check(database, {"check", "anna"});
-    ASSERT_TRUE(check.Awaits("Password: ")) << check.shown();
-    check.Type(test.password);
-    EXPECT_EQ(check.Status(), test.status) << check.shown();
+    check.Answer("Password: ", password);
+    EXPECT_EQ(check.Status(), status) << check.shown();
   }
 }
 
@@ -118,10 +113,8 @@ TEST(UserPassword, OfTwoFormsChangesNothing) {
   const UserTestDatabase database(Kind::Sqlite);
   database.Must({"add", "anna", "--password-stdin"}, "old\n");
   AtTerminal run(database, {"passwd", "anna"});
-  ASSERT_TRUE(run.Awaits("New password: "));
-  run.Type("one\n");
-  ASSERT_TRUE(run.Awaits("The same again: "));
-  run.Type("two\n");
+  run.Answer("New password: ", "one\n");
+  run.Answer("The same again: ", "two\n");
   EXPECT_EQ(run.Status(), 1);
   EXPECT_THAT(run.shown(), HasSubstr("not the same"));
   EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "old\n").status, 0);
@@ -129,17 +122,10 @@ TEST(UserPassword, OfTwoFormsChangesNothing) {
 
 TEST(UserPassword, AnInterruptOrAQuitGivesTheTerminalBack) {
   const UserTestDatabase database(Kind::Sqlite);
-  struct Case {
-    const char* typed;
-    int status;
-  };
-  for (const Case& test : {Case{"half\x03", 130}, Case{"half\x1C", 131}}) {
-    SCOPED_TRACE(test.status);
+  for (const auto& [typed, status] : {std::pair("half\x03", 130), {"half\x1C", 131}}) {
     AtTerminal run(database, {"add", "anna"});
-    ASSERT_TRUE(run.Awaits("New password: "));
-    EXPECT_FALSE(run.Echoes());
-    run.Type(test.typed);
-    EXPECT_EQ(run.Status(), test.status);
+    run.Answer("New password: ", typed);
+    EXPECT_EQ(run.Status(), status);
     EXPECT_TRUE(run.Echoes());
     EXPECT_EQ(database.Count("Users"), 0);
   }

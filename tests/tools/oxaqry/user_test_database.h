@@ -9,6 +9,7 @@
 
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tests/userdb/test_database.h"
+#include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln::testing {
 
@@ -28,6 +29,18 @@ class UserTestDatabase : public TestDatabase {
   }
   std::int32_t Count(const std::string& table) const { return Run("SELECT COUNT(*) FROM " + table).ToLong(); }
 };
+
+inline Json JsonOf(const ToolRun& run) {
+  EXPECT_EQ(run.status, 0) << run.err;
+  return Json::parse(run.out, nullptr, false);
+}
+
+// A run that failed, for which standard error says why and nothing else.
+inline void ExpectError(const ToolRun& run, int status, const std::string& message) {
+  EXPECT_EQ(run.status, status);
+  EXPECT_THAT(run.err, ::testing::AllOf(::testing::StartsWith("oxaqry: "), ::testing::HasSubstr(message)));
+  EXPECT_EQ(run.out, "");
+}
 
 }  // namespace oxaqrycln::testing
 
