@@ -11,6 +11,8 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "tests/tools/devserver/fetched_content.h"
@@ -23,22 +25,19 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
+const std::string kEnquiry = "^,^Mail^,^Inbox^,^1262^,^^,^";
+
 TEST_F(ContentTest, MultiPageTiffHoldsThePagesAskedFor) {
   // Document 1003 has three pages, 1094 one.
-  struct Case {
-    const char* document;
-    const char* pages;
-    const char* found;
-  };
-  const Case cases[] = {
+  const char* const cases[][3] = {
       {"Mail^,^Fax^,^1003", "", "416g 416g 416g "},
       {"Mail^,^Fax^,^1003", "2", "416g "},
       {"Mail^,^Fax^,^1003", "3,1,3,3", "416g 416g 416g 416g "},
       {"Finance^,^Invoices^,^1094", "", "416g "},
   };
-  for (const Case& row : cases) {
-    const auto file = Fetch(std::string("GetSegmentMultiTIF^,^") + row.document + "^,^^,^" + row.pages + "^,^");
-    EXPECT_EQ(DescribeTiff(file), row.found) << row.document << " " << row.pages;
+  for (const auto& [document, pages, found] : cases) {
+    const auto file = Fetch(std::string("GetSegmentMultiTIF^,^") + document + "^,^^,^" + pages + "^,^");
+    EXPECT_EQ(DescribeTiff(file), found) << document << " " << pages;
   }
   // Each list has a file of its own, and a page in it is the page of that number.
   const auto third = Fetch("GetSegmentMultiTIF^,^Mail^,^Fax^,^1003^,^^,^3^,^");
@@ -47,54 +46,49 @@ TEST_F(ContentTest, MultiPageTiffHoldsThePagesAskedFor) {
 }
 
 TEST_F(ContentTest, IsFetchedByPositionExtensionAndField) {
-  EXPECT_THAT(Content(Fetch("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1^,^")), "Mia Kr\xE4henb\xFChl");
-  EXPECT_THAT(Content(Fetch("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^4^,^")), HasSubstr("month.\r\nThe goods"));
-  const std::string file = Content(Fetch("GetSegmentFirstBLOB^,^Mail^,^Inbox^,^1262^,^^,^^,^"));
+  EXPECT_THAT(Content(Fetch("GetSegmentData" + kEnquiry + "1^,^")), "Mia Kr\xE4henb\xFChl");
+  EXPECT_THAT(Content(Fetch("GetSegmentData" + kEnquiry + "4^,^")), HasSubstr("month.\r\nThe goods"));
+  const std::string file = Content(Fetch("GetSegmentFirstBLOB" + kEnquiry + "^,^"));
   EXPECT_EQ(file, "Position;Article;Pieces\r\n1;oak shelves;22\r\n2;packing;1\r\n");
-  EXPECT_EQ(Content(Fetch("GetSegmentFirstBLOB^,^Mail^,^Inbox^,^1262^,^^,^.CSV^,^")), file);
-  EXPECT_THAT(Content(Fetch("GetSegmentPrintfile2^,^Mail^,^Inbox^,^1262^,^^,^11^,^")),
+  EXPECT_EQ(Content(Fetch("GetSegmentFirstBLOB" + kEnquiry + ".CSV^,^")), file);
+  EXPECT_THAT(Content(Fetch("GetSegmentPrintfile2" + kEnquiry + "11^,^")),
               testing::AllOf(HasSubstr("\r\nAuthor: Mia Kr\xE4henb\xFChl\r\n"), testing::Not(HasSubstr("Customer"))));
   const std::string directory = server_.BlobPath("").string();
-  EXPECT_THAT(server_.Ask("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1^,^" + directory), StartsWith("Status: OK\r\n"));
-  EXPECT_EQ(server_.Ask("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^9^,^"),
-            "Status: Document 1262 has no segment '9'\r\n");
-  EXPECT_EQ(server_.Ask("GetSegmentFirstBLOB^,^Mail^,^Inbox^,^1262^,^^,^pdf^,^"),
-            "Status: Document 1262 has no stored file with the extension 'pdf'\r\n");
-  EXPECT_EQ(server_.Ask("GetSegmentPrintfile2^,^Mail^,^Inbox^,^1262^,^^,^77^,^"),
-            "Status: Document 1262 has no field '77'\r\n");
-  EXPECT_EQ(server_.Ask("GetSegmentMultiTIF^,^Mail^,^Inbox^,^1262^,^^,^2^,^"),
-            "Status: Document 1262 has no page '2', but 1 pages\r\n");
-  EXPECT_EQ(server_.Ask("GetSegmentMultiTIF^,^Finance^,^Orders^,^1005^,^^,^^,^"),
-            "Status: Document 1005 has no pages\r\n");
+  EXPECT_THAT(server_.Ask("GetSegmentData" + kEnquiry + "1^,^" + directory), StartsWith("Status: OK\r\n"));
+  const std::pair<std::string, const char*> refused[] = {
+      {"GetSegmentData" + kEnquiry + "9^,^", "1262 has no segment '9'"},
+      {"GetSegmentFirstBLOB" + kEnquiry + "pdf^,^", "1262 has no stored file with the extension 'pdf'"},
+      {"GetSegmentPrintfile2" + kEnquiry + "77^,^", "1262 has no field '77'"},
+      {"GetSegmentMultiTIF" + kEnquiry + "2^,^", "1262 has no page '2', but 1 pages"},
+      {"GetSegmentMultiTIF^,^Finance^,^Orders^,^1005^,^^,^^,^", "1005 has no pages"},
+  };
+  for (const auto& [command, answer] : refused)
+    EXPECT_EQ(server_.Ask(command), std::string("Status: Document ") + answer + "\r\n");
 }
 
 TEST_F(ContentTest, GetsAFileOfItsOwnForEachRequest) {
-  struct Case {
-    const char* command;
-    const char* name;
-    const char* others;  // all that were not free when the requests came
-  };
-  const Case cases[] = {
-      {"GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^6^,^", "1262_2_6.csv", "1262_2_6-[0-9a-f]{8}\\.csv"},
-      {"GetSegmentPrintfile2^,^Mail^,^Inbox^,^1262^,^^,^^,^", "1262_2_print.txt", "1262_2_print-[0-9a-f]{8}\\.txt"},
+  // The name of a request's file, and that of all whose name was not free when they came.
+  const std::tuple<std::string, const char*, const char*> cases[] = {
+      {"GetSegmentData" + kEnquiry + "6^,^", "1262_2_6.csv", "1262_2_6-[0-9a-f]{8}\\.csv"},
+      {"GetSegmentPrintfile2" + kEnquiry + "^,^", "1262_2_print.txt", "1262_2_print-[0-9a-f]{8}\\.txt"},
       {"GetSegmentMultiTIF^,^Mail^,^Fax^,^1003^,^^,^1,3^,^", "1003_1_pages.tif", "1003_1_pages-[0-9a-f]{8}\\.tif"},
   };
-  for (const Case& row : cases) {
-    const auto first = Fetch(row.command);
-    const auto second = Fetch(row.command);
-    EXPECT_EQ(first.filename(), row.name);
-    EXPECT_TRUE(std::regex_match(second.filename().string(), std::regex(row.others))) << second;
-    EXPECT_EQ(Content(first), Content(second)) << row.name;
+  for (const auto& [command, name, others] : cases) {
+    const auto first = Fetch(command);
+    const auto second = Fetch(command);
+    EXPECT_EQ(first.filename(), name);
+    EXPECT_TRUE(std::regex_match(second.filename().string(), std::regex(others))) << second;
+    EXPECT_EQ(Content(first), Content(second)) << name;
     std::filesystem::remove(second);
     // A client that changes extensions would put the next file of that name in this one's place.
     const auto renamed = std::filesystem::path(first).replace_extension(".other");
     std::filesystem::rename(first, renamed);
-    EXPECT_TRUE(std::regex_match(Fetch(row.command).filename().string(), std::regex(row.others))) << row.name;
+    EXPECT_TRUE(std::regex_match(Fetch(command).filename().string(), std::regex(others))) << name;
     std::filesystem::remove(renamed);
-    EXPECT_EQ(Fetch(row.command).filename(), row.name);
+    EXPECT_EQ(Fetch(command).filename(), name);
   }
   std::ofstream(server_.BlobPath("1262_2_1.txt")) << "not read yet";
-  EXPECT_NE(Fetch("GetSegmentData^,^Mail^,^Inbox^,^1262^,^^,^1^,^").filename(), "1262_2_1.txt");
+  EXPECT_NE(Fetch("GetSegmentData" + kEnquiry + "1^,^").filename(), "1262_2_1.txt");
   EXPECT_EQ(Content(server_.BlobPath("1262_2_1.txt")), "not read yet");
 }
 
@@ -166,10 +160,8 @@ TEST_F(ContentTest, StreamsAFileWithoutAHeaderOrNothingAtAll) {
 }
 
 TEST(TransferBlob, IsBrokenByTheMisbehavioursToo) {
-  ServerOptions options;
-  options.limits.linger = std::chrono::milliseconds(50);
   for (const auto& [mode, length] : {std::pair("cut:100", 100), {"reset:70000", 70000}, {"bytewise", 300000}}) {
-    const RunningServer server(options, mode);
+    const RunningServer server(WithLimits({.linger = std::chrono::milliseconds(50)}), mode);
     std::ofstream(server.BlobPath("big.bin"), std::ios::binary) << std::string(300000, 'x');
     Client client = server.Connect();
     client.Send(Request("TransferBLOB^,^big.bin"));

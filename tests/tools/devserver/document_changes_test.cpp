@@ -7,6 +7,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "tests/tools/devserver/wire_client.h"
 #include "tools/devserver/errors.h"
@@ -46,13 +47,7 @@ class ChangesTest : public testing::Test {
 
 TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
   Write("list.csv", "1;2");
-  struct Case {
-    const char* name;
-    std::string import;
-    std::string answer;
-    std::string texts;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, std::string, std::string, std::string> cases[] = {
       {"title only", kOrders + "@FOLDER,FT:One\r\n\r\n", "OK\r\n1091,1", ""},
       {"comma in the title", kOrders + "@FOLDER,FT:Two, and more,1:11\r\nAnna\r\n", "OK\r\n1092,1", "^Anna^\r\n"},
       {"several lines", kOrders + "@FOLDER,FT:T,1:16\r\n\r\none\r\n\r\ntwo^,^\r\n\r\n", "OK\r\n1093,1",
@@ -90,10 +85,10 @@ TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
       {"the second of two", kOrders + "@FOLDER,FT:A\r\n\r\n" + kOrders + "@FOLDER,FT:T,3:30\r\nno.csv\r\n",
        "There is no file 'no.csv' in the blob directory", ""},
   };
-  for (const Case& row : cases) {
-    EXPECT_EQ(Create(row.import), "Status: " + row.answer + "\r\n") << row.name;
-    if (row.texts.empty()) continue;
-    EXPECT_EQ(Texts(row.answer.substr(4, 4) + "^,^"), row.texts) << row.name;
+  for (const auto& [name, import, answer, texts] : cases) {
+    EXPECT_EQ(Create(import), "Status: " + answer + "\r\n") << name;
+    if (texts.empty()) continue;
+    EXPECT_EQ(Texts(answer.substr(4, 4) + "^,^"), texts) << name;
   }
   EXPECT_EQ(server_.Ask("CreateDocument^,^/etc/passwd"), "Status: '/etc' is not the blob directory of this server\r\n");
   // Nothing that was refused has left a document or used up a number.
@@ -169,18 +164,13 @@ TEST_F(ChangesTest, DeletesAVersionOrTheWholeDocument) {
 
 TEST_F(ChangesTest, NotesKeepTheirLineBreaks) {
   const std::string document = "^,^Mail^,^Inbox^,^1001^,^";
-  struct Case {
-    const char* note;
-    const char* lineBreak;
-    const char* lines;
-  };
-  const Case cases[] = {
+  const char* const cases[][3] = {
       {"one", "\r\n", "^one^"},       {"one\r\ntwo\r\n", "\r\n", "^one\r\ntwo^"}, {"one##two##", "##", "^one\r\ntwo^"},
       {"one##two", "", "^one##two^"}, {"one^\r\n^two", "##", "^one \r\n two^"},
   };
-  for (const Case& row : cases) {
-    EXPECT_EQ(server_.Ask("WriteNote" + document + "^,^" + row.note + "^,^" + row.lineBreak), "Status: OK\r\n");
-    EXPECT_THAT(server_.Ask("GetNotes" + document), testing::EndsWith(std::string("\r\n") + row.lines + "\r\n"));
+  for (const auto& [note, lineBreak, lines] : cases) {
+    EXPECT_EQ(server_.Ask("WriteNote" + document + "^,^" + note + "^,^" + lineBreak), "Status: OK\r\n");
+    EXPECT_THAT(server_.Ask("GetNotes" + document), testing::EndsWith(std::string("\r\n") + lines + "\r\n"));
   }
   EXPECT_THAT(server_.Ask("GetNotes" + document), testing::ContainsRegex("\r\nwebuser,[0-9.]+ [0-9:]+\r\n"));
   EXPECT_THAT(server_.Ask("GetSegmentDescription" + document + "^,^"), StartsWith("Status: OK\r\n5\r\n"));

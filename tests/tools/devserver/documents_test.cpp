@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "platform/code_page.h"
 #include "tests/tools/devserver/wire_client.h"
@@ -25,12 +26,7 @@ class DocumentsTest : public testing::Test {
 TEST_F(DocumentsTest, MarkWhatTheQueryMeans) {
   // The document's author is Mia Krähenbühl, its text:
   //   Die Prüfung ergab keine Mängel. / The price is 12 € a piece – without packing. / Delivery is planned ...
-  struct Case {
-    const char* query;
-    const char* marked;
-    const char* unmarked;
-  };
-  const Case cases[] = {
+  const char* const cases[][3] = {
       {"price", "The <price> is", "<12>"},
       {"PRICE prufung", "Die <Prüfung> ergab", "<Die>"},
       {"mia", "^<Mia> Krähenbühl^", "<price>"},
@@ -44,10 +40,10 @@ TEST_F(DocumentsTest, MarkWhatTheQueryMeans) {
       {"*", "The price is", "<"},
       {"", "The price is", "<"},
   };
-  for (const Case& row : cases) {
+  for (const auto& [query, marked, unmarked] : cases) {
     const std::string answer =
-        Ask(std::string("GetSegmentText^,^Finance^,^Invoices^,^1094^,^2^,^") + row.query + "^,^<^,^>^,^");
-    EXPECT_THAT(answer, testing::AllOf(HasSubstr(row.marked), Not(HasSubstr(row.unmarked)))) << row.query;
+        Ask(std::string("GetSegmentText^,^Finance^,^Invoices^,^1094^,^2^,^") + query + "^,^<^,^>^,^");
+    EXPECT_THAT(answer, testing::AllOf(HasSubstr(marked), Not(HasSubstr(unmarked)))) << query;
   }
 }
 
@@ -68,11 +64,7 @@ TEST_F(DocumentsTest, KeepTheirOldVersions) {
 
 TEST_F(DocumentsTest, AreRefusedInWords) {
   const std::string longMark(257, 'x');
-  struct Case {
-    std::string command;
-    const char* answer;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"GetDocumentInfo^,^Mail^,^Nowhere^,^1094^,^", "There is no archive $(#Mail)\\Nowhere"},
       {"GetDocumentInfo^,^Mail^,^Inbox^,^1094^,^", "There is no document '1094' in $(#Mail)\\Inbox"},
       {"GetDocumentInfo^,^finance^,^INVOICES^,^99^,^", "There is no document '99' in $(#Finance)\\Invoices"},
@@ -89,7 +81,7 @@ TEST_F(DocumentsTest, AreRefusedInWords) {
        "A mark is longer than 256 characters"},
       {"GetMasks^,^Projects^,^None", "There is no archive $(#Projects)\\None"},
   };
-  for (const Case& row : cases) EXPECT_EQ(Ask(row.command), std::string("Status: ") + row.answer + "\r\n");
+  for (const auto& [command, answer] : cases) EXPECT_EQ(Ask(command), std::string("Status: ") + answer + "\r\n");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-constexpr int kDocumentCount = 4;
+constexpr std::size_t kDocumentCount = 4;
 
 // The program as a process of its own; killed with its owner.
 class Process {
@@ -95,7 +95,7 @@ class KillTest : public testing::Test {
   }
 
   // Edits a document over and over, until the server is gone. identifier and word are those of the last answered edit.
-  void EditUntilKilled(std::uint16_t port, int number, std::string& identifier, std::string& word,
+  void EditUntilKilled(std::uint16_t port, std::size_t number, std::string& identifier, std::string& word,
                        std::atomic<int>& editCount) {
     const std::string name = "w" + std::to_string(number);
     for (int count = 0; count < 100000; ++count) {
@@ -159,20 +159,19 @@ void ExpectNoPieces(const std::string& file) {
 }
 
 TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
-  std::vector<std::string> identifiers(kDocumentCount);
-  std::vector<std::string> words(kDocumentCount);
+  std::vector<std::string> identifiers;
+  std::vector<std::string> words;
   std::mt19937 random(7);
   {
     Process server(Arguments());
     ASSERT_NE(server.port(), 0);
-    for (int number = 0; number < kDocumentCount; ++number) {
-      const std::string name = "w" + std::to_string(number);
-      words[static_cast<std::size_t>(number)] = "start" + std::to_string(number);
+    for (std::size_t number = 0; number < kDocumentCount; ++number) {
+      words.push_back("start" + std::to_string(number));
       Client client(server.port());
-      client.Send(Request("CreateDocument^,^" + WriteImport(name, words[static_cast<std::size_t>(number)])));
+      client.Send(Request("CreateDocument^,^" + WriteImport("w" + std::to_string(number), words.back())));
       const std::string answer = client.Answer();
       ASSERT_TRUE(answer.starts_with("Status: OK\r\n")) << answer;
-      identifiers[static_cast<std::size_t>(number)] = answer.substr(12, answer.size() - 14);
+      identifiers.push_back(answer.substr(12, answer.size() - 14));
     }
   }
   for (int round = 0; round < 8; ++round) {
@@ -180,10 +179,9 @@ TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
     ASSERT_NE(server.port(), 0);
     std::atomic<int> editCount = 0;
     std::vector<std::thread> editors;
-    for (int number = 0; number < kDocumentCount; ++number) {
-      const auto index = static_cast<std::size_t>(number);
+    for (std::size_t number = 0; number < kDocumentCount; ++number) {
       editors.emplace_back(
-          [&, index, number] { EditUntilKilled(server.port(), number, identifiers[index], words[index], editCount); });
+          [&, number] { EditUntilKilled(server.port(), number, identifiers[number], words[number], editCount); });
     }
     // Some edits are through, and others are under way, somewhere.
     const int wanted = 3 + static_cast<int>(random() % 20);
@@ -220,26 +218,18 @@ TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
 
 TEST_F(KillTest, LeavesNoUploadThatWasCut) {
   std::ofstream(directory_ + "/blobs/f") << "old";
+  const auto blobCount = [&] { return std::distance(std::filesystem::directory_iterator(directory_ + "/blobs"), {}); };
   {
     Process server(Arguments());
     ASSERT_NE(server.port(), 0);
     Client client(server.port());
     client.Send(Request("UploadFile^,^^,^f^,^1000000") + "\r\n" + std::string(600000, 'x'));
-    const auto isUnderWay = [&] {
-      const std::filesystem::directory_iterator entries(directory_ + "/blobs");
-      return std::distance(begin(entries), end(entries)) == 2;
-    };
-    for (int wait = 0; wait < 200 && !isUnderWay(); ++wait) poll(nullptr, 0, 20);
-    ASSERT_TRUE(isUnderWay());
+    for (int wait = 0; wait < 200 && blobCount() != 2; ++wait) poll(nullptr, 0, 20);
+    ASSERT_EQ(blobCount(), 2);
   }
   Process again(Arguments());
   ASSERT_NE(again.port(), 0);
-  int fileCount = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(directory_ + "/blobs")) {
-    ++fileCount;
-    EXPECT_EQ(entry.path().filename(), "f");
-  }
-  EXPECT_EQ(fileCount, 1);
+  EXPECT_EQ(blobCount(), 1);
   EXPECT_EQ(std::filesystem::file_size(directory_ + "/blobs/f"), 3U);
 }
 

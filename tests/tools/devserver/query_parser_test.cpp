@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
+#include "tests/tools/devserver/wire_client.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/sample_archive.h"
 
@@ -30,11 +32,7 @@ std::string Hits(const std::string& query) {
 }
 
 TEST(QueryParser, FindsWhatTheQueryMeans) {
-  struct Case {
-    const char* query;
-    const char* hits;
-  };
-  const Case cases[] = {
+  const char* const cases[][2] = {
       {"red", "12"},
       {"RED", "12"},
       {"red apple", "1"},
@@ -65,15 +63,11 @@ TEST(QueryParser, FindsWhatTheQueryMeans) {
       {"pear^", "2"},
       {"'pear';--", "2"},
   };
-  for (const Case& row : cases) EXPECT_EQ(Hits(row.query), row.hits) << row.query;
+  for (const auto& [query, hits] : cases) EXPECT_EQ(Hits(query), hits) << query;
 }
 
 TEST(QueryParser, SaysWhatIsWrong) {
-  struct Case {
-    std::string query;
-    const char* text;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {" ", "empty"},
       {"red AND", "missing at the end"},
       {"AND red", "AND needs a term"},
@@ -94,37 +88,22 @@ TEST(QueryParser, SaysWhatIsWrong) {
       {"\"\"", "no letter or digit"},
       {std::string("red\0pie", 7), "control character"},
       {std::string(33, '(') + "red" + std::string(33, ')'), "nested parentheses"},
-      {[] {
-         std::string many;
-         for (int term = 0; term < 201; ++term) many += "a ";
-         return many;
-       }(),
-       "more than 200 words"},
-      {'"' +
-           [] {
-             std::string many;
-             for (int word = 0; word < 201; ++word) many += word % 2 == 0 ? "a-" : "b ";
-             return many;
-           }() +
-           '"',
-       "more than 200 words"},
+      {Repeat("a ", 201), "more than 200 words"},
+      {'"' + Repeat("a-b ", 100) + "a\"", "more than 200 words"},
       {"a" + std::string(200, '\xB5'), "more than 200 words"},
       {std::string(4095, 'a') + "  ", "4097 bytes, more than the 4096 allowed"},
   };
-  for (const Case& row : cases) {
+  for (const auto& [query, text] : cases) {
     try {
-      ADD_FAILURE() << row.query << " gave " << ParseQuery(row.query);
+      ADD_FAILURE() << query << " gave " << ParseQuery(query);
     } catch (const ServerError& error) {
-      EXPECT_THAT(error.what(), testing::AllOf(testing::StartsWith("Query: "), testing::HasSubstr(row.text)))
-          << row.query;
+      EXPECT_THAT(error.what(), testing::AllOf(testing::StartsWith("Query: "), testing::HasSubstr(text))) << query;
     }
   }
 }
 
 TEST(QueryParser, TakesTheLargestQueryItAllows) {
-  std::string query = std::string(32, '(') + "red" + std::string(32, ')');
-  for (int term = 0; term < 199; ++term) query += " OR pie";
-  EXPECT_EQ(Hits(query), "123");
+  EXPECT_EQ(Hits(std::string(32, '(') + "red" + std::string(32, ')') + Repeat(" OR pie", 199)), "123");
   EXPECT_EQ(Hits("red OR " + std::string(4089, 'a')), "12");
 }
 

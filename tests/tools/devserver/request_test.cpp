@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace oxaqrycln::devserver {
 namespace {
 
@@ -14,11 +16,7 @@ std::optional<CommandShape> ShapeOf(std::string_view command) {
 }
 
 TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
-  struct Case {
-    const char* text;
-    RequestState state;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, RequestState> cases[] = {
       {"", RequestState::kPartial},
       {"^", RequestState::kPartial},
       {"^s", RequestState::kPartial},
@@ -45,17 +43,13 @@ TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
       {"^s^,^u^,^p^,^Body^\r\n^", RequestState::kBad},
       {"^s^,^u^,^p^,^Two^,^a^\r\n^,^b^", RequestState::kComplete},
   };
-  for (const Case& row : cases) EXPECT_EQ(JudgeRequest(row.text, ShapeOf).state, row.state) << row.text;
+  for (const auto& [text, state] : cases) EXPECT_EQ(JudgeRequest(text, ShapeOf).state, state) << text;
 }
 
 // Every end of a packet may be mistaken for the end of the request: only the last caret may look like it.
 TEST(Request, WithRowsIsWholeBehindAWholeRowOnly) {
   const std::string begin = "^s^,^u^,^p^,^Rows^,^";
-  struct Case {
-    const char* name;
-    std::string text;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, std::string> cases[] = {
       {"one row", "title^,^^Ref^,^Doc^^,^/dir^"},
       {"several rows", "title^,^^Ref^,^Doc^\r\n^a^,^b^\r\n^c^,^d^^,^/dir^"},
       {"no title, no directory", "^,^^Ref^,^Doc^^,^^"},
@@ -63,28 +57,25 @@ TEST(Request, WithRowsIsWholeBehindAWholeRowOnly) {
       {"one column", "t^,^^Ref^\r\n^^\r\n^a^^,^/dir^"},
       {"commas and carets", "t,^^,^^R^e,f^,^D^\r\n^,a^,^b,^^,^/dir^"},
   };
-  for (const Case& row : cases) {
-    const std::string whole = begin + row.text;
+  for (const auto& [name, text] : cases) {
+    const std::string whole = begin + text;
     for (std::size_t count = begin.size(); count < whole.size(); ++count) {
       const RequestState state = JudgeRequest(whole.substr(0, count), ShapeOf).state;
-      EXPECT_NE(state, RequestState::kComplete) << row.name << ": " << whole.substr(0, count);
+      EXPECT_NE(state, RequestState::kComplete) << name << ": " << whole.substr(0, count);
     }
-    EXPECT_EQ(JudgeRequest(whole, ShapeOf).state, RequestState::kComplete) << row.name;
+    EXPECT_EQ(JudgeRequest(whole, ShapeOf).state, RequestState::kComplete) << name;
   }
   EXPECT_EQ(JudgeRequest(begin + "t^,^no row^,^/dir^", ShapeOf).state, RequestState::kShort);
   EXPECT_EQ(JudgeRequest("^s^,^u^,^p^,^Rows^", ShapeOf).state, RequestState::kShort);
 }
 
 TEST(Request, PutsRowsTogetherAgain) {
-  struct Case {
-    std::vector<std::string> parameters;
-    std::vector<std::string> joined;
-  };
-  for (const Case& row :
+  using Case = std::pair<std::vector<std::string>, std::vector<std::string>>;
+  for (const auto& [parameters, joined] :
        {Case{{"t", "^a", "b^\r\n^c", "d^", "/dir"}, {"t", "^a^,^b^\r\n^c^,^d^", "/dir"}},
         Case{{"t", "^a^", "/dir"}, {"t", "^a^", "/dir"}}, Case{{"t", "^", "", "^", ""}, {"t", "^^,^^,^^", ""}},
         Case{{"t", "/dir"}, {"t", "/dir"}}, Case{{}, {}}}) {
-    EXPECT_EQ(JoinRows(row.parameters), row.joined);
+    EXPECT_EQ(JoinRows(parameters), joined);
   }
 }
 

@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "tests/tools/devserver/wire_client.h"
@@ -33,10 +35,7 @@ TEST(Server, AnswersARequestThatComesByteByByte) {
 }
 
 TEST(Server, WaitsLongerForFieldsThatMayStillCome) {
-  ServerOptions options;
-  options.limits.quiet = std::chrono::milliseconds(10);
-  options.limits.shortQuiet = std::chrono::minutes(1);
-  RunningServer server(options);
+  RunningServer server(WithLimits({.quiet = std::chrono::milliseconds(10), .shortQuiet = std::chrono::minutes(1)}));
   Client client = server.Connect();
   client.Send(Request("GetArchiveProperties^,^Mail"));
   EXPECT_FALSE(client.Readable(200));
@@ -57,39 +56,30 @@ TEST(Server, ServesOthersBesideClientsThatStall) {
 }
 
 TEST(Server, EndsRequestsThatNeverBecomeWhole) {
-  ServerOptions options;
-  options.limits.shortQuiet = std::chrono::milliseconds(300);
-  options.limits.idle = std::chrono::milliseconds(400);
-  options.limits.requestByteCount = 1000;
-  RunningServer server(options);
-  struct Case {
-    std::string bytes;
-    const char* answer;
-  };
-  const Case cases[] = {
+  RunningServer server(WithLimits({.requestByteCount = 1000,
+                                   .shortQuiet = std::chrono::milliseconds(300),
+                                   .idle = std::chrono::milliseconds(400)}));
+  const std::pair<std::string, const char*> cases[] = {
       {"GET / HTTP/1.0\r\n\r\n", "Status: The request is not a list of fields in carets\r\n"},
       {Request("Nonsense"), "Status: Unknown command 'Nonsense'\r\n"},
       {Request("GetQueryFormatList^,^Mail"), "Status: GetQueryFormatList takes 2 parameters, not 1\r\n"},
       {"^S1^,^webuser", "Status: The request is not a list of fields in carets\r\n"},
       {"^" + std::string(1000, 'x'), "Status: The request is longer than 1000 bytes\r\n"},
   };
-  for (const Case& row : cases) {
+  for (const auto& [bytes, answer] : cases) {
     Client client = server.Connect();
-    client.Send(row.bytes);
-    EXPECT_EQ(client.Answer(), row.answer);
+    client.Send(bytes);
+    EXPECT_EQ(client.Answer(), answer);
   }
   Client ending = server.Connect();
   ending.Send("^S1^");
   ending.EndSending();
   EXPECT_THAT(ending.Receive(), HasSubstr("Status: The request holds no command\r\n"));
-  Client dumb = server.Connect();
-  EXPECT_EQ(dumb.Receive(), "");
+  EXPECT_EQ(server.Connect().Receive(), "");
 }
 
 TEST(Server, LeavesTheClosingToTheClientForAWhile) {
-  ServerOptions options;
-  options.limits.linger = std::chrono::milliseconds(500);
-  RunningServer server(options);
+  RunningServer server(WithLimits({.linger = std::chrono::milliseconds(500)}));
   Client client = server.Connect();
   client.Send(Request(kQuery));
   EXPECT_THAT(client.Answer(), StartsWith("Status: OK\r\n"));
@@ -115,17 +105,9 @@ TEST(Server, SaysThatAnAddressCannotBeListenedOn) {
 }
 
 TEST(Misbehaviour, BreaksTheAnswerInTheWayAskedFor) {
-  const std::string whole = [] {
-    RunningServer server;
-    return server.Ask("GetChannels");
-  }();
+  const std::string whole = RunningServer().Ask("GetChannels");
   const std::string header = "TotalBytes:" + std::to_string(whole.size()) + "\r\n";
-  struct Case {
-    const char* mode;
-    std::string bytes;
-    int error;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, std::string, int> cases[] = {
       {"none", header + whole, 0},
       {"cut:20", (header + whole).substr(0, 20), 0},
       {"cut:0", "", 0},
@@ -138,14 +120,12 @@ TEST(Misbehaviour, BreaksTheAnswerInTheWayAskedFor) {
       {"no-header", whole, 0},
       {"delay:50", header + whole, 0},
   };
-  for (const Case& row : cases) {
-    ServerOptions options;
-    options.limits.linger = std::chrono::milliseconds(50);
-    RunningServer server(options, row.mode);
+  for (const auto& [mode, bytes, error] : cases) {
+    RunningServer server(WithLimits({.linger = std::chrono::milliseconds(50)}), mode);
     Client client = server.Connect();
     client.Send(Request("GetChannels"));
-    EXPECT_EQ(client.Receive(), row.bytes) << row.mode;
-    EXPECT_EQ(client.error(), row.error) << row.mode;
+    EXPECT_EQ(client.Receive(), bytes) << mode;
+    EXPECT_EQ(client.error(), error) << mode;
   }
 }
 

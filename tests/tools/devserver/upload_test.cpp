@@ -4,20 +4,13 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "tests/tools/devserver/wire_client.h"
+#include "tests/tools/devserver/fetched_content.h"
 
 namespace oxaqrycln::devserver {
 namespace {
-
-std::string Content(const std::filesystem::path& file) {
-  std::ostringstream content;
-  content << std::ifstream(file, std::ios::binary).rdbuf();
-  return content.str();
-}
 
 std::vector<std::string> FilesOf(const RunningServer& server) {
   std::vector<std::string> names;
@@ -58,10 +51,8 @@ TEST(Upload, TakesTheRequestByteByByte) {
 }
 
 TEST(Upload, LeavesNothingWhenItIsCut) {
-  ServerOptions options;
-  options.limits.idle = std::chrono::milliseconds(300);
-  options.limits.shortQuiet = std::chrono::milliseconds(100);
-  const RunningServer server(options);
+  const RunningServer server(
+      WithLimits({.shortQuiet = std::chrono::milliseconds(100), .idle = std::chrono::milliseconds(300)}));
   std::ofstream(server.BlobPath("f")) << "old";
   const std::string begin = Request("UploadFile^,^^,^f^,^1000000") + "\r\n" + std::string(500000, 'x');
   {

@@ -89,8 +89,20 @@ class Client {
   int error_ = 0;
 };
 
+inline std::string Repeat(std::string_view text, int count) {
+  std::string repeated;
+  for (int time = 0; time < count; ++time) repeated += text;
+  return repeated;
+}
+
 inline std::string Request(const std::string& command) {
   return "^S1^,^webuser^,^" + Encode("secret") + "^,^" + command + "^";
+}
+
+inline ServerOptions WithLimits(const Limits& limits) {
+  ServerOptions options;
+  options.limits = limits;
+  return options;
 }
 
 class RunningServer {

@@ -4,117 +4,72 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
+#include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "automation/method_table.h"
+#include "component/text_helpers.h"
+#include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln {
 namespace {
 
-namespace fs = std::filesystem;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
-class CommandLineTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    directory_ = fs::path(::testing::TempDir()) / (std::string("oxaqry_") + test->name());
-    fs::remove_all(directory_);
-    fs::create_directories(directory_);
-  }
-  void TearDown() override { fs::remove_all(directory_); }
-
-  std::string Directory(const std::string& name) {
-    fs::create_directories(directory_ / name);
-    return (directory_ / name).string();
-  }
-  std::string File(const std::string& name, const std::string& text) {
-    std::ofstream(directory_ / name, std::ios::binary) << text;
-    return (directory_ / name).string();
-  }
-
-  fs::path directory_;
-};
-
-TEST_F(CommandLineTest, TakesOptionsBeforeTheEnvironmentBeforeTheConfiguration) {
-  const std::string fromFile = Directory("file");
-  const std::string fromEnvironment = Directory("environment");
-  const std::string fromOption = Directory("option");
-  const std::string config = File("config.json", Json{{"strBlobPathLocal", fromFile}}.dump());
-  struct Case {
-    const char* name;
-    std::vector<std::string> arguments;
-    std::map<std::string, std::string> environment;
-    std::string directory;
+TEST(CommandLine, TakesOptionsBeforeTheEnvironmentBeforeTheConfiguration) {
+  const testing::TemporaryDirectory ofFile;
+  const testing::TemporaryDirectory ofEnvironment;
+  const testing::TemporaryDirectory ofOption;
+  ofFile.Write("config.json", Json{{"strBlobPathLocal", ofFile.path()}}.dump());
+  const std::string config = ofFile.File("config.json");
+  const std::map<std::string, std::string> variable{{"OXAQRY_BLOB_LOCAL", ofEnvironment.path()}};
+  const std::tuple<const char*, std::vector<std::string>, std::map<std::string, std::string>, std::string> cases[] = {
+      {"file by option", {"--config", config}, {}, ofFile.path()},
+      {"file by environment", {}, {{"OXAQRY_CONFIG", config}}, ofFile.path()},
+      {"environment over file", {"--config", config}, variable, ofEnvironment.path()},
+      {"option over both", {"--blob-local", ofOption.path(), "--config", config}, variable, ofOption.path()},
   };
-  const std::vector<Case> cases{
-      {"file by option", {"--config", config}, {}, fromFile},
-      {"file by environment", {}, {{"OXAQRY_CONFIG", config}}, fromFile},
-      {"environment over file", {"--config", config}, {{"OXAQRY_BLOB_LOCAL", fromEnvironment}}, fromEnvironment},
-      {"option over both",
-       {"--blob-local", fromOption, "--config", config},
-       {{"OXAQRY_BLOB_LOCAL", fromEnvironment}},
-       fromOption},
-  };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.name);
-    std::vector<std::string> arguments{"write-test", "--json"};
-    arguments.insert(arguments.end(), test.arguments.begin(), test.arguments.end());
-    const ToolRun run = RunOxaqry(arguments, test.environment);
+  for (const auto& [name, options, environment, directory] : cases) {
+    SCOPED_TRACE(name);
+    const ToolRun run = RunOxaqry(Joined({"write-test", "--json"}, options), environment);
     EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_EQ(Json::parse(run.out, nullptr, false), (Json{{"directory", test.directory}, {"writable", true}}));
+    EXPECT_EQ(Json::parse(run.out, nullptr, false), (Json{{"directory", directory}, {"writable", true}}));
   }
 }
 
-TEST_F(CommandLineTest, TellsWhatIsWrongWithASetting) {
-  struct Case {
-    const char* name;
-    std::string config;
-    std::vector<std::string> arguments;
-    const char* message;
-    int status = 1;  // 2 for what is wrong with an option itself
-  };
-  const std::vector<Case> cases{
+TEST(CommandLine, TellsWhatIsWrongWithASetting) {
+  const testing::TemporaryDirectory directory;
+  const std::tuple<const char*, const char*, std::vector<std::string>, const char*> cases[] = {
       {"no servers", "{}", {}, "no query servers are set: give --hosts"},
       {"no JSON", "{", {}, "must be one JSON object"},
       {"unknown name", R"({"strSessionId":"x"})", {}, "unknown setting \"strSessionId\""},
       {"wrong type", R"({"strUserName":[1]})", {}, "\"strUserName\" in the configuration file"},
       {"number for a text", R"({"strUserName":1})", {}, "must be a text"},
       {"no number", R"({"lngRequestTimeout":"soon"})", {}, "must be a whole number"},
-      {"negative time-out", "{}", {"--timeout=-1"}, "--timeout must be a whole number from 0", 2},
-      {"fraction", "{}", {"--timeout=0.4"}, "--timeout must be a whole number", 2},
       {"password not encoded", "{}", {"--hosts", "h,1,0,u,XX"}, "password of the query server \"h\" is not encoded"},
-      {"no date", "{}", {"--login-time", "now"}, "--login-time must be a date", 2},
-      {"outside the code page", "{}", {"--user", "中"}, "--user: a text holds a character", 2},
       {"no port", R"({"RemoteHosts":"h"})", {}, "\"h\" needs a port"},
       {"port too large", "{}", {"--hosts", "a,1|b,65536"}, "\"b\" needs a port"},
       {"no password file", "{}", {"--password-file", "/nonexistent/x"}, "cannot read the password file"},
   };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.name);
-    std::vector<std::string> arguments{"channels", "--config", File("config.json", test.config)};
-    arguments.insert(arguments.end(), test.arguments.begin(), test.arguments.end());
-    const ToolRun run = RunOxaqry(arguments);
-    EXPECT_EQ(run.status, test.status);
+  for (const auto& [name, config, options, message] : cases) {
+    SCOPED_TRACE(name);
+    directory.Write("config.json", config);
+    const ToolRun run = RunOxaqry(Joined({"channels", "--config", directory.File("config.json")}, options));
+    EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, StartsWith("oxaqry: "));
-    EXPECT_THAT(run.err, HasSubstr(test.message));
+    EXPECT_THAT(run.err, HasSubstr(message));
     EXPECT_THAT(run.out, IsEmpty());
   }
 }
 
-TEST_F(CommandLineTest, TellsWrongUsageFromFailure) {
-  struct Case {
-    const char* name;
-    std::vector<std::string> arguments;
-    const char* message;
-  };
-  const std::vector<Case> cases{
+TEST(CommandLine, TellsWrongUsageFromFailure) {
+  const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
       {"no command", {}, "subcommand"},
       {"unknown command", {"chanels"}, "unknown command \"chanels\""},
       {"unknown option", {"channels", "--jsn"}, "--jsn"},
@@ -136,62 +91,61 @@ TEST_F(CommandLineTest, TellsWrongUsageFromFailure) {
       {"nobody to ask about notes", {"note", "delete", "Mail/Inbox/1"}, "give --yes"},
       {"no number", {"search", "x", "--max", "few"}, "--max"},
       {"negative", {"search", "x", "--query-max=-2"}, "--query-max"},
+      {"negative time-out", {"channels", "--timeout=-1"}, "--timeout must be a whole number from 0"},
+      {"fraction", {"channels", "--timeout=0.4"}, "--timeout must be a whole number"},
+      {"no date", {"channels", "--login-time", "now"}, "--login-time must be a date"},
+      {"outside the code page", {"channels", "--user", "中"}, "--user: a text holds a character"},
       {"both lists", {"archives", "--all", "--ext"}, "--all"},
       {"two passwords", {"live", "--password-stdin", "--password-file", "x"}, "--password"},
       {"the password as an argument", {"live", "--password", "x"}, "--password"},
       {"settings for a session", {"session", "--user", "x"}, "--user"},
   };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.name);
-    const ToolRun run = RunOxaqry(test.arguments);
+  for (const auto& [name, arguments, message] : cases) {
+    SCOPED_TRACE(name);
+    const ToolRun run = RunOxaqry(arguments);
     EXPECT_EQ(run.status, 2);
     EXPECT_THAT(run.err, StartsWith("oxaqry: "));
-    EXPECT_THAT(run.err, HasSubstr(test.message));
+    EXPECT_THAT(run.err, HasSubstr(message));
     EXPECT_THAT(run.out, IsEmpty());
   }
 }
 
-TEST_F(CommandLineTest, HelpsWithExamplesEverywhere) {
-  EXPECT_THAT(RunOxaqry({"--version"}).out, testing::MatchesRegex("oxaqry [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+TEST(CommandLine, HelpsWithExamplesEverywhere) {
+  EXPECT_THAT(RunOxaqry({"--version"}).out, ::testing::MatchesRegex("oxaqry [0-9]+\\.[0-9]+\\.[0-9]+\n"));
   for (const CommandWords& words : AllCommandWords()) {
     SCOPED_TRACE(words.command);
-    const std::size_t blank = words.command.find(' ');
-    const bool isInGroup = blank != std::string::npos;
-    const std::string group = isInGroup ? words.command.substr(0, blank) : "";
-    const std::string name = words.command.substr(isInGroup ? blank + 1 : 0);
-    const std::vector<std::string> path = isInGroup ? std::vector{group, name} : std::vector{name};
-    const auto help = [](std::vector<std::string> arguments) {
-      arguments.emplace_back("--help");
-      return RunOxaqry(arguments);
-    };
-    EXPECT_EQ(help(path).status, 0);
-    EXPECT_THAT(help(path).out, HasSubstr("\n  oxaqry " + words.command)) << "an example";
-    EXPECT_THAT(help({path.begin(), path.end() - 1}).out, HasSubstr("\n  " + name + " "));
+    const auto parts = Split(words.command, ' ');
+    const std::vector<std::string> path(parts.begin(), parts.end());
+    const ToolRun help = RunOxaqry(Joined(path, {"--help"}));
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.out, HasSubstr("\n  oxaqry " + words.command)) << "an example";
+    const ToolRun helpOfGroup = RunOxaqry(Joined({path.begin(), path.end() - 1}, {"--help"}));
+    EXPECT_THAT(helpOfGroup.out, HasSubstr("\n  " + path.back() + " "));
   }
 }
 
-TEST_F(CommandLineTest, JudgesAWriteTestByItsLog) {
-  const std::string logs = Directory("logs");
-  const std::string blobs = Directory("blobs");
+TEST(CommandLine, JudgesAWriteTestByItsLog) {
+  const testing::TemporaryDirectory logs;
+  const testing::TemporaryDirectory blobs;
   const auto write = [&](const std::string& blobDirectory, const std::string& session) {
-    return RunOxaqry({"write-test", "--blob-local", blobDirectory, "--log-dir", logs, "--session", session});
+    return RunOxaqry({"write-test", "--blob-local", blobDirectory, "--log-dir", logs.path(), "--session", session});
   };
-  const ToolRun failed = write(blobs + "/none", "s");
+  const ToolRun failed = write(blobs.File("none"), "s");
   EXPECT_EQ(failed.status, 1);
   EXPECT_THAT(failed.err, HasSubstr("76 - Path not found"));
   // The error of the run before stands in the same log.
-  EXPECT_EQ(write(blobs, "s").status, 0);
-  EXPECT_TRUE(fs::is_empty(blobs));
-  EXPECT_THAT(write(blobs, "../s").err, HasSubstr("wrote no log"));
+  EXPECT_EQ(write(blobs.path(), "s").status, 0);
+  EXPECT_TRUE(std::filesystem::is_empty(blobs.path()));
+  EXPECT_THAT(write(blobs.path(), "../s").err, HasSubstr("wrote no log"));
 }
 
-TEST_F(CommandLineTest, RunsASessionOnItsInput) {
+TEST(CommandLine, RunsASessionOnItsInput) {
   const ToolRun run = RunOxaqry({"session"}, {}, "{\"call\":\"HelloWorld\"}\n");
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "{\"result\":\"Hello World!\",\"type\":\"String\",\"refs\":[]}\n");
 }
 
-TEST_F(CommandLineTest, ListsTheMethodsInTwoForms) {
+TEST(CommandLine, ListsTheMethodsInTwoForms) {
   EXPECT_THAT(RunOxaqry({"methods"}).out, HasSubstr("\n  WriteLog(strLogLine, [bytLogType])\n      Writes "));
   const Json document = Json::parse(RunOxaqry({"methods", "--json"}).out, nullptr, false);
   ASSERT_TRUE(document.is_object());

@@ -1,22 +1,20 @@
 // The commands that need a query server, against the development archive server.
-#include "tools/devserver/server.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
-#include <thread>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "component/text_helpers.h"
 #include "tests/support/temporary_directory.h"
+#include "tests/tools/devserver/wire_client.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/devserver/misbehaviour.h"
 #include "tools/devserver/sample_archive.h"
-#include "tools/devserver/service.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln {
@@ -26,28 +24,19 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
-class RunningServer {
+// A server of the whole sample archive, and oxaqry with an account and the blob directory of it.
+class SampleServer : public devserver::RunningServer {
  public:
-  explicit RunningServer(const std::string& misbehaviour = "none")
-      : service_(devserver::OpenArchive(""), {{"webuser", "secret"}}, devserver::BlobDirectory::At(blobs.path())),
-        server_(Options(misbehaviour), [this](std::string_view request) { return service_.Answer(request); }),
-        thread_([this] { server_.Run(); }) {}
-  ~RunningServer() {
-    server_.Stop();
-    thread_.join();
-  }
-  RunningServer(const RunningServer&) = delete;
-  RunningServer& operator=(const RunningServer&) = delete;
+  explicit SampleServer(const std::string& misbehaviour = "none")
+      : RunningServer({}, misbehaviour, devserver::kSampleDocumentCount) {}
 
-  std::string Entry() const { return "127.0.0.1," + std::to_string(server_.port()); }
-
-  // Runs a command as the sample account.
+  std::string Entry() const { return "127.0.0.1," + std::to_string(port()); }
   ToolRun Command(const std::vector<std::string>& arguments, const std::string& input = "") const {
     return RunOxaqry(arguments,
                      {{"OXAQRY_REMOTE_HOSTS", Entry()},
                       {"OXAQRY_USER", "webuser"},
                       {"OXAQRY_PASSWORD", "secret"},
-                      {"OXAQRY_BLOB_LOCAL", blobs.path()},
+                      {"OXAQRY_BLOB_LOCAL", BlobPath("").parent_path()},
                       {"OXAQRY_TIMEOUT", "10"}},
                      input);
   }
@@ -56,26 +45,13 @@ class RunningServer {
     EXPECT_EQ(run.status, 0) << run.err;
     return Json::parse(run.out, nullptr, false);
   }
-
-  const testing::TemporaryDirectory blobs;  // shared by both sides
-
- private:
-  static devserver::ServerOptions Options(const std::string& misbehaviour) {
-    devserver::ServerOptions options;
-    options.misbehaviour = devserver::ParseMisbehaviour(misbehaviour);
-    return options;
-  }
-
-  devserver::Service service_;
-  devserver::Server server_;
-  std::thread thread_;
 };
 
 // A port that nothing listens on.
-std::string DeadEntry() { return RunningServer().Entry(); }
+std::string DeadEntry() { return SampleServer().Entry(); }
 
 TEST(Commands, ListWhatTheServerOffers) {
-  const RunningServer server;
+  const SampleServer server;
   EXPECT_THAT(server.Command({"live"}).out, HasSubstr("alive"));
   EXPECT_THAT(server.Command({"channels"}).out, StartsWith("Channel   Description\n--------  ---"));
   EXPECT_EQ(server.Document({"channels", "--json"})["channels"][0],
@@ -92,28 +68,25 @@ TEST(Commands, ListWhatTheServerOffers) {
 }
 
 TEST(Commands, FindDocumentsByTheNodesOfTheSampleOutliners) {
-  const RunningServer server;
+  const SampleServer server;
   const testing::TemporaryDirectory directory;
   const std::map<std::string, std::string> database{
       {"OXAQRY_DATABASE", "Driver=SQLite3;Database=" + directory.File("users.sqlite")}};
   ASSERT_EQ(RunOxaqry({"user", "init", "--sample"}, database).status, 0);
-  struct Case {
-    const char* node;
-    const char* hit;  // what the first hit shows
-  };
-  for (const Case& test :
+  using Case = std::pair<const char*, const char*>;
+  for (const auto& [node, hit] :
        {Case{"1", "Nordlicht Optik"}, Case{"3", "Nordlicht Optik"}, Case{"5", "Bäckerei Größling"}}) {
-    const ToolRun expression = RunOxaqry({"outline", "--expression", test.node}, database);
+    const ToolRun expression = RunOxaqry({"outline", "--expression", node}, database);
     ASSERT_EQ(expression.status, 0) << expression.err;
     const Json list = server.Document(
         {"search", expression.out.substr(0, expression.out.size() - 1), "--layout", "2", "--max", "1", "--json"});
     ASSERT_EQ(list["hits"].size(), 1U) << expression.out;
-    EXPECT_EQ(list["hits"][0]["columns"][0], test.hit);
+    EXPECT_EQ(list["hits"][0]["columns"][0], hit);
   }
 }
 
 TEST(Commands, ShowAHitListWithItsTitles) {
-  const RunningServer server;
+  const SampleServer server;
   const ToolRun table = server.Command({"search", "invoice", "--max", "3"});
   EXPECT_THAT(table.out, ::testing::ContainsRegex("^Channel +Archive +Document +Version +Title +Author +Date\n-"));
   EXPECT_THAT(table.out, HasSubstr("\nShowing 3 of 30 hits\n"));
@@ -133,7 +106,7 @@ TEST(Commands, ShowAHitListWithItsTitles) {
 }
 
 TEST(Commands, SortByDateAndAmountAsTheServersFlagsSay) {
-  const RunningServer server;
+  const SampleServer server;
   const auto columnOf = [&](const std::string& order, std::size_t column) {
     std::vector<std::string> texts;
     const Json list = server.Document({"search", "invoice", "--layout", "2", "--json", "--sort", order});
@@ -153,7 +126,7 @@ TEST(Commands, SortByDateAndAmountAsTheServersFlagsSay) {
 }
 
 TEST(Commands, WorkOnTransportOrdersAndPrintHitLists) {
-  const RunningServer server;
+  const SampleServer server;
   EXPECT_EQ(server.Command({"orders", "set", "FA-0002", "loaded"}).out, "Set the status of FA-0002 to loaded\n");
   const Json orders = server.Document({"orders", "list", "origin:denmark", "--status", "loaded", "--json"})["orders"];
   ASSERT_THAT(orders, ::testing::Not(IsEmpty()));
@@ -168,35 +141,25 @@ TEST(Commands, WorkOnTransportOrdersAndPrintHitLists) {
 
 // Each gets a file of its own, also while that of another one is still there.
 TEST(Commands, FetchTheSameContentTwice) {
-  const RunningServer server;
+  const SampleServer server;
   const testing::TemporaryDirectory target;
   for (const char* name : {"first", "second"}) {
     EXPECT_EQ(server.Command({"fetch", "Mail/Inbox/1262", "--keep", "-o", target.File(name)}).status, 0);
   }
   EXPECT_EQ(target.Read("first"), target.Read("second"));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(server.blobs.path()), {}), 2);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(server.BlobPath("")), {}), 2);
 }
 
 TEST(Commands, FailWithTheServersOwnText) {
-  const RunningServer server;
-  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"channels", "--user", "nobody"},
-                                                    {"live", "--user", "nobody"},
-                                                    {"direct", "^NoSuchCommand^"},
-                                                    {"search", "("},
-                                                    {"formats", "No", "Archive"},
-                                                    {"masks", "No/Archive"},
-                                                    {"show", "Mail/Inbox/1"},
-                                                    {"fetch", "Mail/Inbox/1"},
-                                                    {"delete", "Mail/Inbox/1", "--yes"},
-                                                    {"note", "list", "Mail/Inbox/1"},
-                                                    {"orders", "list", "nofield:x"},
-                                                    {"orders", "set", "FA-9999", "open"},
-                                                    {"orders", "tiff", "FA-9999"},
-                                                    {"print-hits", "("},
-                                                    {"transfer", "none", "--size", "1"},
-                                                    {"properties", "No", "Archive"}}) {
-    SCOPED_TRACE(arguments.front());
-    const ToolRun run = server.Command(arguments);
+  const SampleServer server;
+  for (const std::string_view command :
+       {"channels --user nobody", "live --user nobody", "direct ^NoSuchCommand^", "search (", "formats No Archive",
+        "masks No/Archive", "show Mail/Inbox/1", "fetch Mail/Inbox/1", "delete Mail/Inbox/1 --yes",
+        "note list Mail/Inbox/1", "orders list nofield:x", "orders set FA-9999 open", "orders tiff FA-9999",
+        "print-hits (", "transfer none --size 1", "properties No Archive"}) {
+    SCOPED_TRACE(command);
+    const auto words = Split(command, ' ');
+    const ToolRun run = server.Command({words.begin(), words.end()});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, IsEmpty());
     EXPECT_THAT(run.err, ::testing::MatchesRegex("oxaqry: ....+\n"));
@@ -204,24 +167,22 @@ TEST(Commands, FailWithTheServersOwnText) {
 }
 
 TEST(Commands, TakeThePasswordFromAFileOrFromInput) {
-  const RunningServer server;
-  const std::vector<std::string> account{"--hosts", server.Entry(), "--user", "webuser"};
-  const auto channels = [&](std::vector<std::string> arguments, const std::string& input) {
-    arguments.insert(arguments.begin(), "channels");
-    arguments.insert(arguments.end(), account.begin(), account.end());
-    return RunOxaqry(arguments, {{"OXAQRY_PASSWORD", "wrong"}}, input).status;
+  const SampleServer server;
+  const auto channels = [&](const std::vector<std::string>& options, const std::string& input) {
+    return RunOxaqry(Joined({"channels", "--hosts", server.Entry(), "--user", "webuser"}, options),
+                     {{"OXAQRY_PASSWORD", "wrong"}}, input)
+        .status;
   };
-  const auto file = std::filesystem::path(::testing::TempDir()) / "oxaqry_password_test";
-  std::ofstream(file) << "secret\r\nsecond line\n";
+  const testing::TemporaryDirectory directory;
+  directory.Write("password", "secret\r\nsecond line\n");
   EXPECT_EQ(channels({}, ""), 1);
   EXPECT_EQ(channels({"--password-stdin"}, "secret\n"), 0);
-  EXPECT_EQ(channels({"--password-file", file.string()}, ""), 0);
-  std::filesystem::remove(file);
+  EXPECT_EQ(channels({"--password-file", directory.File("password")}, ""), 0);
 }
 
 TEST(Commands, ShowTheStateOfEveryServer) {
-  const RunningServer sound;
-  const RunningServer silent("silent");
+  const SampleServer sound;
+  const SampleServer silent("silent");
   const std::string list = sound.Entry() + "|" + DeadEntry() + "|" + silent.Entry();
   const ToolRun run = RunOxaqry({"servers", "--json", "--hosts", list, "--timeout", "0"},
                                 {{"OXAQRY_USER", "webuser"}, {"OXAQRY_PASSWORD", "secret"}});
@@ -245,7 +206,7 @@ TEST(Commands, AdviseWhenNoServerCanBeReached) {
 }
 
 TEST(Commands, TakeADocumentThroughItsLife) {
-  const RunningServer server;
+  const SampleServer server;
   const testing::TemporaryDirectory work;
   std::string scan(300000, '\0');
   for (std::size_t i = 0; i < scan.size(); ++i) scan[i] = static_cast<char>(i * i >> 3U);
@@ -282,19 +243,15 @@ TEST(Commands, TakeADocumentThroughItsLife) {
 }
 
 TEST(Commands, ServeASearchOverASession) {
-  const RunningServer server;
+  const SampleServer server;
   const std::string input =
-      R"({"set":{"lngRequestTimeout":10,"strTELOUser":"webuser","strTELOPwd":"secret",)"
-      R"("RemoteHosts":")" +
-      server.Entry() + "\"}}\n" +
-      R"({"call":"Init","args":[false]})"
-      "\n"
-      R"({"call":"TELOQueryArchiveInit","args":["invoice",2,100,"","",null,null,null,null,{"ref":null}]})"
-      "\n"
-      R"({"call":"TELOQueryArchiveNext","args":[{"ref":null}]})"
-      "\n"
-      R"({"call":"TELOQueryArchiveNext","args":[{"ref":null},{"ref":null}]})"
-      "\n";
+      R"({"set":{"lngRequestTimeout":10,"strTELOUser":"webuser","strTELOPwd":"secret","RemoteHosts":")" +
+      server.Entry() + R"("}}
+{"call":"Init","args":[false]}
+{"call":"TELOQueryArchiveInit","args":["invoice",2,100,"","",null,null,null,null,{"ref":null}]}
+{"call":"TELOQueryArchiveNext","args":[{"ref":null}]}
+{"call":"TELOQueryArchiveNext","args":[{"ref":null},{"ref":null}]}
+)";
   const ToolRun run = RunOxaqry({"session"}, {}, input);
   std::istringstream lines(run.out);
   std::vector<Json> answers;

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/tools/oxaqry/scripted_archive.h"
 
 namespace oxaqrycln::testing {
@@ -24,7 +26,7 @@ std::string SegmentLine(const std::string& index, const std::string& name, const
 std::map<std::string, ScriptedArchive::Reply> OakShelves() {
   return {{"GetDocumentInfo", ScriptedArchive::Lines({kInformation})},
           {"GetSegments",
-           [](Peer& peer, const Fields& fields) {
+           [](Peer& peer, const Fields& fields, auto&) {
              peer.Send(Answer({"1", SegmentLine("1", "text", "two " + fields[6] + "oak"),
                                "shelves" + fields[7] + ", \x1B[2J please^", SegmentLine("2", "K\xE4se", "plain^")}));
            }},
@@ -32,8 +34,9 @@ std::map<std::string, ScriptedArchive::Reply> OakShelves() {
 }
 
 TEST(ShowCommand, MarksHitsOnATerminalOnly) {
-  const std::string reverse = "\x1B[1;7m";
-  const std::string plain = "\x1B[0m";
+  const std::string unmarked = "two oak\nshelves, \uFFFD[2J please\n";
+  const std::string marked = "two \x1B[1;7moak\x1B[0m\n\x1B[1;7mshelves\x1B[0m, \uFFFD[2J please\n";
+  const std::string ownMarks = "two <oak\nshelves>, \uFFFD[2J please\n";
   struct Case {
     const char* name;
     std::vector<std::string> options;
@@ -41,31 +44,15 @@ TEST(ShowCommand, MarksHitsOnATerminalOnly) {
     std::map<std::string, std::string> environment;
     std::string shown;
   };
-  const std::string rest = ", \uFFFD[2J please\n";
-  for (const Case& each : {
-           Case{"no terminal", {}, {}, {}, "two oak\nshelves" + rest},
-           Case{"terminal",
-                {},
-                {.out = true},
-                {},
-                "two " + reverse + "oak" + plain + "\n" + reverse + "shelves" + plain + rest},
-           Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, "two oak\nshelves" + rest},
-           Case{"empty NO_COLOR",
-                {},
-                {.out = true},
-                {{"NO_COLOR", ""}},
-                "two " + reverse + "oak" + plain + "\n" + reverse + "shelves" + plain + rest},
-           Case{"marks of one's own",
-                {"--mark-on", "<", "--mark-off", ">"},
-                {.out = true},
-                {},
-                "two <oak\nshelves>" + rest},
-       }) {
+  for (const Case& each :
+       {Case{"no terminal", {}, {}, {}, unmarked}, Case{"terminal", {}, {.out = true}, {}, marked},
+        Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, unmarked},
+        Case{"empty NO_COLOR", {}, {.out = true}, {{"NO_COLOR", ""}}, marked},
+        Case{"marks of one's own", {"--mark-on", "<", "--mark-off", ">"}, {.out = true}, {}, ownMarks}}) {
     SCOPED_TRACE(each.name);
     ScriptedArchive archive(OakShelves());
-    std::vector<std::string> arguments{"show", "Mail/Inbox/7/2", "--query", "oak"};
-    arguments.insert(arguments.end(), each.options.begin(), each.options.end());
-    const ToolRun run = archive.Run(arguments, "", each.terminals, each.environment);
+    const ToolRun run = archive.Run(Joined({"show", "Mail/Inbox/7/2", "--query", "oak"}, each.options), "",
+                                    each.terminals, each.environment);
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_THAT(run.out, HasSubstr("\n--- Segment 1: text ---\n" + each.shown));
     EXPECT_THAT(run.out, HasSubstr("\n--- Segment 2: Käse ---\nplain\n"));
@@ -77,12 +64,11 @@ TEST(ShowCommand, TellsEverythingAsOneDocument) {
   ScriptedArchive archive(OakShelves());
   const ToolRun run = archive.Run({"show", "Mail/Inbox/7", "--json"}, "", {.out = true});
   const Json document = Json::parse(run.out, nullptr, false);
-  ASSERT_TRUE(document.is_object()) << run.out << run.err;
   EXPECT_EQ(document["name"], "Mail/Inbox/7/2");
   EXPECT_EQ(document["title"], "Oak shelves");
   EXPECT_EQ(document["length"], 123);
   EXPECT_EQ(document["fileFields"], 1);
-  ASSERT_EQ(document["segments"].size(), 2U);
+  ASSERT_EQ(document["segments"].size(), 2U) << run.err;
   EXPECT_EQ(document["segments"][0]["text"], "two oak\nshelves, \x1B[2J please");
   EXPECT_EQ(document["segments"][1]["index"], 2);
   EXPECT_EQ(document["notes"], (Json{"mia,16.11.2026,Called,\r\nanswered"}));
@@ -94,8 +80,7 @@ TEST(ShowCommand, FailsOnWhatCannotBeRead) {
   ScriptedArchive malformed(replies);
   const ToolRun run = malformed.Run({"show", "Mail/Inbox/7"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.out, IsEmpty());
-  EXPECT_THAT(run.err, HasSubstr("segment 1 of the document is malformed"));
+  EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: segment 1 of the document is malformed"));
 
   ScriptedArchive unknown({{"GetDocumentInfo", ScriptedArchive::Error("There is no document '8'")}});
   EXPECT_EQ(unknown.Run({"show", "Mail/Inbox/8"}).err, "oxaqry: There is no document '8'\n");
@@ -127,12 +112,11 @@ TEST(MaskCommand, ListsMasksWithTheirFields) {
 struct Importing {
   std::string content;
   std::string path;
-  std::map<std::string, ScriptedArchive::Reply> Replies(const ScriptedArchive* const& archive,
-                                                        const ScriptedArchive::Reply& reply) {
-    const auto keep = [this, &archive, reply](Peer& peer, const Fields& fields) {
+  std::map<std::string, ScriptedArchive::Reply> Replies(const std::string& identifier) {
+    const auto keep = [this, identifier](Peer& peer, const Fields& fields, const TemporaryDirectory& blobs) {
       path = fields[1];
-      content = archive->blobs.Read(path.substr(path.rfind('\\') + 1));
-      reply(peer, fields);
+      content = blobs.Read(path.substr(path.rfind('\\') + 1));
+      peer.Send(Answer({identifier}));
     };
     return {
         {"CreateDocument", keep}, {"EditDocument", keep}, {"GetDocumentInfo", ScriptedArchive::Lines({kInformation})}};
@@ -140,10 +124,8 @@ struct Importing {
 };
 
 TEST(CreateCommand, HandsTheImportFileOverAndDeletesIt) {
-  const ScriptedArchive* self = nullptr;
   Importing importing;
-  ScriptedArchive archive(importing.Replies(self, ScriptedArchive::Lines({"1301,1"})));
-  self = &archive;
+  ScriptedArchive archive(importing.Replies("1301,1"));
   const std::vector<std::string> create{"create", "--channel", "Büro", "--archive",  "A", "--title", "Grüße", "--field",
                                         "1:7",    "--field",   "2:9",  "--contents", "-"};
   const ToolRun run = archive.Run(create, "\xEF\xBB\xBFKäse\n");
@@ -154,8 +136,7 @@ TEST(CreateCommand, HandsTheImportFileOverAndDeletesIt) {
   EXPECT_THAT(importing.path, ::testing::StartsWith("D:\\blobs\\oxaqry-"));
   EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 
-  std::vector<std::string> raw = create;
-  raw.insert(raw.end(), {"--charset", "UTF8", "--import-file", archive.blobs.File("kept"), "--json"});
+  const auto raw = Joined(create, {"--charset", "UTF8", "--import-file", archive.blobs.File("kept"), "--json"});
   EXPECT_EQ(Json::parse(archive.Run(raw, "Käse中").out, nullptr, false),
             Json::parse(R"({"name":"Büro/A/1301/1","idVersion":"1301,1"})"));
   EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
@@ -170,18 +151,16 @@ TEST(CreateCommand, LeavesNothingWhenTheServerRefuses) {
   ScriptedArchive archive({{"CreateDocument", ScriptedArchive::Error("No rights")}});
   for (const std::vector<std::string>& more :
        {std::vector<std::string>{}, {"--import-file", archive.blobs.File("i")}}) {
-    std::vector<std::string> arguments{"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", "-"};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    EXPECT_EQ(archive.Run(arguments).err, "oxaqry: No rights\n");
+    const std::vector<std::string> create{"create",  "--channel", "M",          "--archive", "A",
+                                          "--title", "t",         "--contents", "-"};
+    EXPECT_EQ(archive.Run(Joined(create, more)).err, "oxaqry: No rights\n");
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
   }
 }
 
 TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
-  const ScriptedArchive* self = nullptr;
   Importing importing;
-  ScriptedArchive archive(importing.Replies(self, ScriptedArchive::Lines({"7,3"})));
-  self = &archive;
+  ScriptedArchive archive(importing.Replies("7,3"));
   EXPECT_EQ(archive.Run({"edit", "Mail/Inbox/7/2", "--contents", "-"}).out, "New version Mail/Inbox/7/3\n");
   EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:Oak shelves\r\n"));
   EXPECT_EQ(archive.Run({"edit", "Mail/Inbox/7/2", "--contents", "-", "--title", "New"}).status, 0);
@@ -192,26 +171,19 @@ TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
 }
 
 TEST(DeleteCommand, AsksOnATerminal) {
-  struct Case {
-    const char* name;
-    const char* input;
-    bool isDeleted;
-  };
-  for (const Case& each : {Case{"yes", "y\n", true}, Case{"no", "n\n", false}, Case{"a mere return", "\n", false},
-                           Case{"end of input", "", false}}) {
-    SCOPED_TRACE(each.name);
+  using Case = std::tuple<const char*, const char*, bool>;
+  for (const auto& [name, input, isDeleted] : {Case{"yes", "y\n", true}, Case{"no", "n\n", false},
+                                               Case{"a mere return", "\n", false}, Case{"end of input", "", false}}) {
+    SCOPED_TRACE(name);
     ScriptedArchive archive(
         {{"DeleteDocument", ScriptedArchive::Lines({})}, {"DeleteNotes", ScriptedArchive::Lines({})}});
-    const ToolRun one = archive.Run({"delete", "Mail/Inbox/7/2"}, each.input, {.in = true});
-    const ToolRun notes = archive.Run({"note", "delete", "Mail/Inbox/7"}, each.input, {.in = true});
-    EXPECT_EQ(one.status, each.isDeleted ? 0 : 1);
-    EXPECT_EQ(notes.status, each.isDeleted ? 0 : 1);
+    const ToolRun one = archive.Run({"delete", "Mail/Inbox/7/2"}, input, {.in = true});
+    const ToolRun notes = archive.Run({"note", "delete", "Mail/Inbox/7"}, input, {.in = true});
+    EXPECT_EQ(one.status, isDeleted ? 0 : 1);
+    EXPECT_EQ(notes.status, isDeleted ? 0 : 1);
     EXPECT_THAT(one.err, HasSubstr("Delete Mail/Inbox/7/2? [y/N]"));
-    if (each.isDeleted) {
-      EXPECT_THAT(archive.Commands(), ElementsAre("DeleteDocument|Mail|Inbox|7|2", "DeleteNotes|Mail|Inbox|7|"));
-    } else {
-      EXPECT_THAT(archive.Commands(), IsEmpty());
-    }
+    const std::vector<std::string> commands{"DeleteDocument|Mail|Inbox|7|2", "DeleteNotes|Mail|Inbox|7|"};
+    EXPECT_EQ(archive.Commands(), isDeleted ? commands : std::vector<std::string>{});
   }
 }
 

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
 #include "tests/tools/oxaqry/scripted_archive.h"
 
 namespace oxaqrycln::testing {
@@ -34,15 +37,11 @@ TEST(OrdersCommand, ListsOrdersAsTableAndJson) {
 
 TEST(OrdersCommand, ComparesTheStatusItself) {
   ScriptedArchive archive({{"QueryFahrauftraege", kOrders}});
-  struct Case {
-    std::vector<std::string> options;
-    std::size_t count;
-  };
-  for (const Case& each : {Case{{"--status", "Open"}, 2}, Case{{"--status", "open", "--max", "1"}, 1},
-                           Case{{"--status", "open", "--max", "0"}, 2}, Case{{"--status", "lost"}, 0}}) {
-    std::vector<std::string> arguments{"orders", "list", "q", "--json"};
-    arguments.insert(arguments.end(), each.options.begin(), each.options.end());
-    EXPECT_EQ(Json::parse(archive.Run(arguments).out)["orders"].size(), each.count) << each.options.back();
+  using Case = std::pair<std::vector<std::string>, std::size_t>;
+  for (const auto& [options, count] : {Case{{"--status", "Open"}, 2}, Case{{"--status", "open", "--max", "1"}, 1},
+                                       Case{{"--status", "open", "--max", "0"}, 2}, Case{{"--status", "lost"}, 0}}) {
+    const ToolRun run = archive.Run(Joined({"orders", "list", "q", "--json"}, options));
+    EXPECT_EQ(Json::parse(run.out)["orders"].size(), count) << options.back();
   }
   // A limit of the server's would count orders of other statuses.
   EXPECT_EQ(archive.Commands().back(), "QueryFahrauftraege|q|2147483647");
@@ -52,8 +51,7 @@ TEST(OrdersCommand, SaysWhichOrderIsMalformed) {
   ScriptedArchive archive({{"QueryFahrauftraege", ScriptedArchive::Lines({"^T1^,^open^,^7^,^2^", "^T2^,^open^,^7^"})}});
   const ToolRun run = archive.Run({"orders", "list"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.out, IsEmpty());
-  EXPECT_THAT(run.err, HasSubstr("transport order 2 of the answer is malformed"));
+  EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: transport order 2 of the answer is malformed"));
 }
 
 TEST(OrdersCommand, SetsAStatus) {
@@ -75,13 +73,8 @@ TEST(OrdersCommand, SetsAStatus) {
 
 // The commands that fetch a file, each with the query before it.
 TEST(OrdersCommand, FetchesFilesAsFetchDoes) {
-  struct Case {
-    const char* name;
-    std::vector<std::string> arguments;
-    const char* command;
-    const char* told;
-  };
-  for (const Case& each :
+  using Case = std::tuple<const char*, std::vector<std::string>, const char*, const char*>;
+  for (const auto& [name, fetch, command, told] :
        {Case{"tiff", {"orders", "tiff", "T1", "T2"}, "GetFahrauftraegeMultiTIFF|T1,T2|D:\\blobs", "Fetched "},
         Case{"print",
              {"print-hits", "q", "--title", "\u00C4pfel"},
@@ -91,53 +84,42 @@ TEST(OrdersCommand, FetchesFilesAsFetchDoes) {
              {"print-hits", "q"},
              "PrintHitlistPDF|q|^Ref|Doc^\r\n^r|1^|D:\\blobs",
              "Printed 1 hit to "}}) {
-    SCOPED_TRACE(each.name);
-    const ScriptedArchive* self = nullptr;
-    const auto put = [&self](Peer& peer, const Fields&) {
-      self->blobs.Write("f.out", "content");
-      peer.Send(Answer({"7", "D:\\blobs\\f.out"}));
-    };
+    SCOPED_TRACE(name);
+    const auto put = ScriptedArchive::Puts("f.out", "content");
     ScriptedArchive archive(
         {{"GetFahrauftraegeMultiTIFF", put},
          {"PrintHitlistPDF", put},
          {"QueryArchive", ScriptedArchive::Lines({"1", "", "0", "^0^,^0^", "^Ref^,^Doc^", "^r^,^1^"})}});
-    self = &archive;
     const TemporaryDirectory target;
-    std::vector<std::string> arguments = each.arguments;
-    arguments.insert(arguments.end(), {"-o", target.File("mine")});
+    const auto arguments = Joined(fetch, {"-o", target.File("mine")});
     const ToolRun run = archive.Run(arguments);
-    EXPECT_EQ(run.out, each.told + target.File("mine") + " (7 bytes)\n") << run.err;
-    EXPECT_EQ(archive.Commands().back(), each.command);
+    EXPECT_EQ(run.out, told + target.File("mine") + " (7 bytes)\n") << run.err;
+    EXPECT_EQ(archive.Commands().back(), command);
     EXPECT_EQ(target.Read("mine"), "content");
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
     EXPECT_THAT(archive.Run(arguments).err, HasSubstr("exists: give --force"));
-    arguments.insert(arguments.end(), {"--force", "--keep", "--json"});
-    const Json told = Json::parse(archive.Run(arguments).out, nullptr, false);
-    EXPECT_EQ(told["file"], target.File("mine"));
-    EXPECT_EQ(told["bytes"], 7);
+    const ToolRun forced = archive.Run(Joined(arguments, {"--force", "--keep", "--json"}));
+    const Json document = Json::parse(forced.out, nullptr, false);
+    EXPECT_EQ(document["file"], target.File("mine"));
+    EXPECT_EQ(document["bytes"], 7);
     EXPECT_EQ(archive.blobs.Read("f.out"), "content");
   }
 }
 
 TEST(PrintHitsCommand, TellsWhyNothingWasPrinted) {
-  struct Case {
-    const char* name;
-    ScriptedArchive::Reply query;
-    ScriptedArchive::Reply print;
-    const char* message;
-  };
+  using Case = std::tuple<const char*, ScriptedArchive::Reply, ScriptedArchive::Reply, const char*>;
   const auto hits = ScriptedArchive::Lines({"0", "", "0", "^0^", "^Ref^"});
-  for (const Case& each :
+  for (const auto& [name, query, print, message] :
        {Case{"the query fails", ScriptedArchive::Error("No such word"), hits, "No such word"},
         Case{"no title row", ScriptedArchive::Lines({"0", "", "0", "^0^"}), hits, "gave no usable answer"},
         Case{"printing fails", hits, ScriptedArchive::Error("Out of paper"), "Out of paper"},
         Case{"no file", hits, ScriptedArchive::Lines({"0"}), "there is no such content"}}) {
-    ScriptedArchive archive({{"QueryArchive", each.query}, {"PrintHitlistPDF", each.print}});
+    ScriptedArchive archive({{"QueryArchive", query}, {"PrintHitlistPDF", print}});
     const TemporaryDirectory target;
     const ToolRun run = archive.Run({"print-hits", "q", "-o", target.path()});
-    EXPECT_EQ(run.status, 1) << each.name;
-    EXPECT_THAT(run.err, HasSubstr(each.message)) << each.name;
-    EXPECT_THAT(NamesIn(target.path()), IsEmpty()) << each.name;
+    EXPECT_EQ(run.status, 1) << name;
+    EXPECT_THAT(run.err, HasSubstr(message)) << name;
+    EXPECT_THAT(NamesIn(target.path()), IsEmpty()) << name;
   }
 }
 

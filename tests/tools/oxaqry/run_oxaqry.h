@@ -18,6 +18,11 @@ struct ToolRun {
   std::string err;
 };
 
+inline std::vector<std::string> Joined(std::vector<std::string> arguments, const std::vector<std::string>& more) {
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
 inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
                          const std::map<std::string, std::string>& environment = {}, const std::string& input = "",
                          Terminals terminals = {}) {

@@ -32,18 +32,24 @@ inline Fields CommandFields(const std::string& request) {
 
 class ScriptedArchive {
  public:
-  using Reply = std::function<void(Peer&, const Fields&)>;
+  using Reply = std::function<void(Peer&, const Fields&, const TemporaryDirectory& blobs)>;
 
   // One that takes "UploadFile" answers nothing else.
   explicit ScriptedArchive(std::map<std::string, Reply> replies)
       : replies_(std::move(replies)), server_([this](Peer& peer) { Serve(peer); }) {}
 
-  // A reply of these lines.
-  static Reply Lines(const std::vector<std::string>& lines) {
-    return [lines](Peer& peer, const Fields&) { peer.Send(Answer(lines)); };
+  static Reply Sends(const std::string& bytes) {
+    return [bytes](Peer& peer, const Fields&, auto&) { peer.Send(bytes); };
   }
-  static Reply Error(const std::string& text) {
-    return [text](Peer& peer, const Fields&) { peer.Send(Framed("Status: " + text + "\r\n")); };
+  // A reply of these lines.
+  static Reply Lines(const std::vector<std::string>& lines) { return Sends(Answer(lines)); }
+  static Reply Error(const std::string& text) { return Sends(Framed("Status: " + text + "\r\n")); }
+  // The server's part of a fetch: the file appears in the blob directory, and the answer names it.
+  static Reply Puts(const std::string& name, const std::string& content) {
+    return [name, content](Peer& peer, const Fields&, const TemporaryDirectory& blobs) {
+      blobs.Write(name, content);
+      peer.Send(Answer({std::to_string(content.size()), "D:\\blobs\\" + name}));
+    };
   }
 
   ToolRun Run(const std::vector<std::string>& arguments, const std::string& input = "", Terminals terminals = {},
@@ -88,7 +94,7 @@ class ScriptedArchive {
     const Fields fields = CommandFields(request);
     const auto reply = fields.empty() ? replies_.end() : replies_.find(fields.front());
     if (reply == replies_.end()) return;
-    reply->second(peer, fields);
+    reply->second(peer, fields, blobs);
     if (!closesFirst) peer.WaitForClose();
   }
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <tuple>
 
 #include "tests/tools/oxaqry/scripted_archive.h"
 
@@ -16,42 +17,21 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-// The server's part of a fetch: the file appears in the blob directory, and the answer names it.
-ScriptedArchive::Reply Puts(const ScriptedArchive* const& archive, const std::string& name,
-                            const std::string& content) {
-  return [&archive, name, content](Peer& peer, const Fields&) {
-    archive->blobs.Write(name, content);
-    peer.Send(Answer({std::to_string(content.size()), "D:\\blobs\\" + name}));
-  };
-}
-
 TEST(FetchCommand, MovesTheContentThatWasAskedFor) {
-  struct Case {
-    const char* name;
-    std::vector<std::string> options;
-    const char* command;
-  };
-  for (const Case& each :
+  using Case = std::tuple<const char*, std::vector<std::string>, std::string>;
+  for (const auto& [name, options, command] :
        {Case{"nothing said", {}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
         Case{"first", {"--first"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
         Case{"first of an extension", {"--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
         Case{"segment", {"--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
         Case{"print", {"--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
         Case{"pages", {"--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"}}) {
-    SCOPED_TRACE(each.name);
-    const ScriptedArchive* self = nullptr;
-    const auto reply = Puts(self, "scan 1.tif", "content");
-    ScriptedArchive archive({{"GetSegmentFirstBLOB", reply},
-                             {"GetSegmentData", reply},
-                             {"GetSegmentPrintfile2", reply},
-                             {"GetSegmentMultiTIF", reply}});
-    self = &archive;
+    SCOPED_TRACE(name);
+    ScriptedArchive archive({{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")}});
     const TemporaryDirectory target;
-    std::vector<std::string> arguments{"fetch", "M/A/7/2", "-o", target.path()};
-    arguments.insert(arguments.end(), each.options.begin(), each.options.end());
-    const ToolRun run = archive.Run(arguments);
+    const ToolRun run = archive.Run(Joined({"fetch", "M/A/7/2", "-o", target.path()}, options));
     EXPECT_EQ(run.out, "Fetched " + target.File("scan 1.tif") + " (7 bytes)\n") << run.err;
-    EXPECT_THAT(archive.Commands(), ElementsAre(each.command));
+    EXPECT_THAT(archive.Commands(), ElementsAre(command));
     EXPECT_EQ(target.Read("scan 1.tif"), "content");
     EXPECT_THAT(NamesIn(target.path()), ElementsAre("scan 1.tif"));
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
@@ -59,15 +39,12 @@ TEST(FetchCommand, MovesTheContentThatWasAskedFor) {
 }
 
 TEST(FetchCommand, OverwritesOnlyWhenForced) {
-  const ScriptedArchive* self = nullptr;
-  ScriptedArchive archive({{"GetSegmentFirstBLOB", Puts(self, "f.tif", "new")}});
-  self = &archive;
+  ScriptedArchive archive({{"GetSegmentFirstBLOB", ScriptedArchive::Puts("f.tif", "new")}});
   const TemporaryDirectory target;
   target.Write("f.tif", "old");
   EXPECT_THAT(archive.Run({"fetch", "M/A/7", "-o", target.path()}).err, HasSubstr("exists: give --force"));
   EXPECT_EQ(target.Read("f.tif"), "old");
-  const ToolRun named = archive.Run({"fetch", "M/A/7", "-o", target.File("f.tif")});
-  EXPECT_EQ(named.status, 1);
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", target.File("f.tif")}).status, 1);
   EXPECT_EQ(archive.Commands().size(), 1U) << "a name known to be taken needs no request";
   EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", target.path(), "--force"}).status, 0);
   EXPECT_EQ(target.Read("f.tif"), "new");
@@ -82,33 +59,26 @@ TEST(FetchCommand, OverwritesOnlyWhenForced) {
 }
 
 TEST(FetchCommand, TellsWhatIsWrongWithTheContent) {
-  struct Case {
-    const char* name;
-    std::vector<std::string> answer;
-    const char* message;
-  };
-  for (const Case& each : {Case{"none", {"0"}, "no such content"}, Case{"not there", {"3", "x.tif"}, "is not there"},
-                           Case{"wrong length", {"3", "there.tif"}, "has 4 bytes instead of 3"},
-                           Case{"a name that drives a terminal", {"3", "a\x9D.tif"}, "no plain file name"},
-                           Case{"no name", {"3", "D:\\blobs\\.."}, "gave no usable answer"}}) {
-    SCOPED_TRACE(each.name);
-    ScriptedArchive archive({{"GetSegmentData", ScriptedArchive::Lines(each.answer)}});
+  using Case = std::tuple<const char*, std::vector<std::string>, const char*>;
+  for (const auto& [name, answer, message] :
+       {Case{"none", {"0"}, "no such content"}, Case{"not there", {"3", "x.tif"}, "is not there"},
+        Case{"wrong length", {"3", "there.tif"}, "has 4 bytes instead of 3"},
+        Case{"a name that drives a terminal", {"3", "a\x9D.tif"}, "no plain file name"},
+        Case{"no name", {"3", "D:\\blobs\\.."}, "gave no usable answer"}}) {
+    SCOPED_TRACE(name);
+    ScriptedArchive archive({{"GetSegmentData", ScriptedArchive::Lines(answer)}});
     archive.blobs.Write("there.tif", "four");
     const TemporaryDirectory target;
     const ToolRun run = archive.Run({"fetch", "M/A/7", "--segment", "1", "-o", target.path()});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err, HasSubstr(each.message));
+    EXPECT_THAT(run.err, HasSubstr(message));
     EXPECT_THAT(NamesIn(target.path()), IsEmpty());
     EXPECT_TRUE(archive.blobs.Has("there.tif")) << "it is somebody else's";
   }
 }
 
-ScriptedArchive::Reply Sends(const std::string& bytes) {
-  return [bytes](Peer& peer, const Fields&) { peer.Send(bytes); };
-}
-
 TEST(TransferCommand, ReceivesIntoTheBlobDirectoryOrElsewhere) {
-  ScriptedArchive archive({{"TransferBLOB", Sends("content")}});
+  ScriptedArchive archive({{"TransferBLOB", ScriptedArchive::Sends("content")}});
   EXPECT_EQ(archive.Run({"transfer", "D:\\any\\scan.tif", "--size", "7"}).out,
             "Received " + archive.blobs.File("scan.tif") + " (7 bytes)\n");
   EXPECT_THAT(archive.Commands(), ElementsAre("TransferBLOB|D:\\blobs\\scan.tif"));
@@ -128,42 +98,33 @@ TEST(TransferCommand, ReceivesIntoTheBlobDirectoryOrElsewhere) {
 }
 
 TEST(TransferCommand, LeavesNothingOfAFileThatIsCut) {
-  ScriptedArchive archive({{"TransferBLOB", Sends("half")}});
+  ScriptedArchive archive({{"TransferBLOB", ScriptedArchive::Sends("half")}});
   archive.closesFirst = true;
-  const ToolRun run = archive.Run({"transfer", "scan.tif", "--size", "8"});
-  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "8"}).status, 1);
   EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
-}
-
-// Takes the bytes that follow the request, and answers.
-ScriptedArchive::Reply Takes(std::string& bytes, const std::string& answer) {
-  return [&bytes, answer](Peer& peer, const Fields& fields) {
-    bytes = peer.ReadBytes(static_cast<std::size_t>(std::stoi(fields[3])));
-    peer.Send(answer);
-  };
 }
 
 TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {
   const TemporaryDirectory source;
   source.Write("Käse.txt", "cheese");
-  std::string sent;
-  struct Case {
-    const char* name;
-    std::string answer;
-    bool isThere;
-    bool isSuccess;
-  };
-  for (const Case& each :
+  using Case = std::tuple<const char*, std::string, bool, bool>;
+  for (const auto& [name, answer, isThere, isSuccess] :
        {Case{"elsewhere", Answer({}), false, true}, Case{"refused", Framed("Status: No\r\n"), false, false},
         Case{"in the blob directory", Answer({}), true, true},
         Case{"there and refused", Framed("Status: No\r\n"), true, false}}) {
-    SCOPED_TRACE(each.name);
-    ScriptedArchive archive({{"UploadFile", Takes(sent, each.answer)}});
-    if (each.isThere) archive.blobs.Write("Käse.txt", "cheese");
+    SCOPED_TRACE(name);
+    std::string sent;
+    const auto takes = [&sent, &reply = answer](Peer& peer, const Fields&, auto&) {
+      sent = peer.ReadBytes(6);
+      peer.Send(reply);
+    };
+    ScriptedArchive archive({{"UploadFile", takes}});
+    if (isThere) archive.blobs.Write("Käse.txt", "cheese");
     const ToolRun run =
-        archive.Run({"upload", each.isThere ? archive.blobs.File("Käse.txt") : source.File("Käse.txt"), "--json"});
-    EXPECT_EQ(run.status, each.isSuccess ? 0 : 1) << run.err;
-    EXPECT_THAT(NamesIn(archive.blobs.path()).size(), each.isThere || each.isSuccess ? 1 : 0);
+        archive.Run({"upload", isThere ? archive.blobs.File("Käse.txt") : source.File("Käse.txt"), "--json"});
+    EXPECT_EQ(run.status, isSuccess ? 0 : 1) << run.err;
+    EXPECT_EQ(sent, "cheese");
+    EXPECT_THAT(NamesIn(archive.blobs.path()).size(), isThere || isSuccess ? 1 : 0);
     EXPECT_THAT(archive.Commands(), ElementsAre("UploadFile|D:\\blobs|K\xE4se.txt|6"));
   }
 }
@@ -171,12 +132,10 @@ TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {
 TEST(UploadCommand, GetsOnWithADirectoryThatTheServerShares) {
   const TemporaryDirectory source;
   source.Write("f.txt", "content");
-  const ScriptedArchive* self = nullptr;
-  ScriptedArchive archive({{"UploadFile", [&self](Peer& peer, const Fields& fields) {
-                              self->blobs.Write(fields[2], peer.ReadBytes(7));
+  ScriptedArchive archive({{"UploadFile", [](Peer& peer, const Fields& fields, const TemporaryDirectory& blobs) {
+                              blobs.Write(fields[2], peer.ReadBytes(7));
                               peer.Send(Answer({}));
                             }}});
-  self = &archive;
   EXPECT_EQ(archive.Run({"upload", source.File("f.txt")}).status, 0);
   EXPECT_EQ(archive.blobs.Read("f.txt"), "content");
   EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("f.txt"));
@@ -188,28 +147,24 @@ TEST(UploadCommand, GetsOnWithADirectoryThatTheServerShares) {
 TEST(TransferCommands, EndInOrderWhenInterrupted) {
   const TemporaryDirectory source;
   source.Write("f.txt", "content");
-  struct Case {
-    const char* command;
-    int signal;
-    std::vector<std::string> arguments;
-  };
-  for (const Case& each :
+  using Case = std::tuple<const char*, int, std::vector<std::string>>;
+  for (const auto& [command, signal, arguments] :
        {Case{"TransferBLOB", SIGINT, {"transfer", "x", "--size", "100"}},
         Case{"GetSegmentFirstBLOB", SIGTERM, {"fetch", "M/A/7", "-o", source.path()}},
         Case{"UploadFile", SIGTERM, {"upload", source.File("f.txt")}},
         Case{"CreateDocument",
              SIGINT,
              {"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", source.File("f.txt")}}}) {
-    SCOPED_TRACE(each.command);
-    const auto interrupts = [&](Peer& peer, const Fields& fields) {
+    SCOPED_TRACE(command);
+    const auto interrupts = [&number = signal](Peer& peer, const Fields& fields, auto&) {
       if (fields[0] == "TransferBLOB") peer.Send("some bytes");
-      kill(getpid(), each.signal);
+      kill(getpid(), number);
     };
-    ScriptedArchive archive({{each.command, interrupts}});
+    ScriptedArchive archive({{command, interrupts}});
     const auto start = std::chrono::steady_clock::now();
-    const ToolRun run = archive.Run(each.arguments);
+    const ToolRun run = archive.Run(arguments);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8)) << "not the end of the time-out";
-    EXPECT_EQ(run.status, 128 + each.signal);
+    EXPECT_EQ(run.status, 128 + signal);
     EXPECT_THAT(run.out + run.err, IsEmpty());
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
     EXPECT_THAT(NamesIn(source.path()), ElementsAre("f.txt"));
@@ -218,7 +173,7 @@ TEST(TransferCommands, EndInOrderWhenInterrupted) {
 
 TEST(TransferCommands, ShowHowFarTheyAreOnATerminalOnly) {
   const std::string half(500000, 'x');
-  ScriptedArchive archive({{"TransferBLOB", [&](Peer& peer, const Fields&) {
+  ScriptedArchive archive({{"TransferBLOB", [&](Peer& peer, const Fields&, auto&) {
                               peer.Send(half);
                               peer.Pause(600);
                               peer.Send(half);
@@ -234,7 +189,7 @@ TEST(TransferCommands, ShowHowFarTheyAreOnATerminalOnly) {
   constexpr std::size_t kSize = 40000000;
   const TemporaryDirectory source;
   source.Write("f.bin", std::string(kSize, 'x'));
-  ScriptedArchive upload({{"UploadFile", [&](Peer& peer, const Fields&) {
+  ScriptedArchive upload({{"UploadFile", [](Peer& peer, const Fields&, auto&) {
                              peer.Pause(600);
                              peer.ReadBytes(kSize);
                              peer.Send(Answer({}));
