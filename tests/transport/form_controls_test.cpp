@@ -22,21 +22,10 @@ TEST(FormControls, HandsOutTheFirstFreeSlotFromOne) {
   EXPECT_EQ(controls.SlotCount(), 3);  // those released in the order of their claims are used again too
 }
 
-TEST(FormControls, KeepsTheRecordsOfSlotsApartAndChecksTheirNumbers) {
+TEST(FormControls, RaiseAnErrorForANumberWithoutASlot) {
   Apartment apartment;
-  frmControls& controls = apartment.controls;
-  controls.GetFreeControl();
-  controls.GetFreeControl();
-  controls.StrResponse(1, "one");
-  controls.StrResponse(2, "two");
-  controls.BytTransferFile(2, 255);
-  controls.LngBytesToReceive(2, -1);
-  EXPECT_EQ(controls.StrResponse(1), "one");
-  EXPECT_EQ(controls.BytTransferFile(1), 0);
-  EXPECT_EQ(controls.BytTransferFile(2), 255);
-  EXPECT_EQ(controls.LngBytesToReceive(2), -1);
-  EXPECT_THROW(controls.StrResponse(3), RuntimeError);
-  EXPECT_THROW(controls.BlnRequestReady(-1, true), RuntimeError);
+  EXPECT_THROW(apartment.controls.StrResponse(1), RuntimeError);
+  EXPECT_THROW(apartment.controls.BlnRequestReady(-1, true), RuntimeError);
 }
 
 TEST(FormControls, LogsForTheOwnerOfASlotAndLosesOtherLines) {

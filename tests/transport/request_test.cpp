@@ -90,6 +90,9 @@ TEST(Request, SendsPrintRequestsToPrintServersOnly) {
   EXPECT_EQ(page.text, "second");
   ASSERT_TRUE(page.Request("^GetSegmentData^,^x^")) << page.error;
   EXPECT_EQ(page.text, "first");
+  Requester without(first.Host() + ",0");
+  EXPECT_FALSE(without.Request("^GetSegmentPrintfile2^,^x^"));
+  EXPECT_EQ(without.error, kAllBusy);
 }
 
 TEST(Request, TimesOutOnASilentServerUsingNoProcessorTime) {
