@@ -24,6 +24,14 @@ void* Allocate(std::size_t byteCount) {
   return block;
 }
 
+void* AllocateOrNull(std::size_t byteCount) noexcept {
+  try {
+    return Allocate(byteCount);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void Free(void* block) noexcept {
   if (block != nullptr) heldBytes -= static_cast<std::int64_t>(malloc_usable_size(block));
   std::free(block);  // NOLINT
@@ -42,6 +50,9 @@ std::size_t AllocationPeak::ByteCount() const noexcept { return static_cast<std:
 
 void* operator new(std::size_t byteCount) { return oxaqrycln::testing::Allocate(byteCount); }
 void* operator new[](std::size_t byteCount) { return oxaqrycln::testing::Allocate(byteCount); }
+void* operator new(std::size_t byteCount, const std::nothrow_t& /*tag*/) noexcept {
+  return oxaqrycln::testing::AllocateOrNull(byteCount);
+}
 void operator delete(void* block) noexcept { oxaqrycln::testing::Free(block); }
 void operator delete[](void* block) noexcept { oxaqrycln::testing::Free(block); }
 void operator delete(void* block, std::size_t /*byteCount*/) noexcept { oxaqrycln::testing::Free(block); }

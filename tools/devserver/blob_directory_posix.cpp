@@ -80,15 +80,21 @@ void ReadableFile::Rewind() {
   if (lseek(descriptor_.get(), 0, SEEK_SET) != 0) FailWithErrno("Reading a file of the blob directory");
 }
 
-// The lock tells a server that starts in the same directory that this file is no leftover.
-PendingFile::PendingFile(int directory, std::string name)
-    : directory_(directory), name_(std::move(name)), temporary_(PartName()) {
-  descriptor_ = Descriptor(openat(directory_, temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0640));
-  if (descriptor_.get() < 0) {
-    temporary_.clear();
-    FailWithErrno("Creating a file in the blob directory");
+// The lock tells a server that starts in the same directory that this file is no leftover. One that looked at the file
+// before it was locked may have removed it; another one is made then.
+PendingFile::PendingFile(int directory, std::string name) : directory_(directory), name_(std::move(name)) {
+  for (int attempt = 1; temporary_.empty(); ++attempt) {
+    std::string temporary = PartName();
+    descriptor_ = Descriptor(openat(directory_, temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0640));
+    if (descriptor_.get() < 0) FailWithErrno("Creating a file in the blob directory");
+    flock(descriptor_.get(), LOCK_EX);  // not every file system has locks
+    struct stat status {};
+    if (fstat(descriptor_.get(), &status) != 0) FailWithErrno("Creating a file in the blob directory");
+    if (status.st_nlink > 0) temporary_ = std::move(temporary);
+    if (temporary_.empty() && attempt == kMostAttempts) {
+      throw ServerError("Creating a file in the blob directory: another server removes it again and again");
+    }
   }
-  flock(descriptor_.get(), LOCK_EX | LOCK_NB);
 }
 
 PendingFile::~PendingFile() {
