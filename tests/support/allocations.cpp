@@ -49,11 +49,8 @@ std::size_t AllocationPeak::ByteCount() const noexcept { return static_cast<std:
 }  // namespace oxaqrycln::testing
 
 void* operator new(std::size_t byteCount) { return oxaqrycln::testing::Allocate(byteCount); }
-void* operator new[](std::size_t byteCount) { return oxaqrycln::testing::Allocate(byteCount); }
 void* operator new(std::size_t byteCount, const std::nothrow_t& /*tag*/) noexcept {
   return oxaqrycln::testing::AllocateOrNull(byteCount);
 }
 void operator delete(void* block) noexcept { oxaqrycln::testing::Free(block); }
-void operator delete[](void* block) noexcept { oxaqrycln::testing::Free(block); }
 void operator delete(void* block, std::size_t /*byteCount*/) noexcept { oxaqrycln::testing::Free(block); }
-void operator delete[](void* block, std::size_t /*byteCount*/) noexcept { oxaqrycln::testing::Free(block); }
