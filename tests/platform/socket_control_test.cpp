@@ -44,7 +44,7 @@ TEST(SocketControl, SendsEverythingReadingOrNotAndThenDoesNotWakeTheLoop) {
     ASSERT_LT(socket.SentByteCount(), static_cast<std::int64_t>(sent.size()));
     if (!reads) socket.StopReading();
     begin = true;
-    for (int yields = 0; taken < sent.size() && yields < 10'000; ++yields) loop.YieldUntil(clock.SteadyNow() + 1ms);
+    for (int yields = 0; taken < sent.size() && yields < 30'000; ++yields) loop.YieldUntil(clock.SteadyNow() + 1ms);
     ASSERT_EQ(taken, sent.size()) << reads;
     loop.YieldUntil(clock.SteadyNow() + 10ms);  // in which it may find that the last piece is sent
     const auto until = clock.SteadyNow() + 50ms;
