@@ -1,7 +1,7 @@
 // The lists of what the archive offers: channels, archives, query formats, and the properties of an archive.
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

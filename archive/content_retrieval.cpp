@@ -6,8 +6,8 @@
 #include "archive/stored_name.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "component/text_helpers.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "component/text_helpers.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
+#include "support/text_helpers.h"
 
 namespace oxaqrycln {
 namespace {

@@ -2,9 +2,9 @@
 
 #include "archive/stored_name.h"
 #include "component/clsQuery.h"
-#include "component/file_helpers.h"
-#include "platform/errors.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
+#include "support/file_helpers.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -9,9 +9,10 @@
 #include "archive/stored_name.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/errors.h"
-#include "platform/files.h"
-#include "platform/replacement_file.h"
+#include "platform/files/files.h"
+#include "platform/files/replacement_file.h"
+#include "transport/status_line.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -7,7 +7,7 @@
 #include "archive/sort_key.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "archive/record_fields.h"
 #include "component/query_state.h"
-#include "component/text_helpers.h"
-#include "platform/byte_scan.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
+#include "values/byte_scan.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -4,10 +4,10 @@
 #include <optional>
 #include <utility>
 
-#include "component/text_helpers.h"
-#include "platform/byte_scan.h"
-#include "platform/code_page.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
+#include "values/byte_scan.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

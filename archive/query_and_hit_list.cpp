@@ -2,7 +2,7 @@
 #include "archive/hit_row.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -1,6 +1,6 @@
 #include "archive/record_fields.h"
 
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/byte_scan.h"
-#include "platform/variant.h"
+#include "values/byte_scan.h"
+#include "values/variant.h"
 
 namespace oxaqrycln {
 

@@ -16,8 +16,8 @@
 #include <optional>
 #include <span>
 
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

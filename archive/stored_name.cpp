@@ -1,7 +1,7 @@
 #include "archive/stored_name.h"
 
-#include "platform/errors.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "transport/response_buffer.h"
+#include "support/response_buffer.h"
 
 namespace oxaqrycln {
 

@@ -3,7 +3,7 @@
 #include "archive/record_fields.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "automation/method_table.h"
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::binding {
 

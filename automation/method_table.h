@@ -10,8 +10,6 @@
 
 #include "component/clsQuery.h"
 
-#pragma GCC visibility push(default)
-
 namespace oxaqrycln {
 
 // A public variable.
@@ -59,7 +57,5 @@ const VariableEntry* FindVariable(std::string_view name);
 const MethodEntry* FindMethod(std::string_view name);
 
 }  // namespace oxaqrycln
-
-#pragma GCC visibility pop
 
 #endif  // OXAQRYCLN_AUTOMATION_METHOD_TABLE_H_

@@ -10,8 +10,8 @@
 
 #include "bench/bench_query.h"
 #include "bench/plain_client.h"
-#include "platform/files.h"
-#include "platform/scripting_context.h"
+#include "component/scripting_context.h"
+#include "platform/files/files.h"
 
 namespace oxaqrycln::bench {
 namespace {

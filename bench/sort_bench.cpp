@@ -7,8 +7,8 @@
 
 #include "bench/answers.h"
 #include "bench/bench_query.h"
-#include "platform/code_page.h"
-#include "transport/response_buffer.h"
+#include "support/response_buffer.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::bench {
 namespace {

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "component/clsQuery.h"
-#include "component/text_helpers.h"
-#include "platform/database.h"
-#include "platform/objects.h"
+#include "component/objects.h"
+#include "platform/database/database.h"
+#include "support/text_helpers.h"
 
 namespace oxaqrycln::bench {
 namespace {

@@ -1,10 +1,11 @@
 # The flags every target of this project is compiled and linked with: oxaqrycln_flags.
-# Also oxaqrycln_layer(), which declares one layer of the house.
+# Also oxaqrycln_layer(), which declares one layer.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# The static library may become part of a shared one, which then exports nothing of it.
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -46,18 +47,18 @@ if(OXAQRYCLN_TIDY)
   set(CMAKE_CXX_CLANG_TIDY ${OXAQRYCLN_CLANG_TIDY} --quiet)
 endif()
 
-# oxaqrycln_layer(NAME SOURCES a.cpp ... NEEDS layer ...)
-# A layer of the house: its sources, listed by hand, and the layers below that it may include.
-function(oxaqrycln_layer name)
-  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;NEEDS")
+# oxaqrycln_layer(FOLDER [OF library] SOURCES a.cpp ... NEEDS folder ...)
+# One layer: the sources of a folder, listed by hand, and what its files may include besides the folder's own headers:
+# other folders, single headers, or "public" for every header that is installed. tests/source_rules/check_sources.py reads these
+# lists and refuses any other include. The objects become part of the library, oxaqrycln where none is named.
+function(oxaqrycln_layer folder)
+  cmake_parse_arguments(PARSE_ARGV 1 layer "" "OF" "SOURCES;NEEDS")
+  string(REPLACE "/" "_" name ${folder})
+  if(NOT layer_OF)
+    set(layer_OF oxaqrycln)
+  endif()
   add_library(oxaqrycln_${name} OBJECT ${layer_SOURCES})
-  target_include_directories(oxaqrycln_${name} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>)
+  target_include_directories(oxaqrycln_${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
   target_link_libraries(oxaqrycln_${name} PRIVATE oxaqrycln_flags)
-  foreach(need IN LISTS layer_NEEDS)
-    target_include_directories(oxaqrycln_${name} PUBLIC
-      $<TARGET_PROPERTY:oxaqrycln_${need},INTERFACE_INCLUDE_DIRECTORIES>)
-    add_dependencies(oxaqrycln_${name} oxaqrycln_${need})
-  endforeach()
-  set_property(GLOBAL APPEND PROPERTY OXAQRYCLN_LAYERS oxaqrycln_${name})
+  set_property(GLOBAL APPEND PROPERTY OXAQRYCLN_OBJECTS_${layer_OF} $<TARGET_OBJECTS:oxaqrycln_${name}>)
 endfunction()

@@ -1,26 +1,24 @@
-# What cmake --install puts where: libraries, public headers, the CMake package, the pkg-config file, documents.
+# What cmake --install puts where: the library, public headers, the CMake package, the pkg-config file, documents.
 # Each tool installs itself, with its manual page and completions.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS oxaqrycln oxaqrycln_static EXPORT oxaqrycln)
+install(TARGETS oxaqrycln EXPORT oxaqrycln)
 
-# The headers that a program includes as "component/clsQuery.h"; every other header stays at home.
+# The headers that a page author needs, included as "component/clsQuery.h". Every other header is internal.
 set(public_headers
-  automation/method_table.h
   component/clsQuery.h
-  platform/database.h
-  platform/date_time.h
-  platform/errors.h
-  platform/objects.h
-  platform/scripting_context.h
-  platform/short_copy.h
-  platform/variant.h)
+  component/objects.h
+  component/scripting_context.h
+  platform/database/database.h
+  values/date_time.h
+  values/errors.h
+  values/variant.h)
 foreach(header IN LISTS public_headers)
   cmake_path(GET header PARENT_PATH folder)
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/oxaqrycln/${folder})
 endforeach()
 
-# find_package(oxaqrycln): the targets oxaqrycln::oxaqrycln (shared) and oxaqrycln::oxaqrycln_static.
+# find_package(oxaqrycln): the target oxaqrycln::oxaqrycln.
 set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/oxaqrycln)
 install(EXPORT oxaqrycln NAMESPACE oxaqrycln:: FILE oxaqryclnTargets.cmake DESTINATION ${package_directory})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/oxaqryclnConfig.cmake.in
@@ -29,7 +27,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cm
 install(FILES ${PROJECT_BINARY_DIR}/oxaqryclnConfig.cmake ${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cmake
   DESTINATION ${package_directory})
 
-# The .pc file finds its prefix from the place it stands in, so that the installed tree may be moved as a whole.
+# The .pc file finds its prefix from its own place, so that the installed tree may be moved as a whole.
 set(pc_directory ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${pc_directory} OUTPUT_VARIABLE pc_to_prefix)
 foreach(directory LIBDIR INCLUDEDIR)

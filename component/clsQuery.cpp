@@ -2,11 +2,11 @@
 
 #include <chrono>
 
+#include "component/objects.h"
 #include "component/query_state.h"
 #include "component/version.h"
-#include "platform/errors.h"
 #include "platform/module_info.h"
-#include "platform/objects.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

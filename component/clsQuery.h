@@ -8,9 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/variant.h"
-
-#pragma GCC visibility push(default)
+#include "values/variant.h"
 
 namespace oxaqrycln {
 
@@ -490,7 +488,5 @@ class clsQuery {
 };
 
 }  // namespace oxaqrycln
-
-#pragma GCC visibility pop
 
 #endif  // OXAQRYCLN_COMPONENT_CLSQUERY_H_

@@ -1,6 +1,6 @@
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 
 namespace oxaqrycln {
 
@@ -41,7 +41,7 @@ void clsQuery::WriteTest() {
     state.log.Write(bytInfo, "Writing test file '", file, "'");
     WriteFile(file, "\"WriteTest\"\r\n");
     state.log.Write(bytInfo, "Deleting test file '", file, "'");
-    DeleteFile(file);
+    RemoveFile(file);
   });
 }
 

@@ -1,9 +1,9 @@
 // The encryption services: external objects, made anew for every call.
 #include "component/clsQuery.h"
+#include "component/objects.h"
 #include "component/query_state.h"
-#include "platform/cipher_objects.h"
-#include "platform/errors.h"
-#include "platform/objects.h"
+#include "platform/ciphers/cipher_objects.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

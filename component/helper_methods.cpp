@@ -1,8 +1,8 @@
 // The public face of the text and file helpers, and of the log writer.
 #include "component/clsQuery.h"
-#include "component/file_helpers.h"
 #include "component/query_state.h"
-#include "component/text_helpers.h"
+#include "support/file_helpers.h"
+#include "support/text_helpers.h"
 
 namespace oxaqrycln {
 namespace {

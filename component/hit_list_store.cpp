@@ -1,6 +1,6 @@
 #include "component/hit_list_store.h"
 
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 

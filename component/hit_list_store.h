@@ -11,8 +11,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/errors.h"
-#include "transport/response_buffer.h"
+#include "support/response_buffer.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 

@@ -11,16 +11,16 @@
 
 #include "component/clsQuery.h"
 #include "component/hit_list_store.h"
-#include "component/log_writer.h"
 #include "component/outliner_list.h"
+#include "component/scripting_context.h"
 #include "component/text_list.h"
-#include "component/trap.h"
-#include "platform/database.h"
-#include "platform/errors.h"
-#include "platform/scripting_context.h"
+#include "platform/database/database.h"
+#include "support/log_writer.h"
+#include "support/response_buffer.h"
+#include "support/trap.h"
 #include "transport/apartment.h"
 #include "transport/request.h"
-#include "transport/response_buffer.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 

@@ -1,7 +1,7 @@
 // The caret-quoted fields of records, hit lines and requests. Input: a field number, a line end, the record.
 #include "archive/record_fields.h"
-#include "component/text_helpers.h"
 #include "fuzz/input.h"
+#include "support/text_helpers.h"
 #include "transport/request_text.h"
 
 using namespace oxaqrycln;

@@ -3,7 +3,7 @@
 
 #include "archive/stored_name.h"
 #include "fuzz/input.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::fuzz;

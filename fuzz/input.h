@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/errors.h"
 #include "tests/support/error_of.h"
+#include "values/errors.h"
 
 // The entry of every target; its result is always 0.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

@@ -2,9 +2,9 @@
 #include <cmath>
 #include <utility>
 
-#include "component/text_helpers.h"
 #include "fuzz/input.h"
-#include "platform/variant.h"
+#include "support/text_helpers.h"
+#include "values/variant.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::fuzz;

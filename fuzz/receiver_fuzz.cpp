@@ -3,8 +3,8 @@
 
 #include "fuzz/input.h"
 #include "fuzz/loopback_peer.h"
-#include "platform/variant.h"
 #include "transport/apartment.h"
+#include "values/variant.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::fuzz;
@@ -42,12 +42,12 @@ class Receiver {
     socket.SetRemote("127.0.0.1", peer_.port(), std::nullopt);
     socket.Connect();
     peer_.Accept();
-    if (socket.State() != SocketState::Connected) Yield();
+    if (socket.State() != SocketState::Connected) WaitForEvent();
     std::size_t sent = 0;
     for (const std::string_view piece : Pieces(bytes, sizes)) {
       if (controls_.BlnRequestReady(slot_)) break;
       peer_.Send(piece);
-      Yield();
+      WaitForEvent();
       sent += piece.size();
       Compare(Read(bytes.substr(0, sent)));
     }
@@ -57,7 +57,7 @@ class Receiver {
 
  private:
   // Waits for the one event that must come.
-  void Yield() { apartment_.loop.YieldUntil(apartment_.clock.SteadyNow() + std::chrono::seconds(10)); }
+  void WaitForEvent() { apartment_.loop.RunUntil(apartment_.clock.SteadyNow() + std::chrono::seconds(10)); }
 
   void Compare(const Answer& expected) {
     Require(controls_.BlnRequestReady(slot_) == expected.ready, "an answer is whole with its announced bytes");
@@ -68,7 +68,7 @@ class Receiver {
   void End() {
     const bool ready = controls_.BlnRequestReady(slot_);
     peer_.EndSending();
-    if (!ready) Yield();
+    if (!ready) WaitForEvent();
     peer_.Drop();
     Require(controls_.BlnWinsockError(slot_) != ready, "a peer that ends too early is an error");
     Require(ready || controls_.StrWinsockError(slot_).starts_with("10054 - "), "its number is that of a reset");

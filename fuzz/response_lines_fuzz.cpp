@@ -1,8 +1,8 @@
 // The lines of an answer, and their sorting. Input: as many bytes to pass over as its first line has, that line's LF,
 // the answer.
 #include "fuzz/input.h"
-#include "platform/code_page.h"
-#include "transport/response_buffer.h"
+#include "support/response_buffer.h"
+#include "values/code_page.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::fuzz;

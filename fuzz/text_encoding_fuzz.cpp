@@ -1,7 +1,7 @@
 // Encode and Decode. Input: a text to encode, which is also decoded as it stands.
-#include "component/text_helpers.h"
 #include "fuzz/input.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
+#include "values/code_page.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::fuzz;

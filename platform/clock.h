@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-#include "platform/date_time.h"
+#include "values/date_time.h"
 
 namespace oxaqrycln {
 

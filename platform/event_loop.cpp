@@ -88,7 +88,7 @@ void EventLoop::Dispatch() {
   }
 }
 
-void EventLoop::Yield() {
+void EventLoop::RunReady() {
   RunPosted();
   RunDueTimers();
   if (!watched_.empty() && Poll(entries_, Clock::Duration::zero()) > 0) Dispatch();
@@ -101,7 +101,7 @@ void EventLoop::StayAwakeUntil(SteadyPoint until) const noexcept {
   }
 }
 
-void EventLoop::YieldUntil(SteadyPoint latest) {
+void EventLoop::RunUntil(SteadyPoint latest) {
   const bool posted = RunPosted();
   const SteadyPoint now = clock_.SteadyNow();
   Clock::Duration wait = Clock::Duration::zero();

@@ -41,9 +41,9 @@ class EventLoop {
   // Runs the timers that are due and nothing else; false when none was.
   bool RunDueTimers() { return RunDueTimers(clock_.SteadyNow()); }
   // Runs what is ready and returns at once.
-  void Yield();
+  void RunReady();
   // The same, but waits in the poller for something to run, at the latest until the time given.
-  void YieldUntil(SteadyPoint latest);
+  void RunUntil(SteadyPoint latest);
 
   // The next wait starts awake, for a few microseconds: what is waited for is likely to come before a thread that
   // falls asleep could be woken.

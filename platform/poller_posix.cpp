@@ -8,7 +8,7 @@
 #include <climits>
 #include <vector>
 
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "platform/clock.h"
 #include "platform/event_loop.h"
-#include "platform/socket_address.h"
+#include "platform/net/socket_address.h"
 #include "transport/form_controls.h"
 #include "transport/server_table.h"
 

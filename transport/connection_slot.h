@@ -9,11 +9,11 @@
 #include <string>
 #include <string_view>
 
-#include "component/log_writer.h"
 #include "platform/byte_block.h"
-#include "platform/open_files.h"
-#include "platform/socket_control.h"
-#include "platform/sorted_list.h"
+#include "platform/files/open_files.h"
+#include "platform/net/socket_control.h"
+#include "support/log_writer.h"
+#include "values/sorted_list.h"
 
 namespace oxaqrycln {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "component/trap.h"
-#include "platform/errors.h"
+#include "support/trap.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

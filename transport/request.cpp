@@ -3,13 +3,16 @@
 #include <chrono>
 #include <utility>
 
-#include "component/trap.h"
-#include "platform/code_page.h"
-#include "platform/errors.h"
+#include "support/trap.h"
+#include "transport/status_line.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {
 
+constexpr std::string_view kSeparator =
+    "--------------------------------------------------------------------------------";  // 80 dashes
 constexpr std::string_view kAllBusy = "All query servers are currently busy";
 
 // The steady time at which more second boundaries of the wall clock than allowed will have passed since now. Carried
@@ -90,7 +93,7 @@ class RequestExecution::Attempts {
       Exchange();
     }
     ExpiredNow();
-    owner_.apartment_->loop.Yield();
+    owner_.apartment_->loop.RunReady();
     RequireOwner();
     return !controls_.BlnRequestReady(slot()) && !expired_ && !controls_.BlnWinsockError(slot());
   }
@@ -107,7 +110,7 @@ class RequestExecution::Attempts {
     controls_.BlnWinsockError(slot(), false);
     socket_.Connect();
     while (socket_.State() != SocketState::Connected && !controls_.BlnWinsockError(slot()) && !ExpiredNow()) {
-      owner_.apartment_->loop.YieldUntil(deadline_);
+      owner_.apartment_->loop.RunUntil(deadline_);
       RequireOwner();
     }
   }
@@ -128,7 +131,7 @@ class RequestExecution::Attempts {
     servers_.At(server_).address = socket_.ConnectedAddress();
     Send();
     while (!controls_.BlnRequestReady(slot()) && !controls_.BlnWinsockError(slot()) && !ExpiredNow()) {
-      owner_.apartment_->loop.YieldUntil(deadline_);
+      owner_.apartment_->loop.RunUntil(deadline_);
       RequireOwner();
     }
     if (controls_.BlnWinsockError(slot())) {
@@ -190,6 +193,26 @@ bool RequestExecution::Request(const Message& message, std::string* errorText) {
       [&](const RuntimeError& why) {
         if (errorText == nullptr) return;
         *errorText = "General processing error: " + std::to_string(why.number()) + " - " + why.description();
+      });
+}
+
+bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
+                std::string& errorText) {
+  return Trap(
+      log, "InitBuffer", false,
+      [&](bool& result) {
+        buffer.Clear();
+        log.Write(bytInfo, kSeparator);
+        log.Write(bytInfo, "Processing request: ", request);
+        if (!execution.Request({.request = request}, &errorText)) return;
+        ByteBlock response = execution.TakeResponse();
+        const auto start = DataStart(response.View(), errorText);
+        if (!start) return;
+        buffer.Assign(std::move(response), *start);
+        result = true;
+      },
+      [&](const RuntimeError& why) {
+        errorText = "General processing error: " + std::to_string(why.number()) + " - " + why.description();
       });
 }
 

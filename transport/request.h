@@ -10,7 +10,8 @@
 #include <string_view>
 
 #include "platform/byte_block.h"
-#include "platform/send_source.h"
+#include "platform/net/send_source.h"
+#include "support/response_buffer.h"
 #include "transport/apartment.h"
 #include "transport/request_text.h"
 
@@ -57,6 +58,11 @@ class RequestExecution {
   bool isAbandoned_ = false;
   ByteBlock response_;
 };
+
+// Sends a command part and fills the buffer from a successful answer; the read position is then 0. On failure the
+// buffer is empty, errorText says why, and the result is false.
+bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
+                std::string& errorText);
 
 }  // namespace oxaqrycln
 

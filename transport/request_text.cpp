@@ -1,7 +1,7 @@
 #include "transport/request_text.h"
 
-#include "component/text_helpers.h"
-#include "component/trap.h"
+#include "support/text_helpers.h"
+#include "support/trap.h"
 
 namespace oxaqrycln {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "component/log_writer.h"
-#include "platform/variant.h"
+#include "support/log_writer.h"
 #include "transport/server_table.h"
+#include "values/variant.h"
 
 namespace oxaqrycln {
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "component/text_helpers.h"
-#include "component/trap.h"
-#include "platform/errors.h"
-#include "platform/variant.h"
+#include "support/text_helpers.h"
+#include "support/trap.h"
+#include "values/errors.h"
+#include "values/variant.h"
 
 namespace oxaqrycln {
 namespace {
@@ -66,7 +66,7 @@ std::int16_t ServerTable::GetFreeServer(bool printOnly, std::string_view session
       *busyReport += "\r\nServer #" + std::to_string(number) + " (" + entry.host + ":" + std::to_string(entry.port) +
                      "): in use by session " + entry.session + " since " + entry.since.ToText();
     }
-    loop_.Yield();
+    loop_.RunReady();
     if (number == Count()) break;
   }
   return 0;
@@ -79,7 +79,7 @@ std::int16_t ServerTable::CheckReleaseBusyServer() {
       entry.busy = false;
       return number;
     }
-    loop_.Yield();
+    loop_.RunReady();
     if (number == Count()) break;
   }
   return 0;

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "component/log_writer.h"
 #include "platform/event_loop.h"
-#include "platform/socket_address.h"
+#include "platform/net/socket_address.h"
+#include "support/log_writer.h"
 
 namespace oxaqrycln {
 

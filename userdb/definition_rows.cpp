@@ -1,8 +1,8 @@
 #include "userdb/definition_rows.h"
 
-#include "platform/code_page.h"
-#include "platform/errors.h"
 #include "userdb/sql_values.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <tuple>
 
-#include "platform/database.h"
-#include "platform/variant.h"
+#include "platform/database/database.h"
+#include "values/variant.h"
 
 namespace oxaqrycln {
 

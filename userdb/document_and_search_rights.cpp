@@ -3,9 +3,9 @@
 
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/errors.h"
 #include "userdb/definition_rows.h"
 #include "userdb/sql_values.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

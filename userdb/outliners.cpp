@@ -6,10 +6,10 @@
 
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "platform/code_page.h"
-#include "platform/errors.h"
 #include "userdb/definition_rows.h"
 #include "userdb/sql_values.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "platform/database.h"
-#include "platform/variant.h"
+#include "platform/database/database.h"
+#include "values/variant.h"
 
 namespace oxaqrycln {
 

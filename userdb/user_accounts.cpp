@@ -3,9 +3,9 @@
 
 #include "component/clsQuery.h"
 #include "component/query_state.h"
-#include "component/text_helpers.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
 #include "userdb/sql_values.h"
+#include "values/errors.h"
 
 // A parameter and a public variable are both laid down as strTELOUser; no method here uses the variable.
 #pragma GCC diagnostic ignored "-Wshadow"

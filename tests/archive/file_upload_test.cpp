@@ -7,9 +7,9 @@
 #include <functional>
 
 #include "archive/multipart_body.h"
-#include "platform/errors.h"
-#include "platform/scripting_context.h"
+#include "component/scripting_context.h"
 #include "tests/support/page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/code_page.h"
 #include "tests/archive/hit_lines.h"
 #include "tests/support/page.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/archive/hit_lines.h"
 #include "tests/support/page.h"
 

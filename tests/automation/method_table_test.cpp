@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/errors.h"
 #include "tests/support/error_of.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "automation/method_table.h"
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {

@@ -11,14 +11,14 @@
 #include <memory>
 #include <string>
 
-#include "platform/database.h"
-#include "platform/errors.h"
-#include "platform/objects.h"
-#include "platform/odbc_connection.h"
-#include "platform/scripting_context.h"
+#include "component/objects.h"
+#include "component/scripting_context.h"
+#include "platform/database/database.h"
+#include "platform/database/odbc_connection.h"
 #include "platform/timer.h"
 #include "tests/support/page.h"
 #include "transport/apartment.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # package_test.sh SOURCE BUILD CMAKE COMPILER [FLAG ...] - what was built, as others get it: installs BUILD, moves the
 # installed tree, builds the example through find_package() and through pkg-config, and runs it against the installed
-# devserver. FLAGS are the sanitizers or counters that the libraries were built with.
+# devserver. FLAGS are the sanitizers or counters that the library was built with.
 
 set -euo pipefail
 
@@ -31,12 +31,12 @@ tree="$work/other place/moved"
 mv "$work/first" "$tree"
 
 printf 'What is installed\n'
-libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.so')")
+libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.a')")
 for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/oxaqry.1 \
   share/man/man3/oxaqrycln.3 share/bash-completion/completions/oxaqry share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
   [[ -s $tree/$file ]] || fail "$file is not installed"
 done
-[[ -s $libdir/liboxaqrycln.a ]] || fail "the static library is not installed"
+[[ -s $libdir/liboxaqrycln.a ]] || fail "the library is not installed"
 for path in "$source" "$build" "$work/first"; do
   ! grep -rIlF -- "$path" "$libdir/cmake" "$libdir/pkgconfig" "$tree/include" ||
     fail "an installed file names $path"
@@ -51,9 +51,9 @@ printf 'Programs through find_package\n'
 
 printf 'A program through pkg-config\n'
 export PKG_CONFIG_PATH=$libdir/pkgconfig
-# --dont-define-prefix: the file itself has to know where it stands.
+# --dont-define-prefix: the file itself has to find its prefix.
 options=$(pkg-config --dont-define-prefix --cflags --libs oxaqrycln)
-# The place has a blank in its name, which pkg-config quotes for the shell.
+# The path has a blank, which pkg-config quotes for the shell.
 eval "'$compiler' $flags -o '$work/by_pkg_config' '$source/examples/first_query/main.cpp' $options"
 
 printf 'Running them\n'
@@ -67,8 +67,7 @@ for ((tries = 0; tries < 100; ++tries)); do
 done
 [[ -n $port ]] || fail "devserver does not listen: $(cat "$work/devserver.log")"
 export ARCHIVE_PASSWORD=secret
-for program in consumer/first_query/first_query consumer/first_query_static by_pkg_config; do
-  if [[ $program == by_pkg_config ]]; then export LD_LIBRARY_PATH=$libdir; fi
+for program in consumer/first_query/first_query by_pkg_config; do
   output=$("$work/$program" "127.0.0.1,$port" pipes 2>&1) || fail "$program: $output"
   [[ $output == [1-9]*" hits"$'\n'*"copper pipes"* ]] || fail "$program printed: $output"
 done

@@ -48,16 +48,16 @@ TEST_F(EventLoopTest, TellsEveryReadySinkUnlessAnotherOneEndsItsWatch) {
   Counter two(mayEndBoth);
   firstWatch = loop.Watch(first[0], Ready::Read, one);
   secondWatch = loop.Watch(second[0], Ready::Read, two);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(one.count + two.count, 0);
   ASSERT_EQ(write(first[1], "x", 1) + write(second[1], "x", 1), 2);
-  loop.YieldUntil(clock.SteadyNow() + 10s);
+  loop.RunUntil(clock.SteadyNow() + 10s);
   EXPECT_EQ(one.count, 1);
   EXPECT_EQ(two.count, 1);
   ends = true;
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(one.count + two.count, 3);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(one.count + two.count, 3);
   for (const int end : {first[0], first[1], second[0], second[1]}) close(end);
 }
@@ -69,12 +69,12 @@ TEST_F(EventLoopTest, RunsPostedCallsOnceAndThoseTheyPostInTheNextYield) {
     loop.Post([&] { calls += 10; });
   });
   const auto start = clock.SteadyNow();
-  loop.YieldUntil(start + 20s);  // does not wait: it had something to run
+  loop.RunUntil(start + 20s);  // does not wait: it had something to run
   EXPECT_LT(clock.SteadyNow() - start, 10s);
   EXPECT_EQ(calls, 1);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(calls, 11);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(calls, 11);
 }
 
@@ -82,28 +82,28 @@ TEST_F(EventLoopTest, WakesForATimerThatIsNeverTwiceAtOnceAndNotStarvedBySetting
   int ticks = 0;
   Timer timer(loop, 10s, [&] {
     ++ticks;
-    loop.Yield();  // a tick that yields does not tick again
+    loop.RunReady();  // a tick that yields does not tick again
   });
   timer.Enable(true);
   clock.Advance(9s);
   timer.SetInterval(10s);
   timer.Enable(true);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(ticks, 0);
   clock.Advance(1s);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(ticks, 1);
   clock.Advance(35s);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(ticks, 2);
   timer.SetInterval(20ms);
   const auto start = clock.SteadyNow();
-  loop.YieldUntil(start + 20s);
+  loop.RunUntil(start + 20s);
   EXPECT_LT(clock.SteadyNow() - start, 10s);
   EXPECT_EQ(ticks, 3);
   timer.Enable(false);
   clock.Advance(60s);
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(ticks, 3);
 }
 
@@ -116,9 +116,9 @@ TEST_F(EventLoopTest, APostedCallThatThrowsLosesNoOtherOne) {
   });
   loop.Post([&] { order += 'b'; });
   loop.Post([&] { order += 'c'; });
-  EXPECT_THROW(loop.Yield(), std::runtime_error);
+  EXPECT_THROW(loop.RunReady(), std::runtime_error);
   EXPECT_EQ(order, "a");
-  loop.Yield();
+  loop.RunReady();
   EXPECT_EQ(order, "abcd");
 }
 

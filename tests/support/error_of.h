@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "platform/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::testing {
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <string>
 
+#include "support/response_buffer.h"
 #include "tests/support/temporary_directory.h"
 #include "transport/apartment.h"
 #include "transport/request.h"
-#include "transport/response_buffer.h"
 
 namespace oxaqrycln::testing {
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/errors.h"
 #include "tests/support/temporary_directory.h"
 #include "transport/apartment.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -12,7 +12,7 @@
 #include <semaphore>
 #include <thread>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/requester.h"
 #include "tests/support/scripted_server.h"
 

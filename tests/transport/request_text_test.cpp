@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/requester.h"
 
 namespace oxaqrycln::testing {

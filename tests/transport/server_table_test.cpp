@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "component/text_helpers.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
 #include "tests/support/requester.h"
 #include "tests/support/temporary_directory.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::testing {
 namespace {
@@ -102,13 +102,13 @@ TEST_F(ServerTableTest, TheFormsTimerFreesOneStaleServerATick) {
   servers.GetFreeServer(false, "S");
   servers.GetFreeServer(false, "S");
   apartment.clock.Advance(7min);
-  apartment.loop.Yield();
+  apartment.loop.RunReady();
   EXPECT_FALSE(servers.At(1).busy);
   EXPECT_TRUE(servers.At(2).busy);
-  apartment.loop.Yield();
+  apartment.loop.RunReady();
   EXPECT_TRUE(servers.At(2).busy);
   apartment.clock.Advance(10s);
-  apartment.loop.Yield();
+  apartment.loop.RunReady();
   EXPECT_FALSE(servers.At(2).busy);
 }
 

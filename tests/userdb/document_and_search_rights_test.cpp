@@ -1,9 +1,9 @@
 #include <string>
 #include <tuple>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/page.h"
-#include "tests/userdb/test_database.h"
+#include "tests/support/test_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

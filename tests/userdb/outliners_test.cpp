@@ -5,7 +5,7 @@
 
 #include "tests/support/in_own_thread.h"
 #include "tests/support/page.h"
-#include "tests/userdb/test_database.h"
+#include "tests/support/test_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "component/text_helpers.h"
-#include "platform/objects.h"
-#include "platform/odbc_connection.h"
+#include "component/objects.h"
+#include "platform/database/odbc_connection.h"
+#include "support/text_helpers.h"
 #include "tests/support/in_own_thread.h"
 #include "tests/support/page.h"
-#include "tests/userdb/test_database.h"
+#include "tests/support/test_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

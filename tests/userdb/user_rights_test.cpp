@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/page.h"
-#include "tests/userdb/test_database.h"
+#include "tests/support/test_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

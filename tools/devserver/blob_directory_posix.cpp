@@ -10,11 +10,11 @@
 #include <random>
 #include <system_error>
 
-#include "platform/errors.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "tools/devserver/blob_directory.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/request.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {

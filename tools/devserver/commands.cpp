@@ -4,7 +4,6 @@
 #include <array>
 
 #include "component/version.h"
-#include "platform/code_page.h"
 #include "tools/devserver/change_commands.h"
 #include "tools/devserver/content_commands.h"
 #include "tools/devserver/document_commands.h"
@@ -12,6 +11,7 @@
 #include "tools/devserver/hit_list.h"
 #include "tools/devserver/hit_list_printing.h"
 #include "tools/devserver/transport_orders.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <limits>
 
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
 #include "tools/devserver/answer_text.h"
 #include "tools/devserver/documents.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/page_image.h"
 #include "tools/devserver/page_source.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/code_page.h"
 #include "tools/devserver/errors.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/code_page.h"
 #include "tools/devserver/answer_text.h"
 #include "tools/devserver/errors.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

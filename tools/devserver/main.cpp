@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "component/version.h"
-#include "platform/code_page.h"
-#include "platform/socket_address.h"
+#include "platform/net/socket_address.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/request.h"
 #include "tools/devserver/sample_archive.h"
 #include "tools/devserver/server.h"
 #include "tools/devserver/service.h"
+#include "values/code_page.h"
 
 namespace {
 

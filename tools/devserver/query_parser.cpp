@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/code_page.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/request.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

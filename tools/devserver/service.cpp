@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tools/devserver/commands.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/request.h"

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
 #include "tools/devserver/answer_text.h"
 #include "tools/devserver/documents.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/page_source.h"
 #include "tools/devserver/query_parser.h"
 #include "tools/devserver/request.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -1,8 +1,8 @@
 #include "tools/oxaqry/answers.h"
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/settings.h"
 #include "tools/oxaqry/table.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

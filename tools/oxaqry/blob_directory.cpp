@@ -1,8 +1,8 @@
 #include "tools/oxaqry/blob_directory.h"
 
-#include "platform/code_page.h"
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "tools/oxaqry/table.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 

@@ -3,7 +3,6 @@
 #include <ostream>
 #include <random>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/blob_directory.h"
 #include "tools/oxaqry/document_access.h"
@@ -11,6 +10,7 @@
 #include "tools/oxaqry/new_file.h"
 #include "tools/oxaqry/request_watch.h"
 #include "tools/oxaqry/table.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -3,9 +3,9 @@
 #include <istream>
 
 #include "component/version.h"
-#include "platform/code_page.h"
-#include "platform/connection_string.h"
-#include "platform/errors.h"
+#include "platform/database/connection_string.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

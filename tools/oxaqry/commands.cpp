@@ -4,10 +4,10 @@
 #include <ostream>
 #include <vector>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

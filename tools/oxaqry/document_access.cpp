@@ -4,9 +4,9 @@
 #include <iostream>
 #include <iterator>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/table.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <string_view>
 
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/commands.h"
 #include "tools/oxaqry/table.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -2,11 +2,11 @@
 #include <array>
 #include <ostream>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/document_access.h"
 #include "tools/oxaqry/document_commands.h"
 #include "tools/oxaqry/table.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

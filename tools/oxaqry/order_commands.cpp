@@ -4,13 +4,13 @@
 #include <limits>
 #include <ostream>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/blob_directory.h"
 #include "tools/oxaqry/hit_order.h"
 #include "tools/oxaqry/progress.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

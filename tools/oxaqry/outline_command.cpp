@@ -3,11 +3,11 @@
 #include <ostream>
 #include <vector>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_database.h"
 #include "tools/oxaqry/user_lists.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

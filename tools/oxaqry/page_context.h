@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/scripting_context.h"
+#include "component/scripting_context.h"
 
 namespace oxaqrycln {
 

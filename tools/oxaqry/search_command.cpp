@@ -2,13 +2,13 @@
 #include <ostream>
 #include <vector>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/commands.h"
 #include "tools/oxaqry/document_name.h"
 #include "tools/oxaqry/hit_order.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

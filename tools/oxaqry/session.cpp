@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "automation/method_table.h"
-#include "platform/errors.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

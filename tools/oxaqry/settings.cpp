@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "automation/method_table.h"
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <ostream>
 
-#include "platform/code_page.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

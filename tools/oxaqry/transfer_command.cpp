@@ -3,7 +3,7 @@
 #include <limits>
 #include <ostream>
 
-#include "platform/files.h"
+#include "platform/files/files.h"
 #include "tools/oxaqry/answers.h"
 #include "tools/oxaqry/blob_directory.h"
 #include "tools/oxaqry/new_file.h"

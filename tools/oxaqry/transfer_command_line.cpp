@@ -5,10 +5,10 @@
 #include <limits>
 #include <memory>
 
-#include "component/text_helpers.h"
-#include "platform/errors.h"
+#include "support/text_helpers.h"
 #include "tools/oxaqry/command_parser.h"
 #include "tools/oxaqry/transfer_commands.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

@@ -1,10 +1,10 @@
 // The commands "user add", "user passwd", "user check" and "user must-change".
 #include <ostream>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "platform/code_page.h"
-#include "platform/database.h"
-#include "platform/errors.h"
-#include "platform/objects.h"
-#include "platform/odbc_connection.h"
+#include "component/objects.h"
+#include "platform/database/database.h"
+#include "platform/database/odbc_connection.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
 #include "userdb/sql_values.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

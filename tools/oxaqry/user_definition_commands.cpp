@@ -1,11 +1,11 @@
 // The commands "user doc-rights" and "user search-rights".
 #include <ostream>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/user_lists.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -3,10 +3,10 @@
 #include <array>
 #include <ostream>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <set>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tools/oxaqry/document_access.h"
 #include "tools/oxaqry/interruption.h"
 #include "tools/oxaqry/user_commands.h"

@@ -1,7 +1,7 @@
 // The command "user init".
 #include <ostream>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tools/oxaqry/user_commands.h"
 #include "tools/oxaqry/user_schema.h"
 #include "tools/oxaqry/value_json.h"

@@ -1,8 +1,8 @@
 #include "tools/oxaqry/user_lists.h"
 
-#include "platform/code_page.h"
-#include "platform/errors.h"
 #include "tools/oxaqry/settings.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 

@@ -2,7 +2,7 @@
 
 #include <istream>
 
-#include "platform/code_page.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

@@ -5,10 +5,10 @@
 #include <limits>
 #include <utility>
 
-#include "platform/base64.h"
-#include "platform/code_page.h"
-#include "platform/errors.h"
 #include "tools/oxaqry/page_context.h"
+#include "values/base64.h"
+#include "values/code_page.h"
+#include "values/errors.h"
 
 namespace oxaqrycln {
 namespace {

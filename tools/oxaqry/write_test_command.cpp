@@ -5,10 +5,10 @@
 #include <ostream>
 #include <random>
 
-#include "platform/code_page.h"
 #include "tools/oxaqry/commands.h"
 #include "tools/oxaqry/table.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln {
 namespace {

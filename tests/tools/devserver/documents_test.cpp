@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/code_page.h"
 #include "tests/tools/devserver/wire_client.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
 #include "tests/tools/devserver/fetched_content.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "component/version.h"
-#include "platform/code_page.h"
 #include "tests/tools/devserver/wire_client.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

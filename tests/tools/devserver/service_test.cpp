@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "component/text_helpers.h"
-#include "platform/code_page.h"
+#include "support/text_helpers.h"
 #include "tools/devserver/errors.h"
 #include "tools/devserver/sample_archive.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {

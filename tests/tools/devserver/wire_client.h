@@ -13,7 +13,7 @@
 #include <string_view>
 #include <thread>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tools/devserver/sample_archive.h"
 #include "tools/devserver/server.h"
 #include "tools/devserver/service.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "automation/method_table.h"
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/oxaqry/value_json.h"

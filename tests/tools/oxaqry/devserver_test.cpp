@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "component/text_helpers.h"
+#include "support/text_helpers.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/wire_client.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"

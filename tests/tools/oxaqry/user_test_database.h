@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/test_database.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tests/userdb/test_database.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln::testing {

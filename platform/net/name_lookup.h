@@ -1,0 +1,42 @@
+// name_lookup.h - the lookup of one host name on a thread of its own, so that the apartment does not block.
+// Dropping it abandons the lookup: its result is thrown away, its descriptors are closed at once.
+#ifndef OXAQRYCLN_PLATFORM_NET_NAME_LOOKUP_H_
+#define OXAQRYCLN_PLATFORM_NET_NAME_LOOKUP_H_
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/event_loop.h"
+#include "platform/net/socket_address.h"
+
+namespace oxaqrycln {
+
+class NameLookup final : private ReadySink {
+ public:
+  // At most so many look-ups run at once in the process, abandoned ones included: a name server that does not answer
+  // must not fill the process with threads.
+  static constexpr int kMostAtOnce = 16;
+
+  // Starts at once; done is called once, inside a yield of the loop. Raises a socket error: kTryAgain when as many as
+  // allowed are running, kNoBufferSpace when the system has no thread or descriptor left.
+  NameLookup(EventLoop& loop, std::string host, Resolver resolver, std::function<void(LookupResult)> done);
+  ~NameLookup();
+  NameLookup(const NameLookup&) = delete;
+  NameLookup& operator=(const NameLookup&) = delete;
+
+ private:
+  struct Shared;  // what the thread and this object both hold
+  void OnReady(Ready found) override;
+  void Stop() noexcept;
+
+  EventLoop& loop_;
+  std::function<void(LookupResult)> done_;
+  std::shared_ptr<Shared> shared_;
+  NativeSocket wakeRead_ = kNoSocket;
+  EventLoop::WatchId watch_ = 0;
+};
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_NET_NAME_LOOKUP_H_

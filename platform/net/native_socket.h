@@ -1,0 +1,50 @@
+// native_socket.h - the bare calls of a TCP client socket, never blocking; errors are Winsock numbers on every
+// platform.
+#ifndef OXAQRYCLN_PLATFORM_NET_NATIVE_SOCKET_H_
+#define OXAQRYCLN_PLATFORM_NET_NATIVE_SOCKET_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/net/socket_address.h"
+#include "platform/poller.h"
+
+namespace oxaqrycln {
+
+// Winsock error numbers the component itself names.
+namespace socket_error {
+inline constexpr std::int32_t kWouldBlock = 10035;
+inline constexpr std::int32_t kAddressNotAvailable = 10049;
+inline constexpr std::int32_t kConnectionReset = 10054;
+inline constexpr std::int32_t kNoBufferSpace = 10055;
+inline constexpr std::int32_t kHostNotFound = 11001;
+inline constexpr std::int32_t kTryAgain = 11002;
+}  // namespace socket_error
+
+// What a Winsock error number means; "Socket error" for an unknown one.
+std::string_view SocketErrorDescription(std::int32_t number) noexcept;
+
+// The outcome of a call: how many bytes, or an error number other than 0.
+struct Transferred {
+  std::size_t byteCount = 0;
+  std::int32_t error = 0;
+};
+
+// A new non-blocking socket that starts to connect. error is 0 when connected at once, kWouldBlock while under way.
+struct Connecting {
+  NativeSocket socket = kNoSocket;
+  std::int32_t error = 0;
+};
+Connecting StartConnect(const SocketAddress& address, std::uint16_t port) noexcept;
+// The error a connect under way ended with, 0 for none.
+std::int32_t PendingError(NativeSocket socket) noexcept;
+Transferred Send(NativeSocket socket, std::string_view bytes) noexcept;
+// 0 bytes without an error: the peer has closed.
+Transferred Receive(NativeSocket socket, char* to, std::size_t room) noexcept;
+void SetReceiveWindow(NativeSocket socket, std::int32_t byteCount) noexcept;
+void CloseSocket(NativeSocket socket) noexcept;
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_NET_NATIVE_SOCKET_H_

@@ -1,0 +1,38 @@
+// trap.h - the one place where errors of a routine are caught: logged, and turned into the routine's failure value.
+#ifndef OXAQRYCLN_SUPPORT_TRAP_H_
+#define OXAQRYCLN_SUPPORT_TRAP_H_
+
+#include <string_view>
+#include <utility>
+
+#include "support/log_writer.h"
+
+namespace oxaqrycln {
+
+// Runs body(result) with result starting as the failure value and returns what result holds at its end, also when an
+// error ended it; then the component error line is written and failed(error) called first. Lets nothing out, not even
+// an error of failed.
+template <typename Result, typename Body, typename Failed>
+Result Trap(const SessionLog& log, std::string_view routine, Result failure, Body&& body, Failed&& failed) {
+  Result result(std::move(failure));
+  try {
+    body(result);
+  } catch (...) {
+    const RuntimeError error = CurrentError();
+    log.WriteProcessingError(routine, error);
+    try {
+      failed(error);
+    } catch (...) {  // no memory is left for the error text
+    }
+  }
+  return result;
+}
+
+template <typename Result, typename Body>
+Result Trap(const SessionLog& log, std::string_view routine, Result failure, Body&& body) {
+  return Trap(log, routine, std::move(failure), std::forward<Body>(body), [](const RuntimeError&) {});
+}
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_SUPPORT_TRAP_H_

@@ -1,0 +1,72 @@
+#include "support/response_buffer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <random>
+
+#include "tests/support/allocations.h"
+#include "tests/support/requester.h"
+#include "tests/support/scripted_server.h"
+#include "values/code_page.h"
+#include "values/errors.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+ByteBlock Block(std::string_view text) {
+  ByteBlock block;
+  block.Append(text);
+  return block;
+}
+
+std::vector<std::string> Lines(const ResponseBuffer& buffer) {
+  std::vector<std::string> lines;
+  for (std::int32_t i = 0; i < buffer.Count(); ++i) lines.emplace_back(buffer.Line(i));
+  return lines;
+}
+
+TEST(ResponseBuffer, SortsByTheUpperCasedLinesInTwelveBytesALine) {
+  constexpr std::int32_t kLines = 20'000;
+  std::mt19937 random(7);
+  const auto any = [&](std::uint32_t i) {
+    std::string line(i % 12, '\0');
+    for (char& each : line) each = std::string_view("aAbB,z\xE4\xC4\0", 9)[random() % 9];
+    return line;
+  };
+  struct Case {
+    const char* name;
+    std::function<std::string(std::uint32_t)> line;
+  };
+  for (const Case& each :
+       {Case{"any characters", any}, Case{"empty lines", [](std::uint32_t) { return std::string(); }},
+        Case{"one letter", [](std::uint32_t i) { return std::string(1, static_cast<char>('a' + i % 26)); }},
+        Case{"a long common start",
+             [](std::uint32_t i) { return (i % 2 == 0 ? "channel " : "CHANNEL ") + std::to_string(i % 977); }},
+        Case{"each is the start of the next", [](std::uint32_t i) { return std::string(i % 200, 'x'); }},
+        Case{"two that agree for half a million characters",
+             [](std::uint32_t i) { return std::string(i < 2 ? 500'000 : 0, 'x'); }}}) {
+    std::string text;
+    std::vector<std::string> lines;
+    for (std::int32_t i = 0; i < kLines; ++i) {
+      lines.push_back(each.line(static_cast<std::uint32_t>(i) * 7919U % kLines));
+      text += lines.back() + "\r\n";
+    }
+    ResponseBuffer buffer;
+    buffer.Assign(Block(text), 0);
+    const auto shared = buffer.Share();
+    const AllocationPeak peak;
+    buffer.Sort();
+    EXPECT_LE(peak.ByteCount(), 12U * kLines + 4096) << each.name;
+    EXPECT_EQ(shared->Line(1), lines[1]) << each.name;  // what was shared keeps its order
+    std::vector<std::pair<std::string, std::string>> keyed;
+    for (const std::string& line : lines) keyed.emplace_back(UpperCase(line), line);
+    std::ranges::stable_sort(keyed, {}, &std::pair<std::string, std::string>::first);
+    std::ranges::transform(keyed, lines.begin(), &std::pair<std::string, std::string>::second);
+    EXPECT_TRUE(Lines(buffer) == lines) << each.name;
+  }
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing

@@ -1,0 +1,71 @@
+#include "tests/support/test_database.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "component/objects.h"
+#include "support/text_helpers.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+std::string ReadAll(const char* path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::shared_ptr<Connection> Open(const std::string& connectionString) {
+  auto connection = std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"));
+  connection->Open(connectionString);
+  return connection;
+}
+
+std::string Postgres(const std::string& database) {
+  // With drivers that leave no log behind.
+  const std::string directory = std::filesystem::path(OXAQRYCLN_POSTGRES).parent_path().string();
+  setenv("ODBCSYSINI", directory.c_str(), 1);  // NOLINT: before other threads are there
+  return ReadAll(OXAQRYCLN_POSTGRES) + database;
+}
+
+}  // namespace
+
+bool IsThere(Kind kind) { return kind == Kind::Sqlite || std::ifstream(OXAQRYCLN_POSTGRES).good(); }
+
+TestDatabase::TestDatabase(Kind kind, bool hasTables, const std::string& statements) : kind_(kind) {
+  if (kind == Kind::Sqlite) {
+    connectionString_ = "Driver={SQLite3};Database=" + directory_.File("users.sqlite");
+  } else {
+    name_ = "test_" + std::to_string(getpid());
+    Open(Postgres("postgres"))->Execute("CREATE DATABASE " + name_);
+    connectionString_ = Postgres(name_);
+  }
+  std::string schema;
+  const std::string text = hasTables ? ReadAll(OXAQRYCLN_SCHEMA) : "";
+  for (const std::string_view line : Split(text, '\n')) {
+    if (!line.starts_with("--")) schema.append(line).append("\n");
+  }
+  Run(schema + statements);
+}
+
+TestDatabase::~TestDatabase() {
+  if (kind_ == Kind::Postgres) Open(Postgres("postgres"))->Execute("DROP DATABASE " + name_ + " WITH (FORCE)");
+}
+
+std::shared_ptr<Connection> TestDatabase::Connect() const { return Open(connectionString_); }
+
+Variant TestDatabase::Run(const std::string& statements) const {
+  const auto connection = Connect();
+  Variant first;
+  for (const std::string_view statement : Split(statements, ';')) {
+    if (statement.find_first_not_of(" \n") == std::string_view::npos) continue;
+    const auto rows = connection->Execute(statement);
+    first = rows->EndOfRows() ? Variant() : rows->Field(0);
+  }
+  return first;
+}
+
+}  // namespace oxaqrycln::testing

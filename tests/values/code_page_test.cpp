@@ -1,0 +1,28 @@
+#include "values/code_page.h"
+
+#include <gtest/gtest.h>
+
+namespace oxaqrycln {
+namespace {
+
+TEST(CodePage, EveryByteSurvivesTheWayToUtf8AndBack) {
+  std::string all;
+  for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
+  EXPECT_EQ(FromUtf8(ToUtf8(all)), all);
+  EXPECT_EQ(ToUtf8("\x80 \xE4"), "\u20AC \u00E4");
+}
+
+TEST(CodePage, RefusesWhatIsNotWellFormedOrHasNoPlace) {
+  for (const char* bad :
+       {"\xC3", "\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\u0100", "\U0001F600", "\xE0\x81\x81"}) {
+    EXPECT_EQ(FromUtf8(bad), std::nullopt) << bad;
+  }
+}
+
+TEST(CodePage, MapsTheCaseOfItsOwnLetters) {
+  EXPECT_EQ(UpperCase("az\xE4\xFE\xF7\xDF\x9A\x9C\x9E\xFF\xB5"), "AZ\xC4\xDE\xF7\xDF\x8A\x8C\x8E\x9F\xB5");
+  EXPECT_EQ(LowerCase("AZ\xC4\xD7\x9F"), "az\xE4\xD7\xFF");
+}
+
+}  // namespace
+}  // namespace oxaqrycln

@@ -1,0 +1,82 @@
+#include "values/variant.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "tests/support/error_of.h"
+#include "values/errors.h"
+
+namespace oxaqrycln {
+namespace {
+
+using testing::ErrorOf;
+
+TEST(Variant, TakesATextOverOneOfAnyLength) {
+  std::string text;
+  for (std::size_t length = 0; length < 40; ++length) {
+    text += static_cast<char>('a' + length % 26);
+    for (const std::size_t former : {length + 1, length, std::size_t{0}, std::size_t{50}}) {
+      Variant value = std::string(former, '?');
+      value.AssignText(text);
+      EXPECT_EQ(value, Variant(text)) << former;
+    }
+    std::string shifted = text + "!";
+    CopyShort(shifted.data() + 1, shifted.data(), text.size());
+    EXPECT_EQ(shifted, text.substr(0, 1) + text);
+  }
+}
+
+TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
+  struct Case {
+    const char* text;
+    std::int32_t value;
+  };
+  for (const Case& each :
+       {Case{" 12 ", 12}, Case{"-7", -7}, Case{"+7", 7}, Case{"2.5", 2}, Case{"3.5", 4}, Case{"-2.5", -2},
+        Case{"1e3", 1000}, Case{".5", 0}, Case{"1E-400", 0}, Case{"007", 7}, Case{"2147483647.4", 2147483647}}) {
+    EXPECT_EQ(Variant(each.text).ToLong(), each.value) << each.text;
+  }
+  for (const char* large : {"2147483648", "1e400"}) EXPECT_EQ(ErrorOf([&] { Variant(large).ToLong(); }), 6) << large;
+  for (const char* bad : {"", "abc", "1x", "- 1", "--1", "inf", "nan", "0x10", "1e", "True"}) {
+    EXPECT_EQ(ErrorOf([&] { Variant(bad).ToLong(); }), 13) << bad;
+  }
+}
+
+TEST(Variant, ConvertsBetweenTypesAndRefusesWhatDoesNotFit) {
+  EXPECT_EQ(Variant(true).ToLong(), -1);
+  EXPECT_EQ(Variant(2.5).ToInteger(), 2);
+  EXPECT_EQ(Variant().ToLong(), 0);
+  EXPECT_TRUE(Variant("-3").ToBoolean());
+  EXPECT_TRUE(Variant(" tRUE ").ToBoolean());
+  EXPECT_FALSE(Variant("0").ToBoolean());
+  EXPECT_EQ(Variant("15.11.2026 20:31").ToDate().ToIso(), "2026-11-15T20:31:00");
+  EXPECT_EQ(Variant("2026-11-15").ToDate().ToIso(), "2026-11-15T00:00:00");
+  EXPECT_EQ(ErrorOf([] { Variant(32768).ToInteger(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant(256).ToByte(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant(-1).ToByte(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant(std::numeric_limits<double>::quiet_NaN()).ToLong(); }), 6);
+  EXPECT_EQ(ErrorOf([] { Variant::Null().ToLong(); }), 94);
+  EXPECT_EQ(ErrorOf([] { Variant(Missing).ToLong(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant("yes").ToBoolean(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant("x").ToObject(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant(Variant::ObjectRef()).ToObject(); }), 91);
+}
+
+TEST(Variant, ConcatenatesAsText) {
+  struct Case {
+    Variant value;
+    const char* text;
+  };
+  for (const Case& each :
+       {Case{Variant(), ""}, Case{Variant::Null(), ""}, Case{false, "False"}, Case{true, "True"},
+        Case{std::uint8_t{7}, "7"}, Case{-5, "-5"}, Case{2.5, "2.5"}, Case{0.1, "0.1"}, Case{1e20, "1E+20"},
+        Case{-0.5, "-0.5"}, Case{3.0, "3"}, Case{DateTime::FromCivil({2026, 1, 2, 0, 0, 0}), "02.01.2026"}}) {
+    EXPECT_EQ(each.value.ToText(), each.text) << each.value.TypeName();
+  }
+  EXPECT_EQ(ErrorOf([] { Variant(Missing).ToText(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant(Variant::Bytes{1}).ToText(); }), 13);
+}
+
+}  // namespace
+}  // namespace oxaqrycln

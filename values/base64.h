@@ -1,0 +1,17 @@
+// base64.h - Base64 as RFC 4648 has it: the common alphabet, padding, no line breaks.
+#ifndef OXAQRYCLN_VALUES_BASE64_H_
+#define OXAQRYCLN_VALUES_BASE64_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace oxaqrycln {
+
+std::string EncodeBase64(std::string_view bytes);
+// Nothing for a text that is no such encoding.
+std::optional<std::string> DecodeBase64(std::string_view text);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_VALUES_BASE64_H_

@@ -1,0 +1,122 @@
+#include "values/code_page.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace oxaqrycln {
+namespace {
+
+// The characters 0x80 to 0x9F in Unicode; the five undefined ones stand for themselves.
+constexpr std::array<std::uint16_t, 32> kUpperControls = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+constexpr std::uint8_t UpperOf(std::uint8_t c) {
+  if (c >= 'a' && c <= 'z') return static_cast<std::uint8_t>(c - 0x20);
+  if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return static_cast<std::uint8_t>(c - 0x20);
+  if (c == 0x9A || c == 0x9C || c == 0x9E) return static_cast<std::uint8_t>(c - 0x10);
+  return c == 0xFF ? std::uint8_t{0x9F} : c;
+}
+
+using Table = std::array<char, 256>;
+
+constexpr Table MakeUpper() {
+  Table table{};
+  for (unsigned c = 0; c < 256; ++c) table[c] = static_cast<char>(UpperOf(static_cast<std::uint8_t>(c)));
+  return table;
+}
+
+constexpr Table MakeLower() {
+  Table table{};
+  for (unsigned c = 0; c < 256; ++c) table[c] = static_cast<char>(c);
+  for (unsigned c = 0; c < 256; ++c) {
+    const std::uint8_t upper = UpperOf(static_cast<std::uint8_t>(c));
+    if (upper != c) table[upper] = static_cast<char>(c);
+  }
+  return table;
+}
+
+constexpr Table kUpper = MakeUpper();
+constexpr Table kLower = MakeLower();
+
+// Every character of the code page has one to three bytes in UTF-8; longer ones have no place in it anyway.
+struct Decoded {
+  std::uint32_t code;
+  std::size_t byteCount;  // 0: not well-formed
+};
+Decoded DecodeOne(std::string_view text) noexcept {
+  const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(static_cast<std::uint8_t>(text[i])); };
+  const auto follows = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0U) == 0x80U; };
+  if (byte(0) < 0x80) return {byte(0), 1};
+  if (byte(0) >= 0xC2 && byte(0) < 0xE0 && follows(1)) return {(byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU), 2};
+  if (byte(0) >= 0xE0 && byte(0) < 0xF0 && follows(1) && follows(2)) {
+    const std::uint32_t code = (byte(0) & 0xFU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU);
+    if (code >= 0x800) return {code, 3};
+  }
+  return {0, 0};
+}
+
+}  // namespace
+
+std::uint32_t ToUnicode(char character) noexcept {
+  const auto code = static_cast<std::uint8_t>(character);
+  return code >= 0x80 && code < 0xA0 ? kUpperControls[code - 0x80U] : code;
+}
+
+std::optional<char> FromUnicode(std::uint32_t code) noexcept {
+  if (code < 0x80 || (code >= 0xA0 && code < 0x100)) return static_cast<char>(code);
+  const auto* const found = std::ranges::find(kUpperControls, code);
+  if (found == kUpperControls.end()) return std::nullopt;
+  return static_cast<char>(0x80 + (found - kUpperControls.begin()));
+}
+
+char UpperCase(char character) noexcept { return kUpper[static_cast<std::uint8_t>(character)]; }
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) c = kUpper[static_cast<std::uint8_t>(c)];
+  return upper;
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = kLower[static_cast<std::uint8_t>(c)];
+  return lower;
+}
+
+std::string ToUtf8(std::string_view text) {
+  std::string utf8;
+  utf8.reserve(text.size() + text.size() / 8);
+  for (const char c : text) {
+    const std::uint32_t code = ToUnicode(c);
+    if (code < 0x80) {
+      utf8 += c;
+    } else if (code < 0x800) {
+      utf8 += static_cast<char>(0xC0U | code >> 6U);
+      utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+    } else {
+      utf8 += static_cast<char>(0xE0U | code >> 12U);
+      utf8 += static_cast<char>(0x80U | (code >> 6U & 0x3FU));
+      utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+    }
+  }
+  return utf8;
+}
+
+std::optional<std::string> FromUtf8(std::string_view utf8) {
+  std::string text;
+  text.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const Decoded decoded = DecodeOne(utf8);
+    if (decoded.byteCount == 0) return std::nullopt;
+    const auto character = FromUnicode(decoded.code);
+    if (!character) return std::nullopt;
+    text += *character;
+    utf8.remove_prefix(decoded.byteCount);
+  }
+  return text;
+}
+
+}  // namespace oxaqrycln

@@ -1,0 +1,119 @@
+// variant.h - the value that every parameter of a public method is: one of the automation types.
+// Text is single-byte text of the Windows-1252 code page and may hold any byte.
+// Conversions follow the automation rules; see each for the error it raises.
+#ifndef OXAQRYCLN_VALUES_VARIANT_H_
+#define OXAQRYCLN_VALUES_VARIANT_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "values/date_time.h"
+#include "values/short_copy.h"
+
+namespace oxaqrycln {
+
+// What a Variant may refer to: a thing of the host or of the object registry.
+class Object {
+ public:
+  virtual ~Object() = default;
+
+ protected:
+  Object() = default;
+  Object(const Object&) = default;
+  Object& operator=(const Object&) = default;
+};
+
+// Stands for an argument that the caller leaves out.
+struct MissingType {};
+
+class Variant {
+ public:
+  enum class Type { Empty, Null, Missing, Boolean, Byte, Integer, Long, Double, Date, String, ByteArray, Object };
+  using Bytes = std::vector<std::uint8_t>;
+  using ObjectRef = std::shared_ptr<oxaqrycln::Object>;
+
+  Variant() noexcept = default;  // Empty
+  Variant(MissingType) noexcept : value_(MissingType{}) {}
+  Variant(bool value) noexcept : value_(value) {}
+  Variant(std::uint8_t value) noexcept : value_(value) {}
+  Variant(std::int16_t value) noexcept : value_(value) {}
+  Variant(std::int32_t value) noexcept : value_(value) {}
+  Variant(double value) noexcept : value_(value) {}
+  Variant(DateTime value) noexcept : value_(value) {}
+  Variant(const char* text) : value_(std::string(text)) {}
+  Variant(std::string_view text) : value_(std::string(text)) {}
+  Variant(std::string text) noexcept : value_(std::move(text)) {}
+  Variant(Bytes bytes) noexcept : value_(std::move(bytes)) {}
+  Variant(ObjectRef object) noexcept : value_(std::move(object)) {}
+
+  static Variant Null() noexcept;
+  static Variant Integer(std::int16_t value) noexcept { return Variant(value); }
+  static Variant Long(std::int32_t value) noexcept { return Variant(value); }
+
+  Type type() const noexcept { return static_cast<Type>(value_.index()); }
+  // "Empty", "Long", "String" and so on.
+  std::string_view TypeName() const noexcept;
+  bool IsEmpty() const noexcept { return type() == Type::Empty; }
+  bool IsNull() const noexcept { return type() == Type::Null; }
+  bool IsMissing() const noexcept { return type() == Type::Missing; }
+
+  // Conversions. Empty is False, 0, "" and the zero date; True is -1. Text to number takes blanks around, a sign, a
+  // fraction and an exponent. Fractions are rounded to the nearest whole number, halves to the even one.
+  // Raise Overflow for what does not fit, Type mismatch for what is no such value, Invalid use of Null for Null.
+  bool ToBoolean() const;
+  std::uint8_t ToByte() const;
+  std::int16_t ToInteger() const;
+  std::int32_t ToLong() const;
+  double ToDouble() const;
+  DateTime ToDate() const;
+
+  // The text that concatenation makes of the value: "" for Empty and Null, "True" and "False", the shortest decimal
+  // form of a number, the general form of a date. Raises Type mismatch for Missing, byte arrays and objects.
+  std::string ToText() const;
+  // The same without a copy for a String: the view is of this value or of scratch, and as short-lived as they are.
+  std::string_view TextView(std::string& scratch) const;
+
+  // The bytes of a ByteArray, or of a String; raises Type mismatch for any other type.
+  std::string_view ByteView() const;
+  // The object referred to; raises Type mismatch for another type and Object variable not set for no object.
+  ObjectRef ToObject() const;
+
+  // Makes this a String of the text; reuses the memory of a String that stood here.
+  void AssignText(std::string_view text) {
+    auto* const held = std::get_if<std::string>(&value_);
+    if (held != nullptr && held->size() == text.size()) {  // as in most columns of a list, row for row
+      CopyShort(held->data(), text.data(), text.size());
+    } else {
+      BecomeText(text);
+    }
+  }
+
+  // Adds to the end of a String; Empty becomes the text. Raises as ToText does for any other type.
+  void AppendText(std::string_view text);
+
+  // Same type and same value (an object: the same object).
+  friend bool operator==(const Variant& left, const Variant& right) noexcept;
+
+ private:
+  void BecomeText(std::string_view text);
+
+  struct NullType {};
+  // In the order of Type.
+  std::variant<std::monostate, NullType, MissingType, bool, std::uint8_t, std::int16_t, std::int32_t, double, DateTime,
+               std::string, Bytes, ObjectRef>
+      value_;
+};
+
+// The argument left out: Init(Missing) is Init().
+inline constexpr MissingType Missing{};
+
+// The whole number that a text spells by the rules of Variant::ToLong, halves to even. Raises Type mismatch, Overflow.
+std::int32_t TextToLong(std::string_view text);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_VALUES_VARIANT_H_
