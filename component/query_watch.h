@@ -97,8 +97,8 @@ class QueryWatch {
   // For all instances of the thread, until it is set again.
   void SetSickServers(SickServers policy);
 
-  // The instance uses this connection from now on, and closes it at its end; Init(False) leaves it alone. Null takes the
-  // connection away without closing it.
+  // The instance uses this connection from now on, and closes it at its end; Init(False) leaves it alone. Null takes
+  // the connection away without closing it.
   void UseDatabase(std::shared_ptr<Connection> connection);
 
  private:

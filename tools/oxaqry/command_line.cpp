@@ -11,10 +11,10 @@
 #include "tools/oxaqry/methods_command.h"
 #include "tools/oxaqry/order_command_line.h"
 #include "tools/oxaqry/order_commands.h"
-#include "tools/oxaqry/outline_command.h"
 #include "tools/oxaqry/session.h"
 #include "tools/oxaqry/transfer_command_line.h"
-#include "tools/oxaqry/user_command_line.h"
+#include "tools/oxaqry/users/command_line.h"
+#include "tools/oxaqry/users/outline_command.h"
 
 namespace oxaqrycln {
 namespace {

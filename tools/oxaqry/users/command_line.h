@@ -1,6 +1,6 @@
 // user_command_line.h - adds "user" and the commands that follow it to the command line.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_COMMAND_LINE_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_COMMAND_LINE_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMAND_LINE_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMAND_LINE_H_
 
 namespace oxaqrycln {
 
@@ -9,4 +9,4 @@ void AddUserCommands(CommandParser& parser);
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_COMMAND_LINE_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMAND_LINE_H_

@@ -1,6 +1,6 @@
-// user_test_database.h - runs "oxaqry user" on a database of the test's own.
-#ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_USER_TEST_DATABASE_H_
-#define OXAQRYCLN_TESTS_TOOLS_OXAQRY_USER_TEST_DATABASE_H_
+// oxaqry_database.h - runs "oxaqry user" on a database of the test's own.
+#ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_
+#define OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_
 
 #include <gmock/gmock.h>
 
@@ -44,4 +44,4 @@ inline void ExpectError(const ToolRun& run, int status, const std::string& messa
 
 }  // namespace oxaqrycln::testing
 
-#endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_USER_TEST_DATABASE_H_
+#endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_

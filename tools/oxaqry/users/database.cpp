@@ -1,4 +1,4 @@
-#include "tools/oxaqry/user_database.h"
+#include "tools/oxaqry/users/database.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // user_commands.h - the commands on web users, their groups and rights, in the web user database.
 // As those of commands.h; texts that a person gave are UTF-8.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_COMMANDS_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_COMMANDS_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_
 
 #include <cstdint>
 #include <optional>
@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "tools/oxaqry/commands.h"
-#include "tools/oxaqry/user_database.h"
-#include "tools/oxaqry/user_password.h"
+#include "tools/oxaqry/users/database.h"
+#include "tools/oxaqry/users/password.h"
 
 namespace oxaqrycln {
 
@@ -84,4 +84,4 @@ int ExplainRight(const Settings& settings, const ExplainRequest& request, const 
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_COMMANDS_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_

@@ -8,7 +8,7 @@
 
 #include "tools/oxaqry/command_parser.h"
 #include "tools/oxaqry/document_name.h"
-#include "tools/oxaqry/outline_command.h"
+#include "tools/oxaqry/users/outline_command.h"
 
 namespace oxaqrycln {
 namespace {

@@ -1,6 +1,6 @@
 // user_csv.h - records of comma separated values as RFC 4180 describes them, with the line each begins on.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_CSV_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_CSV_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_
 
 #include <cstddef>
 #include <string>
@@ -20,4 +20,4 @@ std::vector<CsvRecord> ParseCsv(std::string_view text);
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_CSV_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_

@@ -1,11 +1,11 @@
-#include "tools/oxaqry/outline_command.h"
+#include "tools/oxaqry/users/outline_command.h"
 
 #include <ostream>
 #include <vector>
 
 #include "tools/oxaqry/table.h"
-#include "tools/oxaqry/user_database.h"
-#include "tools/oxaqry/user_lists.h"
+#include "tools/oxaqry/users/database.h"
+#include "tools/oxaqry/users/lists.h"
 #include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 

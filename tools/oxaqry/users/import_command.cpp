@@ -8,9 +8,9 @@
 #include "support/text_helpers.h"
 #include "tools/oxaqry/document_access.h"
 #include "tools/oxaqry/interruption.h"
-#include "tools/oxaqry/user_commands.h"
-#include "tools/oxaqry/user_csv.h"
-#include "tools/oxaqry/user_import_progress.h"
+#include "tools/oxaqry/users/commands.h"
+#include "tools/oxaqry/users/csv.h"
+#include "tools/oxaqry/users/import_progress.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln {

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-#include "tests/tools/oxaqry/user_test_database.h"
+#include "tests/tools/oxaqry/users/oxaqry_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -1,6 +1,6 @@
 // outline_command.h - the command "outline": the outliners of the web user database, their trees and their searches.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_OUTLINE_COMMAND_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_OUTLINE_COMMAND_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_OUTLINE_COMMAND_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_OUTLINE_COMMAND_H_
 
 #include <cstdint>
 #include <string>
@@ -22,4 +22,4 @@ int ShowOutlinerSearch(const Settings& settings, std::int32_t node, const Output
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_OUTLINE_COMMAND_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_OUTLINE_COMMAND_H_

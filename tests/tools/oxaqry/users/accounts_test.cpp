@@ -1,7 +1,7 @@
 #include <tuple>
 #include <utility>
 
-#include "tests/tools/oxaqry/user_test_database.h"
+#include "tests/tools/oxaqry/users/oxaqry_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

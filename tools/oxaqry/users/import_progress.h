@@ -1,7 +1,7 @@
 // user_import_progress.h - one line on a terminal that tells how many rows of a file are done; nothing anywhere else,
 // and nothing for what takes no time.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_IMPORT_PROGRESS_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_IMPORT_PROGRESS_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_IMPORT_PROGRESS_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_IMPORT_PROGRESS_H_
 
 #include <chrono>
 #include <cstddef>
@@ -41,4 +41,4 @@ class ImportProgress {
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_IMPORT_PROGRESS_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_IMPORT_PROGRESS_H_

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/user_csv.h"
+#include "tools/oxaqry/users/csv.h"
 
 #include "tools/oxaqry/settings.h"
 

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/user_password.h"
+#include "tools/oxaqry/users/password.h"
 
 #include <istream>
 

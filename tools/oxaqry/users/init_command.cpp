@@ -2,8 +2,8 @@
 #include <ostream>
 
 #include "support/text_helpers.h"
-#include "tools/oxaqry/user_commands.h"
-#include "tools/oxaqry/user_schema.h"
+#include "tools/oxaqry/users/commands.h"
+#include "tools/oxaqry/users/schema.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln {

@@ -1,7 +1,7 @@
 // user_lists.h - reads the lists that the component's methods on web users give to pages.
 // Texts are those of the component's code page.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_LISTS_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_LISTS_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_
 
 #include <cstddef>
 #include <string>
@@ -23,4 +23,4 @@ Json JsonId(const std::string& id);
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_LISTS_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_

@@ -4,8 +4,8 @@
 
 #include "support/text_helpers.h"
 #include "tools/oxaqry/table.h"
-#include "tools/oxaqry/user_commands.h"
-#include "tools/oxaqry/user_lists.h"
+#include "tools/oxaqry/users/commands.h"
+#include "tools/oxaqry/users/lists.h"
 #include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 

@@ -1,7 +1,7 @@
 // user_database.h - the web user database for one command: the component on it, and statements on the same connection.
 // Texts in statements and rows are those of the component's code page.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_DATABASE_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_DATABASE_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_
 
 #include <cstdint>
 #include <memory>
@@ -93,4 +93,4 @@ class UserTransaction {
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_DATABASE_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/user_lists.h"
+#include "tools/oxaqry/users/lists.h"
 
 #include "tools/oxaqry/settings.h"
 #include "values/code_page.h"

@@ -1,9 +1,9 @@
-#include "tools/oxaqry/user_command_line.h"
+#include "tools/oxaqry/users/command_line.h"
 
 #include <memory>
 
 #include "tools/oxaqry/command_parser.h"
-#include "tools/oxaqry/user_commands.h"
+#include "tools/oxaqry/users/commands.h"
 
 namespace oxaqrycln {
 namespace {

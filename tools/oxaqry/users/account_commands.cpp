@@ -2,7 +2,7 @@
 #include <ostream>
 
 #include "tools/oxaqry/table.h"
-#include "tools/oxaqry/user_commands.h"
+#include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 

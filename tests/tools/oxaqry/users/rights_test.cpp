@@ -1,6 +1,6 @@
 #include <tuple>
 
-#include "tests/tools/oxaqry/user_test_database.h"
+#include "tests/tools/oxaqry/users/oxaqry_database.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -1,6 +1,6 @@
 // user_password.h - passwords of web users, from a terminal without echo or from lines of standard input.
-#ifndef OXAQRYCLN_TOOLS_OXAQRY_USER_PASSWORD_H_
-#define OXAQRYCLN_TOOLS_OXAQRY_USER_PASSWORD_H_
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_PASSWORD_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_PASSWORD_H_
 
 #include <string>
 
@@ -30,4 +30,4 @@ void CheckPassword(clsQuery& query, const std::string& password, const std::stri
 
 }  // namespace oxaqrycln
 
-#endif  // OXAQRYCLN_TOOLS_OXAQRY_USER_PASSWORD_H_
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_PASSWORD_H_

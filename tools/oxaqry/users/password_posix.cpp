@@ -7,7 +7,7 @@
 #include <ostream>
 
 #include "tools/oxaqry/interruption.h"
-#include "tools/oxaqry/user_password.h"
+#include "tools/oxaqry/users/password.h"
 
 namespace oxaqrycln {
 namespace {
