@@ -11,7 +11,6 @@
 #include "component/query_state.h"
 #include "platform/files/files.h"
 #include "platform/files/replacement_file.h"
-#include "transport/status_line.h"
 #include "values/errors.h"
 
 namespace oxaqrycln {
@@ -96,7 +95,7 @@ Variant clsQuery::TELOUploadFile(const Variant& strFile, Variant* strParamStatus
     std::string errorText;
     // The answer's lines do not go into the response buffer: the page may be walking an earlier answer.
     const bool stored = state.execution.Request({.request = request, .data = &file}, &errorText) &&
-                        DataStart(state.execution.TakeResponse().View(), errorText).has_value();
+                        state.execution.DataStart(state.execution.TakeResponse().View(), errorText).has_value();
     if (!stored) return WriteText(strParamStatus, errorText);
     result = Variant::Long(1);
     WriteText(strParamStatus, "");

@@ -48,9 +48,10 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
     if (slot == -1) throw RuntimeError(controls.LastError());
     state.execution.UseSlot(static_cast<std::int16_t>(slot));
     state.log.Write(bytInfo, "Assigning control instance #", slot);
-    controls.Winsock(slot).Close();
-    controls.StrDebugLogPath(slot, strDebugLogPath);
-    controls.StrSessionID(slot, strSessionID);
+    ConnectionSlot& record = controls.Slot(slot);
+    record.socket.Close();
+    record.debugLogPath = strDebugLogPath;
+    record.sessionId = strSessionID;
     controls.ReleaseTimer().SetInterval(kReleaseInterval);
     controls.ReleaseTimer().Enable(true);
     result = true;
@@ -59,7 +60,7 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
 
 void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
   QueryState& state = *state_;
-  state.Run("OnStartPage", false, [&](bool& /*unused*/) {
+  state.Run("OnStartPage", [&] {
     auto context = std::dynamic_pointer_cast<ScriptingContext>(PassedScriptingContext.ToObject());
     if (context == nullptr) throw RuntimeError(error::kTypeMismatch);
     state.pageRequest = context->Request();
@@ -69,7 +70,7 @@ void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
 
 void clsQuery::OnEndPage() {
   QueryState& state = *state_;
-  state.Run("OnEndPage", false, [&](bool& /*unused*/) {
+  state.Run("OnEndPage", [&] {
     state.pageRequest.reset();
     state.context.reset();
   });
@@ -77,7 +78,7 @@ void clsQuery::OnEndPage() {
 
 void clsQuery::RemoteHosts(const Variant& strRemoteHosts) {
   QueryState& state = *state_;
-  state.Run("Let RemoteHosts", false, [&](bool& /*unused*/) {
+  state.Run("Let RemoteHosts", [&] {
     std::string scratch;
     state.apartment->servers.Load(strRemoteHosts.TextView(scratch), state.log);
   });

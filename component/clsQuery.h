@@ -484,6 +484,7 @@ class clsQuery {
   void WriteTest();
 
  private:
+  friend class QueryWatch;
   std::unique_ptr<QueryState> state_;
 };
 

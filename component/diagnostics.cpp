@@ -36,7 +36,7 @@ std::string clsQuery::DirectQuery(const Variant& strQueryString) {
 
 void clsQuery::WriteTest() {
   QueryState& state = *state_;
-  state.Run("WriteTest", false, [&](bool& /*unused*/) {
+  state.Run("WriteTest", [&] {
     const std::string file = strBlobPathLocal + "\\WriteTest.txt";
     state.log.Write(bytInfo, "Writing test file '", file, "'");
     WriteFile(file, "\"WriteTest\"\r\n");

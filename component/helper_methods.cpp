@@ -37,7 +37,7 @@ std::string clsQuery::Decode(const Variant& strText) {
 }
 
 void clsQuery::DeleteFTPObjects(const Variant& strFile) {
-  state_->Run("DeleteFTPObjects", false, [&](bool& /*unused*/) {
+  state_->Run("DeleteFTPObjects", [&] {
     const std::string pattern = strFile.ToText();
     state_->log.Write(bytInfo, "Deleting FTP objects '", pattern, "'");
     DeleteMatchingFiles(pattern);

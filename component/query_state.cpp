@@ -6,7 +6,7 @@ namespace oxaqrycln {
 
 QueryState::QueryState(const clsQuery& query)
     : apartment(Apartment::Current()),
-      log(query.strDebugLogPath, query.strSessionID, apartment->clock),
+      log(query.strDebugLogPath, query.strSessionID, apartment->clock, &firstError),
       execution(apartment, query.lngRequestTimeout, {query.strSessionID, query.strTELOUser, query.strTELOPwd}, log) {}
 
 bool QueryState::Load(std::initializer_list<Variant> elements, Variant* status) {
@@ -29,7 +29,7 @@ void QueryState::Drop(std::unique_ptr<QueryState> state, std::string logPath, st
 
 void QueryState::End(QueryState* state) noexcept {
   const std::unique_ptr<QueryState> owner(state);
-  Trap(state->log, "Class_Terminate", false, [&](bool& /*unused*/) {
+  Trap(state->log, "Class_Terminate", [&] {
     state->log.Write(bytInfo, "Terminating OXAQryCln instance for session id ", state->log.sessionId());
     // The slot is given back whatever the database says.
     struct SlotLease {

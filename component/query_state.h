@@ -27,11 +27,17 @@ namespace oxaqrycln {
 struct QueryState {
   explicit QueryState(const clsQuery& query);
 
-  // Runs the body of a public method; see trap.h. The routine's name stands in the log without its "()".
+  // Runs the body of a public method; see trap.h. routine is the method's name as the log shows it, without "()".
   template <typename Result, typename Body>
   Result Run(std::string_view routine, Result failure, Body&& body) {
     const RunningMethod method(*this);
     return Trap(log, routine, std::move(failure), std::forward<Body>(body));
+  }
+  // For a method without a result.
+  template <typename Body>
+  void Run(std::string_view routine, Body&& body) {
+    const RunningMethod method(*this);
+    Trap(log, routine, std::forward<Body>(body));
   }
 
   // The instance of this state ends. When that happens inside a yield of one of its own methods, the state lives until
@@ -42,6 +48,16 @@ struct QueryState {
   // the error text of a failure; what follows a success is the caller's.
   bool Load(std::initializer_list<Variant> elements, Variant* status);
 
+  // A whole method that sends the elements and reads no line of the answer: Long 1 and an empty status, or Integer -1.
+  template <typename... Elements>
+  Variant Send(std::string_view routine, Variant* status, const Elements&... elements) {
+    return Run(routine, Variant::Integer(-1), [&](Variant& result) {
+      if (!Load({elements...}, status)) return;
+      result = Variant::Long(1);
+      if (status != nullptr) status->AssignText("");
+    });
+  }
+
   // The web user database. Raises Object variable not set when Init did not open it.
   Connection& Database() const {
     if (database == nullptr) throw RuntimeError(error::kObjectNotSet);
@@ -49,6 +65,7 @@ struct QueryState {
   }
 
   std::shared_ptr<Apartment> apartment;
+  HandledError firstError;  // of the method that runs or ran last
   SessionLog log;
   RequestExecution execution;
   ResponseBuffer buffer;
@@ -66,7 +83,9 @@ struct QueryState {
   // A method of the instance that is on the stack.
   class RunningMethod {
    public:
-    explicit RunningMethod(QueryState& state) noexcept : state_(state) { ++state_.runningMethods_; }
+    explicit RunningMethod(QueryState& state) noexcept : state_(state) {
+      if (state_.runningMethods_++ == 0) state_.firstError.number = 0;
+    }
     ~RunningMethod() {
       if (--state_.runningMethods_ == 0 && state_.isDropped_) End(&state_);
     }
@@ -89,7 +108,7 @@ struct QueryState {
 // What an archive operation returns on failure.
 inline Variant Failed() noexcept { return Variant::Integer(-1); }
 
-// An input that is sent as a text of its own when left out.
+// An input, or a text that is sent in its place when it was left out.
 inline Variant OrText(const Variant& value, std::string_view text) { return value.IsMissing() ? Variant(text) : value; }
 
 // Writes an output unless it was left out.

@@ -13,51 +13,11 @@
 
 #include "component/clsQuery.h"
 #include "platform/database/database.h"
+#include "support/log_writer.h"
+#include "transport/request_monitor.h"
+#include "transport/server_table.h"
 
 namespace oxaqrycln {
-
-struct WatchState;
-
-enum class RequestResult : std::uint8_t {
-  None,              // no request was made
-  Succeeded,         // the whole answer arrived; for a text answer its status line reports success
-  Refused,           // the server's status line reports an error, which is the text
-  TimedOut,          // lngRequestTimeout passed
-  ConnectionFailed,  // no server could be connected to, or the connection broke
-  AllBusy,           // no server was free and none was tried
-  Cancelled,
-  Failed  // an error of the component itself
-};
-
-// One attempt to carry a request out.
-struct ServerAttempt {
-  std::string host;
-  std::int32_t port = 0;
-  std::string error;                      // "10061 - Connection is forcefully rejected"; "" without one
-  std::chrono::milliseconds duration{0};  // from the claim of the server to the end of the attempt
-};
-
-struct RequestOutcome {
-  RequestResult result = RequestResult::None;
-  std::string text;                    // what went wrong, Windows-1252; "" on success
-  std::vector<ServerAttempt> servers;  // in the order in which they were tried
-  std::chrono::milliseconds duration{0};
-  bool wasSent = false;  // some bytes of the request have reached a server's connection
-};
-
-// The first error that the last public method of the instance handled; number 0 without one. A result that cannot tell
-// success from failure, or a list that ended for want of memory, is judged by it: number 7 then says "Out of memory".
-struct MethodError {
-  std::int32_t number = 0;
-  std::string description;
-};
-
-// Bytes of the running request, or of the last one.
-struct RequestProgress {
-  std::int64_t sent = 0;
-  std::int64_t received = 0;
-  std::int64_t announced = 0;  // of the answer; 0 while that is unknown
-};
 
 struct ServerState {
   std::string host;
@@ -67,9 +27,6 @@ struct ServerState {
   DateTime since;       // when it was claimed; valid while it is busy
   std::string session;  // who claimed it
 };
-
-// How a server is chosen whose last connect failed. The bare class claims the first free server of the list.
-enum class SickServers : std::uint8_t { ClaimedInOrder, TriedLast };
 
 class QueryWatch {
  public:
@@ -83,14 +40,17 @@ class QueryWatch {
   // Called on the thread of the instance while a request of it waits; may call Cancel. It must not raise.
   void OnWait(std::function<void(const RequestProgress&)> call);
   // From any thread and from a signal handler.
-  RequestProgress Progress() const noexcept;
+  RequestProgress Progress() const noexcept { return monitor_->Progress(); }
   // Ends the running request within a tenth of a second, or the next one at once where none runs: its method returns
   // its failure value. Holds until Resume. From any thread and from a signal handler.
-  void Cancel() noexcept;
-  void Resume() noexcept;
+  void Cancel() noexcept { monitor_->isCancelled = true; }
+  void Resume() noexcept { monitor_->isCancelled = false; }
 
-  const RequestOutcome& LastRequest() const noexcept;
-  const MethodError& LastError() const noexcept;
+  // The outcome of the last request.
+  const RequestOutcome& LastRequest() const noexcept { return monitor_->outcome; }
+  // The first error that the last public method of the instance handled; number 0 without one. A result that cannot
+  // tell success from failure, or a list that ended for want of memory, is judged by it: its number is 7 then.
+  const HandledError& LastError() const noexcept;
 
   // The server table of the thread. Empty before RemoteHosts was assigned.
   std::vector<ServerState> Servers() const;
@@ -103,7 +63,7 @@ class QueryWatch {
 
  private:
   clsQuery& query_;
-  const std::shared_ptr<WatchState> state_;
+  const std::shared_ptr<RequestMonitor> monitor_;
 };
 
 }  // namespace oxaqrycln

@@ -36,7 +36,7 @@ class Receiver {
   Receiver() : slot_(controls_.GetFreeControl()) { controls_.ReleaseTimer().Enable(false); }
 
   void Take(std::string_view bytes, std::string_view sizes) {
-    controls_.StartReceiving(slot_, std::nullopt);
+    controls_.Slot(slot_).StartReceiving(std::nullopt);
     controls_.BlnWinsockError(slot_, false);
     SocketControl& socket = controls_.Winsock(slot_);
     socket.SetRemote("127.0.0.1", peer_.port(), std::nullopt);

@@ -36,6 +36,14 @@ void SessionLog::WriteLine(int level, std::span<const std::string_view> texts) c
 }
 
 void SessionLog::WriteProcessingError(std::string_view routine, const RuntimeError& error) const noexcept {
+  if (firstError_ != nullptr && firstError_->number == 0) {
+    firstError_->number = error.number();
+    try {
+      firstError_->description = error.description();
+    } catch (...) {  // no memory is left for the text; the number says enough
+      firstError_->description.clear();
+    }
+  }
   Write(bytError, "Processing error in function '", routine, "()': ", error.number(), " - ", error.description());
 }
 

@@ -18,10 +18,18 @@ namespace oxaqrycln {
 // The level of a line, as pages pass it.
 enum udtLogType : std::uint8_t { bytInfo = 1, bytWarning = 2, bytError = 3, bytExtended = 4 };
 
+// An error that a handler has caught; number 0 for none.
+struct HandledError {
+  std::int32_t number = 0;
+  std::string description;
+};
+
 class SessionLog {
  public:
-  SessionLog(const std::string& directory, const std::string& sessionId, const Clock& clock) noexcept
-      : directory_(&directory), sessionId_(&sessionId), clock_(clock) {}
+  // firstError, when given, keeps the first error that was written since its number was last set to 0.
+  SessionLog(const std::string& directory, const std::string& sessionId, const Clock& clock,
+             HandledError* firstError = nullptr) noexcept
+      : directory_(&directory), sessionId_(&sessionId), clock_(clock), firstError_(firstError) {}
 
   // Looks at other texts from now on.
   void LookAt(const std::string& directory, const std::string& sessionId) noexcept {
@@ -67,6 +75,7 @@ class SessionLog {
   const std::string* directory_;
   const std::string* sessionId_;
   const Clock& clock_;
+  HandledError* const firstError_;
 };
 
 }  // namespace oxaqrycln

@@ -111,6 +111,11 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
   }
 }
 
+std::string_view Trimmed(std::string_view text) noexcept {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
 std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32_t occurrence) {
   std::size_t position = 0;
   for (std::int32_t count = 1;; ++count) {

@@ -22,6 +22,9 @@ std::string Decode(std::string_view text);
 std::vector<std::string_view> Split(std::string_view text, char separator);
 std::vector<std::string_view> Split(std::string&& text, char separator) = delete;
 
+// The text without the blanks around it.
+std::string_view Trimmed(std::string_view text) noexcept;
+
 // The 1-based position of the n-th occurrence of a text, 0 when there are fewer. Occurrences may overlap.
 std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32_t occurrence);
 

@@ -33,6 +33,12 @@ Result Trap(const SessionLog& log, std::string_view routine, Result failure, Bod
   return Trap(log, routine, std::move(failure), std::forward<Body>(body), [](const RuntimeError&) {});
 }
 
+// For a routine without a result: body() is run.
+template <typename Body>
+void Trap(const SessionLog& log, std::string_view routine, Body&& body) {
+  Trap(log, routine, false, [&](bool& /*unused*/) { body(); });
+}
+
 }  // namespace oxaqrycln
 
 #endif  // OXAQRYCLN_SUPPORT_TRAP_H_

@@ -35,7 +35,7 @@ void ConnectionSlot::StartReceiving(const std::optional<FileReceipt>& receipt) n
 }
 
 void ConnectionSlot::DataArrival() {
-  Trap(Log(), "Winsock_DataArrival", false, [&](bool& /*unused*/) {
+  Trap(Log(), "Winsock_DataArrival", [&] {
     form_.scratch.Reserve(receiveMode == kReceiveFile ? kFileScratchBytes : kScratchBytes);
     if (receiveMode == kReceiveFile) {
       ReceiveFile();

@@ -33,10 +33,10 @@ std::int32_t frmControls::GetFreeControl() {
       log, "GetFreeControl", std::int32_t{-1},
       [&](std::int32_t& result) {
         std::int32_t slot = firstFree_;
-        while (slot <= SlotCount() && At(slot).inUse) ++slot;
+        while (slot <= SlotCount() && Slot(slot).inUse) ++slot;
         if (slot > kMostSlots) throw RuntimeError(error::kOutOfMemory, "No free connection slot");
         if (slot > SlotCount()) AddSlot();
-        At(slot).inUse = true;
+        Slot(slot).inUse = true;
         firstFree_ = slot + 1;
         result = slot;
       },
@@ -44,17 +44,11 @@ std::int32_t frmControls::GetFreeControl() {
 }
 
 bool frmControls::ReleaseControl(std::int32_t slot) {
-  ConnectionSlot& released = At(slot);
+  ConnectionSlot& released = Slot(slot);
   released.socket.Close();
   released.inUse = false;
   if (slot > 0) firstFree_ = std::min(firstFree_, slot);
   return true;
-}
-
-void frmControls::StrResponse(std::int32_t slot, std::string_view value) {
-  ConnectionSlot& changed = At(slot);
-  changed.response.Clear();
-  changed.response.Append(value);
 }
 
 void frmControls::WriteLog(std::int32_t slot, std::string_view line, int level) noexcept {
@@ -62,7 +56,7 @@ void frmControls::WriteLog(std::int32_t slot, std::string_view line, int level) 
   slots_[static_cast<std::size_t>(slot)]->Log().Write(level, line);
 }
 
-ConnectionSlot& frmControls::At(std::int32_t slot) {
+ConnectionSlot& frmControls::Slot(std::int32_t slot) {
   if (slot < 0 || slot > SlotCount()) throw RuntimeError(error::kSubscriptOutOfRange);
   return *slots_[static_cast<std::size_t>(slot)];
 }

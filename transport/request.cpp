@@ -1,10 +1,12 @@
 #include "transport/request.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
+#include "support/text_helpers.h"
 #include "support/trap.h"
-#include "transport/status_line.h"
+#include "transport/connection_slot.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 
@@ -13,12 +15,26 @@ namespace {
 
 constexpr std::string_view kSeparator =
     "--------------------------------------------------------------------------------";  // 80 dashes
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kSuccess = "Status: OK";
+constexpr std::size_t kStatusWord = 7;  // characters of "Status:"
 constexpr std::string_view kAllBusy = "All query servers are currently busy";
+constexpr std::string_view kCancelled = "Request cancelled";
+// How often a host looks at a request that waits.
+constexpr std::chrono::milliseconds kWatchInterval(100);
 
 // The steady time at which more second boundaries of the wall clock than allowed will have passed since now. Carried
 // by the steady clock, so that a jump of the wall clock neither ends nor prolongs a request.
 Clock::SteadyPoint Deadline(const Clock& clock, std::int32_t timeout) {
   return clock.SteadyNow() + std::chrono::seconds(std::int64_t{timeout} + 1) - clock.PassedOfSecond();
+}
+
+std::chrono::milliseconds Milliseconds(Clock::Duration duration) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(duration);
+}
+
+std::string ProcessingError(const RuntimeError& why) {
+  return "General processing error: " + std::to_string(why.number()) + " - " + why.description();
 }
 
 }  // namespace
@@ -30,170 +46,237 @@ class RequestExecution::Attempts {
       : owner_(owner),
         message_(message),
         errorText_(errorText),
+        loop_(owner.apartment_->loop),
+        clock_(owner.apartment_->clock),
         servers_(owner.apartment_->servers),
-        controls_(owner.apartment_->controls),
-        socket_(controls_.Winsock(owner.slot_)),
+        slot_(owner.apartment_->controls.Slot(owner.slot_)),
         log_(owner.log_),
+        monitor_(*owner.monitor_),
         sessionId_(owner.account_.sessionId),
-        deadline_(Deadline(owner.apartment_->clock, owner.timeout_)) {
-    owner_.running_ = true;
+        start_(clock_.SteadyNow()),
+        deadline_(Deadline(clock_, owner.timeout_)) {
+    owner_.isRunning_ = true;
   }
   ~Attempts() {
-    socket_.Close();
+    CountBytes();
+    slot_.socket.Close();
     if (server_ != 0) servers_.Release(server_);
-    owner_.running_ = false;
+    owner_.isRunning_ = false;
+    monitor_.outcome.duration = Milliseconds(clock_.SteadyNow() - start_);
   }
   Attempts(const Attempts&) = delete;
   Attempts& operator=(const Attempts&) = delete;
 
   bool Run() {
-    controls_.StartReceiving(slot(), message_.receipt);
+    slot_.StartReceiving(message_.receipt);
     const bool printOnly =
         message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
-    owner_.apartment_->loop.RunDueTimers();  // one frees a stale server, before the first claim
+    loop_.RunDueTimers();  // one frees a stale server, before the first claim
     RequireOwner();
-    while (TryOneServer(printOnly)) {
-    }
-    socket_.Close();
+    Attempt attempt = Attempt::NextServer;
+    while (attempt == Attempt::NextServer) attempt = TryOneServer(printOnly);
+    slot_.socket.Close();
     if (server_ != 0) {
       servers_.Release(server_);
       log_.Write(bytInfo, "Releasing server #", std::exchange(server_, std::int16_t{0}));
     }
-    return controls_.BlnRequestReady(slot());
+    return attempt == Attempt::Answered;
   }
 
  private:
-  std::int32_t slot() const noexcept { return owner_.slot_; }
+  enum class Attempt { NextServer, Answered, Failed };
+
   // To be called after every yield, in which the host may have ended the instance.
   void RequireOwner() const {
     if (owner_.isAbandoned_) {
       throw RuntimeError(error::kObjectNotSet, "The instance has ended while its request was running");
     }
   }
-  bool ExpiredNow() { return expired_ = expired_ || owner_.apartment_->clock.SteadyNow() >= deadline_; }
-  void SetError(std::string text) {
+  bool IsExpired() const { return clock_.SteadyNow() >= deadline_; }
+  Attempt Fail(RequestResult result, std::string text) {
+    monitor_.outcome.result = result;
+    monitor_.outcome.text = text;
     if (errorText_ != nullptr) *errorText_ = std::move(text);
+    return Attempt::Failed;
   }
 
-  // One attempt on one server; true when another one is to be made.
-  bool TryOneServer(bool printOnly) {
+  // One attempt on one server.
+  Attempt TryOneServer(bool printOnly) {
+    if (monitor_.isCancelled) return Cancel();
     server_ = servers_.GetFreeServer(printOnly, sessionId_);
     RequireOwner();
     if (server_ == 0) {
       log_.Write(bytInfo, kAllBusy);
-      SetError(std::string(kAllBusy));
-      return false;
+      const bool anyTried = !monitor_.outcome.servers.empty();
+      return Fail(anyTried ? RequestResult::ConnectionFailed : RequestResult::AllBusy, std::string(kAllBusy));
     }
-    Connect();
-    if (controls_.BlnWinsockError(slot())) {
-      PassOver();
-    } else if (expired_) {
-      ReportTimeout();
-    } else {
-      Exchange();
-    }
-    ExpiredNow();
-    owner_.apartment_->loop.RunReady();
+    const Clock::SteadyPoint start = clock_.SteadyNow();
+    const ServerEntry& server = servers_.At(server_);
+    monitor_.outcome.servers.push_back({server.host, server.port, {}, {}});
+    Attempt attempt = Connect();
+    if (attempt == Attempt::Answered) attempt = Exchange();
+    ServerAttempt& tried = monitor_.outcome.servers.back();
+    if (slot_.socketError) tried.error = slot_.socketErrorText;
+    tried.duration = Milliseconds(clock_.SteadyNow() - start);
+    slot_.socketError = false;
+    const bool goesOn = attempt == Attempt::NextServer && !IsExpired();
+    loop_.RunReady();
     RequireOwner();
-    return !controls_.BlnRequestReady(slot()) && !expired_ && !controls_.BlnWinsockError(slot());
+    return goesOn || attempt != Attempt::NextServer ? attempt : Attempt::Failed;
   }
 
-  void Connect() {
+  // Answered once the connection is established.
+  Attempt Connect() {
     const ServerEntry& server = servers_.At(server_);
     log_.Write(bytInfo, "Found free server #", server_, ": ", server.host, ":", server.port);
-    if (socket_.State() != SocketState::Closed) {
+    SocketControl& socket = slot_.socket;
+    if (socket.State() != SocketState::Closed) {
       log_.Write(bytWarning,
-                 "Closing still opened Winsock connection (current state: ", static_cast<int>(socket_.State()), ")");
-      socket_.Close();
+                 "Closing still opened Winsock connection (current state: ", static_cast<int>(socket.State()), ")");
+      socket.Close();
     }
-    socket_.SetRemote(server.host, server.port, server.address);
-    controls_.BlnWinsockError(slot(), false);
-    socket_.Connect();
-    while (socket_.State() != SocketState::Connected && !controls_.BlnWinsockError(slot()) && !ExpiredNow()) {
-      owner_.apartment_->loop.RunUntil(deadline_);
+    socket.SetRemote(server.host, server.port, server.address);
+    slot_.socketError = false;
+    socket.Connect();
+    const bool inTime = WaitFor([&] { return socket.State() == SocketState::Connected; });
+    if (slot_.socketError) return PassOver();
+    if (monitor_.isCancelled) return Cancel();
+    return inTime ? Attempt::Answered : TimeOut();
+  }
+
+  // Runs events until done() or an error of the socket. False when the time has passed or the host cancelled first.
+  template <typename Done>
+  bool WaitFor(Done&& done) {
+    while (!done() && !slot_.socketError) {
+      const Clock::SteadyPoint now = clock_.SteadyNow();
+      if (now >= deadline_ || monitor_.isCancelled) return false;
+      if (monitor_.watchCount == 0) {
+        loop_.RunUntil(deadline_);
+      } else {
+        if (now >= nextReport_) Report(now);
+        loop_.RunUntil(std::min(deadline_, nextReport_));
+      }
       RequireOwner();
     }
+    return true;
+  }
+
+  void CountBytes() noexcept {
+    monitor_.sent = slot_.socket.SentByteCount();
+    monitor_.received = slot_.bytesReceived;
+    monitor_.announced = slot_.bytesToReceive;
+  }
+
+  void Report(Clock::SteadyPoint now) {
+    nextReport_ = now + kWatchInterval;
+    CountBytes();
+    if (monitor_.onWait) monitor_.onWait(monitor_.Progress());
   }
 
   // The connect failed: the server stays busy until the timer frees it, so that the next attempt takes another one.
-  void PassOver() {
-    const std::string error = controls_.StrWinsockError(slot());
+  Attempt PassOver() {
+    const std::string& error = slot_.socketErrorText;
     log_.Write(bytWarning, "Winsock error occured: ", error, " - trying to contact another server instance");
-    SetError("Winsock Error (" + error + ")");
-    servers_.At(server_).address.reset();
+    Fail(RequestResult::ConnectionFailed, "Winsock Error (" + error + ")");
+    ServerEntry& server = servers_.At(server_);
+    server.address.reset();
+    server.sick = true;
     server_ = 0;
-    controls_.BlnWinsockError(slot(), false);
+    return Attempt::NextServer;
   }
 
   // Connected: sends the request, never a second time, and waits for the whole answer.
-  void Exchange() {
+  Attempt Exchange() {
     log_.Write(bytInfo, "Winsock connection established");
-    servers_.At(server_).address = socket_.ConnectedAddress();
+    ServerEntry& server = servers_.At(server_);
+    server.address = slot_.socket.ConnectedAddress();
+    server.sick = false;
+    monitor_.outcome.wasSent = true;
     Send();
-    while (!controls_.BlnRequestReady(slot()) && !controls_.BlnWinsockError(slot()) && !ExpiredNow()) {
-      owner_.apartment_->loop.RunUntil(deadline_);
-      RequireOwner();
+    const bool inTime = WaitFor([&] { return slot_.requestReady; });
+    if (slot_.socketError) {
+      log_.Write(bytError, "Winsock error occured: ", slot_.socketErrorText);
+      return Fail(RequestResult::ConnectionFailed, "Winsock Error (" + slot_.socketErrorText + ")");
     }
-    if (controls_.BlnWinsockError(slot())) {
-      const std::string& error = controls_.StrWinsockError(slot());
-      log_.Write(bytError, "Winsock error occured: ", error);
-      SetError("Winsock Error (" + error + ")");
-    } else if (!controls_.BlnRequestReady(slot())) {
-      ReportTimeout();
-    } else {
-      owner_.response_ = controls_.TakeResponse(slot());
-      log_.Write(bytInfo, "\r\nResponse received: \r\n", owner_.response_.View(), "\r\n");
-    }
+    if (!inTime) return monitor_.isCancelled ? Cancel() : TimeOut();
+    owner_.response_ = std::exchange(slot_.response, ByteBlock());
+    log_.Write(bytInfo, "\r\nResponse received: \r\n", owner_.response_.View(), "\r\n");
+    monitor_.outcome.result = RequestResult::Succeeded;
+    monitor_.outcome.text.clear();
+    return Attempt::Answered;
   }
 
   void Send() {
-    if (!message_.request) return socket_.SendData({}, message_.data);
+    if (!message_.request) return slot_.socket.SendData({}, message_.data);
     std::string text = BuildRequestPre(server_, servers_, owner_.account_, log_);
     text.append(",").append(*message_.request);
     if (message_.data != nullptr) text.append("\r\n");
-    socket_.SendData(text, message_.data);
+    slot_.socket.SendData(text, message_.data);
   }
 
-  void ReportTimeout() {
-    socket_.StopReading();  // what comes now comes too late
-    log_.Write(bytWarning, "Timeout occured - last Winsock state: ", static_cast<int>(socket_.State()));
-    SetError("Timeout of " + std::to_string(owner_.timeout_) + " seconds occured while waiting for server response");
+  Attempt TimeOut() {
+    slot_.socket.StopReading();  // what arrives now is too late
+    log_.Write(bytWarning, "Timeout occured - last Winsock state: ", static_cast<int>(slot_.socket.State()));
+    return Fail(RequestResult::TimedOut,
+                "Timeout of " + std::to_string(owner_.timeout_) + " seconds occured while waiting for server response");
+  }
+
+  Attempt Cancel() {
+    slot_.socket.StopReading();
+    log_.Write(bytWarning, kCancelled);
+    return Fail(RequestResult::Cancelled, std::string(kCancelled));
   }
 
   RequestExecution& owner_;
   const Message& message_;
   std::string* errorText_;
+  EventLoop& loop_;
+  const Clock& clock_;
   ServerTable& servers_;
-  frmControls& controls_;
-  SocketControl& socket_;
+  ConnectionSlot& slot_;
   const SessionLog& log_;
+  RequestMonitor& monitor_;
   const std::string sessionId_;
+  const Clock::SteadyPoint start_;
   const Clock::SteadyPoint deadline_;
+  Clock::SteadyPoint nextReport_{};
   std::int16_t server_ = 0;  // the server claimed for the attempt, 0 for none
-  bool expired_ = false;
 };
 
 RequestExecution::RequestExecution(std::shared_ptr<Apartment> apartment, const std::int32_t& timeout,
-                                   const Account& account, const SessionLog& log) noexcept
+                                   const Account& account, const SessionLog& log)
     : apartment_(std::move(apartment)), timeout_(timeout), account_(account), log_(log) {}
 
 bool RequestExecution::Request(const Message& message, std::string* errorText) {
   return Trap(
       log_, "Request", false,
       [&](bool& result) {
-        if (running_) {
+        if (isRunning_) {
           if (errorText != nullptr) *errorText = "Winsock Error (previous request not finished properly)";
           log_.Write(bytWarning, "Server request cancelled due to previous one still running");
           return;
         }
-        if (slot_ == 0)
+        monitor_->Begin();
+        if (slot_ == 0) {
           throw RuntimeError(error::kObjectNotSet, "The instance has no connection slot; call Init first");
+        }
         result = Attempts(*this, message, errorText).Run();
       },
       [&](const RuntimeError& why) {
-        if (errorText == nullptr) return;
-        *errorText = "General processing error: " + std::to_string(why.number()) + " - " + why.description();
+        monitor_->outcome.result = RequestResult::Failed;
+        monitor_->outcome.text = ProcessingError(why);
+        if (errorText != nullptr) *errorText = ProcessingError(why);
       });
+}
+
+std::optional<std::size_t> RequestExecution::DataStart(std::string_view answer, std::string& errorText) {
+  const std::size_t lineEnd = answer.find(kLineEnd);
+  const std::string_view status = answer.substr(0, lineEnd);
+  if (status == kSuccess) return std::min(answer.size(), lineEnd == answer.npos ? lineEnd : lineEnd + kLineEnd.size());
+  errorText = Trimmed(status.substr(std::min(kStatusWord, status.size())));
+  monitor_->outcome.result = RequestResult::Refused;
+  monitor_->outcome.text = errorText;
+  return std::nullopt;
 }
 
 bool InitBuffer(std::string_view request, RequestExecution& execution, const SessionLog& log, ResponseBuffer& buffer,
@@ -206,14 +289,12 @@ bool InitBuffer(std::string_view request, RequestExecution& execution, const Ses
         log.Write(bytInfo, "Processing request: ", request);
         if (!execution.Request({.request = request}, &errorText)) return;
         ByteBlock response = execution.TakeResponse();
-        const auto start = DataStart(response.View(), errorText);
+        const auto start = execution.DataStart(response.View(), errorText);
         if (!start) return;
         buffer.Assign(std::move(response), *start);
         result = true;
       },
-      [&](const RuntimeError& why) {
-        errorText = "General processing error: " + std::to_string(why.number()) + " - " + why.description();
-      });
+      [&](const RuntimeError& why) { errorText = ProcessingError(why); });
 }
 
 }  // namespace oxaqrycln

@@ -21,7 +21,7 @@ ServerEntry ParseEntry(std::string_view text, const SessionLog& log) {
   entry.port = TextToLong(fields[1]);
   if (fields.size() > 2) entry.print = fields[2] == "1";
   if (fields.size() > 3) entry.user = fields[3];
-  // A password that cannot be decoded counts as none; the log tells.
+  // A password that cannot be decoded is logged and counts as none.
   if (fields.size() > 4) {
     entry.password = Trap(log, "Decode", std::string(), [&](std::string& result) { result = Decode(fields[4]); });
   }
@@ -53,34 +53,39 @@ void ServerTable::Load(std::string_view hosts, const SessionLog& log) {
 
 std::int16_t ServerTable::GetFreeServer(bool printOnly, std::string_view sessionId, std::string* busyReport) {
   if (busyReport != nullptr) busyReport->clear();
+  if (sickServers_ == SickServers::TriedLast) {
+    if (const std::int16_t number = Claim(printOnly, false, sessionId, nullptr); number != 0) return number;
+  }
+  return Claim(printOnly, true, sessionId, busyReport);
+}
+
+std::int16_t ServerTable::Claim(bool printOnly, bool sickToo, std::string_view sessionId, std::string* busyReport) {
   // By number, not by iterator: what runs inside a yield may load the table.
-  for (std::int16_t number = 1; number <= Count(); ++number) {
+  for (std::int32_t number = 1; number <= Count(); ++number) {
     ServerEntry& entry = At(number);
-    if (!entry.busy && (entry.print || !printOnly)) {
+    if (!entry.busy && (entry.print || !printOnly) && (sickToo || !entry.sick)) {
       entry.busy = true;
       entry.since = loop_.clock().Now();
       entry.session = sessionId;
-      return number;
+      return static_cast<std::int16_t>(number);
     }
     if (entry.busy && busyReport != nullptr) {
       *busyReport += "\r\nServer #" + std::to_string(number) + " (" + entry.host + ":" + std::to_string(entry.port) +
                      "): in use by session " + entry.session + " since " + entry.since.ToText();
     }
     loop_.RunReady();
-    if (number == Count()) break;
   }
   return 0;
 }
 
 std::int16_t ServerTable::CheckReleaseBusyServer() {
-  for (std::int16_t number = 1; number <= Count(); ++number) {
+  for (std::int32_t number = 1; number <= Count(); ++number) {
     ServerEntry& entry = At(number);
     if (entry.busy && Minute(loop_.clock().Now()) - Minute(entry.since) > kStaleMinutes) {
       entry.busy = false;
-      return number;
+      return static_cast<std::int16_t>(number);
     }
     loop_.RunReady();
-    if (number == Count()) break;
   }
   return 0;
 }

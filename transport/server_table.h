@@ -24,8 +24,13 @@ struct ServerEntry {
   bool busy = false;
   DateTime since;                        // when it was claimed
   std::string session;                   // who claimed it
-  std::optional<SocketAddress> address;  // what its host name was found to mean; forgotten when a connect fails
+  bool sick = false;                     // the last connect to it failed
+  std::optional<SocketAddress> address;  // found for its host name; forgotten when a connect fails
 };
+
+// How a server is chosen after a connect to it failed: ClaimedInOrder claims the first free server of the list whatever
+// its state, TriedLast claims one whose last connect failed only when no other is free.
+enum class SickServers : std::uint8_t { ClaimedInOrder, TriedLast };
 
 class ServerTable {
  public:
@@ -38,18 +43,22 @@ class ServerTable {
   // Claims the first free server, or 0 when there is none; print requests go to servers with the print flag only.
   // busyReport, when given, receives a line for each busy server passed over. Yields after each server passed over.
   std::int16_t GetFreeServer(bool printOnly, std::string_view sessionId, std::string* busyReport = nullptr);
+  void SetSickServers(SickServers policy) noexcept { sickServers_ = policy; }
   // Frees the first server that has been busy for more than five minute boundaries: its number, or 0.
   std::int16_t CheckReleaseBusyServer();
   void Release(std::int16_t number) { At(number).busy = false; }
 
-  std::int16_t Count() const noexcept { return static_cast<std::int16_t>(entries_.size()); }
+  std::int32_t Count() const noexcept { return static_cast<std::int32_t>(entries_.size()); }
   // The server of that number, counted from 1. Raises Subscript out of range.
   ServerEntry& At(std::int32_t number);
 
  private:
+  std::int16_t Claim(bool printOnly, bool sickToo, std::string_view sessionId, std::string* busyReport);
+
   EventLoop& loop_;
   std::vector<ServerEntry> entries_;
   bool isSet_ = false;
+  SickServers sickServers_ = SickServers::ClaimedInOrder;
 };
 
 }  // namespace oxaqrycln
