@@ -4,6 +4,7 @@
 #define OXAQRYCLN_PLATFORM_CLOCK_H_
 
 #include <chrono>
+#include <cstdint>
 
 #include "values/date_time.h"
 
@@ -29,8 +30,6 @@ class Clock {
   // Since an instant at which a second of the wall clock began.
   Duration SinceWholeSecond() const noexcept;
 
-  mutable std::int64_t quarterBegin_ = -1;  // a begin of a quarter of an hour ...
-  mutable DateTime quarterLocal_;           // ... and the local date and time it had
   Duration advanced_{0};
   bool wallIsSet_ = false;
   DateTime wall_;            // valid when set: what the wall clock showed ...

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/net/native_socket.h"
+#include "platform/net/socket_errors.h"
 #include "support/trap.h"
 #include "transport/connection_slot.h"
 #include "values/errors.h"

@@ -1,5 +1,5 @@
-// name_lookup.h - the lookup of one host name on a thread of its own, so that the apartment does not block.
-// Dropping it abandons the lookup: its result is thrown away, its descriptors are closed at once.
+// name_lookup.h - the look-up of one host name on a thread of its own, so that the apartment does not block.
+// Destroying it abandons the look-up: its result is discarded, its sockets are closed at once.
 #ifndef OXAQRYCLN_PLATFORM_NET_NAME_LOOKUP_H_
 #define OXAQRYCLN_PLATFORM_NET_NAME_LOOKUP_H_
 
@@ -33,7 +33,7 @@ class NameLookup final : private ReadySink {
   EventLoop& loop_;
   std::function<void(LookupResult)> done_;
   std::shared_ptr<Shared> shared_;
-  NativeSocket wakeRead_ = kNoSocket;
+  NativeSocket waits_ = kNoSocket;  // becomes ready when the look-up has ended
   EventLoop::WatchId watch_ = 0;
 };
 

@@ -12,19 +12,6 @@
 
 namespace oxaqrycln {
 
-// Winsock error numbers the component itself names.
-namespace socket_error {
-inline constexpr std::int32_t kWouldBlock = 10035;
-inline constexpr std::int32_t kAddressNotAvailable = 10049;
-inline constexpr std::int32_t kConnectionReset = 10054;
-inline constexpr std::int32_t kNoBufferSpace = 10055;
-inline constexpr std::int32_t kHostNotFound = 11001;
-inline constexpr std::int32_t kTryAgain = 11002;
-}  // namespace socket_error
-
-// What a Winsock error number means; "Socket error" for an unknown one.
-std::string_view SocketErrorDescription(std::int32_t number) noexcept;
-
 // The outcome of a call: how many bytes, or an error number other than 0.
 struct Transferred {
   std::size_t byteCount = 0;
@@ -44,6 +31,14 @@ Transferred Send(NativeSocket socket, std::string_view bytes) noexcept;
 Transferred Receive(NativeSocket socket, char* to, std::size_t room) noexcept;
 void SetReceiveWindow(NativeSocket socket, std::int32_t byteCount) noexcept;
 void CloseSocket(NativeSocket socket) noexcept;
+
+// Two ends of a connection inside the process: closing wakes, from any thread, makes waits ready to be read. Both are
+// kNoSocket when the system has none left.
+struct WakeUp {
+  NativeSocket waits = kNoSocket;
+  NativeSocket wakes = kNoSocket;
+};
+WakeUp MakeWakeUp() noexcept;
 
 }  // namespace oxaqrycln
 

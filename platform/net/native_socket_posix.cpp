@@ -11,6 +11,7 @@
 
 #include "platform/net/native_socket.h"
 #include "platform/net/socket_address.h"
+#include "platform/net/socket_errors.h"
 
 namespace oxaqrycln {
 namespace {
@@ -58,12 +59,12 @@ bool IsLoopback(const sockaddr_storage& address) noexcept {
 Connecting StartConnect(const SocketAddress& address, std::uint16_t port) noexcept {
   sockaddr_storage target{};
   std::memcpy(&target, address.bytes.data(), address.byteCount);
-  // The port stands at the same place in both families.
+  // The port has the same offset in both families.
   reinterpret_cast<sockaddr_in*>(&target)->sin_port = htons(port);
   const int made = socket(target.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   if (made < 0) return {kNoSocket, WinsockNumber(errno)};
-  // A connect to this machine is decided when the first call returns, but only the second one tells; a wait in the
-  // poller would tell as well, later.
+  // A connect to this machine has usually been decided when the first call returns, but only a second call reports it;
+  // waiting in the poller would take longer.
   std::int32_t number = Connect(made, target, address.byteCount);
   if (number == socket_error::kWouldBlock && IsLoopback(target)) number = Connect(made, target, address.byteCount);
   if (number == 0 || number == socket_error::kWouldBlock) return {made, number};
@@ -93,6 +94,12 @@ void SetReceiveWindow(NativeSocket socket, std::int32_t byteCount) noexcept {
 
 void CloseSocket(NativeSocket socket) noexcept { close(static_cast<int>(socket)); }
 
+WakeUp MakeWakeUp() noexcept {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return {};
+  return {ends[0], ends[1]};
+}
+
 std::optional<SocketAddress> NumericAddress(const std::string& host) {
   SocketAddress found;
   sockaddr_in four{};
@@ -120,7 +127,7 @@ LookupResult ResolveHost(const std::string& host) {
   addrinfo* list = nullptr;
   const int failed = getaddrinfo(host.c_str(), nullptr, &hints, &list);
   if (failed != 0) {
-    result.error = failed == EAI_AGAIN ? 11002 : socket_error::kHostNotFound;
+    result.error = failed == EAI_AGAIN ? socket_error::kTryAgain : socket_error::kHostNotFound;
     return result;
   }
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(list, &freeaddrinfo);

@@ -1,13 +1,13 @@
 #include "platform/net/name_lookup.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <atomic>
+#include <exception>
 #include <mutex>
+#include <string>
 #include <utility>
 
 #include "platform/net/native_socket.h"
+#include "platform/net/socket_errors.h"
 #include "platform/threads/background_thread.h"
 #include "values/errors.h"
 
@@ -38,32 +38,30 @@ class LookupPermit {
 
 struct NameLookup::Shared {
   std::mutex mutex;
-  int wakeWrite = -1;  // -1 once the result is not wanted any more, or has been announced
+  NativeSocket wakes = kNoSocket;  // kNoSocket once the result has been announced or is not wanted any more
   LookupResult result;
 
   void Announce(LookupResult found) {
     const std::lock_guard lock(mutex);
-    if (wakeWrite < 0) return;
+    if (wakes == kNoSocket) return;
     result = std::move(found);
-    close(wakeWrite);  // the reading end becomes ready with the end of the pipe
-    wakeWrite = -1;
+    CloseSocket(std::exchange(wakes, kNoSocket));  // which makes the waiting end ready
   }
   void Abandon() {
     const std::lock_guard lock(mutex);
-    if (wakeWrite >= 0) close(wakeWrite);
-    wakeWrite = -1;
+    if (wakes != kNoSocket) CloseSocket(std::exchange(wakes, kNoSocket));
   }
 };
 
 NameLookup::NameLookup(EventLoop& loop, std::string host, Resolver resolver, std::function<void(LookupResult)> done)
     : loop_(loop), done_(std::move(done)), shared_(std::make_shared<Shared>()) {
   auto permit = std::make_shared<LookupPermit>();
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) RaiseSocketError(socket_error::kNoBufferSpace);
-  wakeRead_ = ends[0];
-  shared_->wakeWrite = ends[1];
+  const WakeUp ends = MakeWakeUp();
+  if (ends.waits == kNoSocket) RaiseSocketError(socket_error::kNoBufferSpace);
+  waits_ = ends.waits;
+  shared_->wakes = ends.wakes;
   try {
-    watch_ = loop_.Watch(wakeRead_, Ready::Read, *this);
+    watch_ = loop_.Watch(waits_, Ready::Read, *this);
     StartBackgroundThread([shared = shared_, permit = std::move(permit), name = std::move(host),
                            resolve = std::move(resolver)]() mutable {
       LookupResult found;
@@ -86,7 +84,7 @@ NameLookup::~NameLookup() { Stop(); }
 void NameLookup::Stop() noexcept {
   if (watch_ != 0) loop_.Unwatch(std::exchange(watch_, 0));
   shared_->Abandon();
-  if (wakeRead_ != kNoSocket) close(static_cast<int>(std::exchange(wakeRead_, kNoSocket)));
+  if (waits_ != kNoSocket) CloseSocket(std::exchange(waits_, kNoSocket));
 }
 
 void NameLookup::OnReady(Ready /*found*/) {

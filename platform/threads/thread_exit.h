@@ -1,0 +1,13 @@
+// thread_exit.h - what is to be done when the calling thread ends.
+#ifndef OXAQRYCLN_PLATFORM_THREADS_THREAD_EXIT_H_
+#define OXAQRYCLN_PLATFORM_THREADS_THREAD_EXIT_H_
+
+namespace oxaqrycln {
+
+// Has release(what) called when the calling thread ends, where the system allows that: on Windows, where code of a
+// library must not run at the detach of a thread, it is never called. One call a thread. Raises std::bad_alloc.
+void AtThreadExit(void (*release)(void*) noexcept, void* what);
+
+}  // namespace oxaqrycln
+
+#endif  // OXAQRYCLN_PLATFORM_THREADS_THREAD_EXIT_H_
