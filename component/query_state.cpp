@@ -11,6 +11,8 @@ QueryState::QueryState(const clsQuery& query)
 
 bool QueryState::Load(std::initializer_list<Variant> elements, Variant* status) {
   const std::string request = BuildRequest(std::span(elements.begin(), elements.size()), log);
+  // A part that memory cut short must not reach a server.
+  if (firstError.number == error::kOutOfMemory) throw RuntimeError(error::kOutOfMemory);
   std::string errorText;
   const bool loaded = InitBuffer(request, execution, log, buffer, errorText);
   if (!loaded) WriteText(status, errorText);

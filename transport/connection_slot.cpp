@@ -35,14 +35,23 @@ void ConnectionSlot::StartReceiving(const std::optional<FileReceipt>& receipt) n
 }
 
 void ConnectionSlot::DataArrival() {
-  Trap(Log(), "Winsock_DataArrival", [&] {
-    form_.scratch.Reserve(receiveMode == kReceiveFile ? kFileScratchBytes : kScratchBytes);
-    if (receiveMode == kReceiveFile) {
-      ReceiveFile();
-    } else {
-      ReceiveText();
-    }
-  });
+  Trap(
+      Log(), "Winsock_DataArrival", false,
+      [&](bool& /*unused*/) {
+        form_.scratch.Reserve(receiveMode == kReceiveFile ? kFileScratchBytes : kScratchBytes);
+        if (receiveMode == kReceiveFile) {
+          ReceiveFile();
+        } else {
+          ReceiveText();
+        }
+      },
+      [&](const RuntimeError& why) {
+        // An answer whose header is invalid is lost, and its request ends by its time-out or by the peer's close. With
+        // any other error (a file that cannot be written, no memory) it ends at once.
+        if (header_ == Header::Failed && why.number() != error::kOutOfMemory) return;
+        socket.StopReading();
+        Error(why.number(), why.description());
+      });
 }
 
 void ConnectionSlot::ReceiveText() {
@@ -127,19 +136,8 @@ void ConnectionSlot::ReceiveFile() {
     Log().Write(bytInfo, "Winsock(", index_, "): Byte packet received: ", byteCount, " Bytes");
     Log().Write(bytInfo, "DEBUG: file handle: ", static_cast<int>(transferFile), " - data array size: ", byteCount - 1,
                 " - data array content: ", bytes.substr(0, 1), "..", bytes.substr(byteCount - 1));
-    WriteToFile(bytes);
-    CountBytes(byteCount);
-  }
-}
-
-// A file that cannot be written is not received any further: the request ends at once, and its error says why.
-void ConnectionSlot::WriteToFile(std::string_view bytes) {
-  try {
     form_.files.Write(transferFile, bytes);
-  } catch (const RuntimeError& why) {
-    socket.StopReading();
-    Error(why.number(), why.description());
-    throw;
+    CountBytes(byteCount);
   }
 }
 

@@ -54,7 +54,6 @@ class ConnectionSlot final : public SocketEvents {
   void ReceiveText();
   void ReceiveIntoPlace();
   void ReceiveFile();
-  void WriteToFile(std::string_view bytes);
   void TakePacket(std::string_view packet);
   void TakeFirstBytes(std::string_view packet);
   void TakeHeader(std::string_view head, std::size_t lineEnd);

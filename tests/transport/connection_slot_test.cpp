@@ -1,12 +1,19 @@
 // What the receiver makes of every way in which an answer can arrive, over real sockets.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <functional>
+
 #include "tests/support/requester.h"
 #include "tests/support/scripted_server.h"
 #include "tests/support/temporary_directory.h"
 
 namespace oxaqrycln::testing {
 namespace {
+
+using namespace std::chrono_literals;
 
 using ::testing::Values;
 
@@ -95,11 +102,30 @@ INSTANTIATE_TEST_SUITE_P(
            Fault{"header_never_ends", "TotalBytes:" + std::string(40, '1'), false, kResetText, kReceiverFailed}),
     [](const auto& each) { return each.param.name; });
 
-TEST(Receiver, TouchesNoMemoryOnTheWordOfAPeer) {
-  ScriptedServer server(ScriptedServer::Replies("TotalBytes:2147483647\r\nabc"));
-  Requester page(server.Host(), 0);
+// The memory that the process has at this moment, in bytes.
+std::size_t ResidentBytes() {
+  std::size_t all = 0;
+  std::size_t resident = 0;
+  std::ifstream("/proc/self/statm") >> all >> resident;
+  return resident * 4096;
+}
+
+TEST(Receiver, MakesMemoryOnlyAsTheBytesCome) {
+  ScriptedServer server(ScriptedServer::Replies("TotalBytes:2147483647\r\n" + std::string(100'000, 'a')));
+  Requester page(server.Host());
+  const std::size_t before = ResidentBytes();
+  std::size_t most = 0;
+  EventLoop& loop = page.apartment->loop;
+  const ConnectionSlot& slot = page.apartment->controls.Slot(1);
+  const std::function<void()> watch = [&] {
+    most = std::max(most, ResidentBytes());
+    if (slot.bytesReceived == 100'000) return page.apartment->clock.Advance(20s);
+    loop.Post(watch);
+  };
+  loop.Post(watch);
   EXPECT_FALSE(page.Request("^X^"));
-  EXPECT_EQ(page.error, "Timeout of 0 seconds occured while waiting for server response");
+  EXPECT_EQ(page.error, "Timeout of 10 seconds occured while waiting for server response");
+  EXPECT_LT(most, before + (8U << 20U));
 }
 
 TEST(Receiver, PutsALargeAnswerTogetherWhole) {
