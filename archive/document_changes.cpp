@@ -6,6 +6,7 @@
 #include "component/query_state.h"
 #include "platform/files/files.h"
 #include "support/text_helpers.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {

@@ -12,6 +12,7 @@
 #include "component/objects.h"
 #include "platform/database/database.h"
 #include "support/text_helpers.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::bench {
 namespace {

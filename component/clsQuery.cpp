@@ -43,7 +43,7 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
       state.database->Open(strDBConnect);
     }
     frmControls& controls = state.apartment->controls;
-    // A second Init goes on with the slot of the first.
+    // A second Init keeps the slot of the first.
     const std::int32_t slot = state.execution.slot() != 0 ? state.execution.slot() : controls.GetFreeControl();
     if (slot == -1) throw RuntimeError(controls.LastError());
     state.execution.UseSlot(static_cast<std::int16_t>(slot));

@@ -145,8 +145,8 @@ class clsQuery {
 
   // Which definitions restrict what a user sees and searches in an archive: those that are given to the user himself or
   // to a group he is a member of. A definition whose channel is empty or Null applies in every channel, one whose
-  // archive is empty or Null to every archive. A failure returns Empty with every output "". Texts stand in the outputs
-  // as they are stored: one that holds "^,^" or a line end changes what the page reads.
+  // archive is empty or Null to every archive. A failure returns Empty with every output "". Texts appear in the
+  // outputs as they are stored: one that holds "^,^" or a line end changes what the page reads.
 
   // The conditions by which documents are shown. Returns their number (Long); strDocRights receives a line
   // "^definition^,^field^,^operator^,^value^,^type^" with CR LF for each, by definition and grade. A definition that
@@ -187,7 +187,7 @@ class clsQuery {
   // Stores for all users whether a node is expanded. Returns 1 (Long), or -1 (Integer) on failure and when there is no
   // such node. Nodes that are loaded stay as they are.
   Variant UpdateOutlinerContent(const Variant& lngID, const Variant& blnExpand);
-  // The query that finds what a node stands for: the conditions from the root down to the node, joined by " AND ". A
+  // The query that finds the documents of a node: the conditions from the root down to the node, joined by " AND ". A
   // level takes part unless its search setting is blank, Null, "False" or a spelling of the number 0. A condition is
   // field:"value" for the data type "TXT" and field:value for others; a value of those is quoted, too, when it is empty
   // or holds anything but letters, digits, ".", "-", "_" and "*". A double quote in a value becomes a blank. "" for a
@@ -275,7 +275,7 @@ class clsQuery {
   std::string TELOSortHitlist2Next();
   // Removes a hit from the list of the last query; lngLine 1 is the first hit in its present order. Returns the number
   // of hits left (Long), or -1 (Integer), with nothing changed, when there is no such hit. TELOSortHitlistNext goes on
-  // with the row it would have read, or the one behind when that was removed. Removing a hit moves four bytes for each
+  // with the row it would have read, or the next one when that was removed. Removing a hit moves four bytes for each
   // one between it and the nearer end of the list: at most two million bytes in a list of a million hits.
   Variant TELODeleteFromHitlist(const Variant& lngLine);
 
@@ -303,8 +303,8 @@ class clsQuery {
                                             Variant* strFeldtitel = nullptr, Variant* strDateiname = nullptr,
                                             Variant* intStatus = nullptr, Variant* strLayoutID = nullptr,
                                             Variant* lngThumbnailSize = nullptr);
-  // Asks for a document's texts, with strMarkOn before and strMarkOff behind each hit of strQuery and strBlank for its
-  // blanks. strCRLF stands between the lines of a text, CR LF when left out. Returns the number of texts (Long), or -1
+  // Asks for a document's texts, with strMarkOn before and strMarkOff after each hit of strQuery and strBlank for its
+  // blanks. strCRLF separates the lines of a text, CR LF when left out. Returns the number of texts (Long), or -1
   // (Integer) on failure; they outlive other requests until the next TELOGetSegmentTextInit or TELOGetNotesInit.
   Variant TELOGetSegmentTextInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                  const Variant& strVer, const Variant& strQuery = Missing,
@@ -369,7 +369,7 @@ class clsQuery {
   // Deletes a document or one of its versions. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELODeleteDocument(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                              const Variant& strVer, Variant* strParamStatus = nullptr);
-  // Writes the description of a document to a file, behind what an older file of that name holds. The lists of field
+  // Writes the description of a document to a file, after the content of an older file of that name. The lists of field
   // types and ids are separated by ","; the contents are written as they are; strCharSet names their character set.
   // Returns 1 (Long), or -1 (Integer) on failure; sends no request, strParamStatus becomes "" on success.
   Variant CreateImportFile(const Variant& strImportFile, const Variant& strChannel, const Variant& strArchive,
@@ -404,7 +404,7 @@ class clsQuery {
                            const Variant& strVer, Variant* strParamStatus = nullptr);
   // The next note: its header, "," and its text with CR LF between lines; "" at the end.
   std::string TELOGetNotesNext();
-  // Attaches the first 8000 characters of a note. strParamCRLF tells the server which text stands for a line break, CR
+  // Attaches the first 8000 characters of a note. strParamCRLF is the text that means a line break, CR
   // LF when left out. Returns 1 (Long), or -1 (Integer) on failure.
   Variant TELOWriteNote(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                         const Variant& strVer, const Variant& strNote, const Variant& strParamCRLF = Missing,
@@ -435,9 +435,9 @@ class clsQuery {
   std::string EncryptBase64(const Variant& strString, const Variant& strParamKey = Missing);
   // Encrypts a text; "" on failure.
   std::string Encrypt(const Variant& strString, const Variant& strParamKey = Missing);
-  // The inverse of Encrypt; "" on failure, also for what was encrypted with another key.
+  // The inverse of Encrypt; "" on failure, also for a text that was encrypted with another key.
   std::string Decrypt(const Variant& strString, const Variant& strParamKey = Missing);
-  // The inverse of EncryptBase64; "" on failure, also for what was encrypted with another key.
+  // The inverse of EncryptBase64; "" on failure, also for a text that was encrypted with another key.
   std::string DecryptBase64(const Variant& strString, const Variant& strParamKey = Missing);
   // The bytes of a Base64 text; "" on failure.
   std::string DecodeBase64(const Variant& strString);

@@ -7,7 +7,7 @@
 namespace oxaqrycln {
 namespace {
 
-// The level of a line; what is no level is written like information.
+// The level of a line; any other value counts as information.
 int Level(const Variant& value) noexcept {
   if (value.IsMissing()) return bytInfo;
   try {

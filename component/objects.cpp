@@ -21,7 +21,7 @@ struct Registry {
   };
 };
 
-// Never destroyed: an instance may be made or end while the process goes down.
+// Never destroyed: an instance may be made or end while the process ends.
 Registry& TheRegistry() {
   static auto* const registry = new Registry;  // NOLINT
   return *registry;

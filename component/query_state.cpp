@@ -23,7 +23,7 @@ void QueryState::Drop(std::unique_ptr<QueryState> state, std::string logPath, st
   state->isDropped_ = true;
   state->logPath_ = std::move(logPath);
   state->sessionId_ = std::move(sessionId);
-  state->log.LookAt(state->logPath_, state->sessionId_);
+  state->log.ReferTo(state->logPath_, state->sessionId_);
   state->execution.Abandon();
   QueryState* const released = state.release();
   if (released->runningMethods_ == 0) End(released);

@@ -45,7 +45,7 @@ struct QueryState {
   static void Drop(std::unique_ptr<QueryState> state, std::string logPath, std::string sessionId) noexcept;
 
   // Composes the command part of the elements, sends it and fills the buffer. The status output, when given, receives
-  // the error text of a failure; what follows a success is the caller's.
+  // the error text of a failure; after a success the caller sets it.
   bool Load(std::initializer_list<Variant> elements, Variant* status);
 
   // A whole method that sends the elements and reads no line of the answer: Long 1 and an empty status, or Integer -1.
@@ -100,7 +100,7 @@ struct QueryState {
 
   int runningMethods_ = 0;
   bool isDropped_ = false;
-  // Of a dropped instance: what its public variables held.
+  // Of a dropped instance: the values of its public variables.
   std::string logPath_;
   std::string sessionId_;
 };

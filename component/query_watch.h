@@ -1,6 +1,6 @@
-// query_watch.h - what a host (command line, language binding, portal) sees and controls of an instance beyond the
-// class: progress, cancelling, outcomes, the server table, the database connection. Not for page authors.
-// A watch belongs to the thread of its instance; only Cancel and Progress may be called from others.
+// query_watch.h - an instance as its host (command line, language binding, portal) sees and controls it beyond the
+// class: progress, cancelling, outcomes, the server table, the database connection. Not for page authors. A watch
+// belongs to the thread of its instance; only Cancel and Progress may be called from others.
 #ifndef OXAQRYCLN_COMPONENT_QUERY_WATCH_H_
 #define OXAQRYCLN_COMPONENT_QUERY_WATCH_H_
 

@@ -1,4 +1,4 @@
-// scripting_context.h - what the web server hands to OnStartPage: the page's context and its request.
+// scripting_context.h - what the web server passes to OnStartPage: the page's context and its request.
 // Implemented by the host; the component only reads.
 #ifndef OXAQRYCLN_COMPONENT_SCRIPTING_CONTEXT_H_
 #define OXAQRYCLN_COMPONENT_SCRIPTING_CONTEXT_H_

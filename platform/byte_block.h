@@ -1,5 +1,5 @@
-// byte_block.h - a growing run of bytes that is never filled before bytes come: reserving takes addresses, not memory.
-// Growing a large block moves its pages, not its bytes.
+// byte_block.h - a growing sequence of bytes that is not initialised: reserving takes addresses, not memory. Growing a
+// large block moves its pages, not its bytes.
 #ifndef OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 #define OXAQRYCLN_PLATFORM_BYTE_BLOCK_H_
 
@@ -34,10 +34,10 @@ class ByteBlock {
   void Reserve(std::size_t byteCount);
   // Appends, growing by half as much again when there is no room.
   void Append(std::string_view bytes);
-  // Counts bytes that were written behind the held ones, inside the capacity.
+  // Counts bytes that were written after the present ones, inside the capacity.
   void Extend(std::size_t byteCount) noexcept { size_ += byteCount; }
-  // Has the pages for so many next bytes made at once, as far as there is room: that costs less than making each when
-  // it is first written to. Returns the position up to which pages are there, behind size() unless the block is full.
+  // Populates the pages for the next bytes, as far as there is room, which costs less than a page fault for each.
+  // Returns the position up to which pages are populated, which is after size() unless the block is full.
   std::size_t MakePages(std::size_t byteCount) noexcept;
   void Clear() noexcept { size_ = 0; }
   // Gives the memory back.

@@ -23,7 +23,7 @@ class Clock {
 
   // Sets the wall clock, which then runs on; the steady time does not notice.
   void SetWall(DateTime now) noexcept;
-  // Lets time pass at once, on the wall clock and the steady clock alike.
+  // Moves the wall clock and the steady clock forward.
   void Advance(Duration duration) noexcept { advanced_ += duration; }
 
  private:
@@ -32,7 +32,7 @@ class Clock {
 
   Duration advanced_{0};
   bool wallIsSet_ = false;
-  DateTime wall_;            // valid when set: what the wall clock showed ...
+  DateTime wall_;            // valid when set: the time of the wall clock ...
   SteadyPoint wallSetAt_{};  // ... at this steady time
 };
 

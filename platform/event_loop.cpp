@@ -11,10 +11,10 @@
 namespace oxaqrycln {
 namespace {
 
-// Enough for most short answers of a server on this machine, and less than it costs to fall asleep and wake up.
-constexpr Clock::Duration kSoon = std::chrono::microseconds(5);
+// Enough for most short answers of a server on this machine, and less than it costs to park and to be woken.
+constexpr Clock::Duration kSpin = std::chrono::microseconds(5);
 
-// With a single processor a server on this machine could not answer while this thread is awake.
+// With a single processor a server on this machine could not answer while this thread spins.
 bool HasSeveralProcessors() noexcept {
   static const bool several = std::thread::hardware_concurrency() > 1;
   return several;
@@ -77,7 +77,7 @@ void EventLoop::Dispatch() {
     watched_.front().sink->OnReady(entries_.front().found);
     return;
   }
-  // A sink may end any watch, its own included, so each ready one is looked up again by its id before it is told.
+  // A sink may end any watch, including its own, so each ready one is found again by its id before its call.
   std::vector<std::pair<WatchId, Ready>> ready;
   for (std::size_t i = 0; i < watched_.size(); ++i) {
     if (entries_[i].found != Ready::None) ready.emplace_back(watched_[i].id, entries_[i].found);
@@ -94,8 +94,8 @@ void EventLoop::RunReady() {
   if (!watched_.empty() && Poll(entries_, Clock::Duration::zero()) > 0) Dispatch();
 }
 
-// Asks for nothing but the time: what comes meanwhile is found by the poll that follows.
-void EventLoop::StayAwakeUntil(SteadyPoint until) const noexcept {
+// Spins on the clock only; the following poll picks up any events.
+void EventLoop::SpinUntil(SteadyPoint until) const noexcept {
   constexpr int kMostLooks = 1000;
   for (int looks = 0; looks < kMostLooks && clock_.SteadyNow() < until; ++looks) {
   }
@@ -106,7 +106,7 @@ void EventLoop::RunUntil(SteadyPoint latest) {
   const SteadyPoint now = clock_.SteadyNow();
   Clock::Duration wait = Clock::Duration::zero();
   if (!RunDueTimers(now) && !posted) wait = NextTimer(latest) - now;
-  if (std::exchange(expectsSoon_, false) && HasSeveralProcessors()) StayAwakeUntil(now + std::min(wait, kSoon));
+  if (std::exchange(expectsSoon_, false) && HasSeveralProcessors()) SpinUntil(now + std::min(wait, kSpin));
   if (Poll(entries_, wait) > 0) {
     Dispatch();
   } else {

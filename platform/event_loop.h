@@ -12,7 +12,7 @@
 
 namespace oxaqrycln {
 
-// Told when a watched socket is ready. May end its own watch or any other.
+// Is called when a watched socket is ready. May end its own watch or any other.
 class ReadySink {
  public:
   virtual void OnReady(Ready found) = 0;
@@ -40,13 +40,13 @@ class EventLoop {
 
   // Runs the timers that are due and nothing else; false when none was.
   bool RunDueTimers() { return RunDueTimers(clock_.SteadyNow()); }
-  // Runs what is ready and returns at once.
+  // Runs what is ready and returns without waiting.
   void RunReady();
   // The same, but waits in the poller for something to run, at the latest until the time given.
   void RunUntil(SteadyPoint latest);
 
-  // The next wait starts awake, for a few microseconds: what is waited for is likely to come before a thread that
-  // falls asleep could be woken.
+  // The next wait starts with a few microseconds of spinning: the event is likely to come before a parked thread could
+  // be woken.
   void ExpectSoon() noexcept { expectsSoon_ = true; }
 
   const Clock& clock() const noexcept { return clock_; }
@@ -59,7 +59,7 @@ class EventLoop {
   };
   bool RunPosted();
   bool RunDueTimers(SteadyPoint now);
-  void StayAwakeUntil(SteadyPoint until) const noexcept;
+  void SpinUntil(SteadyPoint until) const noexcept;
   SteadyPoint NextTimer(SteadyPoint latest) const noexcept;
   void Dispatch();
 

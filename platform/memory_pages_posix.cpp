@@ -4,8 +4,8 @@
 
 namespace oxaqrycln {
 
-// The pages are of the ordinary size: huge ones spare most page faults, but a virtual machine often has to get theirs
-// from its host first, which was measured to take several times as long as all the rest.
+// The pages have the ordinary size: huge ones avoid most page faults, but a virtual machine often has to get them from
+// its host first, which was measured to take several times as long as everything else.
 char* MapPages(std::size_t byteCount) noexcept {
   void* memory = mmap(nullptr, byteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   return memory == MAP_FAILED ? nullptr : static_cast<char*>(memory);

@@ -1,4 +1,4 @@
-// module_info.h - where the component's own module lies, and which thread is running.
+// module_info.h - the path and handle of the component's module, and the id of the running thread.
 #ifndef OXAQRYCLN_PLATFORM_MODULE_INFO_H_
 #define OXAQRYCLN_PLATFORM_MODULE_INFO_H_
 
@@ -13,7 +13,7 @@ struct ModuleInfo {
   std::uintptr_t handle = 0;  // where the module is loaded
 };
 
-// The library or program that holds this code; empty names when the machine does not tell.
+// The library or program that contains this code; empty names when the system does not provide them.
 ModuleInfo ThisModule();
 std::int64_t CurrentThreadId() noexcept;
 

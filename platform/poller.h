@@ -1,4 +1,5 @@
-// poller.h - the poller of the machine: waits until a socket is ready.
+// poller.h - the poller of the system: waits until a socket is ready. On a system whose threads have a message queue
+// the wait also dispatches the thread's messages.
 #ifndef OXAQRYCLN_PLATFORM_POLLER_H_
 #define OXAQRYCLN_PLATFORM_POLLER_H_
 
@@ -23,8 +24,8 @@ struct PollEntry {
   Ready found = Ready::None;
 };
 
-// Waits until an entry is ready or the time has passed (0: looks and returns at once). Returns the number of ready
-// entries; 0 also when a signal came.
+// Waits until an entry is ready or the time has passed; 0 does not wait. Returns the number of ready entries, which is
+// 0 also after a signal and after messages were dispatched.
 int Poll(std::span<PollEntry> entries, std::chrono::nanoseconds timeout);
 
 }  // namespace oxaqrycln

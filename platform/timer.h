@@ -1,5 +1,5 @@
-// timer.h - calls back at a fixed interval, inside the yields of its loop. Late when nothing yields; never twice at
-// once.
+// timer.h - calls back at a fixed interval, inside the yields of its loop. Late when nothing yields; never
+// reentered.
 #ifndef OXAQRYCLN_PLATFORM_TIMER_H_
 #define OXAQRYCLN_PLATFORM_TIMER_H_
 
@@ -18,9 +18,8 @@ class Timer {
   Timer(const Timer&) = delete;
   Timer& operator=(const Timer&) = delete;
 
-  std::chrono::milliseconds Interval() const noexcept { return interval_; }
-  // A new interval starts counting now; the interval it has already changes nothing, so that a host which sets it
-  // again and again does not keep the timer from ticking.
+  // A different interval starts counting now; setting the same one again changes nothing, so that repeated calls do not
+  // keep the timer from ticking.
   void SetInterval(std::chrono::milliseconds interval) noexcept;
   void Enable(bool enabled) noexcept;
 

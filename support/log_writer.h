@@ -1,5 +1,5 @@
 // log_writer.h - lines of a session's log file. A line that cannot be written is lost; nothing is ever raised.
-// Owns nothing: a SessionLog looks at the directory and session id of an instance or of a connection slot.
+// Owns nothing: a SessionLog refers to the directory and session id of an instance or of a connection slot.
 #ifndef OXAQRYCLN_SUPPORT_LOG_WRITER_H_
 #define OXAQRYCLN_SUPPORT_LOG_WRITER_H_
 
@@ -31,8 +31,8 @@ class SessionLog {
              HandledError* firstError = nullptr) noexcept
       : directory_(&directory), sessionId_(&sessionId), clock_(clock), firstError_(firstError) {}
 
-  // Looks at other texts from now on.
-  void LookAt(const std::string& directory, const std::string& sessionId) noexcept {
+  // Refers to other texts from now on.
+  void ReferTo(const std::string& directory, const std::string& sessionId) noexcept {
     directory_ = &directory;
     sessionId_ = &sessionId;
   }

@@ -25,7 +25,7 @@ unsigned HexDigit(char digit) {
   throw RuntimeError(error::kTypeMismatch);
 }
 
-// The number that decimal digits spell when they are read as octal ones.
+// The number whose octal digits are the decimal digits of value.
 unsigned DecimalAsOctal(unsigned value) {
   unsigned result = 0;
   for (unsigned place = 1; value > 0; value /= 10, place *= 8) {
@@ -100,22 +100,6 @@ std::string Decode(std::string_view text) {
   return result;
 }
 
-std::vector<std::string_view> Split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  if (text.empty()) return parts;
-  for (std::size_t start = 0;;) {
-    const std::size_t end = text.find(separator, start);
-    parts.push_back(text.substr(start, end - start));
-    if (end == std::string_view::npos) return parts;
-    start = end + 1;
-  }
-}
-
-std::string_view Trimmed(std::string_view text) noexcept {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
 std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32_t occurrence) {
   std::size_t position = 0;
   for (std::int32_t count = 1;; ++count) {
@@ -139,7 +123,7 @@ std::string GetPages(std::string_view pages) {
 std::int32_t ToNumber(std::string_view text) noexcept {
   try {
     return TextToLong(text);
-  } catch (...) {  // what is no number counts as 0
+  } catch (...) {  // a text that is no number counts as 0
     return 0;
   }
 }

@@ -3,27 +3,18 @@
 #ifndef OXAQRYCLN_SUPPORT_TEXT_HELPERS_H_
 #define OXAQRYCLN_SUPPORT_TEXT_HELPERS_H_
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace oxaqrycln {
 
 // Two upper-case hexadecimal digits a character, the last character first. A character whose code plus its 1-based
 // position is 174 or more loses a digit. Raises Overflow when code plus position exceeds 32767.
 std::string Encode(std::string_view text);
-// The inverse of Encode, for texts that lost no digit. Raises Type mismatch for what is no such encoding, Invalid
-// procedure call for a code below 0 and for the lengths 3 and 7, 11, ... that have no first pair.
+// The inverse of Encode, for texts that lost no digit. Raises Type mismatch for a text that is no such encoding,
+// Invalid procedure call for a code below 0 and for the lengths 3 and 7, 11, ... that have no first pair.
 std::string Decode(std::string_view text);
-
-// The parts of a text between its separators; none of the empty text. They are as short-lived as the text.
-std::vector<std::string_view> Split(std::string_view text, char separator);
-std::vector<std::string_view> Split(std::string&& text, char separator) = delete;
-
-// The text without the blanks around it.
-std::string_view Trimmed(std::string_view text) noexcept;
 
 // The 1-based position of the n-th occurrence of a text, 0 when there are fewer. Occurrences may overlap.
 std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32_t occurrence);

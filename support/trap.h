@@ -9,9 +9,9 @@
 
 namespace oxaqrycln {
 
-// Runs body(result) with result starting as the failure value and returns what result holds at its end, also when an
-// error ended it; then the component error line is written and failed(error) called first. Lets nothing out, not even
-// an error of failed.
+// Runs body(result), where result starts as the failure value, and returns result, also when an error ended the body;
+// then the component error line is written and failed(error) is called first. Raises nothing, not even an error of
+// failed.
 template <typename Result, typename Body, typename Failed>
 Result Trap(const SessionLog& log, std::string_view routine, Result failure, Body&& body, Failed&& failed) {
   Result result(std::move(failure));

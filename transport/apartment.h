@@ -1,5 +1,5 @@
 // apartment.h - all state that the instances of one thread share: clock, event loop, server table, hidden form.
-// Made on first use; needs no lock, and holds nothing of the operating system while no instance lives on the thread.
+// Made on first use; needs no lock, and has no system resource while no instance lives on the thread.
 #ifndef OXAQRYCLN_TRANSPORT_APARTMENT_H_
 #define OXAQRYCLN_TRANSPORT_APARTMENT_H_
 
@@ -15,7 +15,7 @@ namespace oxaqrycln {
 
 class Apartment {
  public:
-  // The calling thread's. An instance holds a share, so that it may end after its thread's own has gone.
+  // That of the calling thread. An instance owns a share, so that it may end after its thread.
   static std::shared_ptr<Apartment> Current();
 
   Apartment();

@@ -88,7 +88,7 @@ void ConnectionSlot::TakePacket(std::string_view packet) {
   CountBytes(packet.size());
 }
 
-// TCP keeps no packet boundaries, so the header may come in pieces: what could still become one is kept.
+// TCP keeps no packet boundaries, so the header may arrive in pieces: its possible start is kept.
 void ConnectionSlot::TakeFirstBytes(std::string_view packet) {
   std::string joined;
   if (!pendingHeader_.empty()) {
@@ -147,7 +147,7 @@ void ConnectionSlot::CountBytes(std::size_t byteCount) {
   if (bytesReceived < bytesToReceive) return;
   Log().Write(bytInfo, "Winsock(", index_, "): All packets received: ", bytesReceived, " bytes in total");
   requestReady = true;
-  socket.StopReading();  // nobody waits for later bytes
+  socket.StopReading();  // later bytes are not part of the answer
 }
 
 void ConnectionSlot::PeerClosed() {

@@ -40,7 +40,7 @@ class ConnectionSlot final : public SocketEvents {
   ConnectionSlot(std::int32_t index, Form form) noexcept
       : index_(index), form_(form), socket(form.loop, form.resolver, *this) {}
 
-  // Makes ready for an answer, a text or the bytes of a file, and forgets every trace of an earlier one.
+  // Resets the receive state for an answer: a text or the bytes of a file.
   void StartReceiving(const std::optional<FileReceipt>& receipt) noexcept;
   SessionLog Log() const noexcept { return {debugLogPath, sessionId, form_.loop.clock()}; }
 
@@ -62,8 +62,8 @@ class ConnectionSlot final : public SocketEvents {
   const std::int32_t index_;
   const Form form_;
   Header header_ = Header::Awaited;
-  std::string pendingHeader_;  // the start of a header whose end has not come yet
-  std::size_t pagesUpTo_ = 0;  // up to which position of a large response there are pages
+  std::string pendingHeader_;  // the start of a header whose end has not arrived yet
+  std::size_t pagesUpTo_ = 0;  // the position in a large response up to which its pages are populated
 
  public:
   // The record.

@@ -42,7 +42,7 @@ class frmControls final : public SlotAccessors<frmControls> {
   ConnectionSlot::Form form_;
   OpenFiles files_;
   ByteBlock scratch_;
-  // Slot 0 is the form's own and never handed out. A socket is known by its address, so slots do not move.
+  // Slot 0 belongs to the form and is never handed out. Sockets are referred to by address, so slots do not move.
   std::vector<std::unique_ptr<ConnectionSlot>> slots_;
   std::int32_t firstFree_ = 1;  // no slot below it is free
   RuntimeError lastError_{0, ""};

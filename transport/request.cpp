@@ -4,11 +4,11 @@
 #include <chrono>
 #include <utility>
 
-#include "support/text_helpers.h"
 #include "support/trap.h"
 #include "transport/connection_slot.h"
 #include "values/code_page.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
@@ -20,7 +20,7 @@ constexpr std::string_view kSuccess = "Status: OK";
 constexpr std::size_t kStatusWord = 7;  // characters of "Status:"
 constexpr std::string_view kAllBusy = "All query servers are currently busy";
 constexpr std::string_view kCancelled = "Request cancelled";
-// How often a host looks at a request that waits.
+// How often a waiting request reports to its watches.
 constexpr std::chrono::milliseconds kWatchInterval(100);
 
 // The steady time at which more second boundaries of the wall clock than allowed will have passed since now. Carried
@@ -86,7 +86,7 @@ class RequestExecution::Attempts {
  private:
   enum class Attempt { NextServer, Answered, Failed };
 
-  // To be called after every yield, in which the host may have ended the instance.
+  // To be called after every yield, since the host may have ended the instance inside it.
   void RequireOwner() const {
     if (owner_.isAbandoned_) {
       throw RuntimeError(error::kObjectNotSet, "The instance has ended while its request was running");

@@ -1,5 +1,5 @@
 // request.h - one request of an instance to a query server: claim, connect with fail-over, send, wait, release.
-// Knows nothing of what the answer says. One per clsQuery.
+// Does not interpret the data lines of an answer. One per clsQuery.
 #ifndef OXAQRYCLN_TRANSPORT_REQUEST_H_
 #define OXAQRYCLN_TRANSPORT_REQUEST_H_
 

@@ -1,5 +1,5 @@
-// request_monitor.h - what a host sees of an instance's requests while they run and afterwards, and its wish to cancel
-// them. One per clsQuery, shared with the watches on it.
+// request_monitor.h - the progress and outcome of an instance's requests, for hosts, and the flag that cancels them.
+// One per clsQuery, shared with its watches.
 #ifndef OXAQRYCLN_TRANSPORT_REQUEST_MONITOR_H_
 #define OXAQRYCLN_TRANSPORT_REQUEST_MONITOR_H_
 

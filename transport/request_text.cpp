@@ -6,7 +6,7 @@
 namespace oxaqrycln {
 namespace {
 
-constexpr std::size_t kUsualLength = 256;  // of a command part, to spare its growing
+constexpr std::size_t kUsualLength = 256;  // of a command part, reserved at once
 
 }  // namespace
 
@@ -40,7 +40,7 @@ std::string BuildRequestPre(std::int32_t serverNumber, ServerTable& servers, con
 std::string GetRequestField(std::string_view text, std::int32_t number) {
   constexpr std::string_view kBetween = "^,^";
   constexpr std::size_t kNone = std::string_view::npos;
-  std::size_t start = 1;  // behind the opening caret
+  std::size_t start = 1;  // after the opening caret
   // A caret at the very end closes the last field.
   const auto fieldEnd = [&] {
     const std::size_t end = text.find(kBetween, start);

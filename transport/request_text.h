@@ -21,11 +21,11 @@ struct Account {
 };
 
 // The command part: "^element^" for each element, joined by ",". The first element is the command word. On failure the
-// part built so far; the log tells.
+// part built so far, and a line in the log.
 std::string BuildRequest(std::span<const Variant> elements, const SessionLog& log);
 
 // The request prefix for a server of the table: session id, user and encoded password, the server's own account where
-// it has one. "" on failure; the log tells.
+// it has one. "" on failure, and a line in the log.
 std::string BuildRequestPre(std::int32_t serverNumber, ServerTable& servers, const Account& account,
                             const SessionLog& log);
 

@@ -5,6 +5,7 @@
 #include "support/text_helpers.h"
 #include "support/trap.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 #include "values/variant.h"
 
 namespace oxaqrycln {
@@ -60,7 +61,7 @@ std::int16_t ServerTable::GetFreeServer(bool printOnly, std::string_view session
 }
 
 std::int16_t ServerTable::Claim(bool printOnly, bool sickToo, std::string_view sessionId, std::string* busyReport) {
-  // By number, not by iterator: what runs inside a yield may load the table.
+  // By number, not by iterator: a call inside a yield may load the table.
   for (std::int32_t number = 1; number <= Count(); ++number) {
     ServerEntry& entry = At(number);
     if (!entry.busy && (entry.print || !printOnly) && (sickToo || !entry.sick)) {

@@ -1,5 +1,5 @@
-// des56.h - single DES with a key of 56 bits, in CBC mode. Broken long ago: it hides texts from a glance, not from an
-// attacker; kept because pages hold texts that were encrypted with it.
+// des56.h - single DES with a key of 56 bits, in CBC mode. Broken long ago: it keeps texts from casual readers,
+// not from attackers; kept because pages have texts that were encrypted with it.
 #ifndef OXAQRYCLN_PLATFORM_CIPHERS_DES56_H_
 #define OXAQRYCLN_PLATFORM_CIPHERS_DES56_H_
 
@@ -21,10 +21,10 @@ DesKey DesKeyFromText(std::string_view text) noexcept;
 std::string DesCbcEncrypt(const DesKey& key, std::string_view start, std::string_view blocks);
 std::string DesCbcDecrypt(const DesKey& key, std::string_view start, std::string_view blocks);
 
-// A random start value and the text, padded (PKCS#7), behind it.
+// A random start value, followed by the encrypted text with its padding (PKCS#7).
 std::string DesEncrypt(const DesKey& key, std::string_view text);
-// The inverse. Raises Invalid procedure call for what cannot have been encrypted so: another length, wrong padding,
-// which is what a wrong key mostly shows as.
+// The inverse. Raises Invalid procedure call for an impossible length and for wrong padding, the usual effect of a
+// wrong key.
 std::string DesDecrypt(const DesKey& key, std::string_view cipher);
 
 }  // namespace oxaqrycln

@@ -6,6 +6,7 @@
 
 #include "values/code_page.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
@@ -14,22 +15,16 @@ constexpr std::int32_t kProviderNotFound = 3706;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-std::string_view Trimmed(std::string_view text) noexcept {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 [[noreturn]] void Refuse(const char* why) { throw RuntimeError(error::kInvalidProcedureCall, why); }
 
-// Takes a value off the front of text, up to the ";" behind it; a doubled closing quote stands for itself.
+// Removes a value and the ";" after it from the front of text; a doubled closing quote is one quote of the value.
 std::string TakeValue(std::string_view& text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
   const char opening = first == std::string_view::npos ? ';' : text[first];
   if (opening != '{' && opening != '"') {
     const std::string_view value = text.substr(0, text.find(';'));
     text.remove_prefix(std::min(text.size(), value.size() + 1));
-    return std::string(Trimmed(value));
+    return std::string(Trimmed(value, kBlanks));
   }
   const char closing = opening == '{' ? '}' : '"';
   std::string value;
@@ -47,8 +42,8 @@ std::string TakeValue(std::string_view& text) {
   Refuse("A quoted value of the connection string has no end");
 }
 
-// A value as it stands in an ODBC connection string. The driver's name, passwords and user names are always in braces,
-// since a driver may decode what is not; a file's name not without need, since not every driver takes the braces off.
+// A value as an ODBC connection string has it. The driver's name, passwords and user names are always in braces, since
+// a driver may decode other values; a file name only where it must, since not every driver removes the braces.
 std::string Quoted(const std::string& odbcName, const std::string& value) {
   const bool wantsBraces = odbcName == "PWD" || odbcName == "UID" || UpperCase(odbcName) == "DRIVER";
   const bool isPlain = value.find_first_of(";{}") == std::string::npos && !wantsBraces;
@@ -174,7 +169,7 @@ std::vector<std::string> ConnectionPasswords(std::string_view text) {
 }
 
 std::string WithoutPasswords(std::string_view text, std::string_view connectionString) {
-  // A short password stands inside many a word that tells nothing of it.
+  // A short password also occurs inside ordinary words, where it is not masked.
   constexpr std::size_t kShort = 4;
   std::string clean(text);
   for (const std::string& password : ConnectionPasswords(connectionString)) {

@@ -30,8 +30,8 @@ class Connection : public Object {
   virtual std::shared_ptr<Recordset> Execute(std::string_view statement) = 0;
   // 0 when closed.
   virtual std::int32_t State() const = 0;
-  // False where a backslash in a quoted text of a statement is an escape character. A text that ends with one would
-  // then hide its closing quote, so the component refuses texts that hold one.
+  // False where a backslash in a quoted text of a statement is an escape character. It could then escape the closing
+  // quote, so the component refuses texts that contain one.
   virtual bool TakesBackslashLiterally() const { return true; }
   virtual void Close() = 0;
 };

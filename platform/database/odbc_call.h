@@ -39,8 +39,8 @@ class OdbcHandle {
   SQLHANDLE handle_ = nullptr;
 };
 
-// The text in the form of the wide calls, with a zero behind it, and back. What has no place in the code page becomes
-// "?" when lenient, else raises Type mismatch.
+// The text in the form of the wide calls, zero-terminated, and back. A character outside the code page becomes "?" when
+// lenient, else raises Type mismatch.
 std::vector<SQLWCHAR> ToWide(std::string_view text);
 std::string FromWide(const SQLWCHAR* text, std::size_t length, bool isLenient);
 

@@ -17,10 +17,10 @@ namespace {
 constexpr std::int32_t kOpen = 1;
 constexpr std::int32_t kAlreadyOpen = 3705;
 constexpr std::int32_t kNotOpen = 3704;
-// A file that another program has locked is waited for for seconds, not for minutes as SQLite's driver does.
+// How long to wait for a file that another program has locked; SQLite's driver would wait for minutes.
 constexpr const char* kSqliteTimeout = "Timeout=2000";  // milliseconds
-// A letter of the code page's upper half and one that Unicode has elsewhere. Behind them a backslash in front of a
-// letter that no database takes for a special one after it.
+// A letter of the code page's upper half and one that has another code in Unicode; then a backslash before a letter
+// that forms no escape sequence in any database.
 constexpr std::string_view kLetters = "\xE4\x80";
 constexpr std::string_view kBackslash = "\\y";
 
@@ -28,7 +28,7 @@ SQLPOINTER AsPointer(std::chrono::seconds value) noexcept {
   return reinterpret_cast<SQLPOINTER>(value.count());  // NOLINT: ODBC's way
 }
 
-// The entry of a DSN may name SQLite's driver too; other drivers pass over what they do not know.
+// A DSN entry may name SQLite's driver too; other drivers ignore attributes that they do not know.
 std::string WithShortLocks(const std::string& odbc) {
   bool maySqlite = false;
   for (const auto& [name, value] : ConnectionAttributes(odbc)) {
@@ -40,12 +40,12 @@ std::string WithShortLocks(const std::string& odbc) {
   return maySqlite ? odbc + (odbc.ends_with(';') ? "" : ";") + kSqliteTimeout : odbc;
 }
 
-// A driver may show the statement or the row that it could not take; both hold passwords.
+// A driver may quote the statement or the row that failed; both may contain passwords.
 std::string WithoutValues(std::string text, std::string_view statement) {
-  for (const std::string_view behind : {"DETAIL:", "CONTEXT:", "Failed to send", "LINE 1:"}) {
-    text.resize(std::min(text.size(), text.find(behind)));
+  for (const std::string_view start : {"DETAIL:", "CONTEXT:", "Failed to send", "LINE 1:"}) {
+    text.resize(std::min(text.size(), text.find(start)));
   }
-  // The component's statements hold no quote inside a value.
+  // No value in the component's statements contains a quote.
   for (std::size_t open = statement.find('\''); open != std::string_view::npos;) {
     const std::size_t close = statement.find('\'', open + 1);
     if (close == std::string_view::npos) break;
@@ -59,7 +59,7 @@ std::string WithoutValues(std::string text, std::string_view statement) {
   return text;
 }
 
-// The handles of one connection, and how text goes to and from its driver. Used by one thread at a time.
+// The handles of one connection, and how text is exchanged with its driver. Used by one thread at a time.
 class Session {
  public:
   explicit Session(const OdbcLimits& limits) : limits_(limits) {}
@@ -80,7 +80,7 @@ class Session {
 
   std::shared_ptr<Recordset> Execute(std::string_view statement) const {
     const OdbcHandle handle(SQL_HANDLE_STMT, connection_.get());
-    // A driver that knows no time-out says so; the statement runs all the same.
+    // A driver without time-outs reports an error here; the statement runs all the same.
     SQLSetStmtAttr(handle.get(), SQL_ATTR_QUERY_TIMEOUT, AsPointer(limits_.statement), 0);
     if (text_ == OdbcText::Wide) {
       auto wide = ToWide(statement);
@@ -95,8 +95,8 @@ class Session {
   bool takesBackslashLiterally() const noexcept { return takesBackslashLiterally_; }
 
  private:
-  // Drivers differ in which calls take more than ASCII: a file name wants the narrow ones, a driver with wide calls the
-  // wide ones. The narrow ones come first, since the others could make a file of a wrong name.
+  // Drivers differ in which calls take more than ASCII: file names need the narrow ones, a driver with wide calls the
+  // wide ones. The narrow ones are tried first, since the others could make a file with a wrong name.
   void Connect(const std::string& odbc) {
     const bool isAscii = std::ranges::all_of(odbc, [](char each) { return static_cast<unsigned char>(each) < 0x80; });
     if (!isAscii && SQL_SUCCEEDED(ConnectNarrow(ToUtf8(odbc)))) return;
@@ -119,8 +119,8 @@ class Session {
     SQLSetConnectAttr(connection_.get(), SQL_ATTR_CONNECTION_TIMEOUT, AsPointer(limits_.statement), 0);
   }
 
-  // Found out by the round trip of a literal. A database that keeps neither form is used in the wide one, and is not
-  // trusted with a backslash.
+  // Determined by the round trip of a literal. A database that preserves neither form is used with the wide calls, and
+  // is assumed to take a backslash as an escape character.
   void FindTextForm() {
     for (const OdbcText form : {OdbcText::Wide, OdbcText::Utf8}) {
       text_ = form;
@@ -132,7 +132,7 @@ class Session {
     text_ = OdbcText::Wide;
   }
 
-  // What the database makes of the literal; "" when it does not take it.
+  // The literal as the database returns it; "" when it refuses it.
   std::string ReturnedProbe() const {
     try {
       const auto rows = Execute("SELECT '" + std::string(kLetters) + std::string(kBackslash) + "'");
@@ -193,7 +193,7 @@ class OdbcConnection final : public Connection {
     if (session_ == nullptr) throw RuntimeError(kNotOpen, "The connection is closed");
   }
 
-  // The call must share in the session that it uses.
+  // The call must own a share of the session that it uses.
   void InTime(std::function<void()> call, std::chrono::seconds limit) {
     if (thread_ == nullptr) thread_ = std::make_unique<CallThread>();
     if (thread_->Run(std::move(call), limit)) return;
@@ -203,12 +203,12 @@ class OdbcConnection final : public Connection {
                                            " seconds; the connection is given up");
   }
 
-  // A driver may say good-bye to a server that does not listen any more.
+  // A driver may try to log off from a server that no longer answers.
   void Disconnect() noexcept {
     if (session_ == nullptr) return;
     try {
       InTime([session = std::move(session_)]() mutable { session.reset(); }, limits_.grace);
-    } catch (...) {  // it is closed, whatever the driver says
+    } catch (...) {  // it counts as closed all the same
     }
     session_.reset();
   }

@@ -9,9 +9,9 @@
 
 namespace oxaqrycln {
 
-// How long a database may take before the call ends in an error. Where the driver keeps no such limit itself, or its
-// server has stopped without a word, the call is given up when the grace has passed as well; the connection is then
-// closed, and what the driver still does ends on a thread of its own.
+// How long a database may take before the call ends in an error. Where the driver has no such limit, or its server has
+// frozen, the call is abandoned after the grace period; the connection is then closed, and the driver's call ends on a
+// thread of its own.
 struct OdbcLimits {
   std::chrono::seconds logon{15};
   std::chrono::seconds statement{30};
@@ -19,9 +19,9 @@ struct OdbcLimits {
 };
 
 // A closed connection. Open takes the strings of connection_string.h. The rows of a query are read whole by Execute, so
-// that nothing stays locked in the database; an Integer, Long, Double or Boolean is told by the column's type, a
-// whole number of another type by its size; anything else is text, or a ByteArray. No error text shows a password of
-// the connection string or a text of a statement.
+// that nothing stays locked in the database. The column's type decides between Integer, Long, Double and Boolean, and a
+// whole number of another type is a Long where it fits; anything else is text, or a ByteArray. No error text shows a
+// password of the connection string or a text of a statement.
 std::shared_ptr<Connection> MakeOdbcConnection();
 std::shared_ptr<Connection> MakeOdbcConnectionWith(const OdbcLimits& limits);
 

@@ -23,8 +23,8 @@ struct Column {
   SQLSMALLINT type = 0;
 };
 
-// What was read of a query: the cells row by row, and what went wrong on the way, to be raised when it is come to.
-struct Readings {
+// The result of a query, read whole: the cells row by row, and the errors met, each raised when its place is reached.
+struct ResultSet {
   std::vector<Column> columns;
   std::vector<Variant> cells;
   std::map<std::size_t, RuntimeError> unreadable;  // by the cell's index
@@ -33,33 +33,33 @@ struct Readings {
 
 class Rows final : public Recordset {
  public:
-  explicit Rows(Readings readings) : readings_(std::move(readings)) {}
+  explicit Rows(ResultSet result) : result_(std::move(result)) {}
 
   bool EndOfRows() const override {
     RequireOpen();
-    return row_ * readings_.columns.size() >= readings_.cells.size();
+    return row_ * result_.columns.size() >= result_.cells.size();
   }
   void MoveNext() override {
     RequireRow();
     ++row_;
-    if (readings_.end && EndOfRows()) throw RuntimeError(*readings_.end);
+    if (result_.end && EndOfRows()) throw RuntimeError(*result_.end);
   }
   void Close() override {
     RequireOpen();
     isOpen_ = false;
-    readings_.cells.clear();
+    result_.cells.clear();
   }
   Variant Field(std::string_view name) const override {
     RequireRow();
-    const std::string wanted = UpperCase(name);
-    for (std::size_t i = 0; i < readings_.columns.size(); ++i) {
-      if (UpperCase(readings_.columns[i].name) == wanted) return Cell(i);
+    const std::string upper = UpperCase(name);
+    for (std::size_t i = 0; i < result_.columns.size(); ++i) {
+      if (UpperCase(result_.columns[i].name) == upper) return Cell(i);
     }
     throw RuntimeError(kNoSuchColumn, "There is no column \"" + std::string(name) + "\"");
   }
   Variant Field(std::int32_t position) const override {
     RequireRow();
-    if (position < 0 || static_cast<std::size_t>(position) >= readings_.columns.size()) {
+    if (position < 0 || static_cast<std::size_t>(position) >= result_.columns.size()) {
       throw RuntimeError(kNoSuchColumn, "There is no column " + std::to_string(position));
     }
     return Cell(static_cast<std::size_t>(position));
@@ -67,10 +67,10 @@ class Rows final : public Recordset {
 
  private:
   Variant Cell(std::size_t column) const {
-    const std::size_t index = row_ * readings_.columns.size() + column;
-    const auto unreadable = readings_.unreadable.find(index);
-    if (unreadable != readings_.unreadable.end()) throw RuntimeError(unreadable->second);
-    return readings_.cells[index];
+    const std::size_t index = row_ * result_.columns.size() + column;
+    const auto unreadable = result_.unreadable.find(index);
+    if (unreadable != result_.unreadable.end()) throw RuntimeError(unreadable->second);
+    return result_.cells[index];
   }
   void RequireOpen() const {
     if (!isOpen_) throw RuntimeError(kClosedObject, "The recordset is closed");
@@ -79,7 +79,7 @@ class Rows final : public Recordset {
     if (EndOfRows()) throw RuntimeError(kNoCurrentRow, "There is no current row");
   }
 
-  Readings readings_;
+  ResultSet result_;
   std::size_t row_ = 0;
   bool isOpen_ = true;
 };
@@ -134,7 +134,7 @@ class CellReader {
     return length == SQL_NULL_DATA ? Variant::Null() : make(value);
   }
 
-  // Bytes of any length in pieces; false for Null. A terminator behind each piece is left out.
+  // Bytes of any length, read in pieces whose terminators are dropped; false for Null.
   bool Pieces(SQLSMALLINT type, std::size_t terminator, std::string& bytes) const {
     std::array<char, 8192> piece;  // NOLINT: filled by the driver
     for (;;) {
@@ -188,14 +188,14 @@ Column Describe(const OdbcHandle& statement, SQLUSMALLINT number) {
   return column;
 }
 
-// False behind the last row. An error behind a row waits until the rows before it have been taken.
-bool FetchRow(const OdbcHandle& statement, Readings& readings) {
+// False after the last row. An error after some rows is raised when those rows have been read.
+bool FetchRow(const OdbcHandle& statement, ResultSet& result) {
   const SQLRETURN outcome = SQLFetch(statement.get());
   try {
     statement.Check(outcome);
   } catch (const RuntimeError& why) {
-    if (readings.cells.empty()) throw;
-    readings.end = why;
+    if (result.cells.empty()) throw;
+    result.end = why;
     return false;
   }
   return outcome != SQL_NO_DATA;
@@ -206,22 +206,22 @@ bool FetchRow(const OdbcHandle& statement, Readings& readings) {
 std::shared_ptr<Recordset> ReadRows(const OdbcHandle& statement, OdbcText text) {
   SQLSMALLINT count = 0;
   statement.Check(SQLNumResultCols(statement.get(), &count));
-  Readings readings;
+  ResultSet result;
   for (SQLSMALLINT i = 1; i <= count; ++i) {
-    readings.columns.push_back(Describe(statement, static_cast<SQLUSMALLINT>(i)));
+    result.columns.push_back(Describe(statement, static_cast<SQLUSMALLINT>(i)));
   }
-  while (count > 0 && FetchRow(statement, readings)) {
+  while (count > 0 && FetchRow(statement, result)) {
     for (SQLSMALLINT i = 0; i < count; ++i) {
       const CellReader reader(statement, static_cast<SQLUSMALLINT>(i + 1), text);
       try {
-        readings.cells.push_back(reader.Read(readings.columns[static_cast<std::size_t>(i)].type));
+        result.cells.push_back(reader.Read(result.columns[static_cast<std::size_t>(i)].type));
       } catch (const RuntimeError& why) {
-        readings.unreadable.emplace(readings.cells.size(), why);
-        readings.cells.push_back(Variant::Null());
+        result.unreadable.emplace(result.cells.size(), why);
+        result.cells.push_back(Variant::Null());
       }
     }
   }
-  return std::make_shared<Rows>(std::move(readings));
+  return std::make_shared<Rows>(std::move(result));
 }
 
 }  // namespace oxaqrycln

@@ -9,7 +9,7 @@
 
 namespace oxaqrycln {
 
-// How text goes to and from a driver: in wide calls, or as UTF-8 in narrow ones.
+// How text is exchanged with a driver: through the wide calls, or as UTF-8 through the narrow ones.
 enum class OdbcText { Wide, Utf8 };
 
 std::shared_ptr<Recordset> ReadRows(const OdbcHandle& statement, OdbcText text);

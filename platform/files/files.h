@@ -24,7 +24,7 @@ std::filesystem::path NativePath(std::string_view path);
 // The part after the last "\" or "/"; the whole text without one.
 std::string_view LastPathPart(std::string_view path) noexcept;
 
-// True for a name that can stand for one file in a directory: not empty, not "." or "..", no separator, ":" or control
+// True for a name that denotes one file in a directory: not empty, not "." or "..", no separator, ":" or control
 // character, no trailing dot or blank, no Windows device name with or without an extension, at most 255 bytes.
 bool IsPlainFileName(std::string_view name) noexcept;
 

@@ -13,14 +13,14 @@ namespace oxaqrycln {
 
 class OpenFiles {
  public:
-  // Opens a file that will replace what stands under the path, and gives it the lowest free number. Raises Too many
-  // files, and what the file system says.
+  // Opens a file that will replace the one at the path, and gives it the lowest free number. Raises Too many files and
+  // the errors of the file system.
   std::uint8_t OpenForWriting(std::string_view path);
   // Writes at the current position. Raises Bad file name or number for a number that is not open, Disk full.
   void Write(std::uint8_t number, std::string_view bytes);
-  // The file appears under its path, whole, and the number is free, also when that raises an error.
+  // The file appears under its path, complete. The number is free afterwards, also after an error.
   void Close(std::uint8_t number);
-  // Nothing is left of the file, and the number is free.
+  // The file is removed, and the number is free.
   void Discard(std::uint8_t number) noexcept { files_[number].reset(); }
 
  private:

@@ -46,11 +46,11 @@ ReplacementFile::~ReplacementFile() {
   file_.reset();
   try {
     RemoveFile(temporary_);
-  } catch (...) {  // somebody else has deleted it
+  } catch (...) {  // it has been deleted by another program
   }
 }
 
-// An unnamed file cannot replace another one at once, so it gets a name beside the target first.
+// An unnamed file cannot replace another one directly, so it first gets a name beside the target.
 void ReplacementFile::Commit() {
   if (temporary_.empty()) temporary_ = UseFreeName(target_, [&](const std::string& name) { file_->LinkAs(name); });
   file_->Close();

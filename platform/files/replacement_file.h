@@ -16,8 +16,8 @@ class ReplacementFile {
  public:
   // Creates a file in the directory of the target, which stays as it is.
   explicit ReplacementFile(std::string_view target);
-  // Leaves nothing of the file unless it was committed. A process that is killed leaves nothing either where the system
-  // has unnamed files.
+  // Removes the file unless it was committed. Where the system has unnamed files, a process that is killed leaves
+  // nothing behind either.
   ~ReplacementFile();
   ReplacementFile(const ReplacementFile&) = delete;
   ReplacementFile& operator=(const ReplacementFile&) = delete;
@@ -28,7 +28,7 @@ class ReplacementFile {
 
  private:
   const std::string target_;
-  std::string temporary_;  // the name the file has for the time being; "" for none
+  std::string temporary_;  // the temporary name; "" for none
   std::unique_ptr<OutputFile> file_;
 };
 

@@ -18,7 +18,7 @@ namespace {
   throw RuntimeError(number, std::string(SocketErrorDescription(number)));
 }
 
-// One of the look-ups that may run at once in the process; held by the thread as long as it runs.
+// The permission to run one of the look-ups that the process may run at once; owned by the thread while it runs.
 class LookupPermit {
  public:
   LookupPermit() {

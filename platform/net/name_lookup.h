@@ -14,8 +14,8 @@ namespace oxaqrycln {
 
 class NameLookup final : private ReadySink {
  public:
-  // At most so many look-ups run at once in the process, abandoned ones included: a name server that does not answer
-  // must not fill the process with threads.
+  // The most look-ups that run at once in the process, including abandoned ones, so that a name server that does not
+  // answer cannot fill the process with threads.
   static constexpr int kMostAtOnce = 16;
 
   // Starts at once; done is called once, inside a yield of the loop. Raises a socket error: kTryAgain when as many as

@@ -18,13 +18,13 @@ struct Transferred {
   std::int32_t error = 0;
 };
 
-// A new non-blocking socket that starts to connect. error is 0 when connected at once, kWouldBlock while under way.
+// A new non-blocking socket that starts to connect. error is 0 when it is connected, kWouldBlock while it connects.
 struct Connecting {
   NativeSocket socket = kNoSocket;
   std::int32_t error = 0;
 };
 Connecting StartConnect(const SocketAddress& address, std::uint16_t port) noexcept;
-// The error a connect under way ended with, 0 for none.
+// The error with which a pending connect ended, 0 for none.
 std::int32_t PendingError(NativeSocket socket) noexcept;
 Transferred Send(NativeSocket socket, std::string_view bytes) noexcept;
 // 0 bytes without an error: the peer has closed.

@@ -12,7 +12,7 @@
 
 namespace oxaqrycln {
 
-// An IPv4 or IPv6 address in the machine's own form, without a port of its own.
+// An IPv4 or IPv6 address in the system's form, without a port.
 struct SocketAddress {
   alignas(8) std::array<std::byte, 28> bytes{};
   std::uint8_t byteCount = 0;
@@ -26,9 +26,9 @@ struct LookupResult {
 // Finds the addresses of a host name; may take long. Called on a thread of its own.
 using Resolver = std::function<LookupResult(const std::string& host)>;
 
-// The address that a text spells in numbers, nothing for a name.
+// The address of a numeric text, nothing for a name.
 std::optional<SocketAddress> NumericAddress(const std::string& host);
-// The machine's own lookup.
+// The system's look-up.
 LookupResult ResolveHost(const std::string& host);
 
 }  // namespace oxaqrycln

@@ -95,7 +95,7 @@ void SocketControl::SendData(std::string_view bytes, SendSource* more) {
   if (peerIsNear_) loop_.ExpectSoon();
 }
 
-// Sends as much as the machine takes, but not so much that the other sockets would have to wait long.
+// Sends as much as the system accepts, but not so much that the other sockets would have to wait long.
 void SocketControl::SendMore() {
   constexpr int kMostPieces = 16;
   for (int pieces = 0; pieces < kMostPieces; ++pieces) {
@@ -114,7 +114,7 @@ void SocketControl::SendMore() {
   WatchFor(reading_ ? Ready::ReadOrWrite : Ready::Write);
 }
 
-// An error of the source is the socket's: the yield in which this runs may be another instance's.
+// An error of the source becomes one of the socket: the yield in which this runs may belong to another instance.
 bool SocketControl::FetchPiece() {
   try {
     sending_ = source_->NextPiece();
@@ -172,7 +172,7 @@ void SocketControl::Fail(std::int32_t number) {
   events_.Error(number, SocketErrorDescription(number));
 }
 
-// A peer that closes before it has taken everything may have said why: its answer is still there to be read.
+// A peer that closes before it has read everything may have sent the reason: its answer can still be read.
 void SocketControl::FailToSend(std::int32_t number) {
   sending_ = {};
   source_ = nullptr;

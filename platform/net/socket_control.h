@@ -1,5 +1,5 @@
 // socket_control.h - a TCP client socket that works through events: connect, send, receive, close, never blocking.
-// Errors carry the Winsock numbers. Its events are told inside the yields of its loop, or inside Connect and SendData.
+// Errors carry the Winsock numbers. Its events occur inside the yields of its loop, or inside Connect and SendData.
 #ifndef OXAQRYCLN_PLATFORM_NET_SOCKET_CONTROL_H_
 #define OXAQRYCLN_PLATFORM_NET_SOCKET_CONTROL_H_
 
@@ -50,25 +50,23 @@ class SocketControl final : private ReadySink {
   SocketControl& operator=(const SocketControl&) = delete;
 
   SocketState State() const noexcept { return state_; }
-  const std::string& RemoteHost() const noexcept { return remoteHost_; }
-  std::int32_t RemotePort() const noexcept { return remotePort_; }
-  // Whom Connect shall reach; known is the host's address when it has been found before.
+  // The target of Connect; known is the host's address when it has been found before.
   void SetRemote(std::string_view host, std::int32_t port, const std::optional<SocketAddress>& known);
   // The address that Connect reached.
   const std::optional<SocketAddress>& ConnectedAddress() const noexcept { return connectedAddress_; }
 
-  // Starts to connect a closed socket; every address of the host is tried. State tells how far it is.
+  // Starts to connect a closed socket; every address of the host is tried. State shows the progress.
   void Connect();
-  // Sends all the bytes: at once as far as the machine takes them, the rest from a copy as it takes more. Those of more
-  // follow; it must live until the socket is closed. Nothing else may be sent before all of it is.
+  // Sends all the bytes: as many as the system accepts at once, the rest later from a copy. The bytes of more follow;
+  // it must live until the socket is closed. Nothing else may be sent before everything is sent.
   void SendData(std::string_view bytes, SendSource* more = nullptr);
-  // How many bytes of the last SendData the machine has taken so far.
+  // How many bytes of the last SendData the system has accepted so far.
   std::int64_t SentByteCount() const noexcept { return sentByteCount_; }
   // Takes up to room bytes; 0 when there are none now, and at the end of the stream.
   std::size_t GetData(char* to, std::size_t room);
-  // Lets the machine hold more bytes that have arrived, for a large answer.
+  // Lets the system buffer more received bytes, for a large answer.
   void WidenReceiveWindow(std::int32_t byteCount) noexcept;
-  // Tells nothing of later arrivals.
+  // Ends the events of arriving bytes.
   void StopReading() noexcept;
   void Close() noexcept;
 
@@ -93,7 +91,7 @@ class SocketControl final : private ReadySink {
   std::optional<SocketAddress> connectedAddress_;
   std::vector<SocketAddress> candidates_;  // addresses still to be tried, the next one last
   SocketAddress trying_;
-  bool peerIsNear_ = false;  // the connect took no wait: the peer is on this machine
+  bool peerIsNear_ = false;  // the connect did not have to wait: the peer is on this machine
   std::unique_ptr<NameLookup> lookup_;
   NativeSocket socket_ = kNoSocket;
   EventLoop::WatchId watch_ = 0;

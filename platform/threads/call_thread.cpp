@@ -9,8 +9,8 @@
 
 namespace oxaqrycln {
 
-// Where the caller lays a call down and the thread its outcome.
-struct CallThread::Desk {
+// The call and its outcome, which the caller and the thread share.
+struct CallThread::Shared {
   std::mutex mutex;
   std::condition_variable changed;
   std::function<void()> call;  // to be run, or running
@@ -30,7 +30,7 @@ struct CallThread::Desk {
       } catch (...) {
         raised = std::current_exception();
       }
-      call = nullptr;  // what it holds ends here, on the thread that used it
+      call = nullptr;  // destroyed here, on the thread that used it
       lock.lock();
       failure = std::move(raised);
       isDone = true;
@@ -39,33 +39,33 @@ struct CallThread::Desk {
   }
 };
 
-CallThread::CallThread() : desk_(std::make_shared<Desk>()) {}
+CallThread::CallThread() : shared_(std::make_shared<Shared>()) {}
 
 CallThread::~CallThread() {
   if (!thread_.joinable()) return;
   {
-    const std::lock_guard lock(desk_->mutex);
-    desk_->isClosed = true;
+    const std::lock_guard lock(shared_->mutex);
+    shared_->isClosed = true;
   }
-  desk_->changed.notify_all();
+  shared_->changed.notify_all();
   thread_.join();
 }
 
 bool CallThread::Run(std::function<void()> call, std::chrono::milliseconds limit) {
   if (isLost_) return false;
-  std::unique_lock lock(desk_->mutex);
-  desk_->call = std::move(call);
-  desk_->failure = nullptr;
-  desk_->isDone = false;
-  if (!thread_.joinable()) thread_ = StartBackgroundThread([desk = desk_] { desk->Serve(); });
-  desk_->changed.notify_all();
-  if (!desk_->changed.wait_for(lock, limit, [this] { return desk_->isDone; })) {
+  std::unique_lock lock(shared_->mutex);
+  shared_->call = std::move(call);
+  shared_->failure = nullptr;
+  shared_->isDone = false;
+  if (!thread_.joinable()) thread_ = StartBackgroundThread([shared = shared_] { shared->Serve(); });
+  shared_->changed.notify_all();
+  if (!shared_->changed.wait_for(lock, limit, [this] { return shared_->isDone; })) {
     isLost_ = true;
-    desk_->isClosed = true;
+    shared_->isClosed = true;
     thread_.detach();
     return false;
   }
-  if (desk_->failure != nullptr) std::rethrow_exception(std::exchange(desk_->failure, nullptr));
+  if (shared_->failure != nullptr) std::rethrow_exception(std::exchange(shared_->failure, nullptr));
   return true;
 }
 

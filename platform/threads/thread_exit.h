@@ -1,4 +1,4 @@
-// thread_exit.h - what is to be done when the calling thread ends.
+// thread_exit.h - a call at the end of the calling thread.
 #ifndef OXAQRYCLN_PLATFORM_THREADS_THREAD_EXIT_H_
 #define OXAQRYCLN_PLATFORM_THREADS_THREAD_EXIT_H_
 

@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "component/objects.h"
-#include "support/text_helpers.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::testing {
 namespace {

@@ -10,6 +10,7 @@
 #include "tools/devserver/page_image.h"
 #include "tools/devserver/page_source.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 namespace {

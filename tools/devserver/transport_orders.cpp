@@ -10,6 +10,7 @@
 #include "tools/devserver/query_parser.h"
 #include "tools/devserver/request.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -11,6 +11,7 @@
 #include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {

@@ -12,6 +12,7 @@
 #include "tools/oxaqry/users/csv.h"
 #include "tools/oxaqry/users/import_progress.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {

@@ -5,6 +5,7 @@
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/schema.h"
 #include "tools/oxaqry/value_json.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {

@@ -8,6 +8,7 @@
 #include "tools/oxaqry/users/lists.h"
 #include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
