@@ -8,11 +8,11 @@
 
 #include "component/version.h"
 #include "platform/net/socket_address.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/request.h"
-#include "tools/devserver/sample_archive.h"
-#include "tools/devserver/server.h"
-#include "tools/devserver/service.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/protocol/errors.h"
+#include "tools/devserver/protocol/request.h"
+#include "tools/devserver/server/server.h"
+#include "tools/devserver/server/service.h"
 #include "values/code_page.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/devserver/content_commands.h"
+#include "tools/devserver/commands/content_commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "tests/tools/devserver/fetched_content.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/page_image.h"
+#include "tools/devserver/content/page_image.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "tests/tools/devserver/wire_client.h"
-#include "tools/devserver/request.h"
+#include "tools/devserver/protocol/request.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/devserver/query_parser.h"
+#include "tools/devserver/archive/query_parser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "tests/tools/devserver/wire_client.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {

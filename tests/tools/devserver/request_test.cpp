@@ -1,4 +1,4 @@
-#include "tools/devserver/request.h"
+#include "tools/devserver/protocol/request.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

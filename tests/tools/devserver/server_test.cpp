@@ -1,4 +1,4 @@
-#include "tools/devserver/server.h"
+#include "tools/devserver/server/server.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "tests/tools/devserver/wire_client.h"
-#include "tools/devserver/errors.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/devserver/service.h"
+#include "tools/devserver/server/service.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "support/text_helpers.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/protocol/errors.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
