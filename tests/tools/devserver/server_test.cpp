@@ -140,19 +140,6 @@ TEST(Misbehaviour, KeepsClientsWaiting) {
   EXPECT_LT(server.Connect().Fill(), kFillByteCount);
 }
 
-TEST(Misbehaviour, MeetsEachNthConnectionOnly) {
-  ServerOptions options;
-  options.misbehaveEvery = 3;
-  RunningServer server(options, "no-header");
-  std::string seen;
-  for (int count = 0; count < 6; ++count) {
-    Client client = server.Connect();
-    client.Send(Request("GetChannels"));
-    seen += client.Receive(6) == "Status" ? "x" : "-";
-  }
-  EXPECT_EQ(seen, "--x--x");
-}
-
 TEST(Misbehaviour, RefusesModesItDoesNotKnow) {
   for (const char* text :
        {"", "foo", "delay", "delay:", "delay:-1", "delay:1s", "cut:99999999999", "silent:1", "count"}) {

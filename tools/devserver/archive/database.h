@@ -1,105 +1,71 @@
-// database.h - the archive's SQLite database: one connection, and its prepared statements.
+// database.h - the archive's SQLite database, through SQLiteCpp, which reports every failure as an SQLite::Exception.
 // Text is Windows-1252 outside and UTF-8 inside; the conversion happens here and nowhere else.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DATABASE_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DATABASE_H_
 
-#include <sqlite3.h>
+#include <SQLiteCpp/SQLiteCpp.h>
 
-#include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace oxaqrycln::devserver {
 
-// Every function raises ServerError with SQLite's message on failure.
-class Database {
- public:
-  // Opens or creates the file; "" is a database in memory.
-  explicit Database(const std::string& file);
+using SQLite::Database;
 
-  // Runs statements without results.
-  void Execute(const std::string& sql);
-  // The number of the row inserted last.
-  std::int64_t LastRow() const;
-
- private:
-  friend class Statement;
-  friend class ContentBytes;
-  struct Close {
-    void operator()(sqlite3* handle) const { sqlite3_close(handle); }
-  };
-  std::unique_ptr<sqlite3, Close> handle_;
-};
-
-// One prepared statement. Parameters count from 1, columns from 0.
-class Statement {
- public:
-  Statement(Database& database, std::string_view sql);
-
-  Statement& Bind(int parameter, std::int64_t number);
-  Statement& Bind(int parameter, std::string_view text);
-  Statement& BindUtf8(int parameter, std::string_view text);
-  Statement& BindNull(int parameter);
-  // That many zero bytes, to be written by ContentBytes.
-  Statement& BindZeroBytes(int parameter, std::int64_t byteCount);
-
-  // Moves to the next row; false after the last one. Run is for statements that give no row; it makes the statement
-  // ready for its next values.
-  bool Next();
-  void Run();
-
-  std::int64_t Number(int column) const;
-  bool IsNull(int column) const;
-  // A character without a place in the code page becomes "?".
-  std::string Text(int column) const;
-
- private:
-  struct Finalize {
-    void operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
-  };
-  void Check(int result);
-
-  sqlite3* connection_;
-  std::unique_ptr<sqlite3_stmt, Finalize> handle_;
-};
+// Opens or creates the file; "" is a database in memory.
+Database OpenDatabase(const std::string& file);
 
 // Changes that happen all together, when committed, or not at all.
-class Transaction {
+class Transaction : public SQLite::Transaction {
  public:
-  explicit Transaction(Database& database);
-  ~Transaction();
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
-  void Commit();
-
- private:
-  Database& database_;
-  bool open_ = true;
+  explicit Transaction(Database& database) : SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE) {}
 };
 
-// The bytes of one row of the table content, read or written piece by piece.
-class ContentBytes {
- public:
-  enum class Access { kRead, kWrite };
-  ContentBytes(Database& database, std::int64_t row, Access access);
+// A text that is UTF-8 already.
+struct Utf8 {
+  std::string_view text;
+};
 
-  std::size_t byteCount() const;
-  // Moves up to room bytes out or in, from where the last move ended. Read gives 0 at the end only; Write raises
-  // ServerError behind it.
-  std::size_t Read(char* to, std::size_t room);
-  void Write(std::string_view bytes);
+// A prepared statement whose text values are converted. Columns count from 0.
+class Statement : public SQLite::Statement {
+ public:
+  // The values are those of the parameters, in order: numbers, texts, or std::optional ones, which may be NULL.
+  template <typename... Values>
+  Statement(const Database& database, const std::string& sql, const Values&... values)
+      : SQLite::Statement(database, sql) {
+    BindAll(values...);
+  }
+
+  // For a statement that gives no rows: runs it with these values, or with those of its construction.
+  template <typename... Values>
+  void Run(const Values&... values) {
+    BindAll(values...);
+    exec();
+    reset();
+  }
+
+  std::int64_t Number(int column) const { return getColumn(column).getInt64(); }
+  // A character without a place in the code page becomes "?".
+  std::string Text(int column) const;
+  // Those of all columns.
+  std::vector<std::string> Texts() const;
 
  private:
-  struct Close {
-    void operator()(sqlite3_blob* handle) const { sqlite3_blob_close(handle); }
-  };
-  void Check(int result) const;
-
-  sqlite3* connection_;
-  std::unique_ptr<sqlite3_blob, Close> handle_;
-  std::size_t position_ = 0;
+  template <typename... Values>
+  void BindAll(const Values&... values) {
+    [[maybe_unused]] int parameter = 0;
+    (BindOne(++parameter, values), ...);
+  }
+  void BindOne(int parameter, std::int64_t number) { bind(parameter, number); }
+  void BindOne(int parameter, std::string_view text);
+  void BindOne(int parameter, Utf8 text) { bind(parameter, std::string(text.text)); }
+  template <typename Value>
+  void BindOne(int parameter, const std::optional<Value>& value) {
+    value ? BindOne(parameter, *value) : bind(parameter);
+  }
 };
 
 }  // namespace oxaqrycln::devserver

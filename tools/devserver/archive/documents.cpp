@@ -13,51 +13,53 @@ namespace {
 
 struct FieldKind {
   std::int64_t id;
-  std::string_view name;
-  std::string_view title;
-  bool isColumn;
+  std::string name;
+  std::string title;
 };
-constexpr std::array<FieldKind, 8> kFieldKinds = {{{kAuthorField, "author", "Author", true},
-                                                   {12, "customer", "Customer", true},
-                                                   {13, "type", "Type", true},
-                                                   {14, "date", "Date", true},
-                                                   {15, "amount", "Amount", true},
-                                                   {kTextField, "text", "Text", true},
-                                                   {kPageField, "page", "Page", false},
-                                                   {kFileField, "file", "Attachment", false}}};
 
-const FieldKind* FindKind(std::int64_t id) {
-  const auto* found =
-      std::find_if(kFieldKinds.begin(), kFieldKinds.end(), [&](const FieldKind& kind) { return kind.id == id; });
-  return found == kFieldKinds.end() ? nullptr : found;
+// What is known of the field, or a name and title made from its ID.
+FieldKind KindOf(std::int64_t fieldId) {
+  static const std::array<FieldKind, 8> kKinds = {{{kAuthorField, "author", "Author"},
+                                                   {kCustomerField, "customer", "Customer"},
+                                                   {13, "type", "Type"},
+                                                   {kDateField, "date", "Date"},
+                                                   {kAmountField, "amount", "Amount"},
+                                                   {kTextField, "text", "Text"},
+                                                   {kPageField, "page", "Page"},
+                                                   {kFileField, "file", "Attachment"}}};
+  const auto* const found = std::ranges::find(kKinds, fieldId, &FieldKind::id);
+  if (found != kKinds.end()) return *found;
+  return {fieldId, "field" + std::to_string(fieldId), "Field " + std::to_string(fieldId)};
 }
 
 }  // namespace
 
-Archive FindArchive(Database& database, const std::string& channel, const std::string& archive) {
+Archive FindArchive(Database& database, std::span<const std::string> place) {
   Statement query(database,
                   "SELECT archive.id, '$(#' || channel.name || ')\\' || archive.name, can_create, can_edit, can_delete "
-                  "FROM archive JOIN channel ON channel.id = channel_id WHERE channel.name = ? AND archive.name = ?");
-  query.Bind(1, std::string_view(channel)).Bind(2, std::string_view(archive));
-  if (!query.Next()) {
-    throw ServerError("There is no archive $(#" + Printable(channel) + ")\\" + Printable(archive));
+                  "FROM archive JOIN channel ON channel.id = channel_id WHERE channel.name = ? AND archive.name = ?",
+                  place[0], place[1]);
+  if (!query.executeStep()) {
+    throw ServerError("There is no archive $(#" + Printable(place[0]) + ")\\" + Printable(place[1]));
   }
   return {query.Number(0), query.Text(1), query.Number(2) != 0, query.Number(3) != 0, query.Number(4) != 0};
 }
 
 Document FindDocument(Database& database, std::span<const std::string> place) {
-  Archive archive = FindArchive(database, place[0], place[1]);
-  const std::string& id = place[2];
+  Archive archive = FindArchive(database, place);
+  const std::int64_t id = ParseNumber(place[2]).value_or(-1);
+  Statement newest(database, "SELECT version FROM document WHERE id = ? AND archive_id = ?", id, archive.id);
+  if (!newest.executeStep()) {
+    throw ServerError("There is no document '" + Printable(place[2]) + "' in " + archive.reference);
+  }
   const std::string& version = place[3];
-  Statement document(database, "SELECT version FROM document WHERE id = ? AND archive_id = ?");
-  document.Bind(1, ParseNumber(id).value_or(-1)).Bind(2, archive.id);
-  if (!document.Next()) throw ServerError("There is no document '" + Printable(id) + "' in " + archive.reference);
-  const std::int64_t newest = document.Number(0);
-  const std::int64_t wanted = version.empty() ? newest : ParseNumber(version).value_or(-1);
-  Statement query(database, "SELECT title, created, changed FROM version WHERE document_id = ? AND version = ?");
-  query.Bind(1, *ParseNumber(id)).Bind(2, wanted);
-  if (!query.Next()) throw ServerError("Document " + id + " has no version '" + Printable(version) + "'");
-  return {std::move(archive), *ParseNumber(id), wanted, newest, query.Text(0), query.Text(1), query.Text(2)};
+  const std::int64_t wanted = version.empty() ? newest.Number(0) : ParseNumber(version).value_or(-1);
+  Statement query(database, "SELECT title, created, changed FROM version WHERE document_id = ? AND version = ?", id,
+                  wanted);
+  if (!query.executeStep()) {
+    throw ServerError("Document " + std::to_string(id) + " has no version '" + Printable(version) + "'");
+  }
+  return {std::move(archive), id, wanted, newest.Number(0), query.Text(0), query.Text(1), query.Text(2)};
 }
 
 std::string Segment::Extension() const {
@@ -66,36 +68,27 @@ std::string Segment::Extension() const {
   return dot == std::string::npos ? std::string() : fileName.substr(dot + 1);
 }
 
-std::string Segment::Name() const {
-  const FieldKind* kind = FindKind(fieldId);
-  return kind == nullptr ? "field" + std::to_string(fieldId) : std::string(kind->name);
-}
+std::string Segment::Name() const { return KindOf(fieldId).name; }
 
 std::string Segment::Title() const {
-  if (type == SegmentType::kImage) return "Page " + std::to_string(firstPage);
-  const FieldKind* kind = FindKind(fieldId);
-  return kind == nullptr ? "Field " + std::to_string(fieldId) : std::string(kind->title);
-}
-
-std::vector<Segment> ReadSegments(Database& database, const Document& document) {
-  return ReadSegments(database, document.id, document.version);
+  return type == SegmentType::kImage ? "Page " + std::to_string(firstPage) : KindOf(fieldId).title;
 }
 
 std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version) {
   Statement query(database,
                   "SELECT position, field_id, type, file_name, page_count, text, content_id, length(bytes) "
                   "FROM segment LEFT JOIN content ON content.id = content_id "
-                  "WHERE document_id = ? AND version = ? ORDER BY position");
-  query.Bind(1, documentId).Bind(2, version);
+                  "WHERE document_id = ? AND version = ? ORDER BY position",
+                  documentId, version);
   std::vector<Segment> segments;
   std::int64_t nextPage = 1;
-  while (query.Next()) {
+  while (query.executeStep()) {
     Segment segment{query.Number(0), query.Number(1), static_cast<SegmentType>(query.Number(2)),
                     query.Text(3),   query.Number(4), nextPage,
                     query.Text(5),   std::nullopt,    query.Number(7)};
-    if (!query.IsNull(6)) segment.contentId = query.Number(6);
+    if (!query.isColumnNull(6)) segment.contentId = query.Number(6);
     if (segment.type == SegmentType::kImage && !segment.contentId) {
-      segment.byteCount = SamplePageByteCount(documentId, segment.firstPage);
+      segment.byteCount = std::ssize(SamplePageTiff(documentId, segment.firstPage));
     }
     nextPage += segment.pageCount;
     segments.push_back(std::move(segment));
@@ -103,14 +96,19 @@ std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, s
   return segments;
 }
 
-std::string_view ColumnOfField(std::int64_t fieldId) {
-  const FieldKind* kind = FindKind(fieldId);
-  return kind == nullptr || !kind->isColumn ? "text" : kind->name;
+std::string ReadContent(Database& database, std::int64_t contentId) {
+  Statement query(database, "SELECT bytes FROM content WHERE id = ?", contentId);
+  query.executeStep();
+  return query.getColumn(0).getString();
+}
+
+std::string ColumnOfField(std::int64_t fieldId) {
+  return fieldId >= kAuthorField && fieldId < kTextField ? KindOf(fieldId).name : "text";
 }
 
 std::int64_t NoteCount(Database& database, const Document& document) {
-  Statement query(database, "SELECT count(*) FROM note WHERE document_id = ?");
-  query.Bind(1, document.id).Next();
+  Statement query(database, "SELECT count(*) FROM note WHERE document_id = ?", document.id);
+  query.executeStep();
   return query.Number(0);
 }
 

@@ -10,7 +10,7 @@ namespace oxaqrycln::devserver {
 
 class FolderRights {
  public:
-  // Terms "$(#Channel)\Archive", "$(#Channel)\*" or "$(#Channel)", separated by ";"; one ";" may close the list.
+  // Terms "$(#Channel)\Archive", "$(#Channel)\*" or "$(#Channel)", separated by ";"; a ";" at the end is allowed.
   // "" allows everything. Raises ServerError for anything else.
   explicit FolderRights(std::string_view expression);
 
@@ -22,8 +22,7 @@ class FolderRights {
     std::string channel;
     std::string archive;  // "*": every archive of the channel
   };
-  bool everything_;
-  std::vector<Term> terms_;
+  std::vector<Term> terms_;  // none: everything
 };
 
 }  // namespace oxaqrycln::devserver

@@ -10,45 +10,40 @@ namespace {
 
 constexpr std::size_t kLongestMark = 256;
 constexpr std::size_t kMostByteCount = 64U << 20U;
-// Stand for the marks inside SQLite; the texts of segments hold no control characters.
+// The marks inside SQLite; the texts of segments hold no control characters.
 constexpr char kOn = '\x01';
 constexpr char kOff = '\x02';
-
-void RefuseLong(const MarkTexts& marks) {
-  if (std::max({marks.on.size(), marks.off.size(), marks.blank.size()}) <= kLongestMark) return;
-  throw ServerError("A mark is longer than " + std::to_string(kLongestMark) + " characters");
-}
 
 // The segments' texts with kOn and kOff around the hits. Each text is searched in the column that its field fills, so
 // that a query for a field marks nothing in another one.
 void FindHits(Database& database, const std::vector<Segment>& segments, const std::string& expression,
               std::vector<std::string>& texts) {
-  database.Execute(
+  database.exec(
       "CREATE VIRTUAL TABLE IF NOT EXISTS temp.marked USING fts5 (title, author, customer, type, date, amount, text, "
       "tokenize = 'unicode61 remove_diacritics 2')");
-  database.Execute("DELETE FROM temp.marked");
+  database.exec("DELETE FROM temp.marked");
   for (std::size_t index = 0; index < segments.size(); ++index) {
     if (segments[index].text.empty()) continue;
-    Statement insert(database, "INSERT INTO temp.marked (rowid, " +
-                                   std::string(ColumnOfField(segments[index].fieldId)) + ") VALUES (?, ?)");
-    insert.Bind(1, static_cast<std::int64_t>(index)).Bind(2, std::string_view(segments[index].text));
-    insert.Run();
+    const std::string column = ColumnOfField(segments[index].fieldId);
+    Statement(database, "INSERT INTO temp.marked (rowid, " + column + ") VALUES (?, ?)")
+        .Run(static_cast<std::int64_t>(index), segments[index].text);
   }
   std::string sql = "SELECT rowid";
   for (int column = 0; column < 7; ++column) {
-    sql.append(column == 0 ? ", " : " || ").append("coalesce(highlight(marked, " + std::to_string(column));
-    sql += ", char(1), char(2)), '')";
+    sql += (column == 0 ? ", " : " || ") + ("coalesce(highlight(marked, " + std::to_string(column)) +
+           ", char(1), char(2)), '')";
   }
-  Statement query(database, sql + " FROM temp.marked WHERE marked MATCH ?");
-  query.Bind(1, std::string_view(expression));
-  while (query.Next()) texts[static_cast<std::size_t>(query.Number(0))] = query.Text(1);
+  Statement query(database, sql + " FROM temp.marked WHERE marked MATCH ?", expression);
+  while (query.executeStep()) texts[static_cast<std::size_t>(query.Number(0))] = query.Text(1);
 }
 
 }  // namespace
 
 std::vector<MarkedText> MarkHits(Database& database, const std::vector<Segment>& segments, const std::string& query,
                                  const MarkTexts& marks) {
-  RefuseLong(marks);
+  if (std::max({marks.on.size(), marks.off.size(), marks.blank.size()}) > kLongestMark) {
+    throw ServerError("A mark is longer than " + std::to_string(kLongestMark) + " characters");
+  }
   std::vector<std::string> texts;
   for (const Segment& segment : segments) texts.push_back(segment.text);
   const std::string expression = MarkingExpression(query);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "support/text_helpers.h"
 #include "tools/devserver/protocol/answer_text.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -23,13 +24,9 @@ constexpr std::size_t kLongestText = 1U << 20U;
 [[noreturn]] void Fail(const std::string& text) { throw ServerError("Import file: " + text); }
 
 std::vector<std::string_view> Lines(std::string_view bytes) {
-  std::vector<std::string_view> lines;
-  while (!bytes.empty()) {
-    const std::size_t end = bytes.find('\n');
-    std::string_view line = bytes.substr(0, end);
-    bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
+  std::vector<std::string_view> lines = Split(bytes, '\n');
+  for (std::string_view& line : lines) {
     if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.push_back(line);
   }
   return lines;
 }
@@ -96,8 +93,7 @@ class Parser {
     const std::string_view place = Take(kDatabase, "@DB,$(#CHANNEL)\\ARCHIVE");
     const std::size_t close = place.find(")\\");
     if (close == std::string_view::npos) Fail("the line @DB,$(#CHANNEL)\\ARCHIVE is expected");
-    set.channel = convert(place.substr(0, close));
-    set.archive = convert(place.substr(close + 2));
+    set.place = {convert(place.substr(0, close)), convert(place.substr(close + 2))};
     ParseFolder(Take(kFolder, "@FOLDER,FT:TITLE"), set, convert);
     Contents(set, convert);
     return set;

@@ -26,8 +26,7 @@ struct ImportField {
 };
 
 struct ImportSet {
-  std::string channel;
-  std::string archive;
+  std::vector<std::string> place;  // channel and archive
   std::string title;
   std::vector<ImportField> fields;
 };

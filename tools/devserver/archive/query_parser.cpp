@@ -190,30 +190,29 @@ class Parser {
   std::size_t wordCount_ = 0;
 };
 
-std::string_view Trimmed(std::string_view query) {
+// The query without blanks around it.
+std::string_view Checked(std::string_view query) {
   if (query.size() > kByteLimit) {
     Fail("it has " + std::to_string(query.size()) + " bytes, more than the " + std::to_string(kByteLimit) + " allowed");
   }
-  while (!query.empty() && IsBlank(query.front())) query.remove_prefix(1);
-  while (!query.empty() && IsBlank(query.back())) query.remove_suffix(1);
   const auto isControl = [](char character) {
     return static_cast<unsigned char>(character) < 0x20 && character != '\t';
   };
-  if (std::any_of(query.begin(), query.end(), isControl)) Fail("it holds a control character");
-  return query;
+  if (std::ranges::any_of(query, isControl)) Fail("it holds a control character");
+  return Trimmed(query);
 }
 
 }  // namespace
 
 std::string ParseQuery(std::string_view query, std::span<const QueryField> fields) {
-  query = Trimmed(query);
+  query = Checked(query);
   if (query.empty()) Fail("it is empty ('*' finds every document)");
   if (query == "*") return {};
   return Parser(query, fields).Whole();
 }
 
 std::string MarkingExpression(std::string_view query) {
-  query = Trimmed(query);
+  query = Checked(query);
   if (query.empty() || query == "*") return {};
   Parser parser(query, kDocumentFields);
   parser.Whole();

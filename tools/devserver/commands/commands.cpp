@@ -19,7 +19,7 @@ namespace {
 // Every row's first column, one a line.
 std::string Lines(Statement& query) {
   std::string lines;
-  while (query.Next()) lines += query.Text(0) + "\r\n";
+  while (query.executeStep()) lines += query.Text(0) + "\r\n";
   return lines;
 }
 
@@ -40,18 +40,17 @@ Reply GetAllArchives(const Call& call) {
 Reply GetAllArchivesExt(const Call& call) {
   Statement channels(call.database, "SELECT name || ',' || description, id FROM channel ORDER BY id");
   std::string lines;
-  while (channels.Next()) {
-    lines.append("#").append(channels.Text(0)).append("\r\n");
-    Statement archives(call.database, "SELECT name || ',' || comment FROM archive WHERE channel_id = ? ORDER BY id");
-    archives.Bind(1, channels.Number(1));
-    lines += Lines(archives);
+  while (channels.executeStep()) {
+    Statement archives(call.database, "SELECT name || ',' || comment FROM archive WHERE channel_id = ? ORDER BY id",
+                       channels.Number(1));
+    lines += "#" + channels.Text(0) + "\r\n" + Lines(archives);
   }
   return lines;
 }
 
 Reply GetQueryFormatList(const Call& call) {
-  Statement query(call.database, "SELECT name FROM query_format WHERE archive_id = ? ORDER BY position");
-  query.Bind(1, FindArchive(call.database, call.parameters[0], call.parameters[1]).id);
+  Statement query(call.database, "SELECT name FROM query_format WHERE archive_id = ? ORDER BY position",
+                  FindArchive(call.database, call.parameters).id);
   return Lines(query);
 }
 
@@ -59,48 +58,48 @@ Reply GetQueryFormatList(const Call& call) {
 Reply GetArchiveProperties(const Call& call) {
   Statement query(call.database,
                   "SELECT can_create || ',' || can_edit || ',' || can_delete || ',' || can_index || ',' || "
-                  "(SELECT count(*) FROM document WHERE archive_id = archive.id) FROM archive WHERE id = ?");
-  query.Bind(1, FindArchive(call.database, call.parameters[0], call.parameters[1]).id);
+                  "(SELECT count(*) FROM document WHERE archive_id = archive.id) FROM archive WHERE id = ?",
+                  FindArchive(call.database, call.parameters).id);
   return Lines(query);
 }
 
 constexpr std::array<Command, 28> kCommands = {{
-    {"LiveCheck", {0}, false, LiveCheck},
-    {"GetChannels", {0}, false, GetChannels},
-    {"GetAllArchives", {0}, false, GetAllArchives},
-    {"GetAllArchivesExt", {0}, false, GetAllArchivesExt},
-    {"GetQueryFormatList", {2}, false, GetQueryFormatList},
-    {"GetArchiveProperties", {2}, false, GetArchiveProperties},
-    {"QueryArchive", {7}, false, QueryArchive},
-    {"GetDocumentInfo", {4}, false, GetDocumentInfo},
-    {"GetSegmentDescription", {5}, false, GetSegmentDescription},
-    {"GetSegmentText", {8}, false, GetSegmentText},
-    {"GetSegments", {10}, false, GetSegments},
-    {"GetSegmentData", {6}, false, GetSegmentData},
-    {"GetSegmentFirstBLOB", {6}, false, GetSegmentFirstBlob},
-    {"GetSegmentPrintfile2", {6}, false, GetSegmentPrintfile2},
-    {"GetSegmentMultiTIF", {6}, false, GetSegmentMultiTif},
-    {"TransferBLOB", {1}, true, TransferBlob},
-    {"UploadFile", {3, true}, false, UploadFile},
-    {"CreateDocument", {1}, false, CreateDocument},
-    {"EditDocument", {2}, false, EditDocument},
-    {"DeleteDocument", {4}, false, DeleteDocument},
-    {"GetNotes", {4}, false, GetNotes},
-    {"WriteNote", {6}, false, WriteNote},
-    {"DeleteNotes", {4}, false, DeleteNotes},
-    {"GetMasks", {2}, false, GetMasks},
-    {"QueryFahrauftraege", {2}, false, QueryFahrauftraege},
-    {"GetFahrauftraegeMultiTIFF", {2}, false, GetFahrauftraegeMultiTiff},
-    {"UpdateFahrauftraegeStatus", {2}, false, UpdateFahrauftraegeStatus},
-    {"PrintHitlistPDF", {3, false, true}, false, PrintHitlistPdf},
+    {"LiveCheck", {0}, LiveCheck},
+    {"GetChannels", {0}, GetChannels},
+    {"GetAllArchives", {0}, GetAllArchives},
+    {"GetAllArchivesExt", {0}, GetAllArchivesExt},
+    {"GetQueryFormatList", {2}, GetQueryFormatList},
+    {"GetArchiveProperties", {2}, GetArchiveProperties},
+    {"QueryArchive", {7}, QueryArchive},
+    {"GetDocumentInfo", {4}, GetDocumentInfo},
+    {"GetSegmentDescription", {5}, GetSegmentDescription},
+    {"GetSegmentText", {8}, GetSegmentText},
+    {"GetSegments", {10}, GetSegments},
+    {"GetSegmentData", {6}, GetSegmentData},
+    {"GetSegmentFirstBLOB", {6}, GetSegmentFirstBlob},
+    {"GetSegmentPrintfile2", {6}, GetSegmentPrintfile2},
+    {"GetSegmentMultiTIF", {6}, GetSegmentMultiTif},
+    {"TransferBLOB", {1, Form::kRawAnswer}, TransferBlob},
+    {"UploadFile", {3, Form::kBody}, UploadFile},
+    {"CreateDocument", {1}, CreateDocument},
+    {"EditDocument", {2}, EditDocument},
+    {"DeleteDocument", {4}, DeleteDocument},
+    {"GetNotes", {4}, GetNotes},
+    {"WriteNote", {6}, WriteNote},
+    {"DeleteNotes", {4}, DeleteNotes},
+    {"GetMasks", {2}, GetMasks},
+    {"QueryFahrauftraege", {2}, QueryFahrauftraege},
+    {"GetFahrauftraegeMultiTIFF", {2}, GetFahrauftraegeMultiTiff},
+    {"UpdateFahrauftraegeStatus", {2}, UpdateFahrauftraegeStatus},
+    {"PrintHitlistPDF", {3, Form::kRows}, PrintHitlistPdf},
 }};
 
 }  // namespace
 
 const Command* FindCommand(std::string_view name) {
   const std::string wanted = UpperCase(name);
-  const auto* found = std::find_if(kCommands.begin(), kCommands.end(),
-                                   [&](const Command& command) { return UpperCase(command.name) == wanted; });
+  const auto* const found =
+      std::ranges::find_if(kCommands, [&](const Command& command) { return UpperCase(command.name) == wanted; });
   return found == kCommands.end() ? nullptr : found;
 }
 

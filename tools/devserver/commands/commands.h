@@ -28,7 +28,6 @@ struct Call {
 struct Command {
   std::string_view name;
   CommandShape shape;
-  bool isRaw;  // an error ends the connection without a byte, since the client takes what comes for a file's content
   // The data lines of the answer, each with its CR LF; or a reply of another kind. Raises ServerError for a request
   // that cannot be carried out.
   Reply (*handler)(const Call& call);

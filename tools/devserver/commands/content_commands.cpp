@@ -17,24 +17,20 @@ namespace {
 
 constexpr std::int64_t kLargestUpload = std::numeric_limits<std::int32_t>::max();
 
-// A name that tells what is in the file.
 std::string FileName(const Document& document, const std::string& part, const std::string& extension) {
   std::string name = std::to_string(document.id) + "_" + std::to_string(document.version) + "_" + part;
   return extension.empty() ? name : name + "." + extension;
 }
 
-std::string StoreSegment(const Call& call, const Document& document, const Segment& segment) {
-  const auto file = call.blobs.Create(FileName(document, std::to_string(segment.position), segment.Extension()));
-  if (segment.contentId) {
-    ReadContent(call.database, *segment.contentId, [&](std::string_view bytes) { file->Write(bytes); });
-  } else if (segment.type == SegmentType::kImage) {
-    TiffWriter writer(file->descriptor());
-    writer.Add(DrawSamplePage(document.id, segment.firstPage));
-    writer.Close();
-  } else {
-    file->Write(WithLineEnds(segment.text));
-  }
-  return CommitAndTell(*file);
+std::string ContentOf(Database& database, const Document& document, const Segment& segment) {
+  if (segment.contentId) return ReadContent(database, *segment.contentId);
+  if (segment.type == SegmentType::kImage) return SamplePageTiff(document.id, segment.firstPage);
+  return WithLineEnds(segment.text);
+}
+
+Reply StoreSegment(const Call& call, const Document& document, const Segment& segment) {
+  return StoreContent(call, FileName(document, std::to_string(segment.position), segment.Extension()),
+                      ContentOf(call.database, document, segment));
 }
 
 std::vector<std::int64_t> ParsePages(const std::string& list, const Document& document, std::int64_t pageCount) {
@@ -51,7 +47,6 @@ std::vector<std::int64_t> ParsePages(const std::string& list, const Document& do
     pages.push_back(page);
   }
   if (pages.empty()) throw ServerError("Document " + std::to_string(document.id) + " has no pages");
-  if (pages.size() > kMostPages) throw ServerError("More than " + std::to_string(kMostPages) + " pages");
   return pages;
 }
 
@@ -69,7 +64,7 @@ Reply GetSegmentData(const Call& call) {
   const Document document = FindDocument(call.database, call.parameters);
   call.blobs.Require(call.parameters[5]);
   const auto position = ParseNumber(call.parameters[4]);
-  for (const Segment& segment : ReadSegments(call.database, document)) {
+  for (const Segment& segment : ReadSegments(call.database, document.id, document.version)) {
     if (segment.position == position) return StoreSegment(call, document, segment);
   }
   throw ServerError("Document " + std::to_string(document.id) + " has no segment '" + Printable(call.parameters[4]) +
@@ -81,7 +76,7 @@ Reply GetSegmentFirstBlob(const Call& call) {
   call.blobs.Require(call.parameters[5]);
   std::string_view extension = call.parameters[4];
   if (extension.starts_with('.')) extension.remove_prefix(1);
-  for (const Segment& segment : ReadSegments(call.database, document)) {
+  for (const Segment& segment : ReadSegments(call.database, document.id, document.version)) {
     if (segment.type != SegmentType::kFile) continue;
     if (extension.empty() || UpperCase(extension) == UpperCase(segment.Extension())) {
       return StoreSegment(call, document, segment);
@@ -99,7 +94,7 @@ Reply GetSegmentPrintfile2(const Call& call) {
   std::string lines = "Document " + std::to_string(document.id) + ", version " + std::to_string(document.version) +
                       ", " + document.archive.reference + "\nTitle: " + document.title + "\n";
   bool found = wanted.empty();
-  for (const Segment& segment : ReadSegments(call.database, document)) {
+  for (const Segment& segment : ReadSegments(call.database, document.id, document.version)) {
     if (!wanted.empty() && segment.fieldId != fieldId) continue;
     found = true;
     lines += PrintedSegment(segment);
@@ -107,10 +102,8 @@ Reply GetSegmentPrintfile2(const Call& call) {
   if (!found) {
     throw ServerError("Document " + std::to_string(document.id) + " has no field '" + Printable(wanted) + "'");
   }
-  const auto file =
-      call.blobs.Create(FileName(document, "print" + (fieldId ? std::to_string(*fieldId) : std::string()), "txt"));
-  file->Write(WithLineEnds(lines));
-  return CommitAndTell(*file);
+  const std::string part = "print" + (fieldId ? std::to_string(*fieldId) : "");
+  return StoreContent(call, FileName(document, part, "txt"), WithLineEnds(lines));
 }
 
 Reply GetSegmentMultiTif(const Call& call) {
@@ -118,17 +111,19 @@ Reply GetSegmentMultiTif(const Call& call) {
   call.blobs.Require(call.parameters[5]);
   PageSource source(call.database, document.id, document.version);
   const auto pages = ParsePages(call.parameters[4], document, source.pageCount());
-  const auto file = call.blobs.Create(FileName(document, "pages", "tif"));
-  TiffWriter writer(file->descriptor());
+  TiffWriter writer;
   for (const std::int64_t page : pages) writer.Add(source.Read(page));
-  writer.Close();
-  return CommitAndTell(*file);
+  return StoreContent(call, FileName(document, "pages", "tif"), writer.Finish());
+}
+
+Reply StoreContent(const Call& call, const std::string& name, std::string_view bytes) {
+  return std::to_string(bytes.size()) + "\r\n" + call.blobs.Store(name, bytes) + "\r\n";
 }
 
 Reply TransferBlob(const Call& call) {
   Reply reply{std::string()};
   reply.isRaw = true;
-  reply.file = std::make_unique<ReadableFile>(call.blobs.Open(call.blobs.NameOf(call.parameters[0])));
+  reply.file = call.blobs.Open(call.parameters[0]);
   return reply;
 }
 
@@ -140,7 +135,8 @@ Reply UploadFile(const Call& call) {
                       std::to_string(kLargestUpload));
   }
   Reply reply{std::string()};
-  reply.upload = std::make_unique<Upload>(call.blobs.Create(call.parameters[1]), *byteCount);
+  reply.upload = std::make_unique<Upload>(call.blobs.Replace(call.parameters[1]), call.parameters[1],
+                                          static_cast<std::size_t>(*byteCount));
   return reply;
 }
 

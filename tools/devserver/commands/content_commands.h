@@ -18,6 +18,9 @@ Reply GetSegmentPrintfile2(const Call& call);
 // Fifth: page numbers with commas between them; "" takes all pages.
 Reply GetSegmentMultiTif(const Call& call);
 
+// Puts the bytes into a file of their own, under the name or a similar one, and answers with its length and name.
+Reply StoreContent(const Call& call, const std::string& name, std::string_view bytes);
+
 // Parameter: the path of a file in the blob directory, whose bytes are the reply.
 Reply TransferBlob(const Call& call);
 // Parameters: the blob directory, name and byte count of the file that follows the request.

@@ -26,7 +26,7 @@ std::string NoteCountLine(const Call& call, const Document& document) {
 
 Reply GetDocumentInfo(const Call& call) {
   const Document document = FindDocument(call.database, call.parameters);
-  const std::vector<Segment> segments = ReadSegments(call.database, document);
+  const std::vector<Segment> segments = ReadSegments(call.database, document.id, document.version);
   std::int64_t byteCount = 0;
   for (const Segment& segment : segments) byteCount += segment.byteCount + std::ssize(segment.text);
   return Record({call.parameters[0], call.parameters[1], std::to_string(document.id), std::to_string(document.version),
@@ -41,7 +41,7 @@ Reply GetSegmentDescription(const Call& call) {
   const Document document = FindDocument(call.database, call.parameters);
   call.blobs.Require(call.parameters[4]);
   std::string lines = NoteCountLine(call, document);
-  for (const Segment& segment : ReadSegments(call.database, document)) {
+  for (const Segment& segment : ReadSegments(call.database, document.id, document.version)) {
     lines += Record({std::to_string(segment.fieldId), segment.Name(), std::to_string(segment.text.size()), "0",
                      std::to_string(segment.byteCount), segment.Extension(),
                      std::to_string(static_cast<std::int64_t>(segment.type)), segment.Title(), segment.fileName,
@@ -53,7 +53,7 @@ Reply GetSegmentDescription(const Call& call) {
 
 Reply GetSegmentText(const Call& call) {
   const Document document = FindDocument(call.database, call.parameters);
-  std::vector<Segment> segments = ReadSegments(call.database, document);
+  std::vector<Segment> segments = ReadSegments(call.database, document.id, document.version);
   std::erase_if(segments, [](const Segment& segment) { return segment.type != SegmentType::kText; });
   const Parameters& parameters = call.parameters;
   const auto texts = MarkHits(call.database, segments, parameters[4], {parameters[5], parameters[6], parameters[7]});
@@ -66,7 +66,7 @@ Reply GetSegments(const Call& call) {
   const Document document = FindDocument(call.database, call.parameters);
   const Parameters& parameters = call.parameters;
   call.blobs.Require(parameters[8]);
-  const std::vector<Segment> segments = ReadSegments(call.database, document);
+  const std::vector<Segment> segments = ReadSegments(call.database, document.id, document.version);
   const auto texts = MarkHits(call.database, segments, parameters[4], {parameters[5], parameters[6], parameters[7]});
   std::string lines = NoteCountLine(call, document);
   for (std::size_t index = 0; index < segments.size(); ++index) {

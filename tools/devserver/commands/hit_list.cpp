@@ -13,8 +13,6 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-constexpr const char* kDefaultLayout = "1";
-
 struct Column {
   std::int64_t id;
   std::string name;
@@ -22,27 +20,24 @@ struct Column {
   std::int64_t flags;
 };
 
-std::vector<Column> ReadColumns(Statement& query) {
+std::vector<Column> ReadColumns(Statement query) {
   std::vector<Column> columns;
-  while (query.Next()) columns.push_back({query.Number(0), query.Text(1), query.Text(2), query.Number(3)});
+  while (query.executeStep()) columns.push_back({query.Number(0), query.Text(1), query.Text(2), query.Number(3)});
   return columns;
 }
 
 std::vector<Column> LayoutColumns(Database& database, const std::string& layoutId, const std::string& fieldId) {
-  Statement layout(database,
-                   "SELECT id, name, title, flags FROM layout_column JOIN field ON id = field_id "
-                   "WHERE layout_id = ? ORDER BY position");
-  layout.Bind(1, std::string_view(layoutId.empty() ? kDefaultLayout : layoutId));
-  std::vector<Column> columns = ReadColumns(layout);
+  std::vector<Column> columns = ReadColumns({database,
+                                             "SELECT id, name, title, flags FROM layout_column JOIN field "
+                                             "ON id = field_id WHERE layout_id = ? ORDER BY position",
+                                             layoutId.empty() ? "1" : layoutId});
   if (columns.empty()) throw ServerError("There is no layout '" + Printable(layoutId) + "'");
   if (fieldId.empty()) return columns;
 
-  Statement field(database, "SELECT id, name, title, flags FROM field WHERE CAST(id AS TEXT) = ?");
-  field.Bind(1, std::string_view(fieldId));
-  const std::vector<Column> extra = ReadColumns(field);
+  const std::vector<Column> extra =
+      ReadColumns({database, "SELECT id, name, title, flags FROM field WHERE CAST(id AS TEXT) = ?", fieldId});
   if (extra.empty()) throw ServerError("There is no layout field '" + Printable(fieldId) + "'");
-  const auto isExtra = [&](const Column& column) { return column.id == extra.front().id; };
-  if (std::none_of(columns.begin(), columns.end(), isExtra)) columns.push_back(extra.front());
+  if (std::ranges::count(columns, extra.front().id, &Column::id) == 0) columns.push_back(extra.front());
   return columns;
 }
 
@@ -58,9 +53,9 @@ Scope FindScope(Database& database, const std::string& format, const FolderRight
   Statement query(database,
                   "SELECT DISTINCT archive.id, channel.name, archive.name, CASE ?1 WHEN '' THEN '' ELSE fields END "
                   "FROM archive JOIN channel ON channel.id = channel_id JOIN query_format ON archive_id = archive.id "
-                  "WHERE ?1 = '' OR query_format.name = ?1");
-  query.Bind(1, std::string_view(format));
-  while (query.Next()) {
+                  "WHERE ?1 = '' OR query_format.name = ?1",
+                  format);
+  while (query.executeStep()) {
     formatKnown = true;
     scope.fields = query.Text(3);
     if (!rights.Allows(query.Text(1), query.Text(2))) continue;
@@ -70,15 +65,14 @@ Scope FindScope(Database& database, const std::string& format, const FolderRight
   return scope;
 }
 
-// The condition of a query; parameter 1 is the full-text expression, unless that is empty. The archive numbers are
-// the database's own.
-std::string Condition(const Scope& scope, const std::string& expression) {
-  std::string archives =
-      " FROM document JOIN archive ON archive.id = archive_id "
-      "JOIN channel ON channel.id = channel_id WHERE archive_id IN (" +
-      scope.archiveIds + ")";
-  if (expression.empty()) return archives;
-  return archives + " AND document.id IN (SELECT rowid FROM document_text WHERE document_text MATCH ?1)";
+// The documents of the scope that match parameter 1, the full-text expression, which is "" for all of them. The archive
+// numbers are the database's own.
+std::string Matches(const Scope& scope, const std::string& expression) {
+  return " FROM document JOIN archive ON archive.id = archive_id JOIN channel ON channel.id = channel_id "
+         "WHERE archive_id IN (" +
+         scope.archiveIds + ") AND " +
+         (expression.empty() ? "?1 = ''"
+                             : "document.id IN (SELECT rowid FROM document_text WHERE document_text MATCH ?1)");
 }
 
 struct Heading {
@@ -98,21 +92,14 @@ Heading MakeHeading(const std::vector<Column>& columns) {
   return heading;
 }
 
-std::string Rows(Database& database, const std::string& condition, const std::string& expression,
+std::string Rows(Database& database, const std::string& matches, const std::string& expression,
                  const std::vector<Column>& columns, std::int64_t maxLines) {
   std::string sql = "SELECT '$(#' || channel.name || ')\\' || archive.name, document.id, version";
   for (const Column& column : columns) sql += ", document.\"" + column.name + "\"";
-  sql += condition + " ORDER BY sort_date DESC, document.id LIMIT ?2";
-  Statement query(database, sql);
-  if (!expression.empty()) query.Bind(1, std::string_view(expression));
-  query.Bind(2, maxLines == 0 ? -1 : maxLines);
+  Statement query(database, sql + matches + " ORDER BY sort_date DESC, document.id LIMIT ?2", expression,
+                  maxLines == 0 ? -1 : maxLines);
   std::string rows;
-  while (query.Next()) {
-    for (int column = 0; column < static_cast<int>(columns.size()) + 3; ++column) {
-      rows.append(column == 0 ? "" : ",").append(Field(query.Text(column)));
-    }
-    rows += "\r\n";
-  }
+  while (query.executeStep()) rows += Record(query.Texts()) + "\r\n";
   return rows;
 }
 
@@ -128,10 +115,9 @@ Reply QueryArchive(const Call& call) {
   const Scope scope = FindScope(database, parameters[4], FolderRights(parameters[5]));
   if (!expression.empty() && !scope.fields.empty()) expression = "{" + scope.fields + "} : (" + expression + ")";
 
-  const std::string condition = Condition(scope, expression);
-  Statement count(database, "SELECT count(*), max(scans)" + condition);
-  if (!expression.empty()) count.Bind(1, std::string_view(expression));
-  count.Next();
+  const std::string matches = Matches(scope, expression);
+  Statement count(database, "SELECT count(*), max(scans)" + matches, expression);
+  count.executeStep();
   const std::int64_t total = count.Number(0);
   if (queryMax > 0 && total > queryMax) {
     throw ServerError("The query has " + std::to_string(total) + " hits, more than the " + std::to_string(queryMax) +
@@ -139,7 +125,7 @@ Reply QueryArchive(const Call& call) {
   }
   const Heading heading = MakeHeading(columns);
   return std::to_string(total) + "\r\n" + heading.layout + "\r\n" + (count.Number(1) == 1 ? "1" : "0") + "\r\n" +
-         heading.flags + "\r\n" + heading.titles + "\r\n" + Rows(database, condition, expression, columns, maxLines);
+         heading.flags + "\r\n" + heading.titles + "\r\n" + Rows(database, matches, expression, columns, maxLines);
 }
 
 }  // namespace oxaqrycln::devserver

@@ -1,6 +1,6 @@
 #include "tools/devserver/commands/hit_list_printing.h"
 
-#include "tools/devserver/archive/page_source.h"
+#include "tools/devserver/commands/content_commands.h"
 #include "tools/devserver/content/pdf_table.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -43,10 +43,7 @@ Reply PrintHitlistPdf(const Call& call) {
     throw ServerError("The title is longer than " + std::to_string(kLongestTitle) + " characters");
   }
   call.blobs.Require(call.parameters[2]);
-  const PdfTable table{title, ParseRows(call.parameters[1])};
-  const auto file = call.blobs.Create("hitlist.pdf");
-  WritePdf(table, [&](std::string_view bytes) { file->Write(bytes); });
-  return CommitAndTell(*file);
+  return StoreContent(call, "hitlist.pdf", MakePdf({title, ParseRows(call.parameters[1])}));
 }
 
 }  // namespace oxaqrycln::devserver

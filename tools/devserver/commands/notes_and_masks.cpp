@@ -20,11 +20,10 @@ std::string Replace(std::string text, const std::string& old, const std::string&
 }  // namespace
 
 Reply GetNotes(const Call& call) {
-  const Document document = FindDocument(call.database, call.parameters);
-  Statement query(call.database, "SELECT author || ',' || written, text FROM note WHERE document_id = ? ORDER BY id");
-  query.Bind(1, document.id);
+  Statement query(call.database, "SELECT author || ',' || written, text FROM note WHERE document_id = ? ORDER BY id",
+                  FindDocument(call.database, call.parameters).id);
   std::string lines;
-  while (query.Next()) lines += query.Text(0) + "\r\n^" + WithLineEnds(query.Text(1)) + "^\r\n";
+  while (query.executeStep()) lines += query.Text(0) + "\r\n^" + WithLineEnds(query.Text(1)) + "^\r\n";
   return lines;
 }
 
@@ -39,36 +38,30 @@ Reply WriteNote(const Call& call) {
   if (NoteCount(call.database, document) >= kMostNotes) {
     throw ServerError("Document " + std::to_string(document.id) + " has " + std::to_string(kMostNotes) + " notes");
   }
-  Statement insert(call.database, "INSERT INTO note (document_id, author, written, text) VALUES (?, ?, ?, ?)");
-  insert.Bind(1, document.id).Bind(2, std::string_view(CleanText(call.user)));
-  insert.Bind(3, std::string_view(LocalTime("%d.%m.%Y %H:%M"))).Bind(4, std::string_view(note)).Run();
-  transaction.Commit();
+  Statement(call.database, "INSERT INTO note (document_id, author, written, text) VALUES (?, ?, ?, ?)", document.id,
+            CleanText(call.user), LocalTime("%d.%m.%Y %H:%M"), note)
+      .Run();
+  transaction.commit();
   return std::string();
 }
 
 Reply DeleteNotes(const Call& call) {
-  Transaction transaction(call.database);
-  Statement statement(call.database, "DELETE FROM note WHERE document_id = ?");
-  statement.Bind(1, FindDocument(call.database, call.parameters).id).Run();
-  transaction.Commit();
+  Statement(call.database, "DELETE FROM note WHERE document_id = ?", FindDocument(call.database, call.parameters).id)
+      .Run();
   return std::string();
 }
 
 Reply GetMasks(const Call& call) {
-  Statement masks(call.database, "SELECT archive_id, position, name FROM mask WHERE archive_id = ? ORDER BY position");
-  masks.Bind(1, FindArchive(call.database, call.parameters[0], call.parameters[1]).id);
+  Statement masks(call.database, "SELECT archive_id, position, name FROM mask WHERE archive_id = ? ORDER BY position",
+                  FindArchive(call.database, call.parameters).id);
   std::string lines;
-  while (masks.Next()) {
+  while (masks.executeStep()) {
     lines += "@" + masks.Text(2) + "\r\n";
     Statement fields(call.database,
                      "SELECT tab_index, width, align, name, mandatory, init_text, list_only, list FROM mask_field "
-                     "WHERE archive_id = ? AND mask = ? ORDER BY tab_index");
-    fields.Bind(1, masks.Number(0)).Bind(2, masks.Number(1));
-    while (fields.Next()) {
-      lines += Record({fields.Text(0), fields.Text(1), fields.Text(2), fields.Text(3), fields.Text(4), fields.Text(5),
-                       fields.Text(6), fields.Text(7)}) +
-               "\r\n";
-    }
+                     "WHERE archive_id = ? AND mask = ? ORDER BY tab_index",
+                     masks.Number(0), masks.Number(1));
+    while (fields.executeStep()) lines += Record(fields.Texts()) + "\r\n";
   }
   return lines;
 }

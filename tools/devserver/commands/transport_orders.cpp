@@ -7,6 +7,7 @@
 #include "tools/devserver/archive/page_source.h"
 #include "tools/devserver/archive/query_parser.h"
 #include "tools/devserver/archive/sample_orders.h"
+#include "tools/devserver/commands/content_commands.h"
 #include "tools/devserver/protocol/answer_text.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -26,16 +27,9 @@ struct Order {
 };
 
 Order FindOrder(Database& database, std::string_view id) {
-  Statement query(database, "SELECT id, document_id, version FROM transport_order WHERE id = ?");
-  query.Bind(1, id);
-  if (!query.Next()) throw ServerError("There is no transport order '" + Printable(id) + "'");
+  Statement query(database, "SELECT id, document_id, version FROM transport_order WHERE id = ?", id);
+  if (!query.executeStep()) throw ServerError("There is no transport order '" + Printable(id) + "'");
   return {query.Text(0), query.Number(1), query.Number(2)};
-}
-
-std::string_view WithoutBlanks(std::string_view text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
-  return text;
 }
 
 std::vector<Order> FindOrders(Database& database, const std::string& list) {
@@ -43,7 +37,7 @@ std::vector<Order> FindOrders(Database& database, const std::string& list) {
   if (ids.empty()) throw ServerError("No transport order is named");
   if (ids.size() > kMostOrders) throw ServerError("More than " + std::to_string(kMostOrders) + " transport orders");
   std::vector<Order> orders;
-  for (const std::string_view id : ids) orders.push_back(FindOrder(database, WithoutBlanks(id)));
+  for (const std::string_view id : ids) orders.push_back(FindOrder(database, Trimmed(id)));
   return orders;
 }
 
@@ -55,7 +49,7 @@ std::string KnownStatus(const std::string& text) {
   throw ServerError("'" + Printable(text) + "' is no status of a transport order (those are " + known + ")");
 }
 
-// Tells the first order, and how many more there are.
+// Names the first order, and how many more there are.
 std::string FileName(const std::vector<Order>& orders) {
   const std::string more = orders.size() > 1 ? "_and_" + std::to_string(orders.size() - 1) : "";
   return orders.front().id + more + ".tif";
@@ -69,38 +63,31 @@ Reply QueryFahrauftraege(const Call& call) {
   Statement query(call.database,
                   "SELECT id, status, document_id, version, customer, origin, destination, date, weight "
                   "FROM transport_order WHERE ?1 = '' OR number IN "
-                  "(SELECT rowid FROM transport_order_text WHERE transport_order_text MATCH ?1) ORDER BY id LIMIT ?2");
-  query.Bind(1, std::string_view(expression)).Bind(2, maxLines == 0 ? -1 : maxLines);
+                  "(SELECT rowid FROM transport_order_text WHERE transport_order_text MATCH ?1) ORDER BY id LIMIT ?2",
+                  expression, maxLines == 0 ? -1 : maxLines);
   std::string lines;
-  while (query.Next()) {
-    for (int column = 0; column < 9; ++column) lines.append(column == 0 ? "" : ",").append(Field(query.Text(column)));
-    lines += "\r\n";
-  }
+  while (query.executeStep()) lines += Record(query.Texts()) + "\r\n";
   return lines;
 }
 
 Reply GetFahrauftraegeMultiTiff(const Call& call) {
   const std::vector<Order> orders = FindOrders(call.database, call.parameters[0]);
   call.blobs.Require(call.parameters[1]);
-  const auto file = call.blobs.Create(FileName(orders));
-  TiffWriter writer(file->descriptor());
-  std::size_t pageCount = 0;
+  TiffWriter writer;
+  std::int64_t pageCount = 0;
   for (const Order& order : orders) {
     PageSource source(call.database, order.documentId, order.version);
-    pageCount += static_cast<std::size_t>(source.pageCount());
-    if (pageCount > kMostPages) throw ServerError("More than " + std::to_string(kMostPages) + " pages");
+    pageCount += source.pageCount();
     for (std::int64_t page = 1; page <= source.pageCount(); ++page) writer.Add(source.Read(page));
   }
   if (pageCount == 0) throw ServerError("The transport orders have no pages");
-  writer.Close();
-  return CommitAndTell(*file);
+  return StoreContent(call, FileName(orders), writer.Finish());
 }
 
 Reply UpdateFahrauftraegeStatus(const Call& call) {
   const Order order = FindOrder(call.database, call.parameters[0]);
   const std::string status = KnownStatus(call.parameters[1]);
-  Statement update(call.database, "UPDATE transport_order SET status = ? WHERE id = ?");
-  update.Bind(1, std::string_view(status)).Bind(2, std::string_view(order.id)).Run();
+  Statement(call.database, "UPDATE transport_order SET status = ? WHERE id = ?", status, order.id).Run();
   return std::string();
 }
 

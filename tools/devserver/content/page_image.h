@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/devserver/content/descriptor.h"
@@ -11,6 +13,9 @@
 struct tiff;
 
 namespace oxaqrycln::devserver {
+
+// The most pages of one TIFF file.
+inline constexpr std::int64_t kMostPages = 1000;
 
 // Rows from the top. Black and white: a bit a pixel, 1 is black, the highest bit first; in colour: red, green, blue.
 struct PageImage {
@@ -25,29 +30,27 @@ struct PageImage {
 // The page of a scanned sample document: a frame, bars for lines of text, the document's and the page's number. The
 // same in every run.
 PageImage DrawSamplePage(std::int64_t documentId, std::int64_t page);
-// The length of the TIFF file that holds that page alone.
-std::int64_t SamplePageByteCount(std::int64_t documentId, std::int64_t page);
+// The TIFF file that holds that page alone.
+std::string SamplePageTiff(std::int64_t documentId, std::int64_t page);
 
-// A file of its own in memory, gone with its owner.
-Descriptor OpenScratchFile();
-
-// Writes a TIFF file to an empty file. Every function raises ServerError.
+// Makes a TIFF file in memory. Every function raises ServerError.
 class TiffWriter {
  public:
-  explicit TiffWriter(int descriptor);
+  TiffWriter();
   void Add(const PageImage& page);
-  // The file is complete only after it.
-  void Close();
+  // The whole file. Nothing may be added after it.
+  std::string Finish();
 
  private:
+  Descriptor file_;
   std::unique_ptr<tiff, void (*)(tiff*)> handle_;
+  std::int64_t pageCount_ = 0;
 };
 
 // Reads the pages of a TIFF file of any kind that libtiff knows. Every function raises ServerError.
 class TiffReader {
  public:
-  // The descriptor's position is moved.
-  explicit TiffReader(int descriptor);
+  explicit TiffReader(std::string_view bytes);
   std::int64_t pageCount() const noexcept { return pageCount_; }
   // page: from 0.
   PageImage Read(std::int64_t page);

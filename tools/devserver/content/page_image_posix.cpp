@@ -19,7 +19,6 @@ constexpr std::uint32_t kWidth = 416;
 constexpr std::uint32_t kHeight = 588;
 constexpr float kDotsAnInch = 50;
 constexpr std::uint32_t kMostPixels = 40'000'000;
-constexpr std::int64_t kMostPages = 1000;
 
 class Canvas {
  public:
@@ -66,9 +65,19 @@ class Canvas {
   PageImage page_;
 };
 
+// A file in memory with these bytes.
+Descriptor OpenMemoryFile(std::string_view bytes = {}) {
+  Descriptor file(memfd_create("devserver", MFD_CLOEXEC));
+  while (!bytes.empty()) {
+    const ssize_t count = write(file.get(), bytes.data(), bytes.size());
+    if (count <= 0) throw ServerError("No memory for a TIFF file");
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return file;
+}
+
 std::unique_ptr<tiff, void (*)(tiff*)> OpenTiff(int descriptor, const char* mode) {
-  // Mode m: a file that becomes shorter while it is mapped would end the server.
-  // What is wrong with a file is told by the answer, not on standard error.
+  // The answer says what is wrong with a file; libtiff would print it on standard error.
   TIFFSetErrorHandler(nullptr);
   TIFFSetWarningHandler(nullptr);
   const int own = dup(descriptor);  // closed by libtiff
@@ -121,25 +130,18 @@ PageImage DrawSamplePage(std::int64_t documentId, std::int64_t page) {
   return canvas.Take();
 }
 
-std::int64_t SamplePageByteCount(std::int64_t documentId, std::int64_t page) {
-  const Descriptor file = OpenScratchFile();
-  TiffWriter writer(file.get());
+std::string SamplePageTiff(std::int64_t documentId, std::int64_t page) {
+  TiffWriter writer;
   writer.Add(DrawSamplePage(documentId, page));
-  writer.Close();
-  return lseek(file.get(), 0, SEEK_END);
+  return writer.Finish();
 }
 
-Descriptor OpenScratchFile() {
-  Descriptor file(memfd_create("devserver", MFD_CLOEXEC));
-  if (file.get() < 0) throw ServerError("A file in memory could not be made");
-  return file;
-}
-
-TiffWriter::TiffWriter(int descriptor) : handle_(OpenTiff(descriptor, "w")) {
+TiffWriter::TiffWriter() : file_(OpenMemoryFile()), handle_(OpenTiff(file_.get(), "w")) {
   if (handle_ == nullptr) throw ServerError("The TIFF file could not be begun");
 }
 
 void TiffWriter::Add(const PageImage& page) {
+  if (++pageCount_ > kMostPages) throw ServerError("More than " + std::to_string(kMostPages) + " pages");
   tiff* file = handle_.get();
   TIFFSetField(file, TIFFTAG_SUBFILETYPE, FILETYPE_PAGE);
   TIFFSetField(file, TIFFTAG_IMAGEWIDTH, page.width);
@@ -162,13 +164,20 @@ void TiffWriter::Add(const PageImage& page) {
   if (TIFFWriteDirectory(file) != 1) throw ServerError("The TIFF file could not be written");
 }
 
-void TiffWriter::Close() {
-  const bool whole = TIFFFlush(handle_.get()) == 1;
+std::string TiffWriter::Finish() {
+  bool whole = TIFFFlush(handle_.get()) == 1;
   handle_.reset();
+  std::string bytes(static_cast<std::size_t>(lseek(file_.get(), 0, SEEK_END)), '\0');
+  for (std::size_t end = 0; whole && end < bytes.size();) {
+    const ssize_t count = pread(file_.get(), bytes.data() + end, bytes.size() - end, static_cast<off_t>(end));
+    whole = count > 0;
+    end += static_cast<std::size_t>(count);
+  }
   if (!whole) throw ServerError("The TIFF file could not be written");
+  return bytes;
 }
 
-TiffReader::TiffReader(int descriptor) : handle_(OpenTiff(descriptor, "rm")) {
+TiffReader::TiffReader(std::string_view bytes) : handle_(OpenTiff(OpenMemoryFile(bytes).get(), "r")) {
   if (handle_ == nullptr) throw ServerError("It is no TIFF file");
   do {
     if (++pageCount_ > kMostPages) throw ServerError("It has more than " + std::to_string(kMostPages) + " pages");

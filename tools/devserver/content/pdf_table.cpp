@@ -3,7 +3,6 @@
 #include <hpdf.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <type_traits>
 
@@ -105,18 +104,15 @@ class Writer {
     Check();
   }
 
-  void HandOut(const std::function<void(std::string_view)>& take) {
+  std::string Bytes() {
     HPDF_SaveToStream(document_.get());
     HPDF_ResetStream(document_.get());
     Check();
-    for (;;) {
-      std::array<char, 65536> piece;
-      auto count = static_cast<HPDF_UINT32>(piece.size());
-      // The last piece comes with an error that tells the end.
-      HPDF_ReadFromStream(document_.get(), reinterpret_cast<HPDF_BYTE*>(piece.data()), &count);
-      if (count == 0) return;
-      take({piece.data(), count});
-    }
+    std::string bytes(HPDF_GetStreamSize(document_.get()), '\0');
+    auto count = static_cast<HPDF_UINT32>(bytes.size());
+    HPDF_ReadFromStream(document_.get(), reinterpret_cast<HPDF_BYTE*>(bytes.data()), &count);
+    if (count != bytes.size()) throw ServerError("The PDF document could not be read back");
+    return bytes;
   }
 
  private:
@@ -217,8 +213,6 @@ class Writer {
 
 }  // namespace
 
-void WritePdf(const PdfTable& table, const std::function<void(std::string_view bytes)>& take) {
-  Writer(table).HandOut(take);
-}
+std::string MakePdf(const PdfTable& table) { return Writer(table).Bytes(); }
 
 }  // namespace oxaqrycln::devserver

@@ -3,9 +3,7 @@
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_PDF_TABLE_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_PDF_TABLE_H_
 
-#include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace oxaqrycln::devserver {
@@ -15,9 +13,9 @@ struct PdfTable {
   std::vector<std::vector<std::string>> rows;  // the first one is the column heads; missing cells are empty
 };
 
-// Hands the document's bytes to take, piece by piece; the same for the same table. A cell that its column is too narrow
+// The bytes of the document, the same for the same table. A cell that its column is too narrow
 // for runs over up to six lines, and what does not fit there is cut off with an ellipsis. Raises ServerError.
-void WritePdf(const PdfTable& table, const std::function<void(std::string_view bytes)>& take);
+std::string MakePdf(const PdfTable& table);
 
 }  // namespace oxaqrycln::devserver
 

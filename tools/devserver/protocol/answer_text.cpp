@@ -14,7 +14,7 @@ std::string Field(std::string value) {
   return "^" + value + "^";
 }
 
-std::string Record(std::initializer_list<std::string> values) {
+std::string Record(const std::vector<std::string>& values) {
   std::string record;
   for (const std::string& value : values) record.append(record.empty() ? "" : ",").append(Field(value));
   return record;

@@ -2,9 +2,9 @@
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_PROTOCOL_ANSWER_TEXT_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_PROTOCOL_ANSWER_TEXT_H_
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace oxaqrycln::devserver {
 
@@ -12,7 +12,7 @@ namespace oxaqrycln::devserver {
 std::string Field(std::string value);
 
 // The values as fields with commas between them, without a line end.
-std::string Record(std::initializer_list<std::string> values);
+std::string Record(const std::vector<std::string>& values);
 
 // A text of several lines without what could end a field: carets and control characters become blanks, and each line
 // break (CR LF, CR or LF) becomes a single LF. Line breaks at the end go.

@@ -1,5 +1,6 @@
 #include "tools/devserver/protocol/request.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 
@@ -50,7 +51,7 @@ RequestState JudgeText(std::string_view text, const ShapeOf& shapeOf) {
   if (!shape) return RequestState::kBad;
   if (!request.ended) return RequestState::kPartial;
   const bool isShort = request.fields.size() < kPrefixFieldCount + 1 + shape->parameterCount;
-  return isShort || shape->hasBody ? RequestState::kShort : RequestState::kComplete;
+  return isShort || shape->form == Form::kBody ? RequestState::kShort : RequestState::kComplete;
 }
 
 }  // namespace
@@ -77,7 +78,7 @@ RequestJudgement JudgeRequest(std::string_view text, const ShapeOf& shapeOf) {
     const RequestFields begin = SplitRequest(text.substr(0, end + 1));
     const bool hasCommand = begin.ended && begin.fields.size() > kPrefixFieldCount;
     const auto shape = hasCommand ? shapeOf(begin.fields[kPrefixFieldCount]) : std::nullopt;
-    if (shape && shape->hasBody && begin.fields.size() > kPrefixFieldCount + shape->parameterCount) {
+    if (shape && shape->form == Form::kBody && begin.fields.size() > kPrefixFieldCount + shape->parameterCount) {
       return {RequestState::kBody, end + 1};
     }
   }
@@ -88,7 +89,7 @@ bool HoldsRows(std::string_view text, const ShapeOf& shapeOf) {
   const std::size_t parameters = text.starts_with('^') ? ParametersStart(text) : std::string_view::npos;
   if (parameters == std::string_view::npos) return false;
   const auto shape = shapeOf(SplitRequest(text.substr(0, parameters - 1)).fields[kPrefixFieldCount]);
-  return shape && shape->hasRows;
+  return shape && shape->form == Form::kRows;
 }
 
 std::vector<std::string> JoinRows(std::vector<std::string> parameters) {
@@ -97,6 +98,11 @@ std::vector<std::string> JoinRows(std::vector<std::string> parameters) {
   for (auto part = parameters.begin() + 2; part != parameters.end() - 1; ++part) rows.append(kBetween).append(*part);
   parameters.erase(parameters.begin() + 2, parameters.end() - 1);
   return parameters;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t start = std::min(text.find_first_not_of(" \t"), text.size());
+  return text.substr(start, text.find_last_not_of(" \t") + 1 - start);
 }
 
 std::optional<std::int64_t> ParseNumber(std::string_view text) {

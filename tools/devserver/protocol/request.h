@@ -32,10 +32,15 @@ enum class RequestState {
   kBad        // no caret-quoted text, or a command word that nobody knows: its end cannot be told
 };
 
+enum class Form {
+  kFields,    // of the request, and lines of the answer
+  kBody,      // CR LF and bytes follow the request text
+  kRows,      // the second of three parameters is rows of fields, which hold "^,^" themselves
+  kRawAnswer  // the answer is a file's bytes; an error ends the connection without a byte, which would pass for content
+};
 struct CommandShape {
   std::size_t parameterCount;
-  bool hasBody = false;  // CR LF and bytes follow the request text
-  bool hasRows = false;  // between the first and the last parameter stand rows of fields, which hold "^,^" themselves
+  Form form = Form::kFields;
 };
 
 // What a command word takes; nothing for an unknown word.
@@ -52,6 +57,9 @@ bool HoldsRows(std::string_view text, const ShapeOf& shapeOf);
 
 // The fields behind the command word of a command with rows as three parameters, the rows put together again.
 std::vector<std::string> JoinRows(std::vector<std::string> parameters);
+
+// The text without blanks and tabs at its ends.
+std::string_view Trimmed(std::string_view text);
 
 // The whole text as a decimal number from 0; nothing when it is none.
 std::optional<std::int64_t> ParseNumber(std::string_view text);

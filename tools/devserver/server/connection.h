@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -45,8 +44,9 @@ class Socket : public Descriptor {
 
 class Connection {
  public:
-  // The limits and the answerer must outlive the connection.
-  Connection(Socket socket, const Limits& limits, const Answerer& answerer, Misbehaviour misbehaviour, TimePoint now);
+  // What is passed by reference must outlive the connection.
+  Connection(Socket socket, const Limits& limits, const Answerer& answerer, const Misbehaviour& misbehaviour,
+             TimePoint now);
 
   int descriptor() const noexcept { return socket_.get(); }
   bool closed() const noexcept { return state_ == State::kClosed; }
@@ -70,12 +70,12 @@ class Connection {
   void Write(TimePoint now);
   bool Refill();
   void EndWriting(TimePoint now);
-  std::uint64_t SendLimit() const noexcept;
+  std::size_t SendLimit() const noexcept;
 
   Socket socket_;
   const Limits& limits_;
   const Answerer& answerer_;
-  Misbehaviour misbehaviour_;
+  const Misbehaviour& misbehaviour_;
   State state_ = State::kReading;
   TimePoint started_;
   TimePoint lastProgress_;
@@ -84,11 +84,11 @@ class Connection {
   std::string request_;
   std::unique_ptr<Upload> upload_;
   bool isRaw_ = false;
-  std::unique_ptr<ReadableFile> file_;  // what follows the piece; its bytes are counted in total
-  std::string piece_;                   // what goes out next,
-  std::size_t pieceSent_ = 0;           // and how much of it has gone
-  std::uint64_t totalByteCount_ = 0;
-  std::uint64_t sentByteCount_ = 0;
+  std::unique_ptr<InputFile> file_;  // what follows the piece; its bytes are counted in total
+  std::string piece_;                // the bytes being sent,
+  std::size_t pieceSent_ = 0;        // and how many of them have been
+  std::size_t totalByteCount_ = 0;
+  std::size_t sentByteCount_ = 0;
 };
 
 }  // namespace oxaqrycln::devserver

@@ -33,12 +33,12 @@ void Socket::ResetOnClose() const noexcept {
   setsockopt(get(), SOL_SOCKET, SO_LINGER, &option, sizeof option);
 }
 
-Connection::Connection(Socket socket, const Limits& limits, const Answerer& answerer, Misbehaviour misbehaviour,
+Connection::Connection(Socket socket, const Limits& limits, const Answerer& answerer, const Misbehaviour& misbehaviour,
                        TimePoint now)
     : socket_(std::move(socket)),
       limits_(limits),
       answerer_(answerer),
-      misbehaviour_(std::move(misbehaviour)),
+      misbehaviour_(misbehaviour),
       started_(now),
       lastProgress_(now),
       deadline_(now + limits.idle) {
@@ -151,9 +151,8 @@ void Connection::BeginUpload(std::size_t textByteCount, TimePoint now) {
 void Connection::TakeUpload(std::string_view bytes, TimePoint now) {
   lastProgress_ = now;
   deadline_ = std::min(now + limits_.idle, started_ + limits_.upload);
-  const auto wanted = static_cast<std::uint64_t>(upload_->missing());
   try {
-    upload_->Take(bytes.substr(0, static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), wanted))));
+    upload_->Take(bytes);
     if (upload_->missing() == 0) Finish(upload_->Finish(), now);
   } catch (const std::exception& error) {
     Finish(ErrorAnswer(error.what()), now);
@@ -190,7 +189,7 @@ void Connection::Finish(Reply reply, TimePoint now) {
   file_ = std::move(reply.file);
   if (reply.upload != nullptr) reply.text = ErrorAnswer("CR LF and the file's bytes are missing");
   if (!isRaw_) piece_ = WireBytes(reply.text, misbehaviour_);
-  totalByteCount_ = file_ == nullptr ? piece_.size() : static_cast<std::uint64_t>(file_->byteCount());
+  totalByteCount_ = file_ == nullptr ? piece_.size() : static_cast<std::size_t>(file_->Size());
   if (misbehaviour_.mode == Mode::kDelay) {
     state_ = State::kDelayed;
     deadline_ = now + std::chrono::milliseconds(misbehaviour_.number);
@@ -200,9 +199,9 @@ void Connection::Finish(Reply reply, TimePoint now) {
   Write(now);
 }
 
-std::uint64_t Connection::SendLimit() const noexcept {
+std::size_t Connection::SendLimit() const noexcept {
   const bool cuts = misbehaviour_.mode == Mode::kCut || misbehaviour_.mode == Mode::kReset;
-  return cuts ? std::min<std::uint64_t>(totalByteCount_, misbehaviour_.number) : totalByteCount_;
+  return cuts ? std::min<std::size_t>(totalByteCount_, misbehaviour_.number) : totalByteCount_;
 }
 
 // Makes the next piece of the file ready; false when the file gives no more although bytes are due.
@@ -227,16 +226,16 @@ void Connection::Write(TimePoint now) {
       state_ = State::kClosed;
       return;
     }
-    const std::uint64_t rest = std::min<std::uint64_t>(SendLimit() - sentByteCount_, piece_.size() - pieceSent_);
-    const ssize_t count = send(socket_.get(), piece_.data() + pieceSent_, bytewise ? 1 : static_cast<std::size_t>(rest),
-                               MSG_NOSIGNAL | MSG_DONTWAIT);
+    const std::size_t rest = std::min(SendLimit() - sentByteCount_, piece_.size() - pieceSent_);
+    const ssize_t count =
+        send(socket_.get(), piece_.data() + pieceSent_, bytewise ? 1 : rest, MSG_NOSIGNAL | MSG_DONTWAIT);
     if (count < 0 && !WouldBlock(errno)) {
       state_ = State::kClosed;
       return;
     }
     if (count > 0) {
       pieceSent_ += static_cast<std::size_t>(count);
-      sentByteCount_ += static_cast<std::uint64_t>(count);
+      sentByteCount_ += static_cast<std::size_t>(count);
       lastProgress_ = now;
     }
   }

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <list>
 #include <string>
 
 #include "tools/devserver/protocol/misbehaviour.h"
@@ -18,14 +18,12 @@ struct ServerOptions {
   std::size_t maxConnections = 200;   // further clients wait; the quietest client of a second or more makes room
   Limits limits;
   Misbehaviour misbehaviour;
-  std::uint32_t misbehaveEvery = 1;  // only each n-th connection meets the misbehaviour
 };
 
 class Server {
  public:
   // Listens from here on. Raises ServerError when the address cannot be listened on.
   Server(ServerOptions options, Answerer answerer);
-  ~Server();
 
   std::uint16_t port() const noexcept;
 
@@ -34,8 +32,19 @@ class Server {
   void Stop() noexcept;
 
  private:
-  class Loop;
-  std::unique_ptr<Loop> loop_;
+  bool Turn();
+  TimePoint AcceptTime();
+  void Accept(TimePoint now);
+  void Add(Socket socket, TimePoint now);
+  std::list<Connection>::iterator Quietest();
+
+  const ServerOptions options_;
+  const Answerer answerer_;
+  Socket listener_;
+  Socket wakeReader_;
+  Socket wakeWriter_;
+  std::list<Connection> connections_;
+  TimePoint acceptPausedUntil_{};
 };
 
 }  // namespace oxaqrycln::devserver

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <list>
+#include <memory>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -55,123 +55,96 @@ Socket Listen(const std::string& address, std::uint16_t port) {
 
 }  // namespace
 
-class Server::Loop {
- public:
-  Loop(ServerOptions options, Answerer answerer)
-      : options_(std::move(options)),
-        answerer_(std::move(answerer)),
-        listener_(Listen(options_.address, options_.port)) {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_NONBLOCK | O_CLOEXEC) != 0) FailWithErrno("Opening a pipe");
-    wakeReader_ = Socket(ends[0]);
-    wakeWriter_ = Socket(ends[1]);
-  }
+Server::Server(ServerOptions options, Answerer answerer)
+    : options_(std::move(options)), answerer_(std::move(answerer)), listener_(Listen(options_.address, options_.port)) {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_NONBLOCK | O_CLOEXEC) != 0) FailWithErrno("Opening a pipe");
+  wakeReader_ = Socket(ends[0]);
+  wakeWriter_ = Socket(ends[1]);
+}
 
-  std::uint16_t port() const noexcept {
-    sockaddr_in6 address{};
-    socklen_t size = sizeof address;
-    getsockname(listener_.get(), reinterpret_cast<sockaddr*>(&address), &size);
-    return ntohs(address.sin6_port);  // stands at the same place in both families
-  }
+std::uint16_t Server::port() const noexcept {
+  sockaddr_in6 address{};
+  socklen_t size = sizeof address;
+  getsockname(listener_.get(), reinterpret_cast<sockaddr*>(&address), &size);
+  return ntohs(address.sin6_port);  // at the same offset as in sockaddr_in
+}
 
-  void Stop() const noexcept {
-    const int before = errno;
-    // A full pipe already holds what would be written.
-    [[maybe_unused]] const ssize_t count = write(wakeWriter_.get(), "x", 1);
-    errno = before;
-  }
+void Server::Stop() noexcept {
+  const int before = errno;
+  // A full pipe already holds what would be written.
+  [[maybe_unused]] const ssize_t count = write(wakeWriter_.get(), "x", 1);
+  errno = before;
+}
 
-  void Run() {
-    while (Turn()) {
-    }
-    connections_.clear();
+void Server::Run() {
+  while (Turn()) {
   }
+  connections_.clear();
+}
 
- private:
-  // Waits for the next event or deadline and serves it; false once Stop was called.
-  bool Turn() {
-    std::vector<pollfd> polled = {{wakeReader_.get(), POLLIN, 0}, {listener_.get(), 0, 0}};
-    TimePoint next = Clock::now() + std::chrono::hours(1);
-    const TimePoint acceptTime = AcceptTime();
-    if (acceptTime <= Clock::now()) {
-      polled[1].events = POLLIN;
-    } else {
-      next = acceptTime;
-    }
-    for (const Connection& connection : connections_) {
-      polled.push_back({connection.descriptor(), connection.Events(), 0});
-      next = std::min(next, connection.deadline());
-    }
-    const auto wait = std::chrono::ceil<milliseconds>(next - Clock::now()).count();
-    if (poll(polled.data(), polled.size(), static_cast<int>(std::max<decltype(wait)>(wait, 0))) < 0) {
-      return errno == EINTR;
-    }
-    if (polled[0].revents != 0) return false;
-    const TimePoint now = Clock::now();
-    auto ready = polled.begin() + 2;
-    for (Connection& connection : connections_) Serve(connection, (ready++)->revents, now);
-    std::erase_if(connections_, [](const Connection& connection) { return connection.closed(); });
-    if (polled[1].revents != 0) Accept(now);
-    return true;
+// Waits for the next event or deadline and serves it; false once Stop was called.
+bool Server::Turn() {
+  std::vector<pollfd> polled = {{wakeReader_.get(), POLLIN, 0}, {listener_.get(), 0, 0}};
+  TimePoint next = Clock::now() + std::chrono::hours(1);
+  const TimePoint acceptTime = AcceptTime();
+  if (acceptTime <= Clock::now()) {
+    polled[1].events = POLLIN;
+  } else {
+    next = acceptTime;
   }
-
-  static void Serve(Connection& connection, short events, TimePoint now) {
-    if (events != 0) connection.OnReady(events, now);
+  for (const Connection& connection : connections_) {
+    polled.push_back({connection.descriptor(), connection.Events(), 0});
+    next = std::min(next, connection.deadline());
+  }
+  const auto wait = std::chrono::ceil<milliseconds>(next - Clock::now()).count();
+  if (poll(polled.data(), polled.size(), static_cast<int>(std::max<decltype(wait)>(wait, 0))) < 0) {
+    return errno == EINTR;
+  }
+  if (polled[0].revents != 0) return false;
+  const TimePoint now = Clock::now();
+  auto ready = polled.begin() + 2;
+  for (Connection& connection : connections_) {
+    if (ready->revents != 0) connection.OnReady(ready->revents, now);
     if (!connection.closed() && connection.deadline() <= now) connection.OnDeadline(now);
+    ++ready;
   }
+  std::erase_if(connections_, [](const Connection& connection) { return connection.closed(); });
+  if (polled[1].revents != 0) Accept(now);
+  return true;
+}
 
-  std::list<Connection>::iterator Quietest() {
-    return std::min_element(
-        connections_.begin(), connections_.end(),
-        [](const Connection& left, const Connection& right) { return left.lastProgress() < right.lastProgress(); });
-  }
+std::list<Connection>::iterator Server::Quietest() {
+  return std::ranges::min_element(connections_, {}, &Connection::lastProgress);
+}
 
-  // From when on a further client can be taken.
-  TimePoint AcceptTime() {
-    if (connections_.size() < options_.maxConnections) return acceptPausedUntil_;
-    return std::max(acceptPausedUntil_, Quietest()->lastProgress() + kEvictionAge);
-  }
+// The time from which on a further client can be taken.
+TimePoint Server::AcceptTime() {
+  if (connections_.size() < options_.maxConnections) return acceptPausedUntil_;
+  return std::max(acceptPausedUntil_, Quietest()->lastProgress() + kEvictionAge);
+}
 
-  void Accept(TimePoint now) {
-    for (int count = 0; count < kAcceptsPerTurn && AcceptTime() <= now; ++count) {
-      Socket socket(accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-      if (socket.get() < 0) {
-        const bool exhausted = errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
-        if (exhausted) acceptPausedUntil_ = now + kAcceptPause;
-        return;
-      }
-      Add(std::move(socket), now);
-    }
-  }
-
-  void Add(Socket socket, TimePoint now) {
-    const bool misbehaves = ++acceptedCount_ % options_.misbehaveEvery == 0;
-    const Misbehaviour misbehaviour = misbehaves ? options_.misbehaviour : Misbehaviour{};
-    if (misbehaviour.mode == Misbehaviour::Mode::kRefuse) {
-      socket.ResetOnClose();
+void Server::Accept(TimePoint now) {
+  for (int count = 0; count < kAcceptsPerTurn && AcceptTime() <= now; ++count) {
+    Socket socket(accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+    if (socket.get() < 0) {
+      const bool exhausted = errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
+      if (exhausted) acceptPausedUntil_ = now + kAcceptPause;
       return;
     }
-    const int on = 1;
-    setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    if (connections_.size() >= options_.maxConnections) connections_.erase(Quietest());
-    connections_.emplace_back(std::move(socket), options_.limits, answerer_, misbehaviour, now);
+    Add(std::move(socket), now);
   }
+}
 
-  ServerOptions options_;
-  Answerer answerer_;
-  Socket listener_;
-  Socket wakeReader_;
-  Socket wakeWriter_;
-  std::list<Connection> connections_;
-  TimePoint acceptPausedUntil_{};
-  std::uint32_t acceptedCount_ = 0;
-};
-
-Server::Server(ServerOptions options, Answerer answerer)
-    : loop_(std::make_unique<Loop>(std::move(options), std::move(answerer))) {}
-Server::~Server() = default;
-std::uint16_t Server::port() const noexcept { return loop_->port(); }
-void Server::Run() { loop_->Run(); }
-void Server::Stop() noexcept { loop_->Stop(); }
+void Server::Add(Socket socket, TimePoint now) {
+  if (options_.misbehaviour.mode == Misbehaviour::Mode::kRefuse) {
+    socket.ResetOnClose();
+    return;
+  }
+  const int on = 1;
+  setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  if (connections_.size() >= options_.maxConnections) connections_.erase(Quietest());
+  connections_.emplace_back(std::move(socket), options_.limits, answerer_, options_.misbehaviour, now);
+}
 
 }  // namespace oxaqrycln::devserver

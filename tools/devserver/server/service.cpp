@@ -31,10 +31,11 @@ Reply Service::Answer(std::string_view request) noexcept {
     if (split.fields.size() <= kPrefixFieldCount) throw ServerError("The request holds no command");
     return Dispatch(split.fields);
   } catch (const std::exception& error) {
-    Reply reply(ErrorAnswer(error.what()));
+    const bool isDatabase = dynamic_cast<const SQLite::Exception*>(&error) != nullptr;
+    Reply reply(ErrorAnswer((isDatabase ? "Database: " : "") + std::string(error.what())));
     const bool hasCommand = split.fields.size() > kPrefixFieldCount;
     const Command* command = hasCommand ? FindCommand(split.fields[kPrefixFieldCount]) : nullptr;
-    reply.isRaw = command != nullptr && command->isRaw;
+    reply.isRaw = command != nullptr && command->shape.form == Form::kRawAnswer;
     return reply;
   }
 }
@@ -47,7 +48,7 @@ Reply Service::Dispatch(const std::vector<std::string>& fields) {
   const Command* command = FindCommand(fields[kPrefixFieldCount]);
   if (command == nullptr) throw ServerError("Unknown command '" + Printable(fields[kPrefixFieldCount]) + "'");
   std::vector<std::string> parameters(fields.begin() + kPrefixFieldCount + 1, fields.end());
-  if (command->shape.hasRows) parameters = JoinRows(std::move(parameters));
+  if (command->shape.form == Form::kRows) parameters = JoinRows(std::move(parameters));
   if (parameters.size() != command->shape.parameterCount) {
     throw ServerError(std::string(command->name) + " takes " + std::to_string(command->shape.parameterCount) +
                       " parameters, not " + std::to_string(parameters.size()));
