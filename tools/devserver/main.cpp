@@ -8,11 +8,11 @@
 
 #include "component/version.h"
 #include "platform/net/socket_address.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/request.h"
-#include "tools/devserver/sample_archive.h"
-#include "tools/devserver/server.h"
-#include "tools/devserver/service.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/protocol/errors.h"
+#include "tools/devserver/protocol/request.h"
+#include "tools/devserver/server/server.h"
+#include "tools/devserver/server/service.h"
 #include "values/code_page.h"
 
 namespace {
@@ -91,9 +91,6 @@ void Declare(CLI::App& app, CommandLine& line) {
                  "no-header or never-read")
       ->check(ReadableBy(ParseMisbehaviour))
       ->capture_default_str();
-  app.add_option("--misbehave-every", line.server.misbehaveEvery, "Misbehave on each K-th connection only")
-      ->check(CLI::Range(1, 1000000))
-      ->capture_default_str();
   app.footer(
       "Prints \"listening on ADDRESS:PORT\" when it is ready; ends on SIGINT or SIGTERM.\n"
       "Everything it serves is invented. The protocol stands in docs/protocol.md.");
@@ -112,7 +109,7 @@ Accounts ReadAccounts(const std::vector<std::string>& texts) {
 std::string Outcome(const Reply& reply) {
   if (reply.upload != nullptr) return "receiving " + std::to_string(reply.upload->missing()) + " bytes";
   const std::string status = Printable(reply.text.substr(0, reply.text.find("\r\n")));
-  if (reply.file != nullptr) return status + " (a file of " + std::to_string(reply.file->byteCount()) + " bytes)";
+  if (reply.file != nullptr) return status + " (a file of " + std::to_string(reply.file->Size()) + " bytes)";
   return status + (reply.isRaw ? " (not sent)" : " (" + std::to_string(reply.text.size()) + " bytes)");
 }
 

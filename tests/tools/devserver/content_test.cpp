@@ -1,4 +1,4 @@
-#include "tools/devserver/content_commands.h"
+#include "tools/devserver/commands/content_commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "tests/tools/devserver/fetched_content.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/page_image.h"
+#include "tools/devserver/content/page_image.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {
@@ -100,13 +100,11 @@ TEST(BlobDirectory, GivesConcurrentFilesOfOneNameDifferentNames) {
   const auto store = [&](int thread) {
     const BlobDirectory directory = BlobDirectory::At(owner.path());
     for (int file = 0; file < kFiles; ++file) {
-      const auto pending = directory.Create("page.tif");
-      pending->Write(std::to_string(thread * kFiles + file));
-      pending->CommitUnderFreeName();
+      const std::string name = directory.Store("page.tif", std::to_string(thread * kFiles + file));
       // The name is free again, for all to take at once.
       std::error_code lost;
       const std::string own = owner.path() + "/" + std::to_string(thread * kFiles + file);
-      if (pending->name() == "page.tif") std::filesystem::rename(owner.path() + "/page.tif", own, lost);
+      if (name == "page.tif") std::filesystem::rename(owner.path() + "/page.tif", own, lost);
     }
   };
   std::vector<std::thread> threads;
@@ -128,7 +126,7 @@ TEST_F(ContentTest, GoesToTheSharedDirectoryOnly) {
           << command << " " << place.substr(0, 80);
     }
   }
-  for (const char* name : {"..", ".", "", "a/b", "a\\b", "/etc/passwd", "a:b", "con", ".devserver-1.part"}) {
+  for (const char* name : {"..", ".", "", "a/b", "a\\b", "/etc/passwd", "a:b", "con"}) {
     EXPECT_THAT(server_.Ask(std::string("UploadFile^,^^,^") + name + "^,^0", "\r\n"),
                 HasSubstr("is no name of a file in the blob directory\r\n"))
         << name;
@@ -152,7 +150,7 @@ TEST_F(ContentTest, StreamsAFileWithoutAHeaderOrNothingAtAll) {
   EXPECT_EQ(transfer(Request("TransferBLOB^,^" + server_.BlobPath("").string() + "\\big.bin")), bytes);
   EXPECT_EQ(transfer(Request("transferblob^,^big.bin")), bytes);
   EXPECT_EQ(transfer(Request("TransferBLOB^,^\\empty.bin")), "");
-  for (const char* name : {"missing", "link", "directory", "..", "/etc/passwd", "", ".devserver-1.part"}) {
+  for (const char* name : {"missing", "link", "directory", "..", "/etc/passwd", ""}) {
     EXPECT_EQ(transfer(Request(std::string("TransferBLOB^,^") + name), ECONNRESET), "") << name;
   }
   EXPECT_EQ(transfer(Request("TransferBLOB"), ECONNRESET), "");
@@ -171,22 +169,17 @@ TEST(TransferBlob, IsBrokenByTheMisbehavioursToo) {
 
 // Whatever is in a stored image, it is read or refused, and nothing else happens.
 TEST(PageImages, SurviveDamagedFiles) {
-  const Descriptor whole = OpenScratchFile();
   PageImage colours{300, 40, true, std::vector<std::uint8_t>(std::size_t{300} * 40 * 3)};
   for (std::size_t at = 0; at < colours.bytes.size(); ++at) colours.bytes[at] = static_cast<std::uint8_t>(at * 31);
-  {
-    TiffWriter writer(whole.get());
-    writer.Add(colours);
-    writer.Add(DrawSamplePage(1001, 2));
-    writer.Close();
-  }
-  TiffReader reader(whole.get());
+  TiffWriter writer;
+  writer.Add(colours);
+  writer.Add(DrawSamplePage(1001, 2));
+  const std::string bytes = writer.Finish();
+  TiffReader reader(bytes);
   ASSERT_EQ(reader.pageCount(), 2);
   EXPECT_EQ(reader.Read(0).bytes, colours.bytes);
   EXPECT_EQ(reader.Read(1).bytes, DrawSamplePage(1001, 2).bytes);
 
-  std::string bytes(static_cast<std::size_t>(lseek(whole.get(), 0, SEEK_END)), '\0');
-  ASSERT_EQ(pread(whole.get(), bytes.data(), bytes.size(), 0), std::ssize(bytes));
   std::mt19937 random(20261121);
   int refused = 0;
   for (int round = 0; round < 300; ++round) {
@@ -196,10 +189,8 @@ TEST(PageImages, SurviveDamagedFiles) {
     for (int change = 0; change < 2; ++change)
       damaged[damaged.size() - 1 - random() % 220] = static_cast<char>(random() % 256);
     if (round % 3 == 0) damaged.resize(random() % damaged.size());
-    const Descriptor file = OpenScratchFile();
-    ASSERT_EQ(write(file.get(), damaged.data(), damaged.size()), std::ssize(damaged));
     try {
-      TiffReader damagedReader(file.get());
+      TiffReader damagedReader(damaged);
       for (std::int64_t page = 0; page < std::min<std::int64_t>(damagedReader.pageCount(), 3); ++page) {
         damagedReader.Read(page);
       }

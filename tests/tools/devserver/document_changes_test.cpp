@@ -1,4 +1,4 @@
-#include "tools/devserver/change_commands.h"
+#include "tools/devserver/commands/change_commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 #include <tuple>
 
 #include "tests/tools/devserver/wire_client.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/import_file.h"
+#include "tools/devserver/archive/import_file.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/devserver/hit_list_printing.h"
+#include "tools/devserver/commands/hit_list_printing.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "tools/devserver/query_parser.h"
+#include "tools/devserver/archive/query_parser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,27 +7,22 @@
 #include <utility>
 
 #include "tests/tools/devserver/wire_client.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
 // Three documents with the texts "red apple", "red pear" and "green apple pie"; hits are their numbers.
 std::string Hits(const std::string& query) {
-  static Database* database = [] {
-    auto* opened = new Database("");
-    opened->Execute(
-        "CREATE VIRTUAL TABLE d USING fts5 (title, author, customer, type, date, amount, text);"
-        "INSERT INTO d (rowid, title, text) VALUES (1, 'One', 'red apple'), (2, 'Two', 'red pear'),"
-        "(3, 'Three', 'green apple pie')");
-    return opened;
-  }();
-  const std::string expression = ParseQuery(query);
-  Statement statement(*database, "SELECT rowid FROM d WHERE d MATCH ? ORDER BY rowid");
-  statement.Bind(1, std::string_view(expression));
+  Database database = OpenDatabase("");
+  database.exec(
+      "CREATE VIRTUAL TABLE d USING fts5 (title, author, customer, type, date, amount, text);"
+      "INSERT INTO d (rowid, title, text) VALUES (1, 'One', 'red apple'), (2, 'Two', 'red pear'),"
+      "(3, 'Three', 'green apple pie')");
+  Statement statement(database, "SELECT rowid FROM d WHERE d MATCH ? ORDER BY rowid", ParseQuery(query));
   std::string hits;
-  while (statement.Next()) hits += statement.Text(0);
+  while (statement.executeStep()) hits += statement.Text(0);
   return hits;
 }
 

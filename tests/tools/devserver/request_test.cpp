@@ -1,4 +1,4 @@
-#include "tools/devserver/request.h"
+#include "tools/devserver/protocol/request.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@ namespace {
 
 std::optional<CommandShape> ShapeOf(std::string_view command) {
   if (command == "Two") return CommandShape{2};
-  if (command == "Body") return CommandShape{1, true};
-  if (command == "Rows") return CommandShape{3, false, true};
+  if (command == "Body") return CommandShape{1, Form::kBody};
+  if (command == "Rows") return CommandShape{3, Form::kRows};
   return command == "None" ? std::optional(CommandShape{0}) : std::nullopt;
 }
 

@@ -1,4 +1,4 @@
-#include "tools/devserver/server.h"
+#include "tools/devserver/server/server.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "tests/tools/devserver/wire_client.h"
-#include "tools/devserver/errors.h"
+#include "tools/devserver/protocol/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {
@@ -138,19 +138,6 @@ TEST(Misbehaviour, KeepsClientsWaiting) {
   }
   RunningServer server({}, "never-read");
   EXPECT_LT(server.Connect().Fill(), kFillByteCount);
-}
-
-TEST(Misbehaviour, MeetsEachNthConnectionOnly) {
-  ServerOptions options;
-  options.misbehaveEvery = 3;
-  RunningServer server(options, "no-header");
-  std::string seen;
-  for (int count = 0; count < 6; ++count) {
-    Client client = server.Connect();
-    client.Send(Request("GetChannels"));
-    seen += client.Receive(6) == "Status" ? "x" : "-";
-  }
-  EXPECT_EQ(seen, "--x--x");
 }
 
 TEST(Misbehaviour, RefusesModesItDoesNotKnow) {

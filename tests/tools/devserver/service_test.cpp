@@ -1,4 +1,4 @@
-#include "tools/devserver/service.h"
+#include "tools/devserver/server/service.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "support/text_helpers.h"
-#include "tools/devserver/errors.h"
-#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/protocol/errors.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
@@ -126,14 +126,11 @@ TEST_F(ServiceTest, RefusesWhatItCannotCarryOut) {
 TEST(SampleArchive, IsKeptInItsFileAndOverwritesNoOther) {
   const std::string file = testing::TempDir() + "devserver_archive_test.db";
   std::remove(file.c_str());
-  OpenArchive(file, 9).Execute("DELETE FROM document WHERE id = 1001");
-  Database again = OpenArchive(file, 9);
-  Statement count(again, "SELECT count(*) FROM document");
-  ASSERT_TRUE(count.Next());
-  EXPECT_EQ(count.Number(0), 8);
+  OpenArchive(file, 9).exec("DELETE FROM document WHERE id = 1001");
+  EXPECT_EQ(OpenArchive(file, 9).execAndGet("SELECT count(*) FROM document").getInt(), 8);
   std::remove(file.c_str());
 
-  Database(file).Execute("CREATE TABLE other (x)");
+  OpenDatabase(file).exec("CREATE TABLE other (x)");
   EXPECT_THROW(OpenArchive(file), ServerError);
   std::remove(file.c_str());
   std::ofstream(file) << "no database at all, but a text of some length";

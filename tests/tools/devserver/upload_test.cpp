@@ -86,22 +86,5 @@ TEST(Upload, IsRefusedBeforeItsBytes) {
   EXPECT_TRUE(HoldsOnly(server, {}));
 }
 
-TEST(BlobDirectory, RemovesWhatKilledServersLeftButNotWhatIsBeingWritten) {
-  const std::string path = testing::TempDir() + "devserver_blobs_test";
-  std::filesystem::remove_all(path);
-  std::filesystem::create_directory(path);
-  std::ofstream(path + "/.devserver-0123456789abcdef.part") << "left";
-  std::ofstream(path + "/kept.part") << "other";
-  const BlobDirectory first = BlobDirectory::At(path);
-  EXPECT_FALSE(std::filesystem::exists(path + "/.devserver-0123456789abcdef.part"));
-  const auto pending = first.Create("f");
-  pending->Write("whole");
-  const BlobDirectory second = BlobDirectory::At(path);
-  EXPECT_EQ(pending->Commit(), 5);
-  EXPECT_EQ(Content(path + "/f"), "whole");
-  EXPECT_TRUE(std::filesystem::exists(path + "/kept.part"));
-  std::filesystem::remove_all(path);
-}
-
 }  // namespace
 }  // namespace oxaqrycln::devserver

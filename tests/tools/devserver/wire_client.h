@@ -14,9 +14,9 @@
 #include <thread>
 
 #include "support/text_helpers.h"
-#include "tools/devserver/sample_archive.h"
-#include "tools/devserver/server.h"
-#include "tools/devserver/service.h"
+#include "tools/devserver/archive/sample_archive.h"
+#include "tools/devserver/server/server.h"
+#include "tools/devserver/server/service.h"
 
 namespace oxaqrycln::devserver {
 

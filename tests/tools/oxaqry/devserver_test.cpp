@@ -14,7 +14,7 @@
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/wire_client.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/devserver/sample_archive.h"
+#include "tools/devserver/archive/sample_archive.h"
 #include "tools/oxaqry/value_json.h"
 
 namespace oxaqrycln {

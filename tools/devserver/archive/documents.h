@@ -1,0 +1,82 @@
+// documents.h - the archive's documents as they are stored: their versions, segments and contents, and the notes'
+// number.
+#ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DOCUMENTS_H_
+#define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DOCUMENTS_H_
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/devserver/archive/database.h"
+
+namespace oxaqrycln::devserver {
+
+struct Archive {
+  std::int64_t id;
+  std::string reference;  // $(#channel)\archive, as the archive writes it
+  bool canCreate;
+  bool canEdit;
+  bool canDelete;
+};
+// place: channel and archive in any letter case; further elements are ignored. Raises ServerError when there is none.
+Archive FindArchive(Database& database, std::span<const std::string> place);
+
+struct Document {
+  Archive archive;
+  std::int64_t id;
+  std::int64_t version;
+  std::int64_t newestVersion;
+  std::string title;
+  std::string created;
+  std::string changed;
+};
+// place: channel, archive, document ID and version; further elements are ignored. An empty version is the newest.
+// Raises ServerError when there is none.
+Document FindDocument(Database& database, std::span<const std::string> place);
+
+enum class SegmentType : std::int64_t { kText = 1, kImage = 2, kFile = 3 };
+
+// The fields from kAuthorField to kTextField have columns of their own in the row of a document.
+inline constexpr std::int64_t kAuthorField = 11;
+inline constexpr std::int64_t kCustomerField = 12;
+inline constexpr std::int64_t kDateField = 14;
+inline constexpr std::int64_t kAmountField = 15;
+inline constexpr std::int64_t kTextField = 16;
+inline constexpr std::int64_t kPageField = 20;
+inline constexpr std::int64_t kFileField = 30;
+
+struct Segment {
+  std::int64_t position = 0;  // from 1
+  std::int64_t fieldId = 0;
+  SegmentType type = SegmentType::kText;
+  std::string fileName;        // "" for a text
+  std::int64_t pageCount = 0;  // of an image
+  std::int64_t firstPage = 0;  // of an image: its first page's number in the document, from 1
+  std::string text;            // lines end with LF
+  std::optional<std::int64_t> contentId;
+  std::int64_t byteCount = 0;  // of its image or file; 0 for a text
+
+  std::string Extension() const;
+  std::string Name() const;
+  std::string Title() const;
+};
+// All segments of a document's version, in order; none of an unknown one.
+std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version);
+
+// The stored bytes of a segment.
+std::string ReadContent(Database& database, std::int64_t contentId);
+
+// The column, of a document's row and of a query, that a field fills; "text" for fields without one of their own.
+std::string ColumnOfField(std::int64_t fieldId);
+
+std::int64_t NoteCount(Database& database, const Document& document);
+
+// The local time in the form that strftime's format asks for.
+std::string LocalTime(const char* format);
+
+}  // namespace oxaqrycln::devserver
+
+#endif  // OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DOCUMENTS_H_

@@ -1,0 +1,222 @@
+#include "tools/devserver/archive/query_parser.h"
+
+#include <algorithm>
+
+#include "tools/devserver/protocol/errors.h"
+#include "tools/devserver/protocol/request.h"
+#include "values/code_page.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+constexpr int kDepthLimit = 32;
+// Every word of a phrase is looked up in the whole index, so words are limited and not terms: "a*a*a*" is one term.
+constexpr std::size_t kWordLimit = 200;
+constexpr std::size_t kByteLimit = 4096;
+
+[[noreturn]] void Fail(const std::string& text) { throw ServerError("Query: " + text); }
+
+bool IsLetterOrDigit(char character) {
+  const auto code = static_cast<unsigned char>(character);
+  if (code >= 0xC0) return code != 0xD7 && code != 0xF7;
+  return (character >= '0' && character <= '9') || UpperCase(character) != character ||
+         (character >= 'A' && character <= 'Z');
+}
+
+// At least as many as the full-text index finds in the value: a character of which it is not known here whether it
+// belongs to a word counts as one.
+std::size_t CountWords(std::string_view value) {
+  std::size_t count = 0;
+  bool inWord = false;
+  for (const char character : value) {
+    const bool isPart = IsLetterOrDigit(character);
+    const bool isUnknown = !isPart && static_cast<unsigned char>(character) >= 0x80;
+    if (isUnknown || (isPart && !inWord)) ++count;
+    inWord = isPart;
+  }
+  return count;
+}
+
+bool IsBlank(char character) { return character == ' ' || character == '\t'; }
+
+class Parser {
+ public:
+  Parser(std::string_view text, std::span<const QueryField> fields) : rest_(text), fields_(fields) {}
+
+  std::string Whole() {
+    std::string expression = Query();
+    if (!AtEnd()) Fail("')' without '('");
+    return expression;
+  }
+
+  // After Whole: the values that are not excluded, each with the field it is searched in.
+  const std::string& marks() const noexcept { return marks_; }
+
+ private:
+  bool AtEnd() {
+    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
+    return rest_.empty();
+  }
+
+  bool Take(char character) {
+    if (rest_.empty() || rest_.front() != character) return false;
+    rest_.remove_prefix(1);
+    return true;
+  }
+
+  static bool EndsWord(char character) {
+    return IsBlank(character) || character == '(' || character == ')' || character == '"';
+  }
+
+  std::string_view Word() const {
+    return rest_.substr(0,
+                        static_cast<std::size_t>(std::find_if(rest_.begin(), rest_.end(), EndsWord) - rest_.begin()));
+  }
+
+  bool TakeOperator(std::string_view name) {
+    if (AtEnd() || Word() != name) return false;
+    rest_.remove_prefix(name.size());
+    return true;
+  }
+
+  bool GroupGoesOn() { return !AtEnd() && rest_.front() != ')' && Word() != "OR"; }
+
+  std::string Query() {
+    std::string expression = Group();
+    while (TakeOperator("OR")) expression += " OR " + Group();
+    return expression;
+  }
+
+  // SQLite knows NOT between two expressions only, so the excluded terms are put behind the wanted ones. NOT binds
+  // closer than AND there, and AND closer than OR; "a AND (b NOT c)" finds what "(a AND b) NOT c" finds.
+  std::string Group() {
+    std::string wanted;
+    std::string excluded;
+    do {
+      const bool joined = TakeOperator("AND");
+      if (joined && wanted.empty() && excluded.empty()) Fail("AND needs a term on both sides");
+      if (TakeOperator("NOT")) {
+        ++exclusions_;
+        excluded += " NOT " + Term();
+        --exclusions_;
+      } else {
+        wanted += (wanted.empty() ? "" : " AND ") + Term();
+      }
+    } while (GroupGoesOn());
+    if (wanted.empty()) Fail("NOT needs a term to exclude from");
+    return wanted + excluded;
+  }
+
+  std::string Term() {
+    if (AtEnd()) Fail("a term is missing at the end");
+    if (rest_.front() == ')') Fail("a term is missing before ')'");
+    const std::string_view word = Word();
+    if (word == "AND" || word == "OR" || word == "NOT") Fail("a term is missing before " + std::string(word));
+    const std::size_t colon = word.find(':');
+    if (colon == std::string_view::npos) return Value("");
+    const std::string named = LowerCase(word.substr(0, colon));
+    const auto found = std::ranges::find_if(
+        fields_, [&](const QueryField& each) { return each.name == named || (!each.id.empty() && each.id == named); });
+    if (found == fields_.end()) {
+      Fail("there is no field '" + Printable(word.substr(0, colon)) + "' (fields are " + FieldNames() + ")");
+    }
+    const std::string field(found->name);
+    rest_.remove_prefix(colon + 1);
+    if (rest_.empty() || IsBlank(rest_.front()) || rest_.front() == ')') Fail("field '" + field + "' has no value");
+    return Value(field + " : ");
+  }
+
+  std::string FieldNames() const {
+    std::string names;
+    for (const QueryField& field : fields_) names.append(names.empty() ? "" : ", ").append(field.name);
+    return names;
+  }
+
+  std::string Value(const std::string& filter) {
+    if (Take('(')) {
+      const std::string outer = filter_;
+      filter_ += filter;
+      std::string group = filter + Parentheses();
+      filter_ = outer;
+      return group;
+    }
+    const std::string value = Take('"') ? Phrase() : BareWord();
+    // A field inside the parentheses of another one finds nothing outside of both, so there is nothing to mark.
+    const bool nested = !filter_.empty() && !filter.empty() && filter_ != filter;
+    if (exclusions_ == 0 && !nested) {
+      marks_.append(marks_.empty() ? "" : " OR ").append(filter_.empty() ? filter : filter_).append(value);
+    }
+    return filter + value;
+  }
+
+  std::string BareWord() {
+    const std::string_view word = Word();
+    rest_.remove_prefix(word.size());
+    const bool prefix = word.ends_with('*');
+    return Quoted(prefix ? word.substr(0, word.size() - 1) : word) + (prefix ? "*" : "");
+  }
+
+  std::string Parentheses() {
+    if (++depth_ > kDepthLimit) Fail("more than " + std::to_string(kDepthLimit) + " nested parentheses");
+    std::string expression = Query();
+    if (!Take(')')) Fail("a ')' is missing");
+    --depth_;
+    return "(" + expression + ")";
+  }
+
+  std::string Phrase() {
+    const std::size_t close = rest_.find('"');
+    if (close == std::string_view::npos) Fail("a closing '\"' is missing");
+    const std::string_view phrase = rest_.substr(0, close);
+    rest_.remove_prefix(close + 1);
+    return Quoted(phrase) + (Take('*') ? "*" : "");
+  }
+
+  std::string Quoted(std::string_view value) {
+    if (std::none_of(value.begin(), value.end(), IsLetterOrDigit)) {
+      Fail("'" + Printable(value) + "' holds no letter or digit");
+    }
+    wordCount_ += CountWords(value);
+    if (wordCount_ > kWordLimit) Fail("more than " + std::to_string(kWordLimit) + " words");
+    return '"' + std::string(value) + '"';
+  }
+
+  std::string_view rest_;
+  std::span<const QueryField> fields_;
+  std::string marks_;
+  std::string filter_;  // of the parentheses around
+  int exclusions_ = 0;  // how many NOT stand around
+  int depth_ = 0;
+  std::size_t wordCount_ = 0;
+};
+
+// The query without blanks around it.
+std::string_view Checked(std::string_view query) {
+  if (query.size() > kByteLimit) {
+    Fail("it has " + std::to_string(query.size()) + " bytes, more than the " + std::to_string(kByteLimit) + " allowed");
+  }
+  const auto isControl = [](char character) {
+    return static_cast<unsigned char>(character) < 0x20 && character != '\t';
+  };
+  if (std::ranges::any_of(query, isControl)) Fail("it holds a control character");
+  return Trimmed(query);
+}
+
+}  // namespace
+
+std::string ParseQuery(std::string_view query, std::span<const QueryField> fields) {
+  query = Checked(query);
+  if (query.empty()) Fail("it is empty ('*' finds every document)");
+  if (query == "*") return {};
+  return Parser(query, fields).Whole();
+}
+
+std::string MarkingExpression(std::string_view query) {
+  query = Checked(query);
+  if (query.empty() || query == "*") return {};
+  Parser parser(query, kDocumentFields);
+  parser.Whole();
+  return parser.marks();
+}
+
+}  // namespace oxaqrycln::devserver

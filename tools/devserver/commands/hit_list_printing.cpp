@@ -1,0 +1,49 @@
+#include "tools/devserver/commands/hit_list_printing.h"
+
+#include "tools/devserver/commands/content_commands.h"
+#include "tools/devserver/content/pdf_table.h"
+#include "tools/devserver/protocol/errors.h"
+#include "tools/devserver/protocol/request.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+constexpr std::size_t kMostRows = 10000;
+constexpr std::size_t kMostColumns = 40;
+constexpr std::size_t kMostCells = 100000;  // together they bound the time that other clients wait
+constexpr std::size_t kLongestTitle = 200;
+constexpr std::string_view kLineEnd = "\r\n";
+
+std::vector<std::vector<std::string>> ParseRows(std::string_view text) {
+  std::vector<std::vector<std::string>> rows;
+  std::size_t cellCount = 0;
+  for (bool more = true; more;) {
+    const std::size_t end = text.find(kLineEnd);
+    more = end != std::string_view::npos;
+    RequestFields row = SplitRequest(text.substr(0, end));  // rows and requests are written alike
+    const std::string number = std::to_string(rows.size() + 1);
+    if (!row.ended) throw ServerError("Row " + number + " is not a list of fields in carets");
+    if (row.fields.size() > kMostColumns) {
+      throw ServerError("Row " + number + " has more than " + std::to_string(kMostColumns) + " columns");
+    }
+    if (rows.size() > kMostRows) throw ServerError("More than " + std::to_string(kMostRows) + " rows");
+    cellCount += row.fields.size();
+    if (cellCount > kMostCells) throw ServerError("More than " + std::to_string(kMostCells) + " fields in the rows");
+    rows.push_back(std::move(row.fields));
+    if (more) text.remove_prefix(end + kLineEnd.size());
+  }
+  return rows;
+}
+
+}  // namespace
+
+Reply PrintHitlistPdf(const Call& call) {
+  const std::string& title = call.parameters[0];
+  if (title.size() > kLongestTitle) {
+    throw ServerError("The title is longer than " + std::to_string(kLongestTitle) + " characters");
+  }
+  call.blobs.Require(call.parameters[2]);
+  return StoreContent(call, "hitlist.pdf", MakePdf({title, ParseRows(call.parameters[1])}));
+}
+
+}  // namespace oxaqrycln::devserver

@@ -1,0 +1,14 @@
+// hit_list_printing.h - the PrintHitlistPDF command: the rows of a hit list as a table to print.
+#ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_HIT_LIST_PRINTING_H_
+#define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_HIT_LIST_PRINTING_H_
+
+#include "tools/devserver/commands/commands.h"
+
+namespace oxaqrycln::devserver {
+
+// Parameters: title; rows with CR LF between them, the titles of the columns first; the blob directory.
+Reply PrintHitlistPdf(const Call& call);
+
+}  // namespace oxaqrycln::devserver
+
+#endif  // OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_HIT_LIST_PRINTING_H_

@@ -1,0 +1,43 @@
+#include "tools/devserver/protocol/answer_text.h"
+
+namespace oxaqrycln::devserver {
+namespace {
+
+bool BreaksFields(char character) { return static_cast<unsigned char>(character) < 0x20 || character == '^'; }
+
+}  // namespace
+
+std::string Field(std::string value) {
+  for (char& character : value) {
+    if (BreaksFields(character)) character = ' ';
+  }
+  return "^" + value + "^";
+}
+
+std::string Record(const std::vector<std::string>& values) {
+  std::string record;
+  for (const std::string& value : values) record.append(record.empty() ? "" : ",").append(Field(value));
+  return record;
+}
+
+std::string CleanText(std::string_view text) {
+  std::string clean;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool breaks = text[at] == '\n' || text[at] == '\r';
+    if (text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n') ++at;
+    clean += breaks ? '\n' : BreaksFields(text[at]) ? ' ' : text[at];
+  }
+  while (clean.ends_with('\n')) clean.pop_back();
+  return clean;
+}
+
+std::string WithLineEnds(std::string_view text) {
+  std::string lines;
+  for (const char character : text) {
+    if (character == '\n') lines += '\r';
+    lines += character;
+  }
+  return lines;
+}
+
+}  // namespace oxaqrycln::devserver
