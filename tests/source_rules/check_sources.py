@@ -53,7 +53,7 @@ def folder_of(path):
     return path.rpartition("/")[0]
 
 
-def check_layers(layers, sources):
+def check_layers(layers, sources, generated):
     """Layers form no cycle, and list the sources of their folders."""
     for folder, (listed, needs) in layers.items():
         for source in listed:
@@ -64,7 +64,7 @@ def check_layers(layers, sources):
             if not path.endswith("/main.cpp"):
                 yield f"{path}: is in no SOURCES list"
         for need in needs:
-            if need != "public" and need not in layers and need not in sources:
+            if need != "public" and need not in layers and need not in sources and need not in generated:
                 yield f"{folder}/CMakeLists.txt: needs {need}, which is no layer and no header"
     if cycle := find_cycle({folder: needs for folder, (_, needs) in layers.items()}):
         yield "a cycle of layers: " + " -> ".join(cycle)
@@ -147,7 +147,7 @@ def check(root):
                 generated.add(path[:-3])
     if not sources:
         yield f"{root}: there is no source"
-    yield from check_layers(layers, sources)
+    yield from check_layers(layers, sources, generated)
     graph = {path: INCLUDE.findall(text) for path, text in sources.items()}
     for path, text in sources.items():
         breaches = [*check_includes(path, graph[path], sources, generated, layers, public), *check_source(path, text)]

@@ -1,12 +1,12 @@
 // The commands "user add", "user passwd", "user check" and "user must-change".
 #include <ostream>
 
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 Json JsonOf(const WebUser& user) { return {{"userId", user.id}, {"name", ToUtf8(user.name)}}; }
@@ -111,4 +111,4 @@ int SetMustChange(const Settings& settings, const UserName& name, bool mustChang
   return 0;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

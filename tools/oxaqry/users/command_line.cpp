@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "tools/oxaqry/command_parser.h"
+#include "tools/oxaqry/cli/command_parser.h"
 #include "tools/oxaqry/users/commands.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 void AddName(CLI::App& command, std::string& name, const char* meaning = "the user's or group's name") {
@@ -231,4 +231,4 @@ void AddUserCommands(CommandParser& parser) {
   AddExplain(parser, *user);
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

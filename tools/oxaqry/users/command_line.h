@@ -2,11 +2,11 @@
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMAND_LINE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMAND_LINE_H_
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 class CommandParser;
 void AddUserCommands(CommandParser& parser);
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMAND_LINE_H_

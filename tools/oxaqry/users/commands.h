@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/cli/output.h"
 #include "tools/oxaqry/users/database.h"
 #include "tools/oxaqry/users/password.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 // Makes the tables in a database that has none of them; with the sample also rights and outliners to try.
 int InitUsers(const Settings& settings, bool withSample, const Output& output);
@@ -82,6 +82,6 @@ struct ExplainRequest {
 // Whose entries give it to the user; 1 when he does not have it.
 int ExplainRight(const Settings& settings, const ExplainRequest& request, const Output& output);
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_

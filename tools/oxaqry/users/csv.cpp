@@ -1,8 +1,8 @@
 #include "tools/oxaqry/users/csv.h"
 
-#include "tools/oxaqry/settings.h"
+#include "tools/oxaqry/cli/settings.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 class CsvReader {
@@ -84,4 +84,4 @@ std::vector<CsvRecord> ParseCsv(std::string_view text) {
   return records;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -5,13 +5,13 @@
 #include "component/objects.h"
 #include "platform/database/database.h"
 #include "platform/database/odbc_connection.h"
-#include "tools/oxaqry/table.h"
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "userdb/sql_values.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr const char* kConnectionId = "ADODB.Connection";
@@ -223,4 +223,4 @@ void UserTransaction::Commit() {
   isOpen_ = false;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

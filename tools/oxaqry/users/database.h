@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "component/clsQuery.h"
-#include "tools/oxaqry/settings.h"
+#include "tools/oxaqry/cli/settings.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 // Who is meant on the command line; UTF-8.
 struct UserName {
@@ -91,6 +91,6 @@ class UserTransaction {
   bool isOpen_ = true;
 };
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_

@@ -1,13 +1,13 @@
 // The commands "user doc-rights" and "user search-rights".
 #include <ostream>
 
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 struct Archive {
@@ -94,4 +94,4 @@ int ShowSearchRights(const Settings& settings, const UserArchive& request, const
   return 0;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -3,12 +3,12 @@
 #include <array>
 #include <ostream>
 
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using Numbers = std::array<std::int32_t, 3>;  // new, edit, delete
@@ -122,4 +122,4 @@ int ExplainRight(const Settings& settings, const ExplainRequest& request, const 
   return IsHeld(sources, question.isEdit) ? 0 : 1;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -2,12 +2,12 @@
 #include <array>
 #include <ostream>
 
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 // A table of entries that a user has or has not.
@@ -181,4 +181,4 @@ int RevokeFromUser(const Settings& settings, const UserName& user, const Grants&
   return ChangeGrants(settings, user, grants, false, output);
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -6,14 +6,14 @@
 #include <set>
 
 #include "support/text_helpers.h"
-#include "tools/oxaqry/document_access.h"
-#include "tools/oxaqry/interruption.h"
+#include "tools/oxaqry/cli/input.h"
+#include "tools/oxaqry/cli/interruption.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/csv.h"
 #include "tools/oxaqry/users/import_progress.h"
-#include "tools/oxaqry/value_json.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr std::array<std::string_view, 5> kColumns{"name", "password", "archive_user", "archive_password", "groups"};
@@ -169,4 +169,4 @@ int ImportUsers(const Settings& settings, const std::string& path, const Output&
   return 0;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

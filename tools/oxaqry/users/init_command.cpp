@@ -2,11 +2,11 @@
 #include <ostream>
 
 #include "support/text_helpers.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/schema.h"
-#include "tools/oxaqry/value_json.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 // The statements of a script, one at a time as a driver takes them. No text of the scripts holds a ";".
@@ -59,4 +59,4 @@ int InitUsers(const Settings& settings, bool withSample, const Output& output) {
   return 0;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -3,13 +3,13 @@
 #include <ostream>
 
 #include "support/text_helpers.h"
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using Ids = std::vector<std::int32_t>;
@@ -197,4 +197,4 @@ int ShowRights(const Settings& settings, const UserName& name, const Output& out
   return 0;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -1,10 +1,10 @@
 #include "tools/oxaqry/users/lists.h"
 
-#include "tools/oxaqry/settings.h"
+#include "tools/oxaqry/cli/settings.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 std::vector<std::string> ListEntries(std::string_view list) {
   std::vector<std::string> entries;
@@ -42,4 +42,4 @@ Json JsonId(const std::string& id) {
   return ToUtf8(id);
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

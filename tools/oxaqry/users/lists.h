@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 // The entries of "^a^,^b^" or "[a],[b]".
 std::vector<std::string> ListEntries(std::string_view list);
@@ -21,6 +21,6 @@ std::vector<std::vector<std::string>> ListLines(std::string_view lines, std::siz
 // An ID as a number, or as text when it is none.
 Json JsonId(const std::string& id);
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_

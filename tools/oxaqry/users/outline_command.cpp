@@ -3,13 +3,13 @@
 #include <ostream>
 #include <vector>
 
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/database.h"
 #include "tools/oxaqry/users/lists.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 struct Node {
@@ -130,4 +130,4 @@ int ShowOutlinerSearch(const Settings& settings, std::int32_t node, const Output
   return 0;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string>
 
-#include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/cli/output.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 class CommandParser;
 void AddOutline(CommandParser& parser);
@@ -20,6 +20,6 @@ int ShowOutliner(const Settings& settings, std::int32_t outliner, std::int32_t d
 // The query that finds what a node stands for.
 int ShowOutlinerSearch(const Settings& settings, std::int32_t node, const Output& output);
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_OUTLINE_COMMAND_H_

@@ -6,11 +6,11 @@
 #include <string>
 #include <system_error>
 
-#include "tools/oxaqry/command_parser.h"
-#include "tools/oxaqry/document_name.h"
+#include "tools/oxaqry/cli/command_parser.h"
+#include "tools/oxaqry/cli/document_name.h"
 #include "tools/oxaqry/users/outline_command.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 struct OutlineRequest {
@@ -65,4 +65,4 @@ void AddOutline(CommandParser& parser) {
   });
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -4,7 +4,7 @@
 
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 // What a column of encoded passwords holds, at two digits a character.
@@ -49,4 +49,4 @@ void CheckPassword(clsQuery& query, const std::string& password, const std::stri
   }
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

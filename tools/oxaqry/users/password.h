@@ -5,9 +5,9 @@
 #include <string>
 
 #include "component/clsQuery.h"
-#include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/cli/output.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 // Where passwords come from.
 struct PasswordSource {
@@ -28,6 +28,6 @@ std::string AskNewPassword(clsQuery& query, const PasswordSource& source, const 
 // Raises CommandError for a password, in the code page, that is empty or would not come back from its encoding.
 void CheckPassword(clsQuery& query, const std::string& password, const std::string& what);
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_PASSWORD_H_

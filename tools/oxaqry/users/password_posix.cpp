@@ -6,10 +6,10 @@
 #include <cerrno>
 #include <ostream>
 
-#include "tools/oxaqry/interruption.h"
+#include "tools/oxaqry/cli/interruption.h"
 #include "tools/oxaqry/users/password.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr std::size_t kMostBytes = 4096;  // more than a terminal takes for a line
@@ -92,4 +92,4 @@ std::string ReadHiddenLine(const std::string& question, std::ostream& err) {
   return line;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -3,7 +3,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::AllOf;
@@ -201,4 +201,4 @@ TEST_P(UserAccountCommands, NoErrorTellsThePasswordOfTheConnection) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

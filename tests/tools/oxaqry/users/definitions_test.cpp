@@ -2,7 +2,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::HasSubstr;
@@ -142,4 +142,4 @@ TEST_P(DefinitionCommands, OutlinePrintsTheSearchOfANode) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

@@ -2,7 +2,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using UserImport = OnDatabase;
@@ -93,4 +93,4 @@ TEST_P(UserImport, IsUndoneWhenTheDatabaseRefusesARow) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

@@ -9,7 +9,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::HasSubstr;
@@ -132,4 +132,4 @@ TEST(UserPassword, AnInterruptOrAQuitGivesTheTerminalBack) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry
