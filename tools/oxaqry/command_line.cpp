@@ -17,7 +17,6 @@
 #include "tools/oxaqry/transfers/order_commands.h"
 #include "tools/oxaqry/transfers/transfer_command_line.h"
 #include "tools/oxaqry/users/command_line.h"
-#include "tools/oxaqry/users/outline_command.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -124,7 +123,6 @@ void AddAllCommands(CommandParser& parser, const RunEnvironment& environment) {
   AddTransferCommands(parser);
   AddOrderCommands(parser);
   AddUserCommands(parser);
-  AddOutline(parser);
   AddOwnCommands(parser, environment);
 }
 

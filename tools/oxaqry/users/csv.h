@@ -1,4 +1,4 @@
-// user_csv.h - records of comma separated values as RFC 4180 describes them, with the line each begins on.
+// csv.h - records of comma separated values as RFC 4180 describes them, with the line each begins on.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_
 
