@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly PROJECT_ROOT=$PWD
 readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev libgmock-dev nlohmann-json3-dev
-  libcli11-dev libsqlitecpp-dev libtiff-dev libhpdf-dev unixodbc-dev libgcrypt20-dev libsqliteodbc python3)
+  libcli11-dev libsqlitecpp-dev libtiff-dev libhpdf-dev unixodbc-dev libgcrypt20-dev libbsd-dev libsqliteodbc python3)
 readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils)
 
 # A line of progress.

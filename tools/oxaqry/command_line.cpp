@@ -5,18 +5,20 @@
 #include <limits>
 #include <memory>
 
-#include "tools/oxaqry/command_parser.h"
-#include "tools/oxaqry/document_command_line.h"
-#include "tools/oxaqry/interruption.h"
-#include "tools/oxaqry/methods_command.h"
-#include "tools/oxaqry/order_command_line.h"
-#include "tools/oxaqry/order_commands.h"
-#include "tools/oxaqry/session.h"
-#include "tools/oxaqry/transfer_command_line.h"
+#include "tools/oxaqry/archives/archive_commands.h"
+#include "tools/oxaqry/cli/command_parser.h"
+#include "tools/oxaqry/cli/interruption.h"
+#include "tools/oxaqry/documents/document_command_line.h"
+#include "tools/oxaqry/documents/search_command.h"
+#include "tools/oxaqry/servers/server_commands.h"
+#include "tools/oxaqry/session/methods_command.h"
+#include "tools/oxaqry/session/session.h"
+#include "tools/oxaqry/transfers/order_command_line.h"
+#include "tools/oxaqry/transfers/order_commands.h"
+#include "tools/oxaqry/transfers/transfer_command_line.h"
 #include "tools/oxaqry/users/command_line.h"
-#include "tools/oxaqry/users/outline_command.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 void AddListCommands(CommandParser& parser) {
@@ -94,7 +96,7 @@ void AddPrintHits(CommandParser& parser) {
   AddFetchTarget(*print, request->target);
 }
 
-void AddOwnCommands(CommandParser& parser, const Surroundings& surroundings) {
+void AddOwnCommands(CommandParser& parser, const RunEnvironment& environment) {
   const auto text = std::make_shared<std::string>();
   CLI::App* const direct = parser.AddQuery(
       "direct", "send a complete command part and print the answer",
@@ -103,17 +105,16 @@ void AddOwnCommands(CommandParser& parser, const Surroundings& surroundings) {
   direct->add_option("TEXT", *text, "the command part, \"^Command^,^parameter^\"")->required()->type_name("");
   parser.AddQuery("write-test", "try whether the local blob directory can be written",
                   "Example:\n  oxaqry write-test --blob-local /srv/blobs", WriteTest);
-  parser.AddPlain(
-      "session", "run calls given as JSON lines on standard input",
-      "Examples:\n  oxaqry session < calls.jsonl\n  echo '{\"call\":\"HelloWorld\"}' | oxaqry session",
-      [&in = surroundings.in](const Settings&, const Output& output) { return RunSession(in, output.out); });
+  parser.AddPlain("session", "run calls given as JSON lines on standard input",
+                  "Examples:\n  oxaqry session < calls.jsonl\n  echo '{\"call\":\"HelloWorld\"}' | oxaqry session",
+                  [&in = environment.in](const Settings&, const Output& output) { return RunSession(in, output.out); });
   CLI::App* const methods = parser.AddPlain("methods", "list the component's public variables and methods",
                                             "Example:\n  oxaqry methods | less",
                                             [](const Settings&, const Output& output) { return Methods(output); });
   parser.AddJson(*methods, "print one JSON document");
 }
 
-void AddAllCommands(CommandParser& parser, const Surroundings& surroundings) {
+void AddAllCommands(CommandParser& parser, const RunEnvironment& environment) {
   AddListCommands(parser);
   AddArchiveCommands(parser);
   AddSearch(parser);
@@ -122,8 +123,7 @@ void AddAllCommands(CommandParser& parser, const Surroundings& surroundings) {
   AddTransferCommands(parser);
   AddOrderCommands(parser);
   AddUserCommands(parser);
-  AddOutline(parser);
-  AddOwnCommands(parser, surroundings);
+  AddOwnCommands(parser, environment);
 }
 
 void AddWords(const CLI::App& command, const std::string& name, std::vector<CommandWords>& words) {
@@ -157,41 +157,41 @@ int WrongUsage(const std::string& reason, std::ostream& err) {
 
 }  // namespace
 
-int RunCommandLine(std::vector<std::string> arguments, const Surroundings& surroundings) {
-  CommandParser parser(surroundings);
-  AddAllCommands(parser, surroundings);
+int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& environment) {
+  CommandParser parser(environment);
+  AddAllCommands(parser, environment);
   const std::string first = arguments.empty() ? "" : arguments.front();
   std::ranges::reverse(arguments);  // the parser takes them from the back
   try {
     parser.app().parse(arguments);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
-      parser.app().exit(error, surroundings.out, surroundings.err);
-      return surroundings.out.flush() ? 0 : 1;
+      parser.app().exit(error, environment.out, environment.err);
+      return environment.out.flush() ? 0 : 1;
     }
     const std::string unknown = UnknownWord(parser.app(), first);
     const char* const what = unknown.starts_with('-') ? "option" : "command";
     const std::string reason = unknown.empty() ? error.what() : "unknown " + std::string(what) + " \"" + unknown + "\"";
-    return WrongUsage(reason, surroundings.err);
+    return WrongUsage(reason, environment.err);
   }
   try {
     const int status = parser.Run();
-    surroundings.out.flush();
-    if (!surroundings.out) throw CommandError("the output could not be written");
+    environment.out.flush();
+    if (!environment.out) throw CommandError("the output could not be written");
     return status;
   } catch (const UsageError& error) {
-    return WrongUsage(error.what(), surroundings.err);
+    return WrongUsage(error.what(), environment.err);
   } catch (const Interrupted& interrupted) {
     return 128 + interrupted.signal();  // as a shell tells of a program that a signal has ended
   } catch (const std::exception& error) {
-    surroundings.out.flush();
-    surroundings.err << "oxaqry: " << error.what() << '\n';
+    environment.out.flush();
+    environment.err << "oxaqry: " << error.what() << '\n';
     return 1;
   }
 }
 
 std::vector<CommandWords> AllCommandWords() {
-  const Surroundings nothing{std::cin, std::cout, std::cerr, [](const char*) -> const char* { return nullptr; }};
+  const RunEnvironment nothing{std::cin, std::cout, std::cerr, [](const char*) -> const char* { return nullptr; }};
   CommandParser parser(nothing);
   AddAllCommands(parser, nothing);
   std::vector<CommandWords> words;
@@ -201,4 +201,4 @@ std::vector<CommandWords> AllCommandWords() {
   return words;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

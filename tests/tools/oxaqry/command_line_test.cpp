@@ -13,9 +13,9 @@
 #include "support/text_helpers.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::HasSubstr;
@@ -167,4 +167,4 @@ TEST(CommandLine, ListsTheMethodsInTwoForms) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

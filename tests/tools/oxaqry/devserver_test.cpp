@@ -15,9 +15,9 @@
 #include "tests/tools/devserver/wire_client.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/devserver/archive/sample_archive.h"
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::HasSubstr;
@@ -264,4 +264,4 @@ TEST(Commands, ServeASearchOverASession) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

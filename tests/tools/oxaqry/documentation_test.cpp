@@ -6,10 +6,10 @@
 #include <sstream>
 #include <string>
 
+#include "tools/oxaqry/cli/settings.h"
 #include "tools/oxaqry/command_line.h"
-#include "tools/oxaqry/settings.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 std::string Read(const std::string& name) {
@@ -63,4 +63,4 @@ TEST(Documentation, NamesEveryEnvironmentVariable) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -8,9 +8,12 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/temporary_directory.h"
 #include "tools/oxaqry/command_line.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
+
+using namespace oxaqrycln::testing;  // the aids of every test
 
 struct ToolRun {
   int status = -1;
@@ -40,6 +43,6 @@ inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
   return run;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_

@@ -14,9 +14,9 @@
 #include "tests/support/scripted_server.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 
 using Fields = std::vector<std::string>;
 
@@ -111,6 +111,6 @@ inline std::vector<std::string> NamesIn(const std::string& directory) {
   return names;
 }
 
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_SCRIPTED_ARCHIVE_H_

@@ -1,87 +1,77 @@
-// user_commands.h - the commands on web users, their groups and rights, in the web user database.
-// As those of commands.h; texts that a person gave are UTF-8.
+// commands.h - what the commands on the web user database share: how one is added to the command line and how it
+// prints its result. Texts in requests are UTF-8.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/cli/command_parser.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/users/database.h"
-#include "tools/oxaqry/users/password.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
-// Makes the tables in a database that has none of them; with the sample also rights and outliners to try.
-int InitUsers(const Settings& settings, bool withSample, const Output& output);
+// Each adds the commands of one source. The parent is "user", or the tool itself for "outline".
+void AddInit(CommandParser& parser, CLI::App& parent);
+void AddImport(CommandParser& parser, CLI::App& parent);
+void AddAccountCommands(CommandParser& parser, CLI::App& parent);
+void AddListCommands(CommandParser& parser, CLI::App& parent);
+void AddDefinitionCommands(CommandParser& parser, CLI::App& parent);
+void AddGrantCommands(CommandParser& parser, CLI::App& parent);
+void AddExplain(CommandParser& parser, CLI::App& parent);
+void AddOutline(CommandParser& parser, CLI::App& parent);
 
-struct AddUserRequest {
-  std::string name;
-  bool isGroup = false;                    // a group has no password
-  std::optional<std::string> archiveUser;  // its password is asked for
-  bool mayDuplicate = false;               // also where the name exists
-  PasswordSource passwords;
+struct CommandTexts {
+  const char* name;
+  const char* description;
+  const char* examples;
 };
-int AddUser(const Settings& settings, const AddUserRequest& request, const Output& output);
 
-struct PasswordRequest {
-  UserName user;
-  PasswordSource passwords;
-  bool mayMakeUser = false;  // also for a group without members, which is a user then
+// A command on a database that has its tables. addOptions fills the Request that run gets; run returns the exit status
+// and raises CommandError, UsageError or ValueError.
+template <typename Request, typename AddOptions>
+void AddCommand(CommandParser& parser, CLI::App& parent, const CommandTexts& texts,
+                int (*run)(UserDatabase&, const Request&, const Output&), AddOptions addOptions) {
+  const auto request = std::make_shared<Request>();
+  const auto action = [request, run](const Settings& settings, const Output& output) {
+    UserDatabase database(settings);
+    database.RequireTables();
+    return run(database, *request, output);
+  };
+  addOptions(*parser.AddDatabase(parent, texts.name, texts.description, texts.examples, action), *request);
+}
+
+// The argument NAME, and the option that selects one of several users of that name.
+void AddUserName(CLI::App& command, UserName& user);
+// Makes the parser refuse the command unless at least one and at most that number of the options are given.
+void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, std::size_t most, const char* message);
+
+// The whole number that the text is; nothing for any other text.
+std::optional<std::int32_t> ParseNumber(const std::string& text);
+// Accepts an option's value when it is a whole number.
+CLI::Validator WholeNumber();
+
+// {"userId":ID,"name":NAME}
+Json JsonOf(const WebUser& user);
+
+// A column of a table: its title and the member of each row that it shows.
+struct Column {
+  const char* title;
+  const char* member;
 };
-int SetUserPassword(const Settings& settings, const PasswordRequest& request, const Output& output);
-// 1 when the password is wrong or there is no such user.
-int CheckUser(const Settings& settings, const PasswordRequest& request, const Output& output);
-int SetMustChange(const Settings& settings, const UserName& name, bool mustChange, const Output& output);
-// All or none of the users of a file; "-" is standard input.
-int ImportUsers(const Settings& settings, const std::string& path, const Output& output);
 
-// Users, or groups with their members.
-int ListUsers(const Settings& settings, bool groups, const Output& output);
-int ListGroupsOf(const Settings& settings, const UserName& name, const Output& output);
-// What the user may do himself and through his groups.
-int ShowRights(const Settings& settings, const UserName& name, const Output& output);
+// Prints the document as JSON where that is wanted, else the text. Returns the exit status 0.
+int Print(const Output& output, const Json& document, const std::string& text);
+// A table of rows, which are JSON objects.
+std::string TableText(const Json& rows, const std::vector<Column>& columns);
+// A value for people: no control characters, "yes" and "no", the elements of an array with commas between them.
+std::string ReadableText(const Json& value);
 
-// What restricts the user in an archive, by definitions of his own and of his groups.
-struct UserArchive {
-  UserName user;
-  std::string channel;
-  std::string archive;
-};
-int ShowDocumentRights(const Settings& settings, const UserArchive& request, const Output& output);
-int ShowSearchRights(const Settings& settings, const UserArchive& request, const Output& output);
-
-// What can be granted to a user or group.
-struct Grants {
-  std::vector<std::int32_t> rights;
-  std::vector<std::int32_t> documentRights;
-  std::vector<std::int32_t> searchRights;
-  std::vector<std::string> edits;  // ARCHIVE=LETTERS, the letters of N (new), E (edit), D (delete)
-  std::vector<std::string> archives;
-  std::vector<std::string> channels;
-  std::vector<std::string> groups;
-  bool IsEmpty() const noexcept {
-    return rights.empty() && documentRights.empty() && searchRights.empty() && edits.empty() && archives.empty() &&
-           channels.empty() && groups.empty();
-  }
-};
-// All of it or nothing; what the user has already, or has not, stays so.
-int GrantToUser(const Settings& settings, const UserName& user, const Grants& grants, const Output& output);
-int RevokeFromUser(const Settings& settings, const UserName& user, const Grants& grants, const Output& output);
-
-// One thing that a user may have; exactly one is given.
-struct ExplainRequest {
-  UserName user;
-  std::optional<std::int32_t> right;
-  std::optional<std::string> edit;  // an archive
-  std::optional<std::string> archive;
-  std::optional<std::string> channel;
-};
-// Whose entries give it to the user; 1 when he does not have it.
-int ExplainRight(const Settings& settings, const ExplainRequest& request, const Output& output);
-
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_COMMANDS_H_

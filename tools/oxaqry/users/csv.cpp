@@ -1,87 +1,76 @@
 #include "tools/oxaqry/users/csv.h"
 
-#include "tools/oxaqry/settings.h"
+#include <algorithm>
 
-namespace oxaqrycln {
+#include "tools/oxaqry/cli/errors.h"
+
+namespace oxaqrycln::oxaqry {
 namespace {
 
 class CsvReader {
  public:
-  explicit CsvReader(std::string_view text) noexcept : text_(text) {}
+  explicit CsvReader(std::string_view text) noexcept : rest_(text) { Take("\xEF\xBB\xBF"); }
 
-  bool AtEnd() const noexcept { return at_ >= text_.size(); }
+  bool AtEnd() const noexcept { return rest_.empty(); }
 
   CsvRecord TakeRecord() {
     CsvRecord record{line_, {}};
     do {
-      record.fields.push_back(StartsWith("\"") ? TakeQuoted() : TakePlain());
+      record.fields.push_back(Take("\"") ? TakeQuoted() : TakePlain());
     } while (Take(","));
-    if (!AtEnd() && !TakeLineEnd()) Fail("behind a closing quote stands neither \",\" nor the end of the line");
+    if (!AtEnd() && !Take("\r\n") && !Take("\n")) Fail(line_, "a closing quote is not followed by \",\" or a line end");
+    ++line_;
     return record;
   }
 
  private:
-  bool StartsWith(std::string_view part) const noexcept { return text_.substr(at_).starts_with(part); }
   bool Take(std::string_view part) noexcept {
-    if (!StartsWith(part)) return false;
-    at_ += part.size();
+    if (!rest_.starts_with(part)) return false;
+    rest_.remove_prefix(part.size());
     return true;
   }
-  bool TakeLineEnd() noexcept {
-    if (!Take("\r\n") && !Take("\n")) return false;
-    ++line_;
-    return true;
-  }
-  [[noreturn]] void Fail(const char* why) const {
-    throw CommandError("line " + std::to_string(line_) + ": " + std::string(why));
+  [[noreturn]] static void Fail(std::size_t line, const std::string& why) {
+    throw CommandError("line " + std::to_string(line) + ": " + why);
   }
 
   std::string TakePlain() {
-    const std::size_t start = at_;
-    while (!AtEnd() && text_[at_] != ',' && text_[at_] != '\n' && !StartsWith("\r\n")) {
-      if (text_[at_] == '"') Fail("a quote stands inside a field that does not begin with one");
-      ++at_;
-    }
-    return std::string(text_.substr(start, at_ - start));
+    const std::string_view line = rest_.substr(0, rest_.find('\n'));
+    std::string field(line.substr(0, line.find(',')));
+    if (field.size() == line.size() && line.size() < rest_.size() && field.ends_with('\r')) field.pop_back();
+    if (field.find('"') != std::string::npos) Fail(line_, "a field contains a quote but does not begin with one");
+    rest_.remove_prefix(field.size());
+    return field;
   }
 
+  // The opening quote has been taken.
   std::string TakeQuoted() {
     const std::size_t firstLine = line_;
-    std::string value;
-    for (++at_; !AtEnd(); ++at_) {
-      const char each = text_[at_];
-      if (each == '"') {
-        if (!StartsWith("\"\"")) {
-          ++at_;
-          return value;
-        }
-        ++at_;
-      }
-      if (each == '\n') ++line_;
-      value += each;
+    std::string field;
+    for (;;) {
+      const std::size_t end = rest_.find('"');
+      if (end == std::string_view::npos) Fail(firstLine, "a quoted field has no closing quote");
+      field += rest_.substr(0, end);
+      rest_.remove_prefix(end + 1);
+      if (!Take("\"")) break;
+      field += '"';
     }
-    line_ = firstLine;
-    Fail("a quoted field has no end");
+    line_ += static_cast<std::size_t>(std::ranges::count(field, '\n'));
+    return field;
   }
 
-  const std::string_view text_;
-  std::size_t at_ = 0;
+  std::string_view rest_;
   std::size_t line_ = 1;
 };
 
 }  // namespace
 
 std::vector<CsvRecord> ParseCsv(std::string_view text) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   std::vector<CsvRecord> records;
-  CsvReader reader(text);
-  while (!reader.AtEnd()) {
-    CsvRecord record = reader.TakeRecord();
-    const bool isEmpty = record.fields.size() == 1 && record.fields[0].empty();
-    if (!isEmpty) records.push_back(std::move(record));
+  for (CsvReader reader(text); !reader.AtEnd();) {
+    records.push_back(reader.TakeRecord());
+    if (records.back().fields == std::vector<std::string>{""}) records.pop_back();
   }
   return records;
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -1,4 +1,4 @@
-// user_csv.h - records of comma separated values as RFC 4180 describes them, with the line each begins on.
+// csv.h - records of comma separated values as RFC 4180 describes them, with the line each begins on.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_
 
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 struct CsvRecord {
   std::size_t line = 1;  // from 1
@@ -18,6 +18,6 @@ struct CsvRecord {
 // line, for a quote in the wrong place or without an end.
 std::vector<CsvRecord> ParseCsv(std::string_view text);
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_CSV_H_

@@ -1,8 +1,9 @@
-// user_database.h - the web user database for one command: the component on it, and statements on the same connection.
+// database.h - the web user database for one command: the component on it, and statements on the same connection.
 // Texts in statements and rows are those of the component's code page.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -11,9 +12,11 @@
 #include <vector>
 
 #include "component/clsQuery.h"
-#include "tools/oxaqry/settings.h"
+#include "component/query_watch.h"
+#include "platform/database/database.h"
+#include "tools/oxaqry/cli/settings.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 // Who is meant on the command line; UTF-8.
 struct UserName {
@@ -26,58 +29,60 @@ struct WebUser {
   std::string name;
   bool hasPassword = false;
   bool hasMembers = false;
-  // A group may have members before it has any, so that the lack of a password tells it, too.
+  // A new group has no members yet; it is recognised by the missing password.
   bool IsGroup() const noexcept { return hasMembers || !hasPassword; }
 };
 
 class UserDatabase {
  public:
-  enum class Tables { Expected, Any };
   using Row = std::vector<Variant>;
+  using Values = std::vector<Variant>;
 
-  // Raises CommandError when it cannot be opened, or its table Users cannot be read where the tables are expected. No
-  // error tells the password in the connection string.
-  explicit UserDatabase(const Settings& settings, Tables tables = Tables::Expected);
+  // Raises CommandError when the database cannot be opened. No error shows the password in the connection string.
+  explicit UserDatabase(const Settings& settings);
   ~UserDatabase();
   UserDatabase(const UserDatabase&) = delete;
   UserDatabase& operator=(const UserDatabase&) = delete;
 
-  // The component, initialised. What its methods do, they do on the connection of the statements.
+  // The component, initialised. Its methods use the connection of the statements.
   clsQuery& query() { return *query_; }
-  // Raises CommandError with what the database said last, if it said anything.
-  [[noreturn]] void Fail(const std::string& what) const;
-  // Raises CommandError when the database refused anything since the last call or statement here.
-  void CheckMethod(const std::string& what) const;
+  // The result of the method of the component that was just called. Raises CommandError when the method failed: it
+  // handled an error, or the result is Empty or a negative number.
+  Variant Checked(Variant result, const std::string& failure) const;
 
-  // All raise CommandError.
-  std::vector<Row> Rows(const std::string& statement, std::int32_t columnCount);
-  void Execute(const std::string& statement);
+  // Statements; a value, a whole number or a text, replaces each "?" of the statement. All raise CommandError.
+  std::vector<Row> Rows(std::int32_t columnCount, std::string_view statement, const Values& values = {});
+  void Execute(std::string_view statement, const Values& values = {});
+  // Whether "SELECT 1 FROM ..." finds a row.
+  bool Exists(const std::string& tableAndCondition, const Values& values);
   // False only for a table that does not exist, not for one that cannot be read.
   bool HasTable(const std::string& table);
+  // Raises CommandError unless the table Users can be read.
+  void RequireTables();
 
   // All users of a name, which is UTF-8, by ID.
   std::vector<WebUser> UsersNamed(const std::string& name);
-  // The one that is meant; raises CommandError when there is none or it may be several.
+  // The one that is meant; raises CommandError when there is none or more than one.
   WebUser User(const UserName& user);
-  // The same for a group, which a user with a password and without members is not.
+  // The same for a group; a user with a password and without members is none.
   WebUser Group(const std::string& name);
 
-  // Texts from outside for this database, from UTF-8. Both raise CommandError, which says what the text is for.
+  // Text from outside for this database, from UTF-8. Both raise CommandError, which says what the text is for.
   // The name of a user or group, or of an account of the archive system.
   std::string Name(const std::string& utf8, const std::string& what) const;
-  // The name of an archive or channel, which must keep its place in the lists that pages read.
+  // The name of an archive or channel, which becomes an entry of the lists that pages read.
   std::string Entry(const std::string& utf8, const std::string& what) const;
-  // A text that one of these has returned, between the quotes of a statement.
-  std::string Literal(const std::string& text) const;
 
  private:
-  class Watched;
+  std::string Literal(const std::string& text, const std::string& what) const;
+  std::string Fill(std::string_view statement, const Values& values) const;
 
-  std::shared_ptr<Watched> connection_;
-  std::unique_ptr<clsQuery> query_;
+  const std::unique_ptr<clsQuery> query_;
+  const std::shared_ptr<Connection> connection_;
+  QueryWatch watch_;
 };
 
-// Everything until Commit, or nothing.
+// A transaction; it is rolled back unless it is committed.
 class UserTransaction {
  public:
   explicit UserTransaction(UserDatabase& database);
@@ -91,6 +96,6 @@ class UserTransaction {
   bool isOpen_ = true;
 };
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_

@@ -1,97 +1,87 @@
-// The commands "user doc-rights" and "user search-rights".
-#include <ostream>
-
-#include "tools/oxaqry/table.h"
+// The commands "user doc-rights" and "user search-rights": what restricts a user in an archive, by definitions granted
+// to the user and to the user's groups.
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
-struct Archive {
-  Archive(const UserDatabase& database, const UserArchive& request)
-      : channel(database.Entry(request.channel, "the channel")),
-        archive(database.Entry(request.archive, "the archive")) {}
-  std::string channel;
-  std::string archive;
+struct DefinitionRequest {
+  UserName user;
+  ArchiveArguments archive;
 };
 
-Json JsonHead(const WebUser& user, const UserArchive& request) {
-  return {{"userId", user.id}, {"name", ToUtf8(user.name)}, {"channel", request.channel}, {"archive", request.archive}};
+void AddOptions(CLI::App& command, DefinitionRequest& request) {
+  AddUserName(command, request.user);
+  AddArchiveArguments(command, request.archive);
 }
 
-Json JsonIds(const std::vector<std::string>& ids) {
-  Json list = Json::array();
-  for (const std::string& id : ids) list.push_back(JsonId(id));
-  return list;
+// What the methods take.
+struct UserAndArchive {
+  UserAndArchive(UserDatabase& database, const DefinitionRequest& request)
+      : channel(database.Entry(request.archive.channel, "the channel")),
+        archive(database.Entry(request.archive.archive, "the archive")),
+        user(database.User(request.user)) {}
+  Json ToJson() const {
+    Json json = JsonOf(user);
+    json["channel"] = ToUtf8(channel);
+    json["archive"] = ToUtf8(archive);
+    return json;
+  }
+  std::string channel;
+  std::string archive;
+  WebUser user;
+};
+
+int ShowDocumentRights(UserDatabase& database, const DefinitionRequest& request, const Output& output) {
+  const UserAndArchive key(database, request);
+  Variant lines;
+  database.Checked(database.query().GetUserDocRights(key.user.id, key.channel, key.archive, &lines),
+                   "the document rights cannot be read");
+  Json json = key.ToJson();
+  json["conditions"] = LineObjects(lines.ToText(), 2, {"definition", "field", "operator", "value", "type"});
+  return Print(output, json,
+               TableText(json["conditions"], {{"Definition", "definition"},
+                                              {"Field", "field"},
+                                              {"Operator", "operator"},
+                                              {"Value", "value"},
+                                              {"Type", "type"}}));
+}
+
+int ShowSearchRights(UserDatabase& database, const DefinitionRequest& request, const Output& output) {
+  const UserAndArchive key(database, request);
+  Variant values;
+  Variant hidden;
+  Variant noMatchcode;
+  database.Checked(
+      database.query().GetUserSearchRights(key.user.id, key.channel, key.archive, &values, &hidden, &noMatchcode),
+      "the search rights cannot be read");
+  Json json = key.ToJson();
+  json["fixedValues"] = LineObjects(values.ToText(), 1, {"field", "value"});
+  json["hiddenFields"] = IdEntries(hidden.ToText());
+  json["noMatchcodeFields"] = IdEntries(noMatchcode.ToText());
+  Json rows = Json::array();
+  for (Json row : json["fixedValues"]) {
+    row["kind"] = "fixed value";
+    rows.push_back(std::move(row));
+  }
+  for (const Json& field : json["hiddenFields"]) rows.push_back({{"kind", "hidden"}, {"field", field}});
+  for (const Json& field : json["noMatchcodeFields"]) rows.push_back({{"kind", "no matchcode"}, {"field", field}});
+  return Print(output, json, TableText(rows, {{"Kind", "kind"}, {"Field", "field"}, {"Value", "value"}}));
 }
 
 }  // namespace
 
-int ShowDocumentRights(const Settings& settings, const UserArchive& request, const Output& output) {
-  UserDatabase database(settings);
-  const Archive archive(database, request);
-  const WebUser user = database.User(request.user);
-  Variant lines;
-  if (database.query().GetUserDocRights(user.id, archive.channel, archive.archive, &lines).IsEmpty()) {
-    database.Fail("the document rights cannot be read");
-  }
-  Json conditions = Json::array();
-  Table table({"Definition", "Field", "Operator", "Value", "Type"});
-  for (const auto& line : ListLines(lines.ToText(), 5)) {
-    std::vector<std::string> cells;
-    for (const std::string& field : line) cells.push_back(Printable(field));
-    table.Add(std::move(cells));
-    conditions.push_back({{"definition", JsonId(line[0])},
-                          {"field", JsonId(line[1])},
-                          {"operator", ToUtf8(line[2])},
-                          {"value", ToUtf8(line[3])},
-                          {"type", ToUtf8(line[4])}});
-  }
-  if (output.json) {
-    Json json = JsonHead(user, request);
-    json["conditions"] = std::move(conditions);
-    output.out << json.dump(2) << '\n';
-  } else {
-    table.Print(output.out);
-  }
-  return 0;
+void AddDefinitionCommands(CommandParser& parser, CLI::App& parent) {
+  AddCommand(parser, parent,
+             {"doc-rights", "list the conditions that documents of an archive must meet to be shown to a user",
+              "Example:\n  oxaqry user doc-rights anna Finance/Invoices --config web.json"},
+             ShowDocumentRights, AddOptions);
+  AddCommand(parser, parent,
+             {"search-rights", "list what restricts a user's searches in an archive",
+              "Example:\n  oxaqry user search-rights anna Finance/Invoices --config web.json"},
+             ShowSearchRights, AddOptions);
 }
 
-int ShowSearchRights(const Settings& settings, const UserArchive& request, const Output& output) {
-  UserDatabase database(settings);
-  const Archive archive(database, request);
-  const WebUser user = database.User(request.user);
-  Variant fixedValues;
-  Variant hidden;
-  Variant noMatchcode;
-  if (database.query()
-          .GetUserSearchRights(user.id, archive.channel, archive.archive, &fixedValues, &hidden, &noMatchcode)
-          .IsEmpty()) {
-    database.Fail("the search rights cannot be read");
-  }
-  const auto values = ListLines(fixedValues.ToText(), 2);
-  const auto hiddenFields = ListEntries(hidden.ToText());
-  const auto noMatchcodeFields = ListEntries(noMatchcode.ToText());
-  if (output.json) {
-    Json json = JsonHead(user, request);
-    json["fixedValues"] = Json::array();
-    for (const auto& line : values) {
-      json["fixedValues"].push_back({{"field", JsonId(line[0])}, {"value", ToUtf8(line[1])}});
-    }
-    json["hiddenFields"] = JsonIds(hiddenFields);
-    json["noMatchcodeFields"] = JsonIds(noMatchcodeFields);
-    output.out << json.dump(2) << '\n';
-    return 0;
-  }
-  Table table({"Kind", "Field", "Value"});
-  for (const auto& line : values) table.Add({"fixed value", Printable(line[0]), Printable(line[1])});
-  for (const std::string& field : hiddenFields) table.Add({"hidden", Printable(field)});
-  for (const std::string& field : noMatchcodeFields) table.Add({"no matchcode", Printable(field)});
-  table.Print(output.out);
-  return 0;
-}
-
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -1,125 +1,139 @@
 // The command "user explain".
 #include <algorithm>
 #include <array>
-#include <ostream>
 
-#include "tools/oxaqry/table.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
-using Numbers = std::array<std::int32_t, 3>;  // new, edit, delete
-
-// An entry that counts for a user: his own, which comes first, or that of a group of his.
-struct Source {
-  std::int32_t id;
-  std::string name;
-  Numbers numbers{};  // of edit rights
-};
-
-struct Question {
-  const char* kind;
+// What a user may have: the option that asks for it, and the table of its entries.
+struct EntryKind {
+  const char* name;
+  const char* option;
+  const char* valueName;
+  const char* meaning;
   const char* table;
-  std::string condition;
-  std::string entry;  // UTF-8
-  std::string words;
-  bool isEdit = false;
+  const char* column;
+  const char* words;
+};
+constexpr std::array kKinds{
+    EntryKind{"right", "RIGHT", "", "a general right", "UserRights", "RightID", "right "},
+    EntryKind{"edit", "--edit", "ARCHIVE", "the edit rights in an archive instead", "UserEditRights", "Archive",
+              "edit rights in "},
+    EntryKind{"archive", "--archive", "A", "visibility of an archive instead", "UserArchives", "Archive", "archive "},
+    EntryKind{"channel", "--channel", "C", "visibility of a channel instead", "UserChannels", "Channel", "channel "}};
+
+struct ExplainRequest {
+  UserName user;
+  const EntryKind* kind = nullptr;
+  std::string entry;
 };
 
-Question QuestionOf(const UserDatabase& database, const ExplainRequest& request) {
-  if (request.right) {
-    const std::string number = std::to_string(*request.right);
-    return {"right", "UserRights", "RightID=" + number, number, "right " + number};
-  }
-  if (request.edit) {
-    const std::string archive = database.Literal(database.Entry(*request.edit, "the archive"));
-    return {"edit", "UserEditRights", "Archive=" + archive, *request.edit, "edit rights in " + *request.edit, true};
-  }
-  if (request.archive) {
-    const std::string archive = database.Literal(database.Entry(*request.archive, "the archive"));
-    return {"archive", "UserArchives", "Archive=" + archive, *request.archive, "archive " + *request.archive};
-  }
-  const std::string channel = request.channel.value_or("");
-  return {"channel", "UserChannels", "Channel=" + database.Literal(database.Entry(channel, "the channel")), channel,
-          "channel " + channel};
+Variant EntryValue(const UserDatabase& database, const ExplainRequest& request) {
+  const std::string_view column = request.kind->column;
+  if (column == "RightID") return *ParseNumber(request.entry);
+  return database.Entry(request.entry, column == "Archive" ? "the archive" : "the channel");
 }
 
-std::vector<Source> FindSources(UserDatabase& database, const WebUser& user, const Question& question) {
-  const std::string id = std::to_string(user.id);
-  std::vector<Source> sources;
-  for (const auto& row : database.Rows(
-           "SELECT Users.UserID, Users.UserName" + std::string(question.isEdit ? ", New, Edit, Del" : ", 0, 0, 0") +
-               " FROM Users, " + question.table + " WHERE Users.UserID=" + question.table + ".UserID AND " +
-               question.condition + " AND (Users.UserID=" + id +
-               " OR Users.UserID IN (SELECT GroupID FROM UserGroups WHERE UserID=" + id + ")) ORDER BY Users.UserName",
-           5)) {
-    sources.push_back({row[0].ToLong(), row[1].ToText(), {row[2].ToLong(), row[3].ToLong(), row[4].ToLong()}});
+constexpr std::array kActions{"new", "edit", "delete"};
+
+// The entries that count for the user: the user's own first, then those of the groups. Those of edit rights have the
+// numbers of kActions.
+Json FindSources(UserDatabase& database, const WebUser& user, const EntryKind& kind, const Variant& value) {
+  const std::string table = kind.table;
+  const bool isEdit = table == "UserEditRights";
+  Json sources = Json::array();
+  for (const auto& row :
+       database.Rows(6,
+                     "SELECT Users.UserID, Users.UserName, CASE WHEN Users.UserID=? THEN 'own' ELSE 'group' END, " +
+                         std::string(isEdit ? "New, Edit, Del" : "0, 0, 0") + " FROM Users, " + table +
+                         " WHERE Users.UserID=" + table + ".UserID AND " + kind.column +
+                         "=? AND (Users.UserID=? OR Users.UserID IN (SELECT GroupID FROM UserGroups WHERE UserID=?))"
+                         " ORDER BY 3 DESC, 2",
+                     {user.id, value, user.id, user.id})) {
+    Json source{{"source", row[2].ToText()}, {"userId", row[0].ToLong()}, {"name", ToUtf8(row[1].ToText())}};
+    for (std::size_t i = 0; isEdit && i < kActions.size(); ++i) source["numbers"][kActions[i]] = row[3 + i].ToLong();
+    sources.push_back(std::move(source));
   }
-  std::stable_partition(sources.begin(), sources.end(), [&](const Source& source) { return source.id == user.id; });
   return sources;
 }
 
-Numbers SumOf(const std::vector<Source>& sources) {
-  Numbers sum{};
-  for (const Source& source : sources) {
-    for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += source.numbers[i];
+Json SumOf(const Json& sources) {
+  Json sum;
+  for (const char* action : kActions) {
+    std::int32_t total = 0;
+    for (const Json& source : sources) total += source["numbers"][action].get<std::int32_t>();
+    sum[action] = total;
   }
   return sum;
 }
 
-// Of edit rights it is the sum of the entries that counts.
-bool IsHeld(const std::vector<Source>& sources, bool isEdit) {
-  const Numbers sum = SumOf(sources);
-  return isEdit ? sum[0] > 0 || sum[1] > 0 || sum[2] > 0 : !sources.empty();
+std::string SourceTable(const Json& sources, const Json& sum) {
+  std::vector<Column> columns{{"From", "from"}, {"ID", "userId"}};
+  if (!sum.empty()) columns.insert(columns.end(), {{"New", "new"}, {"Edit", "edit"}, {"Delete", "delete"}});
+  Json rows = Json::array();
+  for (const Json& source : sources) {
+    Json row = source.value("numbers", Json::object());
+    row["from"] = source["source"] == "own" ? "own entry" : "group " + source["name"].get<std::string>();
+    row["userId"] = source["userId"];
+    rows.push_back(std::move(row));
+  }
+  if (!sum.empty()) {
+    rows.push_back(sum);
+    rows.back()["from"] = "sum, allowed above 0";
+  }
+  return TableText(rows, columns);
 }
 
-Json JsonOf(const Numbers& numbers) { return {{"new", numbers[0]}, {"edit", numbers[1]}, {"delete", numbers[2]}}; }
-
-void PrintJson(const WebUser& user, const Question& question, const std::vector<Source>& sources, std::ostream& out) {
-  Json list = Json::array();
-  for (const Source& source : sources) {
-    Json each{{"source", source.id == user.id ? "own" : "group"}, {"userId", source.id}, {"name", ToUtf8(source.name)}};
-    if (question.isEdit) each["numbers"] = JsonOf(source.numbers);
-    list.push_back(std::move(each));
-  }
-  Json json{{"userId", user.id}, {"name", ToUtf8(user.name)}, {"kind", question.kind}, {"entry", question.entry}};
-  json["held"] = IsHeld(sources, question.isEdit);
-  if (question.isEdit) json["sum"] = JsonOf(SumOf(sources));
-  json["sources"] = std::move(list);
-  out << json.dump(2) << '\n';
-}
-
-void PrintTable(const WebUser& user, const Question& question, const std::vector<Source>& sources, std::ostream& out) {
-  const bool isHeld = IsHeld(sources, question.isEdit);
-  out << Printable(user.name) << (isHeld ? " has " : " does not have ") << question.words << '\n';
-  if (sources.empty()) return;
-  std::vector<std::string> titles{"From", "ID"};
-  if (question.isEdit) titles.insert(titles.end(), {"New", "Edit", "Delete"});
-  Table table(titles);
-  const auto add = [&](std::vector<std::string> cells, const Numbers& numbers) {
-    for (std::size_t i = 0; i < numbers.size() && question.isEdit; ++i) cells.push_back(std::to_string(numbers[i]));
-    table.Add(std::move(cells));
-  };
-  for (const Source& source : sources) {
-    add({source.id == user.id ? "own entry" : "group " + Printable(source.name), std::to_string(source.id)},
-        source.numbers);
-  }
-  if (question.isEdit) add({"sum, allowed above 0", ""}, SumOf(sources));
-  table.Print(out);
+int Explain(UserDatabase& database, const ExplainRequest& request, const Output& output) {
+  const EntryKind& kind = *request.kind;
+  const bool isEdit = kind.name == std::string_view("edit");
+  const Variant value = EntryValue(database, request);
+  const WebUser user = database.User(request.user);
+  const Json sources = FindSources(database, user, kind, value);
+  // The numbers of edit rights are added up.
+  const Json sum = isEdit ? SumOf(sources) : Json();
+  const bool isHeld =
+      isEdit ? std::ranges::any_of(sum, [](const Json& number) { return number > 0; }) : !sources.empty();
+  Json json = JsonOf(user);
+  json["kind"] = kind.name;
+  json["entry"] = ToUtf8(value.ToText());
+  json["held"] = isHeld;
+  if (isEdit) json["sum"] = sum;
+  json["sources"] = sources;
+  std::string text =
+      Printable(user.name) + (isHeld ? " has " : " does not have ") + kind.words + Printable(value.ToText()) + "\n";
+  if (!sources.empty()) text += SourceTable(sources, sum);
+  Print(output, json, text);
+  return isHeld ? 0 : 1;
 }
 
 }  // namespace
 
-int ExplainRight(const Settings& settings, const ExplainRequest& request, const Output& output) {
-  UserDatabase database(settings);
-  const Question question = QuestionOf(database, request);
-  const WebUser user = database.User(request.user);
-  const std::vector<Source> sources = FindSources(database, user, question);
-  (output.json ? PrintJson : PrintTable)(user, question, sources, output.out);
-  return IsHeld(sources, question.isEdit) ? 0 : 1;
+void AddExplain(CommandParser& parser, CLI::App& parent) {
+  AddCommand(parser, parent,
+             {"explain", "show which entries give a user a right; exit status 0 when the user has it, else 1",
+              "Examples:\n  oxaqry user explain anna 3 --config web.json\n"
+              "  oxaqry user explain anna --edit Invoices --config web.json"},
+             Explain, [](CLI::App& command, ExplainRequest& request) {
+               AddUserName(command, request.user);
+               std::vector<const CLI::Option*> options;
+               for (const EntryKind& kind : kKinds) {
+                 const auto take = [&request, &kind](const std::string& entry) {
+                   request.kind = &kind;
+                   request.entry = entry;
+                 };
+                 CLI::Option* const option = command.add_option_function<std::string>(kind.option, take, kind.meaning);
+                 option->type_name(kind.valueName);
+                 if (kind.column == std::string_view("RightID")) option->check(WholeNumber());
+                 options.push_back(option);
+               }
+               RequireOptions(command, std::move(options), 1,
+                              "give one right: a number, --edit, --archive or --channel");
+             });
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

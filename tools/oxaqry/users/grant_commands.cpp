@@ -1,45 +1,43 @@
-// The commands "user grant" and "user revoke": entries of the user's own; those of his groups stay as they are.
+// The commands "user grant" and "user revoke": entries of the user's own; those of the user's groups stay as they are.
+#include <algorithm>
 #include <array>
-#include <ostream>
 
-#include "tools/oxaqry/table.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
-
-// A table of entries that a user has or has not.
-struct EntryTable {
-  const char* kind;
-  const char* table;
-  const char* column;
-};
-constexpr EntryTable kRights{"right", "UserRights", "RightID"};
-constexpr EntryTable kDocumentRights{"doc-right", "UserDocRights", "DocRightID"};
-constexpr EntryTable kSearchRights{"search-right", "UserSearchRights", "SearchRightID"};
-constexpr EntryTable kArchives{"archive", "UserArchives", "Archive"};
-constexpr EntryTable kChannels{"channel", "UserChannels", "Channel"};
-constexpr EntryTable kGroups{"group", "UserGroups", "GroupID"};
 
 // The edit rights of one archive.
 struct EditGrant {
-  std::string archive;            // UTF-8
+  std::string text;  // as it was given
+  std::string archive;
   std::array<bool, 3> letters{};  // new, edit, delete
+};
+
+struct GrantRequest {
+  bool isGrant = false;  // else the rights are revoked
+  UserName user;
+  std::vector<std::int32_t> rights;
+  std::vector<std::int32_t> documentRights;
+  std::vector<std::int32_t> searchRights;
+  std::vector<EditGrant> edits;
+  std::vector<std::string> archives;
+  std::vector<std::string> channels;
+  std::vector<std::string> groups;
 };
 
 EditGrant ParseEdit(const std::string& text) {
   const std::size_t sign = text.rfind('=');
   if (sign == std::string::npos || sign + 1 == text.size()) {
-    throw UsageError("--edit takes ARCHIVE=LETTERS with letters of N, E and D, not \"" + text + "\"");
+    throw CLI::ValidationError("--edit takes ARCHIVE=LETTERS with letters of N, E and D, not \"" + text + "\"");
   }
-  EditGrant grant{text.substr(0, sign), {}};
+  EditGrant grant{text, text.substr(0, sign), {}};
   for (const char letter : text.substr(sign + 1)) {
     const std::size_t index = std::string_view("NED").find(letter);
     if (index == std::string_view::npos) {
-      throw UsageError("--edit takes the letters N (new), E (edit) and D (delete), not \"" + text.substr(sign + 1) +
-                       "\"");
+      throw CLI::ValidationError("--edit takes the letters N (new), E (edit) and D (delete), not \"" +
+                                 text.substr(sign + 1) + "\"");
     }
     grant.letters[index] = true;
   }
@@ -48,137 +46,154 @@ EditGrant ParseEdit(const std::string& text) {
 
 class Changes {
  public:
-  Changes(UserDatabase& database, WebUser user, bool isGrant)
-      : database_(database), user_(std::move(user)), isGrant_(isGrant) {}
+  Changes(UserDatabase& database, const GrantRequest& request)
+      : database_(database), user_(database.User(request.user)), isGrant_(request.isGrant) {}
 
-  // value stands in the statement as it is, shown is UTF-8.
-  void Change(const EntryTable& entries, const std::string& value, const std::string& shown) {
-    const std::string where = OfUser() + " AND " + entries.column + "=" + value;
-    const bool isThere = !database_.Rows("SELECT 1 FROM " + std::string(entries.table) + where, 1).empty();
+  // An entry that the user has or has not. The value is that of the column, shown is UTF-8.
+  void Change(const char* kind, const std::string& table, const std::string& column, const Variant& value,
+              const std::string& shown) {
+    const std::string entry = table + " WHERE UserID=? AND " + column + "=?";
+    const bool isThere = database_.Exists(entry, {user_.id, value});
     if (isGrant_ && !isThere) {
-      database_.Execute("INSERT INTO " + std::string(entries.table) + "(UserID," + entries.column + ") VALUES (" +
-                        std::to_string(user_.id) + ", " + value + ")");
+      database_.Execute("INSERT INTO " + table + "(UserID," + column + ") VALUES (?, ?)", {user_.id, value});
     }
-    if (!isGrant_ && isThere) database_.Execute("DELETE FROM " + std::string(entries.table) + where);
-    Tell(entries.kind, shown, isThere != isGrant_);
+    if (!isGrant_ && isThere) database_.Execute("DELETE FROM " + entry, {user_.id, value});
+    Record(kind, shown, isThere != isGrant_);
   }
 
-  void ChangeEdit(const EditGrant& grant, const std::string& shown) {
-    const std::string archive = database_.Literal(database_.Entry(grant.archive, "the archive of --edit"));
-    const std::string where = OfUser() + " AND Archive=" + archive;
-    const auto rows = database_.Rows("SELECT New, Edit, Del FROM UserEditRights" + where, 3);
-    std::array<std::int32_t, 3> former{};
+  // Definitions are created by other means. A grant of one that does not exist would go unnoticed, as it restricts
+  // nothing.
+  void ChangeDefinition(const char* kind, const std::string& definitions, const std::string& column, std::int32_t id) {
+    if (isGrant_ && !database_.Exists(definitions + " WHERE " + column + "=?", {id})) {
+      throw CommandError("there is no " + std::string(kind) + " " + std::to_string(id) + " in the table " +
+                         definitions);
+    }
+    Change(kind, "User" + definitions, column, id, std::to_string(id));
+  }
+
+  void ChangeMembership(const std::string& group) {
+    const WebUser found = database_.Group(group);
+    if (isGrant_ && user_.IsGroup()) {
+      throw CommandError("\"" + ToUtf8(user_.name) + "\" is itself a group, and groups of groups give no rights");
+    }
+    Change("group", "UserGroups", "GroupID", found.id, group);
+  }
+
+  void ChangeEdit(const EditGrant& grant) {
+    using Numbers = std::array<std::int32_t, 3>;
+    const std::string archive = database_.Entry(grant.archive, "the archive of --edit");
+    const UserDatabase::Values key{user_.id, archive};
+    const std::string condition = " WHERE UserID=? AND Archive=?";
+    const auto rows = database_.Rows(3, "SELECT New, Edit, Del FROM UserEditRights" + condition, key);
+    Numbers former{};
     for (std::size_t i = 0; i < former.size() && !rows.empty(); ++i) former[i] = rows[0][i].ToLong();
-    const std::array<std::int32_t, 3> wanted = Wanted(former, grant);
-    if (wanted == former) {
-      Tell("edit", shown, false);
+    Numbers wanted = former;
+    // A negative number of the user's own takes away what the groups give; it stays when a right is revoked.
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      if (grant.letters[i]) wanted[i] = isGrant_ ? std::max(wanted[i], 1) : std::min(wanted[i], 0);
+    }
+    Record("edit", grant.text, wanted != former);
+    if (wanted == former) return;
+    if (wanted == Numbers{}) {
+      database_.Execute("DELETE FROM UserEditRights" + condition, key);
       return;
     }
-    const std::string values[] = {std::to_string(wanted[0]), std::to_string(wanted[1]), std::to_string(wanted[2])};
-    if (rows.empty()) {
-      database_.Execute("INSERT INTO UserEditRights(UserID,Archive,New,Edit,Del) VALUES (" + std::to_string(user_.id) +
-                        ", " + archive + ", " + values[0] + ", " + values[1] + ", " + values[2] + ")");
-    } else if (wanted == std::array<std::int32_t, 3>{}) {
-      database_.Execute("DELETE FROM UserEditRights" + where);
-    } else {
-      database_.Execute("UPDATE UserEditRights SET New=" + values[0] + ", Edit=" + values[1] + ", Del=" + values[2] +
-                        where);
-    }
-    Tell("edit", shown, true);
+    const char* const statement = rows.empty()
+                                      ? "INSERT INTO UserEditRights(New,Edit,Del,UserID,Archive) VALUES (?, ?, ?, ?, ?)"
+                                      : "UPDATE UserEditRights SET New=?, Edit=?, Del=? WHERE UserID=? AND Archive=?";
+    database_.Execute(statement, {wanted[0], wanted[1], wanted[2], user_.id, archive});
   }
 
-  void Print(const Output& output) const {
-    if (output.json) {
-      output.out << Json{{"userId", user_.id}, {"name", ToUtf8(user_.name)}, {"changes", json_}}.dump(2) << '\n';
-    } else {
-      output.out << text_;
-    }
+  int PrintTo(const Output& output) const {
+    Json json = JsonOf(user_);
+    json["changes"] = changes_;
+    return Print(output, json, text_);
   }
 
  private:
-  std::string OfUser() const { return " WHERE UserID=" + std::to_string(user_.id); }
-
-  // A negative number of the user's own takes away what his groups give; it stays when a right is revoked.
-  std::array<std::int32_t, 3> Wanted(std::array<std::int32_t, 3> numbers, const EditGrant& grant) const {
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-      if (!grant.letters[i]) continue;
-      if (isGrant_ && numbers[i] < 1) numbers[i] = 1;
-      if (!isGrant_ && numbers[i] > 0) numbers[i] = 0;
+  void Record(const std::string& kind, const std::string& shown, bool isChanged) {
+    changes_.push_back({{"kind", kind}, {"entry", shown}, {"changed", isChanged}});
+    std::string words = kind + ' ' + shown;
+    if (isChanged) {
+      words.insert(0, isGrant_ ? "Granted " : "Revoked ");
+    } else {
+      words.front() = UpperCase(words.front());
+      words += isGrant_ ? " was already granted" : " was not granted";
     }
-    return numbers;
-  }
-
-  void Tell(const char* kind, const std::string& shown, bool isChanged) {
-    json_.push_back({{"kind", kind}, {"entry", shown}, {"changed", isChanged}});
-    text_ += std::string(isGrant_ ? "Granted " : "Revoked ") + kind + ' ' + shown;
-    if (!isChanged) text_ += isGrant_ ? ": was so already" : ": was not there";
-    text_ += '\n';
+    text_ += words + '\n';
   }
 
   UserDatabase& database_;
   const WebUser user_;
   const bool isGrant_;
   std::string text_;
-  Json json_ = Json::array();
+  Json changes_ = Json::array();
 };
 
-void ChangeMembership(UserDatabase& database, const WebUser& user, const std::string& name, bool isGrant,
-                      Changes& changes) {
-  const WebUser group = database.Group(name);
-  if (isGrant && user.IsGroup()) {
-    throw CommandError("\"" + ToUtf8(user.name) + "\" is a group itself: groups of groups give no rights");
-  }
-  changes.Change(kGroups, std::to_string(group.id), name);
-}
-
-// Definitions are made by other means; one that does not exist restricts nothing, so that nobody would notice.
-void ChangeDefinitions(UserDatabase& database, const EntryTable& entries, const std::string& definitions,
-                       const std::vector<std::int32_t>& ids, bool isGrant, Changes& changes) {
-  for (const std::int32_t id : ids) {
-    const std::string number = std::to_string(id);
-    const std::string where = std::string(" WHERE ") + entries.column + "=" + number;
-    if (isGrant && database.Rows("SELECT 1 FROM " + definitions + where, 1).empty()) {
-      throw CommandError("there is no " + std::string(entries.kind) + " " + number + " in the table " + definitions);
-    }
-    changes.Change(entries, number, number);
-  }
-}
-
-int ChangeGrants(const Settings& settings, const UserName& name, const Grants& grants, bool isGrant,
-                 const Output& output) {
-  if (grants.IsEmpty())
-    throw UsageError(
-        "give at least one of --right, --edit, --archive, --channel, --doc-right, --search-right and --group");
-  std::vector<EditGrant> edits;
-  for (const std::string& edit : grants.edits) edits.push_back(ParseEdit(edit));
-  UserDatabase database(settings);
-  const WebUser user = database.User(name);
-  Changes changes(database, user, isGrant);
+// All of it or nothing.
+int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Output& output) {
+  Changes changes(database, request);
   UserTransaction transaction(database);
-  for (const std::int32_t right : grants.rights) changes.Change(kRights, std::to_string(right), std::to_string(right));
-  ChangeDefinitions(database, kDocumentRights, "DocRights", grants.documentRights, isGrant, changes);
-  ChangeDefinitions(database, kSearchRights, "SearchRights", grants.searchRights, isGrant, changes);
-  for (std::size_t i = 0; i < edits.size(); ++i) changes.ChangeEdit(edits[i], grants.edits[i]);
-  for (const std::string& each : grants.archives) {
-    changes.Change(kArchives, database.Literal(database.Entry(each, "the archive")), each);
+  for (const std::int32_t id : request.rights) {
+    changes.Change("right", "UserRights", "RightID", id, std::to_string(id));
   }
-  for (const std::string& each : grants.channels) {
-    changes.Change(kChannels, database.Literal(database.Entry(each, "the channel")), each);
+  for (const std::int32_t id : request.documentRights)
+    changes.ChangeDefinition("doc-right", "DocRights", "DocRightID", id);
+  for (const std::int32_t id : request.searchRights) {
+    changes.ChangeDefinition("search-right", "SearchRights", "SearchRightID", id);
   }
-  for (const std::string& each : grants.groups) ChangeMembership(database, user, each, isGrant, changes);
+  for (const EditGrant& grant : request.edits) changes.ChangeEdit(grant);
+  for (const std::string& name : request.archives) {
+    changes.Change("archive", "UserArchives", "Archive", database.Entry(name, "the archive"), name);
+  }
+  for (const std::string& name : request.channels) {
+    changes.Change("channel", "UserChannels", "Channel", database.Entry(name, "the channel"), name);
+  }
+  for (const std::string& name : request.groups) changes.ChangeMembership(name);
   transaction.Commit();
-  changes.Print(output);
-  return 0;
+  return changes.PrintTo(output);
+}
+
+void AddGrants(CLI::App& command, GrantRequest& request) {
+  AddUserName(command, request.user);
+  const auto addEdits = [&request](const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) request.edits.push_back(ParseEdit(text));
+  };
+  const std::vector<CLI::Option*> numbers{
+      command.add_option("--right", request.rights, "a general right; may be repeated, as all of these"),
+      command.add_option("--doc-right", request.documentRights, "a definition of document rights, by its ID"),
+      command.add_option("--search-right", request.searchRights, "a definition of search rights, by its ID")};
+  for (CLI::Option* const option : numbers) option->check(WholeNumber())->type_name("N");
+  std::vector<CLI::Option*> options{
+      command
+          .add_option_function<std::vector<std::string>>(
+              "--edit", addEdits, "edit rights in an archive: the letters of N (new), E (edit), D (delete)")
+          ->type_name("ARCHIVE=NED"),
+      command.add_option("--archive", request.archives, "visibility of an archive")->type_name("A"),
+      command.add_option("--channel", request.channels, "visibility of a channel")->type_name("C"),
+      command.add_option("--group", request.groups, "membership in a group")->type_name("G")};
+  options.insert(options.end(), numbers.begin(), numbers.end());
+  for (CLI::Option* const option : options) option->allow_extra_args(false);
+  RequireOptions(command, {options.begin(), options.end()}, options.size(),
+                 "give at least one of --right, --edit, --archive, --channel, --doc-right, --search-right and --group");
 }
 
 }  // namespace
 
-int GrantToUser(const Settings& settings, const UserName& user, const Grants& grants, const Output& output) {
-  return ChangeGrants(settings, user, grants, true, output);
+void AddGrantCommands(CommandParser& parser, CLI::App& parent) {
+  AddCommand(parser, parent,
+             {"grant", "give a user or group rights, or a user membership in groups",
+              "Examples:\n  oxaqry user grant Sales --right 3 --archive Invoices --channel Finance --config web.json\n"
+              "  oxaqry user grant anna --group Sales --edit Invoices=NE --config web.json"},
+             ChangeGrants, [](CLI::App& command, GrantRequest& request) {
+               request.isGrant = true;
+               AddGrants(command, request);
+             });
+  AddCommand(parser, parent,
+             {"revoke", "revoke a user's or group's own rights; those given by groups stay",
+              "Examples:\n  oxaqry user revoke anna --edit Invoices=E --config web.json\n"
+              "  oxaqry user revoke anna --group Sales --config web.json"},
+             ChangeGrants, AddGrants);
 }
 
-int RevokeFromUser(const Settings& settings, const UserName& user, const Grants& grants, const Output& output) {
-  return ChangeGrants(settings, user, grants, false, output);
-}
-
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

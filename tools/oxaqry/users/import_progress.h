@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <ostream>
 
-#include "tools/oxaqry/commands.h"
+#include "tools/oxaqry/cli/output.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
 class ImportProgress {
  public:
@@ -39,6 +39,6 @@ class ImportProgress {
   bool isShown_ = false;
 };
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_IMPORT_PROGRESS_H_

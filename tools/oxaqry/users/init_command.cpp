@@ -1,26 +1,22 @@
 // The command "user init".
-#include <ostream>
-
-#include "support/text_helpers.h"
 #include "tools/oxaqry/users/commands.h"
+#include "tools/oxaqry/users/lists.h"
 #include "tools/oxaqry/users/schema.h"
-#include "tools/oxaqry/value_json.h"
-#include "values/text_parts.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
-// The statements of a script, one at a time as a driver takes them. No text of the scripts holds a ";".
+// The statements of a script, one at a time as a driver takes them. No text in the scripts holds a ";" or a line that
+// starts with "--".
 std::vector<std::string> Statements(const char* script) {
-  const std::string whole = TextFromUtf8(script);
   std::string text;
-  for (const std::string_view line : Split(whole, '\n')) {
+  for (const std::string& line : SplitText(TextFromUtf8(script), "\n")) {
     if (!line.starts_with("--")) text.append(line).append("\n");
   }
   std::vector<std::string> statements;
-  for (const std::string_view each : Split(text, ';')) {
+  for (const std::string& each : SplitText(text, ";")) {
     const std::size_t start = each.find_first_not_of(" \n");
-    if (start != std::string_view::npos) statements.emplace_back(each.substr(start));
+    if (start != std::string::npos) statements.push_back(each.substr(start));
   }
   return statements;
 }
@@ -35,29 +31,37 @@ std::vector<std::string> Tables(const std::vector<std::string>& statements) {
   return tables;
 }
 
-}  // namespace
-
 int InitUsers(const Settings& settings, bool withSample, const Output& output) {
-  UserDatabase database(settings, UserDatabase::Tables::Any);
+  UserDatabase database(settings);
   const std::vector<std::string> statements = Statements(kUserSchema);
   const std::vector<std::string> sample = withSample ? Statements(kUserSample) : std::vector<std::string>();
   const std::vector<std::string> tables = Tables(statements);
   for (const std::string& table : tables) {
     if (database.HasTable(table)) {
-      throw CommandError("the database has a table \"" + table + "\" already: nothing was changed");
+      throw CommandError("the database already has a table \"" + table + "\": nothing was changed");
     }
   }
   UserTransaction transaction(database);
   for (const std::string& statement : statements) database.Execute(statement);
   for (const std::string& statement : sample) database.Execute(statement);
   transaction.Commit();
-  if (output.json) {
-    output.out << Json{{"tables", tables}, {"sampleRows", sample.size()}}.dump(2) << '\n';
-  } else {
-    output.out << "Made " << tables.size() << " tables\n";
-    if (withSample) output.out << "Added " << sample.size() << " rows of sample definitions\n";
-  }
-  return 0;
+  std::string text = "Created " + std::to_string(tables.size()) + " tables\n";
+  if (withSample) text += "Added " + std::to_string(sample.size()) + " rows of sample definitions\n";
+  return Print(output, {{"tables", tables}, {"sampleRows", sample.size()}}, text);
 }
 
-}  // namespace oxaqrycln
+}  // namespace
+
+void AddInit(CommandParser& parser, CLI::App& parent) {
+  const auto withSample = std::make_shared<bool>(false);
+  parser
+      .AddDatabase(parent, "init", "create the tables in an empty database",
+                   "Examples:\n  oxaqry user init --database 'Driver=SQLite3;Database=/srv/web/users.sqlite'\n"
+                   "  oxaqry user init --sample --config web.json",
+                   [withSample](const Settings& settings, const Output& output) {
+                     return InitUsers(settings, *withSample, output);
+                   })
+      ->add_flag("--sample", *withSample, "also document rights, search rights and outliners for devserver's archive");
+}
+
+}  // namespace oxaqrycln::oxaqry

@@ -1,201 +1,133 @@
 // The commands "user list", "user groups" and "user rights".
 #include <map>
-#include <ostream>
 
-#include "support/text_helpers.h"
-#include "tools/oxaqry/table.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 #include "values/text_parts.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
-using Ids = std::vector<std::int32_t>;
-
-struct ListedUser {
-  std::int32_t id;
-  std::string name;
-  std::string archiveUser;
-  bool mustChange;
-  bool hasPassword;
-};
-
-// Everything that the lists show: the users by name, and who is a member of what.
-struct Directory {
-  explicit Directory(UserDatabase& database) {
-    for (const auto& row : database.Rows("SELECT UserID, UserName, TELOUser, ChangePasswd, CASE WHEN Passwd IS NULL "
-                                         "THEN 0 ELSE 1 END FROM Users ORDER BY UserName, UserID",
-                                         5)) {
-      const bool mustChange = !row[3].IsNull() && row[3].ToLong() != 0;
-      users.push_back({row[0].ToLong(), row[1].ToText(), row[2].ToText(), mustChange, row[4].ToLong() != 0});
-      names[users.back().id] = users.back().name;
-    }
-    for (const auto& row : database.Rows("SELECT UserID, GroupID FROM UserGroups ORDER BY UserID, GroupID", 2)) {
-      groupsOf[row[0].ToLong()].push_back(row[1].ToLong());
-      membersOf[row[1].ToLong()].push_back(row[0].ToLong());
-    }
+// By the ID in one column of the memberships: the names of the users whose IDs are in the other column.
+std::map<std::int32_t, Json> LinkedNames(UserDatabase& database, const std::string& from, const std::string& to) {
+  std::map<std::int32_t, Json> names;
+  for (const auto& row :
+       database.Rows(2, "SELECT Links." + from + ", UserName FROM UserGroups Links, Users WHERE Users.UserID=Links." +
+                            to + " ORDER BY Links." + from + ", Links." + to)) {
+    names[row[0].ToLong()].push_back(ToUtf8(row[1].ToText()));
   }
-
-  bool IsGroup(const ListedUser& user) const { return !user.hasPassword || membersOf.contains(user.id); }
-  std::vector<std::string> Names(const std::map<std::int32_t, Ids>& links, std::int32_t id) const {
-    std::vector<std::string> list;
-    const auto found = links.find(id);
-    if (found == links.end()) return list;
-    for (const std::int32_t each : found->second) {
-      const auto name = names.find(each);
-      if (name != names.end()) list.push_back(name->second);
-    }
-    return list;
-  }
-
-  std::vector<ListedUser> users;
-  std::map<std::int32_t, std::string> names;
-  std::map<std::int32_t, Ids> groupsOf;
-  std::map<std::int32_t, Ids> membersOf;
-};
-
-std::string Joined(const std::vector<std::string>& names) {
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + Printable(name);
-  return text;
+  return names;
 }
 
-Json JsonList(const std::vector<std::string>& texts) {
-  Json list = Json::array();
-  for (const std::string& text : texts) list.push_back(ToUtf8(text));
-  return list;
+Json NamesOf(const std::map<std::int32_t, Json>& names, std::int32_t id) {
+  const auto found = names.find(id);
+  return found == names.end() ? Json::array() : found->second;
 }
 
-Json JsonOf(const Directory& directory, const ListedUser& user, bool isGroup) {
-  Json json{{"userId", user.id}, {"name", ToUtf8(user.name)}};
-  if (isGroup) {
-    json["members"] = JsonList(directory.Names(directory.membersOf, user.id));
-  } else {
-    json["archiveUser"] = user.archiveUser.empty() ? Json(nullptr) : Json(ToUtf8(user.archiveUser));
-    json["mustChangePassword"] = user.mustChange;
-    json["groups"] = JsonList(directory.Names(directory.groupsOf, user.id));
+int ListUsers(UserDatabase& database, const bool& isOfGroups, const Output& output) {
+  const auto members = LinkedNames(database, "GroupID", "UserID");
+  const auto groups = LinkedNames(database, "UserID", "GroupID");
+  Json users = Json::array();
+  for (const auto& row : database.Rows(5,
+                                       "SELECT UserID, UserName, TELOUser, ChangePasswd, CASE WHEN Passwd IS NULL "
+                                       "THEN 0 ELSE 1 END FROM Users ORDER BY UserName, UserID")) {
+    const WebUser user{row[0].ToLong(), row[1].ToText(), row[4].ToLong() != 0, members.contains(row[0].ToLong())};
+    if (user.IsGroup() != isOfGroups) continue;
+    Json json = JsonOf(user);
+    if (isOfGroups) {
+      json["members"] = NamesOf(members, user.id);
+    } else {
+      const std::string account = row[2].ToText();
+      json["archiveUser"] = account.empty() ? Json() : Json(ToUtf8(account));
+      json["mustChangePassword"] = !row[3].IsNull() && row[3].ToLong() != 0;
+      json["groups"] = NamesOf(groups, user.id);
+    }
+    users.push_back(std::move(json));
   }
-  return json;
+  if (isOfGroups)
+    return Print(output, users, TableText(users, {{"ID", "userId"}, {"Group", "name"}, {"Members", "members"}}));
+  return Print(output, users,
+               TableText(users, {{"ID", "userId"},
+                                 {"User", "name"},
+                                 {"Archive user", "archiveUser"},
+                                 {"Must change", "mustChangePassword"},
+                                 {"Groups", "groups"}}));
 }
 
 using ListMethod = Variant (clsQuery::*)(const Variant&, Variant*);
 
-std::string Ask(UserDatabase& database, ListMethod method, std::int32_t id) {
+std::string ReadList(UserDatabase& database, ListMethod method, std::int32_t id) {
   Variant list;
-  if ((database.query().*method)(id, &list).IsEmpty()) database.Fail("the rights cannot be read");
+  database.Checked((database.query().*method)(id, &list), "the rights cannot be read");
   return list.ToText();
 }
 
-// One line "archive[,N][,E][,D]" of the edit rights.
-struct EditRight {
-  std::string archive;
-  std::string letters;
-  bool May(char letter) const { return letters.find(letter) != std::string::npos; }
-};
+int ListGroupsOf(UserDatabase& database, const UserName& name, const Output& output) {
+  const Json groups = TextEntries(ReadList(database, &clsQuery::GetUserGroups, database.User(name).id));
+  std::string text;
+  for (const Json& group : groups) text += ReadableText(group) + '\n';
+  return Print(output, groups, text);
+}
 
-std::vector<EditRight> ReadEditRights(UserDatabase& database, std::int32_t id) {
-  std::vector<EditRight> rights;
-  const std::string text = Ask(database, &clsQuery::GetUserEditRights, id);
-  for (std::string_view line : Split(text, '\n')) {
-    if (line.ends_with('\r')) line.remove_suffix(1);
+// The lines "archive[,N][,E][,D]".
+Json ReadEditRights(UserDatabase& database, std::int32_t id) {
+  Json rights = Json::array();
+  for (std::string& line : SplitText(ReadList(database, &clsQuery::GetUserEditRights, id), "\r\n")) {
     if (line.empty()) continue;
-    EditRight right;
+    std::string letters;
     while (line.size() >= 2 && line[line.size() - 2] == ',') {
-      right.letters.insert(0, 1, line.back());
-      line.remove_suffix(2);
+      letters += line.back();
+      line.resize(line.size() - 2);
     }
-    right.archive = line;
-    rights.push_back(std::move(right));
+    const auto may = [&](char letter) { return letters.find(letter) != std::string::npos; };
+    rights.push_back({{"archive", ToUtf8(line)}, {"new", may('N')}, {"edit", may('E')}, {"delete", may('D')}});
   }
   return rights;
 }
 
-Json JsonOf(const std::vector<EditRight>& rights) {
-  Json list = Json::array();
-  for (const EditRight& right : rights) {
-    list.push_back({{"archive", ToUtf8(right.archive)},
-                    {"new", right.May('N')},
-                    {"edit", right.May('E')},
-                    {"delete", right.May('D')}});
+int ShowRights(UserDatabase& database, const UserName& name, const Output& output) {
+  const WebUser user = database.User(name);
+  Json json = JsonOf(user);
+  json["rights"] = IdEntries(ReadList(database, &clsQuery::GetUserRights, user.id));
+  json["editRights"] = ReadEditRights(database, user.id);
+  json["archives"] = TextEntries(ReadList(database, &clsQuery::GetUserArchives, user.id));
+  json["channels"] = TextEntries(ReadList(database, &clsQuery::GetUserChannels, user.id));
+  Json rows = Json::array();
+  const auto addRows = [&rows](const char* kind, const Json& entries) {
+    for (const Json& entry : entries) rows.push_back({{"kind", kind}, {"entry", entry}});
+  };
+  addRows("right", json["rights"]);
+  for (const Json& edit : json["editRights"]) {
+    Json allowed = Json::array();
+    for (const char* action : {"new", "edit", "delete"}) {
+      if (edit[action] == true) allowed.push_back(action);
+    }
+    if (allowed.empty()) allowed.push_back("nothing");
+    rows.push_back({{"kind", "edit"}, {"entry", edit["archive"]}, {"allowed", std::move(allowed)}});
   }
-  return list;
-}
-
-Json JsonNumbers(const std::vector<std::string>& numbers) {
-  Json list = Json::array();
-  for (const std::string& number : numbers) list.push_back(Variant(number).ToLong());
-  return list;
+  addRows("archive", json["archives"]);
+  addRows("channel", json["channels"]);
+  return Print(output, json, TableText(rows, {{"Kind", "kind"}, {"Entry", "entry"}, {"Allowed", "allowed"}}));
 }
 
 }  // namespace
 
-int ListUsers(const Settings& settings, bool groups, const Output& output) {
-  UserDatabase database(settings);
-  const Directory directory(database);
-  Json json = Json::array();
-  Table table(groups ? std::vector<std::string>{"ID", "Group", "Members"}
-                     : std::vector<std::string>{"ID", "User", "Archive user", "Must change", "Groups"});
-  for (const ListedUser& user : directory.users) {
-    if (directory.IsGroup(user) != groups) continue;
-    if (output.json) {
-      json.push_back(JsonOf(directory, user, groups));
-    } else if (groups) {
-      table.Add({std::to_string(user.id), Printable(user.name), Joined(directory.Names(directory.membersOf, user.id))});
-    } else {
-      table.Add({std::to_string(user.id), Printable(user.name), Printable(user.archiveUser),
-                 user.mustChange ? "yes" : "no", Joined(directory.Names(directory.groupsOf, user.id))});
-    }
-  }
-  if (output.json) {
-    output.out << json.dump(2) << '\n';
-  } else {
-    table.Print(output.out);
-  }
-  return 0;
+void AddListCommands(CommandParser& parser, CLI::App& parent) {
+  AddCommand(parser, parent,
+             {"list", "list the users, or the groups with their members",
+              "Examples:\n  oxaqry user list --config web.json\n  oxaqry user list --groups --json --config web.json"},
+             ListUsers, [](CLI::App& command, bool& isOfGroups) {
+               command.add_flag("--groups", isOfGroups, "list the groups: users that have members or no password");
+             });
+  AddCommand(
+      parser, parent,
+      {"groups", "list the groups that a user is a member of", "Example:\n  oxaqry user groups anna --config web.json"},
+      ListGroupsOf, AddUserName);
+  AddCommand(parser, parent,
+             {"rights", "list the rights of a user, those of the user's groups included",
+              "Example:\n  oxaqry user rights anna --config web.json"},
+             ShowRights, AddUserName);
 }
 
-int ListGroupsOf(const Settings& settings, const UserName& name, const Output& output) {
-  UserDatabase database(settings);
-  const auto groups = ListEntries(Ask(database, &clsQuery::GetUserGroups, database.User(name).id));
-  if (output.json) {
-    output.out << JsonList(groups).dump(2) << '\n';
-    return 0;
-  }
-  for (const std::string& group : groups) output.out << Printable(group) << '\n';
-  return 0;
-}
-
-int ShowRights(const Settings& settings, const UserName& name, const Output& output) {
-  UserDatabase database(settings);
-  const WebUser user = database.User(name);
-  const auto rights = ListEntries(Ask(database, &clsQuery::GetUserRights, user.id));
-  const auto edits = ReadEditRights(database, user.id);
-  const auto archives = ListEntries(Ask(database, &clsQuery::GetUserArchives, user.id));
-  const auto channels = ListEntries(Ask(database, &clsQuery::GetUserChannels, user.id));
-  if (output.json) {
-    output.out
-        << Json{{"userId", user.id},           {"name", ToUtf8(user.name)},      {"rights", JsonNumbers(rights)},
-                {"editRights", JsonOf(edits)}, {"archives", JsonList(archives)}, {"channels", JsonList(channels)}}
-               .dump(2)
-        << '\n';
-    return 0;
-  }
-  Table table({"Kind", "Entry", "Allowed"});
-  for (const std::string& right : rights) table.Add({"right", Printable(right)});
-  for (const EditRight& edit : edits) {
-    std::vector<std::string> allowed;
-    if (edit.May('N')) allowed.emplace_back("new");
-    if (edit.May('E')) allowed.emplace_back("edit");
-    if (edit.May('D')) allowed.emplace_back("delete");
-    table.Add({"edit", Printable(edit.archive), allowed.empty() ? "nothing" : Joined(allowed)});
-  }
-  for (const std::string& archive : archives) table.Add({"archive", Printable(archive)});
-  for (const std::string& channel : channels) table.Add({"channel", Printable(channel)});
-  table.Print(output.out);
-  return 0;
-}
-
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

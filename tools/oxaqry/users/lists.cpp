@@ -1,45 +1,64 @@
 #include "tools/oxaqry/users/lists.h"
 
-#include "tools/oxaqry/settings.h"
+#include "tools/oxaqry/cli/errors.h"
+#include "tools/oxaqry/users/commands.h"
 #include "values/code_page.h"
-#include "values/errors.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
+namespace {
 
-std::vector<std::string> ListEntries(std::string_view list) {
-  std::vector<std::string> entries;
-  if (list.size() < 2) return entries;
+std::vector<std::string> Entries(std::string_view list) {
+  if (list.size() < 2) return {};
   const std::string divider{list.back(), ',', list.front()};
-  const std::string_view inner = list.substr(1, list.size() - 2);
-  for (std::size_t from = 0;;) {
-    const std::size_t end = inner.find(divider, from);
-    entries.emplace_back(inner.substr(from, end - from));
-    if (end == std::string_view::npos) return entries;
-    from = end + divider.size();
-  }
+  return SplitText(list.substr(1, list.size() - 2), divider);
 }
 
-std::vector<std::vector<std::string>> ListLines(std::string_view lines, std::size_t fieldCount) {
-  std::vector<std::vector<std::string>> records;
-  while (!lines.empty()) {
-    const std::size_t end = lines.find("\r\n");
-    records.push_back(ListEntries(lines.substr(0, end)));
-    if (records.back().size() != fieldCount) {
-      throw CommandError(
-          "a text in the web user database holds \"^,^\" or a line end, which divide the lists of pages");
-    }
-    lines.remove_prefix(end == std::string_view::npos ? lines.size() : end + 2);
+}  // namespace
+
+std::vector<std::string> SplitText(std::string_view text, std::string_view separator) {
+  std::vector<std::string> parts;
+  for (std::size_t from = 0;;) {
+    const std::size_t end = text.find(separator, from);
+    parts.emplace_back(text.substr(from, end - from));
+    if (end == std::string_view::npos) return parts;
+    from = end + separator.size();
   }
-  return records;
 }
 
 Json JsonId(const std::string& id) {
-  try {
-    const std::int32_t number = Variant(id).ToLong();
-    if (std::to_string(number) == id) return number;
-  } catch (const RuntimeError&) {  // a text
-  }
-  return ToUtf8(id);
+  const auto number = ParseNumber(id);
+  return number && std::to_string(*number) == id ? Json(*number) : Json(ToUtf8(id));
 }
 
-}  // namespace oxaqrycln
+Json TextEntries(std::string_view list) {
+  Json entries = Json::array();
+  for (const std::string& each : Entries(list)) entries.push_back(ToUtf8(each));
+  return entries;
+}
+
+Json IdEntries(std::string_view list) {
+  Json entries = Json::array();
+  for (const std::string& each : Entries(list)) entries.push_back(JsonId(each));
+  return entries;
+}
+
+Json LineObjects(std::string_view lines, std::size_t idCount, const std::vector<const char*>& members) {
+  Json objects = Json::array();
+  if (lines.ends_with("\r\n")) lines.remove_suffix(2);
+  if (lines.empty()) return objects;
+  for (const std::string& line : SplitText(lines, "\r\n")) {
+    const std::vector<std::string> fields = Entries(line);
+    if (fields.size() != members.size()) {
+      throw CommandError(
+          "a text in the web user database contains \"^,^\" or a line end, which separate entries of lists");
+    }
+    Json object;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      object[members[i]] = i < idCount ? JsonId(fields[i]) : Json(ToUtf8(fields[i]));
+    }
+    objects.push_back(std::move(object));
+  }
+  return objects;
+}
+
+}  // namespace oxaqrycln::oxaqry

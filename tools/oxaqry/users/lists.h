@@ -1,5 +1,4 @@
-// user_lists.h - reads the lists that the component's methods on web users give to pages.
-// Texts are those of the component's code page.
+// lists.h - reads the lists that the component's methods on web users return, which are Windows-1252, as JSON.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_
 
@@ -8,19 +7,23 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 
-// The entries of "^a^,^b^" or "[a],[b]".
-std::vector<std::string> ListEntries(std::string_view list);
-// The lines "^a^,^b^", each ended by CR LF, as their fields. Raises CommandError for a line of another number of
-// fields, as a text with "^,^" or a line end in it makes them.
-std::vector<std::vector<std::string>> ListLines(std::string_view lines, std::size_t fieldCount);
+// The parts of a text between its separators; one empty part for the empty text.
+std::vector<std::string> SplitText(std::string_view text, std::string_view separator);
 
 // An ID as a number, or as text when it is none.
 Json JsonId(const std::string& id);
 
-}  // namespace oxaqrycln
+// The entries of "^a^,^b^" or "[a],[b]" as an array of texts, or of IDs.
+Json TextEntries(std::string_view list);
+Json IdEntries(std::string_view list);
+// The lines "^a^,^b^", each ended by CR LF, as an array of objects with these members; the first ones are IDs. Raises
+// CommandError for a line of another number of fields, which a text with "^,^" or a line end in it produces.
+Json LineObjects(std::string_view lines, std::size_t idCount, const std::vector<const char*>& members);
+
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_LISTS_H_

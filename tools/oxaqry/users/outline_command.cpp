@@ -1,133 +1,131 @@
-#include "tools/oxaqry/users/outline_command.h"
-
-#include <ostream>
-#include <vector>
-
-#include "tools/oxaqry/table.h"
-#include "tools/oxaqry/users/database.h"
+// The command "outline": the outliners of the web user database, their trees, and the searches of their nodes.
+#include "tools/oxaqry/cli/document_name.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
-#include "tools/oxaqry/value_json.h"
 #include "values/code_page.h"
 
-namespace oxaqrycln {
+namespace oxaqrycln::oxaqry {
 namespace {
 
-struct Node {
-  Variant id;
-  Variant level;
-  Variant fieldId;
-  Variant description;
-  Variant dataType;
-  Variant isExpanded;
-  Variant childCount;
-  std::string content;
-  std::vector<Node> children;
+struct OutlineRequest {
+  std::string what;  // CHANNEL/ARCHIVE, or the ID of an outliner
+  std::int32_t depth = 10;
+  std::optional<std::int32_t> node;
 };
 
-// The children of a node and what is below them; the roots for the parent 0.
-std::vector<Node> ReadNodes(UserDatabase& database, std::int32_t outliner, const Variant& parent, std::int32_t depth) {
+// The children of a node, with what is below them down to a number of levels; the roots for the parent 0.
+Json ReadNodes(UserDatabase& database, std::int32_t outliner, std::int32_t parent, std::int32_t depth) {
   clsQuery& query = database.query();
-  const std::int32_t count = query.GetOutlinerContentInit(outliner, parent).ToLong();
-  if (count < 0) database.Fail("the outliner cannot be read");
-  std::vector<Node> nodes(static_cast<std::size_t>(count));
-  for (Node& node : nodes) {
-    node.content = query.GetOutlinerContentNext(&node.id, &node.level, &node.fieldId, &node.description, &node.dataType,
-                                                &node.isExpanded, &node.childCount);
+  const std::int32_t count =
+      database.Checked(query.GetOutlinerContentInit(outliner, parent), "the outliner cannot be read").ToLong();
+  Json nodes = Json::array();
+  for (std::int32_t i = 0; i < count; ++i) {
+    Variant id;
+    Variant level;
+    Variant field;
+    Variant description;
+    Variant dataType;
+    Variant isExpanded;
+    Variant childCount;
+    const std::string content =
+        query.GetOutlinerContentNext(&id, &level, &field, &description, &dataType, &isExpanded, &childCount);
+    nodes.push_back({{"id", id.ToLong()},
+                     {"level", JsonFromValue(level)},
+                     {"field", JsonId(field.ToText())},
+                     {"description", JsonFromValue(description)},
+                     {"dataType", JsonFromValue(dataType)},
+                     {"content", ToUtf8(content)},
+                     {"expanded", isExpanded.ToBoolean()},
+                     {"childCount", childCount.ToLong()},
+                     {"nodes", Json::array()}});
   }
-  for (Node& node : nodes) {
-    if (depth > 1 && node.childCount.ToLong() > 0) node.children = ReadNodes(database, outliner, node.id, depth - 1);
+  // The component holds one list of nodes at a time.
+  for (Json& node : nodes) {
+    if (depth > 1 && node["childCount"] > 0) node["nodes"] = ReadNodes(database, outliner, node["id"], depth - 1);
   }
   return nodes;
 }
 
-Json JsonOf(const std::vector<Node>& nodes) {
-  Json list = Json::array();
-  for (const Node& node : nodes) {
-    list.push_back({{"id", JsonFromValue(node.id)},
-                    {"level", JsonFromValue(node.level)},
-                    {"field", JsonId(node.fieldId.ToText())},
-                    {"description", JsonFromValue(node.description)},
-                    {"dataType", JsonFromValue(node.dataType)},
-                    {"content", ToUtf8(node.content)},
-                    {"expanded", JsonFromValue(node.isExpanded)},
-                    {"childCount", JsonFromValue(node.childCount)},
-                    {"nodes", JsonOf(node.children)}});
-  }
-  return list;
-}
-
-void AddRows(const std::vector<Node>& nodes, std::size_t indentation, Table& table) {
-  for (const Node& node : nodes) {
-    table.Add({node.id.ToText(), std::string(indentation, ' ') + Printable(node.content),
-               Printable(node.description.ToText()), Printable(node.fieldId.ToText()),
-               node.isExpanded.ToBoolean() ? "yes" : "no", node.childCount.ToText()});
-    AddRows(node.children, indentation + 2, table);
+void AddRows(const Json& nodes, std::size_t indentation, Json& rows) {
+  for (Json row : nodes) {
+    const Json children = std::move(row["nodes"]);
+    row["content"].get_ref<std::string&>().insert(0, indentation, ' ');
+    rows.push_back(std::move(row));
+    AddRows(children, indentation + 2, rows);
   }
 }
 
-bool Exists(UserDatabase& database, const std::string& table, std::int32_t id) {
-  return !database.Rows("SELECT ID FROM " + table + " WHERE ID=" + std::to_string(id), 1).empty();
+int ListOutliners(UserDatabase& database, const std::vector<std::string>& archive, const Output& output) {
+  const std::string channelName = database.Entry(archive[0], "the channel");
+  const std::string archiveName = database.Entry(archive[1], "the archive");
+  Variant lines;
+  database.Checked(database.query().GetOutliner(channelName, archiveName, &lines), "the outliners cannot be read");
+  const Json outliners = LineObjects(lines.ToText(), 1, {"id", "name"});
+  return Print(output, {{"channel", archive[0]}, {"archive", archive[1]}, {"outliners", outliners}},
+               TableText(outliners, {{"ID", "id"}, {"Outliner", "name"}}));
+}
+
+int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t depth, const Output& output) {
+  if (!database.Exists("Outliner WHERE ID=?", {outliner})) {
+    throw CommandError("there is no outliner " + std::to_string(outliner) +
+                       ": \"oxaqry outline CHANNEL/ARCHIVE\" lists those of an archive");
+  }
+  const Json nodes = ReadNodes(database, outliner, 0, depth);
+  Json rows = Json::array();
+  AddRows(nodes, 0, rows);
+  return Print(output, {{"outliner", outliner}, {"nodes", nodes}},
+               TableText(rows, {{"ID", "id"},
+                                {"Node", "content"},
+                                {"Description", "description"},
+                                {"Field", "field"},
+                                {"Expanded", "expanded"},
+                                {"Children", "childCount"}}));
+}
+
+int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) {
+  const std::string name = "outliner node " + std::to_string(node);
+  if (!database.Exists("OutlinerContent WHERE ID=?", {node})) throw CommandError("there is no " + name);
+  const std::string expression =
+      database.Checked(database.query().GetOutlinerSearchExpr(node), "the outliner cannot be read").ToText();
+  if (expression.empty()) {
+    throw CommandError("the " + name + " has no search: no level from it up to its root is searched");
+  }
+  return Print(output, {{"node", node}, {"expression", ToUtf8(expression)}}, Printable(expression) + "\n");
+}
+
+int Outline(UserDatabase& database, const OutlineRequest& request, const Output& output) {
+  if (request.node) return ShowSearch(database, *request.node, output);
+  if (const auto outliner = ParseNumber(request.what)) return ShowOutliner(database, *outliner, request.depth, output);
+  const auto parts = SplitName(request.what);
+  if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) {
+    throw UsageError("name an archive as CHANNEL/ARCHIVE, or an outliner by its ID, not \"" + request.what + "\"");
+  }
+  return ListOutliners(database, parts, output);
 }
 
 }  // namespace
 
-int ListOutliners(const Settings& settings, const std::string& channel, const std::string& archive,
-                  const Output& output) {
-  UserDatabase database(settings);
-  const std::string channelName = database.Entry(channel, "the channel");
-  const std::string archiveName = database.Entry(archive, "the archive");
-  Variant lines;
-  if (database.query().GetOutliner(channelName, archiveName, &lines).ToLong() < 0) {
-    database.Fail("the outliners cannot be read");
-  }
-  Json outliners = Json::array();
-  Table table({"ID", "Outliner"});
-  for (const auto& line : ListLines(lines.ToText(), 2)) {
-    outliners.push_back({{"id", JsonId(line[0])}, {"name", ToUtf8(line[1])}});
-    table.Add({Printable(line[0]), Printable(line[1])});
-  }
-  if (output.json) {
-    output.out << Json{{"channel", channel}, {"archive", archive}, {"outliners", outliners}}.dump(2) << '\n';
-  } else {
-    table.Print(output.out);
-  }
-  return 0;
+void AddOutline(CommandParser& parser, CLI::App& parent) {
+  AddCommand(parser, parent,
+             {"outline", "list the outliners of an archive, show the tree of one, or the search of a node",
+              "Examples:\n  oxaqry outline Finance/Invoices --config web.json\n"
+              "  oxaqry outline 1 --depth 2 --config web.json\n"
+              "  oxaqry search \"$(oxaqry outline --expression 3 --config web.json)\" --hosts localhost,2001"},
+             Outline, [](CLI::App& command, OutlineRequest& request) {
+               CLI::Option* const what =
+                   command.add_option("WHAT", request.what, "CHANNEL/ARCHIVE, or the ID of an outliner")->type_name("");
+               CLI::Option* const node =
+                   command.add_option("--expression", request.node, "print the search of the node with this ID")
+                       ->excludes(what)
+                       ->type_name("NODE");
+               command.add_option("--depth", request.depth, "how many levels of the tree to show (default 10)")
+                   ->check(CLI::Validator(CLI::Range(std::int32_t{1}, std::int32_t{100})).description(""))
+                   ->excludes(node)
+                   ->type_name("N");
+               RequireOptions(command, {what, node}, 1,
+                              "name CHANNEL/ARCHIVE, the ID of an outliner, or a node with --expression");
+             });
 }
 
-int ShowOutliner(const Settings& settings, std::int32_t outliner, std::int32_t depth, const Output& output) {
-  UserDatabase database(settings);
-  if (!Exists(database, "Outliner", outliner)) {
-    throw CommandError("there is no outliner " + std::to_string(outliner) +
-                       ": \"oxaqry outline CHANNEL/ARCHIVE\" lists those of an archive");
-  }
-  const std::vector<Node> nodes = ReadNodes(database, outliner, 0, depth);
-  if (output.json) {
-    output.out << Json{{"outliner", outliner}, {"nodes", JsonOf(nodes)}}.dump(2) << '\n';
-    return 0;
-  }
-  Table table({"ID", "Node", "Description", "Field", "Expanded", "Children"});
-  AddRows(nodes, 0, table);
-  table.Print(output.out);
-  return 0;
-}
-
-int ShowOutlinerSearch(const Settings& settings, std::int32_t node, const Output& output) {
-  UserDatabase database(settings);
-  if (!Exists(database, "OutlinerContent", node)) {
-    throw CommandError("there is no outliner node " + std::to_string(node));
-  }
-  const std::string expression = database.query().GetOutlinerSearchExpr(node);
-  if (expression.empty()) {
-    database.CheckMethod("the outliner cannot be read");
-    throw CommandError("the outliner node " + std::to_string(node) +
-                       " stands for no search: no level up to its root is searched, or its parents form a circle");
-  }
-  if (output.json) {
-    output.out << Json{{"node", node}, {"expression", ToUtf8(expression)}}.dump(2) << '\n';
-  } else {
-    output.out << Printable(expression) << '\n';
-  }
-  return 0;
-}
-
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

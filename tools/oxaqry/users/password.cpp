@@ -2,51 +2,42 @@
 
 #include <istream>
 
-#include "values/code_page.h"
+#include "tools/oxaqry/cli/errors.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln {
-namespace {
+namespace oxaqrycln::oxaqry {
 
-// What a column of encoded passwords holds, at two digits a character.
-constexpr std::size_t kMostCharacters = 500;
-
-std::string InCodePage(const std::string& utf8) {
-  auto text = FromUtf8(utf8);
-  if (!text) throw CommandError("the password holds a character that has no place in the code page Windows-1252");
-  return *std::move(text);
-}
-
-}  // namespace
-
-std::string AskPassword(const PasswordSource& source, const std::string& question, const Output& output) {
+std::string AskPassword(const PasswordSource& source, const std::string& prompt, const Output& output) {
+  std::string line;
   if (source.isInput) {
-    std::string line;
     if (!std::getline(output.in, line)) throw CommandError("standard input has no further line for a password");
     if (line.ends_with('\r')) line.pop_back();
-    return InCodePage(line);
+  } else {
+    if (!output.terminals.in) throw UsageError("there is no terminal to ask for a password: give --password-stdin");
+    line = ReadHiddenLine(prompt + ": ");
   }
-  if (!output.terminals.in) throw UsageError("there is no terminal to ask on: give --password-stdin");
-  return InCodePage(ReadHiddenLine(question + ": ", output.err));
+  return TextFromUtf8(line);
 }
 
 std::string AskNewPassword(clsQuery& query, const PasswordSource& source, const std::string& what,
                            const Output& output) {
   std::string password = AskPassword(source, "New " + what, output);
-  CheckPassword(query, password, "the " + what);
-  if (!source.isInput && AskPassword(source, "The same again", output) != password) {
-    throw CommandError("the two passwords are not the same");
+  RequireStorable(query, password, "the " + what);
+  if (!source.isInput && AskPassword(source, "Repeat the " + what, output) != password) {
+    throw CommandError("the two passwords differ");
   }
   return password;
 }
 
-void CheckPassword(clsQuery& query, const std::string& password, const std::string& what) {
+void RequireStorable(clsQuery& query, const std::string& password, const std::string& what) {
+  constexpr std::size_t kMostCharacters = 500;  // a column for encoded passwords has two digits a character
   if (password.empty()) throw CommandError(what + " is empty");
-  if (password.find('\0') != std::string::npos) throw CommandError(what + " holds a NUL");
+  if (password.find('\0') != std::string::npos) throw CommandError(what + " contains a NUL");
   if (password.size() > kMostCharacters || query.Decode(query.Encode(password)) != password) {
     throw CommandError(what +
-                       " cannot be kept: the encoding loses a character whose code and position come to 174 or more. "
-                       "Take a shorter one of plain letters, digits and signs");
+                       " cannot be stored: the encoding loses a character whose code plus position is 174 or more. "
+                       "Choose a shorter one of plain letters, digits and signs");
   }
 }
 
-}  // namespace oxaqrycln
+}  // namespace oxaqrycln::oxaqry

@@ -3,7 +3,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::AllOf;
@@ -17,7 +17,7 @@ TEST_P(UserAccountCommands, InitMakesTheTablesOfAnEmptyDatabaseOnly) {
   const UserTestDatabase database(GetParam(), false);
   EXPECT_THAT(database.User({"list"}).err, HasSubstr("\"oxaqry user init\""));
   database.Run("CREATE TABLE Outliner (ID INTEGER)");
-  EXPECT_THAT(database.User({"init"}).err, HasSubstr("\"Outliner\" already"));
+  EXPECT_THAT(database.User({"init"}).err, HasSubstr("already has a table \"Outliner\""));
   EXPECT_ANY_THROW(database.Count("Users"));
   // One that fails half way.
   database.Run("DROP TABLE Outliner; CREATE TABLE Other (ID INTEGER); CREATE INDEX UserGroupsByGroup ON Other (ID)");
@@ -135,7 +135,7 @@ TEST_P(UserAccountCommands, WhatTheDatabaseCannotTakeIsRefusedBeforehand) {
            Case{"archive", {"grant", "anna", "--archive", injection}, "", "single quote"},
            Case{"edit rights", {"grant", "anna", "--edit", injection + "=N"}, "", "single quote"},
            Case{"explained channel", {"explain", "anna", "--channel", injection}, "", "single quote"},
-           Case{"divider of lists", {"grant", "anna", "--channel", "a^,^b"}, "", "divide the lists"},
+           Case{"divider of lists", {"grant", "anna", "--channel", "a^,^b"}, "", "separate the entries"},
            Case{"control character", {"add", "an\tna", "--group"}, "", "control character"},
            Case{"empty name", {"add", "", "--group"}, "", "name is empty"},
            Case{"empty archive user", {"add", "x", "--archive-user", "", typed}, "a\nb\n", "archive user is empty"},
@@ -201,4 +201,4 @@ TEST_P(UserAccountCommands, NoErrorTellsThePasswordOfTheConnection) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

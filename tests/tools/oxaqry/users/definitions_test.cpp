@@ -2,7 +2,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::HasSubstr;
@@ -27,7 +27,7 @@ class SampleDatabase : public UserTestDatabase {
 
 TEST_P(DefinitionCommands, InitAddsTheSampleOnlyWhenToldTo) {
   const UserTestDatabase plain(GetParam(), false);
-  EXPECT_EQ(plain.User({"init"}).out, "Made 17 tables\n");
+  EXPECT_EQ(plain.User({"init"}).out, "Created 17 tables\n");
   EXPECT_EQ(plain.Count("DocRights") + plain.Count("Outliner"), 0);
 }
 
@@ -69,8 +69,8 @@ TEST_P(DefinitionCommands, RefuseDefinitionsThatDoNotExistAndNamesThatDivideList
            Case{{"grant", "anna", "--doc-right", "1 OR 1=1"}, 2, "whole number"},
            Case{{"doc-rights", "bert", "Finance/Invoices"}, 1, "there is no user \"bert\""},
            Case{{"doc-rights", "anna", "Finance"}, 2, "CHANNEL/ARCHIVE"},
-           Case{{"doc-rights", "anna", "Fin'ance/Invoices"}, 1, "the channel holds a single quote"},
-           Case{{"search-rights", "anna", "Finance/In^voices"}, 1, "the archive holds \"^\""},
+           Case{{"doc-rights", "anna", "Fin'ance/Invoices"}, 1, "the channel contains a single quote"},
+           Case{{"search-rights", "anna", "Finance/In^voices"}, 1, "the archive contains \"^\""},
            Case{{"search-rights", "anna", "Finance/\n"}, 1, "control character"},
        }) {
     ExpectError(database.User(arguments), status, message);
@@ -86,7 +86,7 @@ TEST_P(DefinitionCommands, TellTextsThatBreakTheListsOfPages) {
                  "'; UPDATE Outliner SET DisplayName='" + value + "'");
     for (const ToolRun& run : {database.User({"doc-rights", "anna", "a/b"}),
                                database.User({"search-rights", "anna", "a/b"}), database.Outline({"a/b"})}) {
-      ExpectError(run, 1, "holds \"^,^\" or a line end");
+      ExpectError(run, 1, "contains \"^,^\" or a line end");
     }
   }
 }
@@ -125,8 +125,8 @@ TEST_P(DefinitionCommands, OutlinePrintsTheSearchOfANode) {
   database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");
   using Case = std::tuple<std::vector<std::string>, int, const char*>;
   for (const auto& [arguments, status, message] : {
-           Case{{"--expression", "7"}, 1, "stands for no search"},
-           Case{{"--expression", "2"}, 1, "parents form a circle"},
+           Case{{"--expression", "7"}, 1, "has no search"},
+           Case{{"--expression", "2"}, 1, "parents of outliner node 2 form a circle"},
            Case{{"--expression", "99"}, 1, "there is no outliner node 99"},
            Case{{"99"}, 1, "there is no outliner 99"},
            Case{{"99999999999"}, 2, "or an outliner by its ID"},
@@ -142,4 +142,4 @@ TEST_P(DefinitionCommands, OutlinePrintsTheSearchOfANode) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

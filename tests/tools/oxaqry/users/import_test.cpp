@@ -2,7 +2,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using UserImport = OnDatabase;
@@ -43,31 +43,33 @@ TEST_P(UserImport, NamesTheLineOfWhatIsWrongAndWritesNothing) {
   for (const auto& [name, csv, message] : {
            Case{"nothing", "", "no header line"},
            Case{"unknown column", "name,password,colour\n", "line 1: column 3 is unknown"},
-           Case{"column twice", "name,password,name\n", "line 1: the column \"name\" stands there twice"},
-           Case{"column missing", "name,groups\n", "line 1: the columns \"name\" and \"password\" are needed"},
+           Case{"column twice", "name,password,name\n", "line 1: the column \"name\" occurs twice"},
+           Case{"column missing", "name,groups\n", "line 1: the columns \"name\" and \"password\" are required"},
            Case{"field missing", "name,password\nbert,pw\ncara\n", "line 3: the number of fields is 1 instead of 2"},
            Case{"field too many", "name,password\nbert,pw,x\n", "line 2: the number of fields is 3 instead of 2"},
            Case{"no name", "name,password\nbert,pw\n,pw\n", "line 3: the name is empty"},
            Case{"no password", "name,password\nbert,\n", "line 2: the password is empty"},
-           Case{"loss in the encoding", loss, "line 3: the password cannot be kept"},
+           Case{"loss in the encoding", loss, "line 3: the password cannot be stored"},
            Case{"no UTF-8", "name,password\nbert,pw\nca\xFFra,pw\n", "line 3: "},
            Case{"injection", "name,password\nbert,pw\n\"x'); DELETE FROM Users; --\",pw\n",
-                "line 3: the name holds a single"},
-           Case{"name in the file twice", "name,password\nbert,pw\nbert,pw\n", "line 3: the name \"bert\" stands"},
-           Case{"known name", "name,password\nbert,pw\nanna,pw\n", "line 3: there is a user \"anna\" already"},
+                "line 3: the name contains a single quote"},
+           Case{"name in the file twice", "name,password\nbert,pw\nbert,pw\n",
+                "line 3: the name \"bert\" occurs twice"},
+           Case{"known name", "name,password\nbert,pw\nanna,pw\n", "line 3: there already is a user \"anna\""},
            Case{"unknown group", "name,password,groups\nbert,pw,Sales\n", "line 2: there is no group \"Sales\""},
-           Case{"empty group", "name,password,groups\nbert,pw,;\n", "line 2: the list of groups holds an empty name"},
+           Case{"empty group", "name,password,groups\nbert,pw,;\n",
+                "line 2: the list of groups contains an empty name"},
            Case{"user for a group", "name,password,groups\nbert,pw,anna\n", "line 2: there is no group \"anna\""},
            Case{"archive password alone", "name,password,archive_password\nbert,pw,x\n",
                 "line 2: there is an archive password"},
            Case{"archive user alone", "name,password,archive_user\nbert,pw,W\n",
                 "line 2: the archive password is empty"},
-           Case{"quote inside", "name,password\nbert,p\"w\n", "line 2: a quote stands inside"},
-           Case{"text behind a quote", "name,password\n\"bert\"x,pw\n", "line 2: behind a closing quote"},
+           Case{"quote inside", "name,password\nbert,p\"w\n", "line 2: a field contains a quote"},
+           Case{"text behind a quote", "name,password\n\"bert\"x,pw\n", "line 2: a closing quote is not followed by"},
            Case{"quote without an end", "name,password\nbert,pw\n\"cara,pw\ndirk,pw\n",
-                "line 3: a quoted field has no end"},
+                "line 3: a quoted field has no closing quote"},
            Case{"line behind one of two", "name,password\n\"be\nrt\",pw\n",
-                "line 2: the name holds a control character"},
+                "line 2: the name contains a control character"},
            Case{"error behind a field of two lines", "password,name\n\"p\nw\",bert\npw\n",
                 "line 4: the number of fields is 1"},
        }) {
@@ -93,4 +95,4 @@ TEST_P(UserImport, IsUndoneWhenTheDatabaseRefusesARow) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

@@ -9,9 +9,9 @@
 
 #include "tests/support/test_database.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/oxaqry/value_json.h"
+#include "tools/oxaqry/cli/value_json.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 
 // With the tables of the schema unless told otherwise.
 class UserTestDatabase : public TestDatabase {
@@ -42,6 +42,6 @@ inline void ExpectError(const ToolRun& run, int status, const std::string& messa
   EXPECT_EQ(run.out, "");
 }
 
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_

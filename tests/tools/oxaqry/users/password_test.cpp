@@ -9,7 +9,7 @@
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
 
-namespace oxaqrycln::testing {
+namespace oxaqrycln::oxaqry {
 namespace {
 
 using ::testing::HasSubstr;
@@ -93,9 +93,9 @@ TEST(UserPassword, IsTypedTwiceAndNotShown) {
   const UserTestDatabase database(Kind::Sqlite);
   AtTerminal run(database, {"add", "anna", "--archive-user", "WEB"});
   run.Answer("New password: ", "s3cret\n");
-  run.Answer("The same again: ", "s3cret\n");
+  run.Answer("Repeat the password: ", "s3cret\n");
   run.Answer("New archive password: ", "\u00A3x\n");
-  run.Answer("The same again: ", "\u00A3x\n");
+  run.Answer("Repeat the archive password: ", "\u00A3x\n");
   EXPECT_TRUE(run.Awaits("Added the user anna")) << run.shown();
   EXPECT_TRUE(run.Echoes());
   EXPECT_EQ(run.Status(), 0);
@@ -114,9 +114,9 @@ TEST(UserPassword, OfTwoFormsChangesNothing) {
   database.Must({"add", "anna", "--password-stdin"}, "old\n");
   AtTerminal run(database, {"passwd", "anna"});
   run.Answer("New password: ", "one\n");
-  run.Answer("The same again: ", "two\n");
+  run.Answer("Repeat the password: ", "two\n");
   EXPECT_EQ(run.Status(), 1);
-  EXPECT_THAT(run.shown(), HasSubstr("not the same"));
+  EXPECT_THAT(run.shown(), HasSubstr("passwords differ"));
   EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "old\n").status, 0);
 }
 
@@ -132,4 +132,4 @@ TEST(UserPassword, AnInterruptOrAQuitGivesTheTerminalBack) {
 }
 
 }  // namespace
-}  // namespace oxaqrycln::testing
+}  // namespace oxaqrycln::oxaqry

@@ -1,0 +1,191 @@
+#include "tools/oxaqry/documents/document_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "tests/tools/oxaqry/scripted_archive.h"
+
+namespace oxaqrycln::oxaqry {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr const char* kInformation =
+    "^Mail^,^Inbox^,^7^,^2^,^123^,^01.02.2026^,^03.02.2026^,^Oak shelves^,^2^,^1^,^0^,^1^";
+
+std::string SegmentLine(const std::string& index, const std::string& name, const std::string& text) {
+  return "^Mail^,^Inbox^,^7^,^2^,^" + index + "^,^16^,^" + name + "^,^9^,^1^,^0^,^txt^,^1^,^Text^,^^,^0^,^L^,^0^,^" +
+         text;
+}
+
+// A document whose text holds a hit over two lines, and what could drive a terminal.
+std::map<std::string, ScriptedArchive::Reply> OakShelves() {
+  return {{"GetDocumentInfo", ScriptedArchive::Lines({kInformation})},
+          {"GetSegments",
+           [](Peer& peer, const Fields& fields, auto&) {
+             peer.Send(Answer({"1", SegmentLine("1", "text", "two " + fields[6] + "oak"),
+                               "shelves" + fields[7] + ", \x1B[2J please^", SegmentLine("2", "K\xE4se", "plain^")}));
+           }},
+          {"GetNotes", ScriptedArchive::Lines({"mia,16.11.2026", "^Called,", "answered^"})}};
+}
+
+TEST(ShowCommand, MarksHitsOnATerminalOnly) {
+  const std::string unmarked = "two oak\nshelves, \uFFFD[2J please\n";
+  const std::string marked = "two \x1B[1;7moak\x1B[0m\n\x1B[1;7mshelves\x1B[0m, \uFFFD[2J please\n";
+  const std::string ownMarks = "two <oak\nshelves>, \uFFFD[2J please\n";
+  struct Case {
+    const char* name;
+    std::vector<std::string> options;
+    Terminals terminals;
+    std::map<std::string, std::string> environment;
+    std::string shown;
+  };
+  for (const Case& each :
+       {Case{"no terminal", {}, {}, {}, unmarked}, Case{"terminal", {}, {.out = true}, {}, marked},
+        Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, unmarked},
+        Case{"empty NO_COLOR", {}, {.out = true}, {{"NO_COLOR", ""}}, marked},
+        Case{"marks of one's own", {"--mark-on", "<", "--mark-off", ">"}, {.out = true}, {}, ownMarks}}) {
+    SCOPED_TRACE(each.name);
+    ScriptedArchive archive(OakShelves());
+    const ToolRun run = archive.Run(Joined({"show", "Mail/Inbox/7/2", "--query", "oak"}, each.options), "",
+                                    each.terminals, each.environment);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_THAT(run.out, HasSubstr("\n--- Segment 1: text ---\n" + each.shown));
+    EXPECT_THAT(run.out, HasSubstr("\n--- Segment 2: Käse ---\nplain\n"));
+    EXPECT_THAT(run.out, HasSubstr("\n--- Note 1 ---\nmia,16.11.2026,Called,\nanswered\n"));
+  }
+}
+
+TEST(ShowCommand, TellsEverythingAsOneDocument) {
+  ScriptedArchive archive(OakShelves());
+  const ToolRun run = archive.Run({"show", "Mail/Inbox/7", "--json"}, "", {.out = true});
+  const Json document = Json::parse(run.out, nullptr, false);
+  EXPECT_EQ(document["name"], "Mail/Inbox/7/2");
+  EXPECT_EQ(document["title"], "Oak shelves");
+  EXPECT_EQ(document["length"], 123);
+  EXPECT_EQ(document["fileFields"], 1);
+  ASSERT_EQ(document["segments"].size(), 2U) << run.err;
+  EXPECT_EQ(document["segments"][0]["text"], "two oak\nshelves, \x1B[2J please");
+  EXPECT_EQ(document["segments"][1]["index"], 2);
+  EXPECT_EQ(document["notes"], (Json{"mia,16.11.2026,Called,\r\nanswered"}));
+}
+
+TEST(ShowCommand, FailsOnWhatCannotBeRead) {
+  auto replies = OakShelves();
+  replies["GetSegments"] = ScriptedArchive::Lines({"0", "^Mail^,^Inbox^,^7^"});
+  ScriptedArchive malformed(replies);
+  const ToolRun run = malformed.Run({"show", "Mail/Inbox/7"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: segment 1 of the document is malformed"));
+
+  ScriptedArchive unknown({{"GetDocumentInfo", ScriptedArchive::Error("There is no document '8'")}});
+  EXPECT_EQ(unknown.Run({"show", "Mail/Inbox/8"}).err, "oxaqry: There is no document '8'\n");
+}
+
+TEST(NoteCommands, SendTheNoteWithNetworkLineEnds) {
+  ScriptedArchive archive({{"WriteNote", ScriptedArchive::Lines({})}});
+  EXPECT_EQ(archive.Run({"note", "add", "Mail/Inbox/7", "Käse"}).status, 0);
+  EXPECT_EQ(archive.Run({"note", "add", "Mail/Inbox/7", "-"}, "one\ntwo\r\n\n").status, 0);
+  EXPECT_THAT(archive.Commands(),
+              ElementsAre("WriteNote|Mail|Inbox|7||K\xE4se|\r\n", "WriteNote|Mail|Inbox|7||one\r\ntwo|\r\n"));
+  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", std::string(8001, 'x')}).err, HasSubstr("8001 characters"));
+  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", "a^,^b"}).err, HasSubstr("divides the fields"));
+  EXPECT_EQ(archive.Commands().size(), 2U);
+}
+
+TEST(MaskCommand, ListsMasksWithTheirFields) {
+  ScriptedArchive archive(
+      {{"GetMasks", ScriptedArchive::Lines({"@Letter", "^1^,^20^,^L^,^Customer^,^1^,^^,^0^,^a;b^", "@Empty"})}});
+  const ToolRun table = archive.Run({"masks", "Mail", "Inbox"});
+  EXPECT_THAT(table.out, HasSubstr("\nLetter  1    20     L      Customer  1 "));
+  EXPECT_THAT(table.out, HasSubstr("\nEmpty\n"));
+  const Json masks = Json::parse(archive.Run({"masks", "Mail/Inbox", "--json"}).out, nullptr, false)["masks"];
+  EXPECT_EQ(masks[0]["fields"][0]["list"], "a;b");
+  EXPECT_EQ(masks[1], (Json{{"mask", "Empty"}, {"fields", Json::array()}}));
+}
+
+// Keeps what the import file held when the server was asked.
+struct Importing {
+  std::string content;
+  std::string path;
+  std::map<std::string, ScriptedArchive::Reply> Replies(const std::string& identifier) {
+    const auto keep = [this, identifier](Peer& peer, const Fields& fields, const TemporaryDirectory& blobs) {
+      path = fields[1];
+      content = blobs.Read(path.substr(path.rfind('\\') + 1));
+      peer.Send(Answer({identifier}));
+    };
+    return {
+        {"CreateDocument", keep}, {"EditDocument", keep}, {"GetDocumentInfo", ScriptedArchive::Lines({kInformation})}};
+  }
+};
+
+TEST(CreateCommand, HandsTheImportFileOverAndDeletesIt) {
+  Importing importing;
+  ScriptedArchive archive(importing.Replies("1301,1"));
+  const std::vector<std::string> create{"create", "--channel", "Büro", "--archive",  "A", "--title", "Grüße", "--field",
+                                        "1:7",    "--field",   "2:9",  "--contents", "-"};
+  const ToolRun run = archive.Run(create, "\xEF\xBB\xBFKäse\n");
+  EXPECT_EQ(run.out, "Created Büro/A/1301/1\n") << run.err;
+  EXPECT_EQ(importing.content,
+            "@DB,$(#B\xFCro)\\A\r\n@FOLDER,FT:Gr\xFC\xDF"
+            "e,1:7,2:9\r\nK\xE4se\n\r\n");
+  EXPECT_THAT(importing.path, ::testing::StartsWith("D:\\blobs\\oxaqry-"));
+  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+
+  const auto raw = Joined(create, {"--charset", "UTF8", "--import-file", archive.blobs.File("kept"), "--json"});
+  EXPECT_EQ(Json::parse(archive.Run(raw, "Käse中").out, nullptr, false),
+            Json::parse(R"({"name":"Büro/A/1301/1","idVersion":"1301,1"})"));
+  EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
+  EXPECT_EQ(importing.path, "D:\\blobs\\kept");
+  EXPECT_EQ(archive.blobs.Read("kept"), importing.content);
+  EXPECT_THAT(archive.Run(raw, "again").err, HasSubstr("exists"));
+  EXPECT_THAT(archive.Run(create, "中").err, HasSubstr("give --charset"));
+  EXPECT_EQ(archive.Commands().size(), 2U);
+}
+
+TEST(CreateCommand, LeavesNothingWhenTheServerRefuses) {
+  ScriptedArchive archive({{"CreateDocument", ScriptedArchive::Error("No rights")}});
+  for (const std::vector<std::string>& more :
+       {std::vector<std::string>{}, {"--import-file", archive.blobs.File("i")}}) {
+    const std::vector<std::string> create{"create",  "--channel", "M",          "--archive", "A",
+                                          "--title", "t",         "--contents", "-"};
+    EXPECT_EQ(archive.Run(Joined(create, more)).err, "oxaqry: No rights\n");
+    EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+  }
+}
+
+TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
+  Importing importing;
+  ScriptedArchive archive(importing.Replies("7,3"));
+  EXPECT_EQ(archive.Run({"edit", "Mail/Inbox/7/2", "--contents", "-"}).out, "New version Mail/Inbox/7/3\n");
+  EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:Oak shelves\r\n"));
+  EXPECT_EQ(archive.Run({"edit", "Mail/Inbox/7/2", "--contents", "-", "--title", "New"}).status, 0);
+  EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:New\r\n"));
+  EXPECT_EQ(archive.Commands().back(), "EditDocument|" + importing.path + "|7,2");
+  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+  EXPECT_EQ(archive.Run({"edit", "a/b/1", "--contents", "-", "--field", "17"}).status, 2);
+}
+
+TEST(DeleteCommand, AsksOnATerminal) {
+  using Case = std::tuple<const char*, const char*, bool>;
+  for (const auto& [name, input, isDeleted] : {Case{"yes", "y\n", true}, Case{"no", "n\n", false},
+                                               Case{"a mere return", "\n", false}, Case{"end of input", "", false}}) {
+    SCOPED_TRACE(name);
+    ScriptedArchive archive(
+        {{"DeleteDocument", ScriptedArchive::Lines({})}, {"DeleteNotes", ScriptedArchive::Lines({})}});
+    const ToolRun one = archive.Run({"delete", "Mail/Inbox/7/2"}, input, {.in = true});
+    const ToolRun notes = archive.Run({"note", "delete", "Mail/Inbox/7"}, input, {.in = true});
+    EXPECT_EQ(one.status, isDeleted ? 0 : 1);
+    EXPECT_EQ(notes.status, isDeleted ? 0 : 1);
+    EXPECT_THAT(one.err, HasSubstr("Delete Mail/Inbox/7/2? [y/N]"));
+    const std::vector<std::string> commands{"DeleteDocument|Mail|Inbox|7|2", "DeleteNotes|Mail|Inbox|7|"};
+    EXPECT_EQ(archive.Commands(), isDeleted ? commands : std::vector<std::string>{});
+  }
+}
+
+}  // namespace
+}  // namespace oxaqrycln::oxaqry

@@ -1,0 +1,203 @@
+#include "tools/oxaqry/transfers/transfer_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <tuple>
+
+#include "tests/tools/oxaqry/scripted_archive.h"
+
+namespace oxaqrycln::oxaqry {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+TEST(FetchCommand, MovesTheContentThatWasAskedFor) {
+  using Case = std::tuple<const char*, std::vector<std::string>, std::string>;
+  for (const auto& [name, options, command] :
+       {Case{"nothing said", {}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
+        Case{"first", {"--first"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
+        Case{"first of an extension", {"--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
+        Case{"segment", {"--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
+        Case{"print", {"--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
+        Case{"pages", {"--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"}}) {
+    SCOPED_TRACE(name);
+    ScriptedArchive archive({{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")}});
+    const TemporaryDirectory target;
+    const ToolRun run = archive.Run(Joined({"fetch", "M/A/7/2", "-o", target.path()}, options));
+    EXPECT_EQ(run.out, "Fetched " + target.File("scan 1.tif") + " (7 bytes)\n") << run.err;
+    EXPECT_THAT(archive.Commands(), ElementsAre(command));
+    EXPECT_EQ(target.Read("scan 1.tif"), "content");
+    EXPECT_THAT(NamesIn(target.path()), ElementsAre("scan 1.tif"));
+    EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+  }
+}
+
+TEST(FetchCommand, OverwritesOnlyWhenForced) {
+  ScriptedArchive archive({{"GetSegmentFirstBLOB", ScriptedArchive::Puts("f.tif", "new")}});
+  const TemporaryDirectory target;
+  target.Write("f.tif", "old");
+  EXPECT_THAT(archive.Run({"fetch", "M/A/7", "-o", target.path()}).err, HasSubstr("exists: give --force"));
+  EXPECT_EQ(target.Read("f.tif"), "old");
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", target.File("f.tif")}).status, 1);
+  EXPECT_EQ(archive.Commands().size(), 1U) << "a name known to be taken needs no request";
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", target.path(), "--force"}).status, 0);
+  EXPECT_EQ(target.Read("f.tif"), "new");
+  EXPECT_THAT(NamesIn(target.path()), ElementsAre("f.tif"));
+
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", target.File("second"), "--keep"}).status, 0);
+  EXPECT_EQ(archive.blobs.Read("f.tif"), "new");
+
+  // Where it is fetched into the blob directory itself it stays there.
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", archive.blobs.path()}).status, 0);
+  EXPECT_EQ(archive.blobs.Read("f.tif"), "new");
+}
+
+TEST(FetchCommand, TellsWhatIsWrongWithTheContent) {
+  using Case = std::tuple<const char*, std::vector<std::string>, const char*>;
+  for (const auto& [name, answer, message] :
+       {Case{"none", {"0"}, "no such content"}, Case{"not there", {"3", "x.tif"}, "is not there"},
+        Case{"wrong length", {"3", "there.tif"}, "has 4 bytes instead of 3"},
+        Case{"a name that drives a terminal", {"3", "a\x9D.tif"}, "no plain file name"},
+        Case{"no name", {"3", "D:\\blobs\\.."}, "gave no usable answer"}}) {
+    SCOPED_TRACE(name);
+    ScriptedArchive archive({{"GetSegmentData", ScriptedArchive::Lines(answer)}});
+    archive.blobs.Write("there.tif", "four");
+    const TemporaryDirectory target;
+    const ToolRun run = archive.Run({"fetch", "M/A/7", "--segment", "1", "-o", target.path()});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr(message));
+    EXPECT_THAT(NamesIn(target.path()), IsEmpty());
+    EXPECT_TRUE(archive.blobs.Has("there.tif")) << "it is somebody else's";
+  }
+}
+
+TEST(TransferCommand, ReceivesIntoTheBlobDirectoryOrElsewhere) {
+  ScriptedArchive archive({{"TransferBLOB", ScriptedArchive::Sends("content")}});
+  EXPECT_EQ(archive.Run({"transfer", "D:\\any\\scan.tif", "--size", "7"}).out,
+            "Received " + archive.blobs.File("scan.tif") + " (7 bytes)\n");
+  EXPECT_THAT(archive.Commands(), ElementsAre("TransferBLOB|D:\\blobs\\scan.tif"));
+  EXPECT_EQ(archive.blobs.Read("scan.tif"), "content");
+
+  archive.blobs.Write("scan.tif", "old");
+  EXPECT_THAT(archive.Run({"transfer", "scan.tif", "--size", "7"}).err, HasSubstr("exists"));
+  const TemporaryDirectory target;
+  const ToolRun run = archive.Run({"transfer", "scan.tif", "--size", "7", "-o", target.File("t"), "--json"});
+  EXPECT_EQ(Json::parse(run.out, nullptr, false), (Json{{"file", target.File("t")}, {"bytes", 7}})) << run.err;
+  EXPECT_EQ(target.Read("t"), "content");
+  EXPECT_EQ(archive.blobs.Read("scan.tif"), "old");
+  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "7", "--force"}).status, 0);
+  EXPECT_EQ(archive.blobs.Read("scan.tif"), "content");
+  EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("scan.tif"));
+  EXPECT_THAT(NamesIn(target.path()), ElementsAre("t"));
+}
+
+TEST(TransferCommand, LeavesNothingOfAFileThatIsCut) {
+  ScriptedArchive archive({{"TransferBLOB", ScriptedArchive::Sends("half")}});
+  archive.closesFirst = true;
+  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "8"}).status, 1);
+  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+}
+
+TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {
+  const TemporaryDirectory source;
+  source.Write("Käse.txt", "cheese");
+  using Case = std::tuple<const char*, std::string, bool, bool>;
+  for (const auto& [name, answer, isThere, isSuccess] :
+       {Case{"elsewhere", Answer({}), false, true}, Case{"refused", Framed("Status: No\r\n"), false, false},
+        Case{"in the blob directory", Answer({}), true, true},
+        Case{"there and refused", Framed("Status: No\r\n"), true, false}}) {
+    SCOPED_TRACE(name);
+    std::string sent;
+    const auto takes = [&sent, &reply = answer](Peer& peer, const Fields&, auto&) {
+      sent = peer.ReadBytes(6);
+      peer.Send(reply);
+    };
+    ScriptedArchive archive({{"UploadFile", takes}});
+    if (isThere) archive.blobs.Write("Käse.txt", "cheese");
+    const ToolRun run =
+        archive.Run({"upload", isThere ? archive.blobs.File("Käse.txt") : source.File("Käse.txt"), "--json"});
+    EXPECT_EQ(run.status, isSuccess ? 0 : 1) << run.err;
+    EXPECT_EQ(sent, "cheese");
+    EXPECT_THAT(NamesIn(archive.blobs.path()).size(), isThere || isSuccess ? 1 : 0);
+    EXPECT_THAT(archive.Commands(), ElementsAre("UploadFile|D:\\blobs|K\xE4se.txt|6"));
+  }
+}
+
+TEST(UploadCommand, GetsOnWithADirectoryThatTheServerShares) {
+  const TemporaryDirectory source;
+  source.Write("f.txt", "content");
+  ScriptedArchive archive({{"UploadFile", [](Peer& peer, const Fields& fields, const TemporaryDirectory& blobs) {
+                              blobs.Write(fields[2], peer.ReadBytes(7));
+                              peer.Send(Answer({}));
+                            }}});
+  EXPECT_EQ(archive.Run({"upload", source.File("f.txt")}).status, 0);
+  EXPECT_EQ(archive.blobs.Read("f.txt"), "content");
+  EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("f.txt"));
+  EXPECT_THAT(archive.Run({"upload", source.File("f.txt")}).err, HasSubstr("exists"));
+  EXPECT_THAT(archive.Run({"upload", source.File("none")}).err, HasSubstr("there is no file"));
+  EXPECT_EQ(archive.Commands().size(), 1U);
+}
+
+TEST(TransferCommands, EndInOrderWhenInterrupted) {
+  const TemporaryDirectory source;
+  source.Write("f.txt", "content");
+  using Case = std::tuple<const char*, int, std::vector<std::string>>;
+  for (const auto& [command, signal, arguments] :
+       {Case{"TransferBLOB", SIGINT, {"transfer", "x", "--size", "100"}},
+        Case{"GetSegmentFirstBLOB", SIGTERM, {"fetch", "M/A/7", "-o", source.path()}},
+        Case{"UploadFile", SIGTERM, {"upload", source.File("f.txt")}},
+        Case{"CreateDocument",
+             SIGINT,
+             {"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", source.File("f.txt")}}}) {
+    SCOPED_TRACE(command);
+    const auto interrupts = [&number = signal](Peer& peer, const Fields& fields, auto&) {
+      if (fields[0] == "TransferBLOB") peer.Send("some bytes");
+      kill(getpid(), number);
+    };
+    ScriptedArchive archive({{command, interrupts}});
+    const auto start = std::chrono::steady_clock::now();
+    const ToolRun run = archive.Run(arguments);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8)) << "not the end of the time-out";
+    EXPECT_EQ(run.status, 128 + signal);
+    EXPECT_THAT(run.out + run.err, IsEmpty());
+    EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+    EXPECT_THAT(NamesIn(source.path()), ElementsAre("f.txt"));
+  }
+}
+
+TEST(TransferCommands, ShowHowFarTheyAreOnATerminalOnly) {
+  const std::string half(500000, 'x');
+  ScriptedArchive archive({{"TransferBLOB", [&](Peer& peer, const Fields&, auto&) {
+                              peer.Send(half);
+                              peer.Pause(600);
+                              peer.Send(half);
+                            }}});
+  const std::vector<std::string> arguments{"transfer", "x", "--size", "1000000", "--force"};
+  const ToolRun run = archive.Run(arguments, "", {.err = true});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("\rx  [############............]  500.0 kB of 1.0 MB"));
+  EXPECT_TRUE(run.err.ends_with("\r\x1B[K"));
+  EXPECT_THAT(archive.Run(arguments).err, IsEmpty());
+
+  // More than what the machine takes at once.
+  constexpr std::size_t kSize = 40000000;
+  const TemporaryDirectory source;
+  source.Write("f.bin", std::string(kSize, 'x'));
+  ScriptedArchive upload({{"UploadFile", [](Peer& peer, const Fields&, auto&) {
+                             peer.Pause(600);
+                             peer.ReadBytes(kSize);
+                             peer.Send(Answer({}));
+                           }}});
+  const ToolRun sent = upload.Run({"upload", source.File("f.bin")}, "", {.err = true});
+  EXPECT_EQ(sent.status, 0) << sent.err;
+  EXPECT_THAT(sent.err, ::testing::ContainsRegex("f.bin  .#+[.]+.  [0-9.]+ MB of 40.0 MB"));
+}
+
+}  // namespace
+}  // namespace oxaqrycln::oxaqry

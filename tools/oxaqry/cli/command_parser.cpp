@@ -1,0 +1,205 @@
+#include "tools/oxaqry/cli/command_parser.h"
+
+#include <istream>
+
+#include "component/version.h"
+#include "platform/database/connection_string.h"
+#include "tools/oxaqry/cli/input.h"
+#include "values/code_page.h"
+#include "values/errors.h"
+
+namespace oxaqrycln::oxaqry {
+namespace {
+
+constexpr const char* kSettingsGroup = "Settings";
+constexpr const char* kDatabase = "--database";
+constexpr const char* kClosing =
+    "Settings come from --config FILE, then from the environment (OXAQRY_REMOTE_HOSTS, OXAQRY_USER,\n"
+    "OXAQRY_PASSWORD, ...), then from options; the later wins. The manual page oxaqry(1) lists them all.\n"
+    "A document is named CHANNEL/ARCHIVE/DOCUMENT[/VERSION], the first four columns of a hit list.\n\n"
+    "Examples:\n"
+    "  oxaqry channels --hosts localhost,2001 --user webuser --password-file ~/.archive-password\n"
+    "  oxaqry search 'invoice AND 2026' --max 20 --config archive.json\n"
+    "  oxaqry show Mail/Inbox/1262 --query invoice --config archive.json\n"
+    "  oxaqry COMMAND --help";
+
+// An option's value can be read by everybody on the machine.
+bool HoldsPassword(const std::string& connectionString) {
+  try {
+    return !ConnectionPasswords(connectionString).empty();
+  } catch (const RuntimeError&) {
+    return false;  // told when the database is opened
+  }
+}
+
+std::string RefusePassword(const std::string& connectionString) {
+  if (!HoldsPassword(connectionString)) return {};
+  return "a password in an option can be read by everybody: give OXAQRY_DATABASE, or strDBConnect in --config";
+}
+
+}  // namespace
+
+CommandParser::CommandParser(RunEnvironment environment)
+    : environment_(std::move(environment)), app_("Searches a document archive through its query servers.", "oxaqry") {
+  app_.set_version_flag("--version", std::string("oxaqry ") + kVersionText);
+  app_.require_subcommand(1);
+  app_.footer(kClosing);
+}
+
+Output CommandParser::MakeOutput() const {
+  const char* const noColor = environment_.environment("NO_COLOR");
+  const bool wantsColor = noColor == nullptr || *noColor == '\0';
+  return {environment_.out,       json_,
+          environment_.in,        environment_.err,
+          environment_.terminals, wantsColor && environment_.terminals.out};
+}
+
+CLI::App* CommandParser::AddPlain(const char* name, const char* description, const char* examples, Command action) {
+  CLI::App* const command = app_.add_subcommand(name, description);
+  command->footer(examples);
+  command->callback(
+      [this, action = std::move(action)] { run_ = [this, action] { return action(Settings(), MakeOutput()); }; });
+  return command;
+}
+
+CLI::App* CommandParser::AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples,
+                                  Command action) {
+  CLI::App* const command = AddWithSettings(parent, name, description, examples, std::move(action));
+  AddSettings(*command);
+  return command;
+}
+
+CLI::App* CommandParser::AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
+                                     Command action) {
+  CLI::App* const command = AddWithSettings(parent, name, description, examples, std::move(action));
+  AddDatabaseSettings(*command);
+  return command;
+}
+
+CLI::App* CommandParser::AddWithSettings(CLI::App& parent, const char* name, const char* description,
+                                         const char* examples, Command action) {
+  CLI::App* const command = parent.add_subcommand(name, description);
+  command->footer(examples);
+  command->callback([this, command, action = std::move(action)] {
+    run_ = [this, command, action] { return action(ReadSettings(*command), MakeOutput()); };
+  });
+  return command;
+}
+
+CLI::App* CommandParser::AddGroup(const char* name, const char* description, const char* examples) {
+  CLI::App* const group = app_.add_subcommand(name, description);
+  group->footer(examples);
+  group->require_subcommand(1);
+  return group;
+}
+
+CLI::Option* CommandParser::AddJson(CLI::App& command, const char* description) {
+  return command.add_flag("--json", json_, description);
+}
+
+void CommandParser::AddSettings(CLI::App& command) {
+  AddJson(command, "print one JSON document instead of a table");
+  command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
+      ->type_name("FILE")
+      ->group(kSettingsGroup);
+  for (const SettingEntry& entry : SettingEntries()) {
+    if (entry.option[0] == '\0') continue;
+    command.add_option(entry.option, options_[entry.variable], entry.meaning)
+        ->type_name("VALUE")
+        ->group(kSettingsGroup);
+  }
+  CLI::Option* const file =
+      command.add_option("--password-file", passwordPath_, "file whose first line is the archive account's password")
+          ->type_name("FILE")
+          ->group(kSettingsGroup);
+  command.add_flag("--password-stdin", passwordFromInput_, "read that password from the first line of standard input")
+      ->excludes(file)
+      ->group(kSettingsGroup);
+}
+
+void CommandParser::AddDatabaseSettings(CLI::App& command) {
+  AddJson(command, "print one JSON document instead of a table");
+  command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
+      ->type_name("FILE")
+      ->group(kSettingsGroup);
+  command
+      .add_option(kDatabase, options_["strDBConnect"],
+                  "connection string of the web user database, if it holds no password")
+      ->check(CLI::Validator(RefusePassword, ""))
+      ->type_name("VALUE")
+      ->group(kSettingsGroup);
+  for (const SettingEntry& entry : SettingEntries()) {
+    const std::string_view option = entry.option;
+    if (option != "--log-dir" && option != "--session") continue;
+    command.add_option(entry.option, options_[entry.variable], entry.meaning)
+        ->type_name("VALUE")
+        ->group(kSettingsGroup);
+  }
+}
+
+Settings CommandParser::ReadSettings(const CLI::App& command) {
+  Settings settings;
+  const char* const configured = environment_.environment("OXAQRY_CONFIG");
+  if (configPath_.empty() && configured != nullptr) configPath_ = configured;
+  if (!configPath_.empty()) settings.ReadConfig(configPath_);
+  settings.ReadEnvironment(environment_.environment);
+  for (const SettingEntry& entry : SettingEntries()) {
+    const CLI::Option* const option = entry.option[0] == '\0' ? nullptr : command.get_option_no_throw(entry.option);
+    if (option != nullptr && option->count() > 0) {
+      SetFromOption(settings, entry);
+    }
+  }
+  const CLI::Option* const database = command.get_option_no_throw(kDatabase);
+  if (database != nullptr && database->count() > 0) SetFromOption(settings, {"strDBConnect", "", kDatabase, ""});
+  if (!passwordPath_.empty()) {
+    settings.Set("strTELOPwd", ReadFirstLine(passwordPath_, "password file"), "--password-file");
+  }
+  if (passwordFromInput_) {
+    std::string password;
+    if (!std::getline(environment_.in, password)) throw CommandError("standard input holds no password");
+    if (password.ends_with('\r')) password.pop_back();
+    settings.Set("strTELOPwd", password, "--password-stdin");
+  }
+  return settings;
+}
+
+// What is wrong with an option is wrong usage.
+void CommandParser::SetFromOption(Settings& settings, const SettingEntry& entry) {
+  try {
+    settings.Set(entry.variable, options_[entry.variable], entry.option);
+  } catch (const CommandError& why) {
+    throw UsageError(why.what());
+  }
+}
+
+void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments) {
+  command.add_option("CHANNEL", arguments.channel, "the channel; CHANNEL/ARCHIVE names the archive too")
+      ->required()
+      ->type_name("");
+  CLI::Option* const archive =
+      command.add_option("ARCHIVE", arguments.archive, "the archive in that channel")->type_name("");
+  command.parse_complete_callback([archive, &arguments] {
+    if (archive->count() > 0) return;
+    auto parts = SplitName(arguments.channel);
+    if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) {
+      throw CLI::ValidationError("ARCHIVE", "name an archive as CHANNEL/ARCHIVE or CHANNEL ARCHIVE");
+    }
+    arguments.channel = std::move(parts[0]);
+    arguments.archive = std::move(parts[1]);
+  });
+}
+
+void AddDocumentArgument(CLI::App& command, DocumentName& document) {
+  const auto assign = [&document](const std::string& text) {
+    const auto name = ParseDocumentName(text);
+    if (!name) {
+      throw CLI::ValidationError("DOC", "name a document as CHANNEL/ARCHIVE/DOCUMENT[/VERSION], not \"" + text + "\"");
+    }
+    document = *name;
+  };
+  command.add_option_function<std::string>("DOC", assign, "the document, CHANNEL/ARCHIVE/DOCUMENT[/VERSION]")
+      ->required()
+      ->type_name("");
+}
+
+}  // namespace oxaqrycln::oxaqry

@@ -1,0 +1,61 @@
+#include "tools/oxaqry/cli/document_name.h"
+
+#include <algorithm>
+
+namespace oxaqrycln::oxaqry {
+namespace {
+
+std::string Resolved(std::string_view part) {
+  std::string text;
+  for (std::size_t i = 0; i < part.size(); ++i) {
+    const std::string_view code = part.substr(i, 3);
+    if (code == "%25" || code == "%2F" || code == "%2f") {
+      text += code == "%25" ? '%' : '/';
+      i += 2;
+    } else {
+      text += part[i];
+    }
+  }
+  return text;
+}
+
+std::string Escaped(std::string_view part) {
+  std::string text;
+  for (const char character : part) {
+    if (character == '/') {
+      text += "%2F";
+    } else if (character == '%') {
+      text += "%25";
+    } else {
+      text += character;
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+std::vector<std::string> SplitName(std::string_view text) {
+  std::vector<std::string> parts;
+  for (std::size_t from = 0;;) {
+    const std::size_t end = text.find('/', from);
+    parts.push_back(Resolved(text.substr(from, end - from)));
+    if (end == std::string_view::npos) return parts;
+    from = end + 1;
+  }
+}
+
+std::optional<DocumentName> ParseDocumentName(std::string_view text) {
+  std::vector<std::string> parts = SplitName(text);
+  if (parts.size() < 3 || parts.size() > 4 || std::ranges::any_of(parts, &std::string::empty)) return std::nullopt;
+  parts.resize(4);
+  return DocumentName{parts[0], parts[1], parts[2], parts[3]};
+}
+
+std::string ToText(const DocumentName& name) {
+  std::string text = Escaped(name.channel) + "/" + Escaped(name.archive) + "/" + Escaped(name.document);
+  if (!name.version.empty()) text += "/" + Escaped(name.version);
+  return text;
+}
+
+}  // namespace oxaqrycln::oxaqry

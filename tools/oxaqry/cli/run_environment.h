@@ -1,0 +1,28 @@
+// environment.h - what a run of oxaqry has around it: streams, terminals, environment.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
+
+#include <iosfwd>
+
+#include "tools/oxaqry/cli/settings.h"
+
+namespace oxaqrycln::oxaqry {
+
+// Which of the streams a person sits at.
+struct Terminals {
+  bool in = false;
+  bool out = false;
+  bool err = false;
+};
+
+struct RunEnvironment {
+  std::istream& in;
+  std::ostream& out;
+  std::ostream& err;
+  Settings::Environment environment;
+  Terminals terminals = {};
+};
+
+}  // namespace oxaqrycln::oxaqry
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_

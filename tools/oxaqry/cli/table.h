@@ -1,0 +1,35 @@
+// table.h - prints records as aligned columns for people.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_TABLE_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_CLI_TABLE_H_
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace oxaqrycln::oxaqry {
+
+// Component text as UTF-8 for a terminal: control characters, which could drive it, become U+FFFD.
+std::string Printable(std::string_view text);
+// Whether it holds no control character.
+bool IsPrintable(std::string_view text);
+
+// A text of several lines for a terminal, each line as by Printable.
+std::string PrintableLines(std::string_view text);
+
+class Table {
+ public:
+  // Titles and cells are UTF-8 whose characters are each one column wide, as all of Windows-1252 are.
+  explicit Table(std::vector<std::string> titles) : titles_(std::move(titles)) {}
+  // Missing cells are empty; cells without a title get an untitled column.
+  void Add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+  void Print(std::ostream& out) const;
+
+ private:
+  std::vector<std::string> titles_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+}  // namespace oxaqrycln::oxaqry
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_CLI_TABLE_H_

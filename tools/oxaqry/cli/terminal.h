@@ -1,0 +1,13 @@
+// terminal.h - whether a person sits at the standard streams.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_TERMINAL_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_CLI_TERMINAL_H_
+
+#include "tools/oxaqry/cli/run_environment.h"
+
+namespace oxaqrycln::oxaqry {
+
+Terminals StandardTerminals() noexcept;
+
+}  // namespace oxaqrycln::oxaqry
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_CLI_TERMINAL_H_
