@@ -19,7 +19,7 @@ std::string_view Variant::TypeName() const noexcept {
   return kNames[value_.index()];
 }
 
-void Variant::BecomeText(std::string_view text) {
+void Variant::AssignText(std::string_view text) {
   if (auto* const held = std::get_if<std::string>(&value_)) {
     held->assign(text);
   } else {
@@ -31,7 +31,7 @@ void Variant::AppendText(std::string_view text) {
   if (auto* const held = std::get_if<std::string>(&value_)) {
     held->append(text);
   } else {
-    BecomeText(ToText().append(text));
+    AssignText(ToText().append(text));
   }
 }
 
@@ -39,14 +39,6 @@ std::string_view Variant::TextView(std::string& scratch) const {
   if (const auto* text = std::get_if<std::string>(&value_)) return *text;
   scratch = ToText();
   return scratch;
-}
-
-std::string_view Variant::ByteView() const {
-  if (const auto* text = std::get_if<std::string>(&value_)) return *text;
-  if (const auto* bytes = std::get_if<Bytes>(&value_)) {
-    return {reinterpret_cast<const char*>(bytes->data()), bytes->size()};
-  }
-  throw RuntimeError(error::kTypeMismatch);
 }
 
 Variant::ObjectRef Variant::ToObject() const {

@@ -8,11 +8,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
 #include "values/date_time.h"
-#include "values/short_copy.h"
 
 namespace oxaqrycln {
 
@@ -77,21 +77,11 @@ class Variant {
   // The same without a copy for a String: the view is of this value or of scratch, and as short-lived as they are.
   std::string_view TextView(std::string& scratch) const;
 
-  // The bytes of a ByteArray, or of a String; raises Type mismatch for any other type.
-  std::string_view ByteView() const;
   // The object referred to; raises Type mismatch for another type and Object variable not set for no object.
   ObjectRef ToObject() const;
 
-  // Makes this a String of the text; reuses the memory of a String that stood here.
-  void AssignText(std::string_view text) {
-    auto* const held = std::get_if<std::string>(&value_);
-    if (held != nullptr && held->size() == text.size()) {  // as in most columns of a list, row for row
-      CopyShort(held->data(), text.data(), text.size());
-    } else {
-      BecomeText(text);
-    }
-  }
-
+  // Makes this a String of the text; reuses the memory of a String that it held.
+  void AssignText(std::string_view text);
   // Adds to the end of a String; Empty becomes the text. Raises as ToText does for any other type.
   void AppendText(std::string_view text);
 
@@ -99,8 +89,6 @@ class Variant {
   friend bool operator==(const Variant& left, const Variant& right) noexcept;
 
  private:
-  void BecomeText(std::string_view text);
-
   struct NullType {};
   // In the order of Type.
   std::variant<std::monostate, NullType, MissingType, bool, std::uint8_t, std::int16_t, std::int32_t, double, DateTime,

@@ -12,21 +12,6 @@ namespace {
 
 using testing::ErrorOf;
 
-TEST(Variant, TakesATextOverOneOfAnyLength) {
-  std::string text;
-  for (std::size_t length = 0; length < 40; ++length) {
-    text += static_cast<char>('a' + length % 26);
-    for (const std::size_t former : {length + 1, length, std::size_t{0}, std::size_t{50}}) {
-      Variant value = std::string(former, '?');
-      value.AssignText(text);
-      EXPECT_EQ(value, Variant(text)) << former;
-    }
-    std::string shifted = text + "!";
-    CopyShort(shifted.data() + 1, shifted.data(), text.size());
-    EXPECT_EQ(shifted, text.substr(0, 1) + text);
-  }
-}
-
 TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
   struct Case {
     const char* text;
