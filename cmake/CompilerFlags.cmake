@@ -1,11 +1,11 @@
-# The flags every target of this project is compiled and linked with: oxaqrycln_flags.
-# Also oxaqrycln_layer(), which declares one layer.
+# oxaqrycln_flags: the flags that every target of this project is compiled and linked with.
+# oxaqrycln_layer(): declares one layer.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-# The static library may become part of a shared one, which then exports nothing of it.
+# A shared library that the static one is linked into must not export its symbols.
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -20,7 +20,7 @@ target_compile_options(oxaqrycln_flags INTERFACE
   -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wimplicit-fallthrough -Werror)
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
-  # g++ 12 reports overlapping copies in "text" + std::string that do not overlap.
+  # g++ 12 wrongly reports overlapping copies in "text" + std::string.
   target_compile_options(oxaqrycln_flags INTERFACE -Wno-restrict)
   target_compile_definitions(oxaqrycln_flags INTERFACE _FORTIFY_SOURCE=3 _GLIBCXX_ASSERTIONS)
   target_compile_options(oxaqrycln_flags INTERFACE
@@ -30,13 +30,13 @@ endif()
 
 set(OXAQRYCLN_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
 if(OXAQRYCLN_SANITIZE)
-  # g++ 12 sees uninitialised members of std::function where the sanitizers' own code stands between.
+  # With the sanitizers' instrumentation g++ 12 wrongly reports uninitialised members of std::function.
   target_compile_options(oxaqrycln_flags INTERFACE
     -fsanitize=${OXAQRYCLN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-maybe-uninitialized)
   target_link_options(oxaqrycln_flags INTERFACE -fsanitize=${OXAQRYCLN_SANITIZE})
 endif()
 
-option(OXAQRYCLN_COVERAGE "Count the lines that run" OFF)
+option(OXAQRYCLN_COVERAGE "Count the executed lines" OFF)
 if(OXAQRYCLN_COVERAGE)
   target_compile_options(oxaqrycln_flags INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(oxaqrycln_flags INTERFACE --coverage)
@@ -49,8 +49,8 @@ endif()
 
 # oxaqrycln_layer(FOLDER [OF library] SOURCES a.cpp ... NEEDS folder ...)
 # One layer: the sources of a folder, listed by hand, and what its files may include besides the folder's own headers:
-# other folders, single headers, or "public" for every header that is installed. tests/source_rules/check_sources.py reads these
-# lists and refuses any other include. The objects become part of the library, oxaqrycln where none is named.
+# other folders, single headers, or "public" for every installed header. tests/source_rules/check_sources.py reads these
+# lists and reports any other include. The objects become part of the library; the default is oxaqrycln.
 function(oxaqrycln_layer folder)
   cmake_parse_arguments(PARSE_ARGV 1 layer "" "OF" "SOURCES;NEEDS")
   string(REPLACE "/" "_" name ${folder})

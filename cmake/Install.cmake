@@ -1,10 +1,10 @@
-# What cmake --install puts where: the library, public headers, the CMake package, the pkg-config file, documents.
+# Installs the library, public headers, the CMake package, the pkg-config file and documents.
 # Each tool installs itself, with its manual page and completions.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS oxaqrycln EXPORT oxaqrycln)
 
-# The headers that a page author needs, included as "component/clsQuery.h". Every other header is internal.
+# The headers for page authors, who include them as "component/clsQuery.h". Every other header is internal.
 set(public_headers
   component/clsQuery.h
   component/objects.h
@@ -27,7 +27,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cm
 install(FILES ${PROJECT_BINARY_DIR}/oxaqryclnConfig.cmake ${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cmake
   DESTINATION ${package_directory})
 
-# The .pc file finds its prefix from its own place, so that the installed tree may be moved as a whole.
+# The .pc file derives its prefix from its own location, so that the installed tree may be moved as a whole.
 set(pc_directory ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${pc_directory} OUTPUT_VARIABLE pc_to_prefix)
 foreach(directory LIBDIR INCLUDEDIR)

@@ -1,7 +1,7 @@
-# The library from the objects of every layer; installation and the CMake package.
+# The library, made of the objects of every layer, and its installation.
 get_property(objects GLOBAL PROPERTY OXAQRYCLN_OBJECTS_oxaqrycln)
 add_library(oxaqrycln STATIC ${objects})
-# What the database and the ciphers use.
+# Used by the database and the ciphers.
 set(needed_libraries odbc gcrypt gpg-error)
 foreach(library IN LISTS needed_libraries)
   find_library(OXAQRYCLN_${library}_LIBRARY ${library} REQUIRED)

@@ -1,6 +1,6 @@
-"""coverage_report.py BUILD - the line coverage of a build made with --coverage, from gcov's own reports.
+"""coverage_report.py BUILD - prints the line coverage of a build made with --coverage, from gcov's reports.
 
-A line counts as run when any program of the build ran it.
+A line counts as executed if any program of the build executed it.
 """
 import json
 import subprocess
@@ -8,11 +8,11 @@ import sys
 from collections import defaultdict
 from pathlib import Path
 
-SHIPPED = ("archive", "automation", "component", "platform", "tools", "transport", "userdb")
+SHIPPED = ("archive", "automation", "component", "platform", "support", "tools", "transport", "userdb", "values")
 
 
 def read_lines(build, root):
-    """For each shipped file, by its path: whether each line that holds code was run."""
+    """For each shipped file, by its path: whether each line with code was executed."""
     files = defaultdict(dict)
     for counts in sorted(build.rglob("*.gcda")):
         reports = subprocess.run(["gcov", "--json-format", "--stdout", counts.name], cwd=counts.parent, check=True,
@@ -32,7 +32,7 @@ def main():
     files = read_lines(Path(sys.argv[1]).resolve(), Path(__file__).resolve().parent.parent)
     rows = [(sum(lines.values()), len(lines), path) for path, lines in files.items() if lines]
     if not rows:
-        sys.exit("coverage: the build holds no counts")
+        sys.exit("coverage: the build has no execution counts; run its tests first")
     rows.sort(key=lambda row: row[0] / row[1])
     rows.append((sum(row[0] for row in rows), sum(row[1] for row in rows), "all"))
     for run, total, path in rows:

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# lib.sh - what the scripts share: the project's root, messages, packages, builds. To be sourced, not run.
-# Leaves the caller in the project's root.
-# shellcheck disable=SC2034  # what it sets is for the scripts
+# lib.sh - shared by the scripts: the project's root, messages, packages, builds. To be sourced, not run.
+# Changes to the project's root.
+# shellcheck disable=SC2034  # its variables are used by the scripts
 
 set -euo pipefail
 
@@ -11,19 +11,19 @@ readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev li
   libcli11-dev libsqlitecpp-dev libtiff-dev libhpdf-dev unixodbc-dev libgcrypt20-dev libbsd-dev libsqliteodbc python3)
 readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils)
 
-# A line of progress.
+# Prints a line of progress.
 say() { printf '==> %s\n' "$*"; }
 
-# An error that ends the script.
+# Prints an error and ends the script.
 fail() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
   exit 1
 }
 
-# The comment block at the top of the calling script is its help.
+# Prints the comment block at the top of the calling script, which is its help.
 show_help() { sed -n '2,/^$/s/^# \{0,1\}//p' "$PROJECT_ROOT/scripts/${0##*/}"; }
 
-# Runs a command as root, without asking anything where nobody could answer.
+# Runs a command as root; asks for a password only on a terminal and outside continuous integration.
 as_root() {
   if [[ $(id -u) -eq 0 ]]; then
     "$@"
@@ -38,32 +38,32 @@ apt_get() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y -o DPkg::L
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
 
-# Whether the package lists of this machine know a package.
+# Whether a package is in the package lists of this machine.
 is_known() { apt-cache policy "$1" 2>/dev/null | grep -q 'Candidate: [^(]'; }
 
-# Installs the Debian packages among the arguments that are missing, and only those.
+# Installs those of the given Debian packages that are missing.
 need_packages() {
-  command -v dpkg-query >/dev/null || fail "this machine has no Debian packages; install by hand: $*"
+  command -v dpkg-query >/dev/null || fail "this is not a Debian system; install these packages by hand: $*"
   local package missing=() unknown=()
   for package in "$@"; do
     is_installed "$package" || missing+=("$package")
   done
   [[ ${#missing[@]} -gt 0 ]] || return 0
   if [[ $(id -u) -ne 0 ]] && ! command -v sudo >/dev/null; then
-    fail "packages are missing, and this is neither root nor is there sudo; as root: apt-get install ${missing[*]}"
+    fail "packages are missing, and there is no sudo; run as root: apt-get install ${missing[*]}"
   fi
   say "Installing ${missing[*]}"
   for package in "${missing[@]}"; do
     is_known "$package" || unknown+=("$package")
   done
   [[ ${#unknown[@]} -eq 0 ]] || apt_get update || fail "apt-get update failed"
-  # Lists that have grown old name files that are gone.
+  # Outdated package lists name files that no longer exist, so the second try updates them first.
   apt_get install --no-install-recommends "${missing[@]}" >/dev/null ||
     { apt_get update && apt_get install --no-install-recommends "${missing[@]}" >/dev/null; } ||
     fail "apt-get could not install ${missing[*]}"
 }
 
-# What the tests need besides: the programs of a PostgreSQL server, but no server of this machine's own.
+# Installs what the tests need in addition: the programs of a PostgreSQL server, without a server for the whole machine.
 need_test_packages() {
   if ! is_installed postgresql && ! is_installed postgresql-common; then
     as_root mkdir -p /etc/postgresql-common/createcluster.d
@@ -73,7 +73,7 @@ need_test_packages() {
   need_packages "${TEST_PACKAGES[@]}"
 }
 
-# build PRESET [TARGET ...]: configures when that was not done yet, then builds all or the targets.
+# build PRESET [TARGET ...]: configures if that has not been done yet, then builds everything or the targets.
 build() {
   local preset=$1 targets=()
   shift
@@ -81,7 +81,7 @@ build() {
   local configured=build/$preset/.configured
   if [[ ! -f $configured || CMakePresets.json -nt $configured ]]; then
     say "Configuring build/$preset"
-    # A cache without a build file comes from a configuration that failed.
+    # A cache without a build file is left over from a failed configuration.
     [[ -f build/$preset/build.ninja ]] || rm -f "build/$preset/CMakeCache.txt"
     cmake --preset "$preset" </dev/null && touch "$configured" || return 1
   fi
