@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Reads the description of the component's interface and makes from it what is asked for:
+"""Reads the description of the component's interface and generates the requested files from it:
 
     automation/describe_interface.py [--record] [--cpp FILE] [--markdown FILE] [--man FILE]
 
-    --record         give each member without a number the next free one, in automation/interface_numbers.txt
+    --record         record the next free number for each member without one, in automation/interface_numbers.txt
     --cpp FILE       write the method table that the build compiles
     --markdown FILE  write docs/methods.md
     --man FILE       write docs/oxaqrycln.3
 
 Without an option it only checks the description. An error is one line "FILE:LINE: what is wrong; what is expected".
 
-interface_header.py reads component/clsQuery.h and defines the data, interface_outputs.py makes the texts. A program
-that makes another text of the data imports load().
+interface_header.py reads component/clsQuery.h and defines the data, interface_outputs.py generates the texts. A program
+that generates another text from the data imports load().
 """
 import argparse
 import re
@@ -31,22 +31,22 @@ def read_header_file():
 
 
 def read_numbers_file():
-    """Empty before the first recording."""
+    """The content of the file; empty if it does not exist yet."""
     return (ROOT / NUMBERS).read_text(encoding="utf-8") if (ROOT / NUMBERS).exists() else ""
 
 
 def read_numbers(text):
-    """The recorded names in the order of their numbers, which count from 1: a line "NUMBER NAME" each."""
+    """The recorded names in the order of their numbers, from 1. Each line is "NUMBER NAME"."""
     names = []
     for line, content in enumerate(text.splitlines(), 1):
         found = re.fullmatch(r"(\d+) (\w+)", content)
         if not found:
             raise DescriptionError(f'{NUMBERS}:{line}: not a record; expected "{line} NAME"')
         if int(found[1]) != line:
-            raise DescriptionError(f"{NUMBERS}:{line}: {found[2]} has the number {found[1]}; expected {line}: a number "
-                                   "that was recorded is never changed, removed or given twice")
+            raise DescriptionError(f"{NUMBERS}:{line}: {found[2]} has the number {found[1]}; expected {line}: a recorded "
+                                   "number is never changed, removed or assigned twice")
         if found[2].lower() in (name.lower() for name in names):
-            raise DescriptionError(f"{NUMBERS}:{line}: {found[2]} is recorded twice; expected one number for a member")
+            raise DescriptionError(f"{NUMBERS}:{line}: {found[2]} is recorded twice; expected one number for each member")
         names.append(found[2])
     return names
 
@@ -63,7 +63,7 @@ def set_numbers(interface, recorded):
 
 
 def load(header_text=None, numbers_text=None):
-    """The checked Interface, by default that of the source tree."""
+    """The checked Interface; by default of the source tree."""
     interface = read_header(header_text or read_header_file())
     numbers = read_numbers_file() if numbers_text is None else numbers_text
     for member in set_numbers(interface, read_numbers(numbers)):
@@ -73,7 +73,7 @@ def load(header_text=None, numbers_text=None):
 
 
 def with_records(header_text, numbers_text):
-    """The text of the numbers with those of new members added."""
+    """The text of the numbers file with the numbers of new members added."""
     recorded = read_numbers(numbers_text)
     new = set_numbers(read_header(header_text), recorded)
     return "".join(f"{number} {name}\n" for number, name in enumerate([*recorded, *(each.name for each in new)], 1))

@@ -1,6 +1,7 @@
 """The description of the component's interface, read from component/clsQuery.h by a strict grammar.
 
-Whatever does not follow the grammar is a DescriptionError "component/clsQuery.h:LINE: what is wrong; what is expected".
+Anything that does not follow the grammar is a DescriptionError "component/clsQuery.h:LINE: what is wrong; what is
+expected".
 The grammar, line by line:
 
     header      = ..., DOCUMENTATION, "class clsQuery {", " public:", {special}, group, {group}, " private:", ...
@@ -12,13 +13,13 @@ The grammar, line by line:
     parameter   = "const Variant& NAME"             an input
                 | "Variant& NAME"                   a value that is read and replaced
                 | "const Variant& NAME = Missing"   an optional input
-                | "Variant* NAME = nullptr"         an optional output; the optional ones stand last
+                | "Variant* NAME = nullptr"         an optional output; the optional parameters come last
 
-DOCUMENTATION is a comment block directly above what it documents, TEXT one that a blank line follows: it concerns the
-members below it in the group. In both a line "//" separates paragraphs; a paragraph that begins with "- " is an item
-of a list, and its further lines are indented by two blanks. A method whose documentation begins with "Write-only
-property:" is one, which is assigned instead of called: it has no result and one input. All names differ in more than
-letter case.
+DOCUMENTATION is a comment block directly above the declaration that it documents. TEXT is a comment block followed by a
+blank line; it applies to the members below it in the group. In both, a line "//" separates paragraphs; a paragraph that
+begins with "- " is an item of a list, and its further lines are indented by two blanks. A method whose documentation
+begins with "Write-only property:" is assigned instead of called: it has no result and one input. All names differ in
+more than letter case.
 """
 import re
 from dataclasses import dataclass, field
@@ -26,7 +27,7 @@ from dataclasses import dataclass, field
 HEADER = "component/clsQuery.h"
 SPECIAL_MEMBERS = ("clsQuery();", "~clsQuery();", "clsQuery(const clsQuery&) = delete;",
                    "clsQuery& operator=(const clsQuery&) = delete;")
-# The C++ types with what pages call them; a method of type "" has no result.
+# The C++ types and their names for pages; a method of type "" has no result.
 VARIABLE_TYPES = {"std::int32_t": "Long", "std::string": "String", "DateTime": "Date"}
 RESULT_TYPES = {"bool": "Boolean", "std::string": "String", "Variant": "Variant", "void": ""}
 START_VALUES = {"std::int32_t": " = 0"}
@@ -40,7 +41,7 @@ PROPERTY_MARK = "Write-only property:"
 
 
 class DescriptionError(Exception):
-    """The description is wrong; the text names file and line."""
+    """An error in the description; its text names file and line."""
 
 
 @dataclass
@@ -57,14 +58,14 @@ class Member:
     parameters: list
     documentation: list  # of paragraphs; an item of a list begins with "- "
     line: int
-    number: int = 0  # 0: none recorded
+    number: int = 0  # 0: not recorded
 
 
 @dataclass
 class Group:
     name: str
     line: int
-    entries: list = field(default_factory=list)  # in the header's order: Member, or the list of a text's paragraphs
+    entries: list = field(default_factory=list)  # in the header's order: a Member, or the paragraphs of a text
 
     def members(self):
         return [entry for entry in self.entries if isinstance(entry, Member)]
@@ -103,9 +104,9 @@ def read_header(text):
     lines = text.splitlines()
     for number, line in enumerate(lines, 1):
         if not line.isascii():
-            fail(number, "a character outside ASCII; expected ASCII only")
+            fail(number, "a character outside ASCII; expected only ASCII")
     if "class clsQuery {" not in lines:
-        fail(1, 'there is no class; expected a line "class clsQuery {"')
+        fail(1, 'the class is missing; expected a line "class clsQuery {"')
     opening = lines.index("class clsQuery {") + 1
     if lines[opening:opening + 1] != [" public:"]:
         fail(opening + 1, 'the public section does not come first; expected " public:"')
@@ -114,7 +115,7 @@ def read_header(text):
     end = lines.index(" private:", opening)
     for number, line in enumerate(lines[end:], end + 1):
         if line in (" public:", " protected:"):
-            fail(number, 'a member below " private:"; expected one public and one private section')
+            fail(number, 'a second public or protected section; expected one public and then one private section')
     return Interface(read_class_documentation(lines[:opening - 1]), read_groups(pieces_of(lines, opening + 1, end)))
 
 
@@ -126,7 +127,7 @@ def read_class_documentation(lines_above):
 
 
 def pieces_of(lines, at, end):
-    """Cuts the lines with the indexes from at to end."""
+    """The pieces of the lines with indexes from at up to end."""
     while at < end:
         start = at
         if lines[at] == "":
@@ -143,14 +144,14 @@ def pieces_of(lines, at, end):
             at = end_of_declaration(lines, at, end)
             yield Piece("declaration", start + 1, " ".join(line.strip() for line in lines[start:at]))
         else:
-            fail(at + 1, "not a part of the class; expected a comment or declaration indented by two blanks")
+            fail(at + 1, "not a comment or declaration; expected one, indented by two blanks")
 
 
 def end_of_declaration(lines, start, end):
     at = start
     while not lines[at].endswith(";"):
         if "//" in lines[at]:
-            fail(at + 1, "a comment behind or inside a declaration; expected it directly above")
+            fail(at + 1, "a comment after or inside a declaration; expected it directly above")
         at += 1
         if at == end or not re.match(r"   +\S", lines[at]):
             fail(start + 1, 'the declaration has no end; expected ";" at the end of its last line')
@@ -168,14 +169,14 @@ def read_groups(pieces):
         if piece.kind == "declaration" and groups:
             member = read_member(piece, comment)
             if member.name.lower() in names:
-                fail(piece.line, f"{member.name} is declared twice; expected names that differ not only in letter case")
+                fail(piece.line, f"{member.name} is declared twice; expected names that differ in more than letter case")
             names.add(member.name.lower())
             groups[-1].entries.append(member)
         elif piece.kind == "declaration" and piece.value not in SPECIAL_MEMBERS:
-            fail(piece.line, 'the member belongs to no group; expected "  // --- Name ---" above it')
+            fail(piece.line, 'a member outside the groups; expected "  // --- Name ---" above it')
         elif piece.kind != "declaration" and comment:
             if not groups:
-                fail(comment.line, "the comment documents nothing; expected a declaration directly below it")
+                fail(comment.line, "a comment without a declaration; expected a declaration directly below it")
             groups[-1].entries.append(paragraphs_of(comment, "the group"))
         if piece.kind == "group":
             groups.append(read_group(piece, groups))
@@ -191,12 +192,12 @@ def read_group(piece, groups):
     if not found:
         fail(piece.line, 'not a group line; expected "  // --- Name ---"')
     if any(group.name == found[1] for group in groups):
-        fail(piece.line, f'there is a group "{found[1]}" already; expected another name')
+        fail(piece.line, f'the group "{found[1]}" exists already; expected another name')
     return Group(found[1], piece.line)
 
 
 def paragraphs_of(comment, name, line=0):
-    """The paragraphs of a comment block that documents the name, which stands in the line."""
+    """The paragraphs of a comment block that documents the name declared in the line."""
     if not comment or not comment.value:
         fail(line, f"{name} has no documentation; expected a comment block directly above")
     paragraphs, begins = [], True
@@ -207,7 +208,7 @@ def paragraphs_of(comment, name, line=0):
         indented, words = found.groups()
         in_item = bool(paragraphs) and paragraphs[-1].startswith("- ") and not begins
         if indented and not in_item:
-            fail(number, 'an indented line that continues no item of a list; expected "// text"')
+            fail(number, 'an indented line outside an item of a list; expected "// text"')
         if words and (begins or words.startswith("- ") or in_item and not indented):
             paragraphs.append(words)
         elif words:
@@ -221,7 +222,7 @@ def paragraphs_of(comment, name, line=0):
 def read_member(piece, comment):
     found = re.fullmatch(r"([\w:]+) (\w+)(?:\((.*)\)|( = .*)?);", piece.value)
     if not found:
-        fail(piece.line, 'not a declaration of a member; expected "TYPE NAME;" or "TYPE NAME(PARAMETERS);"')
+        fail(piece.line, 'not a member declaration; expected "TYPE NAME;" or "TYPE NAME(PARAMETERS);"')
     cpp_type, name, parameters, start_value = found.groups()
     types = VARIABLE_TYPES if parameters is None else RESULT_TYPES
     if cpp_type not in types:
@@ -253,7 +254,7 @@ def read_parameters(line, method, text):
             fail(line, f'{method} has the parameter "{declared}"; expected one of {forms}')
     kinds = [parameter.kind.startswith("optional") for parameter in parameters]
     if kinds != sorted(kinds):
-        fail(line, f"{method} has a required parameter behind an optional one; expected the optional ones last")
+        fail(line, f"{method} has a required parameter after an optional one; expected the optional ones last")
     names = [parameter.name.lower() for parameter in parameters]
     for parameter in parameters:
         if names.count(parameter.name.lower()) > 1:

@@ -1,5 +1,5 @@
-"""What is made from the description of the component's interface: each function returns one text from an Interface
-(interface_header.py). OUTPUTS names them as options of describe_interface.py."""
+"""The texts that are generated from the description of the component's interface. Each function makes one text from an
+Interface (interface_header.py); OUTPUTS maps options of describe_interface.py to these functions."""
 import re
 
 NOTICE = "Made from component/clsQuery.h by automation/describe_interface.py"
@@ -12,7 +12,7 @@ follows the arrow; a Variant holds the type that the text names."""
 
 
 def signature(member):
-    """A method as the documents show it: "Name(input, [optional input], [out output], inout variable) -> Type"."""
+    """A method as the documentation shows it: "Name(input, [optional input], [out output], inout variable) -> Type"."""
     parameters = ", ".join(PARAMETER_NOTATION[each.kind].format(each.name) for each in member.parameters)
     if member.kind == "write-only property":
         return f"{member.name} = {parameters}"
@@ -82,18 +82,18 @@ std::span<const MethodEntry> PublicMethods() {{
 # The reference in Markdown: docs/methods.md.
 
 def names_of(interface):
-    """The names of members and parameters, which the pages set off from the other words."""
+    """The names of members and parameters, which the pages highlight."""
     names = {member.name for member in interface.members()}
     return names | {each.name for member in interface.members() for each in member.parameters}
 
 
 def with_names(text, names, mark):
-    """With each name marked, but for the ends of names as in "...Init"."""
+    """The text with each name marked, except for the ends of names as in "...Init"."""
     return re.sub(r"(?<![\w.])\w+", lambda word: mark(word[0]) if word[0] in names else word[0], text)
 
 
 def markdown_text(paragraphs, names):
-    """The paragraphs, the items of a list without a blank line between them."""
+    """The paragraphs, with no blank line between the items of a list."""
     text = ""
     for paragraph in paragraphs:
         escaped = re.sub(r"[\\`*_<]", r"\\\g<0>", paragraph)

@@ -1,5 +1,5 @@
 // method_binding.h - completes entries of the method table from pointers to members of clsQuery.
-// For the table that automation/describe_interface.py makes: what it read in clsQuery.h must agree with the C++ types.
+// For the table that automation/describe_interface.py generates; its entries must agree with the C++ types.
 #ifndef OXAQRYCLN_AUTOMATION_METHOD_BINDING_H_
 #define OXAQRYCLN_AUTOMATION_METHOD_BINDING_H_
 
@@ -23,7 +23,7 @@ template <ParameterKind kKind>
 using ParameterType = std::conditional_t<kKind == ParameterKind::OptionalOut, Variant*,
                                          std::conditional_t<kKind == ParameterKind::InOut, Variant&, const Variant&>>;
 
-// The argument at a position as the member function takes it. An argument that is Missing counts as left out.
+// The argument at a position, as the member function expects it. An argument that is Missing counts as left out.
 template <ParameterKind kKind>
 ParameterType<kKind> Argument(std::span<Variant* const> arguments, std::size_t position) {
   Variant* const argument = position < arguments.size() ? arguments[position] : nullptr;
@@ -54,7 +54,7 @@ struct MethodBinding;
 template <auto kMethod, typename Result, typename... Parameters, ParameterKind... kKinds>
 struct MethodBinding<kMethod, Result (clsQuery::*)(Parameters...), kKinds...> {
   static_assert(std::is_same_v<std::tuple<Parameters...>, std::tuple<ParameterType<kKinds>...>>,
-                "the parameters are declared otherwise than the description says");
+                "the declared parameters differ from the description");
   static constexpr ResultKind kResult = ResultKindOf<Result>();
 
   static Variant Call(clsQuery& query, std::span<Variant* const> arguments) {
@@ -75,11 +75,11 @@ struct MethodBinding<kMethod, Result (clsQuery::*)(Parameters...), kKinds...> {
   }
 };
 
-// The entry with its parameters, whose names are given in order, its result and its call.
+// The entry, completed by its parameters (their names are given in order), its result and its call.
 template <auto kMethod, ResultKind kResult, ParameterKind... kKinds, typename... Names>
 MethodEntry Method(MethodEntry entry, Names... parameterNames) {
   using Binding = MethodBinding<kMethod, decltype(kMethod), kKinds...>;
-  static_assert(Binding::kResult == kResult, "the result is declared otherwise than the description says");
+  static_assert(Binding::kResult == kResult, "the declared result differs from the description");
   static_assert(sizeof...(Names) == sizeof...(kKinds), "one name for each parameter");
   entry.result = kResult;
   entry.parameters = {ParameterEntry{parameterNames, kKinds}...};
@@ -87,7 +87,7 @@ MethodEntry Method(MethodEntry entry, Names... parameterNames) {
   return entry;
 }
 
-// A value as a variable of the type takes it.
+// A value converted to the type of a variable.
 template <typename Type>
 Type Convert(const Variant& value) {
   if (value.IsNull()) throw RuntimeError(error::kInvalidUseOfNull);
@@ -108,7 +108,7 @@ constexpr Variant::Type VariantTypeOf() {
   return Variant::Type::Long;
 }
 
-// The entry with its type and its access.
+// The entry, completed by its type and its accessors.
 template <auto kMember>
 VariableEntry Variable(VariableEntry entry) {
   using Type = std::remove_cvref_t<decltype(std::declval<clsQuery&>().*kMember)>;

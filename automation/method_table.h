@@ -1,6 +1,6 @@
-// method_table.h - every public variable and method of clsQuery with its description and a way to call it: for the
-// session, the C interface and the COM server. Both tables are in the order of clsQuery.h, which they are made from
-// during the build (automation/describe_interface.py).
+// method_table.h - every public variable and method of clsQuery, with its description and a way to access or call it,
+// for sessions and language bindings. Both tables are in the order of clsQuery.h, from which describe_interface.py
+// generates them during the build.
 #ifndef OXAQRYCLN_AUTOMATION_METHOD_TABLE_H_
 #define OXAQRYCLN_AUTOMATION_METHOD_TABLE_H_
 
@@ -14,13 +14,13 @@ namespace oxaqrycln {
 
 // A public variable.
 struct VariableEntry {
-  int number = 0;  // from 1; one series with those of the methods, and never changed
+  int number = 0;  // from 1, in one series with the methods; never changed
   std::string_view name;
   std::string_view group;  // heading in the reference
   std::string_view documentation;
   Variant::Type type = Variant::Type::Empty;  // Long, String or Date
   Variant (*get)(const clsQuery& query) = nullptr;
-  // Converts by the automation rules and raises what they raise.
+  // Converts by the automation rules, and raises their errors.
   void (*set)(clsQuery& query, const Variant& value) = nullptr;
 };
 
@@ -35,7 +35,7 @@ struct ParameterEntry {
 };
 
 struct MethodEntry {
-  int number = 0;  // as of a variable
+  int number = 0;  // as for a variable
   std::string_view name;
   std::string_view group;
   std::string_view documentation;
@@ -43,16 +43,16 @@ struct MethodEntry {
   bool isProperty = false;     // RemoteHosts: assigned, not called
   ResultKind result = ResultKind::None;
   std::vector<ParameterEntry> parameters{};
-  // Calls the method. arguments holds at most one pointer a parameter, in order; a null pointer or a shorter list
+  // Calls the method. arguments has at most one pointer per parameter, in order; a null pointer or a shorter list
   // leaves arguments out; outputs are written through the pointers. Returns Empty for a method without a result.
-  // Raises Argument not optional when a required argument is left out, 450 when there are too many.
+  // Raises Argument not optional if a required argument is left out, 450 if there are too many arguments.
   Variant (*call)(clsQuery& query, std::span<Variant* const> arguments) = nullptr;
 };
 
 std::span<const VariableEntry> PublicVariables();
 std::span<const MethodEntry> PublicMethods();
 
-// The entry of that name, whatever its letter case; nullptr for an unknown name.
+// The entry of that name, regardless of letter case; nullptr for an unknown name.
 const VariableEntry* FindVariable(std::string_view name);
 const MethodEntry* FindMethod(std::string_view name);
 

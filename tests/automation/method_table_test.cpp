@@ -18,7 +18,7 @@ namespace {
 
 using oxaqrycln::testing::ErrorOf;
 
-// The names that clsQuery's header declares behind one of the types, each in front of one of the marks, in order.
+// The names that clsQuery's header declares with one of the types and that one of the marks follows, in order.
 std::vector<std::string> DeclaredNames(const std::vector<std::string>& types, std::string_view marks) {
   std::ifstream header(OXAQRYCLN_SOURCE_DIR "/component/clsQuery.h");
   std::vector<std::string> names;
@@ -56,7 +56,7 @@ TEST(MethodTable, HoldsEveryPublicMemberInTheOrderOfItsDeclaration) {
   EXPECT_THAT(TableNames(PublicVariables()), ::testing::ElementsAreArray(variables));
 }
 
-TEST(MethodTable, DescribesAMethodAsItsHeaderDoes) {
+TEST(MethodTable, DescribesAMethodAsTheHeaderDoes) {
   const MethodEntry* const edit = FindMethod("TELOEditDocument");
   ASSERT_NE(edit, nullptr);
   EXPECT_EQ(edit->group, "Creating, editing, deleting");
@@ -79,7 +79,7 @@ TEST(MethodTable, NumbersVariablesAndMethodsInOneSeriesFromOne) {
   EXPECT_THAT(numbers, ::testing::UnorderedElementsAreArray(series));
 }
 
-TEST(MethodTable, FindsNamesWhateverTheirLetterCase) {
+TEST(MethodTable, FindsNamesRegardlessOfLetterCase) {
   EXPECT_EQ(FindMethod("HELLOworld"), FindMethod("HelloWorld"));
   EXPECT_EQ(FindVariable("STRsessionid"), FindVariable("strSessionID"));
   EXPECT_EQ(FindMethod("HelloWorl"), nullptr);
@@ -98,10 +98,10 @@ TEST(MethodTable, ChecksTheNumberOfArguments) {
       {"required is a null pointer", "Encode", {false}, 449},
       {"one of two required is missing", "TELOGetQueryFormatListInit", {true}, 449},
       {"one too many", "Encode", {true, true}, 450},
-      {"one where none is taken", "HelloWorld", {false}, 450},
+      {"one where none is allowed", "HelloWorld", {false}, 450},
       {"the fifth input of a query is required", "TELOQueryArchiveInit", {true, true, true, true}, 449},
       {"the sixth input of a query is optional", "TELOQueryArchiveInit", {true, true, true, true, true}, 0},
-      {"an optional input in front of a given one", "WriteLog", {true, false}, 0},
+      {"an optional input left out after a given one", "WriteLog", {true, false}, 0},
       {"all outputs left out", "TELOGetChannelsNext", {}, 0},
   };
   for (const Case& test : cases) {
@@ -114,17 +114,17 @@ TEST(MethodTable, ChecksTheNumberOfArguments) {
   }
 }
 
-TEST(MethodTable, TakesAMissingValueAsLeftOut) {
+TEST(MethodTable, TreatsAMissingValueAsLeftOut) {
   clsQuery query;
   Variant missing(Missing);
   EXPECT_EQ(ErrorOf([&] { CallMethod(query, "Encode", {&missing}); }), error::kArgumentNotOptional);
 }
 
-TEST(MethodTable, WritesTheOutputsThatAreGivenAndReturnsEachKindOfResult) {
+TEST(MethodTable, WritesTheGivenOutputsAndReturnsEachKindOfResult) {
   clsQuery query;
   Variant channel(std::int32_t{5});
   Variant description(std::int32_t{6});
-  // Without records the walk is at its end, which empties the outputs.
+  // Without records the walk is at its end, and the outputs are set to "".
   EXPECT_EQ(CallMethod(query, "TELOGetAllArchivesExtNext", {nullptr, &description}), Variant::Integer(-1));
   EXPECT_EQ(description, Variant(""));
   EXPECT_EQ(CallMethod(query, "TELOGetAllArchivesExtNext", {&channel}), Variant::Integer(-1));
@@ -138,11 +138,11 @@ TEST(MethodTable, WritesTheOutputsThatAreGivenAndReturnsEachKindOfResult) {
   EXPECT_TRUE(CallMethod(query, "OnEndPage", {}).IsEmpty());
 }
 
-TEST(MethodTable, HasOnePropertyWhichIsTheServerList) {
+TEST(MethodTable, HasOneProperty) {
   for (const MethodEntry& method : PublicMethods()) EXPECT_EQ(method.isProperty, method.name == "RemoteHosts");
 }
 
-TEST(VariableTable, ConvertsWhatIsAssigned) {
+TEST(VariableTable, ConvertsAssignedValues) {
   struct Case {
     const char* name;
     const char* variable;

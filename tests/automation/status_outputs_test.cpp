@@ -1,4 +1,4 @@
-// strParamStatus of the methods that ask a query server for text, called through the method table.
+// strParamStatus of the methods that request text from a query server, called through the method table.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -31,14 +31,15 @@ constexpr std::string_view kMethods =
     "TELOGetSegmentPrintfile TELOGetSegmentMultiTIF TELODeleteDocument TELOCreateDocument "
     "TELOEditDocument TELOGetNotesInit TELOWriteNote TELODeleteNotes TELOGetMasksInit";
 
-TEST(StatusOutputs, AreEmptyAfterASoundAnswerAndOtherwiseHoldTheServersText) {
+TEST(StatusOutputs, AreEmptyOnSuccessAndOtherwiseHoldTheServersText) {
   struct Reply {
     const char* name;
     std::string framed;
     const char* status;
   };
-  for (const Reply& reply : {Reply{"sound", Answer({"1,1,1,1,1", "^x^", "0", "^y^"}), ""},  // every method can read it
-                             Reply{"refused", Framed("Status: Not allowed"), "Not allowed"}}) {
+  for (const Reply& reply :
+       {Reply{"success", Answer({"1,1,1,1,1", "^x^", "0", "^y^"}), ""},  // every method can read it
+        Reply{"refused", Framed("Status: Not allowed"), "Not allowed"}}) {
     WithAnswers({reply.framed}, [&](Page& page) {
       for (const std::string_view name : Split(kMethods, ' ')) {
         Variant status("kept");

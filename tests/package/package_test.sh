@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# package_test.sh SOURCE BUILD CMAKE COMPILER [FLAG ...] - what was built, as others get it: installs BUILD, moves the
+# package_test.sh SOURCE BUILD CMAKE COMPILER [FLAG ...] - tests the installed package: installs BUILD, moves the
 # installed tree, builds the example through find_package() and through pkg-config, and runs it against the installed
-# devserver. FLAGS are the sanitizers or counters that the library was built with.
+# devserver. FLAGS are the sanitizer or coverage flags that the library was built with.
 
 set -euo pipefail
 
@@ -30,7 +30,7 @@ mkdir "$work/other place"
 tree="$work/other place/moved"
 mv "$work/first" "$tree"
 
-printf 'What is installed\n'
+printf 'Checking the installed files\n'
 libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.a')")
 for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/oxaqry.1 \
   share/man/man3/oxaqrycln.3 share/bash-completion/completions/oxaqry share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
@@ -42,18 +42,18 @@ for path in "$source" "$build" "$work/first"; do
     fail "an installed file names $path"
 done
 
-printf 'Programs through find_package\n'
+printf 'Building programs through find_package\n'
 "$cmake" -G Ninja -S "$source/tests/package/consumer" -B "$work/consumer" -DCMAKE_BUILD_TYPE=Debug \
   -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$tree" \
   -DEXAMPLE="$source/examples/first_query" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 ||
   fail "$(cat "$work/log")"
 "$cmake" --build "$work/consumer" --parallel 2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
 
-printf 'A program through pkg-config\n'
+printf 'Building a program through pkg-config\n'
 export PKG_CONFIG_PATH=$libdir/pkgconfig
-# --dont-define-prefix: the file itself has to find its prefix.
+# --dont-define-prefix: the .pc file itself must derive its prefix.
 options=$(pkg-config --dont-define-prefix --cflags --libs oxaqrycln)
-# The path has a blank, which pkg-config quotes for the shell.
+# The path contains a blank, which pkg-config quotes for the shell.
 eval "'$compiler' $flags -o '$work/by_pkg_config' '$source/examples/first_query/main.cpp' $options"
 
 printf 'Running them\n'
@@ -65,13 +65,13 @@ for ((tries = 0; tries < 100; ++tries)); do
   [[ -z $port ]] || break
   sleep 0.1
 done
-[[ -n $port ]] || fail "devserver does not listen: $(cat "$work/devserver.log")"
+[[ -n $port ]] || fail "devserver did not start: $(cat "$work/devserver.log")"
 export ARCHIVE_PASSWORD=secret
 for program in consumer/first_query/first_query by_pkg_config; do
   output=$("$work/$program" "127.0.0.1,$port" pipes 2>&1) || fail "$program: $output"
   [[ $output == [1-9]*" hits"$'\n'*"copper pipes"* ]] || fail "$program printed: $output"
 done
-! ARCHIVE_PASSWORD=wrong "$work/by_pkg_config" "127.0.0.1,$port" pipes >/dev/null 2>&1 || fail "a wrong password serves"
+! ARCHIVE_PASSWORD=wrong "$work/by_pkg_config" "127.0.0.1,$port" pipes >/dev/null 2>&1 || fail "a wrong password was accepted"
 OXAQRY_USER=webuser OXAQRY_PASSWORD=secret "$tree/bin/oxaqry" channels --hosts "127.0.0.1,$port" >"$work/channels" ||
   fail "the installed oxaqry: $(cat "$work/channels")"
 printf 'All done\n'
