@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "automation/method_table.h"
-#include "support/text_helpers.h"
 #include "tests/support/page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::testing {
 namespace {
