@@ -1,4 +1,4 @@
-// quiet_thread.h - starts a thread of the component inside a host's process, with all signals blocked, so that no
+// background_thread.h - starts a thread of the component inside a host's process, with all signals blocked, so that no
 // handler of the host runs on it.
 #ifndef OXAQRYCLN_PLATFORM_THREADS_BACKGROUND_THREAD_H_
 #define OXAQRYCLN_PLATFORM_THREADS_BACKGROUND_THREAD_H_

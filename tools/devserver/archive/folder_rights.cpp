@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "support/text_helpers.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 

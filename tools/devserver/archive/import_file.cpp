@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 
-#include "support/text_helpers.h"
 #include "tools/devserver/protocol/answer_text.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 namespace {

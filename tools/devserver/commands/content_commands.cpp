@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "support/text_helpers.h"
 #include "tools/devserver/archive/documents.h"
 #include "tools/devserver/archive/page_source.h"
 #include "tools/devserver/content/page_image.h"

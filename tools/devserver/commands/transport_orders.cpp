@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "support/text_helpers.h"
 #include "tools/devserver/archive/documents.h"
 #include "tools/devserver/archive/page_source.h"
 #include "tools/devserver/archive/query_parser.h"

@@ -1,5 +1,5 @@
-// archive_commands.h - the commands that list what an archive holds. Each returns the exit status and raises CommandError
-// or ValueError when it cannot do its work. Texts that a person gave are UTF-8.
+// archive_commands.h - the commands that list what an archive holds. Each returns the exit status and raises
+// CommandError or ValueError when it cannot do its work. Texts that a person gave are UTF-8.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_ARCHIVES_ARCHIVE_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_ARCHIVES_ARCHIVE_COMMANDS_H_
 
