@@ -1,4 +1,3 @@
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -45,6 +44,30 @@ Transferred Outcome(ssize_t count) noexcept {
 std::int32_t Connect(int socket, const sockaddr_storage& target, socklen_t byteCount) noexcept {
   if (connect(socket, reinterpret_cast<const sockaddr*>(&target), byteCount) == 0) return 0;
   return WinsockNumber(errno);
+}
+
+LookupResult Addresses(const std::string& host, int flags) {
+  LookupResult result;
+  addrinfo hints{};
+  hints.ai_flags = flags;
+  hints.ai_family = AF_UNSPEC;
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* list = nullptr;
+  const int failed = getaddrinfo(host.c_str(), nullptr, &hints, &list);
+  if (failed != 0) {
+    result.error = failed == EAI_AGAIN ? socket_error::kTryAgain : socket_error::kHostNotFound;
+    return result;
+  }
+  const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(list, &freeaddrinfo);
+  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
+    SocketAddress address;
+    if (each->ai_addrlen > address.bytes.size()) continue;
+    address.byteCount = static_cast<std::uint8_t>(each->ai_addrlen);
+    std::memcpy(address.bytes.data(), each->ai_addr, each->ai_addrlen);
+    result.addresses.push_back(address);
+  }
+  if (result.addresses.empty()) result.error = socket_error::kHostNotFound;
+  return result;
 }
 
 bool IsLoopback(const sockaddr_storage& address) noexcept {
@@ -101,45 +124,10 @@ WakeUp MakeWakeUp() noexcept {
 }
 
 std::optional<SocketAddress> NumericAddress(const std::string& host) {
-  SocketAddress found;
-  sockaddr_in four{};
-  if (inet_pton(AF_INET, host.c_str(), &four.sin_addr) == 1) {
-    four.sin_family = AF_INET;
-    found.byteCount = sizeof four;
-    std::memcpy(found.bytes.data(), &four, sizeof four);
-    return found;
-  }
-  sockaddr_in6 six{};
-  if (inet_pton(AF_INET6, host.c_str(), &six.sin6_addr) == 1) {
-    six.sin6_family = AF_INET6;
-    found.byteCount = sizeof six;
-    std::memcpy(found.bytes.data(), &six, sizeof six);
-    return found;
-  }
-  return std::nullopt;
+  const auto found = Addresses(host, AI_NUMERICHOST).addresses;
+  return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
-LookupResult ResolveHost(const std::string& host) {
-  LookupResult result;
-  addrinfo hints{};
-  hints.ai_family = AF_UNSPEC;
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* list = nullptr;
-  const int failed = getaddrinfo(host.c_str(), nullptr, &hints, &list);
-  if (failed != 0) {
-    result.error = failed == EAI_AGAIN ? socket_error::kTryAgain : socket_error::kHostNotFound;
-    return result;
-  }
-  const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(list, &freeaddrinfo);
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress address;
-    if (each->ai_addrlen > address.bytes.size()) continue;
-    address.byteCount = static_cast<std::uint8_t>(each->ai_addrlen);
-    std::memcpy(address.bytes.data(), each->ai_addr, each->ai_addrlen);
-    result.addresses.push_back(address);
-  }
-  if (result.addresses.empty()) result.error = socket_error::kHostNotFound;
-  return result;
-}
+LookupResult ResolveHost(const std::string& host) { return Addresses(host, 0); }
 
 }  // namespace oxaqrycln
