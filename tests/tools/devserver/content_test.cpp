@@ -59,7 +59,7 @@ TEST_F(ContentTest, IsFetchedByPositionExtensionAndField) {
       {"GetSegmentData" + kEnquiry + "9^,^", "1262 has no segment '9'"},
       {"GetSegmentFirstBLOB" + kEnquiry + "pdf^,^", "1262 has no stored file with the extension 'pdf'"},
       {"GetSegmentPrintfile2" + kEnquiry + "77^,^", "1262 has no field '77'"},
-      {"GetSegmentMultiTIF" + kEnquiry + "2^,^", "1262 has no page '2', but 1 pages"},
+      {"GetSegmentMultiTIF" + kEnquiry + "2^,^", "1262 has no page '2' (number of pages: 1)"},
       {"GetSegmentMultiTIF^,^Finance^,^Orders^,^1005^,^^,^^,^", "1005 has no pages"},
   };
   for (const auto& [command, answer] : refused)
@@ -128,7 +128,7 @@ TEST_F(ContentTest, GoesToTheSharedDirectoryOnly) {
   }
   for (const char* name : {"..", ".", "", "a/b", "a\\b", "/etc/passwd", "a:b", "con"}) {
     EXPECT_THAT(server_.Ask(std::string("UploadFile^,^^,^") + name + "^,^0", "\r\n"),
-                HasSubstr("is no name of a file in the blob directory\r\n"))
+                HasSubstr("is not a valid file name\r\n"))
         << name;
   }
 }

@@ -96,7 +96,7 @@ TEST_F(PrintingTest, RefusesWhatIsNoHitList) {
       {"T^,^^A^" + Repeat("\r\n^a^", 10001) + "^,^", "More than 10000 rows"},
       {"T^,^^A^" + Repeat(",^A^", 40) + "^,^", "Row 1 has more than 40 columns"},
       {"T^,^^A^" + Repeat("\r\n^a^" + Repeat(",^a^", 20), 5000) + "^,^", "More than 100000 fields in the rows"},
-      {"T^,^^A^\r\nno row\r\n^a^^,^", "Row 2 is not a list of fields in carets"},
+      {"T^,^^A^\r\nno row\r\n^a^^,^", "Row 2 is not a list of caret-quoted fields"},
       {std::string(201, 'T') + "^,^^A^^,^", "The title is longer than 200 characters"},
       {"T^,^^A^^,^/tmp", "'/tmp' is not the blob directory of this server"},
       {"T^,^^A^\r\n^" + std::string(2'100'000, 'a') + "^^,^", "The request is longer than 2097152 bytes"},

@@ -60,10 +60,10 @@ TEST(Server, EndsRequestsThatNeverBecomeWhole) {
                                    .shortQuiet = std::chrono::milliseconds(300),
                                    .idle = std::chrono::milliseconds(400)}));
   const std::pair<std::string, const char*> cases[] = {
-      {"GET / HTTP/1.0\r\n\r\n", "Status: The request is not a list of fields in carets\r\n"},
+      {"GET / HTTP/1.0\r\n\r\n", "Status: The request is not a list of caret-quoted fields\r\n"},
       {Request("Nonsense"), "Status: Unknown command 'Nonsense'\r\n"},
       {Request("GetQueryFormatList^,^Mail"), "Status: GetQueryFormatList takes 2 parameters, not 1\r\n"},
-      {"^S1^,^webuser", "Status: The request is not a list of fields in carets\r\n"},
+      {"^S1^,^webuser", "Status: The request is not a list of caret-quoted fields\r\n"},
       {"^" + std::string(1000, 'x'), "Status: The request is longer than 1000 bytes\r\n"},
   };
   for (const auto& [bytes, answer] : cases) {
@@ -74,7 +74,7 @@ TEST(Server, EndsRequestsThatNeverBecomeWhole) {
   Client ending = server.Connect();
   ending.Send("^S1^");
   ending.EndSending();
-  EXPECT_THAT(ending.Receive(), HasSubstr("Status: The request holds no command\r\n"));
+  EXPECT_THAT(ending.Receive(), HasSubstr("Status: The request contains no command\r\n"));
   EXPECT_EQ(server.Connect().Receive(), "");
 }
 

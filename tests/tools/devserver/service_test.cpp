@@ -107,8 +107,8 @@ TEST_F(ServiceTest, HoldsTheLimitsOfAQuery) {
   EXPECT_EQ(AskLines("QueryArchive^,^*^,^7^,^0^,^^,^^,^^,^").size(), 13U);
   EXPECT_EQ(Ask("QueryArchive^,^*^,^7^,^269^,^^,^^,^^,^"),
             "Status: The query has 270 hits, more than the 269 allowed\r\n");
-  EXPECT_EQ(Ask("QueryArchive^,^*^,^-1^,^0^,^^,^^,^^,^"), "Status: Max lines '-1' is no number from 0\r\n");
-  EXPECT_EQ(Ask("QueryArchive^,^*^,^1^,^1x^,^^,^^,^^,^"), "Status: Query max '1x' is no number from 0\r\n");
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^-1^,^0^,^^,^^,^^,^"), "Status: Max lines '-1' is not a number of 0 or more\r\n");
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^1^,^1x^,^^,^^,^^,^"), "Status: Query max '1x' is not a number of 0 or more\r\n");
 }
 
 TEST_F(ServiceTest, RefusesWhatItCannotCarryOut) {

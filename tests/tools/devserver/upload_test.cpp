@@ -78,7 +78,7 @@ TEST(Upload, IsRefusedBeforeItsBytes) {
   const RunningServer server;
   for (const char* size : {"2147483648", "-1", "", "x", "99999999999999999999"}) {
     EXPECT_EQ(server.Ask(std::string("UploadFile^,^^,^f^,^") + size, "\r\nbytes"),
-              std::string("Status: '") + size + "' is no byte count from 0 to 2147483647\r\n");
+              std::string("Status: '") + size + "' is not a byte count from 0 to 2147483647\r\n");
   }
   Client stranger = server.Connect();
   stranger.Send("^S1^,^nobody^,^x^,^UploadFile^,^^,^f^,^5^\r\n" + std::string(200000, 'x'));

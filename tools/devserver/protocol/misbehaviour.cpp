@@ -59,7 +59,7 @@ Misbehaviour ParseMisbehaviour(std::string_view text) {
     }
     return misbehaviour;
   }
-  throw ServerError("there is no misbehaviour '" + std::string(name) + "'");
+  throw ServerError("unknown misbehaviour '" + std::string(name) + "'");
 }
 
 std::string WireBytes(std::string_view answer, const Misbehaviour& misbehaviour) {
