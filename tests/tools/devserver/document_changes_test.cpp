@@ -45,7 +45,7 @@ class ChangesTest : public testing::Test {
   RunningServer server_;  // its next document is 1091
 };
 
-TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
+TEST_F(ChangesTest, CreatesDocumentsFromImportFiles) {
   Write("list.csv", "1;2");
   const std::tuple<const char*, std::string, std::string, std::string> cases[] = {
       {"title only", kOrders + "@FOLDER,FT:One\r\n\r\n", "OK\r\n1091,1", ""},
@@ -92,12 +92,12 @@ TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
     EXPECT_EQ(Texts(answer.substr(4, 4) + "^,^"), texts) << name;
   }
   EXPECT_EQ(server_.Ask("CreateDocument^,^/etc/passwd"), "Status: '/etc' is not the blob directory of this server\r\n");
-  // Nothing that was refused has left a document or used up a number.
+  // Refused imports have neither left a document nor used a number.
   EXPECT_EQ(Hits("*"), "97");
   EXPECT_EQ(Create(kOrders + "@FOLDER,FT:T\r\n"), "Status: OK\r\n1098,1\r\n");
 }
 
-TEST(ImportFile, IsReadOrRefusedWhateverItHolds) {
+TEST(ImportFile, IsReadOrRefusedWhenDamaged) {
   const std::string sound = "@CHARSET,UTF-8\r\n" + kOrders + "@FOLDER,FT:T,1:11,3:30\r\n@FIELD,11\r\nJ\xC3\xB6rg\r\n" +
                             "@FIELD,30\r\nlist.csv\r\n" + kOrders + "@FOLDER,FT:T,1:16\r\none\r\ntwo\r\n";
   ASSERT_EQ(ParseImportFile(sound).size(), 2U);
@@ -159,7 +159,7 @@ TEST_F(ChangesTest, DeletesAVersionOrTheWholeDocument) {
   EXPECT_EQ(server_.Ask("DeleteDocument^,^Finance^,^Orders^,^1005^,^"), "Status: OK\r\n");
   EXPECT_EQ(server_.Ask("DeleteDocument^,^Mail^,^Inbox^,^1001^,^"),
             "Status: Documents cannot be deleted in $(#Mail)\\Inbox\r\n");
-  // A number is never given twice.
+  // A number is never reused.
   EXPECT_EQ(Create(kOrders + "@FOLDER,FT:T\r\n"), "Status: OK\r\n1092,1\r\n");
 }
 

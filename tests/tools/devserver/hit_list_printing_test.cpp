@@ -52,7 +52,7 @@ TEST_F(PrintingTest, ShowsTitlesAndNumberOnEachPageAndEachRowOnce) {
   EXPECT_EQ(all.find("Brief", all.find("Brief", place) + 1), std::string::npos);
 }
 
-TEST_F(PrintingTest, PrintsTheTitlesAlone) {
+TEST_F(PrintingTest, PrintsAnEmptyHitList) {
   const auto pages = Print("", "^Reference^,^^");
   ASSERT_EQ(pages.size(), 1U);
   EXPECT_THAT(pages[0], HasSubstr("Reference"));
@@ -77,7 +77,7 @@ TEST_F(PrintingTest, ShowsEveryCharacterOfTheCodePage) {
   }
 }
 
-TEST_F(PrintingTest, BreaksLongFieldsAndCutsOverlongOnes) {
+TEST_F(PrintingTest, WrapsLongFieldsAndCutsOverlongOnes) {
   const std::string words = "Wort1 " + Repeat("Wort ", 98) + "Last ";
   const auto pages =
       Print(std::string(200, 'T'), "^A^,^B^,^C^,^D^\r\n^" + words + "^,^" + words + "^,^" + std::string(900, 'w') +
@@ -91,7 +91,7 @@ TEST_F(PrintingTest, BreaksLongFieldsAndCutsOverlongOnes) {
   EXPECT_THAT(pages[0], HasSubstr("more than titles"));
 }
 
-TEST_F(PrintingTest, RefusesWhatIsNoHitList) {
+TEST_F(PrintingTest, RefusesInvalidHitLists) {
   const std::pair<std::string, const char*> cases[] = {
       {"T^,^^A^" + Repeat("\r\n^a^", 10001) + "^,^", "More than 10000 rows"},
       {"T^,^^A^" + Repeat(",^A^", 40) + "^,^", "Row 1 has more than 40 columns"},
@@ -105,7 +105,7 @@ TEST_F(PrintingTest, RefusesWhatIsNoHitList) {
     EXPECT_EQ(server_.Ask("PrintHitlistPDF^,^" + parameters), std::string("Status: ") + answer + "\r\n");
 }
 
-TEST(Printing, WaitsForRowsThatComeInPieces) {
+TEST(Printing, WaitsForRowsThatArriveInPieces) {
   const RunningServer server(
       WithLimits({.quiet = std::chrono::milliseconds(10), .shortQuiet = std::chrono::minutes(1)}));
   Client client = server.Connect();

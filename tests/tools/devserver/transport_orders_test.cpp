@@ -4,12 +4,13 @@
 
 #include <utility>
 
+#include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/fetched_content.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 class OrdersTest : public ContentTest {
  protected:
@@ -45,7 +46,7 @@ TEST_F(OrdersTest, AreFoundByTheirFields) {
             "^13.05.2023^,^4,2^\r\n");
 }
 
-TEST_F(OrdersTest, KeepTheStatusTheyAreGiven) {
+TEST_F(OrdersTest, KeepANewStatus) {
   EXPECT_EQ(server_.Ask("UpdateFahrauftraegeStatus^,^fa-0002^,^LOADED"), "Status: OK\r\n");
   EXPECT_THAT(server_.Ask("QueryFahrauftraege^,^FA-0002 status:loaded^,^"),
               HasSubstr("\r\n^FA-0002^,^loaded^,^1003^,"));
@@ -61,16 +62,14 @@ TEST_F(OrdersTest, KeepTheStatusTheyAreGiven) {
   EXPECT_EQ(Ids("FA-0002 status:loaded"), "FA-0002 ");
 }
 
-TEST(Orders, AreStillThereWhenTheServerStartsAgain) {
-  const std::string file = testing::TempDir() + "devserver_orders_test.db";
-  std::filesystem::remove(file);
+TEST(Orders, AreKeptWhenTheServerRestarts) {
+  const oxaqrycln::testing::TemporaryDirectory directory;
   const auto ask = [&](const std::string& command) {
-    Service service(OpenArchive(file, 30), {{"webuser", "secret"}});
+    Service service(OpenArchive(directory.File("archive"), 30), {{"webuser", "secret"}});
     return service.Answer(Request(command)).text;
   };
   EXPECT_EQ(ask("UpdateFahrauftraegeStatus^,^FA-0001^,^delivered"), "Status: OK\r\n");
   EXPECT_THAT(ask("QueryFahrauftraege^,^FA-0001 status:delivered^,^"), HasSubstr("\r\n^FA-0001^,^delivered^,"));
-  std::filesystem::remove(file);
 }
 
 TEST_F(OrdersTest, HaveThePagesOfTheirDocuments) {

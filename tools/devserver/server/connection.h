@@ -28,6 +28,7 @@ struct Limits {
   std::chrono::milliseconds request{60000};     // from the connection to the end of the request text
   std::chrono::milliseconds upload{3600000};    // from there to the last byte of an uploaded file
   std::chrono::milliseconds linger{5000};       // for the client to close the connection after the answer
+  std::chrono::milliseconds evictable{1000};    // without bytes, before a client may be dropped for a new one
   std::chrono::milliseconds misbehave{600000};  // for the client to give up on a server that never answers
 };
 

@@ -15,7 +15,7 @@ namespace oxaqrycln::devserver {
 struct ServerOptions {
   std::string address = "127.0.0.1";  // numeric, IPv4 or IPv6
   std::uint16_t port = 0;             // 0: any free port
-  std::size_t maxConnections = 200;   // beyond it, a client that has been idle for a second is dropped
+  std::size_t maxConnections = 200;   // beyond it, the client that was idle longest is dropped
   Limits limits;
   Misbehaviour misbehaviour;
 };

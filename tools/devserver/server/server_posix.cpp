@@ -23,7 +23,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kEvictionAge{1000};
 // The pause in accepting when the process has run out of descriptors.
 constexpr milliseconds kAcceptPause{100};
 // At most that many in one turn, so that many new connections do not delay the existing ones.
@@ -121,7 +120,7 @@ std::list<Connection>::iterator Server::Quietest() {
 // The earliest time to accept another client.
 TimePoint Server::AcceptTime() {
   if (connections_.size() < options_.maxConnections) return acceptPausedUntil_;
-  return std::max(acceptPausedUntil_, Quietest()->lastProgress() + kEvictionAge);
+  return std::max(acceptPausedUntil_, Quietest()->lastProgress() + options_.limits.evictable);
 }
 
 void Server::Accept(TimePoint now) {
