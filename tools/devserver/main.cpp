@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "component/version.h"
-#include "platform/net/socket_address.h"
 #include "tools/devserver/archive/sample_archive.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -48,11 +47,6 @@ void AddAccount(const std::string& text, Accounts& accounts) {
   accounts[FromArgument(text.substr(0, colon))] = FromArgument(text.substr(colon + 1));
 }
 
-void ReadAddress(const std::string& text, std::string& address) {
-  if (!NumericAddress(text)) throw ServerError("'" + text + "' is not a numeric address like 127.0.0.1 or ::1");
-  address = text;
-}
-
 // An option whose values are passed to the reader; a value that it refuses is a usage error.
 CLI::Option* AddOption(CLI::App& app, const std::string& name, const std::string& help,
                        const std::function<void(const std::string& text)>& read) {
@@ -68,10 +62,7 @@ CLI::Option* AddOption(CLI::App& app, const std::string& name, const std::string
 
 void Declare(CLI::App& app, CommandLine& line) {
   app.set_version_flag("--version", kVersionText);
-  AddOption(app, "--listen", "Numeric address to listen on",
-            [&](const std::string& text) { ReadAddress(text, line.server.address); })
-      ->expected(1)
-      ->default_str(line.server.address);
+  app.add_option("--listen", line.server.address, "Numeric address to listen on")->capture_default_str();
   app.add_option("--port", line.server.port, "TCP port; 0 takes any free one")->capture_default_str();
   app.add_option("--database", line.database, "SQLite file, created and filled when new (default: in memory)");
   app.add_option(

@@ -55,7 +55,7 @@ class Parser {
 
  private:
   bool AtEnd() {
-    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
+    rest_ = Trimmed(rest_);
     return rest_.empty();
   }
 
@@ -65,14 +65,7 @@ class Parser {
     return true;
   }
 
-  static bool EndsWord(char character) {
-    return IsBlank(character) || character == '(' || character == ')' || character == '"';
-  }
-
-  std::string_view Word() const {
-    return rest_.substr(0,
-                        static_cast<std::size_t>(std::find_if(rest_.begin(), rest_.end(), EndsWord) - rest_.begin()));
-  }
+  std::string_view Word() const { return rest_.substr(0, rest_.find_first_of(" \t()\"")); }
 
   bool TakeOperator(std::string_view name) {
     if (AtEnd() || Word() != name) return false;

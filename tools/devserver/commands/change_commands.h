@@ -1,5 +1,4 @@
-// change_commands.h - the commands that create, edit and delete documents, and those on notes and masks.
-// Each change is one transaction of the database.
+// change_commands.h - the commands that create, edit and delete documents. Each is one transaction of the database.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_CHANGE_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_CHANGE_COMMANDS_H_
 
@@ -14,15 +13,6 @@ Reply CreateDocument(const Call& call);
 Reply EditDocument(const Call& call);
 // Parameters: channel, archive, document ID, version; "" deletes all versions, and the document with its last one.
 Reply DeleteDocument(const Call& call);
-
-// The first four parameters of each are channel, archive, document ID and version. Notes belong to all versions.
-Reply GetNotes(const Call& call);
-// Then: the note of at most 8000 characters, and the text that represents a line break in it.
-Reply WriteNote(const Call& call);
-Reply DeleteNotes(const Call& call);
-
-// Parameters: channel, archive. A line "@mask" for each mask and a line of eight fields for each of its fields.
-Reply GetMasks(const Call& call);
 
 }  // namespace oxaqrycln::devserver
 

@@ -10,6 +10,7 @@
 #include "tools/devserver/commands/document_commands.h"
 #include "tools/devserver/commands/hit_list.h"
 #include "tools/devserver/commands/hit_list_printing.h"
+#include "tools/devserver/commands/notes_and_masks.h"
 #include "tools/devserver/commands/transport_orders.h"
 #include "values/code_page.h"
 

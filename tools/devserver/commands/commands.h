@@ -14,15 +14,12 @@
 
 namespace oxaqrycln::devserver {
 
-// The parameters after the command word, exactly as many as the command takes.
-using Parameters = std::span<const std::string>;
-
 // One request, as its handler sees it.
 struct Call {
   Database& database;
   const BlobDirectory& blobs;
   const std::string& user;
-  Parameters parameters;
+  std::span<const std::string> parameters;  // after the command word, exactly as many as the command takes
 };
 
 struct Command {

@@ -1,6 +1,5 @@
 #include "tools/devserver/commands/content_commands.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "support/text_helpers.h"

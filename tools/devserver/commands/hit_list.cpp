@@ -104,7 +104,7 @@ std::string Rows(Database& database, const std::string& matches, const std::stri
 
 Reply QueryArchive(const Call& call) {
   Database& database = call.database;
-  const Parameters parameters = call.parameters;
+  const std::span<const std::string> parameters = call.parameters;
   std::string expression = ParseQuery(parameters[0]);
   const std::int64_t maxLines = ParseLimit("Max lines", parameters[1]);
   const std::int64_t queryMax = ParseLimit("Query max", parameters[2]);

@@ -16,10 +16,8 @@ std::string Join(const Texts& texts, std::string_view separator) {
   return joined;
 }
 
-// The value between carets; carets and control characters in it become blanks.
-std::string Field(std::string value);
-
-// The values as fields with commas between them, without a line end.
+// The values as caret-quoted fields with commas between them, without a line end. Carets and control characters in a
+// value become blanks.
 std::string Record(const std::vector<std::string>& values);
 
 // A text of several lines that cannot end a field: carets and control characters become blanks, and each line break
