@@ -15,15 +15,17 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/file_size_limit.h"
 #include "tests/tools/devserver/fetched_content.h"
 #include "tools/devserver/content/page_image.h"
 #include "tools/devserver/protocol/errors.h"
+#include "values/errors.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 const std::string kEnquiry = "^,^Mail^,^Inbox^,^1262^,^^,^";
 
@@ -51,8 +53,9 @@ TEST_F(ContentTest, IsFetchedByPositionExtensionAndField) {
   const std::string file = Content(Fetch("GetSegmentFirstBLOB" + kEnquiry + "^,^"));
   EXPECT_EQ(file, "Position;Article;Pieces\r\n1;oak shelves;22\r\n2;packing;1\r\n");
   EXPECT_EQ(Content(Fetch("GetSegmentFirstBLOB" + kEnquiry + ".CSV^,^")), file);
-  EXPECT_THAT(Content(Fetch("GetSegmentPrintfile2" + kEnquiry + "11^,^")),
-              testing::AllOf(HasSubstr("\r\nAuthor: Mia Kr\xE4henb\xFChl\r\n"), testing::Not(HasSubstr("Customer"))));
+  EXPECT_THAT(
+      Content(Fetch("GetSegmentPrintfile2" + kEnquiry + "11^,^")),
+      ::testing::AllOf(HasSubstr("\r\nAuthor: Mia Kr\xE4henb\xFChl\r\n"), ::testing::Not(HasSubstr("Customer"))));
   const std::string directory = server_.BlobPath("").string();
   EXPECT_THAT(server_.Ask("GetSegmentData" + kEnquiry + "1^,^" + directory), StartsWith("Status: OK\r\n"));
   const std::pair<std::string, const char*> refused[] = {
@@ -113,6 +116,14 @@ TEST(BlobDirectory, GivesConcurrentFilesOfOneNameDifferentNames) {
   std::set<std::string> contents;
   for (const auto& entry : std::filesystem::directory_iterator(owner.path())) contents.insert(Content(entry.path()));
   EXPECT_EQ(contents.size(), static_cast<std::size_t>(kThreads * kFiles));
+}
+
+TEST(BlobDirectory, LeavesNothingOfContentThatTheDiskCannotHold) {
+  const BlobDirectory directory = BlobDirectory::Private();
+  const oxaqrycln::testing::FileSizeLimit limit(1000);
+  EXPECT_THROW(directory.Store("page.tif", std::string(1001, 'x')), RuntimeError);
+  EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+  EXPECT_EQ(directory.Store("page.tif", std::string(1000, 'x')), "page.tif");
 }
 
 TEST_F(ContentTest, IsWrittenToTheSharedDirectoryOnly) {
