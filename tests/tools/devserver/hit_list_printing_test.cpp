@@ -24,7 +24,7 @@ class PrintingTest : public ContentTest {
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
     std::string text;
     for (int byte = 0; (byte = std::fgetc(pipe.get())) != EOF;) text += static_cast<char>(byte);
-    if (!text.empty()) text.pop_back();  // the form feed behind the last page
+    if (!text.empty()) text.pop_back();  // the form feed after the last page
     const auto pages = Split(text, '\f');
     return {pages.begin(), pages.end()};
   }
