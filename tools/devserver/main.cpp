@@ -1,13 +1,13 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <functional>
 #include <iostream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "component/version.h"
-#include "platform/net/socket_address.h"
 #include "tools/devserver/archive/sample_archive.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -31,79 +31,63 @@ struct CommandLine {
   std::string database;
   std::string blobDirectory;
   int documentCount = kSampleDocumentCount;
-  std::vector<std::string> accounts;
-  std::string misbehaviour = "none";
+  Accounts accounts;
   bool log = false;
 };
 
-// What an option's reader refuses is wrong usage.
-template <typename Reader>
-CLI::Validator ReadableBy(Reader reader) {
-  return {[reader](const std::string& text) {
-            try {
-              reader(text);
-              return std::string();
-            } catch (const ServerError& error) {
-              return std::string(error.what());
-            }
-          },
-          ""};
-}
-
 std::string FromArgument(const std::string& text) {
   const auto converted = FromUtf8(text);
-  if (!converted) throw ServerError("'" + text + "' holds a character outside Windows-1252");
+  if (!converted) throw ServerError("'" + text + "' contains a character outside Windows-1252");
   return *converted;
 }
 
-std::pair<std::string, std::string> ReadAccount(const std::string& text) {
+void AddAccount(const std::string& text, Accounts& accounts) {
   const std::size_t colon = text.find(':');
   if (colon == std::string::npos) throw ServerError("account '" + text + "' is not of the form USER:PASSWORD");
-  return {FromArgument(text.substr(0, colon)), FromArgument(text.substr(colon + 1))};
+  accounts[FromArgument(text.substr(0, colon))] = FromArgument(text.substr(colon + 1));
 }
 
-void CheckAddress(const std::string& text) {
-  if (!NumericAddress(text)) throw ServerError("'" + text + "' is no numeric address like 127.0.0.1 or ::1");
+// An option whose values are passed to the reader; a value that it refuses is a usage error.
+CLI::Option* AddOption(CLI::App& app, const std::string& name, const std::string& help,
+                       const std::function<void(const std::string& text)>& read) {
+  const auto readAll = [name, read](const std::vector<std::string>& texts) {
+    try {
+      std::ranges::for_each(texts, read);
+    } catch (const ServerError& error) {
+      throw CLI::ValidationError(name, error.what());
+    }
+  };
+  return app.add_option_function<std::vector<std::string>>(name, readAll, help);
 }
 
 void Declare(CLI::App& app, CommandLine& line) {
   app.set_version_flag("--version", kVersionText);
-  app.add_option("--listen", line.server.address, "Numeric address to listen on")
-      ->check(ReadableBy(CheckAddress))
-      ->capture_default_str();
+  app.add_option("--listen", line.server.address, "Numeric address to listen on")->capture_default_str();
   app.add_option("--port", line.server.port, "TCP port; 0 takes any free one")->capture_default_str();
-  app.add_option("--database", line.database, "SQLite file, made and filled when new (default: in memory)");
-  app.add_option("--blob-dir", line.blobDirectory,
-                 "Directory shared with the web server, made when missing\n(default: DATABASE.blobs; a temporary one "
-                 "for a database in memory)");
+  app.add_option("--database", line.database, "SQLite file, created and filled when new (default: in memory)");
+  app.add_option(
+      "--blob-dir", line.blobDirectory,
+      "Directory shared with the web server, created when missing\n(default: DATABASE.blobs; a temporary one "
+      "for a database in memory)");
   app.add_option("--documents", line.documentCount, "Sample documents in a new database")
       ->check(CLI::Range(0, 1000000))
       ->capture_default_str();
-  app.add_option("--account", line.accounts, "USER:PASSWORD, repeatable (default: webuser:secret)")
-      ->check(ReadableBy(ReadAccount))
-      ->allow_extra_args(false);
+  AddOption(app, "--account", "USER:PASSWORD, repeatable (default: webuser:secret)", [&](const std::string& text) {
+    AddAccount(text, line.accounts);
+  })->allow_extra_args(false);
   app.add_option("--max-connections", line.server.maxConnections, "Clients served at once")
       ->check(CLI::Range(1, 10000))
       ->capture_default_str();
   app.add_flag("--log", line.log, "Write each request (without its password) and its status to standard error");
-  app.add_option("--misbehave", line.misbehaviour,
-                 "Break the protocol: refuse, delay:MS, silent, cut:N, reset:N,\nbytewise[:MS], count:TEXT, "
-                 "no-header or never-read")
-      ->check(ReadableBy(ParseMisbehaviour))
-      ->capture_default_str();
+  AddOption(app, "--misbehave",
+            "Break the protocol: refuse, delay:MS, silent, cut:N, reset:N,\nbytewise[:MS], count:TEXT, "
+            "no-header or never-read",
+            [&](const std::string& text) { line.server.misbehaviour = ParseMisbehaviour(text); })
+      ->expected(1)
+      ->default_str("none");
   app.footer(
       "Prints \"listening on ADDRESS:PORT\" when it is ready; ends on SIGINT or SIGTERM.\n"
-      "Everything it serves is invented. The protocol stands in docs/protocol.md.");
-}
-
-Accounts ReadAccounts(const std::vector<std::string>& texts) {
-  if (texts.empty()) return {{"webuser", "secret"}};
-  Accounts accounts;
-  for (const std::string& text : texts) {
-    auto [user, password] = ReadAccount(text);
-    accounts[std::move(user)] = std::move(password);
-  }
-  return accounts;
+      "All its documents are invented. The protocol is described in docs/protocol.md.");
 }
 
 std::string Outcome(const Reply& reply) {
@@ -119,7 +103,7 @@ void Log(std::string_view request, const Reply& reply) {
   for (std::size_t index = 0; index < fields.size(); ++index) {
     if (index != 2) line += "[" + Printable(fields[index]) + "] ";
   }
-  // Without fields nobody knows where a password stands.
+  // Without fields, the place of the password is unknown.
   if (fields.empty()) line = "[no request, " + std::to_string(request.size()) + " bytes] ";
   std::cerr << ToUtf8(line + Outcome(reply) + "\n") << std::flush;
 }
@@ -130,10 +114,9 @@ BlobDirectory OpenBlobDirectory(const CommandLine& line) {
 }
 
 void Serve(const CommandLine& line) {
-  ServerOptions options = line.server;
-  options.misbehaviour = ParseMisbehaviour(line.misbehaviour);
-  Service service(OpenArchive(line.database, line.documentCount), ReadAccounts(line.accounts), OpenBlobDirectory(line));
-  Server server(options, [&](std::string_view request) {
+  const Accounts accounts = line.accounts.empty() ? Accounts{{"webuser", "secret"}} : line.accounts;
+  Service service(OpenArchive(line.database, line.documentCount), accounts, OpenBlobDirectory(line));
+  Server server(line.server, [&](std::string_view request) {
     Reply reply = service.Answer(request);
     if (line.log) Log(request, reply);
     return reply;
@@ -142,11 +125,11 @@ void Serve(const CommandLine& line) {
   std::signal(SIGINT, StopRunningServer);
   std::signal(SIGTERM, StopRunningServer);
   std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);  // a limit on files is a full disk
-  const bool isVersion6 = options.address.find(':') != std::string::npos;
+  std::signal(SIGXFSZ, SIG_IGN);  // writing beyond a limit on file sizes then fails like a full disk
+  const std::string& address = line.server.address;
+  const bool isVersion6 = address.find(':') != std::string::npos;
   std::cout << "blob directory " << service.blobs().path() << std::endl;
-  std::cout << "listening on " << (isVersion6 ? "[" + options.address + "]" : options.address) << ":" << server.port()
-            << std::endl;
+  std::cout << "listening on " << (isVersion6 ? "[" + address + "]" : address) << ":" << server.port() << std::endl;
   server.Run();
   runningServer = nullptr;
 }

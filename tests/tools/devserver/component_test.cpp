@@ -1,4 +1,4 @@
-// The component's document methods against the development archive server: both sides agree on the bytes.
+// The component's methods with the development archive server: both sides agree on the bytes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ void WithQuery(const std::function<void(clsQuery& query, const RunningServer& se
   });
 }
 
-TEST(Component, ReadsWhatTheServerSendsOfADocument) {
+TEST(Component, ReadsADocumentFromTheServer) {
   WithQuery([](clsQuery& query, const RunningServer&) {
     Variant title;
     Variant fields;

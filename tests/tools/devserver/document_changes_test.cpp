@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
@@ -45,7 +44,7 @@ class ChangesTest : public testing::Test {
   RunningServer server_;  // its next document is 1091
 };
 
-TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
+TEST_F(ChangesTest, CreatesDocumentsFromImportFiles) {
   Write("list.csv", "1;2");
   const std::tuple<const char*, std::string, std::string, std::string> cases[] = {
       {"title only", kOrders + "@FOLDER,FT:One\r\n\r\n", "OK\r\n1091,1", ""},
@@ -63,11 +62,11 @@ TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
       {"no archive line", "@FOLDER,FT:T\r\n", "Import file: the line @DB,$(#CHANNEL)\\ARCHIVE is expected", ""},
       {"no folder line", kOrders, "Import file: the line @FOLDER,FT:TITLE is expected", ""},
       {"unknown archive", "@DB,$(#Mail)\\No\r\n@FOLDER,FT:T\r\n", "There is no archive $(#Mail)\\No", ""},
-      {"closed archive", "@DB,$(#Mail)\\Fax\r\n@FOLDER,FT:T\r\n", "Nothing can be created in $(#Mail)\\Fax", ""},
-      {"character set", "@CHARSET,EBCDIC\r\n" + kOrders, "Import file: there is no character set 'EBCDIC'", ""},
+      {"closed archive", "@DB,$(#Mail)\\Fax\r\n@FOLDER,FT:T\r\n", "Documents cannot be created in $(#Mail)\\Fax", ""},
+      {"character set", "@CHARSET,EBCDIC\r\n" + kOrders, "Import file: unknown character set 'EBCDIC'", ""},
       {"no UTF-8", "@CHARSET,UTF-8\r\n" + kOrders + "@FOLDER,FT:\xFF\r\n",
-       "Import file: '\xFF' is no UTF-8 of Windows-1252 characters", ""},
-      {"type", kOrders + "@FOLDER,FT:T,9:11\r\n", "Import file: field type 9 is none of 1, 2, 3", ""},
+       "Import file: '\xFF' is not UTF-8 text of Windows-1252 characters", ""},
+      {"type", kOrders + "@FOLDER,FT:T,9:11\r\n", "Import file: field type 9 is not 1, 2 or 3", ""},
       {"field ID", kOrders + "@FOLDER,FT:T,1:40000\r\n", "Import file: field ID 40000 is not between 1 and 32767", ""},
       {"order", kOrders + "@FOLDER,FT:T,1:11,1:16\r\n@FIELD,16\r\nx\r\n",
        "Import file: '@FIELD,16' does not follow the order of the folder line", ""},
@@ -75,13 +74,14 @@ TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
        "Import file: '@FIELD,11' does not follow the order of the folder line", ""},
       {"content without a field", kOrders + "@FOLDER,FT:T\r\nx\r\n",
        "Import file: there is content before the first @FIELD line", ""},
-      {"date", kOrders + "@FOLDER,FT:T,1:14\r\n30.02.2026\r\n", "Import file: '30.02.2026' is no date dd.mm.yyyy", ""},
+      {"date", kOrders + "@FOLDER,FT:T,1:14\r\n30.02.2026\r\n",
+       "Import file: '30.02.2026' is not a date in the form dd.mm.yyyy", ""},
       {"no file", kOrders + "@FOLDER,FT:T,3:30\r\n\r\n", "Import file: field 30 names no file", ""},
       {"file elsewhere", kOrders + "@FOLDER,FT:T,3:30\r\n/etc/passwd\r\n",
        "'/etc' is not the blob directory of this server", ""},
       {"missing file", kOrders + "@FOLDER,FT:T,3:30\r\nno.csv\r\n", "There is no file 'no.csv' in the blob directory",
        ""},
-      {"no image", kOrders + "@FOLDER,FT:T,2:20\r\nlist.csv\r\n", "'list.csv': It is no TIFF file", ""},
+      {"no image", kOrders + "@FOLDER,FT:T,2:20\r\nlist.csv\r\n", "'list.csv': Not a TIFF file", ""},
       {"the second of two", kOrders + "@FOLDER,FT:A\r\n\r\n" + kOrders + "@FOLDER,FT:T,3:30\r\nno.csv\r\n",
        "There is no file 'no.csv' in the blob directory", ""},
   };
@@ -91,12 +91,12 @@ TEST_F(ChangesTest, ImportFilesSayWhatADocumentIs) {
     EXPECT_EQ(Texts(answer.substr(4, 4) + "^,^"), texts) << name;
   }
   EXPECT_EQ(server_.Ask("CreateDocument^,^/etc/passwd"), "Status: '/etc' is not the blob directory of this server\r\n");
-  // Nothing that was refused has left a document or used up a number.
+  // Refused imports have neither left a document nor used a number.
   EXPECT_EQ(Hits("*"), "97");
   EXPECT_EQ(Create(kOrders + "@FOLDER,FT:T\r\n"), "Status: OK\r\n1098,1\r\n");
 }
 
-TEST(ImportFile, IsReadOrRefusedWhateverItHolds) {
+TEST(ImportFile, IsReadOrRefusedWhenDamaged) {
   const std::string sound = "@CHARSET,UTF-8\r\n" + kOrders + "@FOLDER,FT:T,1:11,3:30\r\n@FIELD,11\r\nJ\xC3\xB6rg\r\n" +
                             "@FIELD,30\r\nlist.csv\r\n" + kOrders + "@FOLDER,FT:T,1:16\r\none\r\ntwo\r\n";
   ASSERT_EQ(ParseImportFile(sound).size(), 2U);
@@ -137,13 +137,13 @@ TEST_F(ChangesTest, EditsReplaceTheFieldsTheyName) {
   EXPECT_THAT(server_.Ask("GetDocumentInfo^,^Finance^,^Orders^,^1091^,^2"), HasSubstr("^,^Offer^,^6^,^5^,^0^,^1^"));
 
   const std::string import = kOrders + "@FOLDER,FT:T\r\n";
-  EXPECT_EQ(Edit(import, "1091,1"), "Status: Document 1091 has version 2 by now\r\n");
+  EXPECT_EQ(Edit(import, "1091,1"), "Status: The newest version of document 1091 is 2\r\n");
   EXPECT_EQ(Edit(import, "1091,7"), "Status: Document 1091 has no version '7'\r\n");
   EXPECT_EQ(Edit(import, "x"), "Status: There is no document 'x' in $(#Finance)\\Orders\r\n");
   EXPECT_EQ(Edit(import, ""), "Status: There is no document '' in $(#Finance)\\Orders\r\n");
-  EXPECT_EQ(Edit(import + "\r\n" + import, "1091,2"), "Status: The import file holds 2 documents\r\n");
+  EXPECT_EQ(Edit(import + "\r\n" + import, "1091,2"), "Status: The import file contains 2 documents\r\n");
   EXPECT_EQ(Edit("@DB,$(#Finance)\\Invoices\r\n@FOLDER,FT:T\r\n", "1004,1"),
-            "Status: Nothing can be edited in $(#Finance)\\Invoices\r\n");
+            "Status: Documents cannot be edited in $(#Finance)\\Invoices\r\n");
 }
 
 TEST_F(ChangesTest, DeletesAVersionOrTheWholeDocument) {
@@ -157,8 +157,8 @@ TEST_F(ChangesTest, DeletesAVersionOrTheWholeDocument) {
   EXPECT_THAT(server_.Ask("GetNotes^,^Finance^,^Orders^,^1091^,^"), StartsWith("Status: There is no document"));
   EXPECT_EQ(server_.Ask("DeleteDocument^,^Finance^,^Orders^,^1005^,^"), "Status: OK\r\n");
   EXPECT_EQ(server_.Ask("DeleteDocument^,^Mail^,^Inbox^,^1001^,^"),
-            "Status: Nothing can be deleted in $(#Mail)\\Inbox\r\n");
-  // A number is never given twice.
+            "Status: Documents cannot be deleted in $(#Mail)\\Inbox\r\n");
+  // A number is never reused.
   EXPECT_EQ(Create(kOrders + "@FOLDER,FT:T\r\n"), "Status: OK\r\n1092,1\r\n");
 }
 

@@ -23,7 +23,7 @@ class DocumentsTest : public testing::Test {
   RunningServer server_{{}, "none", kSampleDocumentCount};
 };
 
-TEST_F(DocumentsTest, MarkWhatTheQueryMeans) {
+TEST_F(DocumentsTest, MarkTheHitsOfAQuery) {
   // The document's author is Mia Krähenbühl, its text:
   //   Die Prüfung ergab keine Mängel. / The price is 12 € a piece – without packing. / Delivery is planned ...
   const char* const cases[][3] = {
@@ -62,7 +62,7 @@ TEST_F(DocumentsTest, KeepTheirOldVersions) {
   EXPECT_EQ(text(""), text("2"));
 }
 
-TEST_F(DocumentsTest, AreRefusedInWords) {
+TEST_F(DocumentsTest, AreRefusedWithAReason) {
   const std::string longMark(257, 'x');
   const std::pair<std::string, const char*> cases[] = {
       {"GetDocumentInfo^,^Mail^,^Nowhere^,^1094^,^", "There is no archive $(#Mail)\\Nowhere"},

@@ -1,4 +1,4 @@
-// fetched_content.h - what a request has put into the blob directory of a server with the whole sample archive.
+// fetched_content.h - reads the files that a server with the whole sample archive puts into its blob directory.
 #ifndef OXAQRYCLN_TESTS_TOOLS_DEVSERVER_FETCHED_CONTENT_H_
 #define OXAQRYCLN_TESTS_TOOLS_DEVSERVER_FETCHED_CONTENT_H_
 
@@ -21,9 +21,9 @@ inline std::string Content(const std::filesystem::path& file) {
   return content.str();
 }
 
-class ContentTest : public testing::Test {
+class ContentTest : public ::testing::Test {
  protected:
-  // The file that a request has put into the blob directory; its announced length must be its own.
+  // The file that a request has put into the blob directory; checks its announced length.
   std::filesystem::path Fetch(const std::string& command) const {
     std::istringstream answer(server_.Ask(command));
     std::string status;
@@ -41,7 +41,7 @@ class ContentTest : public testing::Test {
   RunningServer server_{{}, "none", kSampleDocumentCount};
 };
 
-// libtiff's own count, page size and kind.
+// Width and compression of each page (g: fax group 4, c: other), as libtiff reads them.
 inline std::string DescribeTiff(const std::filesystem::path& file) {
   std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(TIFFOpen(file.c_str(), "r"), TIFFClose);
   if (tiff == nullptr) return "no TIFF file";

@@ -24,7 +24,7 @@ class PrintingTest : public ContentTest {
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
     std::string text;
     for (int byte = 0; (byte = std::fgetc(pipe.get())) != EOF;) text += static_cast<char>(byte);
-    if (!text.empty()) text.pop_back();  // the form feed behind the last page
+    if (!text.empty()) text.pop_back();  // the form feed after the last page
     const auto pages = Split(text, '\f');
     return {pages.begin(), pages.end()};
   }
@@ -52,7 +52,7 @@ TEST_F(PrintingTest, ShowsTitlesAndNumberOnEachPageAndEachRowOnce) {
   EXPECT_EQ(all.find("Brief", all.find("Brief", place) + 1), std::string::npos);
 }
 
-TEST_F(PrintingTest, PrintsTheTitlesAlone) {
+TEST_F(PrintingTest, PrintsAnEmptyHitList) {
   const auto pages = Print("", "^Reference^,^^");
   ASSERT_EQ(pages.size(), 1U);
   EXPECT_THAT(pages[0], HasSubstr("Reference"));
@@ -77,7 +77,7 @@ TEST_F(PrintingTest, ShowsEveryCharacterOfTheCodePage) {
   }
 }
 
-TEST_F(PrintingTest, BreaksLongFieldsAndCutsOverlongOnes) {
+TEST_F(PrintingTest, WrapsLongFieldsAndCutsOverlongOnes) {
   const std::string words = "Wort1 " + Repeat("Wort ", 98) + "Last ";
   const auto pages =
       Print(std::string(200, 'T'), "^A^,^B^,^C^,^D^\r\n^" + words + "^,^" + words + "^,^" + std::string(900, 'w') +
@@ -91,12 +91,12 @@ TEST_F(PrintingTest, BreaksLongFieldsAndCutsOverlongOnes) {
   EXPECT_THAT(pages[0], HasSubstr("more than titles"));
 }
 
-TEST_F(PrintingTest, RefusesWhatIsNoHitList) {
+TEST_F(PrintingTest, RefusesInvalidHitLists) {
   const std::pair<std::string, const char*> cases[] = {
       {"T^,^^A^" + Repeat("\r\n^a^", 10001) + "^,^", "More than 10000 rows"},
       {"T^,^^A^" + Repeat(",^A^", 40) + "^,^", "Row 1 has more than 40 columns"},
       {"T^,^^A^" + Repeat("\r\n^a^" + Repeat(",^a^", 20), 5000) + "^,^", "More than 100000 fields in the rows"},
-      {"T^,^^A^\r\nno row\r\n^a^^,^", "Row 2 is not a list of fields in carets"},
+      {"T^,^^A^\r\nno row\r\n^a^^,^", "Row 2 is not a list of caret-quoted fields"},
       {std::string(201, 'T') + "^,^^A^^,^", "The title is longer than 200 characters"},
       {"T^,^^A^^,^/tmp", "'/tmp' is not the blob directory of this server"},
       {"T^,^^A^\r\n^" + std::string(2'100'000, 'a') + "^^,^", "The request is longer than 2097152 bytes"},
@@ -105,7 +105,7 @@ TEST_F(PrintingTest, RefusesWhatIsNoHitList) {
     EXPECT_EQ(server_.Ask("PrintHitlistPDF^,^" + parameters), std::string("Status: ") + answer + "\r\n");
 }
 
-TEST(Printing, WaitsForRowsThatComeInPieces) {
+TEST(Printing, WaitsForRowsThatArriveInPieces) {
   const RunningServer server(
       WithLimits({.quiet = std::chrono::milliseconds(10), .shortQuiet = std::chrono::minutes(1)}));
   Client client = server.Connect();

@@ -1,4 +1,4 @@
-// The real server, killed in the middle of its work.
+// The server program, killed while it works.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/wire_client.h"
 #include "tools/devserver/protocol/request.h"
 
@@ -23,7 +24,7 @@ namespace {
 
 constexpr std::size_t kDocumentCount = 4;
 
-// The program as a process of its own; killed with its owner.
+// The program as a process, which is killed when its owner ends.
 class Process {
  public:
   explicit Process(const std::vector<std::string>& arguments) {
@@ -79,21 +80,16 @@ class Process {
   std::uint16_t port_ = 0;
 };
 
-class KillTest : public testing::Test {
+class KillTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    directory_ = testing::TempDir() + "devserver_kill_test_" + std::to_string(getpid());
-    std::filesystem::remove_all(directory_);
-    std::filesystem::create_directories(directory_ + "/blobs");
-  }
-  void TearDown() override { std::filesystem::remove_all(directory_); }
+  KillTest() { std::filesystem::create_directory(directory_ + "/blobs"); }
 
   std::vector<std::string> Arguments() const {
     return {"--port",      "0", "--database", directory_ + "/archive.db", "--blob-dir", directory_ + "/blobs",
             "--documents", "0"};
   }
 
-  // An import whose every part says the same word.
+  // An import with the same word in every part.
   std::string WriteImport(const std::string& name, const std::string& word) const {
     std::ofstream(directory_ + "/blobs/" + name + ".dat") << word;
     std::ofstream(directory_ + "/blobs/" + name + ".imp", std::ios::trunc)
@@ -104,7 +100,7 @@ class KillTest : public testing::Test {
     return name + ".imp";
   }
 
-  // Edits a document over and over, until the server is gone. identifier and word are those of the last answered edit.
+  // Edits a document repeatedly until the server is gone. identifier and word are those of the last answered edit.
   void EditUntilKilled(std::uint16_t port, std::size_t number, std::string& identifier, std::string& word,
                        std::atomic<int>& editCount) {
     const std::string name = "w" + std::to_string(number);
@@ -121,10 +117,11 @@ class KillTest : public testing::Test {
     }
   }
 
-  std::string directory_;
+  const oxaqrycln::testing::TemporaryDirectory temporary_;
+  const std::string directory_ = temporary_.path();
 };
 
-// What the archive says of a document: each distinct word of its newest version, and the version.
+// The distinct words of the newest version of a document, and the version.
 std::set<std::string> WordsOf(Service& service, const std::string& documentId, std::string& version) {
   const auto ask = [&](const std::string& command) { return service.Answer(Request(command)).text; };
   const std::string document = "^,^Finance^,^Orders^,^" + documentId + "^,^";
@@ -143,7 +140,7 @@ std::set<std::string> WordsOf(Service& service, const std::string& documentId, s
   std::string content;
   std::ifstream(service.blobs().path() + "/" + name.substr(0, name.size() - 2)) >> content;
   words.insert(content);
-  // The row that searches use says the same.
+  // The row that searches use has the same words.
   const std::string word = *words.begin();
   const std::string hits =
       ask("QueryArchive^,^title:" + word + " author:" + word + " text:" + word + "^,^0^,^0^,^^,^^,^^,^3");
@@ -153,7 +150,7 @@ std::set<std::string> WordsOf(Service& service, const std::string& documentId, s
   return words;
 }
 
-// Nothing of an edit that was not carried out is left in the tables.
+// Nothing of an interrupted edit is left in the tables.
 void ExpectNoPieces(const std::string& file) {
   Database database = OpenDatabase(file);
   for (const char* sql :
@@ -166,7 +163,7 @@ void ExpectNoPieces(const std::string& file) {
   }
 }
 
-TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
+TEST_F(KillTest, LeavesEachDocumentAsBeforeOrAfterAnEdit) {
   std::vector<std::string> identifiers;
   std::vector<std::string> words;
   std::mt19937 random(7);
@@ -191,7 +188,7 @@ TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
       editors.emplace_back(
           [&, number] { EditUntilKilled(server.port(), number, identifiers[number], words[number], editCount); });
     }
-    // Some edits are through, and others are under way, somewhere.
+    // Some edits are complete, and others in progress.
     const int wanted = 3 + static_cast<int>(random() % 20);
     for (int wait = 0; wait < kPatienceMilliseconds && editCount < wanted; ++wait) poll(nullptr, 0, 1);
     poll(nullptr, 0, static_cast<int>(random() % 10));
@@ -206,8 +203,8 @@ TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
       const std::string documentId = identifiers[index].substr(0, comma);
       std::string version;
       const std::set<std::string> found = WordsOf(service, documentId, version);
-      ASSERT_EQ(found.size(), 1U) << "document " << documentId << " is mixed: " << testing::PrintToString(found);
-      // What was answered is there; one edit more may have been carried out without an answer.
+      ASSERT_EQ(found.size(), 1U) << "document " << documentId << " is mixed: " << ::testing::PrintToString(found);
+      // Answered edits are kept; one more may have been carried out without an answer.
       const int answered = std::stoi(identifiers[index].substr(comma + 1));
       if (version == std::to_string(answered)) {
         EXPECT_EQ(*found.begin(), words[index]) << "round " << round;
@@ -221,7 +218,7 @@ TEST_F(KillTest, LeavesEveryDocumentOldOrNew) {
   }
 }
 
-TEST_F(KillTest, LeavesNoUploadThatWasCut) {
+TEST_F(KillTest, LeavesNothingOfAnUnfinishedUpload) {
   std::ofstream(directory_ + "/blobs/f") << "old";
   Process server(Arguments());
   ASSERT_NE(server.port(), 0);

@@ -11,7 +11,7 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-// As long as the page counts it.
+// Has the length that the byte count on the page assumes.
 constexpr const char* kPageVersion = "0.0.0";
 
 std::string Replace(std::string text, const std::string& old, const std::string& replacement) {
@@ -21,7 +21,7 @@ std::string Replace(std::string text, const std::string& old, const std::string&
   return text;
 }
 
-// The lines from the position on up to the line "```", which it moves past.
+// The lines from the position up to the line "```"; the position moves past it.
 std::string Block(const std::string& page, std::size_t& position) {
   const std::size_t start = page.find('\n', position) + 1;
   const std::size_t end = page.find("\n```\n", start - 1);
@@ -44,10 +44,10 @@ TEST(ProtocolPage, ShowsTheBytesThatTheServerSends) {
   const std::string page = FromUtf8(file.str()).value_or("");
   const RunningServer server({}, "none", kSampleDocumentCount);
   int exampleCount = 0;
-  // One server carries out all of them in turn, so that one may use what another has made.
+  // One server carries out all requests in turn, since some depend on earlier ones.
   for (std::size_t position = 0; (position = page.find("\n```request\n", position)) != std::string::npos;) {
     std::string request = Replace(Block(page, ++position), "\n", "\r\n");
-    // A request ends with its caret; a file behind it, with its last line.
+    // A request ends with its caret, an uploaded file with its last line.
     if (request.find("^,^UploadFile^,^") == std::string::npos) request.resize(request.size() - 2);
     const bool isFile = page.compare(position, 8, "```file\n") == 0;
     ASSERT_TRUE(isFile || page.compare(position, 10, "```answer\n") == 0) << request;

@@ -50,7 +50,7 @@ TEST(QueryParser, FindsWhatTheQueryMeans) {
       {"16:(red NOT pear)", "1"},
       {"10:\"t\"* AND 16:red", "2"},
       {"and", ""},
-      // What SQLite would read as its own syntax is plain text here.
+      // Syntax of SQLite is plain text here.
       {"red-apple", "1"},
       {"{title}", ""},
       {"NEAR pear", ""},
@@ -61,7 +61,7 @@ TEST(QueryParser, FindsWhatTheQueryMeans) {
   for (const auto& [query, hits] : cases) EXPECT_EQ(Hits(query), hits) << query;
 }
 
-TEST(QueryParser, SaysWhatIsWrong) {
+TEST(QueryParser, ReportsErrors) {
   const std::pair<std::string, const char*> cases[] = {
       {" ", "empty"},
       {"red AND", "missing at the end"},
@@ -97,7 +97,7 @@ TEST(QueryParser, SaysWhatIsWrong) {
   }
 }
 
-TEST(QueryParser, TakesTheLargestQueryItAllows) {
+TEST(QueryParser, AcceptsQueriesAtItsLimits) {
   EXPECT_EQ(Hits(std::string(32, '(') + "red" + std::string(32, ')') + Repeat(" OR pie", 199)), "123");
   EXPECT_EQ(Hits("red OR " + std::string(4089, 'a')), "12");
 }

@@ -35,7 +35,7 @@ TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
       {"^s^,^u^,^p^,^Other^", RequestState::kBad},
       {"^s^,^u^,^p^,^Other^,^a", RequestState::kBad},
       {"GET / HTTP/1.0", RequestState::kBad},
-      // What a body follows is ended by a line end, and by nothing else.
+      // Only a line end ends a request that a body follows.
       {"^s^,^u^,^p^,^Body^,^1^", RequestState::kShort},
       {"^s^,^u^,^p^,^Body^,^1^\r", RequestState::kPartial},
       {"^s^,^u^,^p^,^Body^,^1^\r\n", RequestState::kBody},
@@ -44,10 +44,11 @@ TEST(Request, IsJudgedByItsCaretsAndItsCommand) {
       {"^s^,^u^,^p^,^Two^,^a^\r\n^,^b^", RequestState::kComplete},
   };
   for (const auto& [text, state] : cases) EXPECT_EQ(JudgeRequest(text, ShapeOf).state, state) << text;
+  EXPECT_EQ(JudgeRequest("^s^,^u^,^p^,^Body^,^9^\r\nfile^\r\n", ShapeOf).textByteCount, 22U);
 }
 
-// Every end of a packet may be mistaken for the end of the request: only the last caret may look like it.
-TEST(Request, WithRowsIsWholeBehindAWholeRowOnly) {
+// A packet may end anywhere, so no part of the request may look complete.
+TEST(Request, WithRowsIsCompleteOnlyAfterACompleteRow) {
   const std::string begin = "^s^,^u^,^p^,^Rows^,^";
   const std::pair<const char*, std::string> cases[] = {
       {"one row", "title^,^^Ref^,^Doc^^,^/dir^"},
@@ -69,7 +70,7 @@ TEST(Request, WithRowsIsWholeBehindAWholeRowOnly) {
   EXPECT_EQ(JudgeRequest("^s^,^u^,^p^,^Rows^", ShapeOf).state, RequestState::kShort);
 }
 
-TEST(Request, PutsRowsTogetherAgain) {
+TEST(Request, JoinsRows) {
   using Case = std::pair<std::vector<std::string>, std::vector<std::string>>;
   for (const auto& [parameters, joined] :
        {Case{{"t", "^a", "b^\r\n^c", "d^", "/dir"}, {"t", "^a^,^b^\r\n^c^,^d^", "/dir"}},
@@ -77,10 +78,6 @@ TEST(Request, PutsRowsTogetherAgain) {
         Case{{"t", "/dir"}, {"t", "/dir"}}, Case{{}, {}}}) {
     EXPECT_EQ(JoinRows(parameters), joined);
   }
-}
-
-TEST(Request, TellsWhereTheBodyBegins) {
-  EXPECT_EQ(JudgeRequest("^s^,^u^,^p^,^Body^,^9^\r\nfile^\r\n", ShapeOf).textByteCount, 22U);
 }
 
 TEST(Request, KeepsLoneCaretsAndCommasInItsFields) {

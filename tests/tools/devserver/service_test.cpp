@@ -3,13 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/text_helpers.h"
+#include "tests/support/temporary_directory.h"
 #include "tools/devserver/archive/sample_archive.h"
 #include "tools/devserver/protocol/errors.h"
 #include "values/code_page.h"
@@ -17,10 +16,10 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
-class ServiceTest : public testing::Test {
+class ServiceTest : public ::testing::Test {
  protected:
   std::string Ask(const std::string& command, const std::string& user = "webuser",
                   const std::string& encoded = Encode("secret")) {
@@ -31,7 +30,7 @@ class ServiceTest : public testing::Test {
     std::istringstream answer(ToUtf8(Ask(FromUtf8(command).value_or(""))));
     std::vector<std::string> lines;
     for (std::string line; std::getline(answer, line); lines.push_back(line)) {
-      EXPECT_THAT(line, testing::EndsWith("\r"));
+      EXPECT_THAT(line, ::testing::EndsWith("\r"));
       line.pop_back();
     }
     return lines;
@@ -46,7 +45,7 @@ class ServiceTest : public testing::Test {
   Service service_{OpenArchive(""), {{"webuser", "secret"}, {"m\xFCller", umlauts_}}};
 };
 
-TEST_F(ServiceTest, AdmitsAccountsOnly) {
+TEST_F(ServiceTest, AdmitsOnlyItsAccounts) {
   EXPECT_THAT(Ask("LiveCheck"), StartsWith("Status: OK\r\nOXA development archive server "));
   EXPECT_THAT(Ask("LiveCheck", "m\xFCller", Encode(umlauts_)), StartsWith("Status: OK\r\n"));
   EXPECT_EQ(Ask("LiveCheck", "webuser", Encode("Secret")), "Status: Access denied for user 'webuser'\r\n");
@@ -56,18 +55,18 @@ TEST_F(ServiceTest, AdmitsAccountsOnly) {
 
 TEST_F(ServiceTest, ListsChannelsArchivesAndTheirProperties) {
   EXPECT_THAT(AskLines("getchannels"),
-              testing::ElementsAre("Status: OK", "Mail,Incoming and outgoing mail",
-                                   "Finance,Invoices, orders and contracts", "Technik,Zeichnungen und Prüfberichte",
-                                   "Büro,Protokolle, Aushänge", "Projects,Nothing filed here yet"));
+              ::testing::ElementsAre("Status: OK", "Mail,Incoming and outgoing mail",
+                                     "Finance,Invoices, orders and contracts", "Technik,Zeichnungen und Prüfberichte",
+                                     "Büro,Protokolle, Aushänge", "Projects,Nothing filed here yet"));
   EXPECT_EQ(AskLines("GetAllArchives").size(), 10U);
-  EXPECT_THAT(AskLines("GetAllArchives"), testing::Contains("$(#Technik)\\Prüfberichte"));
+  EXPECT_THAT(AskLines("GetAllArchives"), ::testing::Contains("$(#Technik)\\Prüfberichte"));
   EXPECT_THAT(Ask("GetAllArchivesExt"), HasSubstr("#Mail,Incoming and outgoing mail\r\nInbox,Letters received\r\n"));
   EXPECT_THAT(AskLines("GetQueryFormatList^,^finance^,^ORDERS"),
-              testing::ElementsAre("Status: OK", "Full text", "Title", "People", "Order data"));
-  EXPECT_THAT(AskLines("GetArchiveProperties^,^Büro^,^Protokolle"), testing::ElementsAre("Status: OK", "1,1,1,0,30"));
+              ::testing::ElementsAre("Status: OK", "Full text", "Title", "People", "Order data"));
+  EXPECT_THAT(AskLines("GetArchiveProperties^,^Büro^,^Protokolle"), ::testing::ElementsAre("Status: OK", "1,1,1,0,30"));
 }
 
-TEST_F(ServiceTest, LaysHitsOut) {
+TEST_F(ServiceTest, FormatsHits) {
   const auto lines = AskLines("QueryArchive^,^*^,^2^,^0^,^13^,^^,^$(#Finance)\\Invoices^,^2");
   ASSERT_EQ(lines.size(), 8U);
   EXPECT_EQ(lines[1], "30");
@@ -75,8 +74,9 @@ TEST_F(ServiceTest, LaysHitsOut) {
   EXPECT_EQ(lines[3], "1");
   EXPECT_EQ(lines[4], "^0^,^0^,^0^,^0^,^0^,^1024^,^512^,^0^");
   EXPECT_EQ(lines[5], "^Reference^,^Document^,^Version^,^Customer^,^Title^,^Date^,^Amount^,^Type^");
-  EXPECT_THAT(lines[6], testing::MatchesRegex("\\^\\$\\(#Finance\\)\\\\Invoices\\^,\\^[0-9]+\\^,\\^[1-3]\\^,\\^.+\\^,"
-                                              "\\^Invoice for .+\\^,\\^[0-9.]+\\^,\\^[0-9]+,[0-9]+\\^,\\^Invoice\\^"));
+  EXPECT_THAT(lines[6],
+              ::testing::MatchesRegex("\\^\\$\\(#Finance\\)\\\\Invoices\\^,\\^[0-9]+\\^,\\^[1-3]\\^,\\^.+\\^,"
+                                      "\\^Invoice for .+\\^,\\^[0-9.]+\\^,\\^[0-9]+,[0-9]+\\^,\\^Invoice\\^"));
 }
 
 TEST_F(ServiceTest, RestrictsByFormatAndFolderRights) {
@@ -101,17 +101,17 @@ TEST_F(ServiceTest, RestrictsByFormatAndFolderRights) {
   }
 }
 
-TEST_F(ServiceTest, HoldsTheLimitsOfAQuery) {
+TEST_F(ServiceTest, EnforcesTheLimitsOfAQuery) {
   EXPECT_EQ(AskLines("QueryArchive^,^*^,^0^,^270^,^^,^^,^^,^").size(), 276U);
   EXPECT_EQ(AskLines("QueryArchive^,^*^,^^,^^,^^,^^,^^,^").size(), 276U);
   EXPECT_EQ(AskLines("QueryArchive^,^*^,^7^,^0^,^^,^^,^^,^").size(), 13U);
   EXPECT_EQ(Ask("QueryArchive^,^*^,^7^,^269^,^^,^^,^^,^"),
             "Status: The query has 270 hits, more than the 269 allowed\r\n");
-  EXPECT_EQ(Ask("QueryArchive^,^*^,^-1^,^0^,^^,^^,^^,^"), "Status: Max lines '-1' is no number from 0\r\n");
-  EXPECT_EQ(Ask("QueryArchive^,^*^,^1^,^1x^,^^,^^,^^,^"), "Status: Query max '1x' is no number from 0\r\n");
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^-1^,^0^,^^,^^,^^,^"), "Status: Max lines '-1' is not a number of 0 or more\r\n");
+  EXPECT_EQ(Ask("QueryArchive^,^*^,^1^,^1x^,^^,^^,^^,^"), "Status: Query max '1x' is not a number of 0 or more\r\n");
 }
 
-TEST_F(ServiceTest, RefusesWhatItCannotCarryOut) {
+TEST_F(ServiceTest, RefusesInvalidRequests) {
   const char* const cases[][2] = {
       {"", "Status: Unknown command ''\r\n"},
       {"GetChannels^,^x", "Status: GetChannels takes 0 parameters, not 1\r\n"},
@@ -124,18 +124,17 @@ TEST_F(ServiceTest, RefusesWhatItCannotCarryOut) {
 }
 
 TEST(SampleArchive, IsKeptInItsFileAndOverwritesNoOther) {
-  const std::string file = testing::TempDir() + "devserver_archive_test.db";
-  std::remove(file.c_str());
-  OpenArchive(file, 9).exec("DELETE FROM document WHERE id = 1001");
-  EXPECT_EQ(OpenArchive(file, 9).execAndGet("SELECT count(*) FROM document").getInt(), 8);
-  std::remove(file.c_str());
+  const oxaqrycln::testing::TemporaryDirectory directory;
+  const std::string kept = directory.File("kept");
+  OpenArchive(kept, 9).exec("DELETE FROM document WHERE id = 1001");
+  EXPECT_EQ(OpenArchive(kept, 9).execAndGet("SELECT count(*) FROM document").getInt(), 8);
 
-  OpenDatabase(file).exec("CREATE TABLE other (x)");
-  EXPECT_THROW(OpenArchive(file), ServerError);
-  std::remove(file.c_str());
-  std::ofstream(file) << "no database at all, but a text of some length";
-  EXPECT_THROW(OpenArchive(file), ServerError);
-  std::remove(file.c_str());
+  const std::string other = directory.File("other");
+  OpenDatabase(other).exec("CREATE TABLE other (x)");
+  EXPECT_THROW(OpenArchive(other), ServerError);
+  EXPECT_TRUE(OpenDatabase(other).tableExists("other"));
+  directory.Write("text", "no database at all, but a text of some length");
+  EXPECT_THROW(OpenArchive(directory.File("text")), ServerError);
 }
 
 }  // namespace

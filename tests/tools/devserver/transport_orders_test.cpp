@@ -4,12 +4,13 @@
 
 #include <utility>
 
+#include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/fetched_content.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 class OrdersTest : public ContentTest {
  protected:
@@ -37,7 +38,7 @@ TEST_F(OrdersTest, AreFoundByTheirFields) {
       {"title:x", "",
        "Status: Query: there is no field 'title' (fields are id, status, customer, origin, destination, "
        "date, weight)\r"},
-      {"*", "x", "Status: Max lines 'x' is no number from 0\r"},
+      {"*", "x", "Status: Max lines 'x' is not a number of 0 or more\r"},
   };
   for (const auto& [query, maxLines, ids] : cases) EXPECT_EQ(Ids(query, maxLines), ids) << query;
   EXPECT_EQ(server_.Ask("QueryFahrauftraege^,^FA-0002^,^1"),
@@ -45,15 +46,14 @@ TEST_F(OrdersTest, AreFoundByTheirFields) {
             "^13.05.2023^,^4,2^\r\n");
 }
 
-TEST_F(OrdersTest, KeepTheStatusTheyAreGiven) {
+TEST_F(OrdersTest, KeepANewStatus) {
   EXPECT_EQ(server_.Ask("UpdateFahrauftraegeStatus^,^fa-0002^,^LOADED"), "Status: OK\r\n");
   EXPECT_THAT(server_.Ask("QueryFahrauftraege^,^FA-0002 status:loaded^,^"),
               HasSubstr("\r\n^FA-0002^,^loaded^,^1003^,"));
   EXPECT_EQ(Ids("FA-0002 status:delivered"), "");
   for (const char* status : {"", "lost", "open,loaded", "open^"}) {
-    EXPECT_THAT(
-        server_.Ask(std::string("UpdateFahrauftraegeStatus^,^FA-0002^,^") + status),
-        HasSubstr("is no status of a transport order (those are open, accepted, loaded, delivered, cancelled)"));
+    EXPECT_THAT(server_.Ask(std::string("UpdateFahrauftraegeStatus^,^FA-0002^,^") + status),
+                HasSubstr("is not a status of a transport order (open, accepted, loaded, delivered, cancelled)"));
   }
   for (const std::string& order : {std::string("FA-9999"), std::string("' OR '1'='1")}) {
     EXPECT_EQ(server_.Ask("UpdateFahrauftraegeStatus^,^" + order + "^,^open"),
@@ -62,16 +62,14 @@ TEST_F(OrdersTest, KeepTheStatusTheyAreGiven) {
   EXPECT_EQ(Ids("FA-0002 status:loaded"), "FA-0002 ");
 }
 
-TEST(Orders, AreStillThereWhenTheServerStartsAgain) {
-  const std::string file = testing::TempDir() + "devserver_orders_test.db";
-  std::filesystem::remove(file);
+TEST(Orders, AreKeptWhenTheServerRestarts) {
+  const oxaqrycln::testing::TemporaryDirectory directory;
   const auto ask = [&](const std::string& command) {
-    Service service(OpenArchive(file, 30), {{"webuser", "secret"}});
+    Service service(OpenArchive(directory.File("archive"), 30), {{"webuser", "secret"}});
     return service.Answer(Request(command)).text;
   };
   EXPECT_EQ(ask("UpdateFahrauftraegeStatus^,^FA-0001^,^delivered"), "Status: OK\r\n");
   EXPECT_THAT(ask("QueryFahrauftraege^,^FA-0001 status:delivered^,^"), HasSubstr("\r\n^FA-0001^,^delivered^,"));
-  std::filesystem::remove(file);
 }
 
 TEST_F(OrdersTest, HaveThePagesOfTheirDocuments) {
@@ -92,7 +90,7 @@ TEST_F(OrdersTest, HaveThePagesOfTheirDocuments) {
 
   const std::pair<std::string, const char*> refused[] = {
       {"FA-0003^,^", "Status: The transport orders have no pages\r\n"},
-      {"^,^", "Status: No transport order is named\r\n"},
+      {"^,^", "Status: The list of transport orders is empty\r\n"},
       {"FA-0001,^,^", "Status: There is no transport order ''\r\n"},
       {"FA-0001,FA-9999^,^", "Status: There is no transport order 'FA-9999'\r\n"},
       {"FA-0001^,^/tmp", "Status: '/tmp' is not the blob directory of this server\r\n"},

@@ -20,13 +20,13 @@ std::vector<std::string> FilesOf(const RunningServer& server) {
   return names;
 }
 
-// Waits until nothing but these files is left; true when that came to be.
+// Waits until only these files are left; whether that happened.
 bool HoldsOnly(const RunningServer& server, const std::vector<std::string>& names) {
   for (int wait = 0; wait < 200 && FilesOf(server) != names; ++wait) poll(nullptr, 0, 50);
   return FilesOf(server) == names;
 }
 
-TEST(Upload, StoresExactlyTheBytesAnnounced) {
+TEST(Upload, StoresExactlyTheAnnouncedBytes) {
   const RunningServer server;
   std::string bytes(3'000'000, '\0');
   for (std::size_t at = 0; at < bytes.size(); ++at) bytes[at] = static_cast<char>(at * 13 + at / 253);
@@ -36,13 +36,13 @@ TEST(Upload, StoresExactlyTheBytesAnnounced) {
               "Status: OK\r\n" + size + "\r\na b.bin\r\n");
     EXPECT_EQ(Content(server.BlobPath("a b.bin")), body);
   }
-  // Bytes behind the file are no part of it.
+  // Further bytes are not part of the file.
   server.Ask("UploadFile^,^^,^a b.bin^,^5", "\r\nfirstand more");
   EXPECT_EQ(Content(server.BlobPath("a b.bin")), "first");
   EXPECT_TRUE(HoldsOnly(server, {"a b.bin"}));
 }
 
-TEST(Upload, TakesTheRequestByteByByte) {
+TEST(Upload, AcceptsARequestByteByByte) {
   const RunningServer server;
   Client client = server.Connect();
   for (const char byte : Request("UploadFile^,^^,^f^,^6") + "\r\n^^\r\n^^") client.Send({&byte, 1});
@@ -50,7 +50,7 @@ TEST(Upload, TakesTheRequestByteByByte) {
   EXPECT_EQ(Content(server.BlobPath("f")), "^^\r\n^^");
 }
 
-TEST(Upload, LeavesNothingWhenItIsCut) {
+TEST(Upload, LeavesNothingWhenItIsInterrupted) {
   const RunningServer server(
       WithLimits({.shortQuiet = std::chrono::milliseconds(100), .idle = std::chrono::milliseconds(300)}));
   std::ofstream(server.BlobPath("f")) << "old";
@@ -74,11 +74,11 @@ TEST(Upload, LeavesNothingWhenItIsCut) {
   EXPECT_EQ(Content(server.BlobPath("f")), "old");
 }
 
-TEST(Upload, IsRefusedBeforeItsBytes) {
+TEST(Upload, IsRefusedBeforeItsBytesArrive) {
   const RunningServer server;
   for (const char* size : {"2147483648", "-1", "", "x", "99999999999999999999"}) {
     EXPECT_EQ(server.Ask(std::string("UploadFile^,^^,^f^,^") + size, "\r\nbytes"),
-              std::string("Status: '") + size + "' is no byte count from 0 to 2147483647\r\n");
+              std::string("Status: '") + size + "' is not a byte count from 0 to 2147483647\r\n");
   }
   Client stranger = server.Connect();
   stranger.Send("^S1^,^nobody^,^x^,^UploadFile^,^^,^f^,^5^\r\n" + std::string(200000, 'x'));

@@ -1,4 +1,4 @@
-// wire_client.h - a client of raw bytes, and a development archive server on a thread of its own to talk to.
+// wire_client.h - a client that sends and receives raw bytes, and a development archive server on its own thread.
 #ifndef OXAQRYCLN_TESTS_TOOLS_DEVSERVER_WIRE_CLIENT_H_
 #define OXAQRYCLN_TESTS_TOOLS_DEVSERVER_WIRE_CLIENT_H_
 
@@ -20,10 +20,10 @@
 
 namespace oxaqrycln::devserver {
 
-// Longer than anything here takes; reached only when a test fails.
+// The longest wait for anything; reached only when a test fails.
 inline constexpr int kPatienceMilliseconds = 10000;
 
-// More than the buffers of a loopback connection hold.
+// More than fits into the buffers of a loopback connection.
 inline constexpr std::size_t kFillByteCount = 64U << 20U;
 
 class Client {
@@ -43,12 +43,12 @@ class Client {
       bytes.remove_prefix(static_cast<std::size_t>(count));
     }
   }
-  // Sends until the connection takes no more for a while, at most kFillByteCount bytes.
+  // Sends until the connection accepts nothing for a while, at most kFillByteCount bytes.
   std::size_t Fill() const {
     const std::string bytes(65536, 'x');
     std::size_t byteCount = 0;
     pollfd polled{socket_.get(), POLLOUT, 0};
-    while (byteCount < kFillByteCount && poll(&polled, 1, 200) > 0) {
+    while (byteCount < kFillByteCount && poll(&polled, 1, 100) > 0) {
       const ssize_t count = send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
       if (count > 0) byteCount += static_cast<std::size_t>(count);
     }
@@ -60,7 +60,7 @@ class Client {
     pollfd polled{socket_.get(), POLLIN, 0};
     return poll(&polled, 1, milliseconds) > 0;
   }
-  // Reads up to byteCount bytes, or to the end; remembers the error that ended it.
+  // Reads up to byteCount bytes, or to the end; error() is the error that ended it.
   std::string Receive(std::size_t byteCount = std::string::npos) {
     std::string bytes;
     while (bytes.size() < byteCount && Readable(kPatienceMilliseconds)) {
@@ -72,7 +72,7 @@ class Client {
     }
     return bytes;
   }
-  // Reads an answer as its header announces it, and gives it without the header.
+  // Reads as many bytes as the header announces, and returns the answer without the header.
   std::string Answer() {
     std::string header;
     while (!header.ends_with("\r\n")) {
@@ -121,7 +121,7 @@ class RunningServer {
     thread_.join();
   }
   Client Connect() const { return Client(server_.port()); }
-  // The answer to a request, and to the bytes behind it.
+  // The answer to a request and the body that follows it.
   std::string Ask(const std::string& command, const std::string& body = "") const {
     Client client = Connect();
     client.Send(Request(command) + body);

@@ -13,7 +13,7 @@ Database OpenDatabase(const std::string& file) {
   return database;
 }
 
-// Converts character by character if need be, so that one foreign character does not cost the whole text.
+// Falls back to converting character by character, so that one unknown character does not lose the whole text.
 std::string Statement::Text(int column) const {
   const std::string utf8 = getColumn(column).getString();
   if (auto whole = FromUtf8(utf8)) return *whole;

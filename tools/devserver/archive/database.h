@@ -1,5 +1,5 @@
 // database.h - the archive's SQLite database, through SQLiteCpp, which reports every failure as an SQLite::Exception.
-// Text is Windows-1252 outside and UTF-8 inside; the conversion happens here and nowhere else.
+// Text is UTF-8 in the database and Windows-1252 elsewhere; only this header converts it.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DATABASE_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DATABASE_H_
 
@@ -18,7 +18,7 @@ using SQLite::Database;
 // Opens or creates the file; "" is a database in memory.
 Database OpenDatabase(const std::string& file);
 
-// Changes that happen all together, when committed, or not at all.
+// Changes that take effect together when committed, or not at all.
 class Transaction : public SQLite::Transaction {
  public:
   explicit Transaction(Database& database) : SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE) {}
@@ -32,14 +32,14 @@ struct Utf8 {
 // A prepared statement whose text values are converted. Columns count from 0.
 class Statement : public SQLite::Statement {
  public:
-  // The values are those of the parameters, in order: numbers, texts, or std::optional ones, which may be NULL.
+  // The values of the parameters, in order: numbers, texts, or a std::optional of one, which is NULL when empty.
   template <typename... Values>
   Statement(const Database& database, const std::string& sql, const Values&... values)
       : SQLite::Statement(database, sql) {
     BindAll(values...);
   }
 
-  // For a statement that gives no rows: runs it with these values, or with those of its construction.
+  // Runs a statement that returns no rows, with these values or, without any, with those of the constructor.
   template <typename... Values>
   void Run(const Values&... values) {
     BindAll(values...);
@@ -50,7 +50,7 @@ class Statement : public SQLite::Statement {
   std::int64_t Number(int column) const { return getColumn(column).getInt64(); }
   // A character without a place in the code page becomes "?".
   std::string Text(int column) const;
-  // Those of all columns.
+  // The texts of all columns.
   std::vector<std::string> Texts() const;
 
  private:

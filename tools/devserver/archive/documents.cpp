@@ -17,7 +17,7 @@ struct FieldKind {
   std::string title;
 };
 
-// What is known of the field, or a name and title made from its ID.
+// A field with an unknown ID gets a name and a title made of the ID.
 FieldKind KindOf(std::int64_t fieldId) {
   static const std::array<FieldKind, 8> kKinds = {{{kAuthorField, "author", "Author"},
                                                    {kCustomerField, "customer", "Customer"},

@@ -1,5 +1,4 @@
-// documents.h - the archive's documents as they are stored: their versions, segments and contents, and the notes'
-// number.
+// documents.h - the stored documents: finding one, its segments and their contents, the number of its notes.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DOCUMENTS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DOCUMENTS_H_
 
@@ -7,7 +6,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tools/devserver/archive/database.h"
@@ -16,7 +14,7 @@ namespace oxaqrycln::devserver {
 
 struct Archive {
   std::int64_t id;
-  std::string reference;  // $(#channel)\archive, as the archive writes it
+  std::string reference;  // $(#channel)\archive, in the letter case of the archive
   bool canCreate;
   bool canEdit;
   bool canDelete;
@@ -63,18 +61,18 @@ struct Segment {
   std::string Name() const;
   std::string Title() const;
 };
-// All segments of a document's version, in order; none of an unknown one.
+// All segments of a version in order; none when the version is unknown.
 std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version);
 
 // The stored bytes of a segment.
 std::string ReadContent(Database& database, std::int64_t contentId);
 
-// The column, of a document's row and of a query, that a field fills; "text" for fields without one of their own.
+// The column of the full-text index that holds the field; "text" for fields without a column of their own.
 std::string ColumnOfField(std::int64_t fieldId);
 
 std::int64_t NoteCount(Database& database, const Document& document);
 
-// The local time in the form that strftime's format asks for.
+// The local time in a format of strftime.
 std::string LocalTime(const char* format);
 
 }  // namespace oxaqrycln::devserver

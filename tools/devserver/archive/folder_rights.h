@@ -22,7 +22,7 @@ class FolderRights {
     std::string channel;
     std::string archive;  // "*": every archive of the channel
   };
-  std::vector<Term> terms_;  // none: everything
+  std::vector<Term> terms_;  // none: everything is allowed
 };
 
 }  // namespace oxaqrycln::devserver

@@ -14,8 +14,8 @@ constexpr std::size_t kMostByteCount = 64U << 20U;
 constexpr char kOn = '\x01';
 constexpr char kOff = '\x02';
 
-// The segments' texts with kOn and kOff around the hits. Each text is searched in the column that its field fills, so
-// that a query for a field marks nothing in another one.
+// Puts kOn and kOff around the hits in the texts. Each text is searched as the column of its field, so that a query for
+// one field marks nothing in another.
 void FindHits(Database& database, const std::vector<Segment>& segments, const std::string& expression,
               std::vector<std::string>& texts) {
   database.exec(

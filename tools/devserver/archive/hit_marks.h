@@ -1,4 +1,4 @@
-// hit_marks.h - marks in the texts of a document what a query has found there.
+// hit_marks.h - marks the hits of a query in the texts of a document.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_HIT_MARKS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_HIT_MARKS_H_
 
@@ -10,11 +10,11 @@
 
 namespace oxaqrycln::devserver {
 
-// Text that a client wants in the place of something; each at most 256 characters long.
+// Texts that the client chooses, of at most 256 characters each.
 struct MarkTexts {
   std::string on;     // before a hit
-  std::string off;    // behind it
-  std::string blank;  // for each blank of the text; "" leaves them
+  std::string off;    // after a hit
+  std::string blank;  // replaces each blank of the text; "" leaves blanks as they are
 };
 
 struct MarkedText {
@@ -22,8 +22,8 @@ struct MarkedText {
   std::int64_t hitCount;
 };
 
-// The text of each segment, in their order. query: as of QueryArchive; "" marks nothing. Raises ServerError for a query
-// that is none, and when the texts would grow past what an answer may hold.
+// The marked text of each segment, in order. query: a query of QueryArchive; "" marks nothing. Raises ServerError for
+// an invalid query, and when the texts become too long for an answer.
 std::vector<MarkedText> MarkHits(Database& database, const std::vector<Segment>& segments, const std::string& query,
                                  const MarkTexts& marks);
 

@@ -38,13 +38,13 @@ class Converter {
     const std::string name = UpperCase(charSet);
     isUtf8_ = name == "UTF-8" || name == "UTF8";
     if (!isUtf8_ && std::find(kSingleByte.begin(), kSingleByte.end(), name) == kSingleByte.end()) {
-      Fail("there is no character set '" + Printable(charSet) + "'");
+      Fail("unknown character set '" + Printable(charSet) + "'");
     }
   }
   std::string operator()(std::string_view text) const {
     if (!isUtf8_) return std::string(text);
     auto converted = FromUtf8(text);
-    if (!converted) Fail("'" + Printable(text) + "' is no UTF-8 of Windows-1252 characters");
+    if (!converted) Fail("'" + Printable(text) + "' is not UTF-8 text of Windows-1252 characters");
     return *converted;
   }
 
@@ -52,16 +52,19 @@ class Converter {
   bool isUtf8_;
 };
 
-// "type:ID", when the text is such a pair.
-std::optional<ImportField> ParsePair(std::string_view text) {
+// A segment of the pair "type:ID"; nothing for any other text.
+std::optional<Segment> ParsePair(std::string_view text) {
   const std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) return std::nullopt;
   const auto type = ParseNumber(text.substr(0, colon));
   const auto id = ParseNumber(text.substr(colon + 1));
   if (!type || !id) return std::nullopt;
-  if (*type < 1 || *type > 3) Fail("field type " + std::to_string(*type) + " is none of 1, 2, 3");
+  if (*type < 1 || *type > 3) Fail("field type " + std::to_string(*type) + " is not 1, 2 or 3");
   if (*id < 1 || *id > kHighestFieldId) Fail("field ID " + std::to_string(*id) + " is not between 1 and 32767");
-  return ImportField{*id, static_cast<SegmentType>(*type), {}};
+  Segment segment;
+  segment.fieldId = *id;
+  segment.type = static_cast<SegmentType>(*type);
+  return segment;
 }
 
 // A title may hold commas, so the pairs are taken from the end.
@@ -69,11 +72,11 @@ void ParseFolder(std::string_view text, ImportSet& set, const Converter& convert
   for (std::size_t comma = text.rfind(','); comma != std::string_view::npos; comma = text.rfind(',')) {
     auto field = ParsePair(text.substr(comma + 1));
     if (!field) break;
-    set.fields.push_back(std::move(*field));
+    set.segments.push_back(std::move(*field));
     text = text.substr(0, comma);
-    if (set.fields.size() > kMostFields) Fail("more than " + std::to_string(kMostFields) + " fields");
+    if (set.segments.size() > kMostFields) Fail("more than " + std::to_string(kMostFields) + " fields");
   }
-  std::reverse(set.fields.begin(), set.fields.end());
+  std::ranges::reverse(set.segments);
   set.title = CleanText(convert(text));
 }
 
@@ -122,14 +125,14 @@ class Parser {
       EndField(set, named ? field++ : 0, text, named);
       named = true;
       const auto id = ParseNumber(line.substr(kField.size()));
-      if (field >= set.fields.size() || id != set.fields[field].id) {
+      if (field >= set.segments.size() || id != set.segments[field].fieldId) {
         Fail("'" + Printable(line) + "' does not follow the order of the folder line");
       }
     }
-    EndField(set, field, text, named || !set.fields.empty());
-    for (const ImportField& other : set.fields) {
-      if (other.type != SegmentType::kText && other.content.empty()) {
-        Fail("field " + std::to_string(other.id) + " names no file");
+    EndField(set, field, text, named || !set.segments.empty());
+    for (const Segment& segment : set.segments) {
+      if (segment.type != SegmentType::kText && segment.fileName.empty()) {
+        Fail("field " + std::to_string(segment.fieldId) + " names no file");
       }
     }
   }
@@ -142,7 +145,8 @@ class Parser {
       return;
     }
     if (content.size() > kLongestText) Fail("a text is longer than " + std::to_string(kLongestText) + " characters");
-    set.fields[field].content = std::move(content);
+    Segment& segment = set.segments[field];
+    (segment.type == SegmentType::kText ? segment.text : segment.fileName) = std::move(content);
   }
 
   std::vector<std::string_view> lines_;

@@ -1,4 +1,4 @@
-// page_source.h - the pages of a document's images, one after the other.
+// page_source.h - the pages of all images of a document, numbered through.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_PAGE_SOURCE_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_PAGE_SOURCE_H_
 

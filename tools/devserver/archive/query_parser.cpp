@@ -10,7 +10,8 @@ namespace oxaqrycln::devserver {
 namespace {
 
 constexpr int kDepthLimit = 32;
-// Every word of a phrase is looked up in the whole index, so words are limited and not terms: "a*a*a*" is one term.
+// The limit counts words rather than terms because each word of a phrase is looked up in the whole index, and "a*a*a*"
+// is a single term.
 constexpr std::size_t kWordLimit = 200;
 constexpr std::size_t kByteLimit = 4096;
 
@@ -23,8 +24,8 @@ bool IsLetterOrDigit(char character) {
          (character >= 'A' && character <= 'Z');
 }
 
-// At least as many as the full-text index finds in the value: a character of which it is not known here whether it
-// belongs to a word counts as one.
+// At least the number of words that the full-text index sees in the value: a character that may or may not be part of a
+// word counts as a word.
 std::size_t CountWords(std::string_view value) {
   std::size_t count = 0;
   bool inWord = false;
@@ -49,12 +50,12 @@ class Parser {
     return expression;
   }
 
-  // After Whole: the values that are not excluded, each with the field it is searched in.
+  // After Whole: the values that are not excluded, each with its field.
   const std::string& marks() const noexcept { return marks_; }
 
  private:
   bool AtEnd() {
-    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
+    rest_ = Trimmed(rest_);
     return rest_.empty();
   }
 
@@ -64,14 +65,7 @@ class Parser {
     return true;
   }
 
-  static bool EndsWord(char character) {
-    return IsBlank(character) || character == '(' || character == ')' || character == '"';
-  }
-
-  std::string_view Word() const {
-    return rest_.substr(0,
-                        static_cast<std::size_t>(std::find_if(rest_.begin(), rest_.end(), EndsWord) - rest_.begin()));
-  }
+  std::string_view Word() const { return rest_.substr(0, rest_.find_first_of(" \t()\"")); }
 
   bool TakeOperator(std::string_view name) {
     if (AtEnd() || Word() != name) return false;
@@ -87,8 +81,8 @@ class Parser {
     return expression;
   }
 
-  // SQLite knows NOT between two expressions only, so the excluded terms are put behind the wanted ones. NOT binds
-  // closer than AND there, and AND closer than OR; "a AND (b NOT c)" finds what "(a AND b) NOT c" finds.
+  // SQLite has only a binary NOT, so the excluded terms follow the wanted ones. There NOT binds more tightly than AND,
+  // and AND more tightly than OR; "a AND (b NOT c)" finds the same as "(a AND b) NOT c".
   std::string Group() {
     std::string wanted;
     std::string excluded;
@@ -141,7 +135,7 @@ class Parser {
       return group;
     }
     const std::string value = Take('"') ? Phrase() : BareWord();
-    // A field inside the parentheses of another one finds nothing outside of both, so there is nothing to mark.
+    // A value with two different fields, its own and that of the parentheses, finds nothing, so nothing is marked.
     const bool nested = !filter_.empty() && !filter.empty() && filter_ != filter;
     if (exclusions_ == 0 && !nested) {
       marks_.append(marks_.empty() ? "" : " OR ").append(filter_.empty() ? filter : filter_).append(value);
@@ -174,7 +168,7 @@ class Parser {
 
   std::string Quoted(std::string_view value) {
     if (std::none_of(value.begin(), value.end(), IsLetterOrDigit)) {
-      Fail("'" + Printable(value) + "' holds no letter or digit");
+      Fail("'" + Printable(value) + "' contains no letter or digit");
     }
     wordCount_ += CountWords(value);
     if (wordCount_ > kWordLimit) Fail("more than " + std::to_string(kWordLimit) + " words");
@@ -184,13 +178,13 @@ class Parser {
   std::string_view rest_;
   std::span<const QueryField> fields_;
   std::string marks_;
-  std::string filter_;  // of the parentheses around
-  int exclusions_ = 0;  // how many NOT stand around
+  std::string filter_;  // the field of the surrounding parentheses
+  int exclusions_ = 0;  // the number of surrounding NOTs
   int depth_ = 0;
   std::size_t wordCount_ = 0;
 };
 
-// The query without blanks around it.
+// The query without surrounding blanks.
 std::string_view Checked(std::string_view query) {
   if (query.size() > kByteLimit) {
     Fail("it has " + std::to_string(query.size()) + " bytes, more than the " + std::to_string(kByteLimit) + " allowed");
@@ -198,7 +192,7 @@ std::string_view Checked(std::string_view query) {
   const auto isControl = [](char character) {
     return static_cast<unsigned char>(character) < 0x20 && character != '\t';
   };
-  if (std::ranges::any_of(query, isControl)) Fail("it holds a control character");
+  if (std::ranges::any_of(query, isControl)) Fail("it contains a control character");
   return Trimmed(query);
 }
 

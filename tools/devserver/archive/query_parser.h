@@ -1,5 +1,5 @@
-// query_parser.h - turns the query language of the development archive into a full-text expression of SQLite.
-// Words and values always reach SQLite quoted, so nothing a client sends is read as its syntax.
+// query_parser.h - translates the query language of the development archive into a full-text expression of SQLite.
+// Words and values are always quoted, so nothing that a client sends is interpreted as SQLite's syntax.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_QUERY_PARSER_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_QUERY_PARSER_H_
 
@@ -10,7 +10,7 @@
 
 namespace oxaqrycln::devserver {
 
-// A field that a query may name, by its name or, where it has one, by its ID.
+// A field, which a query names by its name or by its ID if it has one.
 struct QueryField {
   std::string_view name;
   std::string_view id = {};
@@ -23,21 +23,20 @@ inline constexpr std::array<QueryField, 7> kDocumentFields = {{{"title", "10"},
                                                                {"amount", "15"},
                                                                {"text", "16"}}};
 
-// The language, loosest first:
+// The language, from the loosest binding to the tightest:
 //
 //   query   = group { "OR" group }
 //   group   = [ "NOT" ] term { [ "AND" ] [ "NOT" ] term }        at least one term without NOT
 //   term    = "(" query ")" | [ field ":" ] ( word [ "*" ] | '"' words '"' [ "*" ] | "(" query ")" )
 //   field   = the name or the ID of one of the given fields
 //
-// Operators are upper-case. "*" alone is every document and gives the empty expression. Raises ServerError, with a
-// text that begins "Query: ", for anything else, and for a query of more than 4096 bytes or 200 words, which would keep
-// the other clients waiting.
+// Operators are in capitals. "*" alone finds every document and yields the empty expression. Raises ServerError, with a
+// text that begins "Query: ", for anything else, and for a query of more than 4096 bytes or 200 words, which would
+// delay other clients.
 std::string ParseQuery(std::string_view query, std::span<const QueryField> fields = kDocumentFields);
 
-// What is to be marked in a text that such a query of documents has found: an expression that matches each of its
-// values that are not excluded. "" when that is nothing, as for "*" and for the empty query. Raises ServerError as
-// ParseQuery does.
+// The expression for marking hits in the found documents: it matches each value that is not excluded. "" when there is
+// none, as for "*" and for the empty query. Raises ServerError as ParseQuery does.
 std::string MarkingExpression(std::string_view query);
 
 }  // namespace oxaqrycln::devserver

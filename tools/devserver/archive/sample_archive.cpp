@@ -65,7 +65,7 @@ Database OpenArchive(const std::string& file, int documentCount) {
       return database;
     }
     if (database.execAndGet("SELECT count(*) FROM sqlite_master").getInt() != 0) {
-      throw ServerError("'" + file + "' is a database, but no development archive of this version");
+      throw ServerError("'" + file + "' is a database, but not a development archive of this version");
     }
     Fill(database, documentCount);
     return database;

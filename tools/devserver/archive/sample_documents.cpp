@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kLastDay = 28;
 
-// The documents of one archive.
+// The documents of one of the archives.
 struct Kind {
   std::string_view type;
   std::string_view subject;
@@ -124,7 +124,7 @@ class Writer {
   }
 
  private:
-  // Every version has one sentence more than the one before.
+  // Each version has one sentence more than the previous one.
   void AddVersion(const SampleDocument& document, std::size_t version, std::int64_t contentId) {
     const std::string date = document.Date(document.day);
     const std::string changed = document.Date(std::min(kLastDay, document.day + 3 * (version - 1)));

@@ -7,10 +7,10 @@
 
 namespace oxaqrycln::devserver {
 
-// The text of the sample, as printf makes it of the numbers. At most 63 characters.
+// Formats up to three numbers as printf does, into at most 63 characters.
 std::string Format(const char* pattern, std::size_t first, std::size_t second = 0, std::size_t third = 0);
 
-// Adds the documents from number 1001 on, to the nine archives in turn, which must be there.
+// Adds documents with IDs from 1001 to the nine archives in turn, which must exist.
 void AddSampleDocuments(Database& database, int count);
 
 }  // namespace oxaqrycln::devserver

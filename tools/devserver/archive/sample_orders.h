@@ -12,7 +12,7 @@ namespace oxaqrycln::devserver {
 inline constexpr std::array<std::string_view, 5> kOrderStatuses = {"open", "accepted", "loaded", "delivered",
                                                                    "cancelled"};
 
-// Makes an order of every letter and fax received, and of some customer orders, which have no page images.
+// Adds an order for every letter and fax received, and for some customer orders, which have no page images.
 void AddSampleOrders(Database& database);
 
 }  // namespace oxaqrycln::devserver

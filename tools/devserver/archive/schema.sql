@@ -15,11 +15,11 @@ CREATE TABLE archive (
   can_edit   INTEGER NOT NULL,
   can_delete INTEGER NOT NULL,
   can_index  INTEGER NOT NULL,
-  scans      INTEGER NOT NULL,          -- 1: its hit lists offer a multi-page TIFF
+  scans      INTEGER NOT NULL,          -- 1: has scanned pages, so that its hit lists offer a multi-page TIFF
   UNIQUE (channel_id, name)
 );
 
--- A query format searches the columns named in fields (blanks between them), or all when fields is empty.
+-- A query format searches the columns named in fields (separated by blanks), or all when fields is empty.
 CREATE TABLE query_format (
   archive_id INTEGER NOT NULL REFERENCES archive (id),
   position   INTEGER NOT NULL,
@@ -57,7 +57,7 @@ CREATE TABLE document (
 );
 CREATE INDEX document_archive ON document (archive_id);
 
--- The number of the next document: a number is never given twice, so that an old identifier finds no other document.
+-- The ID of the next document. IDs are never reused, so that an old identifier cannot find another document.
 CREATE TABLE next_document (id INTEGER NOT NULL);
 CREATE TRIGGER document_number AFTER INSERT ON document BEGIN
   UPDATE next_document SET id = max(id, new.id + 1);
@@ -82,7 +82,7 @@ CREATE TRIGGER document_text_update AFTER UPDATE ON document BEGIN
   VALUES (new.id, new.title, new.author, new.customer, new.type, new.date, new.amount, new.text);
 END;
 
--- The document row repeats the newest version's fields, for searches.
+-- The row of a document repeats the fields of its newest version, for searches.
 CREATE TABLE version (
   document_id INTEGER NOT NULL REFERENCES document (id) ON DELETE CASCADE,
   version     INTEGER NOT NULL,
@@ -92,7 +92,7 @@ CREATE TABLE version (
   PRIMARY KEY (document_id, version)
 ) WITHOUT ROWID;
 
--- The bytes of stored files; the versions of a document share those that did not change.
+-- The bytes of stored files; the versions of a document share unchanged ones.
 CREATE TABLE content (
   id    INTEGER PRIMARY KEY,
   bytes BLOB NOT NULL
@@ -138,8 +138,8 @@ CREATE TABLE mask_field (
   name       TEXT NOT NULL,
   mandatory  INTEGER NOT NULL,
   init_text  TEXT NOT NULL,
-  list_only  INTEGER NOT NULL,          -- 1: only what stands in list
-  list       TEXT NOT NULL,             -- values with ";" between them
+  list_only  INTEGER NOT NULL,          -- 1: restricted to the values in list
+  list       TEXT NOT NULL,             -- values separated by ";"
   PRIMARY KEY (archive_id, mask, tab_index),
   FOREIGN KEY (archive_id, mask) REFERENCES mask
 );

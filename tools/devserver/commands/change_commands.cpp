@@ -22,7 +22,7 @@ std::vector<ImportSet> ReadImportFile(const Call& call) {
   return ParseImportFile(call.blobs.Read(call.parameters[0], kLargestImportFile));
 }
 
-// "dd.mm.yyyy" as "yyyy-mm-dd"; nothing for what is no date.
+// "dd.mm.yyyy" as "yyyy-mm-dd"; nothing for an invalid date.
 std::optional<std::string> SortDate(std::string_view date) {
   if (date.size() != 10 || date[2] != '.' || date[5] != '.') return std::nullopt;
   const auto day = ParseNumber(date.substr(0, 2));
@@ -54,46 +54,42 @@ void TakeFile(const Call& call, Segment& segment) {
   segment.byteCount = std::ssize(bytes);
 }
 
-std::vector<Segment> ImportedSegments(const Call& call, const ImportSet& set) {
-  std::vector<Segment> segments;
-  for (const ImportField& field : set.fields) {
-    Segment segment;
-    segment.fieldId = field.id;
-    segment.type = field.type;
-    (field.type == SegmentType::kText ? segment.text : segment.fileName) = field.content;
-    if (field.id == kDateField && !field.content.empty() && !SortDate(field.content)) {
-      throw ServerError("Import file: '" + Printable(field.content) + "' is no date dd.mm.yyyy");
+// The segments of the set, with their files taken into the archive.
+std::vector<Segment> TakeSegments(const Call& call, const ImportSet& set) {
+  std::vector<Segment> segments = set.segments;
+  for (Segment& segment : segments) {
+    if (segment.fieldId == kDateField && !segment.text.empty() && !SortDate(segment.text)) {
+      throw ServerError("Import file: '" + Printable(segment.text) + "' is not a date in the form dd.mm.yyyy");
     }
-    if (field.type != SegmentType::kText) TakeFile(call, segment);
-    segments.push_back(std::move(segment));
+    if (segment.type != SegmentType::kText) TakeFile(call, segment);
   }
   return segments;
 }
 
-// The old segments with those of the imported field IDs replaced, in their place; new field IDs come at the end.
+bool Holds(const std::vector<Segment>& segments, std::int64_t fieldId) {
+  return std::ranges::find(segments, fieldId, &Segment::fieldId) != segments.end();
+}
+
+// The old segments, with those of the imported field IDs replaced in their place; new field IDs come at the end.
 std::vector<Segment> Merge(const std::vector<Segment>& old, const std::vector<Segment>& imported) {
   std::vector<Segment> merged;
-  const auto moveIn = [&](std::int64_t fieldId) {
-    std::copy_if(imported.begin(), imported.end(), std::back_inserter(merged),
-                 [&](const Segment& segment) { return segment.fieldId == fieldId; });
-  };
-  const auto holds = [](const std::vector<Segment>& list, std::int64_t fieldId) {
-    return std::any_of(list.begin(), list.end(), [&](const Segment& segment) { return segment.fieldId == fieldId; });
+  const auto takeImported = [&](std::int64_t fieldId) {
+    if (Holds(merged, fieldId)) return;
+    std::ranges::copy_if(imported, std::back_inserter(merged),
+                         [&](const Segment& segment) { return segment.fieldId == fieldId; });
   };
   for (const Segment& segment : old) {
-    if (!holds(imported, segment.fieldId)) {
+    if (Holds(imported, segment.fieldId)) {
+      takeImported(segment.fieldId);
+    } else {
       merged.push_back(segment);
-    } else if (!holds(merged, segment.fieldId)) {
-      moveIn(segment.fieldId);
     }
   }
-  for (const Segment& segment : imported) {
-    if (!holds(merged, segment.fieldId)) moveIn(segment.fieldId);
-  }
+  for (const Segment& segment : imported) takeImported(segment.fieldId);
   return merged;
 }
 
-// Makes the document's row what its newest version says. A column that no segment fills stays as it is.
+// Brings the document's row up to date with its newest version. A column that no segment fills stays as it is.
 void UpdateRow(Database& database, std::int64_t documentId) {
   Statement newest(database, "SELECT version, title FROM version WHERE document_id = ? ORDER BY version DESC LIMIT 1",
                    documentId);
@@ -140,11 +136,11 @@ std::string Create(const Call& call, const ImportSet& set) {
   const std::string today = LocalTime("%d.%m.%Y");
   const std::int64_t id = call.database.execAndGet("SELECT id FROM next_document").getInt64();
   const Document document{FindArchive(call.database, set.place), id, 1, 1, set.title, today, today};
-  if (!document.archive.canCreate) throw ServerError("Nothing can be created in " + document.archive.reference);
+  if (!document.archive.canCreate) throw ServerError("Documents cannot be created in " + document.archive.reference);
   Statement(call.database, "INSERT INTO document VALUES (?, ?, 1, ?, '', '', '', 'Document', ?, '', '')", document.id,
             document.archive.id, SortDate(today), today)
       .Run();
-  StoreVersion(call.database, document, ImportedSegments(call, set));
+  StoreVersion(call.database, document, TakeSegments(call, set));
   return Identifier(document);
 }
 
@@ -161,20 +157,19 @@ Reply CreateDocument(const Call& call) {
 Reply EditDocument(const Call& call) {
   Transaction transaction(call.database);
   const std::vector<ImportSet> sets = ReadImportFile(call);
-  if (sets.size() != 1) throw ServerError("The import file holds " + std::to_string(sets.size()) + " documents");
+  if (sets.size() != 1) throw ServerError("The import file contains " + std::to_string(sets.size()) + " documents");
   const std::string& identifier = call.parameters[1];
   const std::size_t comma = std::min(identifier.find(','), identifier.size());
   std::vector<std::string> place = sets[0].place;
   place.push_back(identifier.substr(0, comma));
   place.push_back(identifier.substr(std::min(comma + 1, identifier.size())));
   Document document = FindDocument(call.database, place);
-  if (!document.archive.canEdit) throw ServerError("Nothing can be edited in " + document.archive.reference);
+  if (!document.archive.canEdit) throw ServerError("Documents cannot be edited in " + document.archive.reference);
   if (document.version != document.newestVersion) {
-    throw ServerError("Document " + std::to_string(document.id) + " has version " +
-                      std::to_string(document.newestVersion) + " by now");
+    throw ServerError("The newest version of document " + std::to_string(document.id) + " is " +
+                      std::to_string(document.newestVersion));
   }
-  const auto segments =
-      Merge(ReadSegments(call.database, document.id, document.version), ImportedSegments(call, sets[0]));
+  const auto segments = Merge(ReadSegments(call.database, document.id, document.version), TakeSegments(call, sets[0]));
   ++document.version;
   if (!sets[0].title.empty()) document.title = sets[0].title;
   document.changed = LocalTime("%d.%m.%Y");
@@ -186,7 +181,7 @@ Reply EditDocument(const Call& call) {
 Reply DeleteDocument(const Call& call) {
   Transaction transaction(call.database);
   const Document document = FindDocument(call.database, call.parameters);
-  if (!document.archive.canDelete) throw ServerError("Nothing can be deleted in " + document.archive.reference);
+  if (!document.archive.canDelete) throw ServerError("Documents cannot be deleted in " + document.archive.reference);
   Statement versions(call.database, "SELECT count(*) FROM version WHERE document_id = ?", document.id);
   versions.executeStep();
   if (call.parameters[3].empty() || versions.Number(0) == 1) {

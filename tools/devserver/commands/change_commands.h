@@ -1,5 +1,4 @@
-// change_commands.h - the commands that change documents: create, edit, delete, and their notes.
-// Each is one transaction of the database.
+// change_commands.h - the commands that create, edit and delete documents. Each is one transaction of the database.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_CHANGE_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_CHANGE_COMMANDS_H_
 
@@ -9,20 +8,11 @@ namespace oxaqrycln::devserver {
 
 // Parameter: an import file in the blob directory. The answer is a line "document ID,version" for each of its sets.
 Reply CreateDocument(const Call& call);
-// Parameters: an import file of one set, "document ID,version". The version must be the newest. The new one has the
-// segments of the old, where those of the field IDs that the import names are replaced, and more of them added.
+// Parameters: an import file of one set, "document ID,version". The version must be the newest. In the new
+// version, the imported segments replace those with the same field IDs; the others stay.
 Reply EditDocument(const Call& call);
 // Parameters: channel, archive, document ID, version; "" deletes all versions, and the document with its last one.
 Reply DeleteDocument(const Call& call);
-
-// The first four parameters of each are channel, archive, document ID and version. Notes belong to all versions.
-Reply GetNotes(const Call& call);
-// Then: the note of at most 8000 characters, and the text that stands for a line break inside it.
-Reply WriteNote(const Call& call);
-Reply DeleteNotes(const Call& call);
-
-// Parameters: channel, archive. A line "@mask" for each mask and a line of eight fields for each of its fields.
-Reply GetMasks(const Call& call);
 
 }  // namespace oxaqrycln::devserver
 

@@ -10,13 +10,14 @@
 #include "tools/devserver/commands/document_commands.h"
 #include "tools/devserver/commands/hit_list.h"
 #include "tools/devserver/commands/hit_list_printing.h"
+#include "tools/devserver/commands/notes_and_masks.h"
 #include "tools/devserver/commands/transport_orders.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
-// Every row's first column, one a line.
+// The first column of every row, one per line.
 std::string Lines(Statement& query) {
   std::string lines;
   while (query.executeStep()) lines += query.Text(0) + "\r\n";
@@ -54,7 +55,7 @@ Reply GetQueryFormatList(const Call& call) {
   return Lines(query);
 }
 
-// May a document be created, edited, deleted, indexed; and the number of documents.
+// Whether documents may be created, edited, deleted and indexed, and the number of documents.
 Reply GetArchiveProperties(const Call& call) {
   Statement query(call.database,
                   "SELECT can_create || ',' || can_edit || ',' || can_delete || ',' || can_index || ',' || "

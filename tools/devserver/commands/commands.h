@@ -1,5 +1,5 @@
-// commands.h - the table of the commands that the server knows, with what each takes and who answers it.
-// A further command is one more row in commands.cpp and its handler.
+// commands.h - the table of the server's commands: the parameters of each and the function that carries it out.
+// A new command is a row of the table in commands.cpp and its function.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_COMMANDS_H_
 
@@ -14,15 +14,12 @@
 
 namespace oxaqrycln::devserver {
 
-// The parameters behind the command word, exactly as many as the command takes.
-using Parameters = std::span<const std::string>;
-
-// One request on its way to its handler.
+// One request, as its handler sees it.
 struct Call {
   Database& database;
   const BlobDirectory& blobs;
   const std::string& user;
-  Parameters parameters;
+  std::span<const std::string> parameters;  // after the command word, exactly as many as the command takes
 };
 
 struct Command {
@@ -33,7 +30,7 @@ struct Command {
   Reply (*handler)(const Call& call);
 };
 
-// The command of that name, whatever its letter case; nullptr when there is none.
+// The command of that name in any letter case; nullptr when there is none.
 const Command* FindCommand(std::string_view name);
 
 }  // namespace oxaqrycln::devserver

@@ -1,6 +1,5 @@
 #include "tools/devserver/commands/content_commands.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "tools/devserver/archive/documents.h"
@@ -14,6 +13,10 @@
 
 namespace oxaqrycln::devserver {
 namespace {
+
+ServerError Missing(const Document& document, const std::string& what) {
+  return ServerError("Document " + std::to_string(document.id) + " has no " + what);
+}
 
 constexpr std::int64_t kLargestUpload = std::numeric_limits<std::int32_t>::max();
 
@@ -41,12 +44,11 @@ std::vector<std::int64_t> ParsePages(const std::string& list, const Document& do
   for (const std::string_view item : Split(list, ',')) {
     const std::int64_t page = ParseNumber(item).value_or(0);
     if (page < 1 || page > pageCount) {
-      throw ServerError("Document " + std::to_string(document.id) + " has no page '" + Printable(item) + "', but " +
-                        std::to_string(pageCount) + " pages");
+      throw Missing(document, "page '" + Printable(item) + "' (number of pages: " + std::to_string(pageCount) + ")");
     }
     pages.push_back(page);
   }
-  if (pages.empty()) throw ServerError("Document " + std::to_string(document.id) + " has no pages");
+  if (pages.empty()) throw Missing(document, "pages");
   return pages;
 }
 
@@ -67,8 +69,7 @@ Reply GetSegmentData(const Call& call) {
   for (const Segment& segment : ReadSegments(call.database, document.id, document.version)) {
     if (segment.position == position) return StoreSegment(call, document, segment);
   }
-  throw ServerError("Document " + std::to_string(document.id) + " has no segment '" + Printable(call.parameters[4]) +
-                    "'");
+  throw Missing(document, "segment '" + Printable(call.parameters[4]) + "'");
 }
 
 Reply GetSegmentFirstBlob(const Call& call) {
@@ -82,8 +83,8 @@ Reply GetSegmentFirstBlob(const Call& call) {
       return StoreSegment(call, document, segment);
     }
   }
-  throw ServerError("Document " + std::to_string(document.id) + " has no stored file" +
-                    (extension.empty() ? "" : " with the extension '" + Printable(extension) + "'"));
+  throw Missing(document,
+                "stored file" + (extension.empty() ? "" : " with the extension '" + Printable(extension) + "'"));
 }
 
 Reply GetSegmentPrintfile2(const Call& call) {
@@ -99,9 +100,7 @@ Reply GetSegmentPrintfile2(const Call& call) {
     found = true;
     lines += PrintedSegment(segment);
   }
-  if (!found) {
-    throw ServerError("Document " + std::to_string(document.id) + " has no field '" + Printable(wanted) + "'");
-  }
+  if (!found) throw Missing(document, "field '" + Printable(wanted) + "'");
   const std::string part = "print" + (fieldId ? std::to_string(*fieldId) : "");
   return StoreContent(call, FileName(document, part, "txt"), WithLineEnds(lines));
 }
@@ -131,7 +130,7 @@ Reply UploadFile(const Call& call) {
   call.blobs.Require(call.parameters[0]);
   const auto byteCount = ParseNumber(call.parameters[2]);
   if (!byteCount || *byteCount > kLargestUpload) {
-    throw ServerError("'" + Printable(call.parameters[2]) + "' is no byte count from 0 to " +
+    throw ServerError("'" + Printable(call.parameters[2]) + "' is not a byte count from 0 to " +
                       std::to_string(kLargestUpload));
   }
   Reply reply{std::string()};

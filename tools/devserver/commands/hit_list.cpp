@@ -41,9 +41,9 @@ std::vector<Column> LayoutColumns(Database& database, const std::string& layoutI
   return columns;
 }
 
-// Where a query searches: the archives, as a list of their numbers, and the columns of the full-text index ("": all).
+// Where a query searches: the numbers of the archives, and the columns of the full-text index ("": all).
 struct Scope {
-  std::string archiveIds;
+  std::vector<std::string> archiveIds;
   std::string fields;
 };
 
@@ -59,37 +59,34 @@ Scope FindScope(Database& database, const std::string& format, const FolderRight
     formatKnown = true;
     scope.fields = query.Text(3);
     if (!rights.Allows(query.Text(1), query.Text(2))) continue;
-    scope.archiveIds.append(scope.archiveIds.empty() ? "" : ",").append(std::to_string(query.Number(0)));
+    scope.archiveIds.push_back(query.Text(0));
   }
   if (!formatKnown) throw ServerError("There is no query format '" + Printable(format) + "'");
   return scope;
 }
 
-// The documents of the scope that match parameter 1, the full-text expression, which is "" for all of them. The archive
-// numbers are the database's own.
+// The part of a statement that finds the documents of the scope; its parameter 1 is the full-text expression. The
+// archive numbers come from the database.
 std::string Matches(const Scope& scope, const std::string& expression) {
   return " FROM document JOIN archive ON archive.id = archive_id JOIN channel ON channel.id = channel_id "
          "WHERE archive_id IN (" +
-         scope.archiveIds + ") AND " +
+         Join(scope.archiveIds, ",") + ") AND " +
          (expression.empty() ? "?1 = ''"
                              : "document.id IN (SELECT rowid FROM document_text WHERE document_text MATCH ?1)");
 }
 
-struct Heading {
-  std::string layout;
-  std::string flags;
-  std::string titles;
-};
-
-Heading MakeHeading(const std::vector<Column>& columns) {
-  Heading heading{"", "^0^,^0^,^0^", "^Reference^,^Document^,^Version^"};
+// The lines of an answer before its rows: layout, whether a multi-page TIFF is on offer, flags and titles of the
+// columns.
+std::string Heading(const std::vector<Column>& columns, bool hasScans) {
+  std::vector<std::string> layout;
+  std::vector<std::string> flags(3, "0");
+  std::vector<std::string> titles = {"Reference", "Document", "Version"};
   for (const Column& column : columns) {
-    heading.layout.append(heading.layout.empty() ? "" : ";").append(std::to_string(column.id));
-    heading.layout.append("=").append(column.title);
-    heading.flags.append(",").append(Field(std::to_string(column.flags)));
-    heading.titles.append(",").append(Field(column.title));
+    layout.push_back(std::to_string(column.id) + "=" + column.title);
+    flags.push_back(std::to_string(column.flags));
+    titles.push_back(column.title);
   }
-  return heading;
+  return Join(layout, ";") + (hasScans ? "\r\n1\r\n" : "\r\n0\r\n") + Record(flags) + "\r\n" + Record(titles) + "\r\n";
 }
 
 std::string Rows(Database& database, const std::string& matches, const std::string& expression,
@@ -107,7 +104,7 @@ std::string Rows(Database& database, const std::string& matches, const std::stri
 
 Reply QueryArchive(const Call& call) {
   Database& database = call.database;
-  const Parameters parameters = call.parameters;
+  const std::span<const std::string> parameters = call.parameters;
   std::string expression = ParseQuery(parameters[0]);
   const std::int64_t maxLines = ParseLimit("Max lines", parameters[1]);
   const std::int64_t queryMax = ParseLimit("Query max", parameters[2]);
@@ -123,9 +120,8 @@ Reply QueryArchive(const Call& call) {
     throw ServerError("The query has " + std::to_string(total) + " hits, more than the " + std::to_string(queryMax) +
                       " allowed");
   }
-  const Heading heading = MakeHeading(columns);
-  return std::to_string(total) + "\r\n" + heading.layout + "\r\n" + (count.Number(1) == 1 ? "1" : "0") + "\r\n" +
-         heading.flags + "\r\n" + heading.titles + "\r\n" + Rows(database, matches, expression, columns, maxLines);
+  return std::to_string(total) + "\r\n" + Heading(columns, count.Number(1) == 1) +
+         Rows(database, matches, expression, columns, maxLines);
 }
 
 }  // namespace oxaqrycln::devserver

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostRows = 10000;
 constexpr std::size_t kMostColumns = 40;
-constexpr std::size_t kMostCells = 100000;  // together they bound the time that other clients wait
+constexpr std::size_t kMostCells = 100000;  // these limits bound the time that other clients wait
 constexpr std::size_t kLongestTitle = 200;
 constexpr std::string_view kLineEnd = "\r\n";
 
@@ -20,9 +20,9 @@ std::vector<std::vector<std::string>> ParseRows(std::string_view text) {
   for (bool more = true; more;) {
     const std::size_t end = text.find(kLineEnd);
     more = end != std::string_view::npos;
-    RequestFields row = SplitRequest(text.substr(0, end));  // rows and requests are written alike
+    RequestFields row = SplitRequest(text.substr(0, end));  // a row has the form of a request
     const std::string number = std::to_string(rows.size() + 1);
-    if (!row.ended) throw ServerError("Row " + number + " is not a list of fields in carets");
+    if (!row.ended) throw ServerError("Row " + number + " is not a list of caret-quoted fields");
     if (row.fields.size() > kMostColumns) {
       throw ServerError("Row " + number + " has more than " + std::to_string(kMostColumns) + " columns");
     }

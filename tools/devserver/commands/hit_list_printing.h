@@ -1,4 +1,4 @@
-// hit_list_printing.h - the PrintHitlistPDF command: the rows of a hit list as a table to print.
+// hit_list_printing.h - the PrintHitlistPDF command: prints the rows of a hit list as a table.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_HIT_LIST_PRINTING_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_HIT_LIST_PRINTING_H_
 

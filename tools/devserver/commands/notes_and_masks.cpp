@@ -1,5 +1,6 @@
+#include "tools/devserver/commands/notes_and_masks.h"
+
 #include "tools/devserver/archive/documents.h"
-#include "tools/devserver/commands/change_commands.h"
 #include "tools/devserver/protocol/answer_text.h"
 #include "tools/devserver/protocol/errors.h"
 

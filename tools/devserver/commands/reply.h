@@ -13,19 +13,19 @@
 
 namespace oxaqrycln::devserver {
 
-// A file on its way from a client into the blob directory. Ending before Finish leaves nothing.
+// A file that a client is sending to the blob directory. Nothing is left of it unless Finish is called.
 class Upload {
  public:
   Upload(std::unique_ptr<ReplacementFile> file, std::string name, std::size_t byteCount)
       : file_(std::move(file)), name_(std::move(name)), byteCount_(byteCount), missing_(byteCount) {}
   std::size_t missing() const noexcept { return missing_; }
-  // Takes at most the missing bytes, and drops more.
+  // Stores the missing bytes and ignores any after them.
   void Take(std::string_view bytes) {
     bytes = bytes.substr(0, missing_);
     file_->Write(bytes);
     missing_ -= bytes.size();
   }
-  // The answer's text, once no byte is missing.
+  // Stores the file and returns the answer; to be called when no byte is missing.
   std::string Finish() {
     file_->Commit();
     return "Status: OK\r\n" + std::to_string(byteCount_) + "\r\n" + name_ + "\r\n";
@@ -39,7 +39,7 @@ class Upload {
 };
 
 struct Reply {
-  Reply(std::string answer) : text(std::move(answer)) {}  // NOLINT: a text is a reply wherever one is expected
+  Reply(std::string answer) : text(std::move(answer)) {}  // NOLINT: implicit, because most replies are a text
 
   std::string text;                 // the answer without its header line; for the log only when isRaw
   bool isRaw = false;               // no text is sent, only the bytes of the file, if there is one

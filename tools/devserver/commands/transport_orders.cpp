@@ -21,7 +21,7 @@ constexpr std::array<QueryField, 7> kOrderFields = {
 constexpr std::size_t kMostOrders = 200;
 
 struct Order {
-  std::string id;  // as the archive writes it
+  std::string id;  // in the letter case of the archive
   std::int64_t documentId;
   std::int64_t version;
 };
@@ -34,7 +34,7 @@ Order FindOrder(Database& database, std::string_view id) {
 
 std::vector<Order> FindOrders(Database& database, const std::string& list) {
   const std::vector<std::string_view> ids = Split(list, ',');
-  if (ids.empty()) throw ServerError("No transport order is named");
+  if (ids.empty()) throw ServerError("The list of transport orders is empty");
   if (ids.size() > kMostOrders) throw ServerError("More than " + std::to_string(kMostOrders) + " transport orders");
   std::vector<Order> orders;
   for (const std::string_view id : ids) orders.push_back(FindOrder(database, Trimmed(id)));
@@ -44,12 +44,11 @@ std::vector<Order> FindOrders(Database& database, const std::string& list) {
 std::string KnownStatus(const std::string& text) {
   const auto* const found = std::ranges::find(kOrderStatuses, LowerCase(text));
   if (found != kOrderStatuses.end()) return std::string(*found);
-  std::string known;
-  for (const std::string_view status : kOrderStatuses) known.append(known.empty() ? "" : ", ").append(status);
-  throw ServerError("'" + Printable(text) + "' is no status of a transport order (those are " + known + ")");
+  throw ServerError("'" + Printable(text) + "' is not a status of a transport order (" + Join(kOrderStatuses, ", ") +
+                    ")");
 }
 
-// Names the first order, and how many more there are.
+// The first order's ID, and the number of the others.
 std::string FileName(const std::vector<Order>& orders) {
   const std::string more = orders.size() > 1 ? "_and_" + std::to_string(orders.size() - 1) : "";
   return orders.front().id + more + ".tif";

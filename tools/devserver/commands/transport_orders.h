@@ -1,6 +1,5 @@
 // transport_orders.h - the commands on transport orders: querying them, their page images, their status.
-// An order names a document, whose page images are the order's. What orders there are is a matter of the sample
-// archive.
+// The page images of an order are those of its document. The orders themselves come from the sample archive.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_TRANSPORT_ORDERS_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_COMMANDS_TRANSPORT_ORDERS_H_
 
@@ -8,7 +7,7 @@
 
 namespace oxaqrycln::devserver {
 
-// Parameters: query, max lines; 0 or "" is no bound. A record for each order, by its ID: ID, status, document ID,
+// Parameters: query, max lines; 0 or "" is no limit. A record for each order, by its ID: ID, status, document ID,
 // version, customer, origin, destination, date, weight.
 Reply QueryFahrauftraege(const Call& call);
 // Parameters: order IDs with commas between them, the blob directory. One TIFF of all their pages, in this order.

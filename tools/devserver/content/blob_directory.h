@@ -13,7 +13,7 @@
 
 namespace oxaqrycln::devserver {
 
-// Reports a refusal as a ServerError, and a failure of the file system as a RuntimeError.
+// Invalid requests raise ServerError, failures of the file system RuntimeError.
 class BlobDirectory {
  public:
   // The directory of that path, created when there is none.
@@ -24,19 +24,19 @@ class BlobDirectory {
   BlobDirectory& operator=(BlobDirectory&&) = delete;
   ~BlobDirectory();
 
-  // In the encoding of the file system.
+  // In the encoding of the file system's names.
   const std::string& path() const noexcept { return path_; }
 
-  // Raises ServerError unless the text names this directory; the empty text does as well.
+  // Raises ServerError unless the path is empty or names this directory.
   void Require(std::string_view directory) const;
-  // Opens a file by a client's path, whose directory must be this one. Links and what is no regular file are refused.
+  // Opens the file of a client's path, which must lie in this directory. Refuses links, and anything but regular files.
   std::unique_ptr<InputFile> Open(std::string_view path) const;
-  // The bytes of such a file.
+  // The bytes of such a file, which may not be larger than that.
   std::string Read(std::string_view path, std::int64_t mostByteCount) const;
-  // The file replaces an older one of that plain name when it is committed.
+  // A file that replaces any older one of that plain name when it is committed.
   std::unique_ptr<ReplacementFile> Replace(std::string_view name) const;
-  // Stores the bytes in a file of their own and returns its name: the one given, or "name-3f9a01bc.csv" where "name" is
-  // in use with any extension (clients may change the extension of a file they were given).
+  // Stores the bytes in a new file and returns its name: the given one, or one like "name-3f9a01bc.csv" when a file
+  // "name" exists with any extension (clients may change the extension of a file they were given).
   std::string Store(const std::string& name, std::string_view bytes) const;
 
  private:

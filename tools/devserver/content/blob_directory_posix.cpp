@@ -32,7 +32,7 @@ BlobDirectory::BlobDirectory(const std::string& path, bool isPrivate)
 }
 
 BlobDirectory BlobDirectory::At(const std::string& path) {
-  std::error_code ignored;  // a missing directory is reported by the constructor
+  std::error_code ignored;  // the constructor reports a missing directory
   std::filesystem::create_directory(path, ignored);
   return {std::filesystem::absolute(path).string(), false};
 }
@@ -58,13 +58,13 @@ void BlobDirectory::Require(std::string_view directory) const {
   std::error_code error;
   try {
     if (std::filesystem::equivalent(NativePath(directory), path_, error)) return;
-  } catch (const RuntimeError&) {  // it holds a NUL
+  } catch (const RuntimeError&) {  // not a path
   }
   throw ServerError("'" + Printable(directory) + "' is not the blob directory of this server");
 }
 
 std::string BlobDirectory::PathOf(std::string_view name) const {
-  if (!IsPlainFileName(name)) throw ServerError("'" + Printable(name) + "' is no name of a file in the blob directory");
+  if (!IsPlainFileName(name)) throw ServerError("'" + Printable(name) + "' is not a valid file name");
   return codePagePath_ + "/" + std::string(name);
 }
 
@@ -73,7 +73,7 @@ std::unique_ptr<InputFile> BlobDirectory::Open(std::string_view path) const {
   const std::string_view directory = path.substr(0, path.size() - name.size());
   Require(directory.substr(0, directory.size() - (directory.empty() ? 0 : 1)));
   const std::string file = PathOf(name);
-  std::error_code ignored;  // a file that cannot be looked at is no regular one
+  std::error_code ignored;  // a file that cannot be examined counts as missing
   if (!std::filesystem::is_regular_file(std::filesystem::symlink_status(NativePath(file), ignored))) {
     throw ServerError("There is no file '" + Printable(name) + "' in the blob directory");
   }
@@ -108,7 +108,7 @@ std::string BlobDirectory::Store(const std::string& name, std::string_view bytes
   const std::size_t dot = std::min(name.rfind('.'), name.size());
   const auto otherName = [&] { return name.substr(0, dot) + "-" + RandomDigits() + name.substr(dot); };
   std::string free = HoldsStem(name.substr(0, dot)) ? otherName() : name;
-  // An empty file reserves the name, since another server of this directory may choose the same one.
+  // An empty file reserves the name, because another server may use this directory as well.
   constexpr int kMostAttempts = 16;
   for (int attempt = 1;; ++attempt) {
     try {

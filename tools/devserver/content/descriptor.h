@@ -1,4 +1,4 @@
-// descriptor.h - an open file descriptor, closed with its owner.
+// descriptor.h - an open file descriptor that is closed when its owner ends.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_DESCRIPTOR_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_DESCRIPTOR_H_
 

@@ -1,4 +1,4 @@
-// page_image.h - page images: the sample archive's own, drawn here, and TIFF files with any number of them.
+// page_image.h - page images: those of the sample archive, which are drawn here, and those of TIFF files.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_PAGE_IMAGE_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_PAGE_IMAGE_H_
 
@@ -17,7 +17,7 @@ namespace oxaqrycln::devserver {
 // The most pages of one TIFF file.
 inline constexpr std::int64_t kMostPages = 1000;
 
-// Rows from the top. Black and white: a bit a pixel, 1 is black, the highest bit first; in colour: red, green, blue.
+// Rows from top to bottom. Black and white: one bit per pixel, 1 is black, highest bit first; colour: red, green, blue.
 struct PageImage {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
@@ -27,18 +27,18 @@ struct PageImage {
   std::size_t RowByteCount() const noexcept { return inColour ? std::size_t{width} * 3 : (std::size_t{width} + 7) / 8; }
 };
 
-// The page of a scanned sample document: a frame, bars for lines of text, the document's and the page's number. The
-// same in every run.
+// The page of a scanned sample document: a frame, the numbers of document and page, and bars instead of lines of text.
+// The same in every run.
 PageImage DrawSamplePage(std::int64_t documentId, std::int64_t page);
-// The TIFF file that holds that page alone.
+// A TIFF file with that page only.
 std::string SamplePageTiff(std::int64_t documentId, std::int64_t page);
 
-// Makes a TIFF file in memory. Every function raises ServerError.
+// Writes a TIFF file in memory. Every function raises ServerError.
 class TiffWriter {
  public:
   TiffWriter();
   void Add(const PageImage& page);
-  // The whole file. Nothing may be added after it.
+  // The bytes of the file, to which nothing can be added any more.
   std::string Finish();
 
  private:
@@ -47,7 +47,7 @@ class TiffWriter {
   std::int64_t pageCount_ = 0;
 };
 
-// Reads the pages of a TIFF file of any kind that libtiff knows. Every function raises ServerError.
+// Reads the pages of any TIFF file that libtiff supports. Every function raises ServerError.
 class TiffReader {
  public:
   explicit TiffReader(std::string_view bytes);

@@ -14,7 +14,7 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-// A page of A4 at 50 dots an inch.
+// An A4 page at 50 dots per inch.
 constexpr std::uint32_t kWidth = 416;
 constexpr std::uint32_t kHeight = 588;
 constexpr float kDotsAnInch = 50;
@@ -33,7 +33,7 @@ class Canvas {
     }
   }
 
-  // As on a pocket calculator: the digit's strokes are bits, from the top bar clockwise, the middle one last.
+  // A seven-segment digit: bit 0 is the top bar, then clockwise; the middle bar is last.
   void Digit(std::uint32_t left, std::uint32_t top, std::size_t digit) {
     static constexpr std::array<unsigned, 10> kStrokes = {0x3F, 0x06, 0x5B, 0x4F, 0x66, 0x6D, 0x7D, 0x07, 0x7F, 0x6F};
     struct Stroke {
@@ -65,7 +65,7 @@ class Canvas {
   PageImage page_;
 };
 
-// A file in memory with these bytes.
+// A file in memory that contains the bytes.
 Descriptor OpenMemoryFile(std::string_view bytes = {}) {
   Descriptor file(memfd_create("devserver", MFD_CLOEXEC));
   while (!bytes.empty()) {
@@ -77,10 +77,10 @@ Descriptor OpenMemoryFile(std::string_view bytes = {}) {
 }
 
 std::unique_ptr<tiff, void (*)(tiff*)> OpenTiff(int descriptor, const char* mode) {
-  // The answer says what is wrong with a file; libtiff would print it on standard error.
+  // Errors are reported to the client, not on standard error.
   TIFFSetErrorHandler(nullptr);
   TIFFSetWarningHandler(nullptr);
-  const int own = dup(descriptor);  // closed by libtiff
+  const int own = dup(descriptor);  // libtiff closes it
   tiff* handle = own < 0 || lseek(own, 0, SEEK_SET) != 0 ? nullptr : TIFFFdOpen(own, "page image", mode);
   if (handle == nullptr && own >= 0) close(own);
   return {handle, TIFFClose};
@@ -137,7 +137,7 @@ std::string SamplePageTiff(std::int64_t documentId, std::int64_t page) {
 }
 
 TiffWriter::TiffWriter() : file_(OpenMemoryFile()), handle_(OpenTiff(file_.get(), "w")) {
-  if (handle_ == nullptr) throw ServerError("The TIFF file could not be begun");
+  if (handle_ == nullptr) throw ServerError("The TIFF file could not be created");
 }
 
 void TiffWriter::Add(const PageImage& page) {
@@ -156,7 +156,7 @@ void TiffWriter::Add(const PageImage& page) {
   TIFFSetField(file, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
   TIFFSetField(file, TIFFTAG_XRESOLUTION, kDotsAnInch);
   TIFFSetField(file, TIFFTAG_YRESOLUTION, kDotsAnInch);
-  std::vector<std::uint8_t> row(page.RowByteCount());  // libtiff may change what it is given
+  std::vector<std::uint8_t> row(page.RowByteCount());  // libtiff may modify its input
   for (std::uint32_t y = 0; y < page.height; ++y) {
     std::copy_n(page.bytes.begin() + static_cast<std::ptrdiff_t>(row.size() * y), row.size(), row.begin());
     if (TIFFWriteScanline(file, row.data(), y, 0) != 1) throw ServerError("The TIFF file could not be written");
@@ -178,9 +178,9 @@ std::string TiffWriter::Finish() {
 }
 
 TiffReader::TiffReader(std::string_view bytes) : handle_(OpenTiff(OpenMemoryFile(bytes).get(), "r")) {
-  if (handle_ == nullptr) throw ServerError("It is no TIFF file");
+  if (handle_ == nullptr) throw ServerError("Not a TIFF file");
   do {
-    if (++pageCount_ > kMostPages) throw ServerError("It has more than " + std::to_string(kMostPages) + " pages");
+    if (++pageCount_ > kMostPages) throw ServerError("More than " + std::to_string(kMostPages) + " pages");
   } while (TIFFReadDirectory(handle_.get()) == 1);
 }
 
@@ -191,15 +191,14 @@ PageImage TiffReader::Read(std::int64_t page) {
   if (page < 0 || page >= pageCount_ || TIFFSetDirectory(file, static_cast<tdir_t>(page)) != 1 ||
       TIFFGetField(file, TIFFTAG_IMAGEWIDTH, &width) != 1 || TIFFGetField(file, TIFFTAG_IMAGELENGTH, &height) != 1 ||
       width == 0 || height == 0) {
-    throw ServerError("It has no page " + std::to_string(page + 1));
+    throw ServerError("No page " + std::to_string(page + 1));
   }
   if (std::uint64_t{width} * height > kMostPixels) {
-    throw ServerError("Its page " + std::to_string(page + 1) + " has more than " + std::to_string(kMostPixels) +
-                      " pixels");
+    throw ServerError("Page " + std::to_string(page + 1) + " has more than " + std::to_string(kMostPixels) + " pixels");
   }
   std::vector<std::uint32_t> raster(std::size_t{width} * height);
   if (TIFFReadRGBAImageOriented(file, width, height, raster.data(), ORIENTATION_TOPLEFT, 1) != 1) {
-    throw ServerError("Its page " + std::to_string(page + 1) + " cannot be read");
+    throw ServerError("Page " + std::to_string(page + 1) + " cannot be read");
   }
   return FromRaster(raster, width, height);
 }

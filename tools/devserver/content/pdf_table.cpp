@@ -11,7 +11,7 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-// In points, 1/72 inch; y counts from the bottom of the page.
+// In points of 1/72 inch; y is measured from the bottom of the page.
 constexpr float kPageWidth = 842;
 constexpr float kPageHeight = 595;
 constexpr float kMargin = 36;
@@ -21,13 +21,13 @@ constexpr float kLineHeight = 10;
 constexpr float kGap = 8;  // between two columns
 constexpr float kHeadGap = 6;
 constexpr std::size_t kMostCellLines = 6;
-constexpr std::size_t kMostCellBytes = 3000;  // more than the narrowest characters fill these lines with
+constexpr std::size_t kMostCellBytes = 3000;  // more than fit into these lines
 constexpr char kEllipsis = '\x85';
 
 using Document = std::unique_ptr<std::remove_pointer_t<HPDF_Doc>, void (*)(HPDF_Doc)>;
 using Lines = std::vector<std::string>;
 
-// A standard font, which needs no file. WinAnsiEncoding is Windows-1252.
+// A standard font needs no file. WinAnsiEncoding is Windows-1252.
 HPDF_Font LoadFont(HPDF_Doc document, const char* name) { return HPDF_GetFont(document, name, "WinAnsiEncoding"); }
 
 const HPDF_BYTE* Bytes(std::string_view text) { return reinterpret_cast<const HPDF_BYTE*>(text.data()); }
@@ -42,7 +42,7 @@ std::size_t CountFitting(HPDF_Font font, std::string_view text, float width, boo
                                wholeWords ? HPDF_TRUE : HPDF_FALSE, nullptr);
 }
 
-// The beginning of the text with an ellipsis, no wider than the width.
+// The text cut to the width, with an ellipsis at its end.
 std::string Shorten(HPDF_Font font, std::string text, float size, float width) {
   while (!text.empty() && WidthOf(font, text + kEllipsis, size) > width) text.pop_back();
   return text + kEllipsis;
@@ -63,8 +63,8 @@ Lines Wrap(HPDF_Font font, std::string_view text, float width) {
   return lines;
 }
 
-// The widths that the columns ask for, made fit for the page: those that ask for more than their share are cut down to
-// what the others leave.
+// Reduces the widths of the columns to the room on the page: columns that need more than their share get an equal part
+// of what the others leave.
 std::vector<float> FitWidths(std::vector<float> widths, float room) {
   room -= kGap * static_cast<float>(widths.size() - 1);
   std::vector<float> ascending = widths;
@@ -79,7 +79,8 @@ std::vector<float> FitWidths(std::vector<float> widths, float room) {
   return widths;
 }
 
-// The text that a cell can show. What libharu would end it at, or show as something else, becomes a blank.
+// The text as a cell can show it: libharu ends a text at a NUL and misprints other control characters, so all become
+// blanks.
 std::string Showable(std::string_view shown) {
   std::string text(shown.substr(0, kMostCellBytes));
   std::ranges::replace_if(
@@ -116,7 +117,7 @@ class Writer {
   }
 
  private:
-  // libharu remembers the first error and does nothing more.
+  // After its first error libharu does nothing more and keeps the error.
   void Check() const {
     if (HPDF_GetError(document_.get()) == HPDF_OK) return;
     throw ServerError("The PDF document could not be made: error " + std::to_string(HPDF_GetError(document_.get())));

@@ -10,11 +10,11 @@ namespace oxaqrycln::devserver {
 
 struct PdfTable {
   std::string title;
-  std::vector<std::vector<std::string>> rows;  // the first one is the column heads; missing cells are empty
+  std::vector<std::vector<std::string>> rows;  // the first row is the column heads; missing cells are empty
 };
 
-// The bytes of the document, the same for the same table. A cell that its column is too narrow
-// for runs over up to six lines, and what does not fit there is cut off with an ellipsis. Raises ServerError.
+// The bytes of the document; equal tables give equal bytes. A text that is too wide for its column continues on up to
+// six lines, and is then cut off with an ellipsis. Raises ServerError.
 std::string MakePdf(const PdfTable& table);
 
 }  // namespace oxaqrycln::devserver

@@ -7,16 +7,13 @@ bool BreaksFields(char character) { return static_cast<unsigned char>(character)
 
 }  // namespace
 
-std::string Field(std::string value) {
-  for (char& character : value) {
-    if (BreaksFields(character)) character = ' ';
-  }
-  return "^" + value + "^";
-}
-
 std::string Record(const std::vector<std::string>& values) {
   std::string record;
-  for (const std::string& value : values) record.append(record.empty() ? "" : ",").append(Field(value));
+  for (const std::string& value : values) {
+    record += record.empty() ? "^" : ",^";
+    for (const char character : value) record += BreaksFields(character) ? ' ' : character;
+    record += '^';
+  }
   return record;
 }
 

@@ -6,8 +6,8 @@
 
 namespace oxaqrycln::devserver {
 
-// A request that cannot be carried out, or a server that cannot start. The text is for a person: it becomes the
-// status line of the answer, or the message of the command.
+// A request that cannot be carried out, or a server that cannot start. Its text becomes
+// the status line of the answer or the error message of the program.
 class ServerError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -1,5 +1,6 @@
 #include "tools/devserver/protocol/misbehaviour.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "tools/devserver/protocol/errors.h"
@@ -16,58 +17,51 @@ struct ModeName {
   Argument argument;
 };
 
-constexpr ModeName kModeNames[] = {
-    {"none", Misbehaviour::Mode::kNone, Argument::kNone},
-    {"refuse", Misbehaviour::Mode::kRefuse, Argument::kNone},
-    {"delay", Misbehaviour::Mode::kDelay, Argument::kNumber},
-    {"silent", Misbehaviour::Mode::kSilent, Argument::kNone},
-    {"cut", Misbehaviour::Mode::kCut, Argument::kNumber},
-    {"reset", Misbehaviour::Mode::kReset, Argument::kNumber},
-    {"bytewise", Misbehaviour::Mode::kBytewise, Argument::kOptionalNumber},
-    {"count", Misbehaviour::Mode::kCount, Argument::kText},
-    {"no-header", Misbehaviour::Mode::kNoHeader, Argument::kNone},
-    {"never-read", Misbehaviour::Mode::kNeverRead, Argument::kNone},
-};
+using Mode = Misbehaviour::Mode;
 
-std::uint32_t NumberOf(std::string_view mode, std::string_view text) {
-  const auto number = ParseNumber(text);
-  if (!number || *number > std::numeric_limits<std::uint32_t>::max()) {
-    throw ServerError("misbehaviour '" + std::string(mode) + "' needs a number, as in '" + std::string(mode) + ":100'");
-  }
-  return static_cast<std::uint32_t>(*number);
-}
+constexpr ModeName kModes[] = {
+    {"none", Mode::kNone, Argument::kNone},
+    {"refuse", Mode::kRefuse, Argument::kNone},
+    {"delay", Mode::kDelay, Argument::kNumber},
+    {"silent", Mode::kSilent, Argument::kNone},
+    {"cut", Mode::kCut, Argument::kNumber},
+    {"reset", Mode::kReset, Argument::kNumber},
+    {"bytewise", Mode::kBytewise, Argument::kOptionalNumber},
+    {"count", Mode::kCount, Argument::kText},
+    {"no-header", Mode::kNoHeader, Argument::kNone},
+    {"never-read", Mode::kNeverRead, Argument::kNone},
+};
 
 }  // namespace
 
 Misbehaviour ParseMisbehaviour(std::string_view text) {
-  const std::size_t colon = text.find(':');
-  const bool hasArgument = colon != std::string_view::npos;
-  const std::string_view name = text.substr(0, colon);
-  const std::string_view argument = hasArgument ? text.substr(colon + 1) : std::string_view();
-  for (const ModeName& known : kModeNames) {
-    if (known.name != name) continue;
-    Misbehaviour misbehaviour{known.mode, 0, {}};
-    if (known.argument == Argument::kNone && hasArgument) {
-      throw ServerError("misbehaviour '" + std::string(name) + "' takes no argument");
-    }
-    if (known.argument == Argument::kNumber || (known.argument == Argument::kOptionalNumber && hasArgument)) {
-      misbehaviour.number = NumberOf(name, argument);
-    }
-    if (known.argument == Argument::kText) {
-      if (!hasArgument) throw ServerError("misbehaviour 'count' needs a text, as in 'count:-5'");
-      misbehaviour.text = argument;
-    }
-    return misbehaviour;
+  const std::size_t colon = std::min(text.find(':'), text.size());
+  const bool hasArgument = colon < text.size();
+  const std::string name(text.substr(0, colon));
+  const auto* const known = std::ranges::find(kModes, name, &ModeName::name);
+  if (known == std::end(kModes)) throw ServerError("unknown misbehaviour '" + name + "'");
+  Misbehaviour misbehaviour{known->mode, 0, {}};
+  if (known->argument == Argument::kNone && hasArgument) {
+    throw ServerError("misbehaviour '" + name + "' takes no argument");
   }
-  throw ServerError("there is no misbehaviour '" + std::string(name) + "'");
+  if (known->argument == Argument::kText && !hasArgument) {
+    throw ServerError("misbehaviour '" + name + "' needs a text, as in '" + name + ":-5'");
+  }
+  if (hasArgument) misbehaviour.text = text.substr(colon + 1);
+  if (known->argument == Argument::kNumber || (known->argument == Argument::kOptionalNumber && hasArgument)) {
+    const auto number = ParseNumber(misbehaviour.text);
+    if (!number || *number > std::numeric_limits<std::uint32_t>::max()) {
+      throw ServerError("misbehaviour '" + name + "' needs a number, as in '" + name + ":100'");
+    }
+    misbehaviour.number = static_cast<std::uint32_t>(*number);
+  }
+  return misbehaviour;
 }
 
 std::string WireBytes(std::string_view answer, const Misbehaviour& misbehaviour) {
-  if (misbehaviour.mode == Misbehaviour::Mode::kNoHeader) return std::string(answer);
-  const bool lies = misbehaviour.mode == Misbehaviour::Mode::kCount;
-  std::string bytes = "TotalBytes:" + (lies ? misbehaviour.text : std::to_string(answer.size())) + "\r\n";
-  bytes += answer;
-  return bytes;
+  if (misbehaviour.mode == Mode::kNoHeader) return std::string(answer);
+  const bool lies = misbehaviour.mode == Mode::kCount;
+  return "TotalBytes:" + (lies ? misbehaviour.text : std::to_string(answer.size())) + "\r\n" + std::string(answer);
 }
 
 }  // namespace oxaqrycln::devserver

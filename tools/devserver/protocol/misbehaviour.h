@@ -1,4 +1,4 @@
-// misbehaviour.h - the ways in which the server can break the protocol on request, for trials of its clients.
+// misbehaviour.h - deliberate violations of the protocol, for testing clients.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_PROTOCOL_MISBEHAVIOUR_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_PROTOCOL_MISBEHAVIOUR_H_
 
@@ -17,7 +17,7 @@ struct Misbehaviour {
     kCut,        // close after number bytes of the answer
     kReset,      // reset after number bytes of the answer
     kBytewise,   // send byte by byte, number milliseconds apart
-    kCount,      // announce text instead of the byte count
+    kCount,      // announce the text instead of the byte count
     kNoHeader,   // leave the header line out
     kNeverRead,  // accept and never read
   };
@@ -27,10 +27,10 @@ struct Misbehaviour {
 };
 
 // Reads "refuse", "delay:MS", "silent", "cut:N", "reset:N", "bytewise" or "bytewise:MS", "count:TEXT", "no-header",
-// "never-read"; "none" is no misbehaviour. Raises ServerError for anything else.
+// "never-read"; "none" means correct behaviour. Raises ServerError for anything else.
 Misbehaviour ParseMisbehaviour(std::string_view text);
 
-// The bytes of an answer as they go to the wire.
+// The bytes that are sent for an answer.
 std::string WireBytes(std::string_view answer, const Misbehaviour& misbehaviour);
 
 }  // namespace oxaqrycln::devserver

@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::string_view kBetween = "^,^";
 
-// Where the parameters of a request text begin, their first caret included; npos when no more than its command word has
-// come. Looks at the beginning of the text only.
+// The position of the first parameter's opening caret; npos while only the command word has arrived. Reads no further
+// than that.
 std::size_t ParametersStart(std::string_view text) {
   std::size_t from = 1;
   for (std::size_t field = 0; field <= kPrefixFieldCount; ++field) {
@@ -24,8 +24,8 @@ std::size_t ParametersStart(std::string_view text) {
   return from - 1;
 }
 
-// Whether the last field of "^first^,^rows^,^last^" has come. An end inside the rows is told from it by what stands
-// before the last "^,^": a whole row, or the field of one.
+// Whether "^first^,^rows^,^last^" is complete. It is not when the text ends inside the rows: then the last "^,^"
+// follows a field and not a complete row.
 bool EndsBehindRows(std::string_view parameters) {
   const std::size_t firstEnd = parameters.find(kBetween, 1);
   const std::size_t rowsEnd = parameters.rfind(kBetween);
@@ -59,8 +59,7 @@ RequestState JudgeText(std::string_view text, const ShapeOf& shapeOf) {
 RequestFields SplitRequest(std::string_view text) {
   RequestFields request;
   if (text.empty() || text.front() != '^') return request;
-  // Closing the text with ",^" makes every field end in "^,^"; what is left behind the last of them tells whether the
-  // last field was closed.
+  // With ",^" appended, every closed field ends in "^,^"; anything left after the last one is an unclosed field.
   const std::string closed = std::string(text.substr(1)) + ",^";
   std::size_t start = 0;
   for (std::size_t end = closed.find("^,^"); end != std::string::npos; end = closed.find("^,^", start)) {
@@ -72,7 +71,7 @@ RequestFields SplitRequest(std::string_view text) {
 }
 
 RequestJudgement JudgeRequest(std::string_view text, const ShapeOf& shapeOf) {
-  // Only a text that a body follows is ended by a line end; values of other commands may hold one.
+  // A line end only ends a request with a body; it may occur in the values of other commands.
   const std::size_t end = text.find("^\r\n");
   if (end != std::string_view::npos) {
     const RequestFields begin = SplitRequest(text.substr(0, end + 1));
@@ -115,7 +114,7 @@ std::optional<std::int64_t> ParseNumber(std::string_view text) {
 std::int64_t ParseLimit(const std::string& name, const std::string& text) {
   const auto limit = text.empty() ? 0 : ParseNumber(text);
   if (!limit || *limit > std::numeric_limits<std::int32_t>::max()) {
-    throw ServerError(name + " '" + Printable(text) + "' is no number from 0");
+    throw ServerError(name + " '" + Printable(text) + "' is not a number of 0 or more");
   }
   return *limit;
 }

@@ -1,6 +1,6 @@
-// request.h - cuts a request text into its fields and tells whether it has arrived whole.
-// A request has no terminator: it is whole when its text ends with "^" and holds the fields its command takes. One that
-// a body follows ends with CR LF; one with rows of fields in it, with a field behind a whole row.
+// request.h - splits a request text into its fields and decides whether all of it has arrived.
+// A request has no terminator: it is complete when its text ends with "^" and contains the fields that its command
+// takes. CR LF ends a request that a body follows; a request with rows is complete with a field after a complete row.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_PROTOCOL_REQUEST_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_PROTOCOL_REQUEST_H_
 
@@ -14,7 +14,7 @@
 
 namespace oxaqrycln::devserver {
 
-// Session id, user and encoded password stand before the command word.
+// Session id, user and encoded password precede the command word.
 inline constexpr std::size_t kPrefixFieldCount = 3;
 
 struct RequestFields {
@@ -25,25 +25,25 @@ struct RequestFields {
 RequestFields SplitRequest(std::string_view text);
 
 enum class RequestState {
-  kPartial,   // an unfinished field: more bytes must come
-  kShort,     // every field is closed, but the command takes more of them, or a body
+  kPartial,   // a field without its closing caret: more bytes must follow
+  kShort,     // every field is closed, but the command takes more fields, or a body
   kComplete,  // at least the fields that the command takes
-  kBody,      // so too, and the body of the command has begun
-  kBad        // no caret-quoted text, or a command word that nobody knows: its end cannot be told
+  kBody,      // likewise, and the body has begun
+  kBad        // not caret-quoted, or an unknown command word: the end cannot be determined
 };
 
 enum class Form {
-  kFields,    // of the request, and lines of the answer
-  kBody,      // CR LF and bytes follow the request text
-  kRows,      // the second of three parameters is rows of fields, which hold "^,^" themselves
-  kRawAnswer  // the answer is a file's bytes; an error ends the connection without a byte, which would pass for content
+  kFields,    // the request is fields, the answer lines
+  kBody,      // CR LF and the bytes of a file follow the request text
+  kRows,      // the second of three parameters is rows of fields, which contain "^,^"
+  kRawAnswer  // the answer is the bytes of a file; on an error none are sent, since the client takes any for content
 };
 struct CommandShape {
   std::size_t parameterCount;
   Form form = Form::kFields;
 };
 
-// What a command word takes; nothing for an unknown word.
+// The shape of a command; nothing for an unknown command word.
 using ShapeOf = std::function<std::optional<CommandShape>(std::string_view command)>;
 
 struct RequestJudgement {
@@ -52,23 +52,22 @@ struct RequestJudgement {
 };
 RequestJudgement JudgeRequest(std::string_view text, const ShapeOf& shapeOf);
 
-// Whether the text's command takes rows, so that its request may be large.
+// Whether the command of the text takes rows. Such a request may be large.
 bool HoldsRows(std::string_view text, const ShapeOf& shapeOf);
 
-// The fields behind the command word of a command with rows as three parameters, the rows put together again.
+// The three parameters of a command with rows, with the fields of the rows joined to one parameter again.
 std::vector<std::string> JoinRows(std::vector<std::string> parameters);
 
-// The text without blanks and tabs at its ends.
+// The text without blanks and tabs at either end.
 std::string_view Trimmed(std::string_view text);
 
-// The whole text as a decimal number from 0; nothing when it is none.
+// The decimal number of 0 or more that the whole text spells; nothing for any other text.
 std::optional<std::int64_t> ParseNumber(std::string_view text);
 
-// A parameter that bounds the answer: a number from 0 that fits 31 bits, "" for 0. Raises ServerError for anything
-// else.
+// A limit that a parameter sets: a number of 0 or more in 31 bits; "" is 0. Raises ServerError for any other text.
 std::int64_t ParseLimit(const std::string& name, const std::string& text);
 
-// Text of a client made fit for one line of an answer or a log: control characters as ".", at most 80 characters.
+// Text of a client for one line of an answer or a log: at most 80 characters, control characters replaced by ".".
 std::string Printable(std::string_view text);
 
 }  // namespace oxaqrycln::devserver

@@ -1,5 +1,5 @@
 // connection.h - one client's connection: collects the request or file, sends the answer, waits for the client to
-// close. Waits for no socket by itself; the server tells it when its socket is ready and when its deadline has passed.
+// close. Never blocks; the server calls it when its socket is ready and when its deadline has passed.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_SERVER_CONNECTION_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_SERVER_CONNECTION_H_
 
@@ -18,33 +18,34 @@ namespace oxaqrycln::devserver {
 
 using TimePoint = std::chrono::steady_clock::time_point;
 
-// What a client may take. Every span ends a wait of one connection and of no other.
+// The limits of one connection.
 struct Limits {
   std::size_t requestByteCount = 65536;
   std::size_t rowsByteCount = 2097152;          // of a request that holds rows
-  std::chrono::milliseconds quiet{200};         // no bytes behind what can be no request: answer with an error
-  std::chrono::milliseconds shortQuiet{1000};   // no bytes behind a request with too few fields: likewise
-  std::chrono::milliseconds idle{10000};        // no bytes inside a field, or no room for the answer
-  std::chrono::milliseconds request{60000};     // from the connection to the end of its request's text
+  std::chrono::milliseconds quiet{200};         // without bytes after an invalid request, until the error answer
+  std::chrono::milliseconds shortQuiet{1000};   // likewise after a request with too few fields
+  std::chrono::milliseconds idle{10000};        // without bytes inside a field, or without room to send
+  std::chrono::milliseconds request{60000};     // from the connection to the end of the request text
   std::chrono::milliseconds upload{3600000};    // from there to the last byte of an uploaded file
-  std::chrono::milliseconds linger{5000};       // for the client to close after the answer
-  std::chrono::milliseconds misbehave{600000};  // for the client to leave a server that will never answer
+  std::chrono::milliseconds linger{5000};       // for the client to close the connection after the answer
+  std::chrono::milliseconds evictable{1000};    // without bytes, before a client may be dropped for a new one
+  std::chrono::milliseconds misbehave{600000};  // for the client to give up on a server that never answers
 };
 
 // Answers a request text (see Service::Answer).
 using Answerer = std::function<Reply(std::string_view request)>;
 
-// An open socket, closed with its owner.
+// An open socket that is closed when its owner ends.
 class Socket : public Descriptor {
  public:
   using Descriptor::Descriptor;
-  // Makes the closing of the socket a reset.
+  // Makes closing the socket reset the connection.
   void ResetOnClose() const noexcept;
 };
 
 class Connection {
  public:
-  // What is passed by reference must outlive the connection.
+  // Limits, answerer and misbehaviour must outlive the connection.
   Connection(Socket socket, const Limits& limits, const Answerer& answerer, const Misbehaviour& misbehaviour,
              TimePoint now);
 
@@ -52,7 +53,7 @@ class Connection {
   bool closed() const noexcept { return state_ == State::kClosed; }
   TimePoint deadline() const noexcept { return deadline_; }
   TimePoint lastProgress() const noexcept { return lastProgress_; }
-  // The poll events that the connection waits for.
+  // The poll events that the connection waits for, besides errors.
   short Events() const noexcept;
 
   void OnReady(short events, TimePoint now);
@@ -84,9 +85,9 @@ class Connection {
   std::string request_;
   std::unique_ptr<Upload> upload_;
   bool isRaw_ = false;
-  std::unique_ptr<InputFile> file_;  // what follows the piece; its bytes are counted in total
-  std::string piece_;                // the bytes being sent,
-  std::size_t pieceSent_ = 0;        // and how many of them have been
+  std::unique_ptr<InputFile> file_;  // sent after the piece; included in totalByteCount_
+  std::string piece_;                // the bytes being sent
+  std::size_t pieceSent_ = 0;        // and how many have been sent
   std::size_t totalByteCount_ = 0;
   std::size_t sentByteCount_ = 0;
 };

@@ -16,7 +16,7 @@ namespace {
 
 using Mode = Misbehaviour::Mode;
 
-// Of a read, and of a piece of a file on its way out.
+// The size of one read from the socket or from a file.
 constexpr std::size_t kPieceByteCount = 65536;
 
 std::optional<CommandShape> ShapeOfCommand(std::string_view name) {
@@ -55,7 +55,7 @@ short Connection::Events() const noexcept {
     case State::kLingering:
       return POLLIN;
     case State::kHolding:
-      // The end of a client whose bytes stay unread shows in no other event.
+      // The only event that reports the client's end while its bytes stay unread.
       return misbehaviour_.mode == Mode::kNeverRead ? POLLRDHUP : POLLIN;
     case State::kWriting:
       return POLLOUT;
@@ -97,7 +97,8 @@ void Connection::Read(TimePoint now) {
   std::array<char, kPieceByteCount> bytes;
   const ssize_t count = recv(socket_.get(), bytes.data(), bytes.size(), 0);
   if (count > 0) {
-    // What comes behind the request is read and dropped: closing on unread bytes would reset the answer away.
+    // Bytes after the request are read and dropped: closing with unread bytes would reset the connection, and the
+    // client could lose the answer.
     if (state_ == State::kReading) {
       OnBytes({bytes.data(), static_cast<std::size_t>(count)}, now);
     } else if (state_ == State::kUploading) {
@@ -131,7 +132,7 @@ void Connection::OnBytes(std::string_view bytes, TimePoint now) {
     return;
   }
   deadline_ = std::min(now + limits_.quiet, started_ + limits_.request);
-  // Only a closing caret can end a request; the longer look waits for a pause.
+  // Only a caret can complete a request; anything else is judged when the client pauses.
   if (request_.back() == '^') Judge(false, now);
 }
 
@@ -204,7 +205,7 @@ std::size_t Connection::SendLimit() const noexcept {
   return cuts ? std::min<std::size_t>(totalByteCount_, misbehaviour_.number) : totalByteCount_;
 }
 
-// Makes the next piece of the file ready; false when the file gives no more although bytes are due.
+// Reads the next piece of the file when the last one has been sent; false at the end of the file.
 bool Connection::Refill() {
   if (pieceSent_ < piece_.size()) return true;
   if (file_ == nullptr) return false;
@@ -221,7 +222,7 @@ bool Connection::Refill() {
 void Connection::Write(TimePoint now) {
   const bool bytewise = misbehaviour_.mode == Mode::kBytewise;
   if (sentByteCount_ < SendLimit()) {
-    if (!Refill()) {  // the file has become shorter; the client must not take the end for a whole file
+    if (!Refill()) {  // the file was truncated; the client must not take it for complete
       socket_.ResetOnClose();
       state_ = State::kClosed;
       return;
@@ -250,7 +251,7 @@ void Connection::Write(TimePoint now) {
 }
 
 void Connection::EndWriting(TimePoint now) {
-  // A client that waits for no bytes would take an orderly end for the file.
+  // An orderly end without a byte would look like an empty file.
   const bool resets = misbehaviour_.mode == Mode::kReset || (isRaw_ && file_ == nullptr);
   if (resets) socket_.ResetOnClose();
   if (resets || peerEnded_) {

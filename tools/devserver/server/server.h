@@ -15,19 +15,19 @@ namespace oxaqrycln::devserver {
 struct ServerOptions {
   std::string address = "127.0.0.1";  // numeric, IPv4 or IPv6
   std::uint16_t port = 0;             // 0: any free port
-  std::size_t maxConnections = 200;   // further clients wait; the quietest client of a second or more makes room
+  std::size_t maxConnections = 200;   // beyond it, the client that was idle longest is dropped
   Limits limits;
   Misbehaviour misbehaviour;
 };
 
 class Server {
  public:
-  // Listens from here on. Raises ServerError when the address cannot be listened on.
+  // Starts to listen. Raises ServerError when that fails.
   Server(ServerOptions options, Answerer answerer);
 
   std::uint16_t port() const noexcept;
 
-  // Serves until Stop, which may be called before, from any thread or from a signal handler.
+  // Serves clients until Stop, which may be called before Run, from any thread or from a signal handler.
   void Run();
   void Stop() noexcept;
 

@@ -23,10 +23,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kEvictionAge{1000};
-// The pause after the process has run out of descriptors.
+// The pause in accepting when the process has run out of descriptors.
 constexpr milliseconds kAcceptPause{100};
-// Accepts of one turn, so that a flood of connections cannot keep the others waiting.
+// At most that many in one turn, so that many new connections do not delay the existing ones.
 constexpr int kAcceptsPerTurn = 32;
 
 [[noreturn]] void FailWithErrno(const std::string& what) {
@@ -39,7 +38,7 @@ Socket Listen(const std::string& address, std::uint16_t port) {
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* found = nullptr;
   if (getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) {
-    throw ServerError("'" + address + "' is no address to listen on");
+    throw ServerError("'" + address + "' is not an address to listen on");
   }
   const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(found, freeaddrinfo);
   const std::string place = address + ":" + std::to_string(port);
@@ -72,7 +71,7 @@ std::uint16_t Server::port() const noexcept {
 
 void Server::Stop() noexcept {
   const int before = errno;
-  // A full pipe already holds what would be written.
+  // A full pipe wakes the server as well.
   [[maybe_unused]] const ssize_t count = write(wakeWriter_.get(), "x", 1);
   errno = before;
 }
@@ -83,7 +82,7 @@ void Server::Run() {
   connections_.clear();
 }
 
-// Waits for the next event or deadline and serves it; false once Stop was called.
+// Handles the next events or deadline; false once Stop has been called.
 bool Server::Turn() {
   std::vector<pollfd> polled = {{wakeReader_.get(), POLLIN, 0}, {listener_.get(), 0, 0}};
   TimePoint next = Clock::now() + std::chrono::hours(1);
@@ -118,10 +117,10 @@ std::list<Connection>::iterator Server::Quietest() {
   return std::ranges::min_element(connections_, {}, &Connection::lastProgress);
 }
 
-// The time from which on a further client can be taken.
+// The earliest time to accept another client.
 TimePoint Server::AcceptTime() {
   if (connections_.size() < options_.maxConnections) return acceptPausedUntil_;
-  return std::max(acceptPausedUntil_, Quietest()->lastProgress() + kEvictionAge);
+  return std::max(acceptPausedUntil_, Quietest()->lastProgress() + options_.limits.evictable);
 }
 
 void Server::Accept(TimePoint now) {

@@ -18,7 +18,7 @@ std::string ErrorAnswer(std::string_view text) {
   return line + "\r\n";
 }
 
-// Passwords are compared in their encoded form: the encoding loses part of some characters, and cannot be undone then.
+// Passwords are compared in their encoded form, because the encoding of some characters is not reversible.
 Service::Service(Database database, Accounts accounts, BlobDirectory blobs)
     : database_(std::move(database)), encoded_(std::move(accounts)), blobs_(std::move(blobs)) {
   for (auto& [user, password] : encoded_) password = Encode(password);
@@ -27,8 +27,8 @@ Service::Service(Database database, Accounts accounts, BlobDirectory blobs)
 Reply Service::Answer(std::string_view request) noexcept {
   const RequestFields split = SplitRequest(request);
   try {
-    if (!split.ended) throw ServerError("The request is not a list of fields in carets");
-    if (split.fields.size() <= kPrefixFieldCount) throw ServerError("The request holds no command");
+    if (!split.ended) throw ServerError("The request is not a list of caret-quoted fields");
+    if (split.fields.size() <= kPrefixFieldCount) throw ServerError("The request contains no command");
     return Dispatch(split.fields);
   } catch (const std::exception& error) {
     const bool isDatabase = dynamic_cast<const SQLite::Exception*>(&error) != nullptr;

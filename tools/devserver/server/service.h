@@ -1,4 +1,4 @@
-// service.h - from a request text to its answer: accounts, dispatch, status line.
+// service.h - answers a request text: checks the account, runs the command, adds the status line.
 // Knows nothing of sockets.
 #ifndef OXAQRYCLN_TOOLS_DEVSERVER_SERVER_SERVICE_H_
 #define OXAQRYCLN_TOOLS_DEVSERVER_SERVER_SERVICE_H_
@@ -14,15 +14,15 @@
 
 namespace oxaqrycln::devserver {
 
-// User names and passwords in the clear, both in Windows-1252.
+// Passwords by user name, unencoded; both in Windows-1252.
 using Accounts = std::map<std::string, std::string>;
 
 class Service {
  public:
   Service(Database database, Accounts accounts, BlobDirectory blobs = BlobDirectory::Private());
 
-  // The reply to a request text; most often the answer's text without the header line: the status line and, on success,
-  // the data lines. Whatever the text holds, there is a reply. Must not outlive the service.
+  // The reply to any text; its answer is the status line and, on success, the data lines, without the header line. The
+  // reply must not outlive the service.
   Reply Answer(std::string_view request) noexcept;
 
   const BlobDirectory& blobs() const noexcept { return blobs_; }
