@@ -197,14 +197,16 @@ TEST_P(UserAccounts, FailWithoutADatabaseAndOnOneThatThePageClosed) {
 
 TEST(LockedSqliteFile, EndsInAnError) {
   const TestDatabase database(Kind::Sqlite);
+  RegisterObject("ADODB.Connection", [] { return MakeOdbcConnectionWith({.lock = std::chrono::milliseconds(20)}); });
   WebPage page(database);
-  // By an entry of the driver manager, too.
+  // Through an entry of the driver manager, too.
   const TemporaryDirectory entries;
   const std::string path = database.connectionString().substr(database.connectionString().rfind('=') + 1);
   entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" + path);
   dlopen("libodbcinst.so.2", RTLD_LAZY);  // stays, or a leak checker takes its cache of entries for lost
   setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
   WebPage other("DSN=Web");
+  RegisterObject("ADODB.Connection", MakeOdbcConnection);
   ASSERT_TRUE(other.initialised) << other.Log();
   const auto locker = database.Connect();
   locker->Execute("BEGIN EXCLUSIVE");
