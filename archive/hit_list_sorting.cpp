@@ -18,18 +18,15 @@ constexpr std::int32_t kFieldsInFront = 3;
 // The field of the rows that a column shows, both counted from 1. Raises Subscript out of range when the title row has
 // no such field, or the list no title row.
 std::int32_t FieldOfColumn(const HitListStore& store, std::int32_t column) {
-  std::string_view title;
   if (column < 1 || column > std::numeric_limits<std::int32_t>::max() - kFieldsInFront ||
-      !FindRecordField(store.Line(HitListStore::kTitleRow), column + kFieldsInFront, title)) {
+      !FindRecordField(store.Line(HitListStore::kTitleRow), column + kFieldsInFront)) {
     throw RuntimeError(error::kSubscriptOutOfRange);
   }
   return column + kFieldsInFront;
 }
 
 std::string_view FieldOrEmpty(std::string_view line, std::int32_t field) noexcept {
-  std::string_view found;
-  FindRecordField(line, field, found);
-  return found;
+  return FindRecordField(line, field).value_or(std::string_view());
 }
 
 std::vector<SortKey> MakeKeys(const HitListStore& store, std::int32_t field) {
@@ -71,7 +68,9 @@ HitListStore StoreOf(std::string_view lines) {
   ByteBlock text;
   text.Reserve(lines.size());
   text.Append(lines);
-  return {std::make_shared<ResponseLines>(std::move(text), 0), 0};
+  ResponseBuffer buffer;
+  buffer.Assign(std::move(text), 0);
+  return {std::move(buffer), 0};
 }
 
 }  // namespace
@@ -88,8 +87,8 @@ std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchi
   return state.Run("TELOSortHitlistNext", std::string(), [&](std::string& result) {
     HitListStore& hits = state.hits;
     if (hits.AtEnd()) return;
-    result = ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
-                        {strChannel, strArchive, strDocID, strVer});
+    ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
+               {strChannel, strArchive, strDocID, strVer}, result);
     hits.MoveTo(hits.position() + 1);
   });
 }

@@ -17,10 +17,10 @@ struct HitRowOutputs {
   Variant* version;
 };
 
-// Writes the outputs and returns the display columns, "^column^,^column^". The title row names the channel "Channel"
-// and the archive "Archive", whatever its first field holds. Raises Subscript out of range for a row without an
-// output's field and Invalid procedure call for a reference that names no channel or archive.
-std::string ReadHitRow(std::string_view line, bool isTitle, const HitRowOutputs& outputs);
+// Writes the outputs and then the display columns, "^column^,^column^". The title row names the channel "Channel" and
+// the archive "Archive", whatever its first field holds. Raises Subscript out of range for a row without an output's
+// field and Invalid procedure call for a reference that names no channel or archive.
+void ReadHitRow(std::string_view line, bool isTitle, const HitRowOutputs& outputs, std::string& columns);
 
 }  // namespace oxaqrycln
 

@@ -4,8 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "support/text_helpers.h"
-#include "values/byte_scan.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 
@@ -102,34 +100,19 @@ bool MultipartBody::TakeHeader() {
 // begins like it is content.
 bool MultipartBody::TakeContent() {
   const std::string_view rest = Rest();
-  std::size_t sure = 0;  // so many bytes are content
-  while (sure < rest.size()) {
-    const std::string_view ahead = rest.substr(sure);
-    const std::size_t at = FindNear(ahead, "\r\n");
-    if (at == std::string_view::npos) {
-      sure = rest.size() - (rest.back() == '\r' ? 1 : 0);
-      break;
-    }
-    sure += at;
-    const std::string_view found = ahead.substr(at);
-    const std::size_t compared = std::min(found.size(), delimiter_.size());
-    if (found.substr(0, compared) != std::string_view(delimiter_).substr(0, compared)) {
-      sure += kLineEnd.size();
-      continue;
-    }
-    if (found.size() < delimiter_.size() + 2) break;  // not all of it has come yet
-    const std::string_view behind = found.substr(delimiter_.size(), 2);
-    if (behind != kLineEnd && behind != "--") {
-      sure += kLineEnd.size();
-      continue;
-    }
-    const State next = inFile_ ? State::FileEnded : behind == "--" ? State::BodyEnded : State::Header;
-    HandOver(sure);
+  for (std::size_t at = rest.find(delimiter_); at != std::string_view::npos; at = rest.find(delimiter_, at + 1)) {
+    const std::string_view behind = rest.substr(at + delimiter_.size(), 2);
+    const bool isLast = behind == "--";
+    if (behind.size() == 2 && !isLast && behind != kLineEnd) continue;
+    HandOver(at);
+    if (behind.size() < 2) return false;
     taken_ += delimiter_.size();
-    state_ = next;
+    const State afterPart = isLast ? State::BodyEnded : State::Header;
+    state_ = inFile_ ? State::FileEnded : afterPart;
     return true;
   }
-  HandOver(sure);
+  // The last bytes may be the start of a delimiter.
+  HandOver(rest.size() - std::min(rest.size(), delimiter_.size() - 1));
   return false;
 }
 

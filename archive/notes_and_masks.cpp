@@ -11,15 +11,16 @@ constexpr std::size_t kLongestNote = 8000;  // characters
 
 bool NamesMask(std::string_view line) noexcept { return line.starts_with('@'); }
 
-// How many lines there are from the read position on before the next mask. Counted once a mask.
-std::int32_t FieldsLeft(ResponseBuffer& buffer) {
+// How many lines there are from the read position to the next mask. Counted once for each mask.
+std::int32_t FieldsLeft(QueryState& state) {
+  const ResponseBuffer& buffer = state.buffer;
   const std::int32_t position = buffer.position();
-  if (!buffer.section().Holds(position)) {
+  if (!state.maskFields.Holds(buffer, position)) {
     std::int32_t end = position;
     while (end < buffer.Count() && !NamesMask(buffer.Line(end))) ++end;
-    buffer.SetSection({position, end});
+    state.maskFields = {buffer.revision(), position, end};
   }
-  return buffer.section().end - position;
+  return state.maskFields.end - position;
 }
 
 }  // namespace
@@ -79,10 +80,10 @@ Variant clsQuery::TELOGetMasksNext(Variant* strMaskName) {
   return state.Run("TELOGetMasksNext", Failed(), [&](Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strMaskName, "");
-    buffer.MoveTo(buffer.position() + FieldsLeft(buffer));
+    buffer.MoveTo(buffer.position() + FieldsLeft(state));
     if (buffer.AtEnd()) return;
     WriteText(strMaskName, buffer.Take().substr(1));
-    result = Variant::Long(FieldsLeft(buffer));
+    result = Variant::Long(FieldsLeft(state));
   });
 }
 
@@ -100,7 +101,7 @@ Variant clsQuery::TELOGetMasksNextField(Variant* lngTabIndex, Variant* lngWidth,
       fields.WriteText(number++, output);
     }
     buffer.MoveTo(buffer.position() + 1);
-    result = Variant::Long(FieldsLeft(buffer));
+    result = Variant::Long(FieldsLeft(state));
   });
 }
 

@@ -65,7 +65,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
     }
     if (blnHitlistMultiTIFF != nullptr) *blnHitlistMultiTIFF = buffer.Line(kMultiTiffLine) == "1";
     if (buffer.Count() < kTitleLine) return;
-    state.hits = HitListStore(buffer.Share(), kStoreLine);
+    state.hits = HitListStore(buffer, kStoreLine);
     state.buffer.MoveTo(kTitleLine);
     WriteText(strParamStatus, "");
   });
@@ -77,8 +77,8 @@ std::string clsQuery::TELOQueryArchiveNext(Variant* strChannel, Variant* strArch
   return state.Run("TELOQueryArchiveNext", std::string(), [&](std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
-    result = ReadHitRow(buffer.Line(buffer.position()), buffer.position() <= kTitleLine,
-                        {strChannel, strArchive, strDocID, strVer});
+    ReadHitRow(buffer.Line(buffer.position()), buffer.position() <= kTitleLine,
+               {strChannel, strArchive, strDocID, strVer}, result);
     buffer.MoveTo(buffer.position() + 1);
   });
 }

@@ -1,6 +1,4 @@
 // Web users: their accounts, logon and passwords.
-#include <optional>
-
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "support/text_helpers.h"
@@ -48,13 +46,13 @@ Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd
     const bool hasAccount = !strTELOUser.IsMissing() && !strTELOPasswd.IsMissing();
     const std::string account =
         hasAccount ? ", " + SqlText(database, strTELOUser) + ", " + EncodedText(database, strTELOPasswd) : "";
-    const auto id = Trap(state.log, "GetNextDBObjectID", std::optional<std::int32_t>(),
-                         [&](std::optional<std::int32_t>& next) { next = NextId(state, "UserID", "Users"); });
-    if (!id) return;
+    const Variant id = Trap(state.log, "GetNextDBObjectID", Variant(),
+                            [&](Variant& next) { next = NextId(state, "UserID", "Users"); });
+    if (id.IsEmpty()) return;
     database.Execute("INSERT INTO Users(UserID,UserName,Passwd" +
-                     std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + std::to_string(*id) + ", " +
-                     user + ", " + password + account + ")");
-    result = Variant::Long(*id);
+                     std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + id.ToText() + ", " + user +
+                     ", " + password + account + ")");
+    result = id;
   });
 }
 

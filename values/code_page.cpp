@@ -80,6 +80,12 @@ std::string UpperCase(std::string_view text) {
   return upper;
 }
 
+bool PrecedesInUpperCase(std::string_view left, std::string_view right) noexcept {
+  return std::ranges::lexicographical_compare(left, right, [](char l, char r) {
+    return static_cast<std::uint8_t>(UpperCase(l)) < static_cast<std::uint8_t>(UpperCase(r));
+  });
+}
+
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) c = kLower[static_cast<std::uint8_t>(c)];

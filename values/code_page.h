@@ -1,5 +1,5 @@
 // code_page.h - the Windows-1252 code page: its case mapping, and conversion from and to UTF-8.
-// Text inside the component is single-byte text of this code page; Unicode exists at the front doors only.
+// Text inside the component is single-byte text of this code page; Unicode exists at the bindings only.
 // The five bytes it leaves undefined stand for the control characters of the same number.
 #ifndef OXAQRYCLN_VALUES_CODE_PAGE_H_
 #define OXAQRYCLN_VALUES_CODE_PAGE_H_
@@ -14,6 +14,8 @@ namespace oxaqrycln {
 // The upper-case form of one character; a character without one stays.
 char UpperCase(char character) noexcept;
 std::string UpperCase(std::string_view text);
+// Whether left comes before right when the codes of their upper-case forms are compared.
+bool PrecedesInUpperCase(std::string_view left, std::string_view right) noexcept;
 // The lower-case form of a text; characters without one stay.
 std::string LowerCase(std::string_view text);
 

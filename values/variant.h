@@ -89,6 +89,8 @@ class Variant {
   friend bool operator==(const Variant& left, const Variant& right) noexcept;
 
  private:
+  void BecomeText(std::string_view text);
+
   struct NullType {};
   // In the order of Type.
   std::variant<std::monostate, NullType, MissingType, bool, std::uint8_t, std::int16_t, std::int32_t, double, DateTime,
