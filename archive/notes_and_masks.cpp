@@ -1,4 +1,9 @@
 // The notes of a document, and the masks of an archive with their fields.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "archive/record_fields.h"
 #include "archive/text_items.h"
 #include "component/clsQuery.h"
@@ -56,12 +61,7 @@ Variant clsQuery::TELOWriteNote(const Variant& strChannel, const Variant& strArc
 
 Variant clsQuery::TELODeleteNotes(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                   const Variant& strVer, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run("TELODeleteNotes", Failed(), [&](Variant& result) {
-    if (!state.Load({"DeleteNotes", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
-    result = Variant::Long(1);
-    WriteText(strParamStatus, "");
-  });
+  return state_->Send("TELODeleteNotes", strParamStatus, "DeleteNotes", strChannel, strArchive, strDocID, strVer);
 }
 
 Variant clsQuery::TELOGetMasksInit(const Variant& strChannel, const Variant& strArchive, Variant* strParamStatus) {
