@@ -1,4 +1,4 @@
-// hit_row.h - a row of a hit list as a page gets it: the document it names, and its display columns.
+// hit_row.h - reading a row of a hit list: the document it names, and its display columns.
 #ifndef OXAQRYCLN_ARCHIVE_HIT_ROW_H_
 #define OXAQRYCLN_ARCHIVE_HIT_ROW_H_
 
@@ -9,7 +9,7 @@
 
 namespace oxaqrycln {
 
-// Where the fields in front of the display columns go; nullptr for one that the page left out.
+// The outputs for the fields before the display columns; nullptr for one that the page left out.
 struct HitRowOutputs {
   Variant* channel;
   Variant* archive;

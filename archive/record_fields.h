@@ -15,18 +15,18 @@
 namespace oxaqrycln {
 
 inline constexpr std::string_view kFieldSeparator = "^,^";
-// What is added to a line before it is cut, so that its last caret closes its last field.
+// The end that is added to a line before it is cut, so that its last caret closes its last field.
 inline constexpr std::string_view kRecordEnd = ",^";
 
-// The first position not below from at which the line, with kRecordEnd added, holds a separator; npos for none.
+// The position of the first separator at or after from in the line with kRecordEnd added; npos if there is none.
 inline std::size_t FindSeparator(std::string_view line, std::size_t from) noexcept {
   const std::size_t found = line.find(kFieldSeparator, from);
   const bool isClosedAtEnd = found == std::string_view::npos && from < line.size() && line.back() == '^';
   return isClosedAtEnd ? line.size() - 1 : found;
 }
 
-// The fields of a line, counted from 1, as the cut of "^," + line + ",^" at every "^,^" gives them: a last field
-// without a closing caret ends with ",^", and behind one with a closing caret follows an empty field.
+// The fields of a line, counted from 1: the pieces of "^," + line + ",^" between its separators. So a last field
+// without a closing caret ends with ",^", and one with a closing caret is followed by an empty field.
 class RecordFields {
  public:
   explicit RecordFields(std::string_view line);
@@ -52,8 +52,8 @@ class RecordFields {
   std::vector<std::string_view> fields_;
 };
 
-// One field of a line, counted from 1, without an allocation. The fields are those of RecordFields without what the cut
-// adds: "^a^,^b^" and "^a^,^b" have two fields, the second one is "b". Nothing for a field that the line does not have.
+// One field of a line, counted from 1, found without an allocation. The fields are those of RecordFields without the
+// additions: "^a^,^b^" and "^a^,^b" have two fields, the second one is "b". Nothing if the line has no such field.
 std::optional<std::string_view> FindRecordField(std::string_view line, std::int32_t number) noexcept;
 
 }  // namespace oxaqrycln

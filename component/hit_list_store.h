@@ -22,8 +22,8 @@ struct SortState {
   std::int32_t column = 0;  // counted from 1; 0: none yet
 };
 
-// Line 0 of the store has a flag for each field of the rows, line 1 the column titles; the hits follow. The rows that a
-// page shows are the lines kTitleRow to UpperIndex().
+// Line 0 has a flag for each field of the rows, line 1 the column titles; the hits follow. The rows that a page shows
+// are the lines kTitleRow to UpperIndex().
 class HitListStore {
  public:
   static constexpr std::int32_t kFlagLine = 0;
@@ -52,8 +52,8 @@ class HitListStore {
   const SortState& sortState() const noexcept { return sortState_; }
   void SetSortState(const SortState& sortState) noexcept { sortState_ = sortState; }
 
-  // Puts the hits in another order: hit k, counted from 0, becomes the one that was hit hitAt(k). The reading place
-  // stays. Nothing is changed when an error comes.
+  // Puts the hits in another order: hit k, counted from 0, becomes the one that was hit hitAt(k). The read position
+  // stays. Changes nothing if it raises an error.
   template <typename HitAt>
   void Reorder(HitAt&& hitAt) {
     std::deque<std::int32_t> order(static_cast<std::size_t>(HitCount()));
@@ -62,9 +62,8 @@ class HitListStore {
     order_.swap(order);
   }
 
-  // Removes a hit, counted from 0; a reading place behind it moves with its row. Costs a move of the positions between
-  // the hit and the nearer end of the list, four bytes each, and the first time a list of all positions. Raises
-  // Subscript out of range.
+  // Removes a hit, counted from 0; a read position after it stays at its row. Moves the four-byte positions between the
+  // hit and the nearer end of the list; the first removal makes a list of all positions. Raises Subscript out of range.
   void RemoveHit(std::int32_t hit);
 
  private:

@@ -1,11 +1,14 @@
 // Web users: their accounts, logon and passwords.
+#include <cstdint>
+#include <string>
+
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "support/text_helpers.h"
 #include "userdb/sql_values.h"
 #include "values/errors.h"
 
-// A parameter and a public variable are both laid down as strTELOUser; no method here uses the variable.
+// A parameter has the same name as the public variable strTELOUser, which no method here uses.
 #pragma GCC diagnostic ignored "-Wshadow"
 
 namespace oxaqrycln {
@@ -27,7 +30,7 @@ std::int32_t NextId(QueryState& state, const std::string& field, const std::stri
   return largest.IsNull() ? 1 : Variant(largest.ToDouble() + 1).ToLong();
 }
 
-// A stored password that cannot be decoded is nobody's, not even that of who gives none.
+// A stored password that fails to decode never matches, not even the empty one.
 bool IsStoredPassword(const QueryState& state, const Variant& stored, const Variant& given) {
   if (stored.IsNull() || given.IsNull()) return false;
   const std::string text = given.ToText();

@@ -1,6 +1,7 @@
 #include "values/variant.h"
 
 #include <array>
+#include <cstddef>
 #include <cstring>
 
 #include "values/errors.h"
