@@ -1,5 +1,5 @@
-// The lines of an answer, and their sorting. Input: as many bytes to pass over as its first line has, that line's LF,
-// the answer.
+// The lines of an answer, and their sorting. Input: a line whose length is the position where the lines begin, LF, the
+// answer.
 #include "fuzz/input.h"
 #include "support/response_buffer.h"
 #include "values/code_page.h"
@@ -14,11 +14,11 @@ void RequireLines(const ResponseBuffer& buffer, const std::vector<std::string_vi
   for (std::size_t i = 0; i < expected.size(); ++i) {
     Require(buffer.Line(static_cast<std::int32_t>(i)) == expected[i], claim);
   }
-  Require(ErrorOf([&] { buffer.Line(buffer.Count()); }) == error::kSubscriptOutOfRange, "there is no line more");
+  Require(ErrorOf([&] { buffer.Line(buffer.Count()); }) == error::kSubscriptOutOfRange, "there is no further line");
   Require(ErrorOf([&] { buffer.Line(-1); }) == error::kSubscriptOutOfRange, "there is no line below 0");
 }
 
-// Neighbours change places as long as any stand the wrong way round.
+// Swaps neighbours as long as any are in the wrong order.
 void BubbleSort(std::vector<std::string_view>& lines) {
   for (bool changed = true; std::exchange(changed, false);) {
     for (std::size_t i = 1; i < lines.size(); ++i) {

@@ -74,11 +74,11 @@ Outcome OutcomeOf(Reader&& reader, const std::string& line, bool isTitle, const 
   return outcome;
 }
 
-TEST(HitRow, IsReadAsByThePlainRulesWhateverTheLineHolds) {
+TEST(HitRow, IsReadAsAPlainSearchReadsAnyLine) {
   std::mt19937 random(2003);
   const auto below = [&](std::size_t limit) { return random() % limit; };
   constexpr std::array<std::string_view, 9> kPieces = {"^", ",", "^,^", "^,^,^", "$(#", ")\\", ")", "\\", "word"};
-  for (int round = 0; round < 30'000; ++round) {
+  for (int round = 0; round < 10'000; ++round) {
     std::string line = below(4) == 0 ? "" : "^";
     for (std::size_t pieces = below(24); pieces > 0; --pieces) {
       line += kPieces[below(kPieces.size())];
