@@ -1,25 +1,18 @@
-// The lists of what the archive offers: channels, archives, query formats, and the properties of an archive.
+// The lists of channels, archives and query formats, and the properties of an archive.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
 
-// "name,text": what stands before and after the first comma. Without one the name is the whole line.
-struct NamedLine {
-  std::string_view name;
-  std::string_view text;
-  bool hasComma;
-};
-
-NamedLine SplitName(std::string_view line) noexcept {
-  const std::size_t comma = line.find(',');
-  if (comma == std::string_view::npos) return {line, {}, false};
-  return {line.substr(0, comma), line.substr(comma + 1), true};
-}
-
-// The common shape of an Init method; sorted lists are put in order after they were counted.
+// A whole Init method. A list is sorted after its lines were counted.
 template <typename... Elements>
 Variant LoadList(QueryState& state, std::string_view routine, bool sorted, Variant* status,
                  const Elements&... elements) {
@@ -47,9 +40,9 @@ std::string clsQuery::TELOGetChannelsNext(Variant* strChannelDescription) {
   QueryState& state = *state_;
   return state.Run("TELOGetChannelsNext", std::string(), [&](std::string& result) {
     if (state.buffer.AtEnd()) return;
-    const NamedLine channel = SplitName(state.buffer.Take());
-    result = channel.name;
-    WriteText(strChannelDescription, channel.text);
+    const TextCut channel = Cut(state.buffer.Take(), ',');
+    result = channel.before;
+    WriteText(strChannelDescription, channel.after);
   });
 }
 
@@ -86,13 +79,12 @@ Variant clsQuery::TELOGetAllArchivesExtNext(Variant* strChannel, Variant* strCha
     WriteText(strChannelDescription, "");
     while (!buffer.AtEnd() && !buffer.Line(buffer.position()).starts_with('#')) buffer.MoveTo(buffer.position() + 1);
     if (buffer.AtEnd()) return;
-    const std::string_view header = buffer.Line(buffer.position());
-    const NamedLine channel = SplitName(header);
+    const TextCut channel = Cut(buffer.Line(buffer.position()), ',');
     if (strChannel != nullptr) {
-      if (!channel.hasComma) throw RuntimeError(error::kInvalidProcedureCall);
-      strChannel->AssignText(channel.name.substr(1));
+      if (!channel.hasSeparator) throw RuntimeError(error::kInvalidProcedureCall);
+      strChannel->AssignText(channel.before.substr(1));
     }
-    WriteText(strChannelDescription, channel.hasComma ? channel.text : header);
+    WriteText(strChannelDescription, channel.hasSeparator ? channel.after : channel.before);
     buffer.MoveTo(buffer.position() + 1);
     std::int32_t end = buffer.position();
     while (end < buffer.Count() && !buffer.Line(end).starts_with('#')) ++end;
@@ -104,12 +96,12 @@ std::string clsQuery::TELOGetAllArchivesExtNextArchive(Variant* strComment) {
   QueryState& state = *state_;
   return state.Run("TELOGetAllArchivesExtNextArchive", std::string(), [&](std::string& result) {
     WriteText(strComment, "");
-    // Kept: at the end of the buffer the access fails, and the log tells that the walk went too far.
+    // Kept: at the end of the buffer the access fails, and the log shows that the walk went too far.
     const std::string_view line = state.buffer.Line(state.buffer.position());
     if (line.starts_with('#')) return;
-    const NamedLine archive = SplitName(line);
-    WriteText(strComment, archive.text);
-    result = archive.name;
+    const TextCut archive = Cut(line, ',');
+    WriteText(strComment, archive.after);
+    result = archive.before;
     state.buffer.MoveTo(state.buffer.position() + 1);
   });
 }
@@ -123,14 +115,11 @@ Variant clsQuery::TELOGetArchiveProperties(const Variant& strChannel, const Vari
   return state.Run("TELOGetArchiveProperties", Failed(), [&](Variant& result) {
     if (!state.Load({"GetArchiveProperties", strChannel, strArchive}, strParamStatus)) return;
     if (state.buffer.Count() > 0) {
-      std::string_view rest = state.buffer.Line(0);
-      bool more = !rest.empty();
+      const auto fields = Split(state.buffer.Line(0), ',');
+      std::size_t next = 0;
       const auto nextField = [&] {
-        if (!more) throw RuntimeError(error::kSubscriptOutOfRange);
-        const NamedLine field = SplitName(rest);
-        more = field.hasComma;
-        rest = field.text;
-        return field.name;
+        if (next >= fields.size()) throw RuntimeError(error::kSubscriptOutOfRange);
+        return fields[next++];
       };
       for (Variant* output : {blnCreate, blnEdit, blnDelete, blnIndex}) WriteText(output, nextField());
       result = Variant(nextField());

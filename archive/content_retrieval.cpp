@@ -1,6 +1,9 @@
-// The stored content of documents, brought into the local blob directory: by the query server, or over the connection.
+// Retrieves the stored content of documents into the local blob directory: through the query server or the connection.
 #include <array>
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "archive/fetched_file.h"
 #include "archive/stored_name.h"
@@ -12,7 +15,7 @@
 namespace oxaqrycln {
 namespace {
 
-// A file of OpenFiles that leaves nothing behind unless it is kept.
+// A file of OpenFiles that is discarded unless it is kept.
 class FileBeingReceived {
  public:
   FileBeingReceived(OpenFiles& files, std::string_view path) : files_(files), number_(files.OpenForWriting(path)) {}

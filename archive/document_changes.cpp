@@ -1,5 +1,8 @@
-// Documents that pages create, edit and delete: the import file, and the requests that hand it over.
+// Creates, edits and deletes documents: the import file, and the requests that refer to it.
+#include <cstddef>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "component/clsQuery.h"
@@ -13,7 +16,7 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// "FT:title,type:identifier,type:identifier": a pair as long as both lists have an element.
+// "FT:title,type:identifier,type:identifier": a pair for each position at which both lists have an element.
 std::string FolderLine(std::string_view title, std::string_view types, std::string_view identifiers) {
   std::string line = "@FOLDER,FT:" + std::string(title);
   const auto typeList = Split(types, ',');
@@ -28,12 +31,7 @@ std::string FolderLine(std::string_view title, std::string_view types, std::stri
 
 Variant clsQuery::TELODeleteDocument(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                      const Variant& strVer, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run("TELODeleteDocument", Failed(), [&](Variant& result) {
-    if (!state.Load({"DeleteDocument", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
-    result = Variant::Long(1);
-    WriteText(strParamStatus, "");
-  });
+  return state_->Send("TELODeleteDocument", strParamStatus, "DeleteDocument", strChannel, strArchive, strDocID, strVer);
 }
 
 Variant clsQuery::CreateImportFile(const Variant& strImportFile, const Variant& strChannel, const Variant& strArchive,
@@ -49,7 +47,7 @@ Variant clsQuery::CreateImportFile(const Variant& strImportFile, const Variant& 
     text.append("@DB,$(#").append(strChannel.ToText()).append(")\\").append(strArchive.ToText()).append(kLineEnd);
     text.append(FolderLine(strTitle.ToText(), strParamFieldTypes.ToText(), strParamFieldIDs.ToText())).append(kLineEnd);
     text.append(strFieldContents.ToText()).append(kLineEnd);
-    // Kept: an older file goes on; a page that wants a fresh one deletes it first.
+    // Kept: an older file is continued; a page that wants a new one deletes it first.
     AppendWhole(file, text);
     result = Variant::Long(1);
     WriteText(strParamStatus, "");

@@ -1,4 +1,9 @@
-// What a document is made of: its information, and its segments with their descriptions and texts.
+// The information on a document, and its segments with their descriptions and texts.
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
 #include "archive/record_fields.h"
 #include "archive/text_items.h"
 #include "component/clsQuery.h"
@@ -136,7 +141,7 @@ std::string clsQuery::TELOGetSegmentsNext(Variant* strChannel, Variant* strArchi
     if (buffer.AtEnd()) return;
     std::int32_t position = buffer.position();
     std::string line(buffer.Line(position++));
-    // A text that goes on in the lines below has no closing caret here.
+    // A text that continues in the following lines has no closing caret here.
     const bool isWhole = position < buffer.Count() && StartsRecord(buffer.Line(position));
     if (!isWhole) line += '^';
     const RecordFields fields(line);

@@ -1,5 +1,9 @@
 #include "archive/fetched_file.h"
 
+#include <cstddef>
+#include <string>
+#include <string_view>
+
 #include "archive/stored_name.h"
 #include "component/clsQuery.h"
 #include "platform/files/files.h"
@@ -9,21 +13,21 @@
 namespace oxaqrycln {
 namespace {
 
-// The bare name of a file that the query server has put into the blob directory, after its extension was changed. An
-// answer that names no file gives "".
+// The name, without a path, of a file that the query server has put into the blob directory, after the change of its
+// extension; "" if the answer names no file.
 std::string ReceivedName(const clsQuery& query, std::string_view answered) {
   if (LastPathPart(answered).empty()) return {};
   std::string name = StoredName(answered);
   const std::string path = query.strBlobPathLocal + "\\" + name;
   if (IsOtherThanFile(path)) throw RuntimeError(error::kBadFileName);
-  // With a shorter name the change would cut off a part of the directory's.
+  // In a shorter name the change would replace a part of the directory's name.
   constexpr std::size_t kCutCharacters = 3;
   if (name.size() >= kCutCharacters) name = LastPathPart(ChangeFileExt(path, query.strChangeFileExt));
   return name;
 }
 
 void WriteFileOutputs(const clsQuery& query, const ResponseBuffer& buffer, Variant* fileName, Variant* fileLength) {
-  // Everything that can fail comes before the first output is written.
+  // Nothing can fail once the first output has been written.
   const std::string name = fileName != nullptr ? ReceivedName(query, buffer.Line(1)) : std::string();
   WriteText(fileName, name);
   WriteText(fileLength, buffer.Line(0));

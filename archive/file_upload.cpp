@@ -1,8 +1,13 @@
-// Files on their way in: from a web form into the local blob directory, and from there to the query server.
+// Uploads files: from a web form into the local blob directory, and from there to the query server.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "archive/multipart_body.h"
@@ -41,7 +46,7 @@ class FileSource final : public SendSource {
   std::vector<char> piece_;
 };
 
-// Writes the file of a form beside its place in the blob directory.
+// Writes the file of a form to a temporary file in the blob directory, which Commit renames.
 class UploadedFile final : public MultipartBody::Sink {
  public:
   UploadedFile(const SessionLog& log, std::string directory, const Variant& prefix)
@@ -53,7 +58,7 @@ class UploadedFile final : public MultipartBody::Sink {
     const std::string_view last = LastPathPart(clientName);
     if (last.empty()) return false;
     const std::string name = prefix_ + std::string(last);
-    // A separator in the prefix would lead out of the directory, so nothing is cut here.
+    // A separator in the prefix would lead out of the directory, so such a name is refused rather than cut.
     if (StoredName(name) != name) throw RuntimeError(error::kBadFileName);
     const std::string path = directory_ + "\\" + name;
     log_.Write(bytInfo, "Uploading file '", path, "'");
@@ -112,7 +117,7 @@ Variant clsQuery::UploadFile(const Variant& strSubDir, Variant* strFileNameParam
     std::int64_t missing = request->TotalBytes();
     while (missing > 0 && !body.HasFile()) {
       const Variant::Bytes piece = request->BinaryRead(std::min<std::int64_t>(missing, kPieceSize));
-      if (piece.empty()) break;  // the client has gone
+      if (piece.empty()) break;  // the client has disconnected
       body.Take({reinterpret_cast<const char*>(piece.data()), piece.size()});
       missing -= static_cast<std::int64_t>(piece.size());
     }

@@ -1,4 +1,7 @@
 // The hit list as a file to print.
+#include <cstdint>
+#include <string>
+
 #include "archive/fetched_file.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"

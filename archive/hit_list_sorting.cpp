@@ -1,5 +1,10 @@
-// Sorting hit lists by their columns, reading them in that order, and taking hits out.
+// Sorts hit lists by their columns, hands out their rows in that order, and removes hits.
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "archive/hit_row.h"
@@ -12,24 +17,21 @@
 namespace oxaqrycln {
 namespace {
 
-// A row's fields in front of its display columns: reference, document id, version.
+// The fields of a row before its display columns: reference, document id, version.
 constexpr std::int32_t kFieldsInFront = 3;
 
-// The field of the rows that a column shows, both counted from 1. Raises Subscript out of range when the title row has
-// no such field, or the list no title row.
+// The field that a column shows, both counted from 1. Raises Subscript out of range if the title row has no such field
+// or the list has no title row.
 std::int32_t FieldOfColumn(const HitListStore& store, std::int32_t column) {
-  std::string_view title;
   if (column < 1 || column > std::numeric_limits<std::int32_t>::max() - kFieldsInFront ||
-      !FindRecordField(store.Line(HitListStore::kTitleRow), column + kFieldsInFront, title)) {
+      !FindRecordField(store.Line(HitListStore::kTitleRow), column + kFieldsInFront)) {
     throw RuntimeError(error::kSubscriptOutOfRange);
   }
   return column + kFieldsInFront;
 }
 
 std::string_view FieldOrEmpty(std::string_view line, std::int32_t field) noexcept {
-  std::string_view found;
-  FindRecordField(line, field, found);
-  return found;
+  return FindRecordField(line, field).value_or(std::string_view());
 }
 
 std::vector<SortKey> MakeKeys(const HitListStore& store, std::int32_t field) {
@@ -43,8 +45,8 @@ std::vector<SortKey> MakeKeys(const HitListStore& store, std::int32_t field) {
   return keys;
 }
 
-// The direction of the next sort. One that is taken from the data is that of the data, and turned round like any other:
-// a list that ascends becomes a descending one at first.
+// The direction of the next sort: the opposite of the last one or, for another column or a new list, of the order in
+// which the first and the last row are now.
 SortDirection NextDirection(const SortState& last, std::int32_t column, const std::vector<SortKey>& keys) {
   SortDirection direction = last.direction;
   if (direction == SortDirection::kUnset || column != last.column) {
@@ -54,7 +56,7 @@ SortDirection NextDirection(const SortState& last, std::int32_t column, const st
   return direction == SortDirection::kUp ? SortDirection::kDown : SortDirection::kUp;
 }
 
-// Returns the number of rows from the title row on. When an error comes nothing has changed.
+// Returns the number of rows from the title row on. Changes nothing if it raises an error.
 Variant SortHits(HitListStore& store, std::int32_t column) {
   std::vector<SortKey> keys = MakeKeys(store, FieldOfColumn(store, column));
   const SortDirection direction = NextDirection(store.sortState(), column, keys);
@@ -71,7 +73,9 @@ HitListStore StoreOf(std::string_view lines) {
   ByteBlock text;
   text.Reserve(lines.size());
   text.Append(lines);
-  return {std::make_shared<ResponseLines>(std::move(text), 0), 0};
+  ResponseBuffer buffer;
+  buffer.Assign(std::move(text), 0);
+  return {std::move(buffer), 0};
 }
 
 }  // namespace
@@ -88,8 +92,8 @@ std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchi
   return state.Run("TELOSortHitlistNext", std::string(), [&](std::string& result) {
     HitListStore& hits = state.hits;
     if (hits.AtEnd()) return;
-    result = ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
-                        {strChannel, strArchive, strDocID, strVer});
+    ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
+               {strChannel, strArchive, strDocID, strVer}, result);
     hits.MoveTo(hits.position() + 1);
   });
 }

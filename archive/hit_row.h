@@ -1,4 +1,4 @@
-// hit_row.h - a row of a hit list as a page gets it: the document it names, and its display columns.
+// hit_row.h - reading a row of a hit list: the document it names, and its display columns.
 #ifndef OXAQRYCLN_ARCHIVE_HIT_ROW_H_
 #define OXAQRYCLN_ARCHIVE_HIT_ROW_H_
 
@@ -9,7 +9,7 @@
 
 namespace oxaqrycln {
 
-// Where the fields in front of the display columns go; nullptr for one that the page left out.
+// The outputs for the fields before the display columns; nullptr for one that the page left out.
 struct HitRowOutputs {
   Variant* channel;
   Variant* archive;
@@ -17,10 +17,10 @@ struct HitRowOutputs {
   Variant* version;
 };
 
-// Writes the outputs and returns the display columns, "^column^,^column^". The title row names the channel "Channel"
-// and the archive "Archive", whatever its first field holds. Raises Subscript out of range for a row without an
-// output's field and Invalid procedure call for a reference that names no channel or archive.
-std::string ReadHitRow(std::string_view line, bool isTitle, const HitRowOutputs& outputs);
+// Writes the outputs and then the display columns, "^column^,^column^". The title row names the channel "Channel" and
+// the archive "Archive", whatever its first field holds. Raises Subscript out of range for a row without an output's
+// field and Invalid procedure call for a reference that names no channel or archive.
+void ReadHitRow(std::string_view line, bool isTitle, const HitRowOutputs& outputs, std::string& columns);
 
 }  // namespace oxaqrycln
 

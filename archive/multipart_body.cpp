@@ -1,11 +1,10 @@
 #include "archive/multipart_body.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 
-#include "support/text_helpers.h"
-#include "values/byte_scan.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 
@@ -19,8 +18,8 @@ constexpr std::size_t kLongestHeader = 65536;
 
 [[noreturn]] void Refuse(const char* why) { throw RuntimeError(error::kInvalidProcedureCall, why); }
 
-// The value of the parameter "filename" in a line of a header, quoted or not; nothing when the line has none. Quoted
-// text is passed over, and a backslash is a character like any other: clients send whole paths.
+// The value of the parameter "filename" in a line of a header, quoted or not; nothing if the line has none. Other
+// quoted texts are skipped. A backslash escapes nothing, because clients send whole paths.
 std::optional<std::string_view> FileNameIn(std::string_view line) {
   constexpr std::string_view kParameter = "FILENAME=";
   bool quoted = false;
@@ -72,13 +71,13 @@ void MultipartBody::Take(std::string_view piece) {
   }
 }
 
-// The body's first line is the boundary. It is treated as if a line end stood before it, as before all others.
+// The first line of the body is the boundary. Every later one has a line end before it, which the delimiter includes.
 bool MultipartBody::TakeBoundary() {
   const std::string_view rest = Rest();
   const std::size_t end = rest.find(kLineEnd);
   if (end == std::string::npos && rest.size() < kLongestBoundary + kLineEnd.size()) return false;
   if (end == 0 || end > kLongestBoundary)
-    Refuse("The body of the request is no form: it does not begin with a boundary");
+    Refuse("The body of the request is not a form: it does not begin with a boundary");
   delimiter_ = std::string(kLineEnd).append(rest.substr(0, end));
   taken_ += end;
   state_ = State::Header;
@@ -98,38 +97,23 @@ bool MultipartBody::TakeHeader() {
   return true;
 }
 
-// Content ends where the delimiter is followed by a line end or, behind the last part, by "--"; anything else that
-// begins like it is content.
+// Content ends at a delimiter that is followed by a line end or, after the last part, by "--". A delimiter that is
+// followed by anything else is content.
 bool MultipartBody::TakeContent() {
   const std::string_view rest = Rest();
-  std::size_t sure = 0;  // so many bytes are content
-  while (sure < rest.size()) {
-    const std::string_view ahead = rest.substr(sure);
-    const std::size_t at = FindNear(ahead, "\r\n");
-    if (at == std::string_view::npos) {
-      sure = rest.size() - (rest.back() == '\r' ? 1 : 0);
-      break;
-    }
-    sure += at;
-    const std::string_view found = ahead.substr(at);
-    const std::size_t compared = std::min(found.size(), delimiter_.size());
-    if (found.substr(0, compared) != std::string_view(delimiter_).substr(0, compared)) {
-      sure += kLineEnd.size();
-      continue;
-    }
-    if (found.size() < delimiter_.size() + 2) break;  // not all of it has come yet
-    const std::string_view behind = found.substr(delimiter_.size(), 2);
-    if (behind != kLineEnd && behind != "--") {
-      sure += kLineEnd.size();
-      continue;
-    }
-    const State next = inFile_ ? State::FileEnded : behind == "--" ? State::BodyEnded : State::Header;
-    HandOver(sure);
+  for (std::size_t at = rest.find(delimiter_); at != std::string_view::npos; at = rest.find(delimiter_, at + 1)) {
+    const std::string_view behind = rest.substr(at + delimiter_.size(), 2);
+    const bool isLast = behind == "--";
+    if (behind.size() == 2 && !isLast && behind != kLineEnd) continue;
+    HandOver(at);
+    if (behind.size() < 2) return false;
     taken_ += delimiter_.size();
-    state_ = next;
+    const State afterPart = isLast ? State::BodyEnded : State::Header;
+    state_ = inFile_ ? State::FileEnded : afterPart;
     return true;
   }
-  HandOver(sure);
+  // The last bytes may be the start of a delimiter.
+  HandOver(rest.size() - std::min(rest.size(), delimiter_.size() - 1));
   return false;
 }
 

@@ -1,8 +1,9 @@
-// multipart_body.h - takes the first file out of a multipart form body that comes in pieces of any size.
-// Knows nothing of requests or directories; holds no more than a piece and one part's header.
+// multipart_body.h - extracts the first file of a multipart form body that arrives in pieces of any size.
+// Knows nothing of requests or directories; keeps no more than a piece and the header of one part.
 #ifndef OXAQRYCLN_ARCHIVE_MULTIPART_BODY_H_
 #define OXAQRYCLN_ARCHIVE_MULTIPART_BODY_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,7 +14,7 @@ class MultipartBody {
   // Where the file goes.
   class Sink {
    public:
-    // A part with a file name has begun; the name is the client's, not empty. False passes the part over.
+    // A part with a file name has begun; the name is as the client sent it, not empty. False skips the part.
     virtual bool Begin(std::string_view clientName) = 0;
     // Its next bytes.
     virtual void Content(std::string_view bytes) = 0;
@@ -24,17 +25,17 @@ class MultipartBody {
 
   explicit MultipartBody(Sink& sink) noexcept : sink_(sink) {}
 
-  // The next bytes of the body. Raises Invalid procedure call for what cannot be a form: no boundary line, a part's
-  // header without an end; passes on what the sink raises.
+  // The next bytes of the body. Raises Invalid procedure call for a body that is not a form: no boundary line, a part's
+  // header without an end. Errors of the sink are passed on.
   void Take(std::string_view piece);
-  // True when the file is whole and nothing more of the body is needed.
+  // True when the file is complete and nothing more of the body is needed.
   bool HasFile() const noexcept { return state_ == State::FileEnded; }
-  // To be called at the end of the body: true when a file came whole, false when the form held none. Raises Invalid
-  // procedure call when the body ended before its closing boundary.
+  // To be called at the end of the body: true if a file is complete, false if the form has none. Raises Invalid
+  // procedure call if the body ended before its closing boundary.
   bool Finish() const;
 
  private:
-  // What the bytes at the front of Rest() belong to.
+  // What Rest() begins with.
   enum class State { Boundary, Header, Content, FileEnded, BodyEnded };
 
   bool TakeBoundary();
@@ -45,8 +46,8 @@ class MultipartBody {
 
   Sink& sink_;
   State state_ = State::Boundary;
-  std::string rest_;       // bytes that could not be judged yet ...
-  std::size_t taken_ = 0;  // ... behind those that were, which go once for each piece
+  std::string rest_;       // the bytes that are not processed yet ...
+  std::size_t taken_ = 0;  // ... after so many that are, which the next piece removes
   std::string delimiter_;  // CR LF and the boundary line
   bool inFile_ = false;    // the part has a file name
 };

@@ -1,4 +1,9 @@
 // The notes of a document, and the masks of an archive with their fields.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "archive/record_fields.h"
 #include "archive/text_items.h"
 #include "component/clsQuery.h"
@@ -11,15 +16,16 @@ constexpr std::size_t kLongestNote = 8000;  // characters
 
 bool NamesMask(std::string_view line) noexcept { return line.starts_with('@'); }
 
-// How many lines there are from the read position on before the next mask. Counted once a mask.
-std::int32_t FieldsLeft(ResponseBuffer& buffer) {
+// How many lines there are from the read position to the next mask. Counted once for each mask.
+std::int32_t FieldsLeft(QueryState& state) {
+  const ResponseBuffer& buffer = state.buffer;
   const std::int32_t position = buffer.position();
-  if (!buffer.section().Holds(position)) {
+  if (!state.maskFields.Holds(buffer, position)) {
     std::int32_t end = position;
     while (end < buffer.Count() && !NamesMask(buffer.Line(end))) ++end;
-    buffer.SetSection({position, end});
+    state.maskFields = {buffer.revision(), position, end};
   }
-  return buffer.section().end - position;
+  return state.maskFields.end - position;
 }
 
 }  // namespace
@@ -55,12 +61,7 @@ Variant clsQuery::TELOWriteNote(const Variant& strChannel, const Variant& strArc
 
 Variant clsQuery::TELODeleteNotes(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                   const Variant& strVer, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run("TELODeleteNotes", Failed(), [&](Variant& result) {
-    if (!state.Load({"DeleteNotes", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
-    result = Variant::Long(1);
-    WriteText(strParamStatus, "");
-  });
+  return state_->Send("TELODeleteNotes", strParamStatus, "DeleteNotes", strChannel, strArchive, strDocID, strVer);
 }
 
 Variant clsQuery::TELOGetMasksInit(const Variant& strChannel, const Variant& strArchive, Variant* strParamStatus) {
@@ -79,10 +80,10 @@ Variant clsQuery::TELOGetMasksNext(Variant* strMaskName) {
   return state.Run("TELOGetMasksNext", Failed(), [&](Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strMaskName, "");
-    buffer.MoveTo(buffer.position() + FieldsLeft(buffer));
+    buffer.MoveTo(buffer.position() + FieldsLeft(state));
     if (buffer.AtEnd()) return;
     WriteText(strMaskName, buffer.Take().substr(1));
-    result = Variant::Long(FieldsLeft(buffer));
+    result = Variant::Long(FieldsLeft(state));
   });
 }
 
@@ -100,7 +101,7 @@ Variant clsQuery::TELOGetMasksNextField(Variant* lngTabIndex, Variant* lngWidth,
       fields.WriteText(number++, output);
     }
     buffer.MoveTo(buffer.position() + 1);
-    result = Variant::Long(FieldsLeft(buffer));
+    result = Variant::Long(FieldsLeft(state));
   });
 }
 

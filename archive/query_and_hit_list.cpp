@@ -1,13 +1,18 @@
 // Queries, and the walk through their hit lists.
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "archive/hit_row.h"
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
 
-// Where things stand in the answer to a query.
+// The lines of the answer to a query.
 constexpr std::int32_t kTotalLine = 0;
 constexpr std::int32_t kLayoutLine = 1;
 constexpr std::int32_t kMultiTiffLine = 2;
@@ -18,26 +23,21 @@ constexpr std::int32_t kTitleLine = 4;
 void SplitLayout(std::string_view layout, Variant& keys, Variant& values) {
   std::string keyList;
   std::string valueList;
-  for (bool more = !layout.empty(), first = true; more; first = false) {
-    const std::size_t end = layout.find(';');
-    const std::string_view entry = layout.substr(0, end);
-    more = end != std::string_view::npos;
-    if (more) layout.remove_prefix(end + 1);
-    const std::size_t equals = entry.find('=');
-    if (!first) {
+  bool isWhole = true;
+  for (const std::string_view entry : Split(layout, ';')) {
+    if (entry.data() != layout.data()) {
       keyList += ',';
       valueList += ',';
     }
-    if (equals == std::string_view::npos) {
-      keys.AssignText(keyList);
-      values.AssignText(valueList);
-      throw RuntimeError(error::kInvalidProcedureCall);
-    }
-    keyList += entry.substr(0, equals);
-    valueList += entry.substr(equals + 1);
+    const TextCut cut = Cut(entry, '=');
+    isWhole = cut.hasSeparator;
+    if (!isWhole) break;
+    keyList += cut.before;
+    valueList += cut.after;
   }
   keys.AssignText(keyList);
   values.AssignText(valueList);
+  if (!isWhole) throw RuntimeError(error::kInvalidProcedureCall);
 }
 
 }  // namespace
@@ -65,7 +65,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
     }
     if (blnHitlistMultiTIFF != nullptr) *blnHitlistMultiTIFF = buffer.Line(kMultiTiffLine) == "1";
     if (buffer.Count() < kTitleLine) return;
-    state.hits = HitListStore(buffer.Share(), kStoreLine);
+    state.hits = HitListStore(buffer, kStoreLine);
     state.buffer.MoveTo(kTitleLine);
     WriteText(strParamStatus, "");
   });
@@ -77,8 +77,8 @@ std::string clsQuery::TELOQueryArchiveNext(Variant* strChannel, Variant* strArch
   return state.Run("TELOQueryArchiveNext", std::string(), [&](std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
-    result = ReadHitRow(buffer.Line(buffer.position()), buffer.position() <= kTitleLine,
-                        {strChannel, strArchive, strDocID, strVer});
+    ReadHitRow(buffer.Line(buffer.position()), buffer.position() <= kTitleLine,
+               {strChannel, strArchive, strDocID, strVer}, result);
     buffer.MoveTo(buffer.position() + 1);
   });
 }

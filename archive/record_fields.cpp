@@ -5,36 +5,34 @@
 namespace oxaqrycln {
 namespace {
 
-constexpr std::string_view kBetween = "^,^";
-constexpr std::string_view kClosing = ",^";  // put behind a line before it is cut
-constexpr std::size_t kUsualFields = 20;     // room for a segment, the longest record
+constexpr std::size_t kUsualFields = 20;  // room for a segment, the longest record
 
 }  // namespace
 
-RecordFields::RecordFields(std::string_view line) : closed_("^," + std::string(line).append(kClosing)) {
-  fields_.reserve(kUsualFields);
-  const std::string_view closed = closed_;
-  for (std::size_t start = 0;;) {
-    const std::size_t end = closed.find(kBetween, start);
-    fields_.push_back(closed.substr(start, end == std::string::npos ? end : end - start));
-    if (end == std::string::npos) return;
-    start = end + kBetween.size();
+RecordFields::RecordFields(std::string_view line) : line_(line) {
+  std::size_t start = 1;
+  if (!line.starts_with('^')) {
+    const std::size_t first = FindSeparator(line, 0);
+    if (first == std::string_view::npos) return;
+    start = first + kFieldSeparator.size();
   }
+  fields_.reserve(kUsualFields);
+  for (std::size_t end; (end = FindSeparator(line, start)) != std::string_view::npos;
+       start = end + kFieldSeparator.size()) {
+    fields_.push_back(line.substr(start, end - start));
+  }
+  if (start <= line.size()) unclosed_ = std::string(line.substr(start)).append(kRecordEnd);
+  fields_.emplace_back(unclosed_);
 }
 
 std::string_view RecordFields::Field(std::int32_t number) const {
-  if (number < 0 || static_cast<std::size_t>(number) >= fields_.size()) {
-    throw RuntimeError(error::kSubscriptOutOfRange);
-  }
-  return fields_[static_cast<std::size_t>(number)];
+  if (number < 1 || static_cast<std::size_t>(number) > fields_.size()) throw RuntimeError(error::kSubscriptOutOfRange);
+  return fields_[static_cast<std::size_t>(number) - 1];
 }
 
 std::string_view RecordFields::Behind(std::int32_t number) const {
   const std::string_view field = Field(number);
-  const auto end = static_cast<std::size_t>(field.data() + field.size() - closed_.data());
-  std::string_view behind = std::string_view(closed_).substr(end + 1);
-  behind.remove_suffix(kClosing.size());
-  return behind;
+  return line_.substr(static_cast<std::size_t>(field.data() + field.size() - line_.data()) + 1);
 }
 
 void RecordFields::WriteText(std::int32_t number, Variant* output) const {
@@ -49,26 +47,15 @@ void RecordFields::WriteLong(std::int32_t number, Variant* output) const {
   if (output != nullptr) *output = TextToLong(Field(number));
 }
 
-bool FindRecordField(std::string_view line, std::int32_t number, std::string_view& field) noexcept {
-  const char* const last = line.data() + line.size();
-  const bool opens = line.starts_with('^');
-  std::int32_t current = opens ? 1 : 0;
-  const char* start = line.data() + (opens ? 1 : 0);
-  const char* end = nullptr;
-  ForEachPlace(start, last, "^,^", [&](const char* place) {
-    if (place < start) return true;  // its first caret has closed the field before
-    if (current == number) {
-      end = place;
-      return false;
-    }
-    ++current;
-    start = place + kBetween.size();
-    return true;
-  });
-  if (current != number) return false;
-  if (end == nullptr) end = start != last && last[-1] == '^' ? last - 1 : last;
-  field = {start, end};
-  return true;
+std::optional<std::string_view> FindRecordField(std::string_view line, std::int32_t number) noexcept {
+  std::size_t start = line.starts_with('^') ? 1 : 0;
+  for (auto current = static_cast<std::int32_t>(start); start <= line.size(); ++current) {
+    const std::size_t end = FindSeparator(line, start);
+    if (current == number) return line.substr(start, end - start);
+    if (end == std::string_view::npos) break;
+    start = end + kFieldSeparator.size();
+  }
+  return std::nullopt;
 }
 
 }  // namespace oxaqrycln

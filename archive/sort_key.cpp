@@ -5,19 +5,21 @@
 //           01 | the same with every bit inverted, for a negative number
 //   date    10 | year * 10000 + month * 100 + day
 //
-// Among keys with equal heads the next 7 characters of their rests make new ones, laid out as those of texts behind the
-// two bits of the number. The rest of a number begins behind its ninth digit, without the leading zeros of the number
-// and the trailing zeros of its fraction. The number of digits before the comma is part of the first head, so the rests
-// of equal heads have their commas in the same place.
+// Keys with equal heads get new heads from the next 7 characters of their rests: the two highest bits stay, the others
+// have the layout of a text. The rest of a number begins after its ninth digit and has neither the leading zeros of the
+// number nor the trailing zeros of its fraction. The number of digits before the comma is part of the first head, so
+// the rests of equal heads have their commas at the same position.
 #include "archive/sort_key.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <span>
 
 #include "support/text_helpers.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
@@ -68,7 +70,7 @@ void Advance(SortKey& key) noexcept {
   key = KeyWithRest(head, rest.substr(std::min(rest.size(), kHeadCharacters)), key.row);
 }
 
-// Takes a run of digits off the text's start: as their number, when there are least to most of them.
+// Removes the digits at the start of the text and returns their number, if there are least to most of them.
 std::optional<unsigned> TakeDigits(std::string_view& text, std::size_t least, std::size_t most) noexcept {
   unsigned number = 0;
   std::size_t count = 0;
@@ -106,8 +108,7 @@ std::optional<std::uint64_t> DateHead(std::string_view text) noexcept {
   return kValueClass << kClassShift | ((year * 100 + month) * 100 + day);
 }
 
-// A number's digits: those before its comma, and from there on, the comma included. Without the zeros that do not
-// count.
+// The digits of a number before its comma, and its text from the comma on, without leading and trailing zeros.
 struct Digits {
   bool negative = false;
   std::string_view whole;
@@ -115,9 +116,7 @@ struct Digits {
 };
 
 std::optional<Digits> SplitNumber(std::string_view text) noexcept {
-  constexpr std::string_view kBlanks = " \t";
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  text.remove_suffix(text.size() - (text.find_last_not_of(kBlanks) + 1));
+  text = Trimmed(text, " \t");
   Digits digits;
   if (text.starts_with('-') || text.starts_with('+')) {
     digits.negative = text[0] == '-';
@@ -156,7 +155,7 @@ SortKey NumberKey(const Digits& digits, std::uint32_t row) noexcept {
   const std::uint64_t magnitude = std::uint64_t{digits.whole.size()} << kDigitBits | leading;
   const std::uint64_t head = digits.negative ? kNegativeClass << kClassShift | (magnitude ^ kBelowClass)
                                              : kValueClass << kClassShift | magnitude;
-  // Whole part and fraction stand side by side in the row, so that a rest in the whole part runs on into the fraction.
+  // The whole part and the fraction are adjacent in the row: a rest that begins in the former continues in the latter.
   const bool endsInWhole = wholeInHead < digits.whole.size();
   const char* const rest = endsInWhole ? digits.whole.data() + wholeInHead : digits.fraction.data() + fractionInHead;
   const std::size_t restSize = digits.whole.size() - wholeInHead + digits.fraction.size() - fractionInHead;
@@ -170,7 +169,7 @@ void SortByHeads(Keys keys, SortOrder order) {
   const auto descends = [](const SortKey& left, const SortKey& right) { return left.head > right.head; };
   const bool isDone =
       order == SortOrder::kAscending ? std::ranges::is_sorted(keys, ascends) : std::ranges::is_sorted(keys, descends);
-  if (isDone) return;  // as usual where all are alike so far
+  if (isDone) return;  // the usual case when all are equal so far
   if (order == SortOrder::kAscending) {
     std::ranges::stable_sort(keys, ascends);
   } else {
@@ -204,7 +203,7 @@ bool Precedes(SortKey left, SortKey right) noexcept {
 }
 
 void SortKeys(std::vector<SortKey>& keys, SortOrder order) {
-  // Runs of keys whose heads are not compared yet, as positions; they do not overlap.
+  // Ranges of keys whose heads have not been compared yet; they do not overlap.
   struct Run {
     std::uint32_t begin;
     std::uint32_t end;

@@ -1,5 +1,5 @@
 // sort_key.h - the keys by which a hit list is sorted: texts, dates or numbers, as the flags of a column say.
-// A key refers to the text it was made from and is as short-lived. Knows nothing of rows or of directions.
+// A key refers to the text that it was made from. Knows nothing of rows or of directions.
 #ifndef OXAQRYCLN_ARCHIVE_SORT_KEY_H_
 #define OXAQRYCLN_ARCHIVE_SORT_KEY_H_
 
@@ -11,26 +11,26 @@ namespace oxaqrycln {
 
 enum class KeyKind { kText, kDate, kNumber };
 
-// What a column holds: bit 0x400 of its flags stands for dates and is looked at first, bit 0x200 for numbers. Flags are
-// read as Variant::ToLong reads a text, so "1024" is 0x400; what it does not read ("", "&H400") stands for texts.
+// The kind of a column: bit 0x400 of its flags means dates and takes precedence, bit 0x200 means numbers. Flags are
+// read as Variant::ToLong reads a text, so "1024" is 0x400; flags that it cannot read ("", "&H400") mean texts.
 KeyKind KindOfFlags(std::string_view flags) noexcept;
 
-// What is compared of a field at one time, and what may have to be compared after it.
+// A part of a field that is compared at once, and the text after it.
 struct SortKey {
   std::uint64_t head;
   const char* rest;
   std::uint32_t restSize;
-  std::uint32_t row;  // the caller's: where the key comes from
+  std::uint32_t row;  // set by the caller; never compared
 };
 
 // The key of a field's text.
-// - Texts are in the order of their upper-case characters' codes.
+// - Texts are ordered by the codes of their upper-case characters.
 // - Dates are dd.mm.yyyy, yyyy-mm-dd or mm/dd/yyyy: one or two digits for day and month, four for the year, a day that
 //   exists, and nothing else.
 // - Numbers are decimal digits with at most one comma or point between two of them, a sign in front, and blanks or tabs
 //   around. They may have any number of digits, all of which count; leading zeros, trailing zeros of a fraction and the
 //   sign of zero do not.
-// What is no date or number comes before all that are, in the order of texts; the empty text is the first.
+// Any other text in a column of dates or numbers comes before all of them, in the order of texts.
 SortKey MakeSortKey(KeyKind kind, std::string_view text, std::uint32_t row) noexcept;
 
 // Whether left comes before right in ascending order. Both are keys of one kind, as MakeSortKey made them.

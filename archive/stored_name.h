@@ -1,4 +1,4 @@
-// stored_name.h - what a file is stored under whose name came from outside.
+// stored_name.h - the name under which a file is stored whose name came from outside.
 #ifndef OXAQRYCLN_ARCHIVE_STORED_NAME_H_
 #define OXAQRYCLN_ARCHIVE_STORED_NAME_H_
 
@@ -7,8 +7,8 @@
 
 namespace oxaqrycln {
 
-// The last part of the name, behind "\" and "/". Raises Bad file name for one that could leave the directory or stands
-// for a device; see IsPlainFileName.
+// The last part of the name, after "\" and "/". Raises Bad file name if it could leave the directory or is the name of
+// a device; see IsPlainFileName.
 std::string StoredName(std::string_view name);
 
 }  // namespace oxaqrycln

@@ -1,5 +1,8 @@
 #include "archive/text_items.h"
 
+#include <cstdint>
+#include <utility>
+
 namespace oxaqrycln {
 
 std::vector<std::string> SegmentTexts(const ResponseBuffer& lines, std::string_view lineBreak) {
@@ -11,7 +14,8 @@ std::vector<std::string> SegmentTexts(const ResponseBuffer& lines, std::string_v
   };
   for (std::int32_t i = 1; i < lines.Count(); ++i) {
     const std::string_view line = lines.Line(i);
-    // Kept: a line that happens to end with a caret splits its text where the next one happens to begin with one.
+    // Kept: a text is also split between a line that happens to end with a caret and one that happens to begin with
+    // one.
     if (lines.Line(i - 1).ends_with('^') && line.starts_with('^')) {
       complete();
       current = line;

@@ -1,4 +1,7 @@
 // Transport orders: queries, their page images, their status.
+#include <cstdint>
+#include <string>
+
 #include "archive/fetched_file.h"
 #include "archive/record_fields.h"
 #include "component/clsQuery.h"
@@ -52,12 +55,8 @@ Variant clsQuery::OstranaGetFahrauftraegeMultiTIFF(const Variant& strOrderIDs, V
 
 Variant clsQuery::OstranaUpdateFahrauftraegeStatus(const Variant& strOrderID, const Variant& strStatus,
                                                    Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run("OstranaUpdateFahrauftraegeStatus", Failed(), [&](Variant& result) {
-    if (!state.Load({"UpdateFahrauftraegeStatus", strOrderID, strStatus}, strParamStatus)) return;
-    result = Variant::Long(1);
-    WriteText(strParamStatus, "");
-  });
+  return state_->Send("OstranaUpdateFahrauftraegeStatus", strParamStatus, "UpdateFahrauftraegeStatus", strOrderID,
+                      strStatus);
 }
 
 }  // namespace oxaqrycln

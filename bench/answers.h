@@ -12,7 +12,7 @@ std::string HitList(int rows);
 std::string ChannelLines(int lines);
 // The text of an answer with this many segments of three lines each.
 std::string Segments(int segments);
-// With the header line in front.
+// The text after its header line.
 std::string Framed(const std::string& text);
 
 }  // namespace oxaqrycln::bench

@@ -1,8 +1,8 @@
-// The benchmarks; or, for what is measured from outside the process:
+// The benchmarks; with one of these options, a program for a measurement of the whole process:
 //   oxaqrycln_bench --requests N   sends N searches of 100 rows and nothing else (system calls)
-//   oxaqrycln_bench --peak ROWS    one search; prints the peak memory it added beside the size of the answer
-//   oxaqrycln_bench --sort ROWS    one search and two sorts; prints the peak memory the sorts added beside the rows
-//   oxaqrycln_bench --first ROWS   prints the nanoseconds of the limit beside those of the first search of a process
+//   oxaqrycln_bench --peak ROWS    one search; prints the peak memory that it added and the size of the answer
+//   oxaqrycln_bench --sort ROWS    one search and two sorts; prints the peak memory that the sorts added and the rows
+//   oxaqrycln_bench --first ROWS   prints the nanoseconds of the limit and of the first search of a process
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <unistd.h>

@@ -35,7 +35,7 @@ struct BenchQuery {
   Variant version;
 };
 
-// What the component sends for the same search.
+// The request that the component sends for the same search.
 inline std::string PlainText(int rows) {
   const std::string n = std::to_string(rows);
   return "^S1^,^webuser^,^^,^QueryArchive^,^rows:" + n + "^,^" + n + "^,^" + n + "^,^^,^^,^^,^^";

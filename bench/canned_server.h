@@ -1,4 +1,4 @@
-// canned_server.h - a query server in a process and on a processor of its own. A request whose command part holds
+// canned_server.h - a query server in a process and on a processor of its own. A request whose command part contains
 // "rows:N" is answered with a hit list of N rows. Ends with its owner.
 #ifndef OXAQRYCLN_BENCH_CANNED_SERVER_H_
 #define OXAQRYCLN_BENCH_CANNED_SERVER_H_
@@ -9,7 +9,7 @@ namespace oxaqrycln::bench {
 
 class CannedServer {
  public:
-  // Forks: to be made before any thread is.
+  // Forks, so it must be made before any thread.
   CannedServer();
   ~CannedServer();
   CannedServer(const CannedServer&) = delete;

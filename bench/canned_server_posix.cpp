@@ -25,13 +25,13 @@
 namespace oxaqrycln::bench {
 namespace {
 
-// The number behind a word in the text; -1 without the word.
+// The number that follows a word in the text; -1 without the word.
 long NumberBehind(std::string_view text, std::string_view word) {
   const std::size_t at = text.find(word);
   return at == std::string_view::npos ? -1 : std::atol(text.data() + at + word.size());
 }
 
-// What the request's words ask for: "rows:N" a hit list, "segments:N" segments, "blob-N" so many bytes and nothing
+// The answer to the words of a request: "rows:N" a hit list, "segments:N" segments, "blob-N" so many bytes and nothing
 // else.
 const std::string& AnswerTo(std::string_view request) {
   static std::map<std::pair<char, long>, std::string> answers;
@@ -51,8 +51,9 @@ const std::string& AnswerTo(std::string_view request) {
   return answer;
 }
 
-// The outcome of a call on a non-blocking socket once there is one. Asks again for a while before it sleeps: how long
-// an idle processor takes to wake up is not to be measured, and on a virtual machine it can be longer than all else.
+// The outcome of a call on a non-blocking socket once there is one. Polls for a while before it sleeps, because the
+// time that an idle processor takes to wake up must not be measured; on a virtual machine it can exceed everything
+// else.
 template <typename Call>
 ssize_t Insist(int socket, short event, Call&& call) {
   constexpr int kTriesBeforeSleep = 1000;
@@ -64,7 +65,7 @@ ssize_t Insist(int socket, short event, Call&& call) {
   }
 }
 
-// Takes the bytes of a file that follow a request.
+// Receives the bytes of a file that follow a request.
 void TakeFile(int connection, std::string_view request, std::span<char> buffer) {
   const std::size_t lineEnd = request.find("^\r\n");
   if (lineEnd == std::string_view::npos) return;

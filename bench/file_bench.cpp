@@ -1,4 +1,4 @@
-// Files of 64 MiB over the connection and out of a form beside plain loops, and the cost a segment of a long walk.
+// Files of 64 MiB over the connection and from a form compared with plain loops; the cost of a segment in a long walk.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kFileSize = 64U << 20U;
 
-// Gone at the end of the program, with all files.
+// Removed at the end of the program, with all files.
 const std::string& BlobDirectory() {
   struct Directory {
     Directory() : path((std::filesystem::temp_directory_path() / ("oxaqrycln-bench-" + std::string(6, 'X'))).string()) {

@@ -1,5 +1,5 @@
-// The walk through a hit list beside a hand-written split into five reused strings, and the cost a row from a thousand
-// rows to a million.
+// The walk through a hit list compared with a hand-written split into five reused strings, and the cost of a row from a
+// thousand rows to a million.
 #include <benchmark/benchmark.h>
 
 #include <array>

@@ -1,4 +1,4 @@
-// Requests a second with answers of 100 rows, and bytes a second with a million rows, beside the plain limit.
+// Requests a second with answers of 100 rows, and bytes a second with a million rows, compared with the plain limit.
 #include <benchmark/benchmark.h>
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// The sorts of the channel list and of a hit list beside a stable sort of keys that are ready.
+// The sorts of the channel list and of a hit list compared with a stable sort of keys that are ready.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

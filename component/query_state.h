@@ -29,9 +29,9 @@ struct QueryState {
 
   // Runs the body of a public method; see trap.h. routine is the method's name as the log shows it, without "()".
   template <typename Result, typename Body>
-  Result Run(std::string_view routine, Result failure, Body&& body) {
+  Result Run(std::string_view routine, const Result& failure, Body&& body) {
     const RunningMethod method(*this);
-    return Trap(log, routine, std::move(failure), std::forward<Body>(body));
+    return Trap(log, routine, failure, std::forward<Body>(body));
   }
   // For a method without a result.
   template <typename Body>
@@ -72,6 +72,7 @@ struct QueryState {
   HitListStore hits;       // those of the last query
   HitListStore givenHits;  // those that the page gave to be sorted
   TextList texts;
+  LineRange maskFields;  // the fields of the mask that is being read
   OutlinerList outliner;
   std::string segmentLineBreak = "\r\n";
   std::string transferDescription;  // the file that was received last, "<path>"

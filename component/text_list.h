@@ -1,4 +1,4 @@
-// text_list.h - texts that are handed out one after the other: a document's segment texts, or its notes.
+// text_list.h - texts that are handed out one after another: the segment texts of a document, or its notes.
 // Independent of the response buffer. One per clsQuery.
 #ifndef OXAQRYCLN_COMPONENT_TEXT_LIST_H_
 #define OXAQRYCLN_COMPONENT_TEXT_LIST_H_

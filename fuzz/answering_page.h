@@ -1,4 +1,4 @@
-// answering_page.h - a clsQuery whose every request gets one and the same answer, all in one thread.
+// answering_page.h - a clsQuery that gets the same answer to every request, in a single thread.
 #ifndef OXAQRYCLN_FUZZ_ANSWERING_PAGE_H_
 #define OXAQRYCLN_FUZZ_ANSWERING_PAGE_H_
 
@@ -17,10 +17,10 @@ class AnsweringPage {
     query.strSessionID = "S1";
     query.lngRequestTimeout = 10;
     query.RemoteHosts("127.0.0.1," + std::to_string(peer_.port()));
-    Require(query.Init(false), "a page can be made");
+    Require(query.Init(false), "a page can be created");
   }
 
-  // What the peer answers from now on.
+  // The answer of the peer from now on.
   void SetAnswer(std::string_view text) {
     answer_ = "TotalBytes:" + std::to_string(text.size()) + "\r\n" + std::string(text);
   }
@@ -37,7 +37,7 @@ class AnsweringPage {
   clsQuery query;
 
  private:
-  // A yield may come before the connection: that of the timer's tick.
+  // The first yield may be that of the timer's tick, before the connection.
   void AnswerOnceConnected() {
     Apartment::Current()->loop.Post([this] {
       if (!peer_.IsWanted()) return AnswerOnceConnected();

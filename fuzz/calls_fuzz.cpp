@@ -53,11 +53,11 @@ const MethodEntry* MethodOf(char letter) {
   const auto* const found = std::ranges::find(kMethods, letter, &LetteredMethod::letter);
   if (found == kMethods.end()) return nullptr;
   const MethodEntry* const method = FindMethod(found->name);
-  Require(method != nullptr, "every letter has its method");
+  Require(method != nullptr, "every letter has a method");
   return method;
 }
 
-// Calls with "1" for every input and a place for every output.
+// Calls with "1" for every input and a variable for every output.
 Variant Call(clsQuery& query, const MethodEntry& method) {
   std::vector<Variant> values(method.parameters.size());
   std::vector<Variant*> arguments;

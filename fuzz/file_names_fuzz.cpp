@@ -12,9 +12,10 @@ namespace {
 
 void CheckPlainName(std::string_view name) {
   const bool noControl = std::ranges::none_of(name, [](char c) { return static_cast<unsigned char>(c) < 0x20; });
-  Require(noControl && name.find_first_of("/\\:\x7F") == std::string_view::npos, "a plain name is of plain characters");
+  Require(noControl && name.find_first_of("/\\:\x7F") == std::string_view::npos,
+          "a plain name consists of plain characters");
   Require(!name.empty() && name.size() <= 255, "a plain name fits into a directory");
-  Require(!name.ends_with('.') && !name.ends_with(' '), "a plain name has no end that a machine drops");
+  Require(!name.ends_with('.') && !name.ends_with(' '), "a plain name has no end that a file system removes");
   const std::filesystem::path directory("/blobs/web");
   const auto path = (directory / NativePath(name)).lexically_normal();
   Require(path.parent_path() == directory && path.has_filename(), "a plain name stays in its directory");
@@ -26,7 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view name = View(data, size);
   if (IsPlainFileName(name)) CheckPlainName(name);
   const std::string_view last = LastPathPart(name);
-  Require(name.ends_with(last) && last.find_first_of("/\\") == std::string_view::npos, "the last part is the last");
+  Require(name.ends_with(last) && last.find_first_of("/\\") == std::string_view::npos,
+          "the last part has no separator");
   std::string stored;
   const std::int32_t refused = ErrorOf([&] { stored = StoredName(name); });
   Require(refused == (IsPlainFileName(last) ? 0 : error::kBadFileName), "only a plain last part is stored");

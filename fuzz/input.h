@@ -1,4 +1,4 @@
-// input.h - what the fuzz targets share: cutting an input apart, and claims about what it led to.
+// input.h - what the fuzz targets share: cutting an input apart, and checking claims about the results.
 // Inputs are text wherever that is possible, so that the corpus can be read.
 #ifndef OXAQRYCLN_FUZZ_INPUT_H_
 #define OXAQRYCLN_FUZZ_INPUT_H_
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace oxaqrycln::fuzz {
 
-// Ends the program when what must hold does not.
+// Ends the program if a claim does not hold.
 inline void Require(bool holds, const char* claim) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", claim);
@@ -31,7 +31,7 @@ inline std::string_view View(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-// The text up to the separator, which are both cut off from rest; all of it without one.
+// Removes the text up to the separator, or all of it without one, and the separator from rest; returns the text.
 inline std::string_view CutOff(std::string_view& rest, std::string_view separator) {
   const std::size_t end = rest.find(separator);
   const std::string_view head = rest.substr(0, end);
@@ -50,8 +50,8 @@ inline std::vector<std::string_view> Parts(std::string_view text, std::string_vi
   }
 }
 
-// The text in pieces. Each character of sizes gives the size of one, over and over: "1" to "9" say what they spell,
-// "0" is all the rest.
+// The text in pieces. Each character of sizes is the size of one, and sizes is repeated: "1" to "9" are numbers of
+// bytes, "0" is all the rest.
 inline std::vector<std::string_view> Pieces(std::string_view text, std::string_view sizes) {
   std::vector<std::string_view> pieces;
   for (std::size_t i = 0; !text.empty(); ++i) {

@@ -1,5 +1,5 @@
 // loopback_peer.h - the far end of a connection on this machine, in the thread of the near end.
-// One connection at a time; leaves nothing behind in the system that thousands of connections a second would pile up.
+// One connection at a time, closed in a way that leaves no port occupied after thousands of connections a second.
 #ifndef OXAQRYCLN_FUZZ_LOOPBACK_PEER_H_
 #define OXAQRYCLN_FUZZ_LOOPBACK_PEER_H_
 
@@ -16,14 +16,14 @@ class LoopbackPeer {
   LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
   std::uint16_t port() const noexcept { return port_; }
-  // Whether the near end has started a connection that is not taken yet; waits so many milliseconds for one.
+  // Whether the near end has started a connection that is not accepted yet; waits so many milliseconds for one.
   bool IsWanted(int longestWait = 0) const;
-  // Takes the connection that the near end has started.
+  // Accepts the connection that the near end has started.
   void Accept();
-  // What fits into one packet is one packet.
+  // Bytes that fit into one packet are sent as one packet.
   void Send(std::string_view bytes) const;
   void EndSending() const;
-  // Ends the connection by a reset, so that no port stays taken.
+  // Ends the connection by a reset, so that no port stays occupied.
   void Drop();
 
  private:

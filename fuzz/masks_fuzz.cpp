@@ -12,12 +12,12 @@ void CheckFields(clsQuery& query, std::int32_t count) {
     const Variant result =
         query.TELOGetMasksNextField(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &list);
     if (result.type() == Variant::Type::Integer) {
-      Require(list.IsEmpty(), "a field that is none leaves its last output untouched");
+      Require(list.IsEmpty(), "without a field the last output is unchanged");
       return;
     }
-    Require(result.ToLong() == left - 1, "a field tells how many follow");
+    Require(result.ToLong() == left - 1, "a field returns how many follow");
   }
-  Require(query.TELOGetMasksNextField() == Variant::Integer(-1), "behind the last field there is none");
+  Require(query.TELOGetMasksNextField() == Variant::Integer(-1), "no field follows the last one");
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::string_view mask : masks) {
       Variant name;
       const Variant fields = query.TELOGetMasksNext(&name);
-      Require(fields.type() == Variant::Type::Long && name == Variant(mask.substr(1)), "every mask is walked to");
+      Require(fields.type() == Variant::Type::Long && name == Variant(mask.substr(1)), "the walk reaches every mask");
       CheckFields(query, fields.ToLong());
     }
     Variant name("x");

@@ -1,4 +1,4 @@
-// A form body, fed whole and in pieces. Input: sizes of pieces, a line end, the body.
+// A form body, passed at once and in pieces. Input: sizes of pieces, a line end, the body.
 #include "archive/multipart_body.h"
 #include "fuzz/input.h"
 
@@ -44,11 +44,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view sizes = CutOff(body, "\n");
   const Outcome atOnce = Feed({body});
   const Outcome inPieces = Feed(Pieces(body, sizes));
-  Require(atOnce.error == 0 || atOnce.error == error::kInvalidProcedureCall, "what is no form is refused");
+  Require(atOnce.error == 0 || atOnce.error == error::kInvalidProcedureCall, "a body that is not a form is refused");
   Require(atOnce.error == inPieces.error && atOnce.whole == inPieces.whole, "pieces do not change the outcome");
   Require(atOnce.name == inPieces.name, "pieces do not change the name");
   if (atOnce.error == 0) Require(atOnce.content == inPieces.content, "pieces do not change the content");
-  Require(body.find(atOnce.content) != std::string_view::npos, "the content stands in the body");
-  Require(!atOnce.whole || atOnce.begun, "a whole file has begun");
+  Require(body.find(atOnce.content) != std::string_view::npos, "the content is a part of the body");
+  Require(!atOnce.whole || atOnce.begun, "a complete file has begun");
   return 0;
 }

@@ -1,4 +1,4 @@
-// What text becomes as a number, a truth value or a date. Input: the text.
+// Conversions of a text into a number, a Boolean or a date. Input: the text.
 #include <cmath>
 #include <utility>
 
@@ -26,7 +26,7 @@ void CheckWhole(std::int32_t number, const char* claim, Convert&& convert) {
   }
 }
 
-// "-123": a sign and so few digits that the machine's numbers hold them.
+// "-123": a sign and so few digits that the number fits into an integer.
 void CheckPlainInteger(std::string_view text, const Variant& value) {
   const bool negative = text.starts_with('-');
   const std::string_view digits = text.substr(negative ? 1 : 0);
@@ -34,7 +34,7 @@ void CheckPlainInteger(std::string_view text, const Variant& value) {
   std::int32_t number = 0;
   for (const char digit : digits) number = number * 10 + (digit - '0');
   if (negative) number = -number;
-  Require(value.ToDouble() == number, "digits are a number");
+  Require(value.ToDouble() == number, "digits are read as their number");
   CheckWhole(number, "digits are a Long", [&] { return value.ToLong(); });
   CheckWhole(number, "digits are an Integer", [&] { return value.ToInteger(); });
   CheckWhole(number, "digits are a Byte", [&] { return value.ToByte(); });
@@ -46,19 +46,20 @@ void CheckDecimal(const std::string& text, const Variant& value) {
   char* end = nullptr;
   const double expected = std::strtod(text.c_str(), &end);
   if (text.empty() || end != text.c_str() + text.size()) {
-    Require(ErrorOf([&] { value.ToDouble(); }) == error::kTypeMismatch, "what is no number is refused");
+    Require(ErrorOf([&] { value.ToDouble(); }) == error::kTypeMismatch, "a text that is not a number is refused");
   } else if (std::isinf(expected)) {
     Require(ErrorOf([&] { value.ToDouble(); }) == error::kOverflow, "a number out of range is refused");
   } else if (std::isnormal(expected) || expected == 0) {
     double got = 1;
-    Require(ErrorOf([&] { got = value.ToDouble(); }) == 0 && got == expected, "a decimal number is what it spells");
+    Require(ErrorOf([&] { got = value.ToDouble(); }) == 0 && got == expected,
+            "a decimal number has the value that it spells");
   }
 }
 
-// Rounding goes to the nearest whole number, from halves to the even one.
+// Rounds to the nearest whole number, halves to the even one.
 void CheckRounding(const Variant& value, std::int32_t whole) {
   const double distance = std::fabs(value.ToDouble() - whole);
-  Require(distance < 0.5 || (distance == 0.5 && whole % 2 == 0), "the whole number is the nearest one");
+  Require(distance < 0.5 || (distance == 0.5 && whole % 2 == 0), "the result is the nearest whole number");
 }
 
 }  // namespace
@@ -75,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(value.ToLong() == whole, "both ways to a Long agree");
     CheckRounding(value, whole);
   }
-  Require(ToNumber(text) == (raised == 0 ? whole : 0), "what is no number counts as 0");
+  Require(ToNumber(text) == (raised == 0 ? whole : 0), "a text that is not a number counts as 0");
   ErrorOf([&] { value.ToInteger(); });
   ErrorOf([&] { value.ToByte(); });
   ErrorOf([&] { value.ToBoolean(); });
@@ -83,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const DateTime date = value.ToDate();
     const int year = date.Civil().year;
     Require(year >= 100 && year <= 9999, "a date is of the years 100 to 9999");
-    Require(DateTime::FromIso(date.ToIso()) == date, "a date's own text is that date");
+    Require(DateTime::FromIso(date.ToIso()) == date, "the text of a date is read as the same date");
   });
   return 0;
 }

@@ -11,7 +11,7 @@ using namespace oxaqrycln::fuzz;
 
 namespace {
 
-// What the bytes of a peer make together, however they were cut.
+// The expected outcome of the bytes of a peer, however they were cut.
 struct Answer {
   std::string_view text;
   bool ready = false;
@@ -32,7 +32,7 @@ Answer Read(std::string_view bytes) {
 
 class Receiver {
  public:
-  // Requests follow one another on one slot, so what one leaves behind would show in the next.
+  // All requests use one slot, so state that one leaves would affect the next.
   Receiver() : slot_(controls_.GetFreeControl()) { controls_.ReleaseTimer().Enable(false); }
 
   void Take(std::string_view bytes, std::string_view sizes) {
@@ -60,9 +60,9 @@ class Receiver {
   void WaitForEvent() { apartment_.loop.RunUntil(apartment_.clock.SteadyNow() + std::chrono::seconds(10)); }
 
   void Compare(const Answer& expected) {
-    Require(controls_.BlnRequestReady(slot_) == expected.ready, "an answer is whole with its announced bytes");
-    Require(controls_.StrResponse(slot_) == expected.text, "the answer is what stands behind the header");
-    Require(!controls_.BlnWinsockError(slot_), "bytes are no error of the socket");
+    Require(controls_.BlnRequestReady(slot_) == expected.ready, "an answer is complete with its announced bytes");
+    Require(controls_.StrResponse(slot_) == expected.text, "the answer consists of the bytes after the header");
+    Require(!controls_.BlnWinsockError(slot_), "bytes are not an error of the socket");
   }
 
   void End() {
@@ -71,7 +71,8 @@ class Receiver {
     if (!ready) WaitForEvent();
     peer_.Drop();
     Require(controls_.BlnWinsockError(slot_) != ready, "a peer that ends too early is an error");
-    Require(ready || controls_.StrWinsockError(slot_).starts_with("10054 - "), "its number is that of a reset");
+    Require(ready || controls_.StrWinsockError(slot_).starts_with("10054 - "),
+            "its number is that of a connection reset");
   }
 
   Apartment apartment_;

@@ -1,5 +1,5 @@
-// Runs a fuzz target over stored inputs, each once: replay PATH..., where a directory stands for its files.
-// Fails when there is nothing to run; a claim that does not hold ends it.
+// Runs a fuzz target once over each stored input: replay PATH..., where a directory means all of its files.
+// Fails if there is no input; a claim that does not hold ends the program.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>

@@ -1,4 +1,4 @@
-// Encode and Decode. Input: a text to encode, which is also decoded as it stands.
+// Encode and Decode. Input: a text to encode, which is also decoded unchanged.
 #include "fuzz/input.h"
 #include "support/text_helpers.h"
 #include "values/code_page.h"
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           "what is no encoding is refused");
   Require(decoded.size() <= size / 2, "a character takes two digits");
   if (refused != 0) return 0;
-  // What is left over by pairs stands in front.
+  // The characters that form no pair are the first ones.
   Require(Encode(decoded) == UpperCase(text.substr(size - 2 * decoded.size())), "encoding is the inverse of decoding");
   return 0;
 }

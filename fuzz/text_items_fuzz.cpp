@@ -1,4 +1,4 @@
-// The texts of segments and notes out of answer lines. Input: the lines, separated by CR LF.
+// The texts of segments and notes in answer lines. Input: the lines, separated by CR LF.
 #include "archive/text_items.h"
 #include "fuzz/input.h"
 
@@ -21,21 +21,21 @@ void CheckAnyLines(std::string_view text) {
   std::size_t joined = 0;
   const auto segments = SegmentTexts(lines, "<br>");
   for (const std::string& each : segments) joined += each.size();
-  Require(segments.size() <= count && (segments.empty() == (count == 0)), "a segment text has a line");
-  Require(joined <= text.size() + count * 4, "segment texts hold the lines and the breaks between them");
+  Require(segments.size() <= count && (segments.empty() == (count == 0)), "a segment text has at least one line");
+  Require(joined <= text.size() + count * 4, "segment texts consist of the lines and the breaks between them");
   ErrorOf([&] {
     joined = 0;
     const auto notes = Notes(lines);
     for (const std::string& each : notes) joined += each.size();
     Require(notes.size() <= count / 2, "a note has two lines");
-    Require(joined <= text.size() + notes.size(), "notes hold the lines and a comma each");
+    Require(joined <= text.size() + notes.size(), "notes consist of the lines and a comma each");
   });
   for (std::int32_t i = 0; i < lines.Count(); ++i) {
     if (StartsRecord(lines.Line(i))) Require(lines.Line(i).size() >= 3, "a record has its separators");
   }
 }
 
-// Lines that are quoted one by one are texts one by one.
+// Lines that are quoted one by one are separate texts.
 void CheckQuotedLines(std::string_view text) {
   std::string quoted;
   std::string headed;
@@ -53,8 +53,8 @@ void CheckQuotedLines(std::string_view text) {
   }
 }
 
-// A quoted text that holds no caret is one text, however many lines it has, but for two empty ones: their carets look
-// like the end of one text and the start of the next.
+// A quoted text without a caret is one text, however many lines it has, except two empty lines: their carets look like
+// the end of one text and the start of the next.
 void CheckQuotedText(std::string text) {
   std::erase(text, '^');
   if (text == "\r\n") return;

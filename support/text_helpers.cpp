@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "values/errors.h"
+#include "values/text_parts.h"
 #include "values/variant.h"
 
 namespace oxaqrycln {
@@ -50,14 +51,13 @@ class PageList {
 };
 
 void AddPages(std::string_view item, PageList& pages) {
-  const std::size_t dash = item.find('-');
-  if (dash == std::string_view::npos) {
-    const std::int32_t page = ToNumber(item);
-    if (page >= 1) pages.Add(page);
+  const TextCut range = Cut(item, '-');
+  const std::int64_t from = ToNumber(range.before);
+  if (!range.hasSeparator) {
+    if (from >= 1) pages.Add(from);
     return;
   }
-  const std::int64_t from = ToNumber(item.substr(0, dash));
-  const std::int64_t to = ToNumber(item.substr(dash + 1));
+  const std::int64_t to = ToNumber(range.after);
   if (from == 0) return pages.Add(to);
   if (to == 0) return pages.Add(from);
   const std::int64_t step = from > to ? -1 : 1;
@@ -112,11 +112,7 @@ std::int32_t InStrExt(std::string_view text, std::string_view search, std::int32
 
 std::string GetPages(std::string_view pages) {
   PageList list;
-  for (std::size_t start = 0; start <= pages.size();) {
-    const std::size_t end = std::min(pages.find(';', start), pages.size());
-    AddPages(pages.substr(start, end - start), list);
-    start = end + 1;
-  }
+  for (const std::string_view item : Split(pages, ';')) AddPages(item, list);
   return std::move(list).Take();
 }
 

@@ -13,8 +13,8 @@ namespace oxaqrycln {
 // then the component error line is written and failed(error) is called first. Raises nothing, not even an error of
 // failed.
 template <typename Result, typename Body, typename Failed>
-Result Trap(const SessionLog& log, std::string_view routine, Result failure, Body&& body, Failed&& failed) {
-  Result result(std::move(failure));
+Result Trap(const SessionLog& log, std::string_view routine, const Result& failure, Body&& body, Failed&& failed) {
+  Result result(failure);
   try {
     body(result);
   } catch (...) {
@@ -29,8 +29,8 @@ Result Trap(const SessionLog& log, std::string_view routine, Result failure, Bod
 }
 
 template <typename Result, typename Body>
-Result Trap(const SessionLog& log, std::string_view routine, Result failure, Body&& body) {
-  return Trap(log, routine, std::move(failure), std::forward<Body>(body), [](const RuntimeError&) {});
+Result Trap(const SessionLog& log, std::string_view routine, const Result& failure, Body&& body) {
+  return Trap(log, routine, failure, std::forward<Body>(body), [](const RuntimeError&) {});
 }
 
 // For a routine without a result: body() is run.

@@ -1,5 +1,7 @@
 #include "userdb/definition_rows.h"
 
+#include <utility>
+
 #include "userdb/sql_values.h"
 #include "values/code_page.h"
 #include "values/errors.h"
@@ -17,7 +19,7 @@ std::string CoversArchive(const Connection& database, const Variant& channel, co
   return Covers("Channel", SqlText(database, channel)) + " AND " + Covers("Archive", SqlText(database, archive));
 }
 
-// A UNION of two plain lookups, because databases use an index for each of them but not for an OR of the two.
+// A UNION of two plain lookups, because databases use an index for each of the two but not for an OR of them.
 std::string DefinitionsOfUser(std::string_view table, std::string_view definitionColumn, const std::string& userId) {
   const std::string name(table);
   const std::string select = "SELECT " + name + "." + std::string(definitionColumn) + " FROM " + name;

@@ -17,12 +17,12 @@ namespace oxaqrycln {
 // Raises as SqlText does.
 std::string CoversArchive(const Connection& database, const Variant& channel, const Variant& archive);
 
-// A SELECT of the definitions that a table gives to a user himself or to a group he is a member of. The ID of the user
-// stands in it as it is.
+// A SELECT of the definitions that a table assigns to a user or to the groups of the user. The ID becomes a part of it
+// unchanged.
 std::string DefinitionsOfUser(std::string_view table, std::string_view definitionColumn, const std::string& userId);
 
-// Orders rows in the same way whatever the collation of the database. IDs: Null, then numbers by size, then texts by
-// character code; the last part is the text. Names: by the upper-case text, as the channel lists are, then by the text.
+// Keys that order rows independently of the database's collation. IDs: Null, then numbers by size, then texts by
+// character code; the last element is the text. Names: by the upper-case text, as channel lists are, then by the text.
 using IdKey = std::tuple<int, double, std::string>;
 using NameKey = std::tuple<std::string, std::string>;
 IdKey IdKeyOf(const Variant& id);

@@ -1,5 +1,10 @@
-// The definitions that restrict what a web user sees and searches, his own and those of his groups, one level deep.
+// The definitions that restrict what a web user sees and searches: those of the user and of the user's groups, not of
+// groups that contain groups.
+#include <cstdint>
 #include <set>
+#include <string>
+#include <tuple>
+#include <utility>
 
 #include "component/clsQuery.h"
 #include "component/query_state.h"
@@ -29,7 +34,7 @@ std::set<Condition> ReadConditions(QueryState& state, const std::string& user, c
 
 const std::string& TextOf(const IdKey& id) { return std::get<2>(id); }
 
-// A flag column holds 1, or True where the database has such a type.
+// A flag column contains 1, or True in databases with a Boolean type.
 bool IsOne(const Variant& flag) {
   if (flag.IsNull()) return false;
   return flag.type() == Variant::Type::Boolean ? flag.ToBoolean() : flag.ToDouble() == 1;

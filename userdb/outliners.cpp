@@ -1,7 +1,11 @@
 // Outliners: trees of predefined search values that pages offer their users.
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "component/clsQuery.h"
@@ -14,7 +18,7 @@
 namespace oxaqrycln {
 namespace {
 
-// What OutlinerNodes says of one level; without a row all is empty, and the level adds nothing to a search.
+// The row of a level in OutlinerNodes; a level without a row has empty texts and adds nothing to a search.
 struct Level {
   std::string fieldId;
   std::string description;
@@ -23,7 +27,7 @@ struct Level {
 };
 using Levels = std::map<std::int16_t, Level>;
 
-// The search setting is a text: blank, "False" or any spelling of the number 0 is 0; every other text is not.
+// The search setting is a text. Blank, "False" and every spelling of the number 0 count as 0, all other texts do not.
 bool IsNotZero(const Variant& setting) {
   if (setting.ToText().find_first_not_of(' ') == std::string::npos) return false;
   try {
@@ -58,7 +62,7 @@ std::string ChildrenOf(const std::string& outliner, const Variant& parent) {
   return "OutlinerID=" + outliner + " AND " + (isNone ? "(ParentID=0 OR ParentID IS NULL)" : "ParentID=" + id);
 }
 
-// How many children each of the nodes has that meet the condition; those without any are left out.
+// The number of children of each node that meets the condition; nodes without children are left out.
 std::map<std::int32_t, std::int32_t> CountChildren(QueryState& state, const std::string& outliner,
                                                    const std::string& condition) {
   const auto rows = state.Database().Execute(
@@ -70,7 +74,7 @@ std::map<std::int32_t, std::int32_t> CountChildren(QueryState& state, const std:
   return counts;
 }
 
-// The nodes that meet the condition, by content.
+// The nodes that meet the condition, in the order of their contents.
 std::vector<OutlinerNode> ReadNodes(QueryState& state, const std::string& outliner, const std::string& condition) {
   const Levels levels = ReadLevels(state, outliner);
   const auto counts = CountChildren(state, outliner, condition);
@@ -107,7 +111,7 @@ struct PathNode {
   std::string content;
 };
 
-// The node and its parents, up to the root. Ends, too, where a parent does not exist or belongs to another outliner.
+// The node and its parents, up to the root. Also ends at a parent that does not exist or belongs to another outliner.
 // Raises Invalid procedure call for parents that form a circle.
 std::vector<PathNode> PathToRoot(QueryState& state, const std::string& node) {
   std::vector<PathNode> path;

@@ -19,11 +19,12 @@ bool IsLetter(char character) noexcept {
 std::string SqlText(const Connection& database, const Variant& value) {
   const std::string text = value.ToText();
   if (text.find('\'') != std::string::npos || text.find('\0') != std::string::npos) {
-    throw RuntimeError(error::kInvalidProcedureCall, "A text for the database holds a quote or a NUL");
+    throw RuntimeError(error::kInvalidProcedureCall, "A text for the database contains a quote or a NUL");
   }
   if (text.find('\\') != std::string::npos && !database.TakesBackslashLiterally()) {
-    throw RuntimeError(error::kInvalidProcedureCall,
-                       "A text for the database holds a backslash, which this database takes as an escape character");
+    throw RuntimeError(
+        error::kInvalidProcedureCall,
+        "A text for the database contains a backslash, which this database takes as an escape character");
   }
   return "'" + text + "'";
 }
@@ -33,7 +34,7 @@ std::string SqlNumber(const Variant& value) {
   std::string_view digits = text;
   if (digits.starts_with('-') || digits.starts_with('+')) digits.remove_prefix(1);
   if (digits.empty() || !std::ranges::all_of(digits, IsDigit)) {
-    throw RuntimeError(error::kTypeMismatch, "A number for the database is no whole number");
+    throw RuntimeError(error::kTypeMismatch, "A value for the database is not a whole number");
   }
   return text;
 }
@@ -43,7 +44,7 @@ std::string SqlName(const Variant& value) {
   const bool isPlain = !name.empty() && IsLetter(name.front()) &&
                        std::ranges::all_of(name, [](char each) { return IsLetter(each) || IsDigit(each); });
   if (!isPlain) {
-    throw RuntimeError(error::kInvalidProcedureCall, "The name of a table or column is no plain identifier");
+    throw RuntimeError(error::kInvalidProcedureCall, "The name of a table or column is not a plain identifier");
   }
   return name;
 }

@@ -1,5 +1,6 @@
 // Web users: their accounts, logon and passwords.
-#include <optional>
+#include <cstdint>
+#include <string>
 
 #include "component/clsQuery.h"
 #include "component/query_state.h"
@@ -7,7 +8,7 @@
 #include "userdb/sql_values.h"
 #include "values/errors.h"
 
-// A parameter and a public variable are both laid down as strTELOUser; no method here uses the variable.
+// A parameter has the same name as the public variable strTELOUser, which no method here uses.
 #pragma GCC diagnostic ignored "-Wshadow"
 
 namespace oxaqrycln {
@@ -29,7 +30,7 @@ std::int32_t NextId(QueryState& state, const std::string& field, const std::stri
   return largest.IsNull() ? 1 : Variant(largest.ToDouble() + 1).ToLong();
 }
 
-// A stored password that cannot be decoded is nobody's, not even that of who gives none.
+// A stored password that fails to decode never matches, not even the empty one.
 bool IsStoredPassword(const QueryState& state, const Variant& stored, const Variant& given) {
   if (stored.IsNull() || given.IsNull()) return false;
   const std::string text = given.ToText();
@@ -48,13 +49,13 @@ Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd
     const bool hasAccount = !strTELOUser.IsMissing() && !strTELOPasswd.IsMissing();
     const std::string account =
         hasAccount ? ", " + SqlText(database, strTELOUser) + ", " + EncodedText(database, strTELOPasswd) : "";
-    const auto id = Trap(state.log, "GetNextDBObjectID", std::optional<std::int32_t>(),
-                         [&](std::optional<std::int32_t>& next) { next = NextId(state, "UserID", "Users"); });
-    if (!id) return;
+    const Variant id = Trap(state.log, "GetNextDBObjectID", Variant(),
+                            [&](Variant& next) { next = NextId(state, "UserID", "Users"); });
+    if (id.IsEmpty()) return;
     database.Execute("INSERT INTO Users(UserID,UserName,Passwd" +
-                     std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + std::to_string(*id) + ", " +
-                     user + ", " + password + account + ")");
-    result = Variant::Long(*id);
+                     std::string(hasAccount ? ",TELOUser,TELOPasswd" : "") + ") VALUES (" + id.ToText() + ", " + user +
+                     ", " + password + account + ")");
+    result = id;
   });
 }
 

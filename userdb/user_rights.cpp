@@ -1,4 +1,8 @@
-// What a web user may do, himself and through his groups, one level deep.
+// The rights of a web user: the user's own and those of the user's groups, not of groups that contain groups.
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "userdb/sql_values.h"
@@ -6,7 +10,7 @@
 namespace oxaqrycln {
 namespace {
 
-// The condition for the rows of a user and of the groups he is a member of.
+// The condition for the rows of a user and of the groups that the user is a member of.
 std::string OfUserAndGroups(const std::string& id) {
   return " WHERE (UserID=" + id + ") OR (UserID IN (SELECT GroupID FROM UserGroups WHERE UserID=" + id + "))";
 }
@@ -18,7 +22,7 @@ struct ListForm {
   char closing;
 };
 
-// An output that is built piece by piece and keeps what was built when an error comes; it may be left out.
+// An output, or none, that is built piece by piece and keeps its pieces when an error ends the method.
 class BuiltText {
  public:
   explicit BuiltText(Variant* output) : output_(output) { WriteText(output, ""); }

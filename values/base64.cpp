@@ -2,6 +2,7 @@
 
 #include <gpgrt.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -11,14 +12,14 @@ namespace {
 
 constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-// The library passes over what it does not know, so the form of a text is looked at before.
+// The library skips characters that it does not know, so the form of a text is checked first.
 bool IsBase64(std::string_view text) noexcept {
   if (text.size() % 4 != 0) return false;
   const std::string_view digits = text.substr(0, text.find('='));
   if (digits.find_first_not_of(kAlphabet) != std::string_view::npos || text.size() - digits.size() > 2) return false;
   if (digits.size() == text.size()) return true;
   if (text.back() != '=') return false;
-  // The bits of the last digit that stand for no byte are 0.
+  // The bits of the last digit that belong to no byte are 0.
   const std::size_t unused = text.size() - digits.size() == 2 ? 0xF : 0x3;
   return (kAlphabet.find(digits.back()) & unused) == 0;
 }
@@ -51,7 +52,7 @@ std::optional<std::string> DecodeBase64(std::string_view text) {
   std::size_t length = 0;
   const gpg_error_t failed = gpgrt_b64dec_proc(state, bytes.data(), bytes.size(), &length);
   gpgrt_b64dec_finish(state);
-  // The end of the data is told as one.
+  // The library reports the end of the data as an error.
   if (failed != 0 && gpg_err_code(failed) != GPG_ERR_EOF) return std::nullopt;
   bytes.resize(length);
   return bytes;

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace oxaqrycln {
 namespace {
 
-// The characters 0x80 to 0x9F in Unicode; the five undefined ones stand for themselves.
+// The characters 0x80 to 0x9F in Unicode; the five undefined ones keep their codes.
 constexpr std::array<std::uint16_t, 32> kUpperControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -41,7 +42,7 @@ constexpr Table MakeLower() {
 constexpr Table kUpper = MakeUpper();
 constexpr Table kLower = MakeLower();
 
-// Every character of the code page has one to three bytes in UTF-8; longer ones have no place in it anyway.
+// Every character of the code page has one to three bytes in UTF-8.
 struct Decoded {
   std::uint32_t code;
   std::size_t byteCount;  // 0: not well-formed
@@ -78,6 +79,12 @@ std::string UpperCase(std::string_view text) {
   std::string upper(text);
   for (char& c : upper) c = kUpper[static_cast<std::uint8_t>(c)];
   return upper;
+}
+
+bool PrecedesInUpperCase(std::string_view left, std::string_view right) noexcept {
+  return std::ranges::lexicographical_compare(left, right, [](char l, char r) {
+    return static_cast<std::uint8_t>(UpperCase(l)) < static_cast<std::uint8_t>(UpperCase(r));
+  });
 }
 
 std::string LowerCase(std::string_view text) {

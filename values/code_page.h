@@ -1,6 +1,6 @@
 // code_page.h - the Windows-1252 code page: its case mapping, and conversion from and to UTF-8.
-// Text inside the component is single-byte text of this code page; Unicode exists at the front doors only.
-// The five bytes it leaves undefined stand for the control characters of the same number.
+// Text inside the component is single-byte text of this code page; Unicode exists at the bindings only.
+// The five bytes that it leaves undefined are the control characters of the same number.
 #ifndef OXAQRYCLN_VALUES_CODE_PAGE_H_
 #define OXAQRYCLN_VALUES_CODE_PAGE_H_
 
@@ -14,15 +14,17 @@ namespace oxaqrycln {
 // The upper-case form of one character; a character without one stays.
 char UpperCase(char character) noexcept;
 std::string UpperCase(std::string_view text);
+// Whether left comes before right when the codes of their upper-case forms are compared.
+bool PrecedesInUpperCase(std::string_view left, std::string_view right) noexcept;
 // The lower-case form of a text; characters without one stay.
 std::string LowerCase(std::string_view text);
 
 std::uint32_t ToUnicode(char character) noexcept;
-// Nothing for a character that has no place in the code page.
+// Nothing for a character that the code page does not have.
 std::optional<char> FromUnicode(std::uint32_t code) noexcept;
 
 std::string ToUtf8(std::string_view text);
-// Nothing when the text is not well-formed UTF-8 or holds a character that has no place in the code page.
+// Nothing if the text is not well-formed UTF-8 or contains a character that the code page does not have.
 std::optional<std::string> FromUtf8(std::string_view utf8);
 
 }  // namespace oxaqrycln

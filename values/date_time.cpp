@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 
 #include "values/errors.h"
@@ -44,7 +45,7 @@ DateTime DateTime::FromDays(double days) {
   const double whole = std::trunc(days);
   const double second = std::round(std::fabs(days - whole) * static_cast<double>(kSecondsADay));
   const auto seconds = static_cast<std::int64_t>(whole) * kSecondsADay + static_cast<std::int64_t>(second);
-  // The last half second of the last day rounds up to the day behind it.
+  // The last half second of the last day rounds up to the following day.
   if (seconds >= kDayAfterLast * kSecondsADay) throw RuntimeError(error::kOverflow);
   return DateTime(seconds);
 }

@@ -1,4 +1,4 @@
-// date_time.h - a date and time of day in local time, to the second, as the automation rules count it.
+// date_time.h - a date and time of day in local time, to the second, counted as the automation rules do.
 // Knows nothing of time zones or of the machine's clock (see clock.h).
 #ifndef OXAQRYCLN_VALUES_DATE_TIME_H_
 #define OXAQRYCLN_VALUES_DATE_TIME_H_
@@ -27,8 +27,8 @@ class DateTime {
   constexpr DateTime() noexcept = default;
 
   static constexpr DateTime FromSeconds(std::int64_t seconds) noexcept { return DateTime(seconds); }
-  // From days since the zero date; the fraction is the time of day, also in front of the zero date. Rounded to the
-  // second. Raises Overflow outside the years 100 to 9999.
+  // From days since the zero date; the fraction is the time of day, also before the zero date. Rounded to the second.
+  // Raises Overflow outside the years 100 to 9999.
   static DateTime FromDays(double days);
   // Raises Invalid procedure call for a date or time that does not exist.
   static DateTime FromCivil(const CivilTime& civil);

@@ -76,7 +76,7 @@ RuntimeError CurrentError() noexcept {
     } catch (...) {
       return RuntimeError(error::kInternalError);
     }
-  } catch (...) {  // a description that found no memory; this one needs none
+  } catch (...) {  // no memory for the description; this one needs none
     return RuntimeError(error::kOutOfMemory);
   }
 }

@@ -57,8 +57,8 @@ class RuntimeError : public std::exception {
   std::string description_;
 };
 
-// To be called in a catch block: the exception in flight as a RuntimeError. Exhausted memory becomes 7, any other
-// foreign exception 51 with its own text.
+// To be called in a catch block: the current exception as a RuntimeError. Exhausted memory becomes 7, any other foreign
+// exception 51 with its own text.
 RuntimeError CurrentError() noexcept;
 
 }  // namespace oxaqrycln

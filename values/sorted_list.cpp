@@ -1,6 +1,7 @@
 #include "values/sorted_list.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "values/code_page.h"
 #include "values/errors.h"

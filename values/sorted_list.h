@@ -1,4 +1,4 @@
-// sorted_list.h - a list of texts that stays in ascending order, each text with a number beside it.
+// sorted_list.h - a list of texts in ascending order, each with a number.
 // Equal texts (by code page upper case) keep the order in which they were added.
 #ifndef OXAQRYCLN_VALUES_SORTED_LIST_H_
 #define OXAQRYCLN_VALUES_SORTED_LIST_H_

@@ -1,8 +1,15 @@
 #include "values/text_parts.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace oxaqrycln {
+
+TextCut Cut(std::string_view text, char separator) noexcept {
+  const std::size_t at = text.find(separator);
+  if (at == std::string_view::npos) return {text, {}, false};
+  return {text.substr(0, at), text.substr(at + 1), true};
+}
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
   std::vector<std::string_view> parts;

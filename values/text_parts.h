@@ -1,4 +1,4 @@
-// text_parts.h - cutting texts: the one way to split and to trim.
+// text_parts.h - cutting texts: the one way to cut, to split and to trim.
 #ifndef OXAQRYCLN_VALUES_TEXT_PARTS_H_
 #define OXAQRYCLN_VALUES_TEXT_PARTS_H_
 
@@ -7,6 +7,14 @@
 #include <vector>
 
 namespace oxaqrycln {
+
+// A text cut at its first separator. Without one, before is the whole text.
+struct TextCut {
+  std::string_view before;
+  std::string_view after;
+  bool hasSeparator;
+};
+TextCut Cut(std::string_view text, char separator) noexcept;
 
 // The parts of a text between its separators; none of the empty text. They refer to the text.
 std::vector<std::string_view> Split(std::string_view text, char separator);

@@ -1,10 +1,41 @@
 #include "values/variant.h"
 
 #include <array>
+#include <cstddef>
+#include <cstring>
 
 #include "values/errors.h"
 
 namespace oxaqrycln {
+namespace {
+
+// Copies the first and the last word of a text, which may overlap.
+template <typename Word>
+void CopyEnds(char* to, const char* from, std::size_t size) noexcept {
+  Word first;
+  Word last;
+  std::memcpy(&first, from, sizeof first);
+  std::memcpy(&last, from + size - sizeof last, sizeof last);
+  std::memcpy(to, &first, sizeof first);
+  std::memcpy(to + size - sizeof last, &last, sizeof last);
+}
+
+// std::memmove, whose call takes longer than the copy of a short text.
+void Copy(char* to, const char* from, std::size_t size) noexcept {
+  if (size > 16) {
+    std::memmove(to, from, size);
+  } else if (size >= 8) {
+    CopyEnds<std::uint64_t>(to, from, size);
+  } else if (size >= 4) {
+    CopyEnds<std::uint32_t>(to, from, size);
+  } else if (size >= 2) {
+    CopyEnds<std::uint16_t>(to, from, size);
+  } else if (size == 1) {
+    *to = *from;
+  }
+}
+
+}  // namespace
 
 Variant Variant::Null() noexcept {
   Variant null;
@@ -20,6 +51,15 @@ std::string_view Variant::TypeName() const noexcept {
 }
 
 void Variant::AssignText(std::string_view text) {
+  auto* const held = std::get_if<std::string>(&value_);
+  if (held != nullptr && held->size() == text.size()) {  // as in most columns of a list
+    Copy(held->data(), text.data(), text.size());
+  } else {
+    BecomeText(text);
+  }
+}
+
+void Variant::BecomeText(std::string_view text) {
   if (auto* const held = std::get_if<std::string>(&value_)) {
     held->assign(text);
   } else {

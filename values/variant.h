@@ -1,5 +1,5 @@
 // variant.h - the value that every parameter of a public method is: one of the automation types.
-// Text is single-byte text of the Windows-1252 code page and may hold any byte.
+// Text is single-byte text of the Windows-1252 code page and may contain any byte.
 // Conversions follow the automation rules; see each for the error it raises.
 #ifndef OXAQRYCLN_VALUES_VARIANT_H_
 #define OXAQRYCLN_VALUES_VARIANT_H_
@@ -16,7 +16,7 @@
 
 namespace oxaqrycln {
 
-// What a Variant may refer to: a thing of the host or of the object registry.
+// What a Variant may refer to: an object of the host or of the object registry.
 class Object {
  public:
   virtual ~Object() = default;
@@ -27,7 +27,7 @@ class Object {
   Object& operator=(const Object&) = default;
 };
 
-// Stands for an argument that the caller leaves out.
+// The type of an argument that the caller leaves out.
 struct MissingType {};
 
 class Variant {
@@ -63,7 +63,8 @@ class Variant {
 
   // Conversions. Empty is False, 0, "" and the zero date; True is -1. Text to number takes blanks around, a sign, a
   // fraction and an exponent. Fractions are rounded to the nearest whole number, halves to the even one.
-  // Raise Overflow for what does not fit, Type mismatch for what is no such value, Invalid use of Null for Null.
+  // Raise Overflow for a value that does not fit, Type mismatch for one that cannot be converted, Invalid use of Null
+  // for Null.
   bool ToBoolean() const;
   std::uint8_t ToByte() const;
   std::int16_t ToInteger() const;
@@ -71,10 +72,10 @@ class Variant {
   double ToDouble() const;
   DateTime ToDate() const;
 
-  // The text that concatenation makes of the value: "" for Empty and Null, "True" and "False", the shortest decimal
+  // The text of the value in a concatenation: "" for Empty and Null, "True" and "False", the shortest decimal
   // form of a number, the general form of a date. Raises Type mismatch for Missing, byte arrays and objects.
   std::string ToText() const;
-  // The same without a copy for a String: the view is of this value or of scratch, and as short-lived as they are.
+  // The same without a copy for a String: a view of this value or of scratch.
   std::string_view TextView(std::string& scratch) const;
 
   // The object referred to; raises Type mismatch for another type and Object variable not set for no object.
@@ -89,6 +90,8 @@ class Variant {
   friend bool operator==(const Variant& left, const Variant& right) noexcept;
 
  private:
+  void BecomeText(std::string_view text);
+
   struct NullType {};
   // In the order of Type.
   std::variant<std::monostate, NullType, MissingType, bool, std::uint8_t, std::int16_t, std::int32_t, double, DateTime,

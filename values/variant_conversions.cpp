@@ -1,47 +1,31 @@
-// What the automation rules make of a value of another type.
-#include <algorithm>
+// Conversions between types by the automation rules.
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <limits>
+#include <locale>
 #include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 #include "values/code_page.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 #include "values/variant.h"
 
 namespace oxaqrycln {
 namespace {
 
+constexpr std::string_view kBlanks = " \t";
+
 [[noreturn]] void Mismatch() { throw RuntimeError(error::kTypeMismatch); }
 
-std::string_view WithoutBlanks(std::string_view text) noexcept {
-  constexpr std::string_view kBlanks = " \t";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// Whether a decimal number without a sign is 1 or more. Its exponent may be too large for any number of the machine.
-bool IsOneOrMore(std::string_view text) noexcept {
-  const std::size_t end = std::min(text.find_first_of("eE"), text.size());
-  const std::string_view digits = text.substr(0, end);
-  const std::size_t first = digits.find_first_of("123456789");
-  if (first == std::string_view::npos) return false;
-  const std::size_t point = std::min(digits.find('.'), digits.size());
-  // So many places the first digit that counts stands before the point; none or fewer are behind it.
-  const auto places = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + (first > point ? 1 : 0);
-  std::string_view exponent = text.substr(std::min(end + 1, text.size()));
-  const bool negative = exponent.starts_with('-');
-  if (negative || exponent.starts_with('+')) exponent.remove_prefix(1);
-  std::int64_t moved = 0;
-  if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), moved).ec == std::errc::result_out_of_range) {
-    return !negative;
-  }
-  return negative ? places > moved : places > -moved;
-}
-
 double TextToDouble(std::string_view text) {
-  text = WithoutBlanks(text);
+  text = Trimmed(text, kBlanks);
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   // Only plain decimal numbers: no second sign, no "inf", no "nan".
@@ -50,7 +34,10 @@ double TextToDouble(std::string_view text) {
   const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (end != text.data() + text.size() || failed == std::errc::invalid_argument) Mismatch();
   if (failed == std::errc::result_out_of_range) {
-    if (IsOneOrMore(text)) throw RuntimeError(error::kOverflow);  // too large; too small is nothing
+    // Too large or too small? A stream fails only on the former; the latter is 0.
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    if (!(stream >> value)) throw RuntimeError(error::kOverflow);
     value = 0;
   }
   return negative ? -value : value;
@@ -90,7 +77,7 @@ std::string DoubleToText(double value) {
 }  // namespace
 
 std::int32_t TextToLong(std::string_view text) {
-  text = WithoutBlanks(text);
+  text = Trimmed(text, kBlanks);
   std::int32_t value = 0;
   const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (failed == std::errc() && end == text.data() + text.size()) return value;
@@ -127,7 +114,7 @@ double Variant::ToDouble() const {
 
 bool Variant::ToBoolean() const {
   if (const auto* text = std::get_if<std::string>(&value_)) {
-    const std::string upper = UpperCase(WithoutBlanks(*text));
+    const std::string upper = UpperCase(Trimmed(*text, kBlanks));
     if (upper == "TRUE") return true;
     if (upper == "FALSE") return false;
   }
@@ -143,7 +130,7 @@ std::int32_t Variant::ToLong() const { return Rounded<std::int32_t>(ToDouble());
 DateTime Variant::ToDate() const {
   if (const auto* date = std::get_if<DateTime>(&value_)) return *date;
   if (const auto* text = std::get_if<std::string>(&value_)) {
-    if (const auto date = TextToDate(std::string(WithoutBlanks(*text)))) return *date;
+    if (const auto date = TextToDate(std::string(Trimmed(*text, kBlanks)))) return *date;
   }
   return DateTime::FromDays(ToDouble());
 }

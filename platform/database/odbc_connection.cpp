@@ -17,8 +17,6 @@ namespace {
 constexpr std::int32_t kOpen = 1;
 constexpr std::int32_t kAlreadyOpen = 3705;
 constexpr std::int32_t kNotOpen = 3704;
-// How long to wait for a file that another program has locked; SQLite's driver would wait for minutes.
-constexpr const char* kSqliteTimeout = "Timeout=2000";  // milliseconds
 // A letter of the code page's upper half and one that has another code in Unicode; then a backslash before a letter
 // that forms no escape sequence in any database.
 constexpr std::string_view kLetters = "\xE4\x80";
@@ -29,7 +27,7 @@ SQLPOINTER AsPointer(std::chrono::seconds value) noexcept {
 }
 
 // A DSN entry may name SQLite's driver too; other drivers ignore attributes that they do not know.
-std::string WithShortLocks(const std::string& odbc) {
+std::string WithLockLimit(const std::string& odbc, std::chrono::milliseconds limit) {
   bool maySqlite = false;
   for (const auto& [name, value] : ConnectionAttributes(odbc)) {
     const std::string upper = UpperCase(name);
@@ -37,7 +35,7 @@ std::string WithShortLocks(const std::string& odbc) {
     maySqlite =
         maySqlite || upper == "DSN" || (upper == "DRIVER" && UpperCase(value).find("SQLITE") != std::string::npos);
   }
-  return maySqlite ? odbc + (odbc.ends_with(';') ? "" : ";") + kSqliteTimeout : odbc;
+  return maySqlite ? odbc + (odbc.ends_with(';') ? "" : ";") + "Timeout=" + std::to_string(limit.count()) : odbc;
 }
 
 // A driver may quote the statement or the row that failed; both may contain passwords.
@@ -157,7 +155,7 @@ class OdbcConnection final : public Connection {
 
   void Open(std::string_view connectionString) override {
     if (session_ != nullptr) throw RuntimeError(kAlreadyOpen, "The connection is open already");
-    const std::string odbc = WithShortLocks(OdbcConnectionString(connectionString));
+    const std::string odbc = WithLockLimit(OdbcConnectionString(connectionString), limits_.lock);
     const auto session = std::make_shared<Session>(limits_);
     try {
       InTime([session, odbc] { session->Open(odbc); }, limits_.logon + limits_.grace);

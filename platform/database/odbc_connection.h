@@ -16,6 +16,9 @@ struct OdbcLimits {
   std::chrono::seconds logon{15};
   std::chrono::seconds statement{30};
   std::chrono::seconds grace{5};
+  // For an SQLite file that another program has locked, unless the connection string has a Timeout of its own; the
+  // driver itself would wait for minutes.
+  std::chrono::milliseconds lock{2000};
 };
 
 // A closed connection. Open takes the strings of connection_string.h. The rows of a query are read whole by Execute, so

@@ -7,7 +7,7 @@ namespace {
 
 const Variant kUntouched = "untouched";
 
-TEST(Channels, ComeSortedAndSplitAtTheirFirstComma) {
+TEST(Channels, AreSortedAndSplitAtTheFirstComma) {
   WithAnswer({"Mail,Incoming, all", "alpha", "Beta,b"}, [](Page& page) {
     Variant status = kUntouched;
     EXPECT_EQ(page.query.TELOGetChannelsInit(&status), Variant::Long(3));
@@ -24,7 +24,7 @@ TEST(Channels, ComeSortedAndSplitAtTheirFirstComma) {
   });
 }
 
-TEST(Archives, ComeSortedAndWholeAndFormatsInTheServersOrder) {
+TEST(Archives, AreSortedWholeLinesAndFormatsKeepTheServersOrder) {
   WithAnswer({"b,x", "A,y"}, [](Page& page) {
     EXPECT_EQ(page.query.TELOGetAllArchivesInit(), Variant::Long(2));
     EXPECT_EQ(page.query.TELOGetAllArchivesNext(), "A,y");
@@ -48,7 +48,7 @@ TEST(Lists, ReportTheServersErrorAndEmptyTheBuffer) {
   });
 }
 
-TEST(ExtendedArchives, AreWalkedChannelByChannelAndAgain) {
+TEST(ExtendedArchives, AreWalkedChannelByChannelRepeatedly) {
   WithAnswer({"#Mail,Letters, in", "In,open", "Out", "#Empty,none", "#Last,one", "Only,x"}, [](Page& page) {
     clsQuery& query = page.query;
     EXPECT_EQ(query.TELOGetAllArchivesExtInit(), Variant::Long(3));
@@ -94,7 +94,7 @@ TEST(ExtendedArchives, FailThroughTheirHandlersAtTheEndAndWithoutAComma) {
   });
 }
 
-TEST(ArchiveProperties, HandOnTheFieldsAsText) {
+TEST(ArchiveProperties, AreReturnedAsText) {
   WithAnswers({Answer({"1,0,,x,index"}), Answer({}), Answer({"1,0,1"})}, [](Page& page) {
     Variant create;
     Variant edit;

@@ -11,23 +11,7 @@
 namespace oxaqrycln::testing {
 namespace {
 
-TEST(FetchedFiles, AreAskedForByTheirCommandWords) {
-  WithAnswer({"12", "f.txt"}, [](Page& page) {
-    page.query.strBlobPathRemote = "\\\\srv\\blobs";
-    page.query.TELOGetSegmentData("M", "A", "1", "2", 3);
-    EXPECT_EQ(page.LastCommand(), "^GetSegmentData^,^M^,^A^,^1^,^2^,^3^,^\\\\srv\\blobs^");
-    page.query.TELOGetSegmentFirstBLOB("M", "A", "1", "2");
-    EXPECT_EQ(page.LastCommand(), "^GetSegmentFirstBLOB^,^M^,^A^,^1^,^2^,^^,^\\\\srv\\blobs^");
-    page.query.TELOGetSegmentFirstBLOB("M", "A", "1", "2", "pdf");
-    EXPECT_EQ(page.LastCommand(), "^GetSegmentFirstBLOB^,^M^,^A^,^1^,^2^,^pdf^,^\\\\srv\\blobs^");
-    page.query.TELOGetSegmentMultiTIF("M", "A", "1", "2", "1;4-6");
-    EXPECT_EQ(page.LastCommand(), "^GetSegmentMultiTIF^,^M^,^A^,^1^,^2^,^1,4,5,6^,^\\\\srv\\blobs^");
-    page.query.TELOGetSegmentPrintfile("M", "A", "1", "2", 7);
-    EXPECT_EQ(page.LastCommand(), "^GetSegmentPrintfile2^,^M^,^A^,^1^,^2^,^7^,^\\\\srv\\blobs^");
-  });
-}
-
-TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
+TEST(FetchedFiles, AreReportedWithoutAPathAfterTheirExtensionWasChanged) {
   struct Case {
     const char* name;
     const char* sent;
@@ -59,19 +43,6 @@ TEST(FetchedFiles, AreNamedBareAfterTheirExtensionWasChanged) {
       for (const char* other : {"folder.tif", "pipe.tif", "null.tif"}) EXPECT_TRUE(page.blobs.Has(other)) << other;
     });
   }
-}
-
-TEST(FetchedFiles, MissingInTheAnswerLeaveTheOutputsExceptForPages) {
-  WithAnswer({"12"}, [](Page& page) {
-    Variant name = "kept";
-    Variant length = "kept";
-    EXPECT_EQ(page.query.TELOGetSegmentData("M", "A", "1", "2", 3, &name, &length), Variant::Long(1));
-    EXPECT_EQ(name, Variant("kept"));
-    EXPECT_EQ(length, Variant("kept"));
-    EXPECT_EQ(page.query.TELOGetSegmentMultiTIF("M", "A", "1", "2", "1", &name, &length), Variant::Long(1));
-    EXPECT_EQ(name, Variant(""));
-    EXPECT_EQ(length, Variant::Long(0));
-  });
 }
 
 struct Transfer {
@@ -121,7 +92,7 @@ TEST(Transfer, ReplacesAnOlderFileOrLeavesItUnharmed) {
   }
 }
 
-TEST(Transfer, ReplacesALinkAndNotWhatItLeadsTo) {
+TEST(Transfer, ReplacesALinkAndNotItsTarget) {
   WithAnswers({"new"}, [](Page& page) {
     const TemporaryDirectory elsewhere;
     elsewhere.Write("real", "old");
@@ -173,7 +144,7 @@ TEST(Transfer, ToAFullDiskEndsAtOnceAndLeavesNothing) {
   });
 }
 
-TEST(FetchedFiles, APageListThatIsRefusedSendsNoRequest) {
+TEST(FetchedFiles, AreNotRequestedWithAPageListThatIsRefused) {
   WithAnswer({"12", "f.tif"}, [](Page& page) {
     Variant status = "kept";
     EXPECT_EQ(page.query.TELOGetSegmentMultiTIF("M", "A", "1", "2", "1-9999999", nullptr, nullptr, &status), kFailed);

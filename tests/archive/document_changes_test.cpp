@@ -5,7 +5,7 @@
 namespace oxaqrycln::testing {
 namespace {
 
-TEST(ImportFile, DescribesADocumentBehindWhatTheFileHolds) {
+TEST(ImportFile, IsContinuedWithTheDescriptionOfADocument) {
   struct Case {
     const char* name;
     const char* types;

@@ -34,7 +34,7 @@ TEST(DocumentInfo, ConvertsTheFieldsOfTheFirstLine) {
               });
 }
 
-TEST(SegmentDescriptions, AreTextWhateverTheirNamesSay) {
+TEST(SegmentDescriptions, AreAllText) {
   const Output outputs[] = {{"intFeldID", "7"},    {"lngTextLaenge", "70000"}, {"intTrefferZahl", "2"},
                             {"lngNCILaenge", "0"}, {"strExt", "txt"},          {"intFeldTyp", "1"},
                             {"strFeldtitel", "T"}, {"strDateiname", "f.txt"},  {"intStatus", "3"},

@@ -124,7 +124,7 @@ TEST_P(UploadedForm, StoresItsFirstFileWhateverTheSizeOfThePieces) {
 
 INSTANTIATE_TEST_SUITE_P(Pieces, UploadedForm, ::testing::Values(1, 7, 1U << 20U));
 
-TEST(UploadFile, PutsThePrefixInFrontAndReplacesAnOlderFile) {
+TEST(UploadFile, PrependsThePrefixAndReplacesAnOlderFile) {
   WithAnswer({}, [](Page& page) {
     const auto upload = [&](const Variant& prefix, const char* content) {
       page.query.OnStartPage(PageWithForm(FileForm(content)));
@@ -153,7 +153,7 @@ void CloseFilesIn(const std::string& directory) {
   }
 }
 
-TEST(UploadFile, ThatCannotBeClosedOrReplaceADirectoryLeavesWhatWasThere) {
+TEST(UploadFile, ThatFailsAtTheEndChangesNothing) {
   for (const bool isDirectory : {false, true}) {
     WithAnswer({}, [&](Page& page) {
       if (isDirectory) std::filesystem::create_directory(page.blobs.File("a.pdf"));
@@ -171,7 +171,7 @@ TEST(UploadFile, ThatCannotBeClosedOrReplaceADirectoryLeavesWhatWasThere) {
   }
 }
 
-TEST(UploadFile, OfOneNameAtOnceStoresBothWholeTheLastToEndStays) {
+TEST(UploadFile, OfTheSameNameAtTheSameTimeStoresTheLastToEnd) {
   WithAnswer({}, [](Page& page) {
     clsQuery other;
     other.strBlobPathLocal = page.blobs.path();
@@ -220,7 +220,7 @@ ScriptedServer::Script AnswersUpload(const std::string& answer) {
   };
 }
 
-TEST(TELOUploadFile, TellsWhatTheServerRefusedAndWhatIsMissing) {
+TEST(TELOUploadFile, ReportsRefusalsAndMissingFiles) {
   InOwnThread([] {
     Page page({AnswersUpload(Framed("Status: No room")),
                [](Peer& peer) {  // closes at once, so that the file cannot be sent to its end

@@ -7,7 +7,7 @@ namespace {
 
 Variant Search(clsQuery& query) { return query.TELOQueryArchiveInit("word", 10, 100, "", ""); }
 
-TEST(HitListPrinting, SendsTheRowsOfTheLastQueryFromTheTitlesOn) {
+TEST(HitListPrinting, SendsTheRowsOfTheLastQueryWithTheTitles) {
   const std::string rows =
       "^Reference^,^Document^,^Version^,^Title^\r\n^$(#M)\\A^,^1^,^2^,^\xC4pfel^\r\n^$(#M)\\B^,^3^,^4^,^^";
   WithAnswers({Answer({"2", "10=Title", "0", "^0^,^0^,^0^,^0^", rows}), Answer({"fine"}), Framed("Status: Sorry\r\n"),
@@ -24,7 +24,7 @@ TEST(HitListPrinting, SendsTheRowsOfTheLastQueryFromTheTitlesOn) {
               });
 }
 
-TEST(HitListPrinting, AsksForNothingWithoutATitleRow) {
+TEST(HitListPrinting, SendsNoRequestWithoutATitleRow) {
   for (const bool hasQueried : {false, true}) {
     WithAnswer({"0", "", "0", "^0^"}, [&](Page& page) {
       if (hasQueried) Search(page.query);

@@ -71,7 +71,7 @@ class PlainSort {
   std::size_t column_ = 0;
 };
 
-TEST(HitListSort, FollowsThePlainRulesForAnyListAndAnyCalls) {
+TEST(HitListSort, AgreesWithAPlainSortForAnyListAndAnyCalls) {
   std::mt19937 random(1187);
   const auto below = [&](std::size_t limit) { return static_cast<int>(random() % limit); };
   for (int round = 0; round < 40; ++round) {
@@ -159,7 +159,7 @@ TEST(HitListSort, RefusesColumnsThatTheTitleRowLacksAndHitsThatTheListLacks) {
       });
 }
 
-TEST(HitListSort, OutlivesEveryOtherRequestAndLeavesTheQueriesRowsAlone) {
+TEST(HitListSort, IsIndependentOfOtherRequestsAndOfTheQuerysRows) {
   WithAnswers({HitAnswer({kText}, {Row("1", {"a"}), Row("2", {"b"}), Row("3", {"c"})}), Answer({"Mail,x", "Alpha,y"}),
                Framed("Status: No hits\r\n"), Answer({"7", "", "0"})},
               [](Page& page) {
@@ -211,7 +211,7 @@ TEST(HitListSort, ReadsRowsAsTheQueryDoes) {
               ElementsAre(rows[0], rows[1], rows[2], rows[7], rows[4], rows[3], rows[5], rows[6]));
 }
 
-TEST(HitLinesSort, KeepsItsOwnLinesPlaceAndDirection) {
+TEST(HitLinesSort, HasItsOwnLinesPositionAndDirection) {
   const std::string given = Lines({kNumber}, {Row("1", {"9"}), Row("2", {"10"})});
   WithAnswers({HitAnswer({kText}, {Row("7", {"x"})})}, [&](Page& page) {
     clsQuery& query = page.query;

@@ -24,7 +24,7 @@ TEST(Notes, AreJoinedFromTheirLines) {
               });
 }
 
-TEST(Notes, AreWrittenCutAndDeleted) {
+TEST(Notes, AreShortenedWhenWrittenAndAreDeleted) {
   WithAnswers({Answer({}), Answer({}), Framed("Status: Locked")}, [](Page& page) {
     Variant status;
     EXPECT_EQ(page.query.TELOWriteNote("M", "A", "1", "2", std::string(8000, 'n') + "x", Missing, &status),
@@ -38,7 +38,7 @@ TEST(Notes, AreWrittenCutAndDeleted) {
   });
 }
 
-TEST(Masks, AreWalkedFieldByFieldAndOnceMore) {
+TEST(Masks, AreWalkedFieldByFieldRepeatedly) {
   const Output first[] = {{"lngTabIndex", "1"},   {"lngWidth", "20"},      {"strAlign", "left"}, {"strName", "Title"},
                           {"blnMandatory", "-1"}, {"strInitText", "init"}, {"blnListOnly", "0"}, {"strList", "a;b"}};
   WithAnswer({"stray", "@First", Fields(first), "^2^,^5^,^right^,^Date^,^0^,^^,^1^,^^", "@Empty", "@Last", "^short^"},
@@ -71,7 +71,7 @@ TEST(Masks, AreWalkedFieldByFieldAndOnceMore) {
              });
 }
 
-TEST(Masks, OfAnAnswerAreFoundAfterOneWithoutAny) {
+TEST(Masks, AreFoundAfterAnAnswerWithoutAny) {
   WithAnswers({Answer({"no mask", "none here"}), Answer({"@First", "^1^", "^2^"})}, [](Page& page) {
     EXPECT_EQ(page.query.TELOGetMasksInit("M", "A"), Variant::Long(0));
     EXPECT_EQ(page.query.TELOGetMasksNext(), kFailed);

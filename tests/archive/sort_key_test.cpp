@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "support/text_helpers.h"
 #include "tests/archive/hit_lines.h"
 #include "tests/support/page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::testing {
 namespace {
 
-TEST(SortKeys, PutTheirColumnInOrder) {
+TEST(SortKeys, OrderTheirColumn) {
   struct Case {
     const char* name;
     const char* flag;
@@ -71,7 +71,7 @@ TEST(SortKeys, PutTheirColumnInOrder) {
   }
 }
 
-TEST(SortKeys, WhatIsNoDateOrNumberComesBeforeAllThatAre) {
+TEST(SortKeys, PutOtherTextsBeforeDatesAndNumbers) {
   struct Case {
     const char* name;
     const char* flag;

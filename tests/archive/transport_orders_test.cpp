@@ -36,7 +36,7 @@ TEST(TransportOrders, AreWalkedInTheServersOrder) {
       });
 }
 
-TEST(TransportOrders, ALineWithFewerThanFourFieldsIsAnErrorThatStaysInPlace) {
+TEST(TransportOrders, AreNotPassedWhenALineHasFewerThanFourFields) {
   struct Case {
     const char* name;
     const char* line;
@@ -62,7 +62,7 @@ TEST(TransportOrders, ALineWithFewerThanFourFieldsIsAnErrorThatStaysInPlace) {
   }
 }
 
-TEST(TransportOrders, MayBeNoneGetAnotherStatusOrBeRefused) {
+TEST(TransportOrders, MayBeMissingChangedOrRefused) {
   WithAnswers({Answer({}), Answer({}), Answer({}), Framed("Status: No such order\r\n")}, [](Page& page) {
     clsQuery& query = page.query;
     Variant status = "kept";

@@ -1,9 +1,9 @@
 #include <string>
 #include <tuple>
 
-#include "support/text_helpers.h"
 #include "tests/support/page.h"
 #include "tests/support/test_database.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::testing {
 namespace {
@@ -17,7 +17,7 @@ const std::string kDocumentRights = std::string(kUsers) + R"(
   INSERT INTO UserDocRights VALUES (1,1), (1,9), (10,9), (11,9), (10,2), (11,3), (11,20), (12,30);
   INSERT INTO DocRightFields SELECT DocRightID, 10, '=', 'v', 'TXT', 1 FROM DocRights)";
 
-TEST_P(Definitions, OfDocumentRightsAreThoseOfTheUserAndOfTheGroupsOneLevelDeepForTheArchive) {
+TEST_P(Definitions, OfDocumentRightsIncludeThoseOfTheUsersGroups) {
   const TestDatabase database(GetParam(), true, kDocumentRights);
   WebPage page(database);
   using Case = std::tuple<const char*, Variant, const char*, const char*, std::string>;
@@ -42,7 +42,7 @@ TEST_P(Definitions, OfDocumentRightsAreThoseOfTheUserAndOfTheGroupsOneLevelDeepF
   }
 }
 
-TEST_P(Definitions, OfDocumentRightsAreALineForEachConditionByDefinitionAndGrade) {
+TEST_P(Definitions, OfDocumentRightsAreALineForEachConditionOrderedByDefinitionAndGrade) {
   const TestDatabase database(GetParam(), true, std::string(kUsers) + R"(
     INSERT INTO DocRights VALUES (20,'',''), (9,'','');
     INSERT INTO UserDocRights VALUES (1,20), (1,9);
@@ -85,7 +85,7 @@ TEST_P(Definitions, OfSearchRightsThatApplyGiveTheirFields) {
   }
 }
 
-TEST_P(Definitions, OfOthersMayHoldNullsTextsAndTruthValues) {
+TEST_P(Definitions, MayContainNullsTextsAndBooleans) {
   const TestDatabase database(GetParam(), false, R"(
     CREATE TABLE UserGroups (UserID INTEGER, GroupID INTEGER);
     CREATE TABLE UserDocRights (UserID INTEGER, DocRightID INTEGER);
@@ -127,7 +127,7 @@ void ExpectFailure(clsQuery& query, const Variant& user, const Variant& channel,
   for (const Variant& output : outputs) EXPECT_EQ(output, Variant(""));
 }
 
-TEST_P(Definitions, AreNotReadForWhatCouldChangeAStatement) {
+TEST_P(Definitions, AreNotReadForValuesThatCouldChangeAStatement) {
   const TestDatabase database(GetParam(), true, kDocumentRights);
   WebPage page(database);
   for (const Variant& id : {Variant("1 OR 1=1"), Variant("1) OR (1=1"), Variant(""), Variant::Null()}) {
@@ -141,7 +141,7 @@ TEST_P(Definitions, AreNotReadForWhatCouldChangeAStatement) {
   EXPECT_EQ(page.Log().find("-2147467259"), std::string::npos) << "the database saw a statement: " << page.Log();
 }
 
-TEST(DefinitionsInSqlite, ThatCannotBeReadToTheEndGiveNothing) {
+TEST(DefinitionsInSqlite, ThatCannotAllBeReadGiveNothing) {
   const TestDatabase database(Kind::Sqlite, true, R"(
     INSERT INTO DocRights VALUES (1,'','');
     INSERT INTO UserDocRights VALUES (1,1);

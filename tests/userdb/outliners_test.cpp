@@ -43,7 +43,7 @@ std::string Walk(clsQuery& query) {
   return text + "without an end";
 }
 
-TEST_P(Outliners, AreListedByNameForTheArchivesTheyAreOfferedFor) {
+TEST_P(Outliners, AreListedByNameForTheirArchives) {
   const TestDatabase database(GetParam(), true,
                               "INSERT INTO Outliner VALUES (1,'\xC4pfel'), "
                               R"((2,'birnen'),
@@ -93,7 +93,7 @@ TEST_P(Outliners, AreWalkedNodeByNode) {
   EXPECT_EQ(query.GetOutlinerContentNext(), "2025");  // without outputs
 }
 
-TEST_P(Outliners, StayBesideWhatQueryServersAnswer) {
+TEST_P(Outliners, AreIndependentOfTheResponseBuffer) {
   const TestDatabase database(GetParam(), true, kTree);
   WithAnswer({"Finance,Money", "Mail,Letters"}, [&](Page& page) {
     clsQuery& query = page.query;
@@ -127,7 +127,7 @@ TEST_P(Outliners, KeepWhichNodesAreExpanded) {
   EXPECT_TRUE(page.Failed("UpdateOutlinerContent", "5 - There is no such outliner node")) << page.Log();
 }
 
-TEST_P(Outliners, BecomeASearchFromTheRootDown) {
+TEST_P(Outliners, AreConvertedIntoASearchFromTheRootDown) {
   const TestDatabase database(GetParam(), true, kTree);
   WebPage page(database);
   using Case = std::tuple<const char*, Variant, const char*>;
@@ -145,7 +145,7 @@ TEST_P(Outliners, BecomeASearchFromTheRootDown) {
   EXPECT_EQ(page.Log().find("-2147467259"), std::string::npos) << page.Log();
 }
 
-TEST_P(Outliners, QuoteInASearchWhatCouldBeReadAsSyntax) {
+TEST_P(Outliners, QuoteValuesThatCouldBeReadAsSyntax) {
   const TestDatabase database(GetParam(), true, R"(
     INSERT INTO Outliner VALUES(1,'o');
     INSERT INTO OutlinerContent VALUES(1,1,1,NULL,'',0);
@@ -179,7 +179,7 @@ TEST_P(Outliners, QuoteInASearchWhatCouldBeReadAsSyntax) {
   }
 }
 
-TEST_P(Outliners, WhoseParentsFormACircleFailAndDeepOnesDoNot) {
+TEST_P(Outliners, WithCircularParentsFailAndDeepOnesDoNot) {
   const TestDatabase database(GetParam(), true, R"(
     INSERT INTO Outliner VALUES(1,'o');
     INSERT INTO OutlinerNodes VALUES(1,1,7,'d','NUM','1');
@@ -200,7 +200,7 @@ TEST_P(Outliners, WhoseParentsFormACircleFailAndDeepOnesDoNot) {
   EXPECT_EQ(query.GetOutlinerContentInit(1, 1), Variant::Long(1)) << page.Log();  // a level is no walk
 }
 
-TEST_P(Outliners, OfOthersMayHoldNullsZeroParentsAndLostNodes) {
+TEST_P(Outliners, MayContainNullsZeroParentsAndLostNodes) {
   const TestDatabase database(GetParam(), false, R"(
     CREATE TABLE Outliner (ID INTEGER, DisplayName VARCHAR(50));
     CREATE TABLE OutlinerArchives (OutlinerID INTEGER, Channel VARCHAR(50), Archive VARCHAR(50));
@@ -231,7 +231,7 @@ TEST_P(Outliners, OfOthersMayHoldNullsZeroParentsAndLostNodes) {
   EXPECT_TRUE(page.Failed("GetOutlinerContentInit", "6 - ")) << page.Log();
 }
 
-TEST_P(Outliners, FailWithNothingLoaded) {
+TEST_P(Outliners, LoadNothingWhenTheyFail) {
   const TestDatabase database(GetParam(), true, kTree);
   WebPage page(database);
   clsQuery& query = page.query;

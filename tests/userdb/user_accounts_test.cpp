@@ -87,7 +87,7 @@ TEST_P(UserAccounts, ChangeTheirPasswordsAndFlags) {
   EXPECT_EQ(query.GetUserChangePasswd(3, &flag), Variant::Long(0));  // another user's stays
 }
 
-TEST_P(UserAccounts, ReportNoPasswordThatTheDatabaseRefusedAndTheLogDoesNotShowIt) {
+TEST_P(UserAccounts, ReportARefusedPasswordChangeWithoutLoggingThePassword) {
   const TestDatabase database(GetParam());
   WebPage page(database);
   page.query.WriteUserToDB("anna", "OldSecret");
@@ -113,7 +113,7 @@ TEST_P(UserAccounts, KeepCodePageTextAsUnicode) {
   EXPECT_EQ(database.Run(hex), Variant("4DC3BC6C6C6572205C20E282AC20255F223B202D2D"));
 }
 
-TEST_P(UserAccounts, RefuseWhatCouldChangeAStatement) {
+TEST_P(UserAccounts, RefuseValuesThatCouldChangeAStatement) {
   const TestDatabase database(GetParam());
   WebPage page(database);
   clsQuery& query = page.query;
@@ -159,7 +159,7 @@ TEST_P(UserAccounts, FailThroughTheirHandlersWithoutTables) {
   }
 }
 
-TEST_P(UserAccounts, CreatedAtOnceGetIdsOfTheirOwnOrNone) {
+TEST_P(UserAccounts, CreatedAtTheSameTimeGetDifferentIdsOrNone) {
   const TestDatabase database(GetParam());
   std::atomic<int> created = 0;
   std::vector<std::thread> threads;
@@ -197,14 +197,16 @@ TEST_P(UserAccounts, FailWithoutADatabaseAndOnOneThatThePageClosed) {
 
 TEST(LockedSqliteFile, EndsInAnError) {
   const TestDatabase database(Kind::Sqlite);
+  RegisterObject("ADODB.Connection", [] { return MakeOdbcConnectionWith({.lock = std::chrono::milliseconds(20)}); });
   WebPage page(database);
-  // By an entry of the driver manager, too.
+  // Through an entry of the driver manager, too.
   const TemporaryDirectory entries;
   const std::string path = database.connectionString().substr(database.connectionString().rfind('=') + 1);
   entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" + path);
   dlopen("libodbcinst.so.2", RTLD_LAZY);  // stays, or a leak checker takes its cache of entries for lost
   setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
   WebPage other("DSN=Web");
+  RegisterObject("ADODB.Connection", MakeOdbcConnection);
   ASSERT_TRUE(other.initialised) << other.Log();
   const auto locker = database.Connect();
   locker->Execute("BEGIN EXCLUSIVE");
@@ -246,7 +248,7 @@ TEST(BackslashAsEscape, IsRefusedWhereItWouldHideTheEndOfAText) {
     EXPECT_EQ(query.WriteUserToDB("x\\", "", ", NULL, NULL, NULL); DELETE FROM Users; --", "p"), id(3));
     EXPECT_EQ(query.ChangePasswd("x\\", "p", "q"), Variant::Integer(0));
     EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(isRefused ? 1 : 3));
-    EXPECT_EQ(page.Failed("WriteUserToDB", "5 - A text for the database holds a backslash"), isRefused);
+    EXPECT_EQ(page.Failed("WriteUserToDB", "5 - A text for the database contains a backslash"), isRefused);
   }
 }
 

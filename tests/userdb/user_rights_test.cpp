@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "support/text_helpers.h"
 #include "tests/support/page.h"
 #include "tests/support/test_database.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::testing {
 namespace {
@@ -19,7 +19,7 @@ const std::string kUsersAndRights = std::string(kUsers) + R"(
   INSERT INTO UserArchives VALUES (1,'Invoices'), (11,'Invoices');
   INSERT INTO UserChannels VALUES (1,'Finance'), (10,'Finance'))";
 
-TEST_P(UserRights, AreThoseOfTheUserAndOfTheGroupsOneLevelDeep) {
+TEST_P(UserRights, AreThoseOfTheUserAndOfTheUsersGroups) {
   const TestDatabase database(GetParam(), true, kUsersAndRights);
   WebPage page(database);
   clsQuery& query = page.query;
@@ -41,7 +41,7 @@ TEST_P(UserRights, AreThoseOfTheUserAndOfTheGroupsOneLevelDeep) {
   EXPECT_EQ(output, Variant(""));
 }
 
-TEST(UserRightsInSqlite, ThatCannotBeReadToTheEndKeepWhatWasRead) {
+TEST(UserRightsInSqlite, ThatCannotAllBeReadKeepTheFirstOnes) {
   // The last one has no place in the code page.
   const TestDatabase database(Kind::Sqlite, true, R"(
     INSERT INTO UserArchives VALUES (1,'A'), (1,'B'), (1,CHAR(321));
@@ -55,7 +55,7 @@ TEST(UserRightsInSqlite, ThatCannotBeReadToTheEndKeepWhatWasRead) {
   EXPECT_TRUE(page.Failed("GetUserArchives", "13 - ")) << page.Log();
 }
 
-TEST(UserRightsInSqlite, WhoseStatementFailsBehindTheFirstRowsKeepWhatWasRead) {
+TEST(UserRightsInSqlite, KeepTheFirstRowsOfAStatementThatFails) {
   const TestDatabase database(Kind::Sqlite, true, R"(
     DROP TABLE UserRights;
     CREATE TABLE Numbers (N INTEGER);
@@ -68,7 +68,7 @@ TEST(UserRightsInSqlite, WhoseStatementFailsBehindTheFirstRowsKeepWhatWasRead) {
   EXPECT_TRUE(page.Failed("GetUserRights", "-2147467259 - [")) << page.Log();
 }
 
-TEST_P(UserRights, TheSchemaTakesTheirKeysSeriously) {
+TEST_P(UserRights, HaveForeignKeysThatTheSchemaEnforces) {
   const TestDatabase database(GetParam(), true, kUsersAndRights);
   for (const char* doubled :
        {"INSERT INTO Users(UserID,UserName) VALUES(1,'again')", "INSERT INTO UserGroups VALUES(1,10)",

@@ -5,14 +5,14 @@
 namespace oxaqrycln {
 namespace {
 
-TEST(CodePage, EveryByteSurvivesTheWayToUtf8AndBack) {
+TEST(CodePage, ConvertsEveryByteToUtf8AndBack) {
   std::string all;
   for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
   EXPECT_EQ(FromUtf8(ToUtf8(all)), all);
   EXPECT_EQ(ToUtf8("\x80 \xE4"), "\u20AC \u00E4");
 }
 
-TEST(CodePage, RefusesWhatIsNotWellFormedOrHasNoPlace) {
+TEST(CodePage, RefusesMalformedTextAndUnknownCharacters) {
   for (const char* bad :
        {"\xC3", "\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\u0100", "\U0001F600", "\xE0\x81\x81"}) {
     EXPECT_EQ(FromUtf8(bad), std::nullopt) << bad;

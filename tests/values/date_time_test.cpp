@@ -30,7 +30,7 @@ TEST(DateTime, CountsDaysAsTheAutomationRulesDo) {
   }
 }
 
-TEST(DateTime, SpellsTheLogsFormAndTheGeneralOne) {
+TEST(DateTime, HasALogFormAndAGeneralForm) {
   const DateTime both = DateTime::FromCivil({2026, 11, 5, 8, 3, 7});
   EXPECT_EQ(both.ToText(), "05.11.2026 08:03:07");
   EXPECT_EQ(both.ToGeneralText(), "05.11.2026 08:03:07");

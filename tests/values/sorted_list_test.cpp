@@ -5,7 +5,7 @@
 namespace oxaqrycln {
 namespace {
 
-TEST(SortedList, KeepsTheNumberBesideEachTextAndTheOrderOfEquals) {
+TEST(SortedList, KeepsTheNumberOfEachTextAndTheOrderOfEqualTexts) {
   SortedList list;
   list.Add("beta", 1);
   list.Add("Alpha", 2);

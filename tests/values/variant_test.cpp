@@ -28,7 +28,7 @@ TEST(Variant, TurnsTextIntoNumbersByTheAutomationRules) {
   }
 }
 
-TEST(Variant, ConvertsBetweenTypesAndRefusesWhatDoesNotFit) {
+TEST(Variant, ConvertsBetweenTypesAndRefusesValuesThatDoNotFit) {
   EXPECT_EQ(Variant(true).ToLong(), -1);
   EXPECT_EQ(Variant(2.5).ToInteger(), 2);
   EXPECT_EQ(Variant().ToLong(), 0);

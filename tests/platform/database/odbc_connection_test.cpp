@@ -145,7 +145,8 @@ TEST(OdbcConnection, ThatCannotBeOpenedSaysWhyWithoutThePassword) {
 TEST(OdbcConnection, ToAServerThatNeverAnswersEndsWithTheLogonTimeout) {
   if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL driver";
   ScriptedServer server([](Peer& peer) { peer.Pause(40'000); });
-  EXPECT_NE(ErrorOfOpening(PostgresAt(server.port())).find("timeout"), std::string::npos);
+  const auto connection = MakeOdbcConnectionWith({.logon = 1s});
+  EXPECT_NE(ErrorOf([&] { connection->Open(PostgresAt(server.port())); }).find("timeout"), std::string::npos);
 }
 
 }  // namespace
