@@ -115,7 +115,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
                                "the user's account of the archive; its password is asked for")
                    ->excludes(group)
                    ->type_name("U");
-               command.add_flag("--duplicate", request.mayDuplicate, "also when the name exists");
+               command.add_flag("--duplicate", request.mayDuplicate, "add the user even when the name exists");
                AddPasswordSource(command, request.passwords);
              });
   AddCommand(parser, parent,

@@ -34,7 +34,7 @@ struct ExplainRequest {
 
 Variant EntryValue(const UserDatabase& database, const ExplainRequest& request) {
   const std::string_view column = request.kind->column;
-  if (column == "RightID") return *ParseNumber(request.entry);
+  if (column == "RightID") return *ParseInteger(request.entry);
   return database.Entry(request.entry, column == "Archive" ? "the archive" : "the channel");
 }
 

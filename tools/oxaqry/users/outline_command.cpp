@@ -96,7 +96,7 @@ int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) 
 
 int Outline(UserDatabase& database, const OutlineRequest& request, const Output& output) {
   if (request.node) return ShowSearch(database, *request.node, output);
-  if (const auto outliner = ParseNumber(request.what)) return ShowOutliner(database, *outliner, request.depth, output);
+  if (const auto outliner = ParseInteger(request.what)) return ShowOutliner(database, *outliner, request.depth, output);
   const auto parts = SplitName(request.what);
   if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) {
     throw UsageError("name an archive as CHANNEL/ARCHIVE, or an outliner by its ID, not \"" + request.what + "\"");
