@@ -74,7 +74,8 @@ int SetPassword(UserDatabase& database, const PasswordRequest& request, const Ou
   }
   clsQuery& query = database.query();
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
-  database.Execute("UPDATE Users SET Passwd=? WHERE UserID=?", {query.Encode(password), user.id});
+  const Variant encoded = database.Checked(query.Encode(password), "the password cannot be encoded");
+  database.Execute("UPDATE Users SET Passwd=? WHERE UserID=?", {encoded, user.id});
   return Print(output, JsonOf(user), "Changed the password of " + Printable(user.name) + "\n");
 }
 
