@@ -74,7 +74,8 @@ int SetPassword(UserDatabase& database, const PasswordRequest& request, const Ou
   }
   clsQuery& query = database.query();
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
-  database.Execute("UPDATE Users SET Passwd=? WHERE UserID=?", {query.Encode(password), user.id});
+  const Variant encoded = database.Checked(query.Encode(password), "the password cannot be encoded");
+  database.Execute("UPDATE Users SET Passwd=? WHERE UserID=?", {encoded, user.id});
   return Print(output, JsonOf(user), "Changed the password of " + Printable(user.name) + "\n");
 }
 
@@ -115,7 +116,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
                                "the user's account of the archive; its password is asked for")
                    ->excludes(group)
                    ->type_name("U");
-               command.add_flag("--duplicate", request.mayDuplicate, "also when the name exists");
+               command.add_flag("--duplicate", request.mayDuplicate, "add the user even when the name exists");
                AddPasswordSource(command, request.passwords);
              });
   AddCommand(parser, parent,

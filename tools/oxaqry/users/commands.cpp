@@ -38,7 +38,7 @@ void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, 
   });
 }
 
-std::optional<std::int32_t> ParseNumber(const std::string& text) {
+std::optional<std::int32_t> ParseInteger(const std::string& text) {
   std::int32_t number = 0;
   const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (failed != std::errc() || end != text.data() + text.size()) return std::nullopt;
@@ -47,7 +47,7 @@ std::optional<std::int32_t> ParseNumber(const std::string& text) {
 
 CLI::Validator WholeNumber() {
   return {[](const std::string& text) {
-            return ParseNumber(text) ? "" : "\"" + text + "\" is not a whole number of 32 bits";
+            return ParseInteger(text) ? "" : "\"" + text + "\" is not a whole number of 32 bits";
           },
           ""};
 }

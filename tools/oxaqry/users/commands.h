@@ -52,7 +52,7 @@ void AddUserName(CLI::App& command, UserName& user);
 void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, std::size_t most, const char* message);
 
 // The whole number that the text is; nothing for any other text.
-std::optional<std::int32_t> ParseNumber(const std::string& text);
+std::optional<std::int32_t> ParseInteger(const std::string& text);
 // Accepts an option's value when it is a whole number.
 CLI::Validator WholeNumber();
 

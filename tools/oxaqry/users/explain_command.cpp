@@ -9,8 +9,11 @@
 namespace oxaqrycln::oxaqry {
 namespace {
 
+enum class Kind { Right, Edit, Archive, Channel };
+
 // What a user may have: the option that asks for it, and the table of its entries.
 struct EntryKind {
+  Kind kind;
   const char* name;
   const char* option;
   const char* valueName;
@@ -20,11 +23,13 @@ struct EntryKind {
   const char* words;
 };
 constexpr std::array kKinds{
-    EntryKind{"right", "RIGHT", "", "a general right", "UserRights", "RightID", "right "},
-    EntryKind{"edit", "--edit", "ARCHIVE", "the edit rights in an archive instead", "UserEditRights", "Archive",
-              "edit rights in "},
-    EntryKind{"archive", "--archive", "A", "visibility of an archive instead", "UserArchives", "Archive", "archive "},
-    EntryKind{"channel", "--channel", "C", "visibility of a channel instead", "UserChannels", "Channel", "channel "}};
+    EntryKind{Kind::Right, "right", "RIGHT", "", "a general right", "UserRights", "RightID", "right "},
+    EntryKind{Kind::Edit, "edit", "--edit", "ARCHIVE", "the edit rights in an archive instead", "UserEditRights",
+              "Archive", "edit rights in "},
+    EntryKind{Kind::Archive, "archive", "--archive", "A", "visibility of an archive instead", "UserArchives", "Archive",
+              "archive "},
+    EntryKind{Kind::Channel, "channel", "--channel", "C", "visibility of a channel instead", "UserChannels", "Channel",
+              "channel "}};
 
 struct ExplainRequest {
   UserName user;
@@ -33,9 +38,9 @@ struct ExplainRequest {
 };
 
 Variant EntryValue(const UserDatabase& database, const ExplainRequest& request) {
-  const std::string_view column = request.kind->column;
-  if (column == "RightID") return *ParseNumber(request.entry);
-  return database.Entry(request.entry, column == "Archive" ? "the archive" : "the channel");
+  const Kind kind = request.kind->kind;
+  if (kind == Kind::Right) return *ParseInteger(request.entry);
+  return database.Entry(request.entry, kind == Kind::Channel ? "the channel" : "the archive");
 }
 
 constexpr std::array kActions{"new", "edit", "delete"};
@@ -44,7 +49,7 @@ constexpr std::array kActions{"new", "edit", "delete"};
 // numbers of kActions.
 Json FindSources(UserDatabase& database, const WebUser& user, const EntryKind& kind, const Variant& value) {
   const std::string table = kind.table;
-  const bool isEdit = table == "UserEditRights";
+  const bool isEdit = kind.kind == Kind::Edit;
   Json sources = Json::array();
   for (const auto& row :
        database.Rows(6,
@@ -90,7 +95,7 @@ std::string SourceTable(const Json& sources, const Json& sum) {
 
 int Explain(UserDatabase& database, const ExplainRequest& request, const Output& output) {
   const EntryKind& kind = *request.kind;
-  const bool isEdit = kind.name == std::string_view("edit");
+  const bool isEdit = kind.kind == Kind::Edit;
   const Variant value = EntryValue(database, request);
   const WebUser user = database.User(request.user);
   const Json sources = FindSources(database, user, kind, value);
@@ -128,7 +133,7 @@ void AddExplain(CommandParser& parser, CLI::App& parent) {
                  };
                  CLI::Option* const option = command.add_option_function<std::string>(kind.option, take, kind.meaning);
                  option->type_name(kind.valueName);
-                 if (kind.column == std::string_view("RightID")) option->check(WholeNumber());
+                 if (kind.kind == Kind::Right) option->check(WholeNumber());
                  options.push_back(option);
                }
                RequireOptions(command, std::move(options), 1,

@@ -130,7 +130,7 @@ class Changes {
   Json changes_ = Json::array();
 };
 
-// All of it or nothing.
+// Makes all of the changes or none.
 int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Output& output) {
   Changes changes(database, request);
   UserTransaction transaction(database);
@@ -160,7 +160,7 @@ void AddGrants(CLI::App& command, GrantRequest& request) {
     for (const std::string& text : texts) request.edits.push_back(ParseEdit(text));
   };
   const std::vector<CLI::Option*> numbers{
-      command.add_option("--right", request.rights, "a general right; may be repeated, as all of these"),
+      command.add_option("--right", request.rights, "a general right; all of these options may be repeated"),
       command.add_option("--doc-right", request.documentRights, "a definition of document rights, by its ID"),
       command.add_option("--search-right", request.searchRights, "a definition of search rights, by its ID")};
   for (CLI::Option* const option : numbers) option->check(WholeNumber())->type_name("N");

@@ -26,7 +26,7 @@ std::vector<std::string> SplitText(std::string_view text, std::string_view separ
 }
 
 Json JsonId(const std::string& id) {
-  const auto number = ParseNumber(id);
+  const auto number = ParseInteger(id);
   return number && std::to_string(*number) == id ? Json(*number) : Json(ToUtf8(id));
 }
 

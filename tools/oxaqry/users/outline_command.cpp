@@ -17,8 +17,8 @@ struct OutlineRequest {
 // The children of a node, with what is below them down to a number of levels; the roots for the parent 0.
 Json ReadNodes(UserDatabase& database, std::int32_t outliner, std::int32_t parent, std::int32_t depth) {
   clsQuery& query = database.query();
-  const std::int32_t count =
-      database.Checked(query.GetOutlinerContentInit(outliner, parent), "the outliner cannot be read").ToLong();
+  const std::string failure = "the outliner cannot be read";
+  const std::int32_t count = database.Checked(query.GetOutlinerContentInit(outliner, parent), failure).ToLong();
   Json nodes = Json::array();
   for (std::int32_t i = 0; i < count; ++i) {
     Variant id;
@@ -28,14 +28,14 @@ Json ReadNodes(UserDatabase& database, std::int32_t outliner, std::int32_t paren
     Variant dataType;
     Variant isExpanded;
     Variant childCount;
-    const std::string content =
-        query.GetOutlinerContentNext(&id, &level, &field, &description, &dataType, &isExpanded, &childCount);
+    const Variant content = database.Checked(
+        query.GetOutlinerContentNext(&id, &level, &field, &description, &dataType, &isExpanded, &childCount), failure);
     nodes.push_back({{"id", id.ToLong()},
                      {"level", JsonFromValue(level)},
                      {"field", JsonId(field.ToText())},
                      {"description", JsonFromValue(description)},
                      {"dataType", JsonFromValue(dataType)},
-                     {"content", ToUtf8(content)},
+                     {"content", ToUtf8(content.ToText())},
                      {"expanded", isExpanded.ToBoolean()},
                      {"childCount", childCount.ToLong()},
                      {"nodes", Json::array()}});
@@ -96,7 +96,7 @@ int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) 
 
 int Outline(UserDatabase& database, const OutlineRequest& request, const Output& output) {
   if (request.node) return ShowSearch(database, *request.node, output);
-  if (const auto outliner = ParseNumber(request.what)) return ShowOutliner(database, *outliner, request.depth, output);
+  if (const auto outliner = ParseInteger(request.what)) return ShowOutliner(database, *outliner, request.depth, output);
   const auto parts = SplitName(request.what);
   if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) {
     throw UsageError("name an archive as CHANNEL/ARCHIVE, or an outliner by its ID, not \"" + request.what + "\"");

@@ -25,13 +25,7 @@ class SampleDatabase : public UserTestDatabase {
   }
 };
 
-TEST_P(DefinitionCommands, InitAddsTheSampleOnlyWhenToldTo) {
-  const UserTestDatabase plain(GetParam(), false);
-  EXPECT_EQ(plain.User({"init"}).out, "Created 17 tables\n");
-  EXPECT_EQ(plain.Count("DocRights") + plain.Count("Outliner"), 0);
-}
-
-TEST_P(DefinitionCommands, GrantsOfDefinitionsAreWhatRestrictsTheUser) {
+TEST_P(DefinitionCommands, GrantedDefinitionsRestrictTheUser) {
   const SampleDatabase database(GetParam());
   const auto rights = [&](const char* command, const char* archive) {
     return JsonOf(database.User({command, "anna", archive, "--json"}));
@@ -57,10 +51,10 @@ TEST_P(DefinitionCommands, GrantsOfDefinitionsAreWhatRestrictsTheUser) {
               HasSubstr("fixed value   12     Papierm\u00FChle \u00C4hrental\nhidden        15\nno matchcode  11\n"));
   database.Must({"revoke", "anna", "--doc-right", "2", "--search-right", "2", "--search-right", "99"});
   EXPECT_EQ(rights("search-rights", "Mail/Inbox")["fixedValues"], Json::array());
-  EXPECT_EQ(rights("doc-rights", "Mail/Inbox")["conditions"].size(), 1U);  // by the group still
+  EXPECT_EQ(rights("doc-rights", "Mail/Inbox")["conditions"].size(), 1U);  // that of the group
 }
 
-TEST_P(DefinitionCommands, RefuseDefinitionsThatDoNotExistAndNamesThatDivideLists) {
+TEST_P(DefinitionCommands, RefuseMissingDefinitionsAndNamesThatBreakLists) {
   const SampleDatabase database(GetParam());
   using Case = std::tuple<std::vector<std::string>, int, const char*>;
   for (const auto& [arguments, status, message] : {
@@ -78,7 +72,7 @@ TEST_P(DefinitionCommands, RefuseDefinitionsThatDoNotExistAndNamesThatDivideList
   }
 }
 
-TEST_P(DefinitionCommands, TellTextsThatBreakTheListsOfPages) {
+TEST_P(DefinitionCommands, ReportStoredTextsThatBreakLists) {
   const SampleDatabase database(GetParam());
   database.Must({"grant", "anna", "--doc-right", "2", "--search-right", "2"});
   for (const std::string value : {"a^,^b", "a\r\nb"}) {
@@ -91,7 +85,7 @@ TEST_P(DefinitionCommands, TellTextsThatBreakTheListsOfPages) {
   }
 }
 
-TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeAsDeepAsToldTo) {
+TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeToAGivenDepth) {
   const SampleDatabase database(GetParam());
   EXPECT_EQ(database.Outline({"Finance/Invoices"}).out,
             "ID  Outliner\n--  ------------------\n1   Customers by year\n2   Types of documents\n");
@@ -113,7 +107,7 @@ TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeAsDeepAsToldTo) {
   const Json roots = JsonOf(database.Outline({"2", "--depth", "1", "--json"}));
   EXPECT_EQ(roots["nodes"].at(1)["nodes"], Json::array());
   EXPECT_EQ(roots["nodes"].at(1)["childCount"], 2);
-  database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");  // a circle of 1 and 3 hangs on no root
+  database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");  // the circle of 1 and 3 has no root
   EXPECT_THAT(database.Outline({"1"}).out, Not(HasSubstr("Nordlicht")));
 }
 

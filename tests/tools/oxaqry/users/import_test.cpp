@@ -8,7 +8,7 @@ namespace {
 using UserImport = OnDatabase;
 INSTANTIATE_TEST_SUITE_P(Databases, UserImport, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
 
-TEST_P(UserImport, TakesEveryFormOfAField) {
+TEST_P(UserImport, AcceptsEveryFormOfAField) {
   const UserTestDatabase database(GetParam());
   database.Must({"add", "Sales", "--group"});
   database.Must({"add", "Support, second", "--group"});
@@ -35,13 +35,13 @@ TEST_P(UserImport, TakesEveryFormOfAField) {
   EXPECT_EQ(database.Count("UserGroups"), 3);
 }
 
-TEST_P(UserImport, NamesTheLineOfWhatIsWrongAndWritesNothing) {
+TEST_P(UserImport, NamesTheLineOfAnErrorAndWritesNothing) {
   const UserTestDatabase database(GetParam());
   database.Must({"add", "anna", "--password-stdin"}, "pw\n");
   using Case = std::tuple<const char*, const char*, const char*>;
   const char* const loss = "name,password\nbert,pw\ncara,\u00FC\n";
   for (const auto& [name, csv, message] : {
-           Case{"nothing", "", "no header line"},
+           Case{"empty file", "", "no header line"},
            Case{"unknown column", "name,password,colour\n", "line 1: column 3 is unknown"},
            Case{"column twice", "name,password,name\n", "line 1: the column \"name\" occurs twice"},
            Case{"column missing", "name,groups\n", "line 1: the columns \"name\" and \"password\" are required"},
@@ -50,7 +50,7 @@ TEST_P(UserImport, NamesTheLineOfWhatIsWrongAndWritesNothing) {
            Case{"no name", "name,password\nbert,pw\n,pw\n", "line 3: the name is empty"},
            Case{"no password", "name,password\nbert,\n", "line 2: the password is empty"},
            Case{"loss in the encoding", loss, "line 3: the password cannot be stored"},
-           Case{"no UTF-8", "name,password\nbert,pw\nca\xFFra,pw\n", "line 3: "},
+           Case{"not UTF-8", "name,password\nbert,pw\nca\xFFra,pw\n", "line 3: "},
            Case{"injection", "name,password\nbert,pw\n\"x'); DELETE FROM Users; --\",pw\n",
                 "line 3: the name contains a single quote"},
            Case{"name in the file twice", "name,password\nbert,pw\nbert,pw\n",
@@ -65,12 +65,11 @@ TEST_P(UserImport, NamesTheLineOfWhatIsWrongAndWritesNothing) {
            Case{"archive user alone", "name,password,archive_user\nbert,pw,W\n",
                 "line 2: the archive password is empty"},
            Case{"quote inside", "name,password\nbert,p\"w\n", "line 2: a field contains a quote"},
-           Case{"text behind a quote", "name,password\n\"bert\"x,pw\n", "line 2: a closing quote is not followed by"},
+           Case{"text after a quote", "name,password\n\"bert\"x,pw\n", "line 2: a closing quote is not followed by"},
            Case{"quote without an end", "name,password\nbert,pw\n\"cara,pw\ndirk,pw\n",
                 "line 3: a quoted field has no closing quote"},
-           Case{"line behind one of two", "name,password\n\"be\nrt\",pw\n",
-                "line 2: the name contains a control character"},
-           Case{"error behind a field of two lines", "password,name\n\"p\nw\",bert\npw\n",
+           Case{"name of two lines", "name,password\n\"be\nrt\",pw\n", "line 2: the name contains a control character"},
+           Case{"error after a field of two lines", "password,name\n\"p\nw\",bert\npw\n",
                 "line 4: the number of fields is 1"},
        }) {
     SCOPED_TRACE(name);
@@ -79,7 +78,7 @@ TEST_P(UserImport, NamesTheLineOfWhatIsWrongAndWritesNothing) {
   }
 }
 
-TEST_P(UserImport, IsUndoneWhenTheDatabaseRefusesARow) {
+TEST_P(UserImport, IsRolledBackWhenTheDatabaseRefusesARow) {
   const UserTestDatabase database(GetParam());
   database.Must({"add", "Sales", "--group"});
   database.Run("CREATE UNIQUE INDEX OneAccount ON Users (TELOUser)");

@@ -1,4 +1,4 @@
-// oxaqry_database.h - runs "oxaqry user" on a database of the test's own.
+// oxaqry_database.h - runs "oxaqry user" on the private database of a test.
 #ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_
 #define OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_
 
@@ -13,7 +13,7 @@
 
 namespace oxaqrycln::oxaqry {
 
-// With the tables of the schema unless told otherwise.
+// Has the tables of the schema unless the constructor is given false.
 class UserTestDatabase : public TestDatabase {
  public:
   using TestDatabase::TestDatabase;
@@ -22,7 +22,7 @@ class UserTestDatabase : public TestDatabase {
     arguments.insert(arguments.begin(), "user");
     return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}}, input);
   }
-  // For what a test only sets up.
+  // Sets up a test.
   void Must(const std::vector<std::string>& arguments, const std::string& input = "") const {
     const ToolRun run = User(arguments, input);
     ASSERT_EQ(run.status, 0) << run.err;
@@ -35,7 +35,7 @@ inline Json JsonOf(const ToolRun& run) {
   return Json::parse(run.out, nullptr, false);
 }
 
-// A run that failed, for which standard error says why and nothing else.
+// The run failed with the status and the message on standard error, and printed nothing else.
 inline void ExpectError(const ToolRun& run, int status, const std::string& message) {
   EXPECT_EQ(run.status, status);
   EXPECT_THAT(run.err, ::testing::AllOf(::testing::StartsWith("oxaqry: "), ::testing::HasSubstr(message)));

@@ -1,4 +1,4 @@
-// Passwords typed at a terminal: the tool itself behind a pseudo terminal.
+// Passwords typed at a terminal: the tool itself runs on a pseudo terminal.
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -40,7 +40,7 @@ class AtTerminal {
   AtTerminal(const AtTerminal&) = delete;
   AtTerminal& operator=(const AtTerminal&) = delete;
 
-  // Whether the text is shown, behind what was awaited before, within a generous time.
+  // Whether the text is shown, after what was awaited before, within a generous time.
   bool Awaits(const std::string& text) {
     while (shown_.find(text, seen_) == std::string::npos) {
       if (!ReadSome()) return false;
@@ -48,7 +48,7 @@ class AtTerminal {
     seen_ = shown_.find(text, seen_) + text.size();
     return true;
   }
-  // Types the answer to a question, while nothing typed is shown.
+  // Types the answer to a prompt; the terminal must not echo it.
   void Answer(const std::string& question, const std::string& text) {
     ASSERT_TRUE(Awaits(question)) << shown_;
     EXPECT_FALSE(Echoes());
@@ -70,7 +70,7 @@ class AtTerminal {
   const std::string& shown() const noexcept { return shown_; }
 
  private:
-  // False at the end, and when nothing comes for long.
+  // False at the end, and when nothing arrives for a long time.
   bool ReadSome() {
     pollfd one{terminal_, POLLIN, 0};
     isSilent_ = poll(&one, 1, 10000) != 1;
@@ -109,7 +109,7 @@ TEST(UserPassword, IsTypedTwiceAndNotShown) {
   }
 }
 
-TEST(UserPassword, OfTwoFormsChangesNothing) {
+TEST(UserPassword, ChangesNothingWhenTheRepetitionDiffers) {
   const UserTestDatabase database(Kind::Sqlite);
   database.Must({"add", "anna", "--password-stdin"}, "old\n");
   AtTerminal run(database, {"passwd", "anna"});
@@ -120,7 +120,7 @@ TEST(UserPassword, OfTwoFormsChangesNothing) {
   EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "old\n").status, 0);
 }
 
-TEST(UserPassword, AnInterruptOrAQuitGivesTheTerminalBack) {
+TEST(UserPassword, AnInterruptOrAQuitRestoresTheTerminal) {
   const UserTestDatabase database(Kind::Sqlite);
   for (const auto& [typed, status] : {std::pair("half\x03", 130), {"half\x1C", 131}}) {
     AtTerminal run(database, {"add", "anna"});
