@@ -29,7 +29,8 @@ constexpr std::string_view kMethods =
     "TELOGetArchiveProperties TELOQueryArchiveInit TELOGetDocumentInfo TELOGetSegmentTextInit "
     "TELOGetSegmentDescriptionInit TELOGetSegmentsInit TELOGetSegmentData TELOGetSegmentFirstBLOB "
     "TELOGetSegmentPrintfile TELOGetSegmentMultiTIF TELODeleteDocument TELOCreateDocument "
-    "TELOEditDocument TELOGetNotesInit TELOWriteNote TELODeleteNotes TELOGetMasksInit";
+    "TELOEditDocument TELOGetNotesInit TELOWriteNote TELODeleteNotes TELOGetMasksInit "
+    "OstranaQueryFahrauftraegeInit OstranaUpdateFahrauftraegeStatus";
 
 TEST(StatusOutputs, AreEmptyOnSuccessAndOtherwiseHoldTheServersText) {
   struct Reply {
