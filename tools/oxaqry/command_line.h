@@ -5,22 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "tools/oxaqry/cli/run_environment.h"
+#include "tools/oxaqry/cli/command_parser.h"
 
 namespace oxaqrycln::oxaqry {
 
+// Adds every command of oxaqry.
+void AddAllCommands(CommandParser& parser);
+
 // Runs the command that the arguments (without the program's name) ask for. The exit status: 0, 1 when the command
-// failed, 2 for wrong usage, 128 and the signal's number when one ended it. The component's instances live on the
+// failed, 2 for wrong usage, 128 and the number of the signal that ended it. The component's instances live on the
 // calling thread.
 int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& environment);
-
-// Every command ("search", "note add") with its long options, "--help" left out: what manual page and completions must
-// name.
-struct CommandWords {
-  std::string command;  // one word, or two with a blank between
-  std::vector<std::string> options;
-};
-std::vector<CommandWords> AllCommandWords();
 
 }  // namespace oxaqrycln::oxaqry
 

@@ -17,10 +17,11 @@ expect() {
 }
 
 expect "oxaqry ch" "channels"
-expect "oxaqry se" "search servers session"
+expect "oxaqry se" "servers search session"
 expect "oxaqry t" "transfer"
 expect "oxaqry m" "masks methods"
 expect "oxaqry --v" "--version"
+expect "oxaqry live --v" "--verbose"
 expect "oxaqry search --la" "--layout --layout-field"
 expect "oxaqry search --so" "--sort"
 expect "oxaqry channels --la" ""
@@ -50,4 +51,6 @@ expect "oxaqry user grant anna --doc" "--doc-right"
 expect "oxaqry user list --g" "--groups"
 expect "oxaqry session _" "--help"
 expect "oxaqry live --user _" ""
+expect "oxaqry user must-change anna o" "on off"
+expect "oxaqry orders tiff live --k" "--keep"
 exit $failures

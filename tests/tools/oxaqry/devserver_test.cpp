@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
-#include "support/text_helpers.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/wire_client.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/devserver/archive/sample_archive.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
@@ -97,7 +97,7 @@ TEST(Commands, ShowAHitListWithItsTitles) {
   ASSERT_EQ(list["hits"].size(), 2U);
   for (const Json& hit : list["hits"]) {
     EXPECT_EQ(hit["channel"], "Finance");
-    // The name serves as it is.
+    // The name can be used unchanged.
     EXPECT_EQ(server.Document({"show", hit["name"].get<std::string>(), "--json"})["title"], hit["columns"][0]);
     EXPECT_EQ(hit["columns"].size(), 3U);
   }
@@ -139,7 +139,7 @@ TEST(Commands, WorkOnTransportOrdersAndPrintHitLists) {
   EXPECT_EQ(target.Read("a.pdf").substr(0, 5), "%PDF-");
 }
 
-// Each gets a file of its own, also while that of another one is still there.
+// Each fetch gets a file of its own, even while the file of another one exists.
 TEST(Commands, FetchTheSameContentTwice) {
   const SampleServer server;
   const testing::TemporaryDirectory target;
@@ -158,8 +158,7 @@ TEST(Commands, FailWithTheServersOwnText) {
         "note list Mail/Inbox/1", "orders list nofield:x", "orders set FA-9999 open", "orders tiff FA-9999",
         "print-hits (", "transfer none --size 1", "properties No Archive"}) {
     SCOPED_TRACE(command);
-    const auto words = Split(command, ' ');
-    const ToolRun run = server.Command({words.begin(), words.end()});
+    const ToolRun run = server.Command(SplitText(command, " "));
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, IsEmpty());
     EXPECT_THAT(run.err, ::testing::MatchesRegex("oxaqry: ....+\n"));
@@ -199,10 +198,22 @@ TEST(Commands, ShowTheStateOfEveryServer) {
   EXPECT_THAT(one.out, ::testing::ContainsRegex("\n1  127.0.0.1 +[0-9]+ +answers +[0-9]+ ms +.*alive"));
 }
 
-TEST(Commands, AdviseWhenNoServerCanBeReached) {
-  const ToolRun run = RunOxaqry({"channels", "--hosts", DeadEntry()});
-  EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.err, HasSubstr("\"oxaqry servers\" shows the state of each"));
+TEST(Commands, NameTheServersThatWereTried) {
+  const SampleServer silent("silent");
+  const SampleServer sound;
+  const auto address = [](std::string entry) { return entry.replace(entry.find(','), 1, ":"); };
+  const std::string dead = DeadEntry();
+  EXPECT_THAT(RunOxaqry({"channels", "--hosts", dead}).err,
+              ::testing::MatchesRegex("oxaqry: the query servers did not answer: .*; tried " + address(dead) +
+                                      " .10061 - .*, [0-9.]+ s.\n"));
+  const ToolRun late = RunOxaqry({"channels", "--hosts", silent.Entry(), "--timeout", "0"});
+  EXPECT_EQ(late.status, 1);
+  EXPECT_THAT(late.err, HasSubstr("did not answer: Timeout of 0 seconds"));
+  EXPECT_THAT(late.err, HasSubstr("; tried " + address(silent.Entry()) + " (no answer, "));
+  const ToolRun run = sound.Command({"channels", "--verbose", "--hosts", dead + "|" + sound.Entry()});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.err, ::testing::MatchesRegex("oxaqry: " + address(dead) + ": 10061 - .*, [0-9]+ ms\noxaqry: " +
+                                               address(sound.Entry()) + ": answered, [0-9]+ ms\n"));
 }
 
 TEST(Commands, TakeADocumentThroughItsLife) {

@@ -13,7 +13,7 @@
 
 namespace oxaqrycln::oxaqry {
 
-using namespace oxaqrycln::testing;  // the aids of every test
+using namespace oxaqrycln::testing;  // temporary directories, scripted servers
 
 struct ToolRun {
   int status = -1;
@@ -26,12 +26,15 @@ inline std::vector<std::string> Joined(std::vector<std::string> arguments, const
   return arguments;
 }
 
+// errorBuffer, when given, receives standard error.
 inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
                          const std::map<std::string, std::string>& environment = {}, const std::string& input = "",
-                         Terminals terminals = {}) {
+                         Terminals terminals = {}, std::stringbuf* errorBuffer = nullptr) {
   std::istringstream in(input);
   std::ostringstream out;
-  std::ostringstream err;
+  std::stringbuf ownErrorBuffer;
+  std::stringbuf& buffer = errorBuffer == nullptr ? ownErrorBuffer : *errorBuffer;
+  std::ostream err(&buffer);
   const auto lookUp = [&](const char* name) {
     const auto found = environment.find(name);
     return found == environment.end() ? nullptr : found->second.c_str();
@@ -39,7 +42,7 @@ inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
   ToolRun run;
   std::thread([&] { run.status = RunCommandLine(arguments, {in, out, err, lookUp, terminals}); }).join();
   run.out = out.str();
-  run.err = err.str();
+  run.err = buffer.str();
   return run;
 }
 

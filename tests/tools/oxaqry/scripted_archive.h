@@ -53,13 +53,14 @@ class ScriptedArchive {
   }
 
   ToolRun Run(const std::vector<std::string>& arguments, const std::string& input = "", Terminals terminals = {},
-              std::map<std::string, std::string> environment = {}) {
-    environment.insert({{"OXAQRY_REMOTE_HOSTS", server_.Host() + ",1"},  // prints, too
+              std::map<std::string, std::string> environment = {}, std::stringbuf* errorBuffer = nullptr) {
+    environment.insert({{"OXAQRY_REMOTE_HOSTS", Hosts()},
                         {"OXAQRY_TIMEOUT", "10"},
                         {"OXAQRY_BLOB_LOCAL", blobs.path()},
                         {"OXAQRY_BLOB_REMOTE", "D:\\blobs"}});
-    return RunOxaqry(arguments, environment, input, terminals);
+    return RunOxaqry(arguments, environment, input, terminals, errorBuffer);
   }
+  std::string Hosts() const { return server_.Host() + ",1"; }  // prints, too
   // The commands received so far, their fields joined by "|".
   std::vector<std::string> Commands() {
     std::vector<std::string> commands;

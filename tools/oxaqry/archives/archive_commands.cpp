@@ -1,132 +1,161 @@
 #include "tools/oxaqry/archives/archive_commands.h"
 
 #include <array>
-#include <ostream>
-#include <vector>
 
-#include "tools/oxaqry/cli/answers.h"
-#include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/cli/value_json.h"
+#include "tools/oxaqry/cli/archive_query.h"
+#include "tools/oxaqry/cli/result.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-void PrintJson(const Output& output, const Json& document) { output.out << document.dump(2) << '\n'; }
-
-// The records as a table, or as a document {"name":[{"key":...}, ...]} with the keys in place of the titles.
-void PrintRecords(const Output& output, const char* name, const std::vector<const char*>& keys,
-                  const std::vector<std::string>& titles, const std::vector<std::vector<std::string>>& records) {
-  if (!output.json) {
-    Table table(titles);
-    for (const auto& record : records) {
-      std::vector<std::string> cells;
-      for (const std::string& value : record) cells.push_back(Printable(value));
-      table.Add(std::move(cells));
-    }
-    table.Print(output.out);
-    return;
-  }
-  Json list = Json::array();
-  for (const auto& record : records) {
-    Json object = Json::object();
-    for (std::size_t i = 0; i < keys.size(); ++i) object[keys[i]] = ToUtf8(record[i]);
-    list.push_back(std::move(object));
-  }
-  PrintJson(output, {{name, std::move(list)}});
-}
-
-}  // namespace
-
 int Channels(const Settings& settings, const Output& output) {
-  const auto query = settings.Connect();
-  Variant status;
-  const std::int32_t count = Count(query->TELOGetChannelsInit(&status), status);
-  std::vector<std::vector<std::string>> records;
-  for (std::int32_t i = 0; i < count; ++i) {
+  ArchiveQuery archive(settings, output);
+  Json channels = Json::array();
+  Table table({"Channel", "Description"});
+  archive.ForEach(archive.Count(archive->TELOGetChannelsInit(archive.status())), "channel", [&](std::int32_t) {
     Variant description;
-    std::string channel = query->TELOGetChannelsNext(&description);
-    records.push_back({std::move(channel), description.ToText()});
-  }
-  PrintRecords(output, "channels", {"channel", "description"}, {"Channel", "Description"}, records);
+    const std::string channel = archive->TELOGetChannelsNext(&description);
+    channels.push_back({{"channel", ToUtf8(channel)}, {"description", ToUtf8(description.ToText())}});
+    table.Add({Printable(channel), Printable(description.ToText())});
+  });
+  PrintResult(output, {{"channels", std::move(channels)}}, table);
   return 0;
 }
 
-int AllArchives(const Settings& settings, const Output& output) {
-  const auto query = settings.Connect();
-  Variant status;
-  const std::int32_t count = Count(query->TELOGetAllArchivesInit(&status), status);
-  std::vector<std::vector<std::string>> records;
-  for (std::int32_t i = 0; i < count; ++i) records.push_back({query->TELOGetAllArchivesNext()});
-  PrintRecords(output, "archives", {"archive"}, {"Archive"}, records);
-  return 0;
-}
-
-int ArchivesByChannel(const Settings& settings, const Output& output) {
-  const auto query = settings.Connect();
-  Variant status;
-  const std::int32_t channelCount = Count(query->TELOGetAllArchivesExtInit(&status), status);
-  Table table({"Channel", "Archive", "Comment"});
+// A list of one text a line.
+template <typename Next>
+void PrintList(ArchiveQuery& archive, std::int32_t count, const char* name, const char* key, const char* title,
+               const Output& output, Next&& next) {
   Json list = Json::array();
-  for (std::int32_t i = 0; i < channelCount; ++i) {
+  Table table({title});
+  archive.ForEach(count, key, [&](std::int32_t) {
+    const std::string text = next();
+    list.push_back({{key, ToUtf8(text)}});
+    table.Add({Printable(text)});
+  });
+  PrintResult(output, {{name, std::move(list)}}, table);
+}
+
+int ArchivesByChannel(ArchiveQuery& archive, const Output& output) {
+  Table table({"Channel", "Archive", "Comment"});
+  Json channels = Json::array();
+  archive.ForEach(archive.Count(archive->TELOGetAllArchivesExtInit(archive.status())), "channel", [&](std::int32_t) {
     Variant channel;
     Variant description;
-    const std::int32_t archiveCount = query->TELOGetAllArchivesExtNext(&channel, &description).ToLong();
-    if (archiveCount < 0) Fail("");
+    const std::int32_t archiveCount = archive->TELOGetAllArchivesExtNext(&channel, &description).ToLong();
     Json archives = Json::array();
-    for (std::int32_t k = 0; k < archiveCount; ++k) {
+    archive.ForEach(archiveCount, "archive", [&](std::int32_t) {
       Variant comment;
-      const std::string archive = query->TELOGetAllArchivesExtNextArchive(&comment);
-      if (output.json) {
-        archives.push_back({{"archive", ToUtf8(archive)}, {"comment", ToUtf8(comment.ToText())}});
-      } else {
-        table.Add({Printable(channel.ToText()), Printable(archive), Printable(comment.ToText())});
-      }
-    }
-    if (archiveCount == 0) table.Add({Printable(channel.ToText())});
-    list.push_back({{"channel", ToUtf8(channel.ToText())},
-                    {"description", ToUtf8(description.ToText())},
-                    {"archives", std::move(archives)}});
-  }
-  if (output.json) {
-    PrintJson(output, {{"channels", std::move(list)}});
-  } else {
-    table.Print(output.out);
-  }
+      const std::string name = archive->TELOGetAllArchivesExtNextArchive(&comment);
+      archives.push_back({{"archive", ToUtf8(name)}, {"comment", ToUtf8(comment.ToText())}});
+      table.Add(Cells({channel.ToText(), name, comment.ToText()}));
+    });
+    if (archiveCount <= 0) table.Add({Printable(channel.ToText())});
+    channels.push_back({{"channel", ToUtf8(channel.ToText())},
+                        {"description", ToUtf8(description.ToText())},
+                        {"archives", std::move(archives)}});
+  });
+  PrintResult(output, {{"channels", std::move(channels)}}, table);
   return 0;
 }
 
-int Formats(const Settings& settings, const std::string& channel, const std::string& archive, const Output& output) {
-  const auto query = settings.Connect();
-  Variant status;
-  const Variant result = query->TELOGetQueryFormatListInit(FieldFromUtf8(channel), FieldFromUtf8(archive), &status);
-  const std::int32_t count = Count(result, status);
-  std::vector<std::vector<std::string>> records;
-  for (std::int32_t i = 0; i < count; ++i) records.push_back({query->TELOGetQueryFormatListNext()});
-  PrintRecords(output, "formats", {"format"}, {"Query format"}, records);
+struct ArchivesRequest {
+  bool isByChannel = false;
+};
+
+int Archives(const Settings& settings, const ArchivesRequest& request, const Output& output) {
+  ArchiveQuery archive(settings, output);
+  if (request.isByChannel) return ArchivesByChannel(archive, output);
+  const std::int32_t count = archive.Count(archive->TELOGetAllArchivesInit(archive.status()));
+  PrintList(archive, count, "archives", "archive", "Archive", output,
+            [&] { return archive->TELOGetAllArchivesNext(); });
   return 0;
 }
 
-int Properties(const Settings& settings, const std::string& channel, const std::string& archive, const Output& output) {
-  const auto query = settings.Connect();
+int Formats(const Settings& settings, const ArchiveArguments& names, const Output& output) {
+  ArchiveQuery archive(settings, output);
+  const std::int32_t count = archive.Count(archive->TELOGetQueryFormatListInit(
+      FieldFromUtf8(names.channel), FieldFromUtf8(names.archive), archive.status()));
+  PrintList(archive, count, "formats", "format", "Query format", output,
+            [&] { return archive->TELOGetQueryFormatListNext(); });
+  return 0;
+}
+
+int Properties(const Settings& settings, const ArchiveArguments& names, const Output& output) {
+  ArchiveQuery archive(settings, output);
   constexpr std::array kNames{"create", "edit", "delete", "index", "fifth"};
-  std::array<Variant, 5> values;
-  Variant status;
-  values[4] = query->TELOGetArchiveProperties(FieldFromUtf8(channel), FieldFromUtf8(archive), values.data(), &values[1],
-                                              &values[2], &values[3], &status);
-  if (values[4].type() != Variant::Type::String) Fail(status.ToText());
+  std::array<Variant, kNames.size()> values;
+  values[4] = archive->TELOGetArchiveProperties(FieldFromUtf8(names.channel), FieldFromUtf8(names.archive),
+                                                values.data(), &values[1], &values[2], &values[3], archive.status());
+  archive.Count(values[4]);
   Json document = Json::object();
   Table table({"Property", "Value"});
   for (std::size_t i = 0; i < values.size(); ++i) {
     document[kNames[i]] = ToUtf8(values[i].ToText());
     table.Add({kNames[i], Printable(values[i].ToText())});
   }
-  if (output.json) {
-    PrintJson(output, document);
-  } else {
-    table.Print(output.out);
-  }
+  PrintResult(output, document, table);
   return 0;
+}
+
+int Masks(const Settings& settings, const ArchiveArguments& names, const Output& output) {
+  constexpr std::array kKeys{"tabIndex", "width", "align", "name", "mandatory", "initialText", "listOnly", "list"};
+  ArchiveQuery archive(settings, output);
+  Table table({"Mask", "Tab", "Width", "Align", "Field", "Mandatory", "Initial text", "List only", "List"});
+  Json masks = Json::array();
+  const std::int32_t count = archive.Count(
+      archive->TELOGetMasksInit(FieldFromUtf8(names.channel), FieldFromUtf8(names.archive), archive.status()));
+  archive.ForEach(count, "mask", [&](std::int32_t) {
+    Variant name;
+    const std::int32_t fieldCount = archive->TELOGetMasksNext(&name).ToLong();
+    Json fields = Json::array();
+    archive.ForEach(fieldCount, "mask field", [&](std::int32_t) {
+      std::array<Variant, kKeys.size()> field;
+      archive->TELOGetMasksNextField(field.data(), &field[1], &field[2], &field[3], &field[4], &field[5], &field[6],
+                                     &field[7]);
+      Json object = Json::object();
+      std::vector<std::string> cells{Printable(name.ToText())};
+      for (std::size_t i = 0; i < field.size(); ++i) {
+        object[kKeys[i]] = ToUtf8(field[i].ToText());
+        cells.push_back(Printable(field[i].ToText()));
+      }
+      fields.push_back(std::move(object));
+      table.Add(std::move(cells));
+    });
+    if (fieldCount <= 0) table.Add({Printable(name.ToText())});
+    masks.push_back({{"mask", ToUtf8(name.ToText())}, {"fields", std::move(fields)}});
+  });
+  PrintResult(output, {{"masks", std::move(masks)}}, table);
+  return 0;
+}
+
+}  // namespace
+
+void AddArchiveCommands(CommandParser& parser) {
+  CLI::App& app = parser.app();
+  parser.AddQuery(app, "channels", "list the channels", "Example:\n  oxaqry channels --hosts localhost,2001 --json",
+                  Channels);
+  const auto [archives, byChannel] = parser.AddQuery(
+      app, "archives", "list the archives",
+      "Examples:\n  oxaqry archives --hosts localhost,2001\n  oxaqry archives --ext --hosts localhost,2001", Archives);
+  archives->add_flag("--ext", byChannel->isByChannel, "every channel with its archives and their comments");
+  struct OfArchive {
+    const char* name;
+    const char* description;
+    const char* examples;
+    CommandParser::CommandWith<ArchiveArguments> run;
+  };
+  for (const OfArchive& each :
+       {OfArchive{"formats", "list the query formats of an archive",
+                  "Example:\n  oxaqry formats Mail/Inbox --hosts localhost,2001", Formats},
+        OfArchive{"properties", "show what may be done in an archive",
+                  "Example:\n  oxaqry properties Mail/Inbox --hosts localhost,2001", Properties},
+        OfArchive{"masks", "list the masks of an archive with their fields",
+                  "Example:\n  oxaqry masks Finance/Invoices --hosts localhost,2001", Masks}}) {
+    const auto [command, names] = parser.AddQuery(app, each.name, each.description, each.examples, each.run);
+    AddArchiveArguments(*command, *names);
+  }
 }
 
 }  // namespace oxaqrycln::oxaqry

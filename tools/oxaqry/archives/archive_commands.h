@@ -1,21 +1,13 @@
-// archive_commands.h - the commands that list what an archive holds. Each returns the exit status and raises
-// CommandError or ValueError when it cannot do its work. Texts that a person gave are UTF-8.
+// archive_commands.h - the commands that list channels and archives and what an archive offers.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_ARCHIVES_ARCHIVE_COMMANDS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_ARCHIVES_ARCHIVE_COMMANDS_H_
 
-#include <string>
-
-#include "tools/oxaqry/cli/output.h"
-#include "tools/oxaqry/cli/settings.h"
+#include "tools/oxaqry/cli/command_parser.h"
 
 namespace oxaqrycln::oxaqry {
 
-int Channels(const Settings& settings, const Output& output);
-int AllArchives(const Settings& settings, const Output& output);
-// Every channel with its archives and their comments.
-int ArchivesByChannel(const Settings& settings, const Output& output);
-int Formats(const Settings& settings, const std::string& channel, const std::string& archive, const Output& output);
-int Properties(const Settings& settings, const std::string& channel, const std::string& archive, const Output& output);
+void AddArchiveCommands(CommandParser& parser);
+
 }  // namespace oxaqrycln::oxaqry
 
 #endif  // OXAQRYCLN_TOOLS_OXAQRY_ARCHIVES_ARCHIVE_COMMANDS_H_

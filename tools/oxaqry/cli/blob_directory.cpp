@@ -1,6 +1,7 @@
 #include "tools/oxaqry/cli/blob_directory.h"
 
-#include "platform/files/files.h"
+#include <algorithm>
+
 #include "tools/oxaqry/cli/table.h"
 #include "values/code_page.h"
 
@@ -13,10 +14,12 @@ fs::path LocalBlobDirectory(const Settings& settings) {
   if (directory.empty()) {
     throw CommandError("no blob directory is set: give --blob-local, OXAQRY_BLOB_LOCAL or strBlobPathLocal");
   }
-  fs::path path = NativePath(directory);
+  std::string native = ToUtf8(directory);
+  std::ranges::replace(native, '\\', '/');
+  fs::path path(native);
   std::error_code failed;
   if (!fs::is_directory(path, failed)) {
-    throw CommandError("the blob directory \"" + path.string() + "\" (--blob-local) is no directory");
+    throw CommandError("the blob directory \"" + path.string() + "\" (--blob-local) is not a directory");
   }
   return path;
 }
@@ -24,15 +27,6 @@ fs::path LocalBlobDirectory(const Settings& settings) {
 std::string RemoteBlobDirectory(const Settings& settings) {
   const bool isGiven = !settings.Value("strBlobPathRemote").IsEmpty();
   return settings.Text(isGiven ? "strBlobPathRemote" : "strBlobPathLocal");
-}
-
-std::unique_ptr<clsQuery> ConnectWithBlobs(const Settings& settings, const fs::path& local) {
-  const std::string remote = RemoteBlobDirectory(settings);
-  const std::string directory = ComponentPath(local);
-  auto query = settings.Connect();
-  query->strBlobPathLocal = directory;
-  query->strBlobPathRemote = remote;
-  return query;
 }
 
 std::string ComponentPath(const fs::path& path) {
@@ -46,13 +40,9 @@ std::string ComponentPath(const fs::path& path) {
 }
 
 std::string NativeName(std::string_view name) {
-  if (!IsPlainFileName(name) || !IsPrintable(name))
-    throw CommandError("\"" + Printable(name) + "\" is no plain file name");
-  return NativePath(name);
-}
-
-std::string PathJson(const Json& document) {
-  return document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+  const bool isPlain = !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == name.npos;
+  if (!isPlain || !IsPrintable(name)) throw CommandError("\"" + Printable(name) + "\" is not a plain file name");
+  return ToUtf8(name);
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -1,18 +1,15 @@
 #include "tools/oxaqry/cli/command_parser.h"
 
 #include <istream>
+#include <regex>
 
 #include "component/version.h"
-#include "platform/database/connection_string.h"
+#include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
-#include "values/code_page.h"
-#include "values/errors.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-constexpr const char* kSettingsGroup = "Settings";
-constexpr const char* kDatabase = "--database";
 constexpr const char* kClosing =
     "Settings come from --config FILE, then from the environment (OXAQRY_REMOTE_HOSTS, OXAQRY_USER,\n"
     "OXAQRY_PASSWORD, ...), then from options; the later wins. The manual page oxaqry(1) lists them all.\n"
@@ -23,21 +20,17 @@ constexpr const char* kClosing =
     "  oxaqry show Mail/Inbox/1262 --query invoice --config archive.json\n"
     "  oxaqry COMMAND --help";
 
-// An option's value can be read by everybody on the machine.
-bool HoldsPassword(const std::string& connectionString) {
-  try {
-    return !ConnectionPasswords(connectionString).empty();
-  } catch (const RuntimeError&) {
-    return false;  // told when the database is opened
-  }
-}
-
+// Everybody on the machine can read options. Also finds a password inside a list of driver options.
 std::string RefusePassword(const std::string& connectionString) {
-  if (!HoldsPassword(connectionString)) return {};
+  static const std::regex password(R"((pwd|password)\s*=\s*[^;\s])", std::regex::icase);
+  if (!std::regex_search(connectionString, password)) return {};
   return "a password in an option can be read by everybody: give OXAQRY_DATABASE, or strDBConnect in --config";
 }
 
 }  // namespace
+
+const SettingEntry kDatabaseSetting{"strDBConnect", "OXAQRY_DATABASE", "--database", "STRING",
+                                    "connection string of the web user database, without a password"};
 
 CommandParser::CommandParser(RunEnvironment environment)
     : environment_(std::move(environment)), app_("Searches a document archive through its query servers.", "oxaqry") {
@@ -49,9 +42,8 @@ CommandParser::CommandParser(RunEnvironment environment)
 Output CommandParser::MakeOutput() const {
   const char* const noColor = environment_.environment("NO_COLOR");
   const bool wantsColor = noColor == nullptr || *noColor == '\0';
-  return {environment_.out,       json_,
-          environment_.in,        environment_.err,
-          environment_.terminals, wantsColor && environment_.terminals.out};
+  const Terminals& terminals = environment_.terminals;
+  return {environment_.out, json_, environment_.in, environment_.err, terminals, wantsColor && terminals.out, verbose_};
 }
 
 CLI::App* CommandParser::AddPlain(const char* name, const char* description, const char* examples, Command action) {
@@ -65,14 +57,28 @@ CLI::App* CommandParser::AddPlain(const char* name, const char* description, con
 CLI::App* CommandParser::AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples,
                                   Command action) {
   CLI::App* const command = AddWithSettings(parent, name, description, examples, std::move(action));
-  AddSettings(*command);
+  for (const SettingEntry& entry : SettingEntries()) AddSetting(*command, entry);
+  CLI::Option* const file =
+      command->add_option("--password-file", passwordPath_, "file whose first line is the archive account's password")
+          ->type_name("FILE")
+          ->group(kSettingsGroup);
+  command->add_flag("--password-stdin", passwordFromInput_, "read that password from the first line of standard input")
+      ->excludes(file)
+      ->group(kSettingsGroup);
+  command->add_flag("--verbose", verbose_, "show every attempt of every request on standard error")
+      ->group(kSettingsGroup);
   return command;
 }
 
 CLI::App* CommandParser::AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
                                      Command action) {
   CLI::App* const command = AddWithSettings(parent, name, description, examples, std::move(action));
-  AddDatabaseSettings(*command);
+  AddSetting(*command, kDatabaseSetting);
+  command->get_option(kDatabaseSetting.option)->check(CLI::Validator(RefusePassword, ""));
+  for (const SettingEntry& entry : SettingEntries()) {
+    const std::string_view option = entry.option;
+    if (option == "--log-dir" || option == "--session") AddSetting(*command, entry);
+  }
   return command;
 }
 
@@ -83,7 +89,18 @@ CLI::App* CommandParser::AddWithSettings(CLI::App& parent, const char* name, con
   command->callback([this, command, action = std::move(action)] {
     run_ = [this, command, action] { return action(ReadSettings(*command), MakeOutput()); };
   });
+  AddJson(*command, "print one JSON document instead of a table");
+  command->add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
+      ->type_name("FILE")
+      ->group(kSettingsGroup);
   return command;
+}
+
+void CommandParser::AddSetting(CLI::App& command, const SettingEntry& entry) {
+  if (entry.option[0] == '\0') return;
+  command.add_option(entry.option, options_[entry.variable], entry.meaning)
+      ->type_name(entry.argument)
+      ->group(kSettingsGroup);
 }
 
 CLI::App* CommandParser::AddGroup(const char* name, const char* description, const char* examples) {
@@ -97,60 +114,23 @@ CLI::Option* CommandParser::AddJson(CLI::App& command, const char* description) 
   return command.add_flag("--json", json_, description);
 }
 
-void CommandParser::AddSettings(CLI::App& command) {
-  AddJson(command, "print one JSON document instead of a table");
-  command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
-      ->type_name("FILE")
-      ->group(kSettingsGroup);
-  for (const SettingEntry& entry : SettingEntries()) {
-    if (entry.option[0] == '\0') continue;
-    command.add_option(entry.option, options_[entry.variable], entry.meaning)
-        ->type_name("VALUE")
-        ->group(kSettingsGroup);
-  }
-  CLI::Option* const file =
-      command.add_option("--password-file", passwordPath_, "file whose first line is the archive account's password")
-          ->type_name("FILE")
-          ->group(kSettingsGroup);
-  command.add_flag("--password-stdin", passwordFromInput_, "read that password from the first line of standard input")
-      ->excludes(file)
-      ->group(kSettingsGroup);
-}
-
-void CommandParser::AddDatabaseSettings(CLI::App& command) {
-  AddJson(command, "print one JSON document instead of a table");
-  command.add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
-      ->type_name("FILE")
-      ->group(kSettingsGroup);
-  command
-      .add_option(kDatabase, options_["strDBConnect"],
-                  "connection string of the web user database, if it holds no password")
-      ->check(CLI::Validator(RefusePassword, ""))
-      ->type_name("VALUE")
-      ->group(kSettingsGroup);
-  for (const SettingEntry& entry : SettingEntries()) {
-    const std::string_view option = entry.option;
-    if (option != "--log-dir" && option != "--session") continue;
-    command.add_option(entry.option, options_[entry.variable], entry.meaning)
-        ->type_name("VALUE")
-        ->group(kSettingsGroup);
-  }
-}
-
 Settings CommandParser::ReadSettings(const CLI::App& command) {
   Settings settings;
   const char* const configured = environment_.environment("OXAQRY_CONFIG");
   if (configPath_.empty() && configured != nullptr) configPath_ = configured;
   if (!configPath_.empty()) settings.ReadConfig(configPath_);
   settings.ReadEnvironment(environment_.environment);
-  for (const SettingEntry& entry : SettingEntries()) {
+  const auto set = [&](const SettingEntry& entry) {
     const CLI::Option* const option = entry.option[0] == '\0' ? nullptr : command.get_option_no_throw(entry.option);
-    if (option != nullptr && option->count() > 0) {
-      SetFromOption(settings, entry);
+    if (option == nullptr || option->count() == 0) return;
+    try {
+      settings.Set(entry.variable, options_[entry.variable], entry.option);
+    } catch (const CommandError& error) {  // a wrong option is wrong usage
+      throw UsageError(error.what());
     }
-  }
-  const CLI::Option* const database = command.get_option_no_throw(kDatabase);
-  if (database != nullptr && database->count() > 0) SetFromOption(settings, {"strDBConnect", "", kDatabase, ""});
+  };
+  for (const SettingEntry& entry : SettingEntries()) set(entry);
+  set(kDatabaseSetting);
   if (!passwordPath_.empty()) {
     settings.Set("strTELOPwd", ReadFirstLine(passwordPath_, "password file"), "--password-file");
   }
@@ -161,15 +141,6 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
     settings.Set("strTELOPwd", password, "--password-stdin");
   }
   return settings;
-}
-
-// What is wrong with an option is wrong usage.
-void CommandParser::SetFromOption(Settings& settings, const SettingEntry& entry) {
-  try {
-    settings.Set(entry.variable, options_[entry.variable], entry.option);
-  } catch (const CommandError& why) {
-    throw UsageError(why.what());
-  }
 }
 
 void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments) {

@@ -1,21 +1,28 @@
-// command_parser.h - what all commands share on the command line: their settings, "--json", their help.
-// The families of commands add themselves to it; one per run.
+// command_parser.h - the command line: what all commands share, their settings, "--json" and help.
+// The families of commands add themselves to it. One per run.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_COMMAND_PARSER_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_COMMAND_PARSER_H_
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <limits>
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "tools/oxaqry/cli/document_name.h"
 #include "tools/oxaqry/cli/output.h"
+#include "tools/oxaqry/cli/run_environment.h"
+#include "tools/oxaqry/cli/settings.h"
 
 namespace oxaqrycln::oxaqry {
 
 class CommandParser {
  public:
   using Command = std::function<int(const Settings&, const Output&)>;
+  template <typename Request>
+  using CommandWith = int (*)(const Settings&, const Request&, const Output&);
 
   explicit CommandParser(RunEnvironment environment);
   CommandParser(const CommandParser&) = delete;
@@ -25,13 +32,20 @@ class CommandParser {
   // Runs the command that was parsed.
   int Run() { return run_(); }
 
-  // A command without settings; examples are its help's last lines.
+  // A command without settings; examples are the last lines of its help.
   CLI::App* AddPlain(const char* name, const char* description, const char* examples, Command action);
   // A command that talks to query servers.
-  CLI::App* AddQuery(const char* name, const char* description, const char* examples, Command action) {
-    return AddQuery(app_, name, description, examples, std::move(action));
-  }
   CLI::App* AddQuery(CLI::App& parent, const char* name, const char* description, const char* examples, Command action);
+  // The same with arguments of its own: options are added to the first result and write to the second.
+  template <typename Request>
+  std::pair<CLI::App*, Request*> AddQuery(CLI::App& parent, const char* name, const char* description,
+                                          const char* examples, CommandWith<Request> run) {
+    const auto request = std::make_shared<Request>();
+    const auto action = [request, run](const Settings& settings, const Output& output) {
+      return run(settings, *request, output);
+    };
+    return {AddQuery(parent, name, description, examples, Command(action)), request.get()};
+  }
   // A command that works on the web user database.
   CLI::App* AddDatabase(CLI::App& parent, const char* name, const char* description, const char* examples,
                         Command action);
@@ -43,10 +57,8 @@ class CommandParser {
  private:
   CLI::App* AddWithSettings(CLI::App& parent, const char* name, const char* description, const char* examples,
                             Command action);
-  void AddSettings(CLI::App& command);
-  void AddDatabaseSettings(CLI::App& command);
+  void AddSetting(CLI::App& command, const SettingEntry& entry);
   Settings ReadSettings(const CLI::App& command);
-  void SetFromOption(Settings& settings, const SettingEntry& entry);
   Output MakeOutput() const;
 
   RunEnvironment environment_;
@@ -57,7 +69,13 @@ class CommandParser {
   std::string passwordPath_;
   bool passwordFromInput_ = false;
   bool json_ = false;
+  bool verbose_ = false;
 };
+
+// The help group of the options that all commands share.
+inline constexpr const char* kSettingsGroup = "Settings";
+// The option for the connection string of the web user database.
+extern const SettingEntry kDatabaseSetting;
 
 // Where an archive is: "CHANNEL ARCHIVE", or "CHANNEL/ARCHIVE" in one word. Added to a command as its arguments.
 struct ArchiveArguments {
@@ -67,6 +85,11 @@ struct ArchiveArguments {
 void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments);
 // The argument "CHANNEL/ARCHIVE/DOCUMENT[/VERSION]".
 void AddDocumentArgument(CLI::App& command, DocumentName& document);
+// A check that a text is a whole number from 0 to the largest one of the type.
+template <typename Number>
+CLI::Validator FromZero() {
+  return CLI::Validator(CLI::Range(Number{0}, std::numeric_limits<Number>::max())).description("");
+}
 
 }  // namespace oxaqrycln::oxaqry
 

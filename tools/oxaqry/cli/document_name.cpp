@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/oxaqry/cli/text.h"
+
 namespace oxaqrycln::oxaqry {
 namespace {
 
@@ -22,10 +24,8 @@ std::string Resolved(std::string_view part) {
 std::string Escaped(std::string_view part) {
   std::string text;
   for (const char character : part) {
-    if (character == '/') {
-      text += "%2F";
-    } else if (character == '%') {
-      text += "%25";
+    if (character == '/' || character == '%') {
+      text += character == '/' ? "%2F" : "%25";
     } else {
       text += character;
     }
@@ -36,13 +36,9 @@ std::string Escaped(std::string_view part) {
 }  // namespace
 
 std::vector<std::string> SplitName(std::string_view text) {
-  std::vector<std::string> parts;
-  for (std::size_t from = 0;;) {
-    const std::size_t end = text.find('/', from);
-    parts.push_back(Resolved(text.substr(from, end - from)));
-    if (end == std::string_view::npos) return parts;
-    from = end + 1;
-  }
+  std::vector<std::string> parts = SplitText(text, "/");
+  for (std::string& part : parts) part = Resolved(part);
+  return parts;
 }
 
 std::optional<DocumentName> ParseDocumentName(std::string_view text) {

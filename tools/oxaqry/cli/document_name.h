@@ -1,4 +1,4 @@
-// document_name.h - how a person names a document: CHANNEL/ARCHIVE/DOCUMENT[/VERSION], UTF-8.
+// document_name.h - the name of a document on the command line: CHANNEL/ARCHIVE/DOCUMENT[/VERSION], UTF-8.
 // A "/" inside a part is written "%2F", a "%" "%25".
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_DOCUMENT_NAME_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_DOCUMENT_NAME_H_
@@ -17,7 +17,7 @@ struct DocumentName {
   std::string version;  // "" for the current one
 };
 
-// The parts between the slashes, "%2F" and "%25" in them resolved; any other "%" stands for itself.
+// The parts between the slashes, with "%2F" and "%25" decoded; any other "%" is kept.
 std::vector<std::string> SplitName(std::string_view text);
 
 // Nothing for a text that does not name a document.

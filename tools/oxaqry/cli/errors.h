@@ -1,4 +1,4 @@
-// errors.h - why a command cannot do its work. Texts are UTF-8.
+// errors.h - why a command cannot do its work. Texts are UTF-8 and say what to do about it.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_ERRORS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_ERRORS_H_
 
@@ -6,17 +6,17 @@
 
 namespace oxaqrycln::oxaqry {
 
-// Something that a command cannot do, with what to do about it; UTF-8.
+// The exit status is 1.
 class CommandError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Arguments that do not fit together; the exit status is 2.
+// Arguments that do not fit together. The exit status is 2.
 class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// What is wrong with a value or a line, for the one who wrote it.
+// A value or a line of input that is wrong.
 class ValueError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };

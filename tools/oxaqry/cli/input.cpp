@@ -9,26 +9,46 @@
 namespace oxaqrycln::oxaqry {
 namespace {
 
-constexpr std::size_t kMaxFileBytes = std::size_t{1} << 20;
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+constexpr std::size_t kMebibyte = std::size_t{1} << 20;
+
+// Everything of the stream; name says what it is in an error.
+std::string ReadStream(std::istream& in, std::size_t mostMebibytes, const std::string& name) {
+  std::string text;
+  std::string piece(kMebibyte, '\0');
+  while (in.read(piece.data(), static_cast<std::streamsize>(piece.size())) || in.gcount() > 0) {
+    text.append(piece, 0, static_cast<std::size_t>(in.gcount()));
+    if (text.size() > mostMebibytes * kMebibyte) {
+      throw CommandError(name + " is larger than " + std::to_string(mostMebibytes) + " MiB");
+    }
+  }
+  return text;
+}
+
+std::string ReadFile(const std::string& path, std::size_t mostMebibytes, const std::string& name) {
+  std::ifstream file(path, std::ios::binary);
+  std::string text = ReadStream(file, mostMebibytes, name);
+  if (!file.is_open() || file.bad()) {
+    throw CommandError("cannot read " + name + ": check that it exists and is a readable file");
+  }
+  return text;
+}
 
 }  // namespace
 
 std::string ReadAll(const std::string& path, std::istream& in) {
-  std::ifstream file;
-  if (path != "-") file.open(path, std::ios::binary);
-  std::istream& source = path == "-" ? in : file;
-  std::string text(std::size_t{1} << 20, '\0');
-  std::size_t size = 0;
-  while (source.read(text.data() + size, static_cast<std::streamsize>(text.size() - size)) || source.gcount() > 0) {
-    size += static_cast<std::size_t>(source.gcount());
-    if (size > kMostBytes) throw CommandError("\"" + path + "\" is larger than 64 MiB");
-    if (size == text.size()) text.resize(2 * size);
-  }
-  if (path != "-" && (!file.is_open() || file.bad())) {
-    throw CommandError("cannot read \"" + path + "\": check that it exists and is a readable file");
-  }
-  text.resize(size);
+  constexpr std::size_t kMostMebibytes = 64;
+  const std::string name = "\"" + path + "\"";
+  return path == "-" ? ReadStream(in, kMostMebibytes, "the input") : ReadFile(path, kMostMebibytes, name);
+}
+
+std::string ReadSmallFile(const std::string& path, const std::string& what) {
+  return ReadFile(path, 1, "the " + what + " \"" + path + "\"");
+}
+
+std::string ReadFirstLine(const std::string& path, const std::string& what) {
+  std::string text = ReadSmallFile(path, what);
+  text.resize(std::min(text.size(), text.find('\n')));
+  if (text.ends_with('\r')) text.pop_back();
   return text;
 }
 
@@ -39,25 +59,6 @@ void Confirm(const std::string& question, bool yes, const Output& output) {
   std::string answer;
   std::getline(output.in, answer);
   if (answer != "y" && answer != "Y" && answer != "yes") throw CommandError("nothing was deleted");
-}
-
-std::string ReadSmallFile(const std::string& path, const std::string& what) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text(kMaxFileBytes + 1, '\0');
-  if (file) file.read(text.data(), static_cast<std::streamsize>(text.size()));
-  if (file.bad() || !file.is_open() || (file.fail() && !file.eof())) {
-    throw CommandError("cannot read the " + what + " \"" + path + "\": check that it exists and is readable");
-  }
-  text.resize(static_cast<std::size_t>(file.gcount()));
-  if (text.size() > kMaxFileBytes) throw CommandError("the " + what + " \"" + path + "\" is larger than 1 MiB");
-  return text;
-}
-
-std::string ReadFirstLine(const std::string& path, const std::string& what) {
-  std::string text = ReadSmallFile(path, what);
-  text.resize(std::min(text.size(), text.find('\n')));
-  if (text.ends_with('\r')) text.pop_back();
-  return text;
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -1,4 +1,4 @@
-// interruption.h - what signals do to the tool: a command that has made files ends in order when one asks it to.
+// interruption.h - signals: a command that makes files removes what is unfinished before a signal ends it.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_INTERRUPTION_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_INTERRUPTION_H_
 
@@ -7,7 +7,7 @@
 
 namespace oxaqrycln::oxaqry {
 
-// The command was asked to end.
+// A signal has asked the command to end.
 class Interrupted : public std::exception {
  public:
   explicit Interrupted(int signal) noexcept : signal_(signal) {}
@@ -18,8 +18,7 @@ class Interrupted : public std::exception {
   int signal_;
 };
 
-// One at a time in a process. While it lives, an interrupt, a quit, a request to end or a hang-up only takes note of
-// the signal.
+// One at a time in a process. While it exists, SIGINT, SIGQUIT, SIGTERM and SIGHUP are only recorded.
 class Interruption {
  public:
   Interruption();
@@ -27,9 +26,9 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
-  // The signal that came last, 0 for none.
+  // The last signal, 0 for none.
   int Signal() const noexcept;
-  // Raises Interrupted when a signal came.
+  // Raises Interrupted when there was a signal.
   void Check() const {
     if (const int signal = Signal(); signal != 0) throw Interrupted(signal);
   }
@@ -39,7 +38,8 @@ class Interruption {
   std::unique_ptr<Former> former_;
 };
 
-// A limit on the size of files then shows as a full disk, not as a signal that ends the process.
+// From now on, exceeding the limit on the size of files is an error like a full disk instead of a signal that ends the
+// process.
 void TakeFileLimitsAsErrors();
 
 }  // namespace oxaqrycln::oxaqry

@@ -9,11 +9,11 @@ namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr std::array kSignals{SIGINT, SIGQUIT, SIGTERM, SIGHUP};
-// Of the process, as signals are.
+// Signals belong to the process, and so does this.
 std::atomic<int> lastSignal = 0;
 static_assert(std::atomic<int>::is_always_lock_free);
 
-extern "C" void TakeNoteOfSignal(int signal) { lastSignal = signal; }
+extern "C" void RecordSignal(int signal) { lastSignal = signal; }
 
 }  // namespace
 
@@ -24,11 +24,11 @@ struct Interruption::Former {
 Interruption::Interruption() : former_(std::make_unique<Former>()) {
   lastSignal = 0;
   struct sigaction action {};
-  action.sa_handler = TakeNoteOfSignal;  // without a restart: a wait ends at once
+  action.sa_handler = RecordSignal;  // no SA_RESTART, so that a system call that waits ends at once
   sigemptyset(&action.sa_mask);
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     sigaction(kSignals[i], nullptr, &former_->actions[i]);
-    // What was ignored, as by nohup, stays ignored.
+    // A signal that is ignored, as under nohup, stays ignored.
     if (former_->actions[i].sa_handler != SIG_IGN) sigaction(kSignals[i], &action, nullptr);
   }
 }

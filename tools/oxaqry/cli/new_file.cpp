@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kPieceSize = std::size_t{1} << 20;
 
-// Readable by its owner alone, as received files are.
+// Only its owner can read it.
 fs::path MakeDirectoryIn(const fs::path& parent) {
   std::random_device random;
   std::error_code failed;
@@ -37,7 +37,7 @@ void CheckTarget(const fs::path& target, bool overwrite) {
     throw CommandError("\"" + target.string() + "\" is a directory: name a file");
   }
   if (!fs::is_regular_file(status) && !fs::is_symlink(status)) {
-    throw CommandError("\"" + target.string() + "\" is no file that can be replaced");
+    throw CommandError("\"" + target.string() + "\" is not a file that can be replaced");
   }
   if (!overwrite) {
     throw CommandError("\"" + target.string() + "\" exists: give --force to overwrite it, or name another file");
@@ -76,7 +76,7 @@ void NewFile::CopyFrom(const fs::path& source, const std::function<void(std::int
 void NewFile::Commit() {
   std::error_code failed;
   if (!overwrite_) {
-    // A link is made only where nothing stands; not every file system has links.
+    // A hard link never replaces a file, but not every file system has them.
     fs::create_hard_link(part_, target_, failed);
     if (!failed) return;
     CheckTarget(target_, false);

@@ -1,5 +1,5 @@
-// new_file.h - a file that a command makes for a person: it appears under its name complete or not at all.
-// It is written in a directory of its own beside its place, which goes with the object.
+// new_file.h - a file that a command makes: it appears under its name complete or not at all.
+// It is written in a temporary directory beside its target, which is removed with the object.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_NEW_FILE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_NEW_FILE_H_
 
@@ -12,8 +12,8 @@ namespace oxaqrycln::oxaqry {
 
 class NewFile {
  public:
-  // The last part of the target, or the given name, is the name of the unfinished file. Raises CommandError for a
-  // target that exists, unless it may be overwritten, and where nothing can be written.
+  // The unfinished file has the name of the target, or the given one. Raises CommandError when the target exists and
+  // may not be overwritten, and when the directory cannot be written.
   NewFile(std::filesystem::path target, bool overwrite, const std::string& name = "");
   ~NewFile();
   NewFile(const NewFile&) = delete;
@@ -21,11 +21,11 @@ class NewFile {
 
   const std::filesystem::path& target() const noexcept { return target_; }
   const std::filesystem::path& directory() const noexcept { return directory_; }
-  // Where the content is to be put.
+  // The path of the unfinished file.
   const std::filesystem::path& part() const noexcept { return part_; }
-  // Fills the unfinished file; tells the number of bytes copied between two pieces, and raises what that raises.
+  // Fills the unfinished file. Calls onPiece with the number of bytes copied so far, and passes on what it raises.
   void CopyFrom(const std::filesystem::path& source, const std::function<void(std::int64_t)>& onPiece) const;
-  // Puts the file in its place. Raises CommandError, also when a file has appeared there meanwhile and may not be
+  // Moves the file to its target. Raises CommandError, also when a file has appeared there meanwhile that may not be
   // overwritten.
   void Commit();
 
@@ -36,10 +36,10 @@ class NewFile {
   std::filesystem::path part_;
 };
 
-// Raises CommandError when a file stands at the target that may not be overwritten.
+// Raises CommandError when the target exists and may not be overwritten.
 void CheckTarget(const std::filesystem::path& target, bool overwrite);
 
-// A file that is deleted with the object.
+// A file that is deleted with the object, unless it is kept.
 class PassingFile {
  public:
   explicit PassingFile(std::filesystem::path path) : path_(std::move(path)) {}

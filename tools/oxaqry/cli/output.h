@@ -14,7 +14,8 @@ struct Output {
   std::istream& in;   // where a question is answered
   std::ostream& err;  // where questions and progress are shown
   Terminals terminals;
-  bool color;  // out is a terminal that may be driven
+  bool color;            // out is a terminal that may be driven
+  bool verbose = false;  // err shows every attempt of every request
 };
 
 }  // namespace oxaqrycln::oxaqry

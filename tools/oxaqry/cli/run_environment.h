@@ -1,4 +1,4 @@
-// environment.h - what a run of oxaqry has around it: streams, terminals, environment.
+// run_environment.h - the streams, terminals and environment variables of a run.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
 
@@ -8,7 +8,7 @@
 
 namespace oxaqrycln::oxaqry {
 
-// Which of the streams a person sits at.
+// Which of the streams are terminals.
 struct Terminals {
   bool in = false;
   bool out = false;

@@ -1,8 +1,9 @@
-// settings.h - what a command needs to reach the query servers, from a configuration file, the environment and options.
-// Whatever is read later wins: file, then environment, then options.
+// settings.h - the settings of a command, from a configuration file, the environment and options. They are read in this
+// order, and a later value replaces an earlier one.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_SETTINGS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_SETTINGS_H_
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -20,7 +21,8 @@ namespace oxaqrycln::oxaqry {
 struct SettingEntry {
   const char* variable;     // the public variable or property, and the name in the configuration file
   const char* environment;  // the environment variable
-  const char* option;       // "--hosts LIST", or "" for what must not be seen in a list of processes
+  const char* option;       // "--hosts", or "" for one without an option
+  const char* argument;     // what the option takes, "LIST"
   const char* meaning;
 };
 std::span<const SettingEntry> SettingEntries();
@@ -28,8 +30,8 @@ std::span<const SettingEntry> SettingEntries();
 // One entry of the list of query servers.
 struct QueryServer {
   std::string host;
-  std::string port;
-  std::string entry;  // as it stands in the list
+  std::int32_t port = 0;
+  std::string entry;  // its text in the list
 };
 
 class Settings {
@@ -50,14 +52,12 @@ class Settings {
   // A text setting; "" when it was never given.
   std::string Text(std::string_view variable) const;
 
-  // The query servers; raises CommandError when none is set or an entry is malformed.
+  // The query servers, as one text and as a list. Both raise CommandError when none is set or an entry is malformed.
+  std::string ServerList() const;
   std::vector<QueryServer> Servers() const;
 
   // A new instance with every setting but the query servers.
   std::unique_ptr<clsQuery> MakeQuery() const;
-  // The same, with these query servers and initialised without the database. Raises CommandError.
-  std::unique_ptr<clsQuery> Connect(std::string_view servers) const;
-  std::unique_ptr<clsQuery> Connect() const;
 
  private:
   std::map<std::string, Variant, std::less<>> values_;

@@ -9,12 +9,12 @@
 
 namespace oxaqrycln::oxaqry {
 
-// Component text as UTF-8 for a terminal: control characters, which could drive it, become U+FFFD.
+// A text of the component as UTF-8 for a terminal. Control characters, which could drive it, become U+FFFD.
 std::string Printable(std::string_view text);
-// Whether it holds no control character.
+// Whether the text holds no control character.
 bool IsPrintable(std::string_view text);
 
-// A text of several lines for a terminal, each line as by Printable.
+// The same for a text of several lines.
 std::string PrintableLines(std::string_view text);
 
 class Table {

@@ -1,4 +1,4 @@
-// terminal.h - whether a person sits at the standard streams.
+// terminal.h - which of the standard streams are terminals.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_TERMINAL_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_TERMINAL_H_
 

@@ -23,21 +23,21 @@ Number WholeNumber(const Json& json, const char* typeName) {
       return static_cast<Number>(number);
     }
   }
-  throw ValueError(json.dump() + " is no whole number in the range of the type " + typeName);
+  throw ValueError(json.dump() + " is not a whole number in the range of the type " + typeName);
 }
 
 DateTime DateFromJson(const Json& json) {
   if (json.is_string()) {
     try {
       if (const auto date = DateTime::FromIso(json.get_ref<const std::string&>())) return *date;
-    } catch (const RuntimeError&) {  // no such day: told below
+    } catch (const RuntimeError&) {  // no such day
     }
   }
-  throw ValueError(json.dump() + " is no date like \"2026-11-15T20:31:07\"");
+  throw ValueError(json.dump() + " is not a date like \"2026-11-15T20:31:07\"");
 }
 
 void MustBe(bool isFitting, const Json& json, const char* typeName) {
-  if (!isFitting) throw ValueError(json.dump() + " is no value of the type " + typeName);
+  if (!isFitting) throw ValueError(json.dump() + " is not a value of the type " + typeName);
 }
 
 Variant TypedValue(const std::string& type, const Json& json) {
@@ -95,7 +95,7 @@ Variant ValueFromJson(const Json& json) {
       // A whole number that no 64 bits hold is read as a fraction.
       if (std::abs(json.get<double>()) >= 0x1p63) {
         throw ValueError(json.dump() +
-                         " is no whole number in the range of the type Long; a Double is {\"Double\":...}");
+                         " is not a whole number in the range of the type Long; a Double is {\"Double\":...}");
       }
       return json.get<double>();
     case Json::value_t::string:
@@ -106,7 +106,7 @@ Variant ValueFromJson(const Json& json) {
       return TypedValue(type, value);
     }
     default:
-      throw ValueError("a list is no value");
+      throw ValueError("a list is not a value");
   }
 }
 

@@ -1,4 +1,4 @@
-// value_json.h - automation values as the lines of a session write them, in both directions.
+// value_json.h - conversion between automation values and JSON.
 // Text is UTF-8 in JSON and Windows-1252 in a Variant.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_VALUE_JSON_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_VALUE_JSON_H_
@@ -15,15 +15,15 @@ namespace oxaqrycln::oxaqry {
 // Members stay in the order in which they were written: a "set" assigns in that order.
 using Json = nlohmann::ordered_json;
 
-// Text from outside; raises ValueError for what has no place in the code page.
+// Raises ValueError for a character that has no place in the code page.
 std::string TextFromUtf8(std::string_view utf8);
-// The same for a text that becomes a field of a request; raises ValueError, too, for one that would end its field.
+// The same for a text that becomes a field of a request. Also raises ValueError for a text that would end its field.
 std::string FieldFromUtf8(std::string_view utf8);
 
-// A scalar or a typed scalar; null is Empty. Raises ValueError.
+// The value of a scalar or a typed scalar such as {"Integer":5}; null is Empty. Raises ValueError.
 Variant ValueFromJson(const Json& json);
 
-// The value alone: null for Empty and Null. Raises ValueError for byte arrays and objects.
+// The value without its type: null for Empty and Null. Raises ValueError for byte arrays and objects.
 Json JsonFromValue(const Variant& value);
 // {"type":TYPE,"value":VALUE}
 Json TypedJsonFromValue(const Variant& value);

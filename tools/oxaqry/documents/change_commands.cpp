@@ -1,14 +1,11 @@
-// The commands "create", "edit" and "delete": documents by way of an import file in the blob directory.
-#include <algorithm>
-#include <ostream>
+// The commands "create", "edit" and "delete": documents through an import file in the blob directory.
 #include <random>
 
-#include "tools/oxaqry/cli/answers.h"
 #include "tools/oxaqry/cli/blob_directory.h"
+#include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
 #include "tools/oxaqry/cli/new_file.h"
-#include "tools/oxaqry/cli/request_watch.h"
-#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/documents/document_access.h"
 #include "tools/oxaqry/documents/document_commands.h"
 #include "values/code_page.h"
@@ -18,19 +15,38 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// An import file's place on this machine, and its path as the query server reaches it.
+// The content of a new document or version.
+struct DocumentContents {
+  std::string title;
+  std::vector<std::string> fields;  // TYPE:ID each
+  std::string source;               // the path of a file, or "-" for standard input
+  std::string charset;              // of the bytes of the source; "" for UTF-8, which is converted
+  std::string importFile;           // the path of an import file to keep; "" for a temporary one
+};
+
+struct ChangeRequest {
+  DocumentName document;  // of a new document only the channel and archive
+  DocumentContents contents;
+};
+
+struct DeleteRequest {
+  DocumentName document;
+  bool yes = false;  // without asking
+};
+
+// The place of an import file on this machine, and its path as the query server reaches it.
 struct ImportPlace {
   fs::path local;
   std::string remote;
 };
 
-ImportPlace PlaceOfImportFile(const Settings& settings, const std::string& wanted) {
+ImportPlace ImportFilePlace(const Settings& settings, const std::string& wanted) {
   std::error_code absent;
   if (wanted.empty()) {
     const std::string name = "oxaqry-" + std::to_string(std::random_device()()) + ".import";
     return {LocalBlobDirectory(settings) / name, RemoteBlobDirectory(settings) + "\\" + name};
   }
-  // The component would write behind what is there.
+  // The component would append to an existing file.
   if (fs::exists(fs::symlink_status(wanted, absent))) {
     throw CommandError("\"" + wanted + "\" exists: name another file with --import-file");
   }
@@ -71,8 +87,7 @@ std::string ReadContents(const DocumentContents& contents, std::istream& in) {
   const auto text = FromUtf8(bytes);
   if (!text) {
     throw CommandError(
-        "the contents are no UTF-8 text within the code page Windows-1252: give --charset, and they are "
-        "handed on as they are");
+        "the contents are not UTF-8 text within the code page Windows-1252: give --charset to send them byte for byte");
   }
   return *text;
 }
@@ -97,7 +112,7 @@ void WriteImportFile(clsQuery& query, const ImportPlace& place, const DocumentNa
   }
 }
 
-// "1262,2" as the document and version of a name. The text is the server's own; another form names no document.
+// The document and version of "1262,2", which the server composes; nothing for a text of another form.
 std::optional<DocumentName> NameFrom(const DocumentName& archive, const std::string& idVersion) {
   const std::size_t comma = idVersion.find(',');
   if (comma == std::string::npos || comma == 0 || comma + 1 == idVersion.size()) return std::nullopt;
@@ -108,67 +123,56 @@ std::optional<DocumentName> NameFrom(const DocumentName& archive, const std::str
   return name;
 }
 
-void PrintResult(const Output& output, const char* what, const DocumentName& archive, const std::string& idVersion) {
-  const auto name = NameFrom(archive, idVersion);
-  if (output.json) {
-    output.out << Json{{"name", name ? Json(ToText(*name)) : Json(nullptr)}, {"idVersion", ToUtf8(idVersion)}}.dump(2)
-               << '\n';
-  } else {
-    output.out << what << (name ? ToText(*name) : Printable(idVersion)) << '\n';
-  }
+// Writes the import file, has the server read it and prints the document that ask(remote path) names.
+template <typename Ask>
+void Import(ArchiveQuery& archive, const ImportPlace& place, const ChangeRequest& request, const std::string& text,
+            const char* what, const Output& output, Ask&& ask) {
+  PassingFile importFile(place.local);
+  WriteImportFile(archive.query(), place, request.document, request.contents, text);
+  const std::string idVersion = ask(place.remote);
+  if (!request.contents.importFile.empty()) importFile.Keep();
+  const auto name = NameFrom(request.document, idVersion);
+  PrintResult(output, {{"name", name ? Json(ToText(*name)) : Json(nullptr)}, {"idVersion", ToUtf8(idVersion)}},
+              what + (name ? ToText(*name) : Printable(idVersion)));
 }
 
-std::string CurrentTitle(clsQuery& query, const DocumentKey& key) {
-  Variant title;
-  Variant status;
-  const Variant lines = query.TELOGetDocumentInfo(key.channel, key.archive, key.document, key.version, nullptr, nullptr,
-                                                  nullptr, &title, nullptr, nullptr, nullptr, nullptr, &status);
-  if (Count(lines, status) == 0) throw CommandError("the query server knows nothing about this document");
-  return ToUtf8(title.ToText());
-}
-
-}  // namespace
-
-int Create(const Settings& settings, const CreateRequest& request, const Output& output) {
-  const DocumentName archive{request.channel, request.archive, "", ""};
+int Create(const Settings& settings, const ChangeRequest& request, const Output& output) {
   const std::string text = ReadContents(request.contents, output.in);
-  const ImportPlace place = PlaceOfImportFile(settings, request.contents.importFile);
+  const ImportPlace place = ImportFilePlace(settings, request.contents.importFile);
   const Interruption interruption;
-  const auto query = settings.Connect();
-  PassingFile passing(place.local);
-  WriteImportFile(*query, place, archive, request.contents, text);
-  Variant idVersion;
-  Variant status;
-  {
-    const RequestWatch watch(interruption);
-    const Variant result = query->TELOCreateDocument(place.remote, &idVersion, &status);
-    interruption.Check();
-    Count(result, status);
-  }
-  if (!request.contents.importFile.empty()) passing.Keep();
-  PrintResult(output, "Created ", archive, idVersion.ToText());
+  ArchiveQuery archive(settings, output);
+  archive.Watch(interruption);
+  Import(archive, place, request, text, "Created ", output, [&](const std::string& remote) {
+    Variant idVersion;
+    archive.Count(archive->TELOCreateDocument(remote, &idVersion, archive.status()));
+    return idVersion.ToText();
+  });
   return 0;
 }
 
-int Edit(const Settings& settings, const EditRequest& request, const Output& output) {
+std::string CurrentTitle(ArchiveQuery& archive, const DocumentKey& key) {
+  Variant title;
+  const std::int32_t lines = archive.Count(
+      archive->TELOGetDocumentInfo(key.channel, key.archive, key.document, key.version, nullptr, nullptr, nullptr,
+                                   &title, nullptr, nullptr, nullptr, nullptr, archive.status()));
+  if (lines == 0) throw CommandError("the query server knows nothing about this document");
+  return ToUtf8(title.ToText());
+}
+
+int Edit(const Settings& settings, const ChangeRequest& given, const Output& output) {
+  ChangeRequest request = given;
   const DocumentKey key(request.document);
-  DocumentContents contents = request.contents;
-  const std::string text = ReadContents(contents, output.in);
-  const ImportPlace place = PlaceOfImportFile(settings, contents.importFile);
+  const std::string text = ReadContents(request.contents, output.in);
+  const ImportPlace place = ImportFilePlace(settings, request.contents.importFile);
   const Interruption interruption;
-  const auto query = settings.Connect();
-  const RequestWatch watch(interruption);
-  if (contents.title.empty()) contents.title = CurrentTitle(*query, key);
-  interruption.Check();
-  PassingFile passing(place.local);
-  WriteImportFile(*query, place, request.document, contents, text);
-  Variant idVersion = key.version.empty() ? key.document : key.document + "," + key.version;
-  Variant status;
-  const Variant result = query->TELOEditDocument(place.remote, idVersion, &status);
-  interruption.Check();
-  Count(result, status);
-  if (!contents.importFile.empty()) passing.Keep();
-  PrintResult(output, "New version ", request.document, idVersion.ToText());
+  ArchiveQuery archive(settings, output);
+  archive.Watch(interruption);
+  if (request.contents.title.empty()) request.contents.title = CurrentTitle(archive, key);
+  Import(archive, place, request, text, "New version ", output, [&](const std::string& remote) {
+    Variant idVersion = key.version.empty() ? key.document : key.document + "," + key.version;
+    archive.Count(archive->TELOEditDocument(remote, idVersion, archive.status()));
+    return idVersion.ToText();
+  });
   return 0;
 }
 
@@ -176,15 +180,66 @@ int Delete(const Settings& settings, const DeleteRequest& request, const Output&
   const DocumentKey key(request.document);
   const std::string name = ToText(request.document);
   Confirm("Delete " + name + (key.version.empty() ? " with all its versions?" : "?"), request.yes, output);
-  const auto query = settings.Connect();
-  Variant status;
-  Count(query->TELODeleteDocument(key.channel, key.archive, key.document, key.version, &status), status);
-  if (output.json) {
-    output.out << Json{{"name", name}, {"deleted", true}}.dump(2) << '\n';
-  } else {
-    output.out << "Deleted " << name << '\n';
-  }
+  ArchiveQuery archive(settings, output);
+  archive.Count(archive->TELODeleteDocument(key.channel, key.archive, key.document, key.version, archive.status()));
+  PrintResult(output, {{"name", name}, {"deleted", true}}, "Deleted " + name);
   return 0;
+}
+
+void AddContents(CLI::App& command, DocumentContents& contents) {
+  command
+      .add_option("--field", contents.fields, "type and id of a field, in the order of the contents; may be repeated")
+      ->allow_extra_args(false)
+      ->type_name("TYPE:ID");
+  command
+      .add_option(
+          "--contents", contents.source,
+          "file with the contents of the fields, in the layout that the query server expects; \"-\" is standard "
+          "input")
+      ->required()
+      ->type_name("FILE");
+  command
+      .add_option("--charset", contents.charset,
+                  "character set of the contents, which are then sent byte for byte (default: UTF-8, converted to "
+                  "Windows-1252)")
+      ->type_name("CS");
+  command
+      .add_option("--import-file", contents.importFile,
+                  "write the import file to this path, where no file may exist, and keep it (default: a temporary one "
+                  "in the blob directory)")
+      ->type_name("FILE");
+}
+
+}  // namespace
+
+void AddChangeCommands(CommandParser& parser) {
+  const auto [create, created] = parser.AddQuery(
+      parser.app(), "create", "create a document",
+      "Examples:\n"
+      "  oxaqry create --channel Mail --archive Inbox --title 'Oak shelves' --field 1:7 --contents letter.txt \\\n"
+      "    --blob-local /srv/blobs --hosts localhost,2001\n"
+      "  echo 'Thank you' | oxaqry create --channel Mail --archive Outbox --title Reply --field 1:7 --contents - \\\n"
+      "    --blob-local /srv/blobs --hosts localhost,2001",
+      Create);
+  create->add_option("--channel", created->document.channel, "the channel")->required()->type_name("C");
+  create->add_option("--archive", created->document.archive, "the archive in that channel")->required()->type_name("A");
+  create->add_option("--title", created->contents.title, "the document's title")->required()->type_name("T");
+  AddContents(*create, created->contents);
+  const auto [edit, edited] = parser.AddQuery(
+      parser.app(), "edit", "make a new version of a document",
+      "Example:\n  oxaqry edit Mail/Inbox/1301/1 --field 1:7 --contents letter.txt --blob-local /srv/blobs \\\n"
+      "    --hosts localhost,2001",
+      Edit);
+  AddDocumentArgument(*edit, edited->document);
+  edit->add_option("--title", edited->contents.title, "the new version's title (default: the present one)")
+      ->type_name("T");
+  AddContents(*edit, edited->contents);
+  const auto [remove, removed] = parser.AddQuery(parser.app(), "delete", "delete a document, or one of its versions",
+                                                 "Examples:\n  oxaqry delete Mail/Inbox/1301 --hosts localhost,2001\n"
+                                                 "  oxaqry delete Mail/Inbox/1301/2 --yes --hosts localhost,2001",
+                                                 Delete);
+  AddDocumentArgument(*remove, removed->document);
+  remove->add_flag("--yes", removed->yes, "delete without asking");
 }
 
 }  // namespace oxaqrycln::oxaqry

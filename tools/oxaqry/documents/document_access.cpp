@@ -2,9 +2,8 @@
 
 #include <ostream>
 
-#include "tools/oxaqry/cli/answers.h"
 #include "tools/oxaqry/cli/table.h"
-#include "values/code_page.h"
+#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 
@@ -14,19 +13,12 @@ DocumentKey::DocumentKey(const DocumentName& name)
       document(FieldFromUtf8(name.document)),
       version(FieldFromUtf8(name.version)) {}
 
-std::vector<std::string> ReadNotes(clsQuery& query, const DocumentKey& key) {
-  Variant status;
-  const std::int32_t count =
-      Count(query.TELOGetNotesInit(key.channel, key.archive, key.document, key.version, &status), status);
+std::vector<std::string> ReadNotes(ArchiveQuery& archive, const DocumentKey& key) {
   std::vector<std::string> notes;
-  for (std::int32_t i = 0; i < count; ++i) notes.push_back(query.TELOGetNotesNext());
+  const std::int32_t count =
+      archive.Count(archive->TELOGetNotesInit(key.channel, key.archive, key.document, key.version, archive.status()));
+  archive.ForEach(count, "note", [&](std::int32_t) { notes.push_back(archive->TELOGetNotesNext()); });
   return notes;
-}
-
-Json JsonNotes(const std::vector<std::string>& notes) {
-  Json list = Json::array();
-  for (const std::string& note : notes) list.push_back(ToUtf8(note));
-  return list;
 }
 
 void PrintNotes(const std::vector<std::string>& notes, std::ostream& out) {

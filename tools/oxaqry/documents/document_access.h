@@ -1,5 +1,4 @@
-// document_access.h - what the commands on documents share: a document's name as the component takes it, its notes, a
-// question before something is deleted, a text from standard input or a file.
+// document_access.h - what the commands on documents share: a document as the component takes it, and its notes.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_DOCUMENTS_DOCUMENT_ACCESS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_DOCUMENTS_DOCUMENT_ACCESS_H_
 
@@ -7,13 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "tools/oxaqry/cli/archive_query.h"
 #include "tools/oxaqry/cli/document_name.h"
-#include "tools/oxaqry/cli/output.h"
-#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 
-// A document as the methods of the component take it. Raises ValueError for what has no place in the code page.
+// The parts of a name as the methods of the component take them. Raises ValueError for a part that has no place in the
+// code page.
 struct DocumentKey {
   explicit DocumentKey(const DocumentName& name);
   std::string channel;
@@ -22,10 +21,9 @@ struct DocumentKey {
   std::string version;
 };
 
-// The notes, each its header, a comma and its text: what the header holds is the query server's matter, so that nobody
-// else can divide them. Raises CommandError.
-std::vector<std::string> ReadNotes(clsQuery& query, const DocumentKey& key);
-Json JsonNotes(const std::vector<std::string>& notes);
+// The notes of a document: each is its header, a comma and its text. They are not divided, because only the query
+// server knows what a header holds. Raises CommandError.
+std::vector<std::string> ReadNotes(ArchiveQuery& archive, const DocumentKey& key);
 void PrintNotes(const std::vector<std::string>& notes, std::ostream& out);
 
 }  // namespace oxaqrycln::oxaqry

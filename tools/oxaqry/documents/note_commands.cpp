@@ -1,18 +1,22 @@
-// The commands "note" and "masks": texts attached to a document, and the input forms of an archive.
-#include <array>
+// The commands "note add", "note list" and "note delete".
 #include <ostream>
 
-#include "tools/oxaqry/cli/answers.h"
+#include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
-#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/documents/document_access.h"
 #include "tools/oxaqry/documents/document_commands.h"
-#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr std::size_t kLongestNote = 8000;  // characters; the component cuts what is longer
+
+struct NoteRequest {
+  DocumentName document;
+  std::string text;  // "-" for standard input
+  bool yes = false;  // delete without asking
+};
 
 // Every line end as CR LF, none behind the last line.
 std::string WithNetworkLineEnds(std::string_view text) {
@@ -25,97 +29,67 @@ std::string WithNetworkLineEnds(std::string_view text) {
   return lines;
 }
 
-void PrintDone(const Output& output, const DocumentName& document, const char* what) {
-  if (output.json) {
-    output.out << Json{{"name", ToText(document)}, {"done", true}}.dump(2) << '\n';
-  } else {
-    output.out << what << ToText(document) << '\n';
-  }
+void PrintDone(const Output& output, const DocumentName& document, const std::string& what) {
+  PrintResult(output, {{"name", ToText(document)}, {"done", true}}, what + ToText(document));
 }
 
-constexpr std::array kFieldKeys{"tabIndex", "width", "align", "name", "mandatory", "initialText", "listOnly", "list"};
-using MaskField = std::array<Variant, kFieldKeys.size()>;
-
-MaskField NextField(clsQuery& query) {
-  MaskField field;
-  query.TELOGetMasksNextField(field.data(), &field[1], &field[2], &field[3], &field[4], &field[5], &field[6],
-                              &field[7]);
-  // What cannot be read leaves the last output unwritten, and the walk stands still.
-  if (field.back().IsEmpty()) {
-    throw CommandError("a mask is malformed: see the log (--log-dir) and ask the query server's operator");
-  }
-  return field;
-}
-
-}  // namespace
-
-int AddNote(const Settings& settings, const DocumentName& document, const std::string& text, const Output& output) {
-  const DocumentKey key(document);
-  const std::string note = WithNetworkLineEnds(FieldFromUtf8(text == "-" ? ReadAll(text, output.in) : text));
+int AddNote(const Settings& settings, const NoteRequest& request, const Output& output) {
+  const DocumentKey key(request.document);
+  const std::string text = request.text == "-" ? ReadAll(request.text, output.in) : request.text;
+  const std::string note = WithNetworkLineEnds(FieldFromUtf8(text));
   if (note.size() > kLongestNote) {
     throw CommandError("the note has " + std::to_string(note.size()) + " characters; a note holds 8000");
   }
-  const auto query = settings.Connect();
-  Variant status;
-  Count(query->TELOWriteNote(key.channel, key.archive, key.document, key.version, note, Missing, &status), status);
-  PrintDone(output, document, "Attached a note to ");
+  ArchiveQuery archive(settings, output);
+  archive.Count(
+      archive->TELOWriteNote(key.channel, key.archive, key.document, key.version, note, Missing, archive.status()));
+  PrintDone(output, request.document, "Attached a note to ");
   return 0;
 }
 
-int ListNotes(const Settings& settings, const DocumentName& document, const Output& output) {
-  const auto query = settings.Connect();
-  const std::vector<std::string> notes = ReadNotes(*query, DocumentKey(document));
-  if (output.json) {
-    output.out << Json{{"name", ToText(document)}, {"notes", JsonNotes(notes)}}.dump(2) << '\n';
-    return 0;
-  }
-  output.out << ToText(document) << " has " << (notes.empty() ? "no" : std::to_string(notes.size()))
-             << (notes.size() == 1 ? " note\n" : " notes\n");
-  PrintNotes(notes, output.out);
+int ListNotes(const Settings& settings, const NoteRequest& request, const Output& output) {
+  ArchiveQuery archive(settings, output);
+  const std::vector<std::string> notes = ReadNotes(archive, DocumentKey(request.document));
+  const std::string name = ToText(request.document);
+  PrintResult(output, {{"name", name}, {"notes", JsonList(notes)}},
+              name + " has " + (notes.empty() ? "no" : std::to_string(notes.size())) +
+                  (notes.size() == 1 ? " note" : " notes"));
+  if (!output.json) PrintNotes(notes, output.out);
   return 0;
 }
 
-int DeleteNotes(const Settings& settings, const DeleteRequest& request, const Output& output) {
+int DeleteNotes(const Settings& settings, const NoteRequest& request, const Output& output) {
   const DocumentKey key(request.document);
   Confirm("Delete all notes of " + ToText(request.document) + "?", request.yes, output);
-  const auto query = settings.Connect();
-  Variant status;
-  Count(query->TELODeleteNotes(key.channel, key.archive, key.document, key.version, &status), status);
+  ArchiveQuery archive(settings, output);
+  archive.Count(archive->TELODeleteNotes(key.channel, key.archive, key.document, key.version, archive.status()));
   PrintDone(output, request.document, "Deleted all notes of ");
   return 0;
 }
 
-int Masks(const Settings& settings, const std::string& channel, const std::string& archive, const Output& output) {
-  const auto query = settings.Connect();
-  Variant status;
-  const std::int32_t count =
-      Count(query->TELOGetMasksInit(FieldFromUtf8(channel), FieldFromUtf8(archive), &status), status);
-  Table table({"Mask", "Tab", "Width", "Align", "Field", "Mandatory", "Initial text", "List only", "List"});
-  Json masks = Json::array();
-  for (std::int32_t i = 0; i < count; ++i) {
-    Variant name;
-    const std::int32_t fieldCount = query->TELOGetMasksNext(&name).ToLong();
-    Json fields = Json::array();
-    for (std::int32_t k = 0; k < fieldCount; ++k) {
-      const MaskField field = NextField(*query);
-      Json object = Json::object();
-      std::vector<std::string> cells{Printable(name.ToText())};
-      for (std::size_t n = 0; n < field.size(); ++n) {
-        object[kFieldKeys[n]] = ToUtf8(field[n].ToText());
-        cells.push_back(Printable(field[n].ToText()));
-      }
-      fields.push_back(std::move(object));
-      table.Add(std::move(cells));
-    }
-    if (fieldCount <= 0) table.Add({Printable(name.ToText())});
-    masks.push_back({{"mask", ToUtf8(name.ToText())}, {"fields", std::move(fields)}});
-  }
-  if (output.json) {
-    output.out << Json{{"masks", std::move(masks)}}.dump(2) << '\n';
-  } else {
-    table.Print(output.out);
-  }
-  return 0;
+}  // namespace
+
+void AddNoteCommands(CommandParser& parser) {
+  CLI::App* const note = parser.AddGroup("note", "attach, list or delete the notes of a document",
+                                         "Example:\n  oxaqry note list Mail/Inbox/1262 --hosts localhost,2001");
+  const auto [add, added] =
+      parser.AddQuery(*note, "add", "attach a note to a document",
+                      "Examples:\n  oxaqry note add Mail/Inbox/1262 'Answered by phone' --hosts localhost,2001\n"
+                      "  oxaqry note add Mail/Inbox/1262 - < note.txt --hosts localhost,2001",
+                      AddNote);
+  AddDocumentArgument(*add, added->document);
+  add->add_option("TEXT", added->text, "the note, at most 8000 characters; \"-\" reads standard input")
+      ->required()
+      ->type_name("");
+  const auto [list, listed] =
+      parser.AddQuery(*note, "list", "list the notes of a document",
+                      "Example:\n  oxaqry note list Mail/Inbox/1262 --hosts localhost,2001", ListNotes);
+  AddDocumentArgument(*list, listed->document);
+  const auto [remove, removed] =
+      parser.AddQuery(*note, "delete", "delete all notes of a document",
+                      "Example:\n  oxaqry note delete Mail/Inbox/1262 --yes --hosts localhost,2001", DeleteNotes);
+  AddDocumentArgument(*remove, removed->document);
+  remove->add_flag("--yes", removed->yes, "delete without asking");
 }
 
 }  // namespace oxaqrycln::oxaqry

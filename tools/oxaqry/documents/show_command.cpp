@@ -2,8 +2,8 @@
 #include <array>
 #include <ostream>
 
-#include "tools/oxaqry/cli/answers.h"
-#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/errors.h"
+#include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/documents/document_access.h"
 #include "tools/oxaqry/documents/document_commands.h"
 #include "values/code_page.h"
@@ -11,42 +11,45 @@
 namespace oxaqrycln::oxaqry {
 namespace {
 
-// What is sent as marks where a terminal shows them: bytes that no text holds, replaced when it is printed, so that
-// nothing else in a text can drive the terminal.
+// The marks that are sent when hits are shown on a terminal: bytes that no text holds. They are replaced when the text
+// is printed, so that nothing else in it can drive the terminal.
 constexpr char kMarkOn = '\x01';
 constexpr char kMarkOff = '\x02';
 constexpr std::string_view kReverse = "\x1B[1;7m";
 constexpr std::string_view kPlain = "\x1B[0m";
 
-struct Information {
-  Variant length;
-  Variant created;
-  Variant changed;
-  Variant title;
-  Variant fields;
-  Variant textFields;
-  Variant imageFields;
-  Variant fileFields;
+struct ShowRequest {
+  DocumentName document;
+  std::string query;
+  std::string markOn;  // around the hits; without both a terminal shows them in reverse video
+  std::string markOff;
 };
 
+// The outputs of the method, in its order.
+constexpr std::array kInformationKeys{"length", "created",    "changed",     "title",
+                                      "fields", "textFields", "imageFields", "fileFields"};
+enum InformationValue : std::size_t { kLength, kCreated, kChanged, kDocumentTitle, kFields, kTexts, kImages, kFiles };
+using Information = std::array<Variant, kInformationKeys.size()>;
+
+// The outputs of the method, in its order; the first four are the name of the document.
+constexpr std::array kSegmentKeys{"channel", "archive",    "document", "version",       "index",        "id",
+                                  "name",    "textLength", "hits",     "contentLength", "extension",    "type",
+                                  "title",   "file",       "status",   "layout",        "thumbnailSize"};
+enum SegmentValue : std::size_t {
+  kVersion = 3,
+  kIndex,
+  kId,
+  kName,
+  kTextLength,
+  kHits,
+  kContentLength,
+  kExtension,
+  kType,
+  kTitle,
+  kFile
+};
 struct Segment {
-  Variant channel;
-  Variant archive;
-  Variant document;
-  Variant version;
-  Variant index;
-  Variant id;
-  Variant name;
-  Variant textLength;
-  Variant hits;
-  Variant contentLength;
-  Variant extension;
-  Variant type;
-  Variant title;
-  Variant file;
-  Variant status;
-  Variant layout;
-  Variant thumbnailSize;
+  std::array<Variant, kSegmentKeys.size()> values;
   std::string text;
 };
 
@@ -57,46 +60,37 @@ struct Document {
   std::vector<std::string> notes;
 };
 
-Information ReadInformation(clsQuery& query, const DocumentKey& key) {
+Information ReadInformation(ArchiveQuery& archive, const DocumentKey& key) {
   Information found;
-  Variant status;
-  const Variant lines = query.TELOGetDocumentInfo(key.channel, key.archive, key.document, key.version, &found.length,
-                                                  &found.created, &found.changed, &found.title, &found.fields,
-                                                  &found.textFields, &found.imageFields, &found.fileFields, &status);
-  if (Count(lines, status) == 0) throw CommandError("the query server knows nothing about this document");
-  if (found.fileFields.IsEmpty()) {
+  const std::int32_t lines = archive.Count(archive->TELOGetDocumentInfo(
+      key.channel, key.archive, key.document, key.version, &found[kLength], &found[kCreated], &found[kChanged],
+      &found[kDocumentTitle], &found[kFields], &found[kTexts], &found[kImages], &found[kFiles], archive.status()));
+  if (lines == 0) throw CommandError("the query server knows nothing about this document");
+  // A line that cannot be read leaves the outputs unwritten.
+  if (found.back().IsEmpty()) {
     throw CommandError(
-        "the document's information is malformed: "
-        "see the log (--log-dir) and ask the query server's operator");
+        "the document's information is malformed: see the log (--log-dir) and ask the query server's operator");
   }
   return found;
 }
 
-Segment NextSegment(clsQuery& query, std::int32_t number) {
-  Segment next;
-  next.text =
-      query.TELOGetSegmentsNext(&next.channel, &next.archive, &next.document, &next.version, &next.index, &next.id,
-                                &next.name, &next.textLength, &next.hits, &next.contentLength, &next.extension,
-                                &next.type, &next.title, &next.file, &next.status, &next.layout, &next.thumbnailSize);
-  // What cannot be read leaves the last output unwritten, and the walk stands still.
-  if (next.thumbnailSize.IsEmpty()) {
-    throw CommandError("segment " + std::to_string(number) +
-                       " of the document is malformed: see the log (--log-dir) and ask the query server's operator");
-  }
-  return next;
-}
-
-std::vector<Segment> ReadSegments(clsQuery& query, const DocumentKey& key, const ShowRequest& request, bool color) {
+std::vector<Segment> ReadSegments(ArchiveQuery& archive, const DocumentKey& key, const ShowRequest& request,
+                                  bool color) {
   const bool marksTerminal = color && request.markOn.empty() && request.markOff.empty();
   const std::string on = marksTerminal ? std::string(1, kMarkOn) : FieldFromUtf8(request.markOn);
   const std::string off = marksTerminal ? std::string(1, kMarkOff) : FieldFromUtf8(request.markOff);
-  Variant status;
-  const Variant result =
-      query.TELOGetSegmentsInit(key.channel, key.archive, key.document, key.version, FieldFromUtf8(request.query), on,
-                                off, "\n", Missing, Missing, Missing, nullptr, &status);
-  const std::int32_t count = Count(result, status);
   std::vector<Segment> segments;
-  for (std::int32_t i = 0; i < count; ++i) segments.push_back(NextSegment(query, i + 1));
+  const std::int32_t count = archive.Count(
+      archive->TELOGetSegmentsInit(key.channel, key.archive, key.document, key.version, FieldFromUtf8(request.query),
+                                   on, off, "\n", Missing, Missing, Missing, nullptr, archive.status()));
+  archive.ForEach(count, "segment", [&](std::int32_t) {
+    Segment next;
+    auto& out = next.values;
+    next.text =
+        archive->TELOGetSegmentsNext(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6], &out[7], &out[8],
+                                     &out[9], &out[10], &out[11], &out[12], &out[13], &out[14], &out[15], &out[16]);
+    segments.push_back(std::move(next));
+  });
   return segments;
 }
 
@@ -125,94 +119,91 @@ std::string Marked(std::string_view text) {
   return shown;
 }
 
-Json JsonSegment(const Segment& segment) {
-  return {{"index", JsonFromValue(segment.index)},
-          {"id", JsonFromValue(segment.id)},
-          {"name", JsonFromValue(segment.name)},
-          {"title", JsonFromValue(segment.title)},
-          {"type", JsonFromValue(segment.type)},
-          {"extension", JsonFromValue(segment.extension)},
-          {"file", JsonFromValue(segment.file)},
-          {"textLength", JsonFromValue(segment.textLength)},
-          {"contentLength", JsonFromValue(segment.contentLength)},
-          {"hits", JsonFromValue(segment.hits)},
-          {"status", JsonFromValue(segment.status)},
-          {"layout", JsonFromValue(segment.layout)},
-          {"thumbnailSize", JsonFromValue(segment.thumbnailSize)},
-          {"text", ToUtf8(segment.text)}};
-}
-
-void PrintJson(const Document& document, std::ostream& out) {
-  const Information& information = document.information;
+Json JsonOf(const Document& document) {
+  Json json{{"name", ToText(document.name)}};
+  for (std::size_t i = 0; i < kInformationKeys.size(); ++i) {
+    json[kInformationKeys[i]] = JsonFromValue(document.information[i]);
+  }
   Json segments = Json::array();
-  for (const Segment& segment : document.segments) segments.push_back(JsonSegment(segment));
-  const Json json{{"name", ToText(document.name)},
-                  {"title", JsonFromValue(information.title)},
-                  {"created", JsonFromValue(information.created)},
-                  {"changed", JsonFromValue(information.changed)},
-                  {"length", JsonFromValue(information.length)},
-                  {"fields", JsonFromValue(information.fields)},
-                  {"textFields", JsonFromValue(information.textFields)},
-                  {"imageFields", JsonFromValue(information.imageFields)},
-                  {"fileFields", JsonFromValue(information.fileFields)},
-                  {"segments", std::move(segments)},
-                  {"notes", JsonNotes(document.notes)}};
-  out << json.dump(2) << '\n';
+  for (const Segment& segment : document.segments) {
+    Json object = Json::object();
+    for (std::size_t i = kIndex; i < kSegmentKeys.size(); ++i)
+      object[kSegmentKeys[i]] = JsonFromValue(segment.values[i]);
+    object["text"] = ToUtf8(segment.text);
+    segments.push_back(std::move(object));
+  }
+  json["segments"] = std::move(segments);
+  json["notes"] = JsonList(document.notes);
+  return json;
 }
 
-void PrintInformation(const Document& document, std::ostream& out) {
-  const Information& information = document.information;
+Table InformationTable(const Document& document) {
+  const auto text = [&](InformationValue which) { return Printable(document.information[which].ToText()); };
   Table table({"Property", "Value"});
   table.Add({"Document", ToText(document.name)});
-  table.Add({"Title", Printable(information.title.ToText())});
-  table.Add({"Created", Printable(information.created.ToText())});
-  table.Add({"Changed", Printable(information.changed.ToText())});
-  table.Add({"Length", information.length.ToText()});
-  table.Add({"Fields", information.fields.ToText() + " (" + information.textFields.ToText() + " text, " +
-                           information.imageFields.ToText() + " image, " + information.fileFields.ToText() + " file)"});
-  table.Print(out);
+  table.Add({"Title", text(kDocumentTitle)});
+  table.Add({"Created", text(kCreated)});
+  table.Add({"Changed", text(kChanged)});
+  table.Add({"Length", text(kLength)});
+  table.Add({"Fields",
+             text(kFields) + " (" + text(kTexts) + " text, " + text(kImages) + " image, " + text(kFiles) + " file)"});
+  return table;
 }
 
 void PrintSegments(const std::vector<Segment>& segments, std::ostream& out) {
   Table table({"#", "ID", "Name", "Title", "Type", "Ext", "File", "Text", "Content", "Hits"});
-  for (const Segment& segment : segments) {
-    table.Add({segment.index.ToText(), segment.id.ToText(), Printable(segment.name.ToText()),
-               Printable(segment.title.ToText()), segment.type.ToText(), Printable(segment.extension.ToText()),
-               Printable(segment.file.ToText()), segment.textLength.ToText(), segment.contentLength.ToText(),
-               segment.hits.ToText()});
+  for (const auto& [values, text] : segments) {
+    std::vector<std::string> texts;
+    for (const SegmentValue each :
+         {kIndex, kId, kName, kTitle, kType, kExtension, kFile, kTextLength, kContentLength, kHits}) {
+      texts.push_back(values[each].ToText());
+    }
+    table.Add(Cells(texts));
   }
   out << '\n';
   table.Print(out);
-  for (const Segment& segment : segments) {
-    if (segment.text.empty()) continue;
-    out << "\n--- Segment " << segment.index.ToText() << ": " << Printable(segment.name.ToText()) << " ---\n"
-        << Marked(segment.text) << '\n';
+  for (const auto& [values, text] : segments) {
+    if (text.empty()) continue;
+    out << "\n--- Segment " << values[kIndex].ToText() << ": " << Printable(values[kName].ToText()) << " ---\n"
+        << Marked(text) << '\n';
   }
+}
+
+int Show(const Settings& settings, const ShowRequest& request, const Output& output) {
+  const DocumentKey key(request.document);
+  ArchiveQuery archive(settings, output);
+  Document document;
+  document.name = request.document;
+  document.information = ReadInformation(archive, key);
+  document.segments = ReadSegments(archive, key, request, output.color && !output.json);
+  document.notes = ReadNotes(archive, key);
+  // The version that was found where none was asked for.
+  if (key.version.empty() && !document.segments.empty()) {
+    const std::string version = document.segments.front().values[kVersion].ToText();
+    if (IsPrintable(version)) document.name.version = ToUtf8(version);
+  }
+  PrintResult(output, JsonOf(document), InformationTable(document));
+  if (output.json) return 0;
+  PrintSegments(document.segments, output.out);
+  PrintNotes(document.notes, output.out);
+  return 0;
 }
 
 }  // namespace
 
-int Show(const Settings& settings, const ShowRequest& request, const Output& output) {
-  const DocumentKey key(request.document);
-  const auto query = settings.Connect();
-  Document document;
-  document.name = request.document;
-  document.information = ReadInformation(*query, key);
-  document.segments = ReadSegments(*query, key, request, output.color && !output.json);
-  document.notes = ReadNotes(*query, key);
-  // The version that was found where none was asked for.
-  if (key.version.empty() && !document.segments.empty()) {
-    const std::string version = document.segments.front().version.ToText();
-    if (IsPrintable(version)) document.name.version = ToUtf8(version);
-  }
-  if (output.json) {
-    PrintJson(document, output.out);
-    return 0;
-  }
-  PrintInformation(document, output.out);
-  PrintSegments(document.segments, output.out);
-  PrintNotes(document.notes, output.out);
-  return 0;
+void AddShow(CommandParser& parser) {
+  const auto [show, request] = parser.AddQuery(
+      parser.app(), "show", "show a document with its segments, texts and notes",
+      "Examples:\n  oxaqry show Mail/Inbox/1262 --hosts localhost,2001\n"
+      "  oxaqry show Mail/Inbox/1262/2 --query 'price' --hosts localhost,2001\n"
+      "  oxaqry show Mail/Inbox/1001 --query oak --mark-on '<b>' --mark-off '</b>' --json --hosts localhost,2001",
+      Show);
+  AddDocumentArgument(*show, request->document);
+  show->add_option("--query", request->query,
+                   "mark the hits of this query in the texts: in reverse video on a terminal, unless NO_COLOR is set")
+      ->type_name("QUERY");
+  show->add_option("--mark-on", request->markOn, "text before a hit instead of reverse video")->type_name("TEXT");
+  show->add_option("--mark-off", request->markOff, "text after a hit")->type_name("TEXT");
 }
 
 }  // namespace oxaqrycln::oxaqry

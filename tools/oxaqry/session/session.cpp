@@ -51,14 +51,14 @@ Json Parse(const std::string& line) {
   };
   try {
     Json request = Json::parse(line, boundDepth);
-    if (!request.is_object()) throw ValueError("the line is no JSON object");
+    if (!request.is_object()) throw ValueError("the line is not a JSON object");
     return request;
   } catch (const Json::exception& error) {
-    throw ValueError(std::string("the line is no JSON: ") + error.what());
+    throw ValueError(std::string("the line is not JSON: ") + error.what());
   }
 }
 
-// A misspelt member is an error rather than a silent nothing.
+// Refuses a misspelt member, which would otherwise be ignored.
 void AllowMembers(const Json& request, std::initializer_list<const char*> names) {
   for (const auto& member : request.items()) {
     bool isKnown = false;

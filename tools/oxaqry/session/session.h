@@ -1,5 +1,5 @@
 // session.h - the component over a pair of streams: one JSON object a line in, one a line out.
-// For programs in any language; commands for people stand in commands.h.
+// For programs in any language.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_SESSION_SESSION_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_SESSION_SESSION_H_
 
@@ -8,7 +8,7 @@
 
 namespace oxaqrycln::oxaqry {
 
-// A longer line is answered with an error; the session goes on behind it.
+// A longer line is answered with an error; the session continues with the next line.
 inline constexpr std::size_t kMaxLineBytes = std::size_t{64} << 20;
 // Deeper nested JSON is answered with an error.
 inline constexpr int kMaxJsonDepth = 16;

@@ -1,10 +1,10 @@
 #include "tools/oxaqry/transfers/fetched_file.h"
 
-#include "tools/oxaqry/cli/answers.h"
 #include "tools/oxaqry/cli/blob_directory.h"
+#include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/new_file.h"
 #include "tools/oxaqry/cli/progress.h"
-#include "tools/oxaqry/cli/request_watch.h"
+#include "tools/oxaqry/cli/result.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -13,23 +13,20 @@ namespace fs = std::filesystem;
 
 struct Content {
   std::string name;    // in the blob directory
-  std::string length;  // in bytes, as the server tells it
+  std::string length;  // in bytes, as the server reports it
 };
 
-Content Ask(clsQuery& query, const AskForFile& ask, const Interruption& interruption, const Output& output) {
-  // The server writes the file under a name that only its answer tells.
+Content Ask(ArchiveQuery& archive, const AskForFile& ask, const Interruption& interruption, const Output& output) {
+  // The server writes the file under a name that only its answer contains.
   Progress progress(output, "waiting for the query server", std::nullopt);
-  const RequestWatch watch(interruption, [&](const RequestWatch::Amounts&) { progress.Show(std::nullopt); });
+  archive.Watch(interruption, [&](const RequestProgress&) { progress.Show(std::nullopt); });
   Variant name;
   Variant length;
-  Variant status;
-  const Variant result = ask(query, name, length, status);
-  // A file that is there by now goes with an interrupted command.
-  if (result.ToLong() < 0) interruption.Check();
-  Count(result, status);
-  Content content{name.ToText(), length.ToText()};
-  if (content.name.empty()) throw CommandError("there is no such content");
-  return content;
+  const Variant result = ask(archive, &name, &length);
+  archive.Watch(interruption);
+  archive.Count(result);
+  if (name.ToText().empty()) throw CommandError("there is no such content");
+  return {name.ToText(), length.ToText()};
 }
 
 std::int64_t CheckedSize(const fs::path& file, const std::string& length) {
@@ -51,7 +48,7 @@ fs::path TargetPath(const std::string& output, const std::string& name) {
   return fs::is_directory(path) ? (path / name).lexically_normal() : path;
 }
 
-// Not moved by its name: the directory may lie on another machine, and the file belong to the server.
+// Copies instead of renaming: the directory may be on another machine, and the file may belong to the server.
 void Move(const fs::path& source, const fs::path& target, std::int64_t size, bool force,
           const Interruption& interruption, const Output& output) {
   NewFile file(target, force);
@@ -67,25 +64,29 @@ void Move(const fs::path& source, const fs::path& target, std::int64_t size, boo
 
 }  // namespace
 
-FetchedFile FetchFile(const Settings& settings, const FetchTarget& wanted, const AskForFile& ask,
-                      const Output& output) {
+void FetchFile(const Settings& settings, const FetchTarget& wanted, const Output& output, const AskForFile& ask,
+               const std::function<FetchResult()>& result) {
   const fs::path local = LocalBlobDirectory(settings);
   const bool isNamed = !wanted.output.empty() && !fs::is_directory(wanted.output);
   if (isNamed) CheckTarget(wanted.output, wanted.force);
   const Interruption interruption;
-  const auto query = ConnectWithBlobs(settings, local);
-  const Content content = Ask(*query, ask, interruption, output);
+  ArchiveQuery archive(settings, output);
+  UseBlobDirectory(archive, settings, local);
+  const Content content = Ask(archive, ask, interruption, output);
   const std::string name = NativeName(content.name);
   const fs::path source = local / name;
   const fs::path target = TargetPath(wanted.output, name);
   std::error_code absent;
   const bool isThere = fs::equivalent(source, target, absent);
   const std::int64_t size = CheckedSize(source, content.length);
-  PassingFile passing(source);  // the one that was asked for, as its length tells
+  PassingFile fetched(source);  // its length shows that it is the requested one
   interruption.Check();
-  if (isThere || wanted.keep) passing.Keep();
+  if (isThere || wanted.keep) fetched.Keep();
   if (!isThere) Move(source, target, size, wanted.force, interruption, output);
-  return {target, size};
+  FetchResult printed = result();
+  printed.members["file"] = target.string();
+  printed.members["bytes"] = size;
+  PrintResult(output, printed.members, printed.text + target.string() + " (" + ByteText(size) + ")");
 }
 
 void AddOutput(CLI::App& command, std::string& output, bool& force, const char* meaning) {
@@ -97,6 +98,11 @@ void AddFetchTarget(CLI::App& command, FetchTarget& target) {
   AddOutput(command, target.output, target.force,
             "file or directory to put it (default: the server's file name, in the current directory)");
   command.add_flag("--keep", target.keep, "leave the file in the blob directory, too");
+}
+
+void UseBlobDirectory(ArchiveQuery& archive, const Settings& settings, const fs::path& local) {
+  archive->strBlobPathLocal = ComponentPath(local);
+  archive->strBlobPathRemote = RemoteBlobDirectory(settings);
 }
 
 }  // namespace oxaqrycln::oxaqry

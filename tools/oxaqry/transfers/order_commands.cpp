@@ -1,150 +1,120 @@
-// The commands "orders" and "print-hits".
-#include "tools/oxaqry/transfers/order_commands.h"
-
+// The commands "orders list", "orders set" and "orders tiff".
 #include <limits>
-#include <ostream>
+#include <optional>
 
-#include "tools/oxaqry/cli/answers.h"
-#include "tools/oxaqry/cli/blob_directory.h"
-#include "tools/oxaqry/cli/progress.h"
-#include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/cli/value_json.h"
-#include "tools/oxaqry/documents/hit_order.h"
+#include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/text.h"
+#include "tools/oxaqry/transfers/fetched_file.h"
+#include "tools/oxaqry/transfers/transfer_commands.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-struct Order {
-  std::string status;
-  std::string document;
-  std::string version;
-  std::vector<std::string> columns;  // the first one is its id
+struct ListRequest {
+  std::string query = "*";
+  std::string status;  // only orders of this one; "" for all
+  std::int32_t maxLines = 100;
 };
 
-Order NextOrder(clsQuery& query, std::int32_t number) {
-  Variant status;
-  Variant document;
-  Variant version;
-  const std::string columns = query.OstranaQueryFahrauftraegeNext(&status, &document, &version);
-  if (columns.empty()) {
-    throw CommandError("transport order " + std::to_string(number) +
-                       " of the answer is malformed: see the log (--log-dir) and ask the query server's operator");
-  }
-  return {status.ToText(), document.ToText(), version.ToText(), SplitColumns(columns)};
-}
+// The columns of each order: id, status, document, version, and what the query server adds.
+using Order = std::vector<std::string>;
 
-// The status is compared here, since each query server has a query language of its own: all orders are asked for then.
-std::vector<Order> ReadOrders(clsQuery& query, const OrdersRequest& request) {
+// The status is compared here, because each query server has a query language of its own. All orders are requested
+// then.
+std::vector<Order> ReadOrders(ArchiveQuery& archive, const ListRequest& request) {
   const std::string wanted = UpperCase(TextFromUtf8(request.status));
   const auto limit = static_cast<std::size_t>(request.maxLines);
-  Variant status;
-  const Variant result = query.OstranaQueryFahrauftraegeInit(
-      FieldFromUtf8(request.query), wanted.empty() ? request.maxLines : std::numeric_limits<std::int32_t>::max(),
-      &status);
-  const std::int32_t count = Count(result, status);
   std::vector<Order> orders;
-  for (std::int32_t number = 1; number <= count; ++number) {
-    if (!wanted.empty() && limit > 0 && orders.size() == limit) break;
-    Order order = NextOrder(query, number);
-    if (wanted.empty() || UpperCase(order.status) == wanted) orders.push_back(std::move(order));
-  }
+  const std::int32_t count = archive.Count(archive->OstranaQueryFahrauftraegeInit(
+      FieldFromUtf8(request.query), wanted.empty() ? request.maxLines : std::numeric_limits<std::int32_t>::max(),
+      archive.status()));
+  archive.ForEach(count, "transport order", [&](std::int32_t) {
+    Variant status;
+    Variant document;
+    Variant version;
+    const Order columns = SplitColumns(archive->OstranaQueryFahrauftraegeNext(&status, &document, &version));
+    const bool isWanted = wanted.empty() || UpperCase(status.ToText()) == wanted;
+    if (columns.empty() || !isWanted || (!wanted.empty() && limit > 0 && orders.size() == limit)) return;
+    orders.push_back({columns.front(), status.ToText(), document.ToText(), version.ToText()});
+    orders.back().insert(orders.back().end(), columns.begin() + 1, columns.end());
+  });
   return orders;
 }
 
-void PrintJson(const std::vector<Order>& orders, std::ostream& out) {
+int ListOrders(const Settings& settings, const ListRequest& request, const Output& output) {
+  ArchiveQuery archive(settings, output);
+  Table table({"Order", "Status", "Document", "Version"});
   Json list = Json::array();
-  for (const Order& order : orders) {
-    Json columns = Json::array();
-    for (std::size_t i = 1; i < order.columns.size(); ++i) columns.push_back(ToUtf8(order.columns[i]));
-    list.push_back({{"order", ToUtf8(order.columns.front())},
-                    {"status", ToUtf8(order.status)},
-                    {"document", ToUtf8(order.document)},
-                    {"version", ToUtf8(order.version)},
-                    {"columns", std::move(columns)}});
+  for (const Order& order : ReadOrders(archive, request)) {
+    table.Add(Cells(order));
+    list.push_back({{"order", ToUtf8(order[0])},
+                    {"status", ToUtf8(order[1])},
+                    {"document", ToUtf8(order[2])},
+                    {"version", ToUtf8(order[3])},
+                    {"columns", JsonList({order.begin() + 4, order.end()})}});
   }
-  out << Json{{"orders", std::move(list)}}.dump(2) << '\n';
+  PrintResult(output, {{"orders", std::move(list)}}, table);
+  return 0;
 }
 
-void PrintTable(const std::vector<Order>& orders, std::ostream& out) {
-  Table table({"Order", "Status", "Document", "Version"});
-  for (const Order& order : orders) {
-    std::vector<std::string> cells{Printable(order.columns.front()), Printable(order.status), Printable(order.document),
-                                   Printable(order.version)};
-    for (std::size_t i = 1; i < order.columns.size(); ++i) cells.push_back(Printable(order.columns[i]));
-    table.Add(std::move(cells));
-  }
-  table.Print(out);
+struct SetRequest {
+  std::string order;
+  std::string status;
+};
+
+int SetStatus(const Settings& settings, const SetRequest& request, const Output& output) {
+  const std::string order = FieldFromUtf8(request.order);
+  const std::string status = FieldFromUtf8(request.status);
+  ArchiveQuery archive(settings, output);
+  archive.Count(archive->OstranaUpdateFahrauftraegeStatus(order, status, archive.status()));
+  PrintResult(output, {{"order", request.order}, {"status", request.status}, {"done", true}},
+              "Set the status of " + request.order + " to " + request.status);
+  return 0;
+}
+
+struct PagesRequest {
+  std::vector<std::string> orders;
+  FetchTarget target;
+};
+
+int FetchPages(const Settings& settings, const PagesRequest& request, const Output& output) {
+  std::string list;
+  for (const std::string& order : request.orders) list.append(list.empty() ? "" : ",").append(FieldFromUtf8(order));
+  const auto ask = [&](ArchiveQuery& archive, Variant* name, Variant* length) {
+    return archive->OstranaGetFahrauftraegeMultiTIFF(list, name, length, archive.status());
+  };
+  FetchFile(settings, request.target, output, ask, [&] {
+    return FetchResult{{{"orders", request.orders}}, "Fetched "};
+  });
+  return 0;
 }
 
 }  // namespace
 
-int ListOrders(const Settings& settings, const OrdersRequest& request, const Output& output) {
-  const auto query = settings.Connect();
-  const std::vector<Order> orders = ReadOrders(*query, request);
-  if (output.json) {
-    PrintJson(orders, output.out);
-  } else {
-    PrintTable(orders, output.out);
-  }
-  return 0;
-}
-
-int SetOrderStatus(const Settings& settings, const std::string& order, const std::string& newStatus,
-                   const Output& output) {
-  const std::string orderField = FieldFromUtf8(order);
-  const std::string statusField = FieldFromUtf8(newStatus);
-  const auto query = settings.Connect();
-  Variant status;
-  Count(query->OstranaUpdateFahrauftraegeStatus(orderField, statusField, &status), status);
-  if (output.json) {
-    output.out << Json{{"order", order}, {"status", newStatus}, {"done", true}}.dump(2) << '\n';
-  } else {
-    output.out << "Set the status of " << order << " to " << newStatus << '\n';
-  }
-  return 0;
-}
-
-int FetchOrderPages(const Settings& settings, const OrderPagesRequest& request, const Output& output) {
-  std::string list;
-  for (const std::string& order : request.orders) list.append(list.empty() ? "" : ",").append(FieldFromUtf8(order));
-  const auto ask = [&](clsQuery& query, Variant& name, Variant& length, Variant& status) {
-    return query.OstranaGetFahrauftraegeMultiTIFF(list, &name, &length, &status);
-  };
-  const FetchedFile file = FetchFile(settings, request.target, ask, output);
-  if (output.json) {
-    output.out << PathJson({{"orders", request.orders}, {"file", file.path.string()}, {"bytes", file.byteCount}});
-  } else {
-    output.out << "Fetched " << file.path.string() << " (" << ByteText(file.byteCount) << ")\n";
-  }
-  return 0;
-}
-
-int PrintHits(const Settings& settings, const PrintHitsRequest& request, const Output& output) {
-  const SearchRequest& search = request.search;
-  const std::string title = FieldFromUtf8(request.title.empty() ? search.query : request.title);
-  std::int32_t rowCount = 0;
-  const auto ask = [&](clsQuery& query, Variant& name, Variant& length, Variant& status) {
-    const Variant result = query.TELOQueryArchiveInit(
-        FieldFromUtf8(search.query), search.maxLines, search.maxHits, FieldFromUtf8(search.format),
-        FieldFromUtf8(search.rights), FieldFromUtf8(search.layoutFieldId), FieldFromUtf8(search.layoutId), nullptr,
-        nullptr, nullptr, nullptr, &status);
-    rowCount = result.ToLong();
-    if (rowCount < 0) return result;
-    if (search.sort && rowCount > 0) {
-      SortHits(query, *search.sort, SplitColumns(query.TELOSortHitlistNext()), rowCount);
-    }
-    return query.FennikPrintHitlistPDF(title, &name, &length, &status);
-  };
-  const FetchedFile file = FetchFile(settings, request.target, ask, output);
-  const std::int32_t hitCount = rowCount - 1;  // without the titles
-  if (output.json) {
-    output.out << PathJson({{"hits", hitCount}, {"file", file.path.string()}, {"bytes", file.byteCount}});
-  } else {
-    output.out << "Printed " << hitCount << (hitCount == 1 ? " hit to " : " hits to ") << file.path.string() << " ("
-               << ByteText(file.byteCount) << ")\n";
-  }
-  return 0;
+void AddOrderCommands(CommandParser& parser) {
+  CLI::App* const orders = parser.AddGroup("orders", "list transport orders, fetch their pages, change their status",
+                                           "Example:\n  oxaqry orders list --status open --hosts localhost,2001");
+  const auto [list, listed] = parser.AddQuery(*orders, "list", "list transport orders",
+                                              "Examples:\n  oxaqry orders list --status open --hosts localhost,2001\n"
+                                              "  oxaqry orders list 'origin:brandach' --max 20 --hosts localhost,2001",
+                                              ListOrders);
+  list->add_option("QUERY", listed->query, "the query expression (default \"*\")")->type_name("");
+  list->add_option("--status", listed->status, "only orders of this status, in any letter case")->type_name("S");
+  list->add_option("--max", listed->maxLines, "largest number of orders to show, 0 for all (default 100)")
+      ->check(FromZero<std::int32_t>())
+      ->type_name("N");
+  const auto [set, change] =
+      parser.AddQuery(*orders, "set", "give a transport order another status",
+                      "Example:\n  oxaqry orders set FA-0001 loaded --hosts localhost,2001", SetStatus);
+  set->add_option("ID", change->order, "the order")->required()->type_name("");
+  set->add_option("STATUS", change->status, "its new status")->required()->type_name("");
+  const auto [tiff, pages] = parser.AddQuery(
+      *orders, "tiff", "fetch the page images of transport orders as one file",
+      "Example:\n  oxaqry orders tiff FA-0001 FA-0002 -o orders.tif --blob-local /srv/blobs --hosts localhost,2001",
+      FetchPages);
+  tiff->add_option("ID", pages->orders, "the orders, in the order of their pages")->required()->type_name("");
+  AddFetchTarget(*tiff, pages->target);
 }
 
 }  // namespace oxaqrycln::oxaqry

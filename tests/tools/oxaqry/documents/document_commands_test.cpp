@@ -44,11 +44,10 @@ TEST(ShowCommand, MarksHitsOnATerminalOnly) {
     std::map<std::string, std::string> environment;
     std::string shown;
   };
-  for (const Case& each :
-       {Case{"no terminal", {}, {}, {}, unmarked}, Case{"terminal", {}, {.out = true}, {}, marked},
-        Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, unmarked},
-        Case{"empty NO_COLOR", {}, {.out = true}, {{"NO_COLOR", ""}}, marked},
-        Case{"marks of one's own", {"--mark-on", "<", "--mark-off", ">"}, {.out = true}, {}, ownMarks}}) {
+  for (const Case& each : {Case{"no terminal", {}, {}, {}, unmarked}, Case{"terminal", {}, {.out = true}, {}, marked},
+                           Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, unmarked},
+                           Case{"empty NO_COLOR", {}, {.out = true}, {{"NO_COLOR", ""}}, marked},
+                           Case{"other marks", {"--mark-on", "<", "--mark-off", ">"}, {.out = true}, {}, ownMarks}}) {
     SCOPED_TRACE(each.name);
     ScriptedArchive archive(OakShelves());
     const ToolRun run = archive.Run(Joined({"show", "Mail/Inbox/7/2", "--query", "oak"}, each.options), "",
@@ -60,7 +59,7 @@ TEST(ShowCommand, MarksHitsOnATerminalOnly) {
   }
 }
 
-TEST(ShowCommand, TellsEverythingAsOneDocument) {
+TEST(ShowCommand, PrintsEverythingAsOneJsonDocument) {
   ScriptedArchive archive(OakShelves());
   const ToolRun run = archive.Run({"show", "Mail/Inbox/7", "--json"}, "", {.out = true});
   const Json document = Json::parse(run.out, nullptr, false);
@@ -74,13 +73,13 @@ TEST(ShowCommand, TellsEverythingAsOneDocument) {
   EXPECT_EQ(document["notes"], (Json{"mia,16.11.2026,Called,\r\nanswered"}));
 }
 
-TEST(ShowCommand, FailsOnWhatCannotBeRead) {
+TEST(ShowCommand, ReportsAMalformedSegment) {
   auto replies = OakShelves();
   replies["GetSegments"] = ScriptedArchive::Lines({"0", "^Mail^,^Inbox^,^7^"});
   ScriptedArchive malformed(replies);
   const ToolRun run = malformed.Run({"show", "Mail/Inbox/7"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: segment 1 of the document is malformed"));
+  EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: segment 1 of the answer is malformed"));
 
   ScriptedArchive unknown({{"GetDocumentInfo", ScriptedArchive::Error("There is no document '8'")}});
   EXPECT_EQ(unknown.Run({"show", "Mail/Inbox/8"}).err, "oxaqry: There is no document '8'\n");
@@ -123,7 +122,7 @@ struct Importing {
   }
 };
 
-TEST(CreateCommand, HandsTheImportFileOverAndDeletesIt) {
+TEST(CreateCommand, WritesAnImportFileAndDeletesItAfterwards) {
   Importing importing;
   ScriptedArchive archive(importing.Replies("1301,1"));
   const std::vector<std::string> create{"create", "--channel", "Büro", "--archive",  "A", "--title", "Grüße", "--field",

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/transfers/order_commands.h"
+#include "tools/oxaqry/transfers/transfer_commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ TEST(OrdersCommand, ListsOrdersAsTableAndJson) {
   EXPECT_THAT(archive.Commands(), ElementsAre("QueryFahrauftraege|*|100", "QueryFahrauftraege|to:b\xFCgge|7"));
 }
 
-TEST(OrdersCommand, ComparesTheStatusItself) {
+TEST(OrdersCommand, SelectsTheOrdersOfAStatus) {
   ScriptedArchive archive({{"QueryFahrauftraege", kOrders}});
   using Case = std::pair<std::vector<std::string>, std::size_t>;
   for (const auto& [options, count] : {Case{{"--status", "Open"}, 2}, Case{{"--status", "open", "--max", "1"}, 1},
@@ -43,7 +43,7 @@ TEST(OrdersCommand, ComparesTheStatusItself) {
     const ToolRun run = archive.Run(Joined({"orders", "list", "q", "--json"}, options));
     EXPECT_EQ(Json::parse(run.out)["orders"].size(), count) << options.back();
   }
-  // A limit of the server's would count orders of other statuses.
+  // A limit sent to the server would count orders of other statuses.
   EXPECT_EQ(archive.Commands().back(), "QueryFahrauftraege|q|2147483647");
 }
 
@@ -74,7 +74,7 @@ TEST(OrdersCommand, SetsAStatus) {
 // The commands that fetch a file, each with the query before it.
 TEST(OrdersCommand, FetchesFilesAsFetchDoes) {
   using Case = std::tuple<const char*, std::vector<std::string>, const char*, const char*>;
-  for (const auto& [name, fetch, command, told] :
+  for (const auto& [name, fetch, command, message] :
        {Case{"tiff", {"orders", "tiff", "T1", "T2"}, "GetFahrauftraegeMultiTIFF|T1,T2|D:\\blobs", "Fetched "},
         Case{"print",
              {"print-hits", "q", "--title", "\u00C4pfel"},
@@ -93,7 +93,7 @@ TEST(OrdersCommand, FetchesFilesAsFetchDoes) {
     const TemporaryDirectory target;
     const auto arguments = Joined(fetch, {"-o", target.File("mine")});
     const ToolRun run = archive.Run(arguments);
-    EXPECT_EQ(run.out, told + target.File("mine") + " (7 bytes)\n") << run.err;
+    EXPECT_EQ(run.out, message + target.File("mine") + " (7 bytes)\n") << run.err;
     EXPECT_EQ(archive.Commands().back(), command);
     EXPECT_EQ(target.Read("mine"), "content");
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
@@ -106,7 +106,7 @@ TEST(OrdersCommand, FetchesFilesAsFetchDoes) {
   }
 }
 
-TEST(PrintHitsCommand, TellsWhyNothingWasPrinted) {
+TEST(PrintHitsCommand, ReportsWhyNothingWasPrinted) {
   using Case = std::tuple<const char*, ScriptedArchive::Reply, ScriptedArchive::Reply, const char*>;
   const auto hits = ScriptedArchive::Lines({"0", "", "0", "^0^", "^Ref^"});
   for (const auto& [name, query, print, message] :

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <future>
 #include <tuple>
 
 #include "tests/tools/oxaqry/scripted_archive.h"
@@ -20,7 +21,7 @@ using ::testing::IsEmpty;
 TEST(FetchCommand, MovesTheContentThatWasAskedFor) {
   using Case = std::tuple<const char*, std::vector<std::string>, std::string>;
   for (const auto& [name, options, command] :
-       {Case{"nothing said", {}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
+       {Case{"no option", {}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
         Case{"first", {"--first"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
         Case{"first of an extension", {"--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
         Case{"segment", {"--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
@@ -53,17 +54,17 @@ TEST(FetchCommand, OverwritesOnlyWhenForced) {
   EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", target.File("second"), "--keep"}).status, 0);
   EXPECT_EQ(archive.blobs.Read("f.tif"), "new");
 
-  // Where it is fetched into the blob directory itself it stays there.
+  // A file that is fetched into the blob directory itself stays there.
   EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", archive.blobs.path()}).status, 0);
   EXPECT_EQ(archive.blobs.Read("f.tif"), "new");
 }
 
-TEST(FetchCommand, TellsWhatIsWrongWithTheContent) {
+TEST(FetchCommand, ReportsContentThatCannotBeFetched) {
   using Case = std::tuple<const char*, std::vector<std::string>, const char*>;
   for (const auto& [name, answer, message] :
        {Case{"none", {"0"}, "no such content"}, Case{"not there", {"3", "x.tif"}, "is not there"},
         Case{"wrong length", {"3", "there.tif"}, "has 4 bytes instead of 3"},
-        Case{"a name that drives a terminal", {"3", "a\x9D.tif"}, "no plain file name"},
+        Case{"a name that drives a terminal", {"3", "a\x9D.tif"}, "not a plain file name"},
         Case{"no name", {"3", "D:\\blobs\\.."}, "gave no usable answer"}}) {
     SCOPED_TRACE(name);
     ScriptedArchive archive({{"GetSegmentData", ScriptedArchive::Lines(answer)}});
@@ -73,7 +74,7 @@ TEST(FetchCommand, TellsWhatIsWrongWithTheContent) {
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, HasSubstr(message));
     EXPECT_THAT(NamesIn(target.path()), IsEmpty());
-    EXPECT_TRUE(archive.blobs.Has("there.tif")) << "it is somebody else's";
+    EXPECT_TRUE(archive.blobs.Has("there.tif")) << "it belongs to the server";
   }
 }
 
@@ -129,7 +130,7 @@ TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {
   }
 }
 
-TEST(UploadCommand, GetsOnWithADirectoryThatTheServerShares) {
+TEST(UploadCommand, WorksInADirectoryThatTheServerShares) {
   const TemporaryDirectory source;
   source.Write("f.txt", "content");
   ScriptedArchive archive({{"UploadFile", [](Peer& peer, const Fields& fields, const TemporaryDirectory& blobs) {
@@ -144,7 +145,7 @@ TEST(UploadCommand, GetsOnWithADirectoryThatTheServerShares) {
   EXPECT_EQ(archive.Commands().size(), 1U);
 }
 
-TEST(TransferCommands, EndInOrderWhenInterrupted) {
+TEST(TransferCommands, RemoveUnfinishedFilesWhenInterrupted) {
   const TemporaryDirectory source;
   source.Write("f.txt", "content");
   using Case = std::tuple<const char*, int, std::vector<std::string>>;
@@ -171,30 +172,56 @@ TEST(TransferCommands, EndInOrderWhenInterrupted) {
   }
 }
 
-TEST(TransferCommands, ShowHowFarTheyAreOnATerminalOnly) {
+// A standard error that lets a server wait until a text is shown on it.
+class ShownText : public std::stringbuf {
+ public:
+  explicit ShownText(std::string text) : text_(std::move(text)) {}
+  void Wait() { isShown_.get_future().wait_for(std::chrono::seconds(30)); }
+
+ protected:
+  int sync() override {
+    if (!wasShown_ && str().find(text_) != std::string::npos) {
+      wasShown_ = true;
+      isShown_.set_value();
+    }
+    return 0;
+  }
+
+ private:
+  const std::string text_;
+  bool wasShown_ = false;
+  std::promise<void> isShown_;
+};
+
+TEST(TransferCommands, ShowTheirProgressOnATerminalOnly) {
   const std::string half(500000, 'x');
+  const std::string progress = "\rx  [############............]  500.0 kB of 1.0 MB";
+  ShownText shown(progress);
+  bool waits = true;
   ScriptedArchive archive({{"TransferBLOB", [&](Peer& peer, const Fields&, auto&) {
                               peer.Send(half);
-                              peer.Pause(600);
+                              if (waits) shown.Wait();
                               peer.Send(half);
                             }}});
   const std::vector<std::string> arguments{"transfer", "x", "--size", "1000000", "--force"};
-  const ToolRun run = archive.Run(arguments, "", {.err = true});
+  const ToolRun run = archive.Run(arguments, "", {.err = true}, {}, &shown);
   EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_THAT(run.err, HasSubstr("\rx  [############............]  500.0 kB of 1.0 MB"));
+  EXPECT_THAT(run.err, HasSubstr(progress));
   EXPECT_TRUE(run.err.ends_with("\r\x1B[K"));
+  waits = false;
   EXPECT_THAT(archive.Run(arguments).err, IsEmpty());
 
-  // More than what the machine takes at once.
+  // More than the buffers of both sockets hold.
   constexpr std::size_t kSize = 40000000;
   const TemporaryDirectory source;
   source.Write("f.bin", std::string(kSize, 'x'));
-  ScriptedArchive upload({{"UploadFile", [](Peer& peer, const Fields&, auto&) {
-                             peer.Pause(600);
+  ShownText started("f.bin  [");
+  ScriptedArchive upload({{"UploadFile", [&](Peer& peer, const Fields&, auto&) {
+                             started.Wait();
                              peer.ReadBytes(kSize);
                              peer.Send(Answer({}));
                            }}});
-  const ToolRun sent = upload.Run({"upload", source.File("f.bin")}, "", {.err = true});
+  const ToolRun sent = upload.Run({"upload", source.File("f.bin")}, "", {.err = true}, {}, &started);
   EXPECT_EQ(sent.status, 0) << sent.err;
   EXPECT_THAT(sent.err, ::testing::ContainsRegex("f.bin  .#+[.]+.  [0-9.]+ MB of 40.0 MB"));
 }

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/documents/hit_order.h"
+#include "tools/oxaqry/documents/document_commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,12 @@
-#include "tools/oxaqry/session/methods_command.h"
+#include "tools/oxaqry/session/session_commands.h"
 
+#include <array>
 #include <ostream>
 #include <string>
 
 #include "automation/method_table.h"
 #include "tools/oxaqry/cli/value_json.h"
+#include "tools/oxaqry/session/session.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -14,33 +16,9 @@ const char* TypeName(Variant::Type type) {
   return type == Variant::Type::Date ? "Date" : "String";
 }
 
-const char* KindName(ParameterKind kind) {
-  switch (kind) {
-    case ParameterKind::In:
-      return "in";
-    case ParameterKind::OptionalIn:
-      return "optional in";
-    case ParameterKind::OptionalOut:
-      return "optional out";
-    case ParameterKind::InOut:
-      return "in-out";
-  }
-  return "";
-}
-
-const char* ResultName(ResultKind kind) {
-  switch (kind) {
-    case ResultKind::None:
-      return "";
-    case ResultKind::Boolean:
-      return "Boolean";
-    case ResultKind::String:
-      return "String";
-    case ResultKind::Variant:
-      return "Variant";
-  }
-  return "";
-}
+// In the order of ParameterKind and ResultKind.
+constexpr std::array kParameterKinds{"in", "optional in", "optional out", "in-out"};
+constexpr std::array kResultKinds{"", "Boolean", "String", "Variant"};
 
 Json Document() {
   Json variables = Json::array();
@@ -55,14 +33,15 @@ Json Document() {
   for (const MethodEntry& method : PublicMethods()) {
     Json parameters = Json::array();
     for (const ParameterEntry& parameter : method.parameters) {
-      parameters.push_back({{"name", parameter.name}, {"kind", KindName(parameter.kind)}});
+      parameters.push_back(
+          {{"name", parameter.name}, {"kind", kParameterKinds[static_cast<std::size_t>(parameter.kind)]}});
     }
     methods.push_back({{"name", method.name},
                        {"number", method.number},
                        {"group", method.group},
                        {"property", method.isProperty},
                        {"parameters", std::move(parameters)},
-                       {"result", ResultName(method.result)},
+                       {"result", kResultKinds[static_cast<std::size_t>(method.result)]},
                        {"documentation", method.documentation}});
   }
   return {{"variables", std::move(variables)}, {"methods", std::move(methods)}};
@@ -89,8 +68,6 @@ void PrintList(std::ostream& out) {
   for (const MethodEntry& method : PublicMethods()) PrintMember(out, group, method, method.signature);
 }
 
-}  // namespace
-
 int Methods(const Output& output) {
   if (output.json) {
     output.out << Document().dump(2) << '\n';
@@ -98,6 +75,18 @@ int Methods(const Output& output) {
     PrintList(output.out);
   }
   return 0;
+}
+
+}  // namespace
+
+void AddSessionCommands(CommandParser& parser) {
+  parser.AddPlain("session", "run calls given as JSON lines on standard input",
+                  "Examples:\n  oxaqry session < calls.jsonl\n  echo '{\"call\":\"HelloWorld\"}' | oxaqry session",
+                  [](const Settings&, const Output& output) { return RunSession(output.in, output.out); });
+  CLI::App* const methods = parser.AddPlain("methods", "list the component's public variables and methods",
+                                            "Example:\n  oxaqry methods | less",
+                                            [](const Settings&, const Output& output) { return Methods(output); });
+  parser.AddJson(*methods, "print one JSON document");
 }
 
 }  // namespace oxaqrycln::oxaqry
