@@ -16,7 +16,7 @@ namespace {
 template <typename... Elements>
 Variant LoadList(QueryState& state, std::string_view routine, bool sorted, Variant* status,
                  const Elements&... elements) {
-  return state.Run(routine, Failed(), [&](Variant& result) {
+  return state.RunAs(routine, Failed(), [&](Variant& result) {
     if (!state.Load({elements...}, status)) return;
     result = Variant::Long(state.buffer.Count());
     WriteText(status, "");
@@ -25,7 +25,7 @@ Variant LoadList(QueryState& state, std::string_view routine, bool sorted, Varia
 }
 
 std::string NextLine(QueryState& state, std::string_view routine) {
-  return state.Run(routine, std::string(), [&](std::string& result) {
+  return state.RunAs(routine, std::string(), [&](std::string& result) {
     if (!state.buffer.AtEnd()) result = state.buffer.Take();
   });
 }
@@ -38,7 +38,7 @@ Variant clsQuery::TELOGetChannelsInit(Variant* strParamStatus) {
 
 std::string clsQuery::TELOGetChannelsNext(Variant* strChannelDescription) {
   QueryState& state = *state_;
-  return state.Run("TELOGetChannelsNext", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     if (state.buffer.AtEnd()) return;
     const TextCut channel = Cut(state.buffer.Take(), ',');
     result = channel.before;
@@ -62,7 +62,7 @@ std::string clsQuery::TELOGetQueryFormatListNext() { return NextLine(*state_, "T
 
 Variant clsQuery::TELOGetAllArchivesExtInit(Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetAllArchivesExtInit", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"GetAllArchivesExt"}, strParamStatus)) return;
     std::int32_t channels = 0;
     for (std::int32_t i = 0; i < state.buffer.Count(); ++i) channels += state.buffer.Line(i).starts_with('#') ? 1 : 0;
@@ -73,7 +73,7 @@ Variant clsQuery::TELOGetAllArchivesExtInit(Variant* strParamStatus) {
 
 Variant clsQuery::TELOGetAllArchivesExtNext(Variant* strChannel, Variant* strChannelDescription) {
   QueryState& state = *state_;
-  return state.Run("TELOGetAllArchivesExtNext", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strChannel, "");
     WriteText(strChannelDescription, "");
@@ -94,7 +94,7 @@ Variant clsQuery::TELOGetAllArchivesExtNext(Variant* strChannel, Variant* strCha
 
 std::string clsQuery::TELOGetAllArchivesExtNextArchive(Variant* strComment) {
   QueryState& state = *state_;
-  return state.Run("TELOGetAllArchivesExtNextArchive", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     WriteText(strComment, "");
     // Kept: at the end of the buffer the access fails, and the log shows that the walk went too far.
     const std::string_view line = state.buffer.Line(state.buffer.position());
@@ -112,7 +112,7 @@ Variant clsQuery::TELOGetArchiveProperties(const Variant& strChannel, const Vari
                                            Variant* blnEdit, Variant* blnDelete, Variant* blnIndex,
                                            Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetArchiveProperties", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"GetArchiveProperties", strChannel, strArchive}, strParamStatus)) return;
     if (state.buffer.Count() > 0) {
       const auto fields = Split(state.buffer.Line(0), ',');

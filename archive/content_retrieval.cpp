@@ -36,7 +36,7 @@ Variant clsQuery::TELOGetSegmentData(const Variant& strChannel, const Variant& s
                                      const Variant& strVer, const Variant& intFieldIndex, Variant* strFileName,
                                      Variant* lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentData", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     FetchFile(*this, state,
               {"GetSegmentData", strChannel, strArchive, strDocID, strVer, intFieldIndex, strBlobPathRemote},
               NoFile::kLeavesOutputs, {strFileName, lngFileLen, strParamStatus}, result);
@@ -47,7 +47,7 @@ Variant clsQuery::TELOGetSegmentFirstBLOB(const Variant& strChannel, const Varia
                                           const Variant& strVer, const Variant& strParamFileExt, Variant* strFileName,
                                           Variant* lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentFirstBLOB", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     FetchFile(*this, state,
               {"GetSegmentFirstBLOB", strChannel, strArchive, strDocID, strVer, OrText(strParamFileExt, ""),
                strBlobPathRemote},
@@ -59,7 +59,7 @@ Variant clsQuery::TELOGetSegmentPrintfile(const Variant& strChannel, const Varia
                                           const Variant& strVer, const Variant& strFieldID, Variant* strFileName,
                                           Variant* lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentPrintfile", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     // Kept: the command word is not the method's name.
     FetchFile(*this, state,
               {"GetSegmentPrintfile2", strChannel, strArchive, strDocID, strVer, strFieldID, strBlobPathRemote},
@@ -71,7 +71,7 @@ Variant clsQuery::TELOGetSegmentMultiTIF(const Variant& strChannel, const Varian
                                          const Variant& strVer, const Variant& strPages, Variant* strFileName,
                                          Variant* lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentMultiTIF", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     const auto pages = Trap(state.log, "GetPages", std::optional<std::string>(),
                             [&](std::optional<std::string>& list) { list = GetPages(strPages.ToText()); });
     if (!pages) return;
@@ -82,7 +82,7 @@ Variant clsQuery::TELOGetSegmentMultiTIF(const Variant& strChannel, const Varian
 
 Variant clsQuery::TELOTransferBLOB(const Variant& strFile, const Variant& lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOTransferBLOB", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     const std::string name = StoredName(strFile.ToText());
     const std::int32_t byteCount = lngFileLen.ToLong();
     if (byteCount < 0) throw RuntimeError(error::kInvalidProcedureCall);

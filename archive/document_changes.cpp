@@ -39,7 +39,7 @@ Variant clsQuery::CreateImportFile(const Variant& strImportFile, const Variant& 
                                    const Variant& strParamFieldIDs, const Variant& strFieldContents,
                                    const Variant& strCharSet, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("CreateImportFile", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     const std::string file = strImportFile.ToText();
     state.log.Write(bytInfo, "Creating import file '", file, "'");
     std::string text;
@@ -56,7 +56,7 @@ Variant clsQuery::CreateImportFile(const Variant& strImportFile, const Variant& 
 
 Variant clsQuery::TELOCreateDocument(const Variant& strImportFile, Variant* strDocIDVer, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOCreateDocument", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"CreateDocument", strImportFile}, strParamStatus)) return;
     if (strDocIDVer != nullptr) strDocIDVer->AssignText(state.buffer.Line(0));
     result = Variant::Long(state.buffer.Count());
@@ -66,7 +66,7 @@ Variant clsQuery::TELOCreateDocument(const Variant& strImportFile, Variant* strD
 
 Variant clsQuery::TELOEditDocument(const Variant& strImportFile, Variant& strDocIDVer, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOEditDocument", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"EditDocument", strImportFile, strDocIDVer}, strParamStatus)) return;
     strDocIDVer.AssignText(state.buffer.Line(0));
     result = Variant::Long(state.buffer.Count());

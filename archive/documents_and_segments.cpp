@@ -25,7 +25,7 @@ Variant clsQuery::TELOGetDocumentInfo(const Variant& strChannel, const Variant& 
                                       Variant* intTextFelder, Variant* intBildFelder, Variant* intBlobFelder,
                                       Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetDocumentInfo", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"GetDocumentInfo", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
     result = Variant::Long(state.buffer.Count());
     if (state.buffer.Count() > 0) {
@@ -48,7 +48,7 @@ Variant clsQuery::TELOGetSegmentDescriptionInit(const Variant& strChannel, const
                                                 const Variant& strParamThumbnailPath, Variant* lngNotes,
                                                 Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentDescriptionInit", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load(
             {"GetSegmentDescription", strChannel, strArchive, strDocID, strVer, OrText(strParamThumbnailPath, "")},
             strParamStatus)) {
@@ -66,7 +66,7 @@ std::string clsQuery::TELOGetSegmentDescriptionNext(Variant* intFeldID, Variant*
                                                     Variant* strFeldtitel, Variant* strDateiname, Variant* intStatus,
                                                     Variant* strLayoutID, Variant* lngThumbnailSize) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentDescriptionNext", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     if (state.buffer.AtEnd()) return;
     const RecordFields fields(state.buffer.Line(state.buffer.position()));
     const std::string_view name = fields.Field(2);
@@ -87,7 +87,7 @@ Variant clsQuery::TELOGetSegmentTextInit(const Variant& strChannel, const Varian
                                          const Variant& strMarkOff, const Variant& strCRLF, const Variant& strBlank,
                                          Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentTextInit", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"GetSegmentText", strChannel, strArchive, strDocID, strVer, OrText(strQuery, ""),
                      OrText(strMarkOn, ""), OrText(strMarkOff, ""), OrText(strBlank, "")},
                     strParamStatus)) {
@@ -101,8 +101,7 @@ Variant clsQuery::TELOGetSegmentTextInit(const Variant& strChannel, const Varian
 }
 
 std::string clsQuery::TELOGetSegmentTextNext() {
-  return state_->Run("TELOGetSegmentTextNext", std::string(),
-                     [&](std::string& result) { result = state_->texts.Next(); });
+  return state_->Run(std::string(), [&](std::string& result) { result = state_->texts.Next(); });
 }
 
 Variant clsQuery::TELOGetSegmentsInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
@@ -111,7 +110,7 @@ Variant clsQuery::TELOGetSegmentsInit(const Variant& strChannel, const Variant& 
                                       const Variant& strThumbnailPath, const Variant& blnIncludeERF, Variant* lngNotes,
                                       Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentsInit", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     state.segmentLineBreak = OrText(strParamCRLF, kLineEnd).ToText();
     if (!state.Load({"GetSegments", strChannel, strArchive, strDocID, strVer, OrText(strQuery, ""),
                      OrText(strMarkOn, ""), OrText(strMarkOff, ""), OrText(strBlank, ""), OrText(strThumbnailPath, ""),
@@ -136,7 +135,7 @@ std::string clsQuery::TELOGetSegmentsNext(Variant* strChannel, Variant* strArchi
                                           Variant* strDateiname, Variant* intStatus, Variant* strLayoutID,
                                           Variant* lngThumbnailSize) {
   QueryState& state = *state_;
-  return state.Run("TELOGetSegmentsNext", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
     std::int32_t position = buffer.position();

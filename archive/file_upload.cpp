@@ -90,7 +90,7 @@ class UploadedFile final : public MultipartBody::Sink {
 
 Variant clsQuery::TELOUploadFile(const Variant& strFile, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOUploadFile", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     const std::string name = StoredName(strFile.ToText());
     FileSource file(strBlobPathLocal + "\\" + name);
     if (file.byteCount() > kLargestFile) throw RuntimeError(error::kOverflow);
@@ -109,7 +109,7 @@ Variant clsQuery::TELOUploadFile(const Variant& strFile, Variant* strParamStatus
 
 Variant clsQuery::UploadFile(const Variant& strSubDir, Variant* strFileNameParam, Variant* lngFileSizeParam) {
   QueryState& state = *state_;
-  return state.Run("UploadFile", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (state.pageRequest == nullptr) throw RuntimeError(error::kObjectNotSet);
     const std::shared_ptr<PageRequest> request = state.pageRequest;
     UploadedFile file(state.log, strBlobPathLocal, strSubDir);

@@ -82,14 +82,13 @@ HitListStore StoreOf(std::string_view lines) {
 
 Variant clsQuery::TELOSortHitlistInit(const Variant& lngCol) {
   QueryState& state = *state_;
-  return state.Run("TELOSortHitlistInit", Failed(),
-                   [&](Variant& result) { result = SortHits(state.hits, lngCol.ToLong()); });
+  return state.Run(Failed(), [&](Variant& result) { result = SortHits(state.hits, lngCol.ToLong()); });
 }
 
 std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchive, Variant* strDocID,
                                           Variant* strVer) {
   QueryState& state = *state_;
-  return state.Run("TELOSortHitlistNext", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     HitListStore& hits = state.hits;
     if (hits.AtEnd()) return;
     ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
@@ -100,7 +99,7 @@ std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchi
 
 Variant clsQuery::TELOSortHitlist2Init(const Variant& strHitLines, const Variant& intSortCol) {
   QueryState& state = *state_;
-  return state.Run("TELOSortHitlist2Init", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     std::string scratch;
     HitListStore given = StoreOf(strHitLines.TextView(scratch));
     given.SetSortState(state.givenHits.sortState());
@@ -112,7 +111,7 @@ Variant clsQuery::TELOSortHitlist2Init(const Variant& strHitLines, const Variant
 
 std::string clsQuery::TELOSortHitlist2Next() {
   QueryState& state = *state_;
-  return state.Run("TELOSortHitlist2Next", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     HitListStore& hits = state.givenHits;
     if (hits.AtEnd()) return;
     result = std::string(hits.Line(hits.position()));
@@ -122,7 +121,7 @@ std::string clsQuery::TELOSortHitlist2Next() {
 
 Variant clsQuery::TELODeleteFromHitlist(const Variant& lngLine) {
   QueryState& state = *state_;
-  return state.Run("TELODeleteFromHitlist", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     const std::int32_t line = lngLine.ToLong();
     if (line < 1) throw RuntimeError(error::kSubscriptOutOfRange);
     state.hits.RemoveHit(line - 1);

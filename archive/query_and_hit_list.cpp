@@ -48,7 +48,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
                                        Variant* strLayoutKeys, Variant* strLayoutValues, Variant* lngTotalHits,
                                        Variant* blnHitlistMultiTIFF, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("TELOQueryArchiveInit", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     const ResponseBuffer& buffer = state.buffer;
     // Kept: the order on the wire is not that of the parameters.
     if (!state.Load({"QueryArchive", strQuery, lngMaxLines, lngQueryMax, OrText(strLayoutFieldID, ""), strQueryFormat,
@@ -74,7 +74,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
 std::string clsQuery::TELOQueryArchiveNext(Variant* strChannel, Variant* strArchive, Variant* strDocID,
                                            Variant* strVer) {
   QueryState& state = *state_;
-  return state.Run("TELOQueryArchiveNext", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
     ReadHitRow(buffer.Line(buffer.position()), buffer.position() <= kTitleLine,

@@ -22,7 +22,7 @@ constexpr std::int32_t kVersionField = 4;
 Variant clsQuery::OstranaQueryFahrauftraegeInit(const Variant& strQuery, const Variant& lngMaxLines,
                                                 Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("OstranaQueryFahrauftraegeInit", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     if (!state.Load({"QueryFahrauftraege", strQuery, lngMaxLines}, strParamStatus)) return;
     result = Variant::Long(state.buffer.Count());
     WriteText(strParamStatus, "");
@@ -31,7 +31,7 @@ Variant clsQuery::OstranaQueryFahrauftraegeInit(const Variant& strQuery, const V
 
 std::string clsQuery::OstranaQueryFahrauftraegeNext(Variant* strStatus, Variant* strDocID, Variant* strVer) {
   QueryState& state = *state_;
-  return state.Run("OstranaQueryFahrauftraegeNext", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
     const RecordFields fields(buffer.Line(buffer.position()));
@@ -47,7 +47,7 @@ std::string clsQuery::OstranaQueryFahrauftraegeNext(Variant* strStatus, Variant*
 Variant clsQuery::OstranaGetFahrauftraegeMultiTIFF(const Variant& strOrderIDs, Variant* strFileName,
                                                    Variant* lngFileLen, Variant* strParamStatus) {
   QueryState& state = *state_;
-  return state.Run("OstranaGetFahrauftraegeMultiTIFF", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     FetchFile(*this, state, {"GetFahrauftraegeMultiTIFF", strOrderIDs, strBlobPathRemote}, NoFile::kClearsOutputs,
               {strFileName, lngFileLen, strParamStatus}, result);
   });

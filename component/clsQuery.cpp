@@ -35,7 +35,7 @@ clsQuery::~clsQuery() { QueryState::Drop(std::move(state_), std::move(strDebugLo
 
 bool clsQuery::Init(const Variant& blnParamDBInit) {
   QueryState& state = *state_;
-  return state.Run("Init", false, [&](bool& result) {
+  return state.Run(false, [&](bool& result) {
     WriteStartLine(state, strSessionID);
     if (blnParamDBInit.IsMissing() || blnParamDBInit.ToBoolean()) {
       state.database = MakeConnection();
@@ -60,7 +60,7 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
 
 void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
   QueryState& state = *state_;
-  state.Run("OnStartPage", [&] {
+  state.Run([&] {
     auto context = std::dynamic_pointer_cast<ScriptingContext>(PassedScriptingContext.ToObject());
     if (context == nullptr) throw RuntimeError(error::kTypeMismatch);
     state.pageRequest = context->Request();
@@ -70,7 +70,7 @@ void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
 
 void clsQuery::OnEndPage() {
   QueryState& state = *state_;
-  state.Run("OnEndPage", [&] {
+  state.Run([&] {
     state.pageRequest.reset();
     state.context.reset();
   });
@@ -78,7 +78,7 @@ void clsQuery::OnEndPage() {
 
 void clsQuery::RemoteHosts(const Variant& strRemoteHosts) {
   QueryState& state = *state_;
-  state.Run("Let RemoteHosts", [&] {
+  state.RunAs("Let RemoteHosts", false, [&](bool& /*unused*/) {
     std::string scratch;
     state.apartment->servers.Load(strRemoteHosts.TextView(scratch), state.log);
   });

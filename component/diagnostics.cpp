@@ -6,7 +6,7 @@ namespace oxaqrycln {
 
 std::string clsQuery::LiveCheck() {
   QueryState& state = *state_;
-  return state.Run("LiveCheck", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     Variant errorText;
     if (state.Load({"LiveCheck"}, &errorText)) {
       result = state.buffer.Line(0);
@@ -20,7 +20,7 @@ std::string clsQuery::HelloWorld() { return "Hello World!"; }
 
 std::string clsQuery::DirectQuery(const Variant& strQueryString) {
   QueryState& state = *state_;
-  return state.Run("DirectQuery", std::string(), [&](std::string& result) {
+  return state.Run(std::string(), [&](std::string& result) {
     std::string scratch;
     std::string errorText;
     if (!InitBuffer(strQueryString.TextView(scratch), state.execution, state.log, state.buffer, errorText)) {
@@ -36,7 +36,7 @@ std::string clsQuery::DirectQuery(const Variant& strQueryString) {
 
 void clsQuery::WriteTest() {
   QueryState& state = *state_;
-  state.Run("WriteTest", [&] {
+  state.Run([&] {
     const std::string file = strBlobPathLocal + "\\WriteTest.txt";
     state.log.Write(bytInfo, "Writing test file '", file, "'");
     WriteFile(file, "\"WriteTest\"\r\n");

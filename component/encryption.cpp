@@ -26,7 +26,7 @@ std::string Key(const Variant& parameter, const std::string& standard) {
 }  // namespace
 
 std::string clsQuery::EncryptBase64(const Variant& strString, const Variant& strParamKey) {
-  return state_->Run("EncryptBase64", std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](std::string& result) {
     const auto des = MakeDes();
     const auto base64 = MakeBase64();
     des->SetKey(Key(strParamKey, strDES56Key));
@@ -35,7 +35,7 @@ std::string clsQuery::EncryptBase64(const Variant& strString, const Variant& str
 }
 
 std::string clsQuery::Encrypt(const Variant& strString, const Variant& strParamKey) {
-  return state_->Run("Encrypt", std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](std::string& result) {
     const auto des = MakeDes();
     des->SetKey(Key(strParamKey, strDES56Key));
     result = des->Encrypt(strString.ToText());
@@ -43,7 +43,7 @@ std::string clsQuery::Encrypt(const Variant& strString, const Variant& strParamK
 }
 
 std::string clsQuery::Decrypt(const Variant& strString, const Variant& strParamKey) {
-  return state_->Run("Decrypt", std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](std::string& result) {
     const auto des = MakeDes();
     des->SetKey(Key(strParamKey, strDES56Key));
     result = des->Decrypt(strString.ToText());
@@ -51,7 +51,7 @@ std::string clsQuery::Decrypt(const Variant& strString, const Variant& strParamK
 }
 
 std::string clsQuery::DecryptBase64(const Variant& strString, const Variant& strParamKey) {
-  return state_->Run("DecryptBase64", std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](std::string& result) {
     const auto des = MakeDes();
     const auto base64 = MakeBase64();
     const std::string cipher = base64->Decode(strString.ToText());
@@ -61,13 +61,11 @@ std::string clsQuery::DecryptBase64(const Variant& strString, const Variant& str
 }
 
 std::string clsQuery::DecodeBase64(const Variant& strString) {
-  return state_->Run("DecodeBase64", std::string(),
-                     [&](std::string& result) { result = MakeBase64()->Decode(strString.ToText()); });
+  return state_->Run(std::string(), [&](std::string& result) { result = MakeBase64()->Decode(strString.ToText()); });
 }
 
 std::string clsQuery::EncodeBase64(const Variant& strString) {
-  return state_->Run("EncodeBase64", std::string(),
-                     [&](std::string& result) { result = MakeBase64()->Encode(strString.ToText()); });
+  return state_->Run(std::string(), [&](std::string& result) { result = MakeBase64()->Encode(strString.ToText()); });
 }
 
 }  // namespace oxaqrycln

@@ -23,21 +23,21 @@ int Level(const Variant& value) noexcept {
 }  // namespace
 
 std::string clsQuery::Encode(const Variant& strText) {
-  return state_->Run("Encode", std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](std::string& result) {
     std::string scratch;
     result = oxaqrycln::Encode(strText.TextView(scratch));
   });
 }
 
 std::string clsQuery::Decode(const Variant& strText) {
-  return state_->Run("Decode", std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](std::string& result) {
     std::string scratch;
     result = oxaqrycln::Decode(strText.TextView(scratch));
   });
 }
 
 void clsQuery::DeleteFTPObjects(const Variant& strFile) {
-  state_->Run("DeleteFTPObjects", [&] {
+  state_->Run([&] {
     const std::string pattern = strFile.ToText();
     state_->log.Write(bytInfo, "Deleting FTP objects '", pattern, "'");
     DeleteMatchingFiles(pattern);

@@ -5,6 +5,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <source_location>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,17 +28,21 @@ namespace oxaqrycln {
 struct QueryState {
   explicit QueryState(const clsQuery& query);
 
-  // Runs the body of a public method; see trap.h. routine is the method's name as the log shows it, without "()".
+  // Runs the body of the public method that calls this; see trap.h. The log names the method. The overload without a
+  // failure value is for a method without a result.
   template <typename Result, typename Body>
-  Result Run(std::string_view routine, const Result& failure, Body&& body) {
+  Result Run(const Result& failure, Body&& body, const std::source_location& where = std::source_location::current()) {
+    return RunAs(MethodName(where), failure, std::forward<Body>(body));
+  }
+  template <typename Body>
+  void Run(Body&& body, const std::source_location& where = std::source_location::current()) {
+    RunAs(MethodName(where), false, [&](bool& /*unused*/) { body(); });
+  }
+  // The same under another name.
+  template <typename Name, typename Result, typename Body>
+  Result RunAs(const Name& routine, const Result& failure, Body&& body) {
     const RunningMethod method(*this);
     return Trap(log, routine, failure, std::forward<Body>(body));
-  }
-  // For a method without a result.
-  template <typename Body>
-  void Run(std::string_view routine, Body&& body) {
-    const RunningMethod method(*this);
-    Trap(log, routine, std::forward<Body>(body));
   }
 
   // The instance of this state ends. When that happens inside a yield of one of its own methods, the state lives until
@@ -51,7 +56,7 @@ struct QueryState {
   // A whole method that sends the elements and reads no line of the answer: Long 1 and an empty status, or Integer -1.
   template <typename... Elements>
   Variant Send(std::string_view routine, Variant* status, const Elements&... elements) {
-    return Run(routine, Variant::Integer(-1), [&](Variant& result) {
+    return RunAs(routine, Variant::Integer(-1), [&](Variant& result) {
       if (!Load({elements...}, status)) return;
       result = Variant::Long(1);
       if (status != nullptr) status->AssignText("");

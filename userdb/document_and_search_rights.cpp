@@ -76,7 +76,7 @@ std::string ListOf(const std::set<IdKey>& fields) {
 Variant clsQuery::GetUserDocRights(const Variant& strUserID, const Variant& strChannel, const Variant& strArchive,
                                    Variant* strDocRights) {
   QueryState& state = *state_;
-  return state.Run("GetUserDocRights", Variant(), [&](Variant& result) {
+  return state.Run(Variant(), [&](Variant& result) {
     WriteText(strDocRights, "");
     const auto conditions =
         ReadConditions(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));
@@ -93,7 +93,7 @@ Variant clsQuery::GetUserSearchRights(const Variant& strUserID, const Variant& s
                                       Variant* strFixedValues, Variant* strHiddenFields,
                                       Variant* strNoMatchcodeFields) {
   QueryState& state = *state_;
-  return state.Run("GetUserSearchRights", Variant(), [&](Variant& result) {
+  return state.Run(Variant(), [&](Variant& result) {
     for (Variant* const output : {strFixedValues, strHiddenFields, strNoMatchcodeFields}) WriteText(output, "");
     const auto fields =
         ReadSearchFields(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));

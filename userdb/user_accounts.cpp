@@ -42,7 +42,7 @@ bool IsStoredPassword(const QueryState& state, const Variant& stored, const Vari
 Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strTELOUser,
                                 const Variant& strTELOPasswd) {
   QueryState& state = *state_;
-  return state.Run("WriteUserToDB", Failed(), [&](Variant& result) {
+  return state.Run(Failed(), [&](Variant& result) {
     Connection& database = state.Database();
     const std::string user = SqlText(database, strUser);
     const std::string password = EncodedText(database, strPasswd);
@@ -61,14 +61,14 @@ Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd
 
 Variant clsQuery::GetNextDBObjectID(const Variant& strField, const Variant& strTable) {
   QueryState& state = *state_;
-  return state.Run("GetNextDBObjectID", Variant::Long(0), [&](Variant& result) {
+  return state.Run(Variant::Long(0), [&](Variant& result) {
     result = Variant::Long(NextId(state, SqlName(strField), SqlName(strTable)));
   });
 }
 
 Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
   QueryState& state = *state_;
-  return state.Run("CheckLogon", Variant::Long(0), [&](Variant& result) {
+  return state.Run(Variant::Long(0), [&](Variant& result) {
     Connection& database = state.Database();
     const auto rows = database.Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(database, strUser));
     if (!rows->EndOfRows() && (strPasswd.IsMissing() || IsStoredPassword(state, rows->Field("Passwd"), strPasswd))) {
@@ -80,7 +80,7 @@ Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
 
 Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew) {
   QueryState& state = *state_;
-  return state.Run("ChangePasswd", Variant::Integer(0), [&](Variant& result) {
+  return state.Run(Variant::Integer(0), [&](Variant& result) {
     Connection& database = state.Database();
     const std::string password = EncodedText(database, strPasswdNew);
     // Kept: an ID above 32767 does not fit, and its password stays.
@@ -93,7 +93,7 @@ Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdO
 
 Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser, Variant* strTELOPasswd) {
   QueryState& state = *state_;
-  return state.Run("GetUserTELOUser", Variant::Long(0), [&](Variant& result) {
+  return state.Run(Variant::Long(0), [&](Variant& result) {
     const auto rows =
         state.Database().Execute("SELECT TELOUser, TELOPasswd FROM Users WHERE UserID=" + SqlNumber(strUserID));
     if (!rows->EndOfRows()) {
@@ -113,7 +113,7 @@ Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser
 
 Variant clsQuery::GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd) {
   QueryState& state = *state_;
-  return state.Run("GetUserChangePasswd", Variant::Long(0), [&](Variant& result) {
+  return state.Run(Variant::Long(0), [&](Variant& result) {
     if (intChangePasswd != nullptr) *intChangePasswd = Variant::Integer(0);
     const auto rows = state.Database().Execute("SELECT ChangePasswd FROM Users WHERE UserID=" + SqlNumber(strUserID));
     if (!rows->EndOfRows()) {
@@ -129,7 +129,7 @@ Variant clsQuery::GetUserChangePasswd(const Variant& strUserID, Variant* intChan
 
 Variant clsQuery::SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd) {
   QueryState& state = *state_;
-  return state.Run("SetUserChangePasswd", Variant::Long(0), [&](Variant& result) {
+  return state.Run(Variant::Long(0), [&](Variant& result) {
     const bool isBoolean = intChangePasswd.type() == Variant::Type::Boolean;
     const Variant flag = isBoolean ? Variant(intChangePasswd.ToBoolean() ? 1 : 0) : intChangePasswd;
     state.Database().Execute("UPDATE Users SET ChangePasswd=" + SqlNumber(flag) +
