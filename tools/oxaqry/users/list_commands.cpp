@@ -5,7 +5,6 @@
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
 #include "values/code_page.h"
-#include "values/text_parts.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
