@@ -49,18 +49,4 @@ std::int32_t Count(const Variant& result, const Variant& status) {
   return count;
 }
 
-std::vector<std::string> SplitColumns(std::string_view text) {
-  std::vector<std::string> columns;
-  if (text.empty()) return columns;
-  if (text.starts_with('^')) text.remove_prefix(1);
-  if (text.ends_with('^')) text.remove_suffix(1);
-  constexpr std::string_view kSeparator = "^,^";
-  for (std::size_t from = 0;;) {
-    const std::size_t end = text.find(kSeparator, from);
-    columns.emplace_back(text.substr(from, end - from));
-    if (end == std::string_view::npos) return columns;
-    from = end + kSeparator.size();
-  }
-}
-
 }  // namespace oxaqrycln::oxaqry

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "component/clsQuery.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
@@ -29,9 +30,6 @@ bool IsNoConnection(const std::string& errorText);
 std::int32_t Count(const Variant& result, const Variant& status);
 // Raises CommandError for an error text of the component.
 [[noreturn]] void Fail(const std::string& errorText);
-
-// "^a^,^b^" as a and b.
-std::vector<std::string> SplitColumns(std::string_view text);
 
 }  // namespace oxaqrycln::oxaqry
 

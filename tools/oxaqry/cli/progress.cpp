@@ -33,27 +33,30 @@ std::string ByteText(std::int64_t byteCount) {
   return text.data();
 }
 
-Progress::Progress(const Output& output, std::string what, std::optional<std::int64_t> total)
-    : out_(output.terminals.err ? &output.err : nullptr), what_(std::move(what)), total_(total) {
-  Show(0);
-}
+Progress::Progress(const Output& output, std::string what, std::optional<std::int64_t> total, std::string counted)
+    : out_(output.terminals.err ? &output.err : nullptr),
+      what_(std::move(what)),
+      total_(total),
+      counted_(std::move(counted)),
+      next_(start_ + kBetweenDrawings) {}
 
 Progress::~Progress() {
-  if (out_ != nullptr) *out_ << "\r\x1B[K" << std::flush;
+  if (isShown_) *out_ << "\r\x1B[K" << std::flush;
 }
 
 void Progress::Show(std::optional<std::int64_t> done) {
-  if (out_ == nullptr || std::chrono::steady_clock::now() < next_) return;
-  next_ = std::chrono::steady_clock::now() + kBetweenDrawings;
-  Draw(done);
+  const auto now = std::chrono::steady_clock::now();
+  if (out_ == nullptr || now < next_) return;
+  next_ = now + kBetweenDrawings;
+  isShown_ = true;
+  *out_ << '\r' << what_ << "  ";
+  if (done && total_) *out_ << Bar(*done, *total_) << "  " << AmountText(*done) << " of ";
+  if (total_) *out_ << AmountText(*total_) << (counted_.empty() ? "" : " ") << counted_ << "  ";
+  *out_ << std::chrono::duration_cast<std::chrono::seconds>(now - start_).count() << " s\x1B[K" << std::flush;
 }
 
-void Progress::Draw(std::optional<std::int64_t> done) {
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_);
-  *out_ << '\r' << what_ << "  ";
-  if (done && total_) *out_ << Bar(*done, *total_) << "  " << ByteText(*done) << " of ";
-  if (total_) *out_ << ByteText(*total_) << "  ";
-  *out_ << seconds.count() << " s\x1B[K" << std::flush;
+std::string Progress::AmountText(std::int64_t amount) const {
+  return counted_.empty() ? ByteText(amount) : std::to_string(amount);
 }
 
 }  // namespace oxaqrycln::oxaqry

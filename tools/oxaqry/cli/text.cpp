@@ -1,0 +1,31 @@
+#include "tools/oxaqry/cli/text.h"
+
+#include <charconv>
+
+namespace oxaqrycln::oxaqry {
+
+std::vector<std::string> SplitText(std::string_view text, std::string_view separator) {
+  std::vector<std::string> parts;
+  for (std::size_t from = 0;;) {
+    const std::size_t end = text.find(separator, from);
+    parts.emplace_back(text.substr(from, end - from));
+    if (end == std::string_view::npos) return parts;
+    from = end + separator.size();
+  }
+}
+
+std::vector<std::string> SplitColumns(std::string_view text) {
+  if (text.empty()) return {};
+  if (text.starts_with('^')) text.remove_prefix(1);
+  if (text.ends_with('^')) text.remove_suffix(1);
+  return SplitText(text, "^,^");
+}
+
+std::optional<std::int32_t> ParseNumber(std::string_view text) {
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size() || text.starts_with('-')) return std::nullopt;
+  return number;
+}
+
+}  // namespace oxaqrycln::oxaqry
