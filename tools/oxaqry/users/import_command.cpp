@@ -6,10 +6,10 @@
 
 #include "tools/oxaqry/cli/input.h"
 #include "tools/oxaqry/cli/interruption.h"
+#include "tools/oxaqry/cli/progress.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/csv.h"
-#include "tools/oxaqry/users/import_progress.h"
-#include "tools/oxaqry/users/lists.h"
 #include "tools/oxaqry/users/password.h"
 
 namespace oxaqrycln::oxaqry {
@@ -122,11 +122,11 @@ int ImportUsers(UserDatabase& database, const std::string& path, const Output& o
   Importer importer(database, records.front().fields);
   const Interruption interruption;
   const auto forEachRow = [&](const char* what, const auto& action) {
-    ImportProgress progress(output, what, records.size() - 1);
+    Progress progress(output, what, static_cast<std::int64_t>(records.size() - 1), "users");
     for (std::size_t i = 1; i < records.size(); ++i) {
       interruption.Check();
       AtLine(records[i], [&] { action(i); });
-      progress.Show(i);
+      progress.Show(static_cast<std::int64_t>(i));
     }
   };
   std::vector<NewUser> users;

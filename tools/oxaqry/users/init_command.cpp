@@ -1,6 +1,6 @@
 // The command "user init".
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/users/lists.h"
 #include "tools/oxaqry/users/schema.h"
 
 namespace oxaqrycln::oxaqry {

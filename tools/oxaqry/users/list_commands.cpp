@@ -1,6 +1,7 @@
 // The commands "user list", "user groups" and "user rights".
 #include <map>
 
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
 #include "values/code_page.h"

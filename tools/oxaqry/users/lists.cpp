@@ -1,6 +1,7 @@
 #include "tools/oxaqry/users/lists.h"
 
 #include "tools/oxaqry/cli/errors.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
 #include "values/code_page.h"
 
@@ -14,16 +15,6 @@ std::vector<std::string> Entries(std::string_view list) {
 }
 
 }  // namespace
-
-std::vector<std::string> SplitText(std::string_view text, std::string_view separator) {
-  std::vector<std::string> parts;
-  for (std::size_t from = 0;;) {
-    const std::size_t end = text.find(separator, from);
-    parts.emplace_back(text.substr(from, end - from));
-    if (end == std::string_view::npos) return parts;
-    from = end + separator.size();
-  }
-}
 
 Json JsonId(const std::string& id) {
   const auto number = ParseInteger(id);

@@ -11,9 +11,6 @@
 
 namespace oxaqrycln::oxaqry {
 
-// The parts of a text between its separators; one empty part for the empty text.
-std::vector<std::string> SplitText(std::string_view text, std::string_view separator);
-
 // An ID as a number, or as text when it is none.
 Json JsonId(const std::string& id);
 
