@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "support/text_helpers.h"
 #include "tests/tools/devserver/fetched_content.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 namespace {
