@@ -56,7 +56,7 @@ std::string Quoted(const std::string& odbcName, const std::string& value) {
 // The passwords among the options of libpq, "name=value name='value' ...". A word that is no option may be a part of
 // one.
 void AddLibpqPasswords(std::string_view options, std::vector<std::string>& passwords) {
-  while (!(options = Trimmed(options)).empty()) {
+  while (!(options = Trimmed(options, kBlanks)).empty()) {
     const std::size_t end = options.find_first_of("= \t\r\n");
     const std::string name = UpperCase(options.substr(0, end));
     const std::size_t equals = options.find_first_not_of(kBlanks, end);
@@ -65,7 +65,7 @@ void AddLibpqPasswords(std::string_view options, std::vector<std::string>& passw
       options.remove_prefix(std::min(options.size(), name.size()));
       continue;
     }
-    options = Trimmed(options.substr(equals + 1));
+    options = Trimmed(options.substr(equals + 1), kBlanks);
     std::string value;
     const bool isQuoted = options.starts_with('\'');
     if (isQuoted) options.remove_prefix(1);
@@ -112,9 +112,9 @@ std::string OdbcName(const std::string& name, bool isServer) {
 
 std::vector<std::pair<std::string, std::string>> ConnectionAttributes(std::string_view text) {
   std::vector<std::pair<std::string, std::string>> attributes;
-  while (!Trimmed(text).empty()) {
+  while (!Trimmed(text, kBlanks).empty()) {
     const std::size_t end = text.find_first_of("=;");
-    const std::string name(Trimmed(text.substr(0, end)));
+    const std::string name(Trimmed(text.substr(0, end), kBlanks));
     if (end == std::string_view::npos || text[end] == ';') {
       if (!name.empty()) Refuse("An attribute of the connection string has no \"=\"");
       text.remove_prefix(end + 1);
