@@ -5,6 +5,9 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <fstream>
+#include <thread>
 #include <utility>
 
 #include "tests/tools/oxaqry/users/oxaqry_database.h"
@@ -52,11 +55,24 @@ class AtTerminal {
   void Answer(const std::string& question, const std::string& text) {
     ASSERT_TRUE(Awaits(question)) << shown_;
     EXPECT_FALSE(Echoes());
+    ASSERT_TRUE(Waits());
     ASSERT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
   bool Echoes() const {
     termios now{};
     return tcgetattr(terminal_, &now) == 0 && (now.c_lflag & ECHO) != 0;
+  }
+  // Whether the process sleeps within a generous time. After a prompt it does so to read: only then does a signal reach
+  // a blocked read.
+  bool Waits() const {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (std::chrono::steady_clock::now() < end) {
+      std::ifstream state("/proc/" + std::to_string(process_) + "/stat");
+      std::string line;
+      if (std::getline(state, line) && line.find(") S ") != std::string::npos) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return false;
   }
   // The exit status; -1 for a process that does not end.
   int Status() {
