@@ -12,7 +12,9 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(OXAQRYCLN_CCACHE ccache)
 if(OXAQRYCLN_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${OXAQRYCLN_CCACHE})
+  # Without these two exceptions ccache does not keep what was compiled with precompiled headers.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${OXAQRYCLN_CCACHE})
 endif()
 
 add_library(oxaqrycln_flags INTERFACE)
@@ -61,4 +63,18 @@ function(oxaqrycln_layer folder)
   target_include_directories(oxaqrycln_${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
   target_link_libraries(oxaqrycln_${name} PRIVATE oxaqrycln_flags)
   set_property(GLOBAL APPEND PROPERTY OXAQRYCLN_OBJECTS_${layer_OF} $<TARGET_OBJECTS:oxaqrycln_${name}>)
+endfunction()
+
+# oxaqrycln_precompile(TARGET [FROM other] header ...): compiles the library headers once for all sources of the target,
+# or uses those of the other target. clang-tidy does not read what g++ precompiles.
+function(oxaqrycln_precompile target)
+  cmake_parse_arguments(PARSE_ARGV 1 precompile "" "FROM" "")
+  if(OXAQRYCLN_TIDY)
+    return()
+  endif()
+  if(precompile_FROM)
+    target_precompile_headers(${target} REUSE_FROM ${precompile_FROM})
+  else()
+    target_precompile_headers(${target} PRIVATE ${precompile_UNPARSED_ARGUMENTS})
+  endif()
 endfunction()

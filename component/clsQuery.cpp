@@ -1,6 +1,7 @@
 #include "component/clsQuery.h"
 
 #include <chrono>
+#include <utility>
 
 #include "component/objects.h"
 #include "component/query_state.h"

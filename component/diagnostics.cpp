@@ -1,3 +1,6 @@
+#include <cstdint>
+#include <string>
+
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "platform/files/files.h"

@@ -1,4 +1,8 @@
 // The encryption services: external objects, made anew for every call.
+#include <memory>
+#include <string>
+#include <string_view>
+
 #include "component/clsQuery.h"
 #include "component/objects.h"
 #include "component/query_state.h"

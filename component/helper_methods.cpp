@@ -1,4 +1,6 @@
 // The public face of the text and file helpers, and of the log writer.
+#include <string>
+
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "support/file_helpers.h"

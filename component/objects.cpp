@@ -2,6 +2,7 @@
 
 #include <map>
 #include <mutex>
+#include <utility>
 
 #include "platform/ciphers/cipher_objects.h"
 #include "platform/database/odbc_connection.h"

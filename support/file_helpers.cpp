@@ -1,5 +1,6 @@
 #include "support/file_helpers.h"
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 

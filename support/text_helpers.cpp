@@ -1,6 +1,8 @@
 #include "support/text_helpers.h"
 
 #include <charconv>
+#include <cstddef>
+#include <utility>
 
 #include "values/errors.h"
 #include "values/text_parts.h"

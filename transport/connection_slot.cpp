@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "platform/net/socket_errors.h"
 #include "support/trap.h"

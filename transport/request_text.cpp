@@ -1,5 +1,7 @@
 #include "transport/request_text.h"
 
+#include <cstddef>
+
 #include "support/text_helpers.h"
 #include "support/trap.h"
 

@@ -1,5 +1,6 @@
 #include "transport/server_table.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "support/text_helpers.h"

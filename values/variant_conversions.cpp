@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <variant>
 
 #include "values/code_page.h"
 #include "values/errors.h"

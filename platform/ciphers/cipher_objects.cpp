@@ -1,5 +1,7 @@
 #include "platform/ciphers/cipher_objects.h"
 
+#include <utility>
+
 #include "platform/ciphers/des56.h"
 #include "values/base64.h"
 #include "values/errors.h"

@@ -1,6 +1,8 @@
 #include "platform/database/odbc_call.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "values/code_page.h"
 #include "values/errors.h"

@@ -6,6 +6,8 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -2,7 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/database/connection_string.h"
 #include "platform/database/odbc_call.h"

@@ -1,5 +1,6 @@
 #include "platform/files/open_files.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "values/errors.h"

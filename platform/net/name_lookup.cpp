@@ -1,6 +1,7 @@
 #include "platform/net/name_lookup.h"
 
 #include <atomic>
+#include <cstdint>
 #include <exception>
 #include <mutex>
 #include <string>

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "platform/net/native_socket.h"
 #include "platform/net/socket_address.h"

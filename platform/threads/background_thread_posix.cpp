@@ -1,6 +1,7 @@
 #include <signal.h>
 
 #include <system_error>
+#include <utility>
 
 #include "platform/threads/background_thread.h"
 #include "values/errors.h"
