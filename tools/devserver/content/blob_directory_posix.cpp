@@ -38,7 +38,7 @@ BlobDirectory BlobDirectory::At(const std::string& path) {
 }
 
 BlobDirectory BlobDirectory::Private() {
-  std::string path = (std::filesystem::temp_directory_path() / "devserver-XXXXXX").string();
+  std::string path = (std::filesystem::temp_directory_path() / ("devserver-" + std::string(6, 'X'))).string();
   if (mkdtemp(path.data()) == nullptr) throw ServerError("No temporary directory could be created");
   return {path, true};
 }

@@ -49,7 +49,7 @@ void WriteBashCommand(const CLI::App& command, const std::string& name, std::str
 
 std::string ZshQuoted(const std::string& text) { return "'" + Replaced(text, "'", R"('\'')") + "'"; }
 
-// A text between the brackets of a specification.
+// A text between the brackets of an argument.
 std::string InBrackets(const std::string& text) { return Replaced(Replaced(text, "[", R"(\[)"), "]", R"(\])"); }
 
 std::string ZshArgument(const CLI::Option& option, const std::string& name) {
@@ -69,12 +69,12 @@ std::string ZshOption(const CLI::Option& option) {
   if (option.get_expected_max() > 0) {
     rest += (option.get_expected_min() == 0 ? ":" : "") + ZshArgument(option, option.get_type_name());
   }
-  std::string specification;
+  std::string argument;
   for (const std::string& name : names) {
     const std::string head = excluded.empty() ? "" : "(" + excluded + ")";
-    specification += " \\\n    " + ZshQuoted(head + (isRepeated ? "*" : "") + name + rest);
+    argument += " \\\n    " + ZshQuoted(head + (isRepeated ? "*" : "") + name + rest);
   }
-  return specification;
+  return argument;
 }
 
 void WriteZshFunction(const CLI::App& command, const std::string& function, std::ostream& out) {
