@@ -5,7 +5,6 @@
 
 #include <initializer_list>
 #include <memory>
-#include <source_location>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -28,19 +27,19 @@ namespace oxaqrycln {
 struct QueryState {
   explicit QueryState(const clsQuery& query);
 
-  // Runs the body of the public method that calls this; see trap.h. The log names the method. The overload without a
-  // failure value is for a method without a result.
+  // Runs the body of the public method that calls this; see trap.h. The log names the method, which the compiler fills
+  // in. The overload without a failure value is for a method without a result.
   template <typename Result, typename Body>
-  Result Run(const Result& failure, Body&& body, const std::source_location& where = std::source_location::current()) {
-    return RunAs(MethodName(where), failure, std::forward<Body>(body));
+  Result Run(const Result& failure, Body&& body, const char* method = __builtin_FUNCTION()) {
+    return RunAs(method, failure, std::forward<Body>(body));
   }
   template <typename Body>
-  void Run(Body&& body, const std::source_location& where = std::source_location::current()) {
-    RunAs(MethodName(where), false, [&](bool& /*unused*/) { body(); });
+  void Run(Body&& body, const char* method = __builtin_FUNCTION()) {
+    RunAs(method, false, [&](bool& /*unused*/) { body(); });
   }
   // The same under another name.
-  template <typename Name, typename Result, typename Body>
-  Result RunAs(const Name& routine, const Result& failure, Body&& body) {
+  template <typename Result, typename Body>
+  Result RunAs(std::string_view routine, const Result& failure, Body&& body) {
     const RunningMethod method(*this);
     return Trap(log, routine, failure, std::forward<Body>(body));
   }
