@@ -3,14 +3,9 @@
 #include <algorithm>
 #include <ostream>
 
-#include "tools/oxaqry/archives/archive_commands.h"
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/interruption.h"
-#include "tools/oxaqry/documents/document_commands.h"
-#include "tools/oxaqry/servers/server_commands.h"
-#include "tools/oxaqry/session/session_commands.h"
-#include "tools/oxaqry/transfers/transfer_commands.h"
-#include "tools/oxaqry/users/command_line.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {

@@ -2,7 +2,7 @@
 #include <iostream>
 
 #include "tools/oxaqry/cli/interruption.h"
-#include "tools/oxaqry/cli/terminal.h"
+#include "tools/oxaqry/cli/run_environment.h"
 #include "tools/oxaqry/command_line.h"
 
 int main(int argumentCount, char** arguments) {

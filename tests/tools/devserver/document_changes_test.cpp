@@ -1,4 +1,4 @@
-#include "tools/devserver/commands/change_commands.h"
+#include "tools/devserver/commands/handlers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tools/devserver/commands/hit_list_printing.h"
+#include "tools/devserver/commands/handlers.h"
 
 #include <gmock/gmock.h>
 

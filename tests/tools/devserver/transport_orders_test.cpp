@@ -1,4 +1,4 @@
-#include "tools/devserver/commands/transport_orders.h"
+#include "tools/devserver/commands/handlers.h"
 
 #include <gmock/gmock.h>
 

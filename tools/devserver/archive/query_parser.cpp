@@ -5,10 +5,12 @@
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 namespace {
 
+constexpr std::string_view kBlanks = " \t";
 constexpr int kDepthLimit = 32;
 // The limit counts words rather than terms because each word of a phrase is looked up in the whole index, and "a*a*a*"
 // is a single term.
@@ -38,7 +40,7 @@ std::size_t CountWords(std::string_view value) {
   return count;
 }
 
-bool IsBlank(char character) { return character == ' ' || character == '\t'; }
+bool IsBlank(char character) { return kBlanks.find(character) != std::string_view::npos; }
 
 class Parser {
  public:
@@ -55,7 +57,7 @@ class Parser {
 
  private:
   bool AtEnd() {
-    rest_ = Trimmed(rest_);
+    rest_ = Trimmed(rest_, kBlanks);
     return rest_.empty();
   }
 
@@ -193,7 +195,7 @@ std::string_view Checked(std::string_view query) {
     return static_cast<unsigned char>(character) < 0x20 && character != '\t';
   };
   if (std::ranges::any_of(query, isControl)) Fail("it contains a control character");
-  return Trimmed(query);
+  return Trimmed(query, kBlanks);
 }
 
 }  // namespace

@@ -9,7 +9,18 @@
 namespace oxaqrycln::devserver {
 namespace {
 
+// Up to three numbers as printf formats them, into at most 63 characters.
+std::string Format(const char* pattern, std::size_t first, std::size_t second = 0, std::size_t third = 0) {
+  std::array<char, 64> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), pattern, first, second, third);
+  return buffer.data();
+}
+
 constexpr std::size_t kLastDay = 28;
+
+// Where transport orders begin and end.
+constexpr std::array<std::string_view, 7> kPlaces = {"Ostwind, Kai 3", "Ährental",        "Überbach", "Größling am See",
+                                                     "Brandach",       "Fønsby, Denmark", "Sankt Mia"};
 
 // The documents of one of the archives.
 struct Kind {
@@ -160,16 +171,28 @@ class Writer {
 
 }  // namespace
 
-std::string Format(const char* pattern, std::size_t first, std::size_t second, std::size_t third) {
-  std::array<char, 64> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), pattern, first, second, third);
-  return buffer.data();
-}
-
 void AddSampleDocuments(Database& database, int count) {
   Writer writer(database);
   Sequence sequence;
   for (int index = 0; index < count; ++index) writer.Add({static_cast<std::size_t>(index), sequence});
+}
+
+void AddSampleOrders(Database& database) {
+  Statement documents(database,
+                      "SELECT id, version, customer, date FROM document "
+                      "WHERE archive_id IN (1, 3) OR (archive_id = 5 AND id % 5 = 0) ORDER BY id");
+  Statement insert(
+      database,
+      "INSERT INTO transport_order (id, status, document_id, version, customer, origin, destination, date, "
+      "weight) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  for (std::size_t index = 0; documents.executeStep(); ++index) {
+    const std::size_t origin = index * 5 % kPlaces.size();
+    const std::size_t destination = (origin + 1 + index % (kPlaces.size() - 1)) % kPlaces.size();
+    const std::size_t weight = 5 + index * 37 % 240;  // in 100 kg
+    insert.Run(Utf8{Format("FA-%04zu", index + 1)}, Utf8{kOrderStatuses[index * 3 % kOrderStatuses.size()]},
+               documents.Number(0), documents.Number(1), documents.Text(2), Utf8{kPlaces[origin]},
+               Utf8{kPlaces[destination]}, documents.Text(3), Utf8{Format("%zu,%zu", weight / 10, weight % 10)});
+  }
 }
 
 }  // namespace oxaqrycln::devserver

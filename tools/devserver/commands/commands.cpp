@@ -5,13 +5,7 @@
 
 #include "component/version.h"
 #include "tools/devserver/archive/documents.h"
-#include "tools/devserver/commands/change_commands.h"
-#include "tools/devserver/commands/content_commands.h"
-#include "tools/devserver/commands/document_commands.h"
-#include "tools/devserver/commands/hit_list.h"
-#include "tools/devserver/commands/hit_list_printing.h"
-#include "tools/devserver/commands/notes_and_masks.h"
-#include "tools/devserver/commands/transport_orders.h"
+#include "tools/devserver/commands/handlers.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::devserver {

@@ -1,4 +1,4 @@
-#include "tools/devserver/commands/hit_list.h"
+#include "tools/devserver/commands/handlers.h"
 
 #include <algorithm>
 #include <vector>

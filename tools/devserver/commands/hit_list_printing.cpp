@@ -1,6 +1,5 @@
-#include "tools/devserver/commands/hit_list_printing.h"
+#include "tools/devserver/commands/handlers.h"
 
-#include "tools/devserver/commands/content_commands.h"
 #include "tools/devserver/content/pdf_table.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"

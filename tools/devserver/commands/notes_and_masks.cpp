@@ -1,4 +1,4 @@
-#include "tools/devserver/commands/notes_and_masks.h"
+#include "tools/devserver/commands/handlers.h"
 
 #include "tools/devserver/archive/documents.h"
 #include "tools/devserver/protocol/answer_text.h"

@@ -1,12 +1,11 @@
-#include "tools/devserver/commands/transport_orders.h"
+#include "tools/devserver/commands/handlers.h"
 
 #include <algorithm>
 
 #include "tools/devserver/archive/documents.h"
 #include "tools/devserver/archive/page_source.h"
 #include "tools/devserver/archive/query_parser.h"
-#include "tools/devserver/archive/sample_orders.h"
-#include "tools/devserver/commands/content_commands.h"
+#include "tools/devserver/archive/sample_documents.h"
 #include "tools/devserver/protocol/answer_text.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -37,7 +36,7 @@ std::vector<Order> FindOrders(Database& database, const std::string& list) {
   if (ids.empty()) throw ServerError("The list of transport orders is empty");
   if (ids.size() > kMostOrders) throw ServerError("More than " + std::to_string(kMostOrders) + " transport orders");
   std::vector<Order> orders;
-  for (const std::string_view id : ids) orders.push_back(FindOrder(database, Trimmed(id)));
+  for (const std::string_view id : ids) orders.push_back(FindOrder(database, Trimmed(id, " \t")));
   return orders;
 }
 

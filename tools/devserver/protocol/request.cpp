@@ -99,11 +99,6 @@ std::vector<std::string> JoinRows(std::vector<std::string> parameters) {
   return parameters;
 }
 
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t start = std::min(text.find_first_not_of(" \t"), text.size());
-  return text.substr(start, text.find_last_not_of(" \t") + 1 - start);
-}
-
 std::optional<std::int64_t> ParseNumber(std::string_view text) {
   std::int64_t number = 0;
   const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -58,9 +58,6 @@ bool HoldsRows(std::string_view text, const ShapeOf& shapeOf);
 // The three parameters of a command with rows, with the fields of the rows joined to one parameter again.
 std::vector<std::string> JoinRows(std::vector<std::string> parameters);
 
-// The text without blanks and tabs at either end.
-std::string_view Trimmed(std::string_view text);
-
 // The decimal number of 0 or more that the whole text spells; nothing for any other text.
 std::optional<std::int64_t> ParseNumber(std::string_view text);
 

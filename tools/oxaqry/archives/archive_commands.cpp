@@ -1,9 +1,10 @@
-#include "tools/oxaqry/archives/archive_commands.h"
+#include "tools/oxaqry/cli/command_families.h"
 
 #include <array>
 
 #include "tools/oxaqry/cli/archive_query.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
@@ -19,8 +20,7 @@ int Channels(const Settings& settings, const Output& output) {
     channels.push_back({{"channel", ToUtf8(channel)}, {"description", ToUtf8(description.ToText())}});
     table.Add({Printable(channel), Printable(description.ToText())});
   });
-  PrintResult(output, {{"channels", std::move(channels)}}, table);
-  return 0;
+  return PrintResult(output, {{"channels", std::move(channels)}}, table.Text());
 }
 
 // A list of one text a line.
@@ -34,7 +34,7 @@ void PrintList(ArchiveQuery& archive, std::int32_t count, const char* name, cons
     list.push_back({{key, ToUtf8(text)}});
     table.Add({Printable(text)});
   });
-  PrintResult(output, {{name, std::move(list)}}, table);
+  PrintResult(output, {{name, std::move(list)}}, table.Text());
 }
 
 int ArchivesByChannel(ArchiveQuery& archive, const Output& output) {
@@ -56,8 +56,7 @@ int ArchivesByChannel(ArchiveQuery& archive, const Output& output) {
                         {"description", ToUtf8(description.ToText())},
                         {"archives", std::move(archives)}});
   });
-  PrintResult(output, {{"channels", std::move(channels)}}, table);
-  return 0;
+  return PrintResult(output, {{"channels", std::move(channels)}}, table.Text());
 }
 
 struct ArchivesRequest {
@@ -95,8 +94,7 @@ int Properties(const Settings& settings, const ArchiveArguments& names, const Ou
     document[kNames[i]] = ToUtf8(values[i].ToText());
     table.Add({kNames[i], Printable(values[i].ToText())});
   }
-  PrintResult(output, document, table);
-  return 0;
+  return PrintResult(output, document, table.Text());
 }
 
 int Masks(const Settings& settings, const ArchiveArguments& names, const Output& output) {
@@ -126,8 +124,7 @@ int Masks(const Settings& settings, const ArchiveArguments& names, const Output&
     if (fieldCount <= 0) table.Add({Printable(name.ToText())});
     masks.push_back({{"mask", ToUtf8(name.ToText())}, {"fields", std::move(fields)}});
   });
-  PrintResult(output, {{"masks", std::move(masks)}}, table);
-  return 0;
+  return PrintResult(output, {{"masks", std::move(masks)}}, table.Text());
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 #include "component/clsQuery.h"
 #include "component/query_watch.h"
 #include "tools/oxaqry/cli/interruption.h"
-#include "tools/oxaqry/cli/output.h"
+#include "tools/oxaqry/cli/run_environment.h"
 #include "tools/oxaqry/cli/settings.h"
 
 namespace oxaqrycln::oxaqry {

@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "tools/oxaqry/cli/document_name.h"
-#include "tools/oxaqry/cli/output.h"
 #include "tools/oxaqry/cli/run_environment.h"
 #include "tools/oxaqry/cli/settings.h"
 

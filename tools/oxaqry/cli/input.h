@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "tools/oxaqry/cli/output.h"
+#include "tools/oxaqry/cli/run_environment.h"
 
 namespace oxaqrycln::oxaqry {
 

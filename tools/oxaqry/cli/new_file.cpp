@@ -85,7 +85,7 @@ void NewFile::Commit() {
   if (failed) throw CommandError("cannot write \"" + target_.string() + "\": " + failed.message());
 }
 
-PassingFile::~PassingFile() {
+TemporaryFile::~TemporaryFile() {
   std::error_code ignored;
   if (!path_.empty()) fs::remove(path_, ignored);
 }

@@ -39,13 +39,13 @@ class NewFile {
 // Raises CommandError when the target exists and may not be overwritten.
 void CheckTarget(const std::filesystem::path& target, bool overwrite);
 
-// A file that is deleted with the object, unless it is kept.
-class PassingFile {
+// A file of another program or class, which is deleted with the object unless it is kept.
+class TemporaryFile {
  public:
-  explicit PassingFile(std::filesystem::path path) : path_(std::move(path)) {}
-  ~PassingFile();
-  PassingFile(const PassingFile&) = delete;
-  PassingFile& operator=(const PassingFile&) = delete;
+  explicit TemporaryFile(std::filesystem::path path) : path_(std::move(path)) {}
+  ~TemporaryFile();
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
   void Keep() noexcept { path_.clear(); }
 
  private:

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "tools/oxaqry/cli/output.h"
+#include "tools/oxaqry/cli/run_environment.h"
 
 namespace oxaqrycln::oxaqry {
 

@@ -2,25 +2,17 @@
 
 #include <ostream>
 
+#include "tools/oxaqry/cli/table.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
-namespace {
-
-void PrintJson(const Output& output, const Json& document) {
-  output.out << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
-}
-
-}  // namespace
-
-void PrintResult(const Output& output, const Json& document, std::string_view text) {
-  if (output.json) return PrintJson(output, document);
-  output.out << text << '\n';
-}
-
-void PrintResult(const Output& output, const Json& document, const Table& table) {
-  if (output.json) return PrintJson(output, document);
-  table.Print(output.out);
+int PrintResult(const Output& output, const Json& document, std::string_view text) {
+  if (output.json) {
+    output.out << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  } else {
+    output.out << text << (text.empty() || text.ends_with('\n') ? "" : "\n");
+  }
+  return 0;
 }
 
 Json JsonList(const std::vector<std::string>& texts) {

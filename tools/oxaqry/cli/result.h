@@ -1,4 +1,4 @@
-// result.h - prints the result of a command: text or a table for people, one JSON document with --json.
+// result.h - prints the result of a command: a text for people, one JSON document with --json.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_RESULT_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_RESULT_H_
 
@@ -6,15 +6,14 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/oxaqry/cli/output.h"
-#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/run_environment.h"
 #include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 
-// Bytes of the document that are no UTF-8, as those of a path may be, become U+FFFD. The text is one line, UTF-8.
-void PrintResult(const Output& output, const Json& document, std::string_view text);
-void PrintResult(const Output& output, const Json& document, const Table& table);
+// Bytes of the document that are no UTF-8, as those of a path may be, become U+FFFD. The text is UTF-8; a line end is
+// added unless it has one or is empty. Returns the exit status 0.
+int PrintResult(const Output& output, const Json& document, std::string_view text);
 
 // Texts of the component as a JSON list.
 Json JsonList(const std::vector<std::string>& texts);

@@ -1,4 +1,4 @@
-// run_environment.h - the streams, terminals and environment variables of a run.
+// run_environment.h - the streams, terminals and environment variables of a run, and what a command gets of them.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
 
@@ -14,6 +14,8 @@ struct Terminals {
   bool out = false;
   bool err = false;
 };
+// Of the standard streams.
+Terminals StandardTerminals() noexcept;
 
 struct RunEnvironment {
   std::istream& in;
@@ -21,6 +23,17 @@ struct RunEnvironment {
   std::ostream& err;
   Settings::Environment environment;
   Terminals terminals = {};
+};
+
+// Where a command prints its result and asks its questions.
+struct Output {
+  std::ostream& out;
+  bool json;
+  std::istream& in;   // where a question is answered
+  std::ostream& err;  // where questions and progress are shown
+  Terminals terminals;
+  bool color;            // out is a terminal that may be driven
+  bool verbose = false;  // err shows every attempt of every request
 };
 
 }  // namespace oxaqrycln::oxaqry

@@ -1,7 +1,6 @@
 #include "tools/oxaqry/cli/table.h"
 
 #include <algorithm>
-#include <ostream>
 
 #include "values/code_page.h"
 
@@ -18,14 +17,14 @@ void Widen(std::vector<std::size_t>& widths, const std::vector<std::string>& cel
   for (std::size_t i = 0; i < cells.size(); ++i) widths[i] = std::max(widths[i], Width(cells[i]));
 }
 
-void PrintRow(std::ostream& out, const std::vector<std::size_t>& widths, const std::vector<std::string>& cells) {
+std::string RowText(const std::vector<std::size_t>& widths, const std::vector<std::string>& cells) {
   std::string line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     line += cells[i];
     line.append(widths[i] - Width(cells[i]) + 2, ' ');
   }
   line.erase(line.find_last_not_of(' ') + 1);
-  out << line << '\n';
+  return line + '\n';
 }
 
 }  // namespace
@@ -56,15 +55,15 @@ std::string PrintableLines(std::string_view text) {
   }
 }
 
-void Table::Print(std::ostream& out) const {
+std::string Table::Text() const {
   std::vector<std::size_t> widths;
   Widen(widths, titles_);
   for (const auto& row : rows_) Widen(widths, row);
   std::vector<std::string> rule;
   for (const std::size_t width : widths) rule.emplace_back(width, '-');
-  PrintRow(out, widths, titles_);
-  PrintRow(out, widths, rule);
-  for (const auto& row : rows_) PrintRow(out, widths, row);
+  std::string text = RowText(widths, titles_) + RowText(widths, rule);
+  for (const auto& row : rows_) text += RowText(widths, row);
+  return text;
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -1,8 +1,7 @@
-// table.h - prints records as aligned columns for people.
+// table.h - records as aligned columns for people.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_TABLE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_TABLE_H_
 
-#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +22,8 @@ class Table {
   explicit Table(std::vector<std::string> titles) : titles_(std::move(titles)) {}
   // Missing cells are empty; cells without a title get an untitled column.
   void Add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
-  void Print(std::ostream& out) const;
+  // One line for the titles, one that underlines them, one for each row.
+  std::string Text() const;
 
  private:
   std::vector<std::string> titles_;

@@ -1,6 +1,6 @@
 #include <unistd.h>
 
-#include "tools/oxaqry/cli/terminal.h"
+#include "tools/oxaqry/cli/run_environment.h"
 
 namespace oxaqrycln::oxaqry {
 

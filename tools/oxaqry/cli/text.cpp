@@ -21,11 +21,15 @@ std::vector<std::string> SplitColumns(std::string_view text) {
   return SplitText(text, "^,^");
 }
 
-std::optional<std::int32_t> ParseNumber(std::string_view text) {
+std::optional<std::int32_t> ParseInteger(std::string_view text) {
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size() || text.starts_with('-')) return std::nullopt;
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
   return number;
+}
+
+std::optional<std::int32_t> ParseNumber(std::string_view text) {
+  return text.starts_with('-') ? std::nullopt : ParseInteger(text);
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -15,6 +15,8 @@ std::vector<std::string> SplitText(std::string_view text, std::string_view separ
 // "^a^,^b^" as a and b; no column of the empty text.
 std::vector<std::string> SplitColumns(std::string_view text);
 
+// A whole number of 32 bits, written in decimal digits, with "-" in front of a negative one.
+std::optional<std::int32_t> ParseInteger(std::string_view text);
 // A whole number from 0 to 2147483647, written in decimal digits only.
 std::optional<std::int32_t> ParseNumber(std::string_view text);
 

@@ -2,12 +2,13 @@
 #include <random>
 
 #include "tools/oxaqry/cli/blob_directory.h"
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
 #include "tools/oxaqry/cli/new_file.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/documents/document_access.h"
-#include "tools/oxaqry/documents/document_commands.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
@@ -127,7 +128,7 @@ std::optional<DocumentName> NameFrom(const DocumentName& archive, const std::str
 template <typename Ask>
 void Import(ArchiveQuery& archive, const ImportPlace& place, const ChangeRequest& request, const std::string& text,
             const char* what, const Output& output, Ask&& ask) {
-  PassingFile importFile(place.local);
+  TemporaryFile importFile(place.local);
   WriteImportFile(archive.query(), place, request.document, request.contents, text);
   const std::string idVersion = ask(place.remote);
   if (!request.contents.importFile.empty()) importFile.Keep();
@@ -182,8 +183,7 @@ int Delete(const Settings& settings, const DeleteRequest& request, const Output&
   Confirm("Delete " + name + (key.version.empty() ? " with all its versions?" : "?"), request.yes, output);
   ArchiveQuery archive(settings, output);
   archive.Count(archive->TELODeleteDocument(key.channel, key.archive, key.document, key.version, archive.status()));
-  PrintResult(output, {{"name", name}, {"deleted", true}}, "Deleted " + name);
-  return 0;
+  return PrintResult(output, {{"name", name}, {"deleted", true}}, "Deleted " + name);
 }
 
 void AddContents(CLI::App& command, DocumentContents& contents) {

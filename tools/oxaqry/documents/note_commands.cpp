@@ -1,11 +1,11 @@
 // The commands "note add", "note list" and "note delete".
 #include <ostream>
 
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
 #include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/documents/document_access.h"
-#include "tools/oxaqry/documents/document_commands.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {

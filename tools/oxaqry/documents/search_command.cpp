@@ -2,9 +2,10 @@
 #include <ostream>
 #include <vector>
 
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/cli/text.h"
-#include "tools/oxaqry/documents/document_commands.h"
 #include "tools/oxaqry/documents/hit_list.h"
 #include "values/code_page.h"
 
@@ -55,8 +56,7 @@ void PrintRows(const std::vector<Row>& rows, std::ostream& out) {
   titles[3] = "Version";
   Table table(std::move(titles));
   for (std::size_t i = 1; i < rows.size(); ++i) table.Add(cells(rows[i]));
-  table.Print(out);
-  out << '\n';
+  out << table.Text() << '\n';
 }
 
 int Search(const Settings& settings, const SearchRequest& request, const Output& output) {
@@ -70,10 +70,9 @@ int Search(const Settings& settings, const SearchRequest& request, const Output&
                       {"columns", rows.empty() ? Json::array() : JsonList(rows.front().columns)},
                       {"hits", output.json ? JsonHits(rows) : Json()}};
   if (!output.json && !rows.empty()) PrintRows(rows, output.out);
-  PrintResult(output, document,
-              "Showing " + std::to_string(std::max(list.rowCount - 1, 0)) + " of " +
-                  Printable(list.totalHits.ToText()) + " hits");
-  return 0;
+  return PrintResult(output, document,
+                     "Showing " + std::to_string(std::max(list.rowCount - 1, 0)) + " of " +
+                         Printable(list.totalHits.ToText()) + " hits");
 }
 
 }  // namespace

@@ -2,10 +2,11 @@
 #include <array>
 #include <ostream>
 
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/documents/document_access.h"
-#include "tools/oxaqry/documents/document_commands.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
@@ -160,8 +161,7 @@ void PrintSegments(const std::vector<Segment>& segments, std::ostream& out) {
     }
     table.Add(Cells(texts));
   }
-  out << '\n';
-  table.Print(out);
+  out << '\n' << table.Text();
   for (const auto& [values, text] : segments) {
     if (text.empty()) continue;
     out << "\n--- Segment " << values[kIndex].ToText() << ": " << Printable(values[kName].ToText()) << " ---\n"
@@ -182,7 +182,7 @@ int Show(const Settings& settings, const ShowRequest& request, const Output& out
     const std::string version = document.segments.front().values[kVersion].ToText();
     if (IsPrintable(version)) document.name.version = ToUtf8(version);
   }
-  PrintResult(output, JsonOf(document), InformationTable(document));
+  PrintResult(output, JsonOf(document), InformationTable(document).Text());
   if (output.json) return 0;
   PrintSegments(document.segments, output.out);
   PrintNotes(document.notes, output.out);

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/servers/server_commands.h"
+#include "tools/oxaqry/cli/command_families.h"
 
 #include <ostream>
 #include <thread>
@@ -7,6 +7,7 @@
 #include "tools/oxaqry/cli/archive_query.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/cli/text.h"
 #include "values/code_page.h"
 
@@ -19,8 +20,7 @@ constexpr std::size_t kChecksAtOnce = 16;
 int Live(const Settings& settings, const Output& output) {
   ArchiveQuery archive(settings, output);
   const std::string answer = archive.Answer(archive->LiveCheck());
-  PrintResult(output, {{"answer", ToUtf8(answer)}}, Printable(answer));
-  return 0;
+  return PrintResult(output, {{"answer", ToUtf8(answer)}}, Printable(answer));
 }
 
 struct DirectRequest {
@@ -30,8 +30,7 @@ struct DirectRequest {
 int Direct(const Settings& settings, const DirectRequest& request, const Output& output) {
   ArchiveQuery archive(settings, output);
   const std::string answer = archive.Answer(archive->DirectQuery(TextFromUtf8(request.text)));
-  PrintResult(output, {{"lines", JsonList(SplitText(answer, "\r\n"))}}, PrintableLines(answer));
-  return 0;
+  return PrintResult(output, {{"lines", JsonList(SplitText(answer, "\r\n"))}}, PrintableLines(answer));
 }
 
 struct ServerCheck {
@@ -90,7 +89,7 @@ int Servers(const Settings& settings, const Output& output) {
     table.Add({std::to_string(i + 1), Printable(servers[i].host), std::to_string(servers[i].port),
                check.answered ? "answers" : "error", std::to_string(milliseconds) + " ms", Printable(check.answer)});
   }
-  PrintResult(output, {{"servers", std::move(list)}}, table);
+  PrintResult(output, {{"servers", std::move(list)}}, table.Text());
   if (failed == 0) return 0;
   throw CommandError(
       std::to_string(failed) + " of " + std::to_string(servers.size()) +
@@ -109,9 +108,8 @@ int WriteTest(const Settings& settings, const Output& output) {
     throw CommandError(std::to_string(error.number) + " - " + Printable(error.description) +
                        ": check that the directory --blob-local exists and is writable");
   }
-  PrintResult(output, {{"directory", ToUtf8(directory)}, {"writable", true}},
-              "A test file was written into " + Printable(directory) + " and deleted");
-  return 0;
+  return PrintResult(output, {{"directory", ToUtf8(directory)}, {"writable", true}},
+                     "A test file was written into " + Printable(directory) + " and deleted");
 }
 
 }  // namespace

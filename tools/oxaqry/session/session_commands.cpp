@@ -1,4 +1,4 @@
-#include "tools/oxaqry/session/session_commands.h"
+#include "tools/oxaqry/cli/command_families.h"
 
 #include <array>
 #include <ostream>

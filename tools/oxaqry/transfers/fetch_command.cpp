@@ -3,9 +3,9 @@
 #include <optional>
 #include <regex>
 
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/documents/document_access.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
-#include "tools/oxaqry/transfers/transfer_commands.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {

@@ -79,7 +79,7 @@ void FetchFile(const Settings& settings, const FetchTarget& wanted, const Output
   std::error_code absent;
   const bool isThere = fs::equivalent(source, target, absent);
   const std::int64_t size = CheckedSize(source, content.length);
-  PassingFile fetched(source);  // its length shows that it is the requested one
+  TemporaryFile fetched(source);  // its length shows that it is the requested one
   interruption.Check();
   if (isThere || wanted.keep) fetched.Keep();
   if (!isThere) Move(source, target, size, wanted.force, interruption, output);

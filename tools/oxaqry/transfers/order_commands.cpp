@@ -2,10 +2,11 @@
 #include <limits>
 #include <optional>
 
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
-#include "tools/oxaqry/transfers/transfer_commands.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
@@ -54,8 +55,7 @@ int ListOrders(const Settings& settings, const ListRequest& request, const Outpu
                     {"version", ToUtf8(order[3])},
                     {"columns", JsonList({order.begin() + 4, order.end()})}});
   }
-  PrintResult(output, {{"orders", std::move(list)}}, table);
-  return 0;
+  return PrintResult(output, {{"orders", std::move(list)}}, table.Text());
 }
 
 struct SetRequest {
@@ -68,9 +68,8 @@ int SetStatus(const Settings& settings, const SetRequest& request, const Output&
   const std::string status = FieldFromUtf8(request.status);
   ArchiveQuery archive(settings, output);
   archive.Count(archive->OstranaUpdateFahrauftraegeStatus(order, status, archive.status()));
-  PrintResult(output, {{"order", request.order}, {"status", request.status}, {"done", true}},
-              "Set the status of " + request.order + " to " + request.status);
-  return 0;
+  return PrintResult(output, {{"order", request.order}, {"status", request.status}, {"done", true}},
+                     "Set the status of " + request.order + " to " + request.status);
 }
 
 struct PagesRequest {

@@ -1,7 +1,7 @@
 // The command "print-hits": a hit list as a PDF file, which the query server makes.
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/documents/hit_list.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
-#include "tools/oxaqry/transfers/transfer_commands.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {

@@ -4,13 +4,13 @@
 #include <ostream>
 
 #include "tools/oxaqry/cli/blob_directory.h"
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/new_file.h"
 #include "tools/oxaqry/cli/progress.h"
 #include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
-#include "tools/oxaqry/transfers/transfer_commands.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -92,9 +92,8 @@ int Transfer(const Settings& settings, const TransferRequest& request, const Out
   }
   file.Commit();
   const std::string path = file.target().string();
-  PrintResult(output, {{"file", path}, {"bytes", request.size}},
-              "Received " + path + " (" + ByteText(request.size) + ")");
-  return 0;
+  return PrintResult(output, {{"file", path}, {"bytes", request.size}},
+                     "Received " + path + " (" + ByteText(request.size) + ")");
 }
 
 int Upload(const Settings& settings, const UploadRequest& request, const Output& output) {

@@ -60,8 +60,8 @@ int AddUser(UserDatabase& database, const AddRequest& request, const Output& out
   const std::int32_t id = request.isGroup ? CreateGroup(database, database.Name(request.name, "the name"), failure)
                                           : CreateUser(database, request, failure, output);
   const std::string kind = kindOf(request.isGroup);
-  return Print(output, {{"userId", id}, {"name", request.name}, {"kind", kind}},
-               "Added the " + kind + " " + request.name + " with ID " + std::to_string(id) + "\n");
+  return PrintResult(output, {{"userId", id}, {"name", request.name}, {"kind", kind}},
+                     "Added the " + kind + " " + request.name + " with ID " + std::to_string(id));
 }
 
 // Not by the component's ChangePasswd, which asks for the old password, changes all users of the name and none whose ID
@@ -76,7 +76,7 @@ int SetPassword(UserDatabase& database, const PasswordRequest& request, const Ou
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
   const Variant encoded = database.Checked(query.Encode(password), "the password cannot be encoded");
   database.Execute("UPDATE Users SET Passwd=? WHERE UserID=?", {encoded, user.id});
-  return Print(output, JsonOf(user), "Changed the password of " + Printable(user.name) + "\n");
+  return PrintResult(output, JsonOf(user), "Changed the password of " + Printable(user.name));
 }
 
 int CheckPassword(UserDatabase& database, const PasswordRequest& request, const Output& output) {
@@ -85,8 +85,8 @@ int CheckPassword(UserDatabase& database, const PasswordRequest& request, const 
   const std::int32_t id =
       database.Checked(database.query().CheckLogon(name, password), "the password cannot be checked").ToLong();
   const bool isRight = id > 0;
-  Print(output, {{"name", request.user.name}, {"userId", isRight ? Json(id) : Json()}, {"valid", isRight}},
-        isRight ? "The password is right\n" : "The password is wrong, or there is no such user\n");
+  PrintResult(output, {{"name", request.user.name}, {"userId", isRight ? Json(id) : Json()}, {"valid", isRight}},
+              isRight ? "The password is right" : "The password is wrong, or there is no such user");
   return isRight ? 0 : 1;
 }
 
@@ -96,7 +96,8 @@ int SetMustChange(UserDatabase& database, const MustChangeRequest& request, cons
   database.Checked(database.query().SetUserChangePasswd(user.id, mustChange), "the flag cannot be changed");
   Json json = JsonOf(user);
   json["mustChangePassword"] = mustChange;
-  return Print(output, json, Printable(user.name) + (mustChange ? " must" : " need not") + " change the password\n");
+  return PrintResult(output, json,
+                     Printable(user.name) + (mustChange ? " must" : " need not") + " change the password");
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
 #include "tools/oxaqry/users/commands.h"
 
 #include <algorithm>
-#include <charconv>
-#include <sstream>
 
+#include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/users/command_line.h"
+#include "tools/oxaqry/cli/text.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
@@ -38,13 +37,6 @@ void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, 
   });
 }
 
-std::optional<std::int32_t> ParseInteger(const std::string& text) {
-  std::int32_t number = 0;
-  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (failed != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
 CLI::Validator WholeNumber() {
   return {[](const std::string& text) {
             return ParseInteger(text) ? "" : "\"" + text + "\" is not a whole number of 32 bits";
@@ -53,11 +45,6 @@ CLI::Validator WholeNumber() {
 }
 
 Json JsonOf(const WebUser& user) { return {{"userId", user.id}, {"name", ToUtf8(user.name)}}; }
-
-int Print(const Output& output, const Json& document, const std::string& text) {
-  output.out << (output.json ? document.dump(2) + "\n" : text);
-  return 0;
-}
 
 std::string TableText(const Json& rows, const std::vector<Column>& columns) {
   std::vector<std::string> titles;
@@ -68,9 +55,7 @@ std::string TableText(const Json& rows, const std::vector<Column>& columns) {
     for (const Column& column : columns) cells.push_back(ReadableText(row.value(column.member, Json())));
     table.Add(std::move(cells));
   }
-  std::ostringstream text;
-  table.Print(text);
-  return text.str();
+  return table.Text();
 }
 
 std::string ReadableText(const Json& value) {

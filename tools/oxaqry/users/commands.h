@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tools/oxaqry/cli/command_parser.h"
-#include "tools/oxaqry/cli/value_json.h"
+#include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/users/database.h"
 
 namespace oxaqrycln::oxaqry {
@@ -51,8 +51,6 @@ void AddUserName(CLI::App& command, UserName& user);
 // Makes the parser refuse the command unless at least one and at most that number of the options are given.
 void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, std::size_t most, const char* message);
 
-// The whole number that the text is; nothing for any other text.
-std::optional<std::int32_t> ParseInteger(const std::string& text);
 // Accepts an option's value when it is a whole number.
 CLI::Validator WholeNumber();
 
@@ -65,8 +63,6 @@ struct Column {
   const char* member;
 };
 
-// Prints the document as JSON where that is wanted, else the text. Returns the exit status 0.
-int Print(const Output& output, const Json& document, const std::string& text);
 // A table of rows, which are JSON objects.
 std::string TableText(const Json& rows, const std::vector<Column>& columns);
 // A value for people: no control characters, "yes" and "no", the elements of an array with commas between them.

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
 #include "values/code_page.h"
 
@@ -112,7 +113,7 @@ int Explain(UserDatabase& database, const ExplainRequest& request, const Output&
   std::string text =
       Printable(user.name) + (isHeld ? " has " : " does not have ") + kind.words + Printable(value.ToText()) + "\n";
   if (!sources.empty()) text += SourceTable(sources, sum);
-  Print(output, json, text);
+  PrintResult(output, json, text);
   return isHeld ? 0 : 1;
 }
 

@@ -107,7 +107,7 @@ class Changes {
   int PrintTo(const Output& output) const {
     Json json = JsonOf(user_);
     json["changes"] = changes_;
-    return Print(output, json, text_);
+    return PrintResult(output, json, text_);
   }
 
  private:

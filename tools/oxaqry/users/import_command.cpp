@@ -134,8 +134,8 @@ int ImportUsers(UserDatabase& database, const std::string& path, const Output& o
   UserTransaction transaction(database);
   forEachRow("Importing", [&](std::size_t i) { importer.Write(users[i - 1]); });
   transaction.Commit();
-  return Print(output, {{"imported", users.size()}},
-               "Imported " + std::to_string(users.size()) + (users.size() == 1 ? " user\n" : " users\n"));
+  return PrintResult(output, {{"imported", users.size()}},
+                     "Imported " + std::to_string(users.size()) + (users.size() == 1 ? " user" : " users"));
 }
 
 }  // namespace

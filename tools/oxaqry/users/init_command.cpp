@@ -47,7 +47,7 @@ int InitUsers(const Settings& settings, bool withSample, const Output& output) {
   transaction.Commit();
   std::string text = "Created " + std::to_string(tables.size()) + " tables\n";
   if (withSample) text += "Added " + std::to_string(sample.size()) + " rows of sample definitions\n";
-  return Print(output, {{"tables", tables}, {"sampleRows", sample.size()}}, text);
+  return PrintResult(output, {{"tables", tables}, {"sampleRows", sample.size()}}, text);
 }
 
 }  // namespace

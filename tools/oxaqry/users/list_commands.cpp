@@ -46,13 +46,13 @@ int ListUsers(UserDatabase& database, const bool& isOfGroups, const Output& outp
     users.push_back(std::move(json));
   }
   if (isOfGroups)
-    return Print(output, users, TableText(users, {{"ID", "userId"}, {"Group", "name"}, {"Members", "members"}}));
-  return Print(output, users,
-               TableText(users, {{"ID", "userId"},
-                                 {"User", "name"},
-                                 {"Archive user", "archiveUser"},
-                                 {"Must change", "mustChangePassword"},
-                                 {"Groups", "groups"}}));
+    return PrintResult(output, users, TableText(users, {{"ID", "userId"}, {"Group", "name"}, {"Members", "members"}}));
+  return PrintResult(output, users,
+                     TableText(users, {{"ID", "userId"},
+                                       {"User", "name"},
+                                       {"Archive user", "archiveUser"},
+                                       {"Must change", "mustChangePassword"},
+                                       {"Groups", "groups"}}));
 }
 
 using ListMethod = Variant (clsQuery::*)(const Variant&, Variant*);
@@ -67,7 +67,7 @@ int ListGroupsOf(UserDatabase& database, const UserName& name, const Output& out
   const Json groups = TextEntries(ReadList(database, &clsQuery::GetUserGroups, database.User(name).id));
   std::string text;
   for (const Json& group : groups) text += ReadableText(group) + '\n';
-  return Print(output, groups, text);
+  return PrintResult(output, groups, text);
 }
 
 // The lines "archive[,N][,E][,D]".
@@ -108,7 +108,7 @@ int ShowRights(UserDatabase& database, const UserName& name, const Output& outpu
   }
   addRows("archive", json["archives"]);
   addRows("channel", json["channels"]);
-  return Print(output, json, TableText(rows, {{"Kind", "kind"}, {"Entry", "entry"}, {"Allowed", "allowed"}}));
+  return PrintResult(output, json, TableText(rows, {{"Kind", "kind"}, {"Entry", "entry"}, {"Allowed", "allowed"}}));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The command "outline": the outliners of the web user database, their trees, and the searches of their nodes.
 #include "tools/oxaqry/cli/document_name.h"
 #include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/lists.h"
 #include "values/code_page.h"
@@ -62,8 +63,8 @@ int ListOutliners(UserDatabase& database, const std::vector<std::string>& archiv
   Variant lines;
   database.Checked(database.query().GetOutliner(channelName, archiveName, &lines), "the outliners cannot be read");
   const Json outliners = LineObjects(lines.ToText(), 1, {"id", "name"});
-  return Print(output, {{"channel", archive[0]}, {"archive", archive[1]}, {"outliners", outliners}},
-               TableText(outliners, {{"ID", "id"}, {"Outliner", "name"}}));
+  return PrintResult(output, {{"channel", archive[0]}, {"archive", archive[1]}, {"outliners", outliners}},
+                     TableText(outliners, {{"ID", "id"}, {"Outliner", "name"}}));
 }
 
 int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t depth, const Output& output) {
@@ -74,13 +75,13 @@ int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t dep
   const Json nodes = ReadNodes(database, outliner, 0, depth);
   Json rows = Json::array();
   AddRows(nodes, 0, rows);
-  return Print(output, {{"outliner", outliner}, {"nodes", nodes}},
-               TableText(rows, {{"ID", "id"},
-                                {"Node", "content"},
-                                {"Description", "description"},
-                                {"Field", "field"},
-                                {"Expanded", "expanded"},
-                                {"Children", "childCount"}}));
+  return PrintResult(output, {{"outliner", outliner}, {"nodes", nodes}},
+                     TableText(rows, {{"ID", "id"},
+                                      {"Node", "content"},
+                                      {"Description", "description"},
+                                      {"Field", "field"},
+                                      {"Expanded", "expanded"},
+                                      {"Children", "childCount"}}));
 }
 
 int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) {
@@ -91,7 +92,7 @@ int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) 
   if (expression.empty()) {
     throw CommandError("the " + name + " has no search: no level from it up to its root is searched");
   }
-  return Print(output, {{"node", node}, {"expression", ToUtf8(expression)}}, Printable(expression) + "\n");
+  return PrintResult(output, {{"node", node}, {"expression", ToUtf8(expression)}}, Printable(expression));
 }
 
 int Outline(UserDatabase& database, const OutlineRequest& request, const Output& output) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "component/clsQuery.h"
-#include "tools/oxaqry/cli/output.h"
+#include "tools/oxaqry/cli/run_environment.h"
 
 namespace oxaqrycln::oxaqry {
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace oxaqrycln::oxaqry {
 namespace {
 
@@ -12,9 +10,7 @@ TEST(Table, AlignsColumnsByCharactersNotBytes) {
   table.Add({"Käse", "1", "x"});
   table.Add({"Oil"});
   table.Add({"a", "b", "c", "without a title"});
-  std::ostringstream out;
-  table.Print(out);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(table.Text(),
             "Name  Größe  €\n"
             "----  -----  -  ---------------\n"
             "Käse  1      x\n"

@@ -1,4 +1,4 @@
-#include "tools/oxaqry/transfers/transfer_commands.h"
+#include "tools/oxaqry/cli/command_families.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
