@@ -1,61 +1,49 @@
 #include "values/errors.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 #include <utility>
 
 namespace oxaqrycln {
 
+namespace {
+
+struct Description {
+  std::int32_t number;
+  std::string_view text;
+};
+constexpr Description kDescriptions[] = {
+    {5, "Invalid procedure call or argument"},
+    {6, "Overflow"},
+    {7, "Out of memory"},
+    {9, "Subscript out of range"},
+    {13, "Type mismatch"},
+    {14, "Out of string space"},
+    {51, "Internal error"},
+    {52, "Bad file name or number"},
+    {53, "File not found"},
+    {55, "File already open"},
+    {57, "Device I/O error"},
+    {58, "File already exists"},
+    {61, "Disk full"},
+    {62, "Input past end of file"},
+    {67, "Too many files"},
+    {70, "Permission denied"},
+    {75, "Path/File access error"},
+    {76, "Path not found"},
+    {91, "Object variable or With block variable not set"},
+    {94, "Invalid use of Null"},
+    {429, "ActiveX component can't create object"},
+    {449, "Argument not optional"},
+    {450, "Wrong number of arguments or invalid property assignment"},
+};
+
+}  // namespace
+
 std::string_view ErrorDescription(std::int32_t number) noexcept {
-  switch (number) {
-    case 5:
-      return "Invalid procedure call or argument";
-    case 6:
-      return "Overflow";
-    case 7:
-      return "Out of memory";
-    case 9:
-      return "Subscript out of range";
-    case 13:
-      return "Type mismatch";
-    case 14:
-      return "Out of string space";
-    case 51:
-      return "Internal error";
-    case 52:
-      return "Bad file name or number";
-    case 53:
-      return "File not found";
-    case 55:
-      return "File already open";
-    case 57:
-      return "Device I/O error";
-    case 58:
-      return "File already exists";
-    case 61:
-      return "Disk full";
-    case 62:
-      return "Input past end of file";
-    case 67:
-      return "Too many files";
-    case 70:
-      return "Permission denied";
-    case 75:
-      return "Path/File access error";
-    case 76:
-      return "Path not found";
-    case 91:
-      return "Object variable or With block variable not set";
-    case 94:
-      return "Invalid use of Null";
-    case 429:
-      return "ActiveX component can't create object";
-    case 449:
-      return "Argument not optional";
-    case 450:
-      return "Wrong number of arguments or invalid property assignment";
-    default:
-      return "Application-defined or object-defined error";
-  }
+  const auto* const known = std::ranges::find(kDescriptions, number, &Description::number);
+  return known == std::end(kDescriptions) ? "Application-defined or object-defined error" : known->text;
 }
 
 RuntimeError::RuntimeError(std::int32_t number) : RuntimeError(number, std::string(ErrorDescription(number))) {}
