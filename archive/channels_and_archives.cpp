@@ -37,8 +37,7 @@ Variant clsQuery::TELOGetChannelsInit(Variant* strParamStatus) {
 }
 
 std::string clsQuery::TELOGetChannelsNext(Variant* strChannelDescription) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     if (state.buffer.AtEnd()) return;
     const TextCut channel = Cut(state.buffer.Take(), ',');
     result = channel.before;
@@ -61,8 +60,7 @@ Variant clsQuery::TELOGetQueryFormatListInit(const Variant& strChannel, const Va
 std::string clsQuery::TELOGetQueryFormatListNext() { return NextLine(*state_, "TELOGetQueryFormatListNext"); }
 
 Variant clsQuery::TELOGetAllArchivesExtInit(Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"GetAllArchivesExt"}, strParamStatus)) return;
     std::int32_t channels = 0;
     for (std::int32_t i = 0; i < state.buffer.Count(); ++i) channels += state.buffer.Line(i).starts_with('#') ? 1 : 0;
@@ -72,8 +70,7 @@ Variant clsQuery::TELOGetAllArchivesExtInit(Variant* strParamStatus) {
 }
 
 Variant clsQuery::TELOGetAllArchivesExtNext(Variant* strChannel, Variant* strChannelDescription) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strChannel, "");
     WriteText(strChannelDescription, "");
@@ -93,8 +90,7 @@ Variant clsQuery::TELOGetAllArchivesExtNext(Variant* strChannel, Variant* strCha
 }
 
 std::string clsQuery::TELOGetAllArchivesExtNextArchive(Variant* strComment) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     WriteText(strComment, "");
     // Kept: at the end of the buffer the access fails, and the log shows that the walk went too far.
     const std::string_view line = state.buffer.Line(state.buffer.position());
@@ -111,8 +107,7 @@ void clsQuery::TELOGetAllArchivesExtFirst() { state_->buffer.MoveTo(0); }
 Variant clsQuery::TELOGetArchiveProperties(const Variant& strChannel, const Variant& strArchive, Variant* blnCreate,
                                            Variant* blnEdit, Variant* blnDelete, Variant* blnIndex,
                                            Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"GetArchiveProperties", strChannel, strArchive}, strParamStatus)) return;
     if (state.buffer.Count() > 0) {
       const auto fields = Split(state.buffer.Line(0), ',');

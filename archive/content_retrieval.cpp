@@ -35,8 +35,7 @@ class FileBeingReceived {
 Variant clsQuery::TELOGetSegmentData(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                      const Variant& strVer, const Variant& intFieldIndex, Variant* strFileName,
                                      Variant* lngFileLen, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     FetchFile(*this, state,
               {"GetSegmentData", strChannel, strArchive, strDocID, strVer, intFieldIndex, strBlobPathRemote},
               NoFile::kLeavesOutputs, {strFileName, lngFileLen, strParamStatus}, result);
@@ -46,8 +45,7 @@ Variant clsQuery::TELOGetSegmentData(const Variant& strChannel, const Variant& s
 Variant clsQuery::TELOGetSegmentFirstBLOB(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                           const Variant& strVer, const Variant& strParamFileExt, Variant* strFileName,
                                           Variant* lngFileLen, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     FetchFile(*this, state,
               {"GetSegmentFirstBLOB", strChannel, strArchive, strDocID, strVer, OrText(strParamFileExt, ""),
                strBlobPathRemote},
@@ -58,8 +56,7 @@ Variant clsQuery::TELOGetSegmentFirstBLOB(const Variant& strChannel, const Varia
 Variant clsQuery::TELOGetSegmentPrintfile(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                           const Variant& strVer, const Variant& strFieldID, Variant* strFileName,
                                           Variant* lngFileLen, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     // Kept: the command word is not the method's name.
     FetchFile(*this, state,
               {"GetSegmentPrintfile2", strChannel, strArchive, strDocID, strVer, strFieldID, strBlobPathRemote},
@@ -70,8 +67,7 @@ Variant clsQuery::TELOGetSegmentPrintfile(const Variant& strChannel, const Varia
 Variant clsQuery::TELOGetSegmentMultiTIF(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                          const Variant& strVer, const Variant& strPages, Variant* strFileName,
                                          Variant* lngFileLen, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const auto pages = Trap(state.log, "GetPages", std::optional<std::string>(),
                             [&](std::optional<std::string>& list) { list = GetPages(strPages.ToText()); });
     if (!pages) return;
@@ -81,8 +77,7 @@ Variant clsQuery::TELOGetSegmentMultiTIF(const Variant& strChannel, const Varian
 }
 
 Variant clsQuery::TELOTransferBLOB(const Variant& strFile, const Variant& lngFileLen, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const std::string name = StoredName(strFile.ToText());
     const std::int32_t byteCount = lngFileLen.ToLong();
     if (byteCount < 0) throw RuntimeError(error::kInvalidProcedureCall);

@@ -38,8 +38,7 @@ Variant clsQuery::CreateImportFile(const Variant& strImportFile, const Variant& 
                                    const Variant& strTitle, const Variant& strParamFieldTypes,
                                    const Variant& strParamFieldIDs, const Variant& strFieldContents,
                                    const Variant& strCharSet, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const std::string file = strImportFile.ToText();
     state.log.Write(bytInfo, "Creating import file '", file, "'");
     std::string text;
@@ -55,8 +54,7 @@ Variant clsQuery::CreateImportFile(const Variant& strImportFile, const Variant& 
 }
 
 Variant clsQuery::TELOCreateDocument(const Variant& strImportFile, Variant* strDocIDVer, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"CreateDocument", strImportFile}, strParamStatus)) return;
     if (strDocIDVer != nullptr) strDocIDVer->AssignText(state.buffer.Line(0));
     result = Variant::Long(state.buffer.Count());
@@ -65,8 +63,7 @@ Variant clsQuery::TELOCreateDocument(const Variant& strImportFile, Variant* strD
 }
 
 Variant clsQuery::TELOEditDocument(const Variant& strImportFile, Variant& strDocIDVer, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"EditDocument", strImportFile, strDocIDVer}, strParamStatus)) return;
     strDocIDVer.AssignText(state.buffer.Line(0));
     result = Variant::Long(state.buffer.Count());

@@ -24,8 +24,7 @@ Variant clsQuery::TELOGetDocumentInfo(const Variant& strChannel, const Variant& 
                                       Variant* strAenderDat, Variant* strTitel, Variant* intFelderGes,
                                       Variant* intTextFelder, Variant* intBildFelder, Variant* intBlobFelder,
                                       Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"GetDocumentInfo", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
     result = Variant::Long(state.buffer.Count());
     if (state.buffer.Count() > 0) {
@@ -47,8 +46,7 @@ Variant clsQuery::TELOGetSegmentDescriptionInit(const Variant& strChannel, const
                                                 const Variant& strDocID, const Variant& strVer,
                                                 const Variant& strParamThumbnailPath, Variant* lngNotes,
                                                 Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load(
             {"GetSegmentDescription", strChannel, strArchive, strDocID, strVer, OrText(strParamThumbnailPath, "")},
             strParamStatus)) {
@@ -65,8 +63,7 @@ std::string clsQuery::TELOGetSegmentDescriptionNext(Variant* intFeldID, Variant*
                                                     Variant* lngNCILaenge, Variant* strExt, Variant* intFeldTyp,
                                                     Variant* strFeldtitel, Variant* strDateiname, Variant* intStatus,
                                                     Variant* strLayoutID, Variant* lngThumbnailSize) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     if (state.buffer.AtEnd()) return;
     const RecordFields fields(state.buffer.Line(state.buffer.position()));
     const std::string_view name = fields.Field(2);
@@ -86,8 +83,7 @@ Variant clsQuery::TELOGetSegmentTextInit(const Variant& strChannel, const Varian
                                          const Variant& strVer, const Variant& strQuery, const Variant& strMarkOn,
                                          const Variant& strMarkOff, const Variant& strCRLF, const Variant& strBlank,
                                          Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"GetSegmentText", strChannel, strArchive, strDocID, strVer, OrText(strQuery, ""),
                      OrText(strMarkOn, ""), OrText(strMarkOff, ""), OrText(strBlank, "")},
                     strParamStatus)) {
@@ -101,7 +97,7 @@ Variant clsQuery::TELOGetSegmentTextInit(const Variant& strChannel, const Varian
 }
 
 std::string clsQuery::TELOGetSegmentTextNext() {
-  return state_->Run(std::string(), [&](std::string& result) { result = state_->texts.Next(); });
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) { result = state.texts.Next(); });
 }
 
 Variant clsQuery::TELOGetSegmentsInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
@@ -109,8 +105,7 @@ Variant clsQuery::TELOGetSegmentsInit(const Variant& strChannel, const Variant& 
                                       const Variant& strMarkOff, const Variant& strParamCRLF, const Variant& strBlank,
                                       const Variant& strThumbnailPath, const Variant& blnIncludeERF, Variant* lngNotes,
                                       Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     state.segmentLineBreak = OrText(strParamCRLF, kLineEnd).ToText();
     if (!state.Load({"GetSegments", strChannel, strArchive, strDocID, strVer, OrText(strQuery, ""),
                      OrText(strMarkOn, ""), OrText(strMarkOff, ""), OrText(strBlank, ""), OrText(strThumbnailPath, ""),
@@ -134,8 +129,7 @@ std::string clsQuery::TELOGetSegmentsNext(Variant* strChannel, Variant* strArchi
                                           Variant* strExt, Variant* intFeldTyp, Variant* strFeldtitel,
                                           Variant* strDateiname, Variant* intStatus, Variant* strLayoutID,
                                           Variant* lngThumbnailSize) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
     std::int32_t position = buffer.position();

@@ -89,8 +89,7 @@ class UploadedFile final : public MultipartBody::Sink {
 }  // namespace
 
 Variant clsQuery::TELOUploadFile(const Variant& strFile, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const std::string name = StoredName(strFile.ToText());
     FileSource file(strBlobPathLocal + "\\" + name);
     if (file.byteCount() > kLargestFile) throw RuntimeError(error::kOverflow);
@@ -108,8 +107,7 @@ Variant clsQuery::TELOUploadFile(const Variant& strFile, Variant* strParamStatus
 }
 
 Variant clsQuery::UploadFile(const Variant& strSubDir, Variant* strFileNameParam, Variant* lngFileSizeParam) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (state.pageRequest == nullptr) throw RuntimeError(error::kObjectNotSet);
     const std::shared_ptr<PageRequest> request = state.pageRequest;
     UploadedFile file(state.log, strBlobPathLocal, strSubDir);

@@ -23,8 +23,7 @@ std::string Rows(const HitListStore& hits) {
 
 Variant clsQuery::FennikPrintHitlistPDF(const Variant& strTitle, Variant* strFileName, Variant* lngFileLen,
                                         Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     FetchFile(*this, state, {"PrintHitlistPDF", strTitle, Rows(state.hits), strBlobPathRemote}, NoFile::kLeavesOutputs,
               {strFileName, lngFileLen, strParamStatus}, result);
   });

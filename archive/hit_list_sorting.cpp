@@ -81,14 +81,13 @@ HitListStore StoreOf(std::string_view lines) {
 }  // namespace
 
 Variant clsQuery::TELOSortHitlistInit(const Variant& lngCol) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) { result = SortHits(state.hits, lngCol.ToLong()); });
+  return state_->Run(Failed(),
+                     [&](QueryState& state, Variant& result) { result = SortHits(state.hits, lngCol.ToLong()); });
 }
 
 std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchive, Variant* strDocID,
                                           Variant* strVer) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     HitListStore& hits = state.hits;
     if (hits.AtEnd()) return;
     ReadHitRow(hits.Line(hits.position()), hits.position() == HitListStore::kTitleRow,
@@ -98,8 +97,7 @@ std::string clsQuery::TELOSortHitlistNext(Variant* strChannel, Variant* strArchi
 }
 
 Variant clsQuery::TELOSortHitlist2Init(const Variant& strHitLines, const Variant& intSortCol) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     std::string scratch;
     HitListStore given = StoreOf(strHitLines.TextView(scratch));
     given.SetSortState(state.givenHits.sortState());
@@ -110,8 +108,7 @@ Variant clsQuery::TELOSortHitlist2Init(const Variant& strHitLines, const Variant
 }
 
 std::string clsQuery::TELOSortHitlist2Next() {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     HitListStore& hits = state.givenHits;
     if (hits.AtEnd()) return;
     result = std::string(hits.Line(hits.position()));
@@ -120,8 +117,7 @@ std::string clsQuery::TELOSortHitlist2Next() {
 }
 
 Variant clsQuery::TELODeleteFromHitlist(const Variant& lngLine) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const std::int32_t line = lngLine.ToLong();
     if (line < 1) throw RuntimeError(error::kSubscriptOutOfRange);
     state.hits.RemoveHit(line - 1);

@@ -32,8 +32,7 @@ std::int32_t FieldsLeft(QueryState& state) {
 
 Variant clsQuery::TELOGetNotesInit(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                    const Variant& strVer, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"GetNotes", strChannel, strArchive, strDocID, strVer}, strParamStatus)) return;
     result = Variant::Long(state.texts.Assign(Notes(state.buffer)));
     WriteText(strParamStatus, "");
@@ -41,14 +40,13 @@ Variant clsQuery::TELOGetNotesInit(const Variant& strChannel, const Variant& str
 }
 
 std::string clsQuery::TELOGetNotesNext() {
-  return state_->Run(std::string(), [&](std::string& result) { result = state_->texts.Next(); });
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) { result = state.texts.Next(); });
 }
 
 Variant clsQuery::TELOWriteNote(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                                 const Variant& strVer, const Variant& strNote, const Variant& strParamCRLF,
                                 Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const std::string note = strNote.ToText().substr(0, kLongestNote);
     if (!state.Load({"WriteNote", strChannel, strArchive, strDocID, strVer, note, OrText(strParamCRLF, "\r\n")},
                     strParamStatus)) {
@@ -65,8 +63,7 @@ Variant clsQuery::TELODeleteNotes(const Variant& strChannel, const Variant& strA
 }
 
 Variant clsQuery::TELOGetMasksInit(const Variant& strChannel, const Variant& strArchive, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"GetMasks", strChannel, strArchive}, strParamStatus)) return;
     std::int32_t masks = 0;
     for (std::int32_t i = 0; i < state.buffer.Count(); ++i) masks += NamesMask(state.buffer.Line(i)) ? 1 : 0;
@@ -76,8 +73,7 @@ Variant clsQuery::TELOGetMasksInit(const Variant& strChannel, const Variant& str
 }
 
 Variant clsQuery::TELOGetMasksNext(Variant* strMaskName) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     WriteText(strMaskName, "");
     buffer.MoveTo(buffer.position() + FieldsLeft(state));
@@ -90,8 +86,7 @@ Variant clsQuery::TELOGetMasksNext(Variant* strMaskName) {
 Variant clsQuery::TELOGetMasksNextField(Variant* lngTabIndex, Variant* lngWidth, Variant* strAlign, Variant* strName,
                                         Variant* blnMandatory, Variant* strInitText, Variant* blnListOnly,
                                         Variant* strList) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd() || NamesMask(buffer.Line(buffer.position()))) return;
     const RecordFields fields(buffer.Line(buffer.position()));

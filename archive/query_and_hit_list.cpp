@@ -47,8 +47,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
                                        const Variant& strLayoutFieldID, const Variant& strLayoutID,
                                        Variant* strLayoutKeys, Variant* strLayoutValues, Variant* lngTotalHits,
                                        Variant* blnHitlistMultiTIFF, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const ResponseBuffer& buffer = state.buffer;
     // Kept: the order on the wire is not that of the parameters.
     if (!state.Load({"QueryArchive", strQuery, lngMaxLines, lngQueryMax, OrText(strLayoutFieldID, ""), strQueryFormat,
@@ -73,8 +72,7 @@ Variant clsQuery::TELOQueryArchiveInit(const Variant& strQuery, const Variant& l
 
 std::string clsQuery::TELOQueryArchiveNext(Variant* strChannel, Variant* strArchive, Variant* strDocID,
                                            Variant* strVer) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
     ReadHitRow(buffer.Line(buffer.position()), buffer.position() <= kTitleLine,

@@ -21,8 +21,7 @@ constexpr std::int32_t kVersionField = 4;
 
 Variant clsQuery::OstranaQueryFahrauftraegeInit(const Variant& strQuery, const Variant& lngMaxLines,
                                                 Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     if (!state.Load({"QueryFahrauftraege", strQuery, lngMaxLines}, strParamStatus)) return;
     result = Variant::Long(state.buffer.Count());
     WriteText(strParamStatus, "");
@@ -30,8 +29,7 @@ Variant clsQuery::OstranaQueryFahrauftraegeInit(const Variant& strQuery, const V
 }
 
 std::string clsQuery::OstranaQueryFahrauftraegeNext(Variant* strStatus, Variant* strDocID, Variant* strVer) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     ResponseBuffer& buffer = state.buffer;
     if (buffer.AtEnd()) return;
     const RecordFields fields(buffer.Line(buffer.position()));
@@ -46,8 +44,7 @@ std::string clsQuery::OstranaQueryFahrauftraegeNext(Variant* strStatus, Variant*
 
 Variant clsQuery::OstranaGetFahrauftraegeMultiTIFF(const Variant& strOrderIDs, Variant* strFileName,
                                                    Variant* lngFileLen, Variant* strParamStatus) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     FetchFile(*this, state, {"GetFahrauftraegeMultiTIFF", strOrderIDs, strBlobPathRemote}, NoFile::kClearsOutputs,
               {strFileName, lngFileLen, strParamStatus}, result);
   });

@@ -35,8 +35,7 @@ clsQuery::clsQuery() : state_(std::make_unique<QueryState>(*this)) {}
 clsQuery::~clsQuery() { QueryState::Drop(std::move(state_), std::move(strDebugLogPath), std::move(strSessionID)); }
 
 bool clsQuery::Init(const Variant& blnParamDBInit) {
-  QueryState& state = *state_;
-  return state.Run(false, [&](bool& result) {
+  return state_->Run(false, [&](QueryState& state, bool& result) {
     WriteStartLine(state, strSessionID);
     if (blnParamDBInit.IsMissing() || blnParamDBInit.ToBoolean()) {
       state.database = MakeConnection();
@@ -60,8 +59,7 @@ bool clsQuery::Init(const Variant& blnParamDBInit) {
 }
 
 void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
-  QueryState& state = *state_;
-  state.Run([&] {
+  state_->Run([&](QueryState& state) {
     auto context = std::dynamic_pointer_cast<ScriptingContext>(PassedScriptingContext.ToObject());
     if (context == nullptr) throw RuntimeError(error::kTypeMismatch);
     state.pageRequest = context->Request();
@@ -70,16 +68,14 @@ void clsQuery::OnStartPage(const Variant& PassedScriptingContext) {
 }
 
 void clsQuery::OnEndPage() {
-  QueryState& state = *state_;
-  state.Run([&] {
+  state_->Run([&](QueryState& state) {
     state.pageRequest.reset();
     state.context.reset();
   });
 }
 
 void clsQuery::RemoteHosts(const Variant& strRemoteHosts) {
-  QueryState& state = *state_;
-  state.RunAs("Let RemoteHosts", false, [&](bool& /*unused*/) {
+  state_->RunAs("Let RemoteHosts", false, [&](QueryState& state, bool& /*unused*/) {
     std::string scratch;
     state.apartment->servers.Load(strRemoteHosts.TextView(scratch), state.log);
   });

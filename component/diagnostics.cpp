@@ -8,8 +8,7 @@
 namespace oxaqrycln {
 
 std::string clsQuery::LiveCheck() {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     Variant errorText;
     if (state.Load({"LiveCheck"}, &errorText)) {
       result = state.buffer.Line(0);
@@ -22,8 +21,7 @@ std::string clsQuery::LiveCheck() {
 std::string clsQuery::HelloWorld() { return "Hello World!"; }
 
 std::string clsQuery::DirectQuery(const Variant& strQueryString) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     std::string scratch;
     std::string errorText;
     if (!InitBuffer(strQueryString.TextView(scratch), state.execution, state.log, state.buffer, errorText)) {
@@ -38,8 +36,7 @@ std::string clsQuery::DirectQuery(const Variant& strQueryString) {
 }
 
 void clsQuery::WriteTest() {
-  QueryState& state = *state_;
-  state.Run([&] {
+  state_->Run([&](QueryState& state) {
     const std::string file = strBlobPathLocal + "\\WriteTest.txt";
     state.log.Write(bytInfo, "Writing test file '", file, "'");
     WriteFile(file, "\"WriteTest\"\r\n");

@@ -39,9 +39,9 @@ std::string clsQuery::Decode(const Variant& strText) {
 }
 
 void clsQuery::DeleteFTPObjects(const Variant& strFile) {
-  state_->Run([&] {
+  state_->Run([&](QueryState& state) {
     const std::string pattern = strFile.ToText();
-    state_->log.Write(bytInfo, "Deleting FTP objects '", pattern, "'");
+    state.log.Write(bytInfo, "Deleting FTP objects '", pattern, "'");
     DeleteMatchingFiles(pattern);
   });
 }

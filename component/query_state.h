@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "component/clsQuery.h"
@@ -27,21 +28,22 @@ namespace oxaqrycln {
 struct QueryState {
   explicit QueryState(const clsQuery& query);
 
-  // Runs the body of the public method that calls this; see trap.h. The log names the method, which the compiler fills
-  // in. The overload without a failure value is for a method without a result.
+  // Runs body(state, result), or body(result), of the public method that calls this; see trap.h. The body uses the
+  // state that it gets, not the instance's, because the instance may end inside one of its yields. The log names the
+  // method, which the compiler fills in. The overload without a failure value is for a method without a result.
   template <typename Result, typename Body>
   Result Run(const Result& failure, Body&& body, const char* method = __builtin_FUNCTION()) {
     return RunAs(method, failure, std::forward<Body>(body));
   }
   template <typename Body>
   void Run(Body&& body, const char* method = __builtin_FUNCTION()) {
-    RunAs(method, false, [&](bool& /*unused*/) { body(); });
+    RunAs(method, false, [&](bool& /*unused*/) { Call(body); });
   }
   // The same under another name.
   template <typename Result, typename Body>
   Result RunAs(std::string_view routine, const Result& failure, Body&& body) {
     const RunningMethod method(*this);
-    return Trap(log, routine, failure, std::forward<Body>(body));
+    return Trap(log, routine, failure, [&](Result& result) { Call(body, result); });
   }
 
   // The instance of this state ends. When that happens inside a yield of one of its own methods, the state lives until
@@ -101,6 +103,14 @@ struct QueryState {
     QueryState& state_;
   };
 
+  template <typename Body, typename... Result>
+  void Call(Body& body, Result&... result) {
+    if constexpr (std::is_invocable_v<Body&, QueryState&, Result&...>) {
+      body(*this, result...);
+    } else {
+      body(result...);
+    }
+  }
   static void End(QueryState* state) noexcept;
 
   int runningMethods_ = 0;

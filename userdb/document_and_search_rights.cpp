@@ -75,8 +75,7 @@ std::string ListOf(const std::set<IdKey>& fields) {
 
 Variant clsQuery::GetUserDocRights(const Variant& strUserID, const Variant& strChannel, const Variant& strArchive,
                                    Variant* strDocRights) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     WriteText(strDocRights, "");
     const auto conditions =
         ReadConditions(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));
@@ -92,8 +91,7 @@ Variant clsQuery::GetUserDocRights(const Variant& strUserID, const Variant& strC
 Variant clsQuery::GetUserSearchRights(const Variant& strUserID, const Variant& strChannel, const Variant& strArchive,
                                       Variant* strFixedValues, Variant* strHiddenFields,
                                       Variant* strNoMatchcodeFields) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     for (Variant* const output : {strFixedValues, strHiddenFields, strNoMatchcodeFields}) WriteText(output, "");
     const auto fields =
         ReadSearchFields(state, SqlNumber(strUserID), CoversArchive(state.Database(), strChannel, strArchive));

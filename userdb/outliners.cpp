@@ -149,8 +149,7 @@ std::string ConditionOf(const Level& level, std::string value) {
 }  // namespace
 
 Variant clsQuery::GetOutliner(const Variant& strChannel, const Variant& strArchive, Variant* strOutliner) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     WriteText(strOutliner, "");
     const auto rows = state.Database().Execute(
         "SELECT ID, DisplayName FROM Outliner WHERE ID IN (SELECT OutlinerID FROM OutlinerArchives WHERE " +
@@ -170,8 +169,7 @@ Variant clsQuery::GetOutliner(const Variant& strChannel, const Variant& strArchi
 }
 
 Variant clsQuery::GetOutlinerContentInit(const Variant& lngOutlinerID, const Variant& lngParentID) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     state.outliner.Assign({});
     const std::string outliner = SqlNumber(lngOutlinerID);
     result = Variant::Long(state.outliner.Assign(ReadNodes(state, outliner, ChildrenOf(outliner, lngParentID))));
@@ -181,8 +179,7 @@ Variant clsQuery::GetOutlinerContentInit(const Variant& lngOutlinerID, const Var
 std::string clsQuery::GetOutlinerContentNext(Variant* lngID, Variant* intLevel, Variant* strFieldID,
                                              Variant* strDescription, Variant* strDataType, Variant* blnExpand,
                                              Variant* lngChildren) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     const OutlinerNode* const node = state.outliner.Next();
     if (node == nullptr) return;
     if (lngID != nullptr) *lngID = Variant::Long(node->id);
@@ -199,8 +196,7 @@ std::string clsQuery::GetOutlinerContentNext(Variant* lngID, Variant* intLevel, 
 void clsQuery::GetOutlinerContentReset() { state_->outliner.Reset(); }
 
 Variant clsQuery::UpdateOutlinerContent(const Variant& lngID, const Variant& blnExpand) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     const std::string condition = " WHERE ID=" + SqlNumber(lngID);
     const std::string flag = blnExpand.ToBoolean() ? "1" : "0";
     const auto rows = state.Database().Execute("SELECT ID FROM OutlinerContent" + condition);
@@ -213,8 +209,7 @@ Variant clsQuery::UpdateOutlinerContent(const Variant& lngID, const Variant& bln
 }
 
 std::string clsQuery::GetOutlinerSearchExpr(const Variant& lngID) {
-  QueryState& state = *state_;
-  return state.Run(std::string(), [&](std::string& result) {
+  return state_->Run(std::string(), [&](QueryState& state, std::string& result) {
     const std::vector<PathNode> path = PathToRoot(state, SqlNumber(lngID));
     if (path.empty()) return;
     const Levels levels = ReadLevels(state, std::to_string(path.front().outliner));

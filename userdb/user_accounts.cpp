@@ -41,8 +41,7 @@ bool IsStoredPassword(const QueryState& state, const Variant& stored, const Vari
 
 Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd, const Variant& strTELOUser,
                                 const Variant& strTELOPasswd) {
-  QueryState& state = *state_;
-  return state.Run(Failed(), [&](Variant& result) {
+  return state_->Run(Failed(), [&](QueryState& state, Variant& result) {
     Connection& database = state.Database();
     const std::string user = SqlText(database, strUser);
     const std::string password = EncodedText(database, strPasswd);
@@ -60,15 +59,13 @@ Variant clsQuery::WriteUserToDB(const Variant& strUser, const Variant& strPasswd
 }
 
 Variant clsQuery::GetNextDBObjectID(const Variant& strField, const Variant& strTable) {
-  QueryState& state = *state_;
-  return state.Run(Variant::Long(0), [&](Variant& result) {
+  return state_->Run(Variant::Long(0), [&](QueryState& state, Variant& result) {
     result = Variant::Long(NextId(state, SqlName(strField), SqlName(strTable)));
   });
 }
 
 Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
-  QueryState& state = *state_;
-  return state.Run(Variant::Long(0), [&](Variant& result) {
+  return state_->Run(Variant::Long(0), [&](QueryState& state, Variant& result) {
     Connection& database = state.Database();
     const auto rows = database.Execute("SELECT UserID, Passwd FROM Users WHERE UserName=" + SqlText(database, strUser));
     if (!rows->EndOfRows() && (strPasswd.IsMissing() || IsStoredPassword(state, rows->Field("Passwd"), strPasswd))) {
@@ -79,8 +76,7 @@ Variant clsQuery::CheckLogon(const Variant& strUser, const Variant& strPasswd) {
 }
 
 Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdOld, const Variant& strPasswdNew) {
-  QueryState& state = *state_;
-  return state.Run(Variant::Integer(0), [&](Variant& result) {
+  return state_->Run(Variant::Integer(0), [&](QueryState& state, Variant& result) {
     Connection& database = state.Database();
     const std::string password = EncodedText(database, strPasswdNew);
     // Kept: an ID above 32767 does not fit, and its password stays.
@@ -92,8 +88,7 @@ Variant clsQuery::ChangePasswd(const Variant& strUser, const Variant& strPasswdO
 }
 
 Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser, Variant* strTELOPasswd) {
-  QueryState& state = *state_;
-  return state.Run(Variant::Long(0), [&](Variant& result) {
+  return state_->Run(Variant::Long(0), [&](QueryState& state, Variant& result) {
     const auto rows =
         state.Database().Execute("SELECT TELOUser, TELOPasswd FROM Users WHERE UserID=" + SqlNumber(strUserID));
     if (!rows->EndOfRows()) {
@@ -112,8 +107,7 @@ Variant clsQuery::GetUserTELOUser(const Variant& strUserID, Variant* strTELOUser
 }
 
 Variant clsQuery::GetUserChangePasswd(const Variant& strUserID, Variant* intChangePasswd) {
-  QueryState& state = *state_;
-  return state.Run(Variant::Long(0), [&](Variant& result) {
+  return state_->Run(Variant::Long(0), [&](QueryState& state, Variant& result) {
     if (intChangePasswd != nullptr) *intChangePasswd = Variant::Integer(0);
     const auto rows = state.Database().Execute("SELECT ChangePasswd FROM Users WHERE UserID=" + SqlNumber(strUserID));
     if (!rows->EndOfRows()) {
@@ -128,8 +122,7 @@ Variant clsQuery::GetUserChangePasswd(const Variant& strUserID, Variant* intChan
 }
 
 Variant clsQuery::SetUserChangePasswd(const Variant& strUserID, const Variant& intChangePasswd) {
-  QueryState& state = *state_;
-  return state.Run(Variant::Long(0), [&](Variant& result) {
+  return state_->Run(Variant::Long(0), [&](QueryState& state, Variant& result) {
     const bool isBoolean = intChangePasswd.type() == Variant::Type::Boolean;
     const Variant flag = isBoolean ? Variant(intChangePasswd.ToBoolean() ? 1 : 0) : intChangePasswd;
     state.Database().Execute("UPDATE Users SET ChangePasswd=" + SqlNumber(flag) +

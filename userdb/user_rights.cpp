@@ -49,8 +49,7 @@ Variant ReadList(QueryState& state, const std::string& statement, const ListForm
 }  // namespace
 
 Variant clsQuery::GetUserRights(const Variant& strUserID, Variant* strRights) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     const BuiltText list(strRights);
     result = ReadList(state, "SELECT DISTINCT RightID FROM UserRights" + OfUserAndGroups(SqlNumber(strUserID)),
                       {"RightID", '^', '^'}, list);
@@ -58,8 +57,7 @@ Variant clsQuery::GetUserRights(const Variant& strUserID, Variant* strRights) {
 }
 
 Variant clsQuery::GetUserEditRights(const Variant& strUserID, Variant* strEditRights) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     BuiltText lines(strEditRights);
     const auto rows =
         state.Database().Execute("SELECT DISTINCT Archive, SUM(New), SUM(Edit), SUM(Del) FROM UserEditRights" +
@@ -81,8 +79,7 @@ Variant clsQuery::GetUserEditRights(const Variant& strUserID, Variant* strEditRi
 }
 
 Variant clsQuery::GetUserGroups(const Variant& strUserID, Variant* strGroups) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     const BuiltText list(strGroups);
     result = ReadList(state,
                       "SELECT DISTINCT UserName FROM Users, UserGroups WHERE Users.UserID=UserGroups.GroupID AND "
@@ -93,8 +90,7 @@ Variant clsQuery::GetUserGroups(const Variant& strUserID, Variant* strGroups) {
 }
 
 Variant clsQuery::GetUserArchives(const Variant& strUserID, Variant* strArchives) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     const BuiltText list(strArchives);
     result = ReadList(state, "SELECT DISTINCT Archive FROM UserArchives" + OfUserAndGroups(SqlNumber(strUserID)),
                       {"Archive", '^', '^'}, list);
@@ -102,8 +98,7 @@ Variant clsQuery::GetUserArchives(const Variant& strUserID, Variant* strArchives
 }
 
 Variant clsQuery::GetUserChannels(const Variant& strUserID, Variant* strChannels) {
-  QueryState& state = *state_;
-  return state.Run(Variant(), [&](Variant& result) {
+  return state_->Run(Variant(), [&](QueryState& state, Variant& result) {
     const BuiltText list(strChannels);
     result = ReadList(state, "SELECT DISTINCT Channel FROM UserChannels" + OfUserAndGroups(SqlNumber(strUserID)),
                       {"Channel", '^', '^'}, list);

@@ -6,7 +6,6 @@
 #include <utility>
 
 namespace oxaqrycln {
-
 namespace {
 
 struct Description {

@@ -4,7 +4,6 @@
 #include <iterator>
 
 namespace oxaqrycln {
-
 namespace {
 
 struct Description {
