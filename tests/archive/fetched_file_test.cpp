@@ -91,18 +91,6 @@ TEST(FetchedFile, IsRequestedAndReportedByEveryOperation) {
   }
 }
 
-TEST(FetchedFile, WithAHostileNameIsRefused) {
-  for (const Operation& each : kOperations) {
-    for (const char* name : {"..", "com1.tif"}) {
-      SCOPED_TRACE(name);
-      WithHitList(Answer({"7", name}), [&](Page& page) {
-        ExpectOutcome(page.query, each, {kFailed, "kept", "kept", "kept"});
-        EXPECT_NE(page.Log().find(std::string("'") + each.routine + "()': 52 - "), std::string::npos) << page.Log();
-      });
-    }
-  }
-}
-
 TEST(FetchedFile, ThatIsMissingLeavesOrClearsTheOutputs) {
   for (const Operation& each : kOperations) {
     const Outcome kept{Variant::Long(1), "kept", "kept", ""};

@@ -5,6 +5,8 @@
 namespace oxaqrycln::testing {
 namespace {
 
+using Texts = std::vector<std::string>;
+
 Variant Search(clsQuery& query, Variant* status = nullptr) {
   return query.TELOQueryArchiveInit("word", 10, 100, "F", "R", Missing, Missing, nullptr, nullptr, nullptr, nullptr,
                                     status);
@@ -62,24 +64,53 @@ TEST(HitList, IsWalkedFromTheTitleRow) {
              });
 }
 
-TEST(HitList, ReportsARowThatCannotBeRead) {
+TEST(HitList, FindsTheFieldsBehindAFieldOfAnyLength) {
+  Texts lines{"1", "", "0", "store", "^t^,^d^,^v^,^c^"};
+  for (std::size_t length = 0; length < 70; ++length) {
+    lines.push_back("^$(#M)\\A^,^" + std::string(length, 'x') + "^,^2^,^a^,^b^");
+  }
+  WithAnswer(lines, [&](Page& page) {
+    Search(page.query);
+    page.query.TELOQueryArchiveNext();
+    for (std::size_t length = 0; length < 70; ++length) {
+      Variant document;
+      Variant version;
+      EXPECT_EQ(page.query.TELOQueryArchiveNext(nullptr, nullptr, &document, &version), "^a^,^b^") << length;
+      EXPECT_EQ(document, Variant(std::string(length, 'x')));
+      EXPECT_EQ(version, Variant("2"));
+    }
+  });
+}
+
+TEST(HitList, ReadsOrReportsARowOfAnotherForm) {
   struct Case {
-    const char* name;
     const char* row;
-    bool onlyDocument;
-    const char* error;
+    const char* read;  // document|version|channel|archive|columns|error
+    bool asksForChannel = true;
   };
-  for (const Case& each :
-       {Case{"no reference middle", "^Mail^,^1^,^2^,^x^", false, "5 - "}, Case{"empty row", "", true, "9 - "}}) {
+  for (const Case& each : {Case{"^Mail^,^1^,^2^,^x^", "1|2||||5"},
+                           {"^Mail^,^1^,^2^,^x^", "1|2||ail|^x^|", false},
+                           {"^)\\A^,^1^,^2^,^x^", "1|2||||5"},
+                           {"^$(#)\\^,^1^,^2^,^x^,^y", "1|2|||^x^,^y|"},
+                           {"^$(#M)\\A^,^1^,^2", "1|2,^|M|A|$(#M)\\A^,^1^,^2|"},
+                           {"^$(#M)\\A^,^1", "1,^|||||9"},
+                           {"", "|||||9"},
+                           {"$(#M)\\A^,^1^,^2^,^x", "2|x,^||||5"},
+                           {"^^,^^,^^", "|||||5"},
+                           {"^,^,^1^,^2^,^x^", "1|2||||5"},
+                           {"^$(#M)\\A^,^,^1^,^2^,^x^", ",^1|2|M|A|^2^,^x^|"}}) {
     WithAnswer({"1", "", "0", "store", "^t^,^d^,^v^,^c^", each.row, "^$(#M)\\A^,^1^,^2^,^x^"}, [&](Page& page) {
       Search(page.query);
       page.query.TELOQueryArchiveNext();
-      Variant channel;
-      Variant document;
-      EXPECT_EQ(page.query.TELOQueryArchiveNext(each.onlyDocument ? nullptr : &channel, nullptr, &document), "")
-          << each.name;
-      EXPECT_NE(page.Log().find(std::string("'TELOQueryArchiveNext()': ") + each.error), std::string::npos)
-          << each.name << page.Log();
+      Variant out[] = {"", "", "", ""};
+      const std::string columns =
+          page.query.TELOQueryArchiveNext(each.asksForChannel ? &out[2] : nullptr, &out[3], &out[0], &out[1]);
+      std::string read;
+      for (const Variant& value : out) read += value.ToText() + "|";
+      const std::string error = "'TELOQueryArchiveNext()': ";
+      const std::size_t failure = page.Log().find(error);
+      read += columns + "|" + (failure == std::string::npos ? "" : page.Log().substr(failure + error.size(), 1));
+      EXPECT_EQ(read, each.read) << each.row;
     });
   }
 }
