@@ -92,17 +92,6 @@ TEST(Transfer, ReplacesAnOlderFileOrLeavesItUnharmed) {
   }
 }
 
-TEST(Transfer, ReplacesALinkAndNotItsTarget) {
-  WithAnswers({"new"}, [](Page& page) {
-    const TemporaryDirectory elsewhere;
-    elsewhere.Write("real", "old");
-    std::filesystem::create_symlink(elsewhere.File("real"), page.blobs.File("f.bin"));
-    EXPECT_EQ(page.query.TELOTransferBLOB("f.bin", 3), Variant::Long(1)) << page.Log();
-    EXPECT_EQ(elsewhere.Read("real"), "old");
-    EXPECT_EQ(page.blobs.Read("f.bin"), "new");
-  });
-}
-
 TEST(Transfer, RefusesNamesAndDirectoriesBeforeAnythingIsSent) {
   struct Case {
     const char* name;
