@@ -116,7 +116,7 @@ TEST_P(UploadedForm, StoresItsFirstFileWhateverTheSizeOfThePieces) {
 
 INSTANTIATE_TEST_SUITE_P(Pieces, UploadedForm, ::testing::Values(1, 7, 1U << 20U));
 
-TEST(UploadFile, PrependsThePrefixAndReplacesAnOlderFile) {
+TEST(UploadFile, PrependsThePrefixReplacesAnOlderFileAndNeedsAPage) {
   WithAnswer({}, [](Page& page) {
     const auto upload = [&](const Variant& prefix, const char* content) {
       page.query.OnStartPage(PageWithForm(FileForm(content)));
@@ -133,6 +133,11 @@ TEST(UploadFile, PrependsThePrefixAndReplacesAnOlderFile) {
     page.query.OnEndPage();
     EXPECT_EQ(page.query.UploadFile(), kFailed);
     EXPECT_NE(page.Log().find("'UploadFile()': 91 - "), std::string::npos);
+    const auto context = std::make_shared<FormPage>(nullptr);
+    page.query.OnStartPage(Variant(Variant::ObjectRef(context)));
+    EXPECT_EQ(context.use_count(), 2);
+    page.query.OnEndPage();
+    EXPECT_EQ(context.use_count(), 1);
     page.query.OnStartPage("no object");
     EXPECT_NE(page.Log().find("'OnStartPage()': 13 - "), std::string::npos);
   });
@@ -142,9 +147,7 @@ TEST(UploadFile, ThatCannotReplaceADirectoryChangesNothing) {
   WithAnswer({}, [](Page& page) {
     std::filesystem::create_directory(page.blobs.File("a.pdf"));
     page.query.OnStartPage(PageWithForm(FileForm("new")));
-    Variant name = "kept";
-    EXPECT_EQ(page.query.UploadFile(Missing, &name), kFailed);
-    EXPECT_EQ(name, Variant("kept"));
+    EXPECT_EQ(page.query.UploadFile(), kFailed);
     EXPECT_TRUE(std::filesystem::is_directory(page.blobs.File("a.pdf")));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(page.blobs.path()), {}), 1);
   });

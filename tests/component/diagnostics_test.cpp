@@ -5,10 +5,9 @@
 namespace oxaqrycln::testing {
 namespace {
 
-TEST(Diagnostics, SayHelloAndAskAServer) {
+TEST(Diagnostics, AskAServer) {
   WithAnswers({Answer({"alive", "more"}), Answer({}), Answer({"a", "", "b"}), Framed("Status: Unknown command\r\n")},
               [](Page& page) {
-                EXPECT_EQ(page.query.HelloWorld(), "Hello World!");
                 EXPECT_EQ(page.query.LiveCheck(), "alive");
                 EXPECT_EQ(page.LastCommand(), "^LiveCheck^");
                 EXPECT_EQ(page.query.TELOGetAllArchivesNext(), "alive");  // the answer stays in the buffer
