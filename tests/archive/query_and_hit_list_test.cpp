@@ -1,9 +1,12 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {
 namespace {
+
+using Texts = std::vector<std::string>;
 
 Variant Search(clsQuery& query, Variant* status = nullptr) {
   return query.TELOQueryArchiveInit("word", 10, 100, "F", "R", Missing, Missing, nullptr, nullptr, nullptr, nullptr,
@@ -12,20 +15,12 @@ Variant Search(clsQuery& query, Variant* status = nullptr) {
 
 TEST(Query, SendsItsValuesInTheServersOrderAndReadsTheHead) {
   WithAnswer({"42", "10=Title;11=Date=x", "1", "store", "^r^,^d^,^v^,^Title^"}, [](Page& page) {
-    Variant keys;
-    Variant values;
-    Variant total;
-    Variant multiTiff;
-    Variant status;
-    EXPECT_EQ(page.query.TELOQueryArchiveInit("a AND b", 10, 500, "Std", "$(#M)", 7, "L2", &keys, &values, &total,
-                                              &multiTiff, &status),
+    Variant out[5];
+    EXPECT_EQ(page.query.TELOQueryArchiveInit("a AND b", 10, 500, "Std", "$(#M)", 7, "L2", &out[0], &out[1], &out[2],
+                                              &out[3], &out[4]),
               Variant::Long(1));
     EXPECT_EQ(page.LastCommand(), "^QueryArchive^,^a AND b^,^10^,^500^,^7^,^Std^,^$(#M)^,^L2^");
-    EXPECT_EQ(keys, Variant("10,11"));
-    EXPECT_EQ(values, Variant("Title,Date=x"));
-    EXPECT_EQ(total, Variant("42"));
-    EXPECT_EQ(multiTiff, Variant(true));
-    EXPECT_EQ(status, Variant(""));
+    EXPECT_THAT(out, ::testing::ElementsAre("10,11", "Title,Date=x", "42", true, ""));
     Variant keysAlone = "untouched";
     page.query.TELOQueryArchiveInit("q", 1, 1, "", "", Missing, Missing, &keysAlone);
     EXPECT_EQ(page.LastCommand(), "^QueryArchive^,^q^,^1^,^1^,^^,^^,^^,^^");
@@ -38,48 +33,66 @@ TEST(HitList, IsWalkedFromTheTitleRow) {
               "^$(#Mail)\\Inbox^,^4711^,^2^,^Offer^,^01.02.2003^", "^$(#M)\\A^,^1^,^2^"},
              [](Page& page) {
                EXPECT_EQ(Search(page.query), Variant::Long(3));
-               Variant channel;
-               Variant archive;
-               Variant document;
-               Variant version;
-               const auto next = [&] {
-                 return page.query.TELOQueryArchiveNext(&channel, &archive, &document, &version);
-               };
+               Variant out[4];
+               const auto next = [&] { return page.query.TELOQueryArchiveNext(&out[0], &out[1], &out[2], &out[3]); };
                EXPECT_EQ(next(), "^Title^,^Date^");
-               EXPECT_EQ(channel, Variant("Channel"));
-               EXPECT_EQ(archive, Variant("Archive"));
-               EXPECT_EQ(document, Variant("DocID"));
+               EXPECT_THAT(out, ::testing::ElementsAre("Channel", "Archive", "DocID", "Ver"));
                EXPECT_EQ(next(), "^Offer^,^01.02.2003^");
-               EXPECT_EQ(channel, Variant("Mail"));
-               EXPECT_EQ(archive, Variant("Inbox"));
-               EXPECT_EQ(document, Variant("4711"));
-               EXPECT_EQ(version, Variant("2"));
+               EXPECT_THAT(out, ::testing::ElementsAre("Mail", "Inbox", "4711", "2"));
                EXPECT_EQ(next(), "");  // a row without display columns
-               EXPECT_EQ(version, Variant("2"));
                EXPECT_EQ(next(), "");
-               EXPECT_EQ(version, Variant("2"));
+               EXPECT_THAT(out, ::testing::ElementsAre("M", "A", "1", "2"));
                EXPECT_EQ(page.Log().find("Processing error"), std::string::npos) << page.Log();
              });
 }
 
-TEST(HitList, ReportsARowThatCannotBeRead) {
+TEST(HitList, FindsTheFieldsBehindAFieldOfAnyLength) {
+  Texts lines{"1", "", "0", "store", "^t^,^d^,^v^,^c^"};
+  for (std::size_t length = 0; length < 70; ++length) {
+    lines.push_back("^$(#M)\\A^,^" + std::string(length, 'x') + "^,^2^,^a^,^b^");
+  }
+  WithAnswer(lines, [&](Page& page) {
+    Search(page.query);
+    page.query.TELOQueryArchiveNext();
+    for (std::size_t length = 0; length < 70; ++length) {
+      Variant document;
+      Variant version;
+      EXPECT_EQ(page.query.TELOQueryArchiveNext(nullptr, nullptr, &document, &version), "^a^,^b^") << length;
+      EXPECT_EQ(document, Variant(std::string(length, 'x')));
+      EXPECT_EQ(version, Variant("2"));
+    }
+  });
+}
+
+TEST(HitList, ReadsOrReportsARowOfAnotherForm) {
   struct Case {
-    const char* name;
     const char* row;
-    bool onlyDocument;
-    const char* error;
+    const char* read;  // document|version|channel|archive|columns|error
+    bool asksForChannel = true;
   };
-  for (const Case& each :
-       {Case{"no reference middle", "^Mail^,^1^,^2^,^x^", false, "5 - "}, Case{"empty row", "", true, "9 - "}}) {
+  for (const Case& each : {Case{"^Mail^,^1^,^2^,^x^", "1|2||||5"},
+                           {"^Mail^,^1^,^2^,^x^", "1|2||ail|^x^|", false},
+                           {"^)\\A^,^1^,^2^,^x^", "1|2||||5"},
+                           {"^$(#)\\^,^1^,^2^,^x^,^y", "1|2|||^x^,^y|"},
+                           {"^$(#M)\\A^,^1^,^2", "1|2,^|M|A|$(#M)\\A^,^1^,^2|"},
+                           {"^$(#M)\\A^,^1", "1,^|||||9"},
+                           {"", "|||||9"},
+                           {"$(#M)\\A^,^1^,^2^,^x", "2|x,^||||5"},
+                           {"^^,^^,^^", "|||||5"},
+                           {"^,^,^1^,^2^,^x^", "1|2||||5"},
+                           {"^$(#M)\\A^,^,^1^,^2^,^x^", ",^1|2|M|A|^2^,^x^|"}}) {
     WithAnswer({"1", "", "0", "store", "^t^,^d^,^v^,^c^", each.row, "^$(#M)\\A^,^1^,^2^,^x^"}, [&](Page& page) {
       Search(page.query);
       page.query.TELOQueryArchiveNext();
-      Variant channel;
-      Variant document;
-      EXPECT_EQ(page.query.TELOQueryArchiveNext(each.onlyDocument ? nullptr : &channel, nullptr, &document), "")
-          << each.name;
-      EXPECT_NE(page.Log().find(std::string("'TELOQueryArchiveNext()': ") + each.error), std::string::npos)
-          << each.name << page.Log();
+      Variant out[] = {"", "", "", ""};
+      const std::string columns =
+          page.query.TELOQueryArchiveNext(each.asksForChannel ? &out[2] : nullptr, &out[3], &out[0], &out[1]);
+      std::string read;
+      for (const Variant& value : out) read += value.ToText() + "|";
+      const std::string error = "'TELOQueryArchiveNext()': ";
+      const std::size_t failure = page.Log().find(error);
+      read += columns + "|" + (failure == std::string::npos ? "" : page.Log().substr(failure + error.size(), 1));
+      EXPECT_EQ(read, each.read) << each.row;
     });
   }
 }

@@ -1,15 +1,11 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/outputs.h"
 #include "tests/support/page.h"
 
 namespace oxaqrycln::testing {
 namespace {
-
-struct Order {
-  Variant status = "kept";
-  Variant document = "kept";
-  Variant version = "kept";
-};
 
 TEST(TransportOrders, AreWalkedInTheServersOrder) {
   WithAnswer(
@@ -18,20 +14,18 @@ TEST(TransportOrders, AreWalkedInTheServersOrder) {
         EXPECT_EQ(page.query.OstranaQueryFahrauftraegeInit("status:open OR bremen", 10, &status), Variant::Long(3));
         EXPECT_EQ(page.LastCommand(), "^QueryFahrauftraege^,^status:open OR bremen^,^10^");
         EXPECT_EQ(status, Variant(""));
-        Order first;
-        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&first.status, &first.document, &first.version),
-                  "^T7^,^Bremen^,^12,5 t^");
-        EXPECT_EQ(first.status, Variant("open"));
-        EXPECT_EQ(first.document, Variant("1003"));
-        EXPECT_EQ(first.version, Variant("2"));
+        const Output first[] = {{"strStatus", "open"}, {"strDocID", "1003"}, {"strVer", "2"}};
+        ExpectOutputs(first, [&](auto*... each) {
+          EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(each...), "^T7^,^Bremen^,^12,5 t^");
+        });
         EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(), "^T8^");
-        Order last;
+        Variant version;
         // Only the columns that are handed on as they are may lack their closing caret.
-        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&last.status, nullptr, &last.version), "^T9^,^^,^x");
-        EXPECT_EQ(last.status, Variant("a,b^c"));
-        EXPECT_EQ(last.version, Variant("2"));
-        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&last.status), "");
-        EXPECT_EQ(last.status, Variant("a,b^c"));
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&status, nullptr, &version), "^T9^,^^,^x");
+        EXPECT_EQ(status, Variant("a,b^c"));
+        EXPECT_EQ(version, Variant("2"));
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&status), "");
+        EXPECT_EQ(status, Variant("a,b^c"));
         EXPECT_EQ(page.Log().find("Processing error"), std::string::npos) << page.Log();
       });
 }
@@ -48,12 +42,9 @@ TEST(TransportOrders, AreNotPassedWhenALineHasFewerThanFourFields) {
       page.query.OstranaQueryFahrauftraegeInit("*", 0);
       EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(), "^T6^") << each.name;
       for (int call = 0; call < 2; ++call) {
-        Order order;
-        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&order.status, &order.document, &order.version), "")
-            << each.name;
-        EXPECT_EQ(order.status, Variant("kept")) << each.name;
-        EXPECT_EQ(order.document, Variant("kept")) << each.name;
-        EXPECT_EQ(order.version, Variant("kept")) << each.name;
+        Variant out[] = {"kept", "kept", "kept"};
+        EXPECT_EQ(page.query.OstranaQueryFahrauftraegeNext(&out[0], &out[1], &out[2]), "") << each.name;
+        EXPECT_THAT(out, ::testing::Each(Variant("kept"))) << each.name;
       }
       const std::string log = page.Log();
       const char* const line = "'OstranaQueryFahrauftraegeNext()': 9 - ";
@@ -62,15 +53,13 @@ TEST(TransportOrders, AreNotPassedWhenALineHasFewerThanFourFields) {
   }
 }
 
-TEST(TransportOrders, MayBeMissingChangedOrRefused) {
-  WithAnswers({Answer({}), Answer({}), Framed("Status: No such order\r\n")}, [](Page& page) {
+TEST(TransportOrders, MayBeMissingOrChanged) {
+  WithAnswer({}, [](Page& page) {
     clsQuery& query = page.query;
     EXPECT_EQ(query.OstranaQueryFahrauftraegeInit("*", 5), Variant::Long(0));
     EXPECT_EQ(query.OstranaQueryFahrauftraegeNext(), "");
     EXPECT_EQ(query.OstranaUpdateFahrauftraegeStatus(8, ""), Variant::Long(1));
     EXPECT_EQ(page.LastCommand(), "^UpdateFahrauftraegeStatus^,^8^,^^");
-    EXPECT_EQ(query.OstranaQueryFahrauftraegeInit("*", 5), kFailed);
-    EXPECT_EQ(query.OstranaQueryFahrauftraegeNext(), "");
   });
 }
 

@@ -9,8 +9,7 @@
 #include "component/objects.h"
 #include "platform/database/odbc_connection.h"
 #include "support/text_helpers.h"
-#include "tests/support/in_own_thread.h"
-#include "tests/support/page.h"
+#include "tests/support/temporary_directory.h"
 #include "tests/support/test_database.h"
 
 namespace oxaqrycln::testing {
@@ -145,20 +144,6 @@ TEST_P(UserAccounts, RefuseValuesThatCouldChangeAStatement) {
   EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users WHERE ChangePasswd IS NULL"), Variant::Long(1));
 }
 
-TEST_P(UserAccounts, FailThroughTheirHandlersWithoutTables) {
-  const TestDatabase database(GetParam(), false);
-  WebPage page(database);
-  Variant output = "kept";
-  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
-  EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
-  EXPECT_EQ(page.query.SetUserChangePasswd(1, 1), Variant::Long(0));
-  EXPECT_EQ(page.query.GetUserRights(1, &output), Variant());
-  EXPECT_EQ(output, Variant(""));
-  for (const char* routine : {"GetNextDBObjectID", "CheckLogon", "SetUserChangePasswd", "GetUserRights"}) {
-    EXPECT_TRUE(page.Failed(routine, "-2147467259 - [")) << routine << page.Log();
-  }
-}
-
 TEST_P(UserAccounts, CreatedAtTheSameTimeGetDifferentIdsOrNone) {
   const TestDatabase database(GetParam());
   std::atomic<int> created = 0;
@@ -173,26 +158,6 @@ TEST_P(UserAccounts, CreatedAtTheSameTimeGetDifferentIdsOrNone) {
   EXPECT_GT(created, 0);
   EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(created));
   EXPECT_EQ(database.Run("SELECT MAX(UserID) FROM Users"), Variant::Long(created));
-}
-
-TEST_P(UserAccounts, FailWithoutADatabaseAndOnOneThatThePageClosed) {
-  const TestDatabase database(GetParam());
-  InOwnThread([&] {
-    std::shared_ptr<Connection> connection;
-    RegisterObject("ADODB.Connection", [&connection] { return connection = MakeOdbcConnection(); });
-    WebPage page(database);
-    RegisterObject("ADODB.Connection", MakeOdbcConnection);
-    ASSERT_TRUE(page.initialised) << page.Log();
-    connection->Close();
-    EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
-    EXPECT_TRUE(page.Failed("CheckLogon", "3704 - ")) << page.Log();
-    clsQuery without;
-    without.strDebugLogPath = page.logs.path();
-    without.strSessionID = "S2";
-    without.Init(false);
-    EXPECT_EQ(without.CheckLogon("a"), Variant::Long(0));
-    EXPECT_NE(page.logs.Read("S2.log").find("'CheckLogon()': 91 - "), std::string::npos);
-  });
 }
 
 TEST(LockedSqliteFile, EndsInAnError) {
@@ -216,18 +181,6 @@ TEST(LockedSqliteFile, EndsInAnError) {
   }
   locker->Execute("COMMIT");
   EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Long(1));
-}
-
-TEST(PostgresThatEndsTheSession, EndsInAnError) {
-  if (!IsThere(Kind::Postgres)) GTEST_SKIP() << "no PostgreSQL server runs for the tests";
-  const TestDatabase database(Kind::Postgres);
-  WebPage page(database);
-  database.Run(
-      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname=current_database() AND "
-      "pid<>pg_backend_pid()");
-  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Integer(-1));
-  EXPECT_TRUE(page.Failed("GetNextDBObjectID", "-2147467259 - [")) << page.Log();
-  EXPECT_EQ(page.query.CheckLogon("a"), Variant::Long(0));
 }
 
 TEST(BackslashAsEscape, IsRefusedWhereItWouldHideTheEndOfAText) {
