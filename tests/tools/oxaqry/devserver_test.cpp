@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
@@ -103,51 +101,6 @@ TEST(Commands, ShowAHitListWithItsTitles) {
   }
   EXPECT_EQ(server.Document({"search", "nosuchwordanywhere", "--json"})["hits"], Json::array());
   EXPECT_THAT(server.Command({"search", "nosuchwordanywhere"}).out, HasSubstr("Showing 0 of 0 hits"));
-}
-
-TEST(Commands, SortByDateAndAmountAsTheServersFlagsSay) {
-  const SampleServer server;
-  const auto columnOf = [&](const std::string& order, std::size_t column) {
-    std::vector<std::string> texts;
-    const Json list = server.Document({"search", "invoice", "--layout", "2", "--json", "--sort", order});
-    for (const Json& hit : list["hits"]) texts.push_back(hit["columns"][column]);
-    EXPECT_EQ(texts.size(), 30U);
-    return texts;
-  };
-  const auto byDay = [](const std::string& date) { return date.substr(6) + date.substr(3, 2) + date.substr(0, 2); };
-  const auto cents = [](std::string amount) {
-    std::erase(amount, ',');
-    return amount.empty() ? -1 : std::stoi(amount);
-  };
-  EXPECT_TRUE(std::ranges::is_sorted(columnOf("Date", 2), std::ranges::less(), byDay));
-  EXPECT_TRUE(std::ranges::is_sorted(columnOf("Date:desc", 2), std::ranges::greater(), byDay));
-  EXPECT_TRUE(std::ranges::is_sorted(columnOf("amount", 3), std::ranges::less(), cents));
-  EXPECT_TRUE(std::ranges::is_sorted(columnOf("4:desc", 3), std::ranges::greater(), cents));
-}
-
-TEST(Commands, WorkOnTransportOrdersAndPrintHitLists) {
-  const SampleServer server;
-  EXPECT_EQ(server.Command({"orders", "set", "FA-0002", "loaded"}).out, "Set the status of FA-0002 to loaded\n");
-  const Json orders = server.Document({"orders", "list", "origin:denmark", "--status", "loaded", "--json"})["orders"];
-  ASSERT_THAT(orders, ::testing::Not(IsEmpty()));
-  EXPECT_EQ(orders[0]["order"], "FA-0002");
-  const testing::TemporaryDirectory target;
-  EXPECT_EQ(server.Command({"orders", "tiff", "FA-0002", "FA-0001", "-o", target.path()}).status, 0);
-  EXPECT_EQ(target.Read("FA-0002_and_1.tif").substr(0, 2), "II");
-  EXPECT_THAT(server.Command({"print-hits", "copper", "--title", "Kupfer", "-o", target.File("a.pdf")}).out,
-              ::testing::MatchesRegex("Printed [0-9]+ hits to .*a\\.pdf \\(.*\\)\n"));
-  EXPECT_EQ(target.Read("a.pdf").substr(0, 5), "%PDF-");
-}
-
-// Each fetch gets a file of its own, even while the file of another one exists.
-TEST(Commands, FetchTheSameContentTwice) {
-  const SampleServer server;
-  const testing::TemporaryDirectory target;
-  for (const char* name : {"first", "second"}) {
-    EXPECT_EQ(server.Command({"fetch", "Mail/Inbox/1262", "--keep", "-o", target.File(name)}).status, 0);
-  }
-  EXPECT_EQ(target.Read("first"), target.Read("second"));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(server.BlobPath("")), {}), 2);
 }
 
 TEST(Commands, FailWithTheServersOwnText) {
@@ -251,27 +204,6 @@ TEST(Commands, TakeADocumentThroughItsLife) {
   EXPECT_EQ(server.Command({"delete", second, "--yes"}).status, 0);
   EXPECT_EQ(server.Command({"show", second}).status, 1);
   EXPECT_EQ(server.Document({"show", first, "--json"})["segments"][0]["text"], "Zwölf Regale");
-}
-
-TEST(Commands, ServeASearchOverASession) {
-  const SampleServer server;
-  const std::string input =
-      R"({"set":{"lngRequestTimeout":10,"strTELOUser":"webuser","strTELOPwd":"secret","RemoteHosts":")" +
-      server.Entry() + R"("}}
-{"call":"Init","args":[false]}
-{"call":"TELOQueryArchiveInit","args":["invoice",2,100,"","",null,null,null,null,{"ref":null}]}
-{"call":"TELOQueryArchiveNext","args":[{"ref":null}]}
-{"call":"TELOQueryArchiveNext","args":[{"ref":null},{"ref":null}]}
-)";
-  const ToolRun run = RunOxaqry({"session"}, {}, input);
-  std::istringstream lines(run.out);
-  std::vector<Json> answers;
-  for (std::string line; std::getline(lines, line);) answers.push_back(Json::parse(line, nullptr, false));
-  ASSERT_EQ(answers.size(), 5U) << run.out;
-  EXPECT_EQ(answers[2], Json::parse(R"({"result":3,"type":"Long","refs":[{"type":"String","value":"30"}]})"));
-  EXPECT_EQ(answers[3]["refs"][0]["value"], "Channel");
-  EXPECT_EQ(answers[4]["refs"],
-            Json::parse(R"([{"type":"String","value":"Finance"},{"type":"String","value":"Invoices"}])"));
 }
 
 }  // namespace

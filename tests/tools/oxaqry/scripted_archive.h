@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -14,6 +13,7 @@
 #include "tests/support/scripted_server.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
@@ -22,11 +22,7 @@ using Fields = std::vector<std::string>;
 
 // The fields of a request from its command word on.
 inline Fields CommandFields(const std::string& request) {
-  Fields fields;
-  const std::string text = "," + request + ",";
-  for (std::size_t from = 2, end = 0; (end = text.find("^,", from)) != std::string::npos; from = end + 3) {
-    fields.push_back(text.substr(from, end - from));
-  }
+  const Fields fields = SplitColumns(request);
   return fields.size() < 3 ? Fields{} : Fields(fields.begin() + 3, fields.end());
 }
 
@@ -73,8 +69,7 @@ class ScriptedArchive {
     return commands;
   }
 
-  TemporaryDirectory blobs;               // the local blob directory
-  std::atomic<bool> closesFirst = false;  // ends a connection when it has replied
+  TemporaryDirectory blobs;  // the local blob directory
 
  private:
   // A file follows its request at once, so that the end of the request has to be looked for.
@@ -96,7 +91,7 @@ class ScriptedArchive {
     const auto reply = fields.empty() ? replies_.end() : replies_.find(fields.front());
     if (reply == replies_.end()) return;
     reply->second(peer, fields, blobs);
-    if (!closesFirst) peer.WaitForClose();
+    peer.WaitForClose();
   }
 
   const std::map<std::string, Reply> replies_;

@@ -75,8 +75,6 @@ TEST(Session, CarriesEveryTypeThroughVariables) {
        R"("lngRequestTimeout":{"type":"Long","value":-5},"strTELOUser":{"type":"String","value":"255"},)"
        R"("strTELOPwd":{"type":"String","value":"1.5"},)"
        R"("datUserLoginTime":{"type":"Date","value":"2026-11-15T20:31:07"}}})"},
-      {"null is an error", R"({"set":{"strUserName":{"Null":true}}})", R"({"error":"94 - Invalid use of Null"})"},
-      {"text as number", R"({"set":{"lngRequestTimeout":"7"}})", R"({"ok":true})"},
       {"no number", R"({"set":{"lngRequestTimeout":"x"}})", R"({"error":"13 - Type mismatch"})"},
   });
 }
@@ -90,8 +88,6 @@ TEST(Session, PassesVariablesByReference) {
        R"({"result":-1,"type":"Integer","refs":[{"type":"String","value":""}]})"},
       {"untouched keeps its type", R"({"call":"TELOGetChannelsNext","args":[{"ref":{"Byte":9}}]})",
        R"({"result":"","type":"String","refs":[{"type":"Byte","value":9}]})"},
-      {"starts Empty", R"({"call":"TELOGetChannelsNext","args":[{"ref":null}]})",
-       R"({"result":"","type":"String","refs":[{"type":"Empty","value":null}]})"},
       {"Null", R"({"call":"TELOGetChannelsNext","args":[{"ref":{"Null":true}}]})",
        R"({"result":"","type":"String","refs":[{"type":"Null","value":null}]})"},
       {"Boolean result", R"({"call":"Init","args":[false]})", R"({"result":true,"type":"Boolean","refs":[]})"},
@@ -107,23 +103,17 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
   const std::string unknownMethod = R"({"error":"there is no method *)";
   ExpectExchanges({
       {"no JSON", "hello", R"({"error":"the line is not JSON*)"},
-      {"empty line", "", R"({"error":"the line is not JSON*)"},
       {"invalid UTF-8", "{\"call\":\"\xC3(\"}", R"({"error":"the line is not JSON*)"},
-      {"number beyond double", R"({"set":{"strUserName":1e999}})", R"({"error":"the line is not JSON*)"},
       {"no object", "[1]", R"({"error":"the line is not a JSON object"})"},
       {"nested too deeply", deep, R"({"error":"the line is nested too deeply"})"},
       {"nothing asked", "{}", R"({"error":"the line asks for nothing*)"},
       {"unknown member", R"({"call":"HelloWorld","arg":[]})", R"({"error":"unknown member \"arg\""})"},
-      {"two requests", R"({"new":"a","drop":"a"})", R"({"error":"unknown member \"drop\""})"},
       {"unknown method", R"({"call":"Nothing"})", unknownMethod},
       {"property called", R"({"call":"RemoteHosts","args":["h,1"]})", unknownMethod},
-      {"private name", R"({"call":"~clsQuery"})", unknownMethod},
       {"unknown variable", R"({"set":{"strX":""}})", R"({"error":"there is no public variable \"strX\""})"},
       {"write-only", R"({"get":["RemoteHosts"]})", R"({"error":"there is no readable public variable*)"},
       {"set to null", R"({"set":{"strUserName":null}})", R"({"error":"\"strUserName\" needs a value"})"},
-      {"names are no text", R"({"get":[1]})", R"({"error":"a variable's name must be a text"})"},
       {"args are no list", R"({"call":"HelloWorld","args":{}})", R"({"error":"\"args\" must be a list*)"},
-      {"too many arguments", R"({"call":"HelloWorld","args":[1]})", R"({"error":"450 - Wrong number of arguments*)"},
       {"argument left out", R"({"call":"Encode","args":[null]})", R"({"error":"449 - *)"},
       {"outside the code page", R"({"call":"Encode","args":["\u4e2d"]})", R"({"error":"a text holds a character*)"},
       {"beyond 32 bits", R"({"call":"Encode","args":[2147483648]})", R"({"error":"2147483648 is not a whole number*)"},
@@ -138,7 +128,6 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
        R"({"error":"\"2026-02-30\" is not a date*)"},
       {"unknown type", R"({"call":"Encode","args":[{"Single":1}]})", R"({"error":"unknown type \"Single\""})"},
       {"list as argument", R"({"call":"Encode","args":[[]]})", R"({"error":"a list is not a value"})"},
-      {"reference to a reference", R"({"call":"Encode","args":[{"ref":{"ref":1}}]})", R"({"error":"unknown type*)"},
       {"bad Base64", R"({"call":"OnStartPage","args":[{"context":{"body":"QUJ"}}]})",
        R"({"error":"the context's body*)"},
       {"context without body", R"({"call":"OnStartPage","args":[{"context":{}}]})",

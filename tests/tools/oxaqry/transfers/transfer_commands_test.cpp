@@ -18,21 +18,31 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-TEST(FetchCommand, MovesTheContentThatWasAskedFor) {
+// "fetch" and the other commands that fetch a file.
+TEST(FetchCommands, MoveTheContentThatWasAskedFor) {
   using Case = std::tuple<const char*, std::vector<std::string>, std::string>;
-  for (const auto& [name, options, command] :
-       {Case{"no option", {}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
-        Case{"first", {"--first"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
-        Case{"first of an extension", {"--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
-        Case{"segment", {"--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
-        Case{"print", {"--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
-        Case{"pages", {"--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"}}) {
+  for (const auto& [name, arguments, command] :
+       {Case{"no option", {"fetch", "M/A/7/2"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
+        Case{"first", {"fetch", "M/A/7/2", "--first"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
+        Case{"extension", {"fetch", "M/A/7/2", "--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
+        Case{"segment", {"fetch", "M/A/7/2", "--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
+        Case{"print", {"fetch", "M/A/7/2", "--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
+        Case{"pages", {"fetch", "M/A/7/2", "--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"},
+        Case{"orders", {"orders", "tiff", "T1", "T2"}, "GetFahrauftraegeMultiTIFF|T1,T2|D:\\blobs"},
+        Case{"hits", {"print-hits", "q"}, "PrintHitlistPDF|q|^Ref|Doc^\r\n^r|1^|D:\\blobs"},
+        Case{"hits with a title",
+             {"print-hits", "q", "--title", "\u00C4pfel"},
+             "PrintHitlistPDF|\xC4pfel|^Ref|Doc^\r\n^r|1^|D:\\blobs"}}) {
     SCOPED_TRACE(name);
-    ScriptedArchive archive({{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")}});
+    ScriptedArchive archive(
+        {{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")},
+         {"QueryArchive", ScriptedArchive::Lines({"1", "", "0", "^0^,^0^", "^Ref^,^Doc^", "^r^,^1^"})}});
     const TemporaryDirectory target;
-    const ToolRun run = archive.Run(Joined({"fetch", "M/A/7/2", "-o", target.path()}, options));
-    EXPECT_EQ(run.out, "Fetched " + target.File("scan 1.tif") + " (7 bytes)\n") << run.err;
-    EXPECT_THAT(archive.Commands(), ElementsAre(command));
+    const ToolRun run = archive.Run(Joined(arguments, {"-o", target.path()}));
+    EXPECT_EQ(run.out, (arguments[0] == "print-hits" ? "Printed 1 hit to " : "Fetched ") + target.File("scan 1.tif") +
+                           " (7 bytes)\n")
+        << run.err;
+    EXPECT_EQ(archive.Commands().back(), command);
     EXPECT_EQ(target.Read("scan 1.tif"), "content");
     EXPECT_THAT(NamesIn(target.path()), ElementsAre("scan 1.tif"));
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
@@ -96,13 +106,6 @@ TEST(TransferCommand, ReceivesIntoTheBlobDirectoryOrElsewhere) {
   EXPECT_EQ(archive.blobs.Read("scan.tif"), "content");
   EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("scan.tif"));
   EXPECT_THAT(NamesIn(target.path()), ElementsAre("t"));
-}
-
-TEST(TransferCommand, LeavesNothingOfAFileThatIsCut) {
-  ScriptedArchive archive({{"TransferBLOB", ScriptedArchive::Sends("half")}});
-  archive.closesFirst = true;
-  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "8"}).status, 1);
-  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 }
 
 TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {

@@ -18,9 +18,11 @@ class UserTestDatabase : public TestDatabase {
  public:
   using TestDatabase::TestDatabase;
 
-  ToolRun User(std::vector<std::string> arguments, const std::string& input = "") const {
-    arguments.insert(arguments.begin(), "user");
+  ToolRun Command(const std::vector<std::string>& arguments, const std::string& input = "") const {
     return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}}, input);
+  }
+  ToolRun User(const std::vector<std::string>& arguments, const std::string& input = "") const {
+    return Command(Joined({"user"}, arguments), input);
   }
   // Sets up a test.
   void Must(const std::vector<std::string>& arguments, const std::string& input = "") const {
