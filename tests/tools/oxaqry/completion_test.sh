@@ -16,15 +16,12 @@ expect() {
   fi
 }
 
-expect "oxaqry ch" "channels"
 expect "oxaqry se" "servers search session"
-expect "oxaqry --v" "--version"
 expect "oxaqry live --v" "--verbose"
 expect "oxaqry search --la" "--layout --layout-field"
 expect "oxaqry note _" "add list delete --help"
 expect "oxaqry note delete a/b/1 --y" "--yes"
 expect "oxaqry note add a/b/1 --y" ""
-expect "oxaqry session _" "--help"
 expect "oxaqry live --user _" ""
 expect "oxaqry user must-change anna o" "on off"
 expect "oxaqry orders tiff live --k" "--keep"

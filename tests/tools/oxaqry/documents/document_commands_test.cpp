@@ -80,9 +80,6 @@ TEST(ShowCommand, ReportsAMalformedSegment) {
   const ToolRun run = malformed.Run({"show", "Mail/Inbox/7"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: segment 1 of the answer is malformed"));
-
-  ScriptedArchive unknown({{"GetDocumentInfo", ScriptedArchive::Error("There is no document '8'")}});
-  EXPECT_EQ(unknown.Run({"show", "Mail/Inbox/8"}).err, "oxaqry: There is no document '8'\n");
 }
 
 TEST(NoteCommands, SendTheNoteWithNetworkLineEnds) {
@@ -125,20 +122,21 @@ struct Importing {
 TEST(CreateCommand, WritesAnImportFileAndDeletesItAfterwards) {
   Importing importing;
   ScriptedArchive archive(importing.Replies("1301,1"));
-  const std::vector<std::string> create{"create", "--channel", "Büro", "--archive",  "A", "--title", "Grüße", "--field",
-                                        "1:7",    "--field",   "2:9",  "--contents", "-"};
+  const std::vector<std::string> create{"create",  "--channel",  "Büro",    "--archive", "A/100%",
+                                        "--title", "Grüße",      "--field", "1:7",       "--field",
+                                        "2:9",     "--contents", "-"};
   const ToolRun run = archive.Run(create, "\xEF\xBB\xBFKäse\n");
-  EXPECT_EQ(run.out, "Created Büro/A/1301/1\n") << run.err;
+  EXPECT_EQ(run.out, "Created Büro/A%2F100%25/1301/1\n") << run.err;
   EXPECT_EQ(importing.content,
-            "@DB,$(#B\xFCro)\\A\r\n@FOLDER,FT:Gr\xFC\xDF"
+            "@DB,$(#B\xFCro)\\A/100%\r\n@FOLDER,FT:Gr\xFC\xDF"
             "e,1:7,2:9\r\nK\xE4se\n\r\n");
   EXPECT_THAT(importing.path, ::testing::StartsWith("D:\\blobs\\oxaqry-"));
   EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 
   const auto raw = Joined(create, {"--charset", "UTF8", "--import-file", archive.blobs.File("kept"), "--json"});
   EXPECT_EQ(Json::parse(archive.Run(raw, "Käse中").out, nullptr, false),
-            Json::parse(R"({"name":"Büro/A/1301/1","idVersion":"1301,1"})"));
-  EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
+            Json::parse(R"({"name":"Büro/A%2F100%25/1301/1","idVersion":"1301,1"})"));
+  EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A/100%\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
   EXPECT_EQ(importing.path, "D:\\blobs\\kept");
   EXPECT_EQ(archive.blobs.Read("kept"), importing.content);
   EXPECT_THAT(archive.Run(raw, "again").err, HasSubstr("exists"));
@@ -148,13 +146,10 @@ TEST(CreateCommand, WritesAnImportFileAndDeletesItAfterwards) {
 
 TEST(CreateCommand, LeavesNothingWhenTheServerRefuses) {
   ScriptedArchive archive({{"CreateDocument", ScriptedArchive::Error("No rights")}});
-  for (const std::vector<std::string>& more :
-       {std::vector<std::string>{}, {"--import-file", archive.blobs.File("i")}}) {
-    const std::vector<std::string> create{"create",  "--channel", "M",          "--archive", "A",
-                                          "--title", "t",         "--contents", "-"};
-    EXPECT_EQ(archive.Run(Joined(create, more)).err, "oxaqry: No rights\n");
-    EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
-  }
+  const ToolRun run = archive.Run({"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", "-",
+                                   "--import-file", archive.blobs.File("i")});
+  EXPECT_EQ(run.err, "oxaqry: No rights\n");
+  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 }
 
 TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
@@ -170,10 +165,9 @@ TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
 }
 
 TEST(DeleteCommand, AsksOnATerminal) {
-  using Case = std::tuple<const char*, const char*, bool>;
-  for (const auto& [name, input, isDeleted] : {Case{"yes", "y\n", true}, Case{"no", "n\n", false},
-                                               Case{"a mere return", "\n", false}, Case{"end of input", "", false}}) {
-    SCOPED_TRACE(name);
+  for (const char* const input : {"y\n", "n\n", "\n", ""}) {
+    SCOPED_TRACE(input);
+    const bool isDeleted = *input == 'y';
     ScriptedArchive archive(
         {{"DeleteDocument", ScriptedArchive::Lines({})}, {"DeleteNotes", ScriptedArchive::Lines({})}});
     const ToolRun one = archive.Run({"delete", "Mail/Inbox/7/2"}, input, {.in = true});

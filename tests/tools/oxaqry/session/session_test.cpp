@@ -81,15 +81,12 @@ TEST(Session, CarriesEveryTypeThroughVariables) {
 
 TEST(Session, PassesVariablesByReference) {
   ExpectExchanges({
-      {"left out", R"({"call":"TELOGetAllArchivesExtNext"})", R"({"result":-1,"type":"Integer","refs":[]})"},
       {"written", R"({"call":"TELOGetAllArchivesExtNext","args":[{"ref":null},{"ref":"x"}]})",
        R"({"result":-1,"type":"Integer","refs":[{"type":"String","value":""},{"type":"String","value":""}]})"},
       {"only the second", R"({"call":"TELOGetAllArchivesExtNext","args":[null,{"ref":7}]})",
        R"({"result":-1,"type":"Integer","refs":[{"type":"String","value":""}]})"},
       {"untouched keeps its type", R"({"call":"TELOGetChannelsNext","args":[{"ref":{"Byte":9}}]})",
        R"({"result":"","type":"String","refs":[{"type":"Byte","value":9}]})"},
-      {"Null", R"({"call":"TELOGetChannelsNext","args":[{"ref":{"Null":true}}]})",
-       R"({"result":"","type":"String","refs":[{"type":"Null","value":null}]})"},
       {"Boolean result", R"({"call":"Init","args":[false]})", R"({"result":true,"type":"Boolean","refs":[]})"},
       {"no result", R"({"call":"OnEndPage"})", R"({"result":null,"type":"Empty","refs":[]})"},
       {"context", R"({"call":"OnStartPage","args":[{"context":{"body":"QUJDRA=="}}]})",
@@ -116,7 +113,6 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
       {"args are no list", R"({"call":"HelloWorld","args":{}})", R"({"error":"\"args\" must be a list*)"},
       {"argument left out", R"({"call":"Encode","args":[null]})", R"({"error":"449 - *)"},
       {"outside the code page", R"({"call":"Encode","args":["\u4e2d"]})", R"({"error":"a text holds a character*)"},
-      {"beyond 32 bits", R"({"call":"Encode","args":[2147483648]})", R"({"error":"2147483648 is not a whole number*)"},
       {"beyond 64 bits", R"({"call":"Encode","args":[18446744073709551616]})",
        R"({"error":"1.8*is not a whole number*)"},
       {"beyond 64 bits", R"({"call":"Encode","args":[18446744073709551615]})",
@@ -127,7 +123,6 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
       {"no such day", R"({"call":"Encode","args":[{"Date":"2026-02-30"}]})",
        R"({"error":"\"2026-02-30\" is not a date*)"},
       {"unknown type", R"({"call":"Encode","args":[{"Single":1}]})", R"({"error":"unknown type \"Single\""})"},
-      {"list as argument", R"({"call":"Encode","args":[[]]})", R"({"error":"a list is not a value"})"},
       {"bad Base64", R"({"call":"OnStartPage","args":[{"context":{"body":"QUJ"}}]})",
        R"({"error":"the context's body*)"},
       {"context without body", R"({"call":"OnStartPage","args":[{"context":{}}]})",

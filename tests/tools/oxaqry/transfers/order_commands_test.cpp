@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tuple>
 #include <utility>
 
 #include "tests/tools/oxaqry/scripted_archive.h"
@@ -58,27 +57,7 @@ TEST(OrdersCommand, SetsAStatus) {
     EXPECT_EQ(archive.Run({"orders", "set", "T1", text}).status, 1) << text;
     EXPECT_EQ(archive.Run({"orders", "set", text, "open"}).status, 1) << text;
   }
-  EXPECT_EQ(archive.Run({"orders", "set", "T1"}).status, 2);
   EXPECT_EQ(archive.Commands().size(), 2U);
-  ScriptedArchive refusing({{"UpdateFahrauftraegeStatus", ScriptedArchive::Error("No such order")}});
-  EXPECT_EQ(refusing.Run({"orders", "set", "T1", "open"}).err, "oxaqry: No such order\n");
-}
-
-TEST(PrintHitsCommand, ReportsWhyNothingWasPrinted) {
-  using Case = std::tuple<const char*, ScriptedArchive::Reply, ScriptedArchive::Reply, const char*>;
-  const auto hits = ScriptedArchive::Lines({"0", "", "0", "^0^", "^Ref^"});
-  for (const auto& [name, query, print, message] :
-       {Case{"the query fails", ScriptedArchive::Error("No such word"), hits, "No such word"},
-        Case{"no title row", ScriptedArchive::Lines({"0", "", "0", "^0^"}), hits, "gave no usable answer"},
-        Case{"printing fails", hits, ScriptedArchive::Error("Out of paper"), "Out of paper"},
-        Case{"no file", hits, ScriptedArchive::Lines({"0"}), "there is no such content"}}) {
-    ScriptedArchive archive({{"QueryArchive", query}, {"PrintHitlistPDF", print}});
-    const TemporaryDirectory target;
-    const ToolRun run = archive.Run({"print-hits", "q", "-o", target.path()});
-    EXPECT_EQ(run.status, 1) << name;
-    EXPECT_THAT(run.err, HasSubstr(message)) << name;
-    EXPECT_THAT(NamesIn(target.path()), IsEmpty()) << name;
-  }
 }
 
 }  // namespace
