@@ -1,17 +1,9 @@
 #include "tools/oxaqry/command_line.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <map>
-#include <string>
 #include <tuple>
-#include <vector>
 
-#include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/oxaqry/cli/text.h"
-#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {

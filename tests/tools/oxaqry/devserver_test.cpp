@@ -1,18 +1,11 @@
 // The commands that need a query server, against the development archive server.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <map>
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "tests/support/temporary_directory.h"
 #include "tests/tools/devserver/wire_client.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/devserver/archive/sample_archive.h"
 #include "tools/oxaqry/cli/text.h"
-#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -38,9 +31,7 @@ class SampleServer : public devserver::RunningServer {
                      input);
   }
   Json Document(const std::vector<std::string>& arguments, const std::string& input = "") const {
-    const ToolRun run = Command(arguments, input);
-    EXPECT_EQ(run.status, 0) << run.err;
-    return Json::parse(run.out, nullptr, false);
+    return JsonOf(Command(arguments, input));
   }
 };
 

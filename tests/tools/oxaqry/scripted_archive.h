@@ -2,19 +2,12 @@
 #ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_SCRIPTED_ARCHIVE_H_
 #define OXAQRYCLN_TESTS_TOOLS_OXAQRY_SCRIPTED_ARCHIVE_H_
 
-#include <gtest/gtest.h>
-
 #include <functional>
-#include <map>
 #include <mutex>
-#include <string>
-#include <vector>
 
 #include "tests/support/scripted_server.h"
-#include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
 #include "tools/oxaqry/cli/text.h"
-#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 
