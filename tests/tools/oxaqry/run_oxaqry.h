@@ -2,6 +2,8 @@
 #ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_
 #define OXAQRYCLN_TESTS_TOOLS_OXAQRY_RUN_OXAQRY_H_
 
+#include <gmock/gmock.h>
+
 #include <map>
 #include <sstream>
 #include <string>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "tests/support/temporary_directory.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/command_line.h"
 
 namespace oxaqrycln::oxaqry {
@@ -44,6 +47,11 @@ inline ToolRun RunOxaqry(const std::vector<std::string>& arguments,
   run.out = out.str();
   run.err = buffer.str();
   return run;
+}
+
+inline Json JsonOf(const ToolRun& run) {
+  EXPECT_EQ(run.status, 0) << run.err;
+  return Json::parse(run.out, nullptr, false);
 }
 
 }  // namespace oxaqrycln::oxaqry

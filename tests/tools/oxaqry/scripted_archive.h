@@ -2,19 +2,12 @@
 #ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_SCRIPTED_ARCHIVE_H_
 #define OXAQRYCLN_TESTS_TOOLS_OXAQRY_SCRIPTED_ARCHIVE_H_
 
-#include <gtest/gtest.h>
-
-#include <atomic>
 #include <functional>
-#include <map>
 #include <mutex>
-#include <string>
-#include <vector>
 
 #include "tests/support/scripted_server.h"
-#include "tests/support/temporary_directory.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/oxaqry/cli/value_json.h"
+#include "tools/oxaqry/cli/text.h"
 
 namespace oxaqrycln::oxaqry {
 
@@ -22,11 +15,7 @@ using Fields = std::vector<std::string>;
 
 // The fields of a request from its command word on.
 inline Fields CommandFields(const std::string& request) {
-  Fields fields;
-  const std::string text = "," + request + ",";
-  for (std::size_t from = 2, end = 0; (end = text.find("^,", from)) != std::string::npos; from = end + 3) {
-    fields.push_back(text.substr(from, end - from));
-  }
+  const Fields fields = SplitColumns(request);
   return fields.size() < 3 ? Fields{} : Fields(fields.begin() + 3, fields.end());
 }
 
@@ -73,8 +62,7 @@ class ScriptedArchive {
     return commands;
   }
 
-  TemporaryDirectory blobs;               // the local blob directory
-  std::atomic<bool> closesFirst = false;  // ends a connection when it has replied
+  TemporaryDirectory blobs;  // the local blob directory
 
  private:
   // A file follows its request at once, so that the end of the request has to be looked for.
@@ -96,7 +84,7 @@ class ScriptedArchive {
     const auto reply = fields.empty() ? replies_.end() : replies_.find(fields.front());
     if (reply == replies_.end()) return;
     reply->second(peer, fields, blobs);
-    if (!closesFirst) peer.WaitForClose();
+    peer.WaitForClose();
   }
 
   const std::map<std::string, Reply> replies_;

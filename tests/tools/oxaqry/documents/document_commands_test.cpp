@@ -1,8 +1,7 @@
 #include "tools/oxaqry/cli/command_families.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <algorithm>
+#include <cstdlib>
 #include <tuple>
 
 #include "tests/tools/oxaqry/scripted_archive.h"
@@ -37,23 +36,19 @@ TEST(ShowCommand, MarksHitsOnATerminalOnly) {
   const std::string unmarked = "two oak\nshelves, \uFFFD[2J please\n";
   const std::string marked = "two \x1B[1;7moak\x1B[0m\n\x1B[1;7mshelves\x1B[0m, \uFFFD[2J please\n";
   const std::string ownMarks = "two <oak\nshelves>, \uFFFD[2J please\n";
-  struct Case {
-    const char* name;
-    std::vector<std::string> options;
-    Terminals terminals;
-    std::map<std::string, std::string> environment;
-    std::string shown;
-  };
-  for (const Case& each : {Case{"no terminal", {}, {}, {}, unmarked}, Case{"terminal", {}, {.out = true}, {}, marked},
-                           Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, unmarked},
-                           Case{"empty NO_COLOR", {}, {.out = true}, {{"NO_COLOR", ""}}, marked},
-                           Case{"other marks", {"--mark-on", "<", "--mark-off", ">"}, {.out = true}, {}, ownMarks}}) {
-    SCOPED_TRACE(each.name);
+  using Case =
+      std::tuple<const char*, std::vector<std::string>, Terminals, std::map<std::string, std::string>, std::string>;
+  for (const auto& [name, options, terminals, environment, shown] :
+       {Case{"no terminal", {}, {}, {}, unmarked}, Case{"terminal", {}, {.out = true}, {}, marked},
+        Case{"no color", {}, {.out = true}, {{"NO_COLOR", "1"}}, unmarked},
+        Case{"empty NO_COLOR", {}, {.out = true}, {{"NO_COLOR", ""}}, marked},
+        Case{"other marks", {"--mark-on", "<", "--mark-off", ">"}, {.out = true}, {}, ownMarks}}) {
+    SCOPED_TRACE(name);
     ScriptedArchive archive(OakShelves());
-    const ToolRun run = archive.Run(Joined({"show", "Mail/Inbox/7/2", "--query", "oak"}, each.options), "",
-                                    each.terminals, each.environment);
+    const ToolRun run =
+        archive.Run(Joined({"show", "Mail/Inbox/7/2", "--query", "oak"}, options), "", terminals, environment);
     EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_THAT(run.out, HasSubstr("\n--- Segment 1: text ---\n" + each.shown));
+    EXPECT_THAT(run.out, HasSubstr("\n--- Segment 1: text ---\n" + shown));
     EXPECT_THAT(run.out, HasSubstr("\n--- Segment 2: Käse ---\nplain\n"));
     EXPECT_THAT(run.out, HasSubstr("\n--- Note 1 ---\nmia,16.11.2026,Called,\nanswered\n"));
   }
@@ -80,9 +75,6 @@ TEST(ShowCommand, ReportsAMalformedSegment) {
   const ToolRun run = malformed.Run({"show", "Mail/Inbox/7"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out + run.err, ::testing::StartsWith("oxaqry: segment 1 of the answer is malformed"));
-
-  ScriptedArchive unknown({{"GetDocumentInfo", ScriptedArchive::Error("There is no document '8'")}});
-  EXPECT_EQ(unknown.Run({"show", "Mail/Inbox/8"}).err, "oxaqry: There is no document '8'\n");
 }
 
 TEST(NoteCommands, SendTheNoteWithNetworkLineEnds) {
@@ -125,20 +117,21 @@ struct Importing {
 TEST(CreateCommand, WritesAnImportFileAndDeletesItAfterwards) {
   Importing importing;
   ScriptedArchive archive(importing.Replies("1301,1"));
-  const std::vector<std::string> create{"create", "--channel", "Büro", "--archive",  "A", "--title", "Grüße", "--field",
-                                        "1:7",    "--field",   "2:9",  "--contents", "-"};
+  const std::vector<std::string> create{"create",  "--channel",  "Büro",    "--archive", "A/100%",
+                                        "--title", "Grüße",      "--field", "1:7",       "--field",
+                                        "2:9",     "--contents", "-"};
   const ToolRun run = archive.Run(create, "\xEF\xBB\xBFKäse\n");
-  EXPECT_EQ(run.out, "Created Büro/A/1301/1\n") << run.err;
+  EXPECT_EQ(run.out, "Created Büro/A%2F100%25/1301/1\n") << run.err;
   EXPECT_EQ(importing.content,
-            "@DB,$(#B\xFCro)\\A\r\n@FOLDER,FT:Gr\xFC\xDF"
+            "@DB,$(#B\xFCro)\\A/100%\r\n@FOLDER,FT:Gr\xFC\xDF"
             "e,1:7,2:9\r\nK\xE4se\n\r\n");
   EXPECT_THAT(importing.path, ::testing::StartsWith("D:\\blobs\\oxaqry-"));
   EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 
   const auto raw = Joined(create, {"--charset", "UTF8", "--import-file", archive.blobs.File("kept"), "--json"});
   EXPECT_EQ(Json::parse(archive.Run(raw, "Käse中").out, nullptr, false),
-            Json::parse(R"({"name":"Büro/A/1301/1","idVersion":"1301,1"})"));
-  EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
+            Json::parse(R"({"name":"Büro/A%2F100%25/1301/1","idVersion":"1301,1"})"));
+  EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A/100%\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
   EXPECT_EQ(importing.path, "D:\\blobs\\kept");
   EXPECT_EQ(archive.blobs.Read("kept"), importing.content);
   EXPECT_THAT(archive.Run(raw, "again").err, HasSubstr("exists"));
@@ -148,13 +141,10 @@ TEST(CreateCommand, WritesAnImportFileAndDeletesItAfterwards) {
 
 TEST(CreateCommand, LeavesNothingWhenTheServerRefuses) {
   ScriptedArchive archive({{"CreateDocument", ScriptedArchive::Error("No rights")}});
-  for (const std::vector<std::string>& more :
-       {std::vector<std::string>{}, {"--import-file", archive.blobs.File("i")}}) {
-    const std::vector<std::string> create{"create",  "--channel", "M",          "--archive", "A",
-                                          "--title", "t",         "--contents", "-"};
-    EXPECT_EQ(archive.Run(Joined(create, more)).err, "oxaqry: No rights\n");
-    EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
-  }
+  const ToolRun run = archive.Run({"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", "-",
+                                   "--import-file", archive.blobs.File("i")});
+  EXPECT_EQ(run.err, "oxaqry: No rights\n");
+  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 }
 
 TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
@@ -170,10 +160,9 @@ TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
 }
 
 TEST(DeleteCommand, AsksOnATerminal) {
-  using Case = std::tuple<const char*, const char*, bool>;
-  for (const auto& [name, input, isDeleted] : {Case{"yes", "y\n", true}, Case{"no", "n\n", false},
-                                               Case{"a mere return", "\n", false}, Case{"end of input", "", false}}) {
-    SCOPED_TRACE(name);
+  for (const char* const input : {"y\n", "n\n", "\n", ""}) {
+    SCOPED_TRACE(input);
+    const bool isDeleted = *input == 'y';
     ScriptedArchive archive(
         {{"DeleteDocument", ScriptedArchive::Lines({})}, {"DeleteNotes", ScriptedArchive::Lines({})}});
     const ToolRun one = archive.Run({"delete", "Mail/Inbox/7/2"}, input, {.in = true});
@@ -184,6 +173,68 @@ TEST(DeleteCommand, AsksOnATerminal) {
     const std::vector<std::string> commands{"DeleteDocument|Mail|Inbox|7|2", "DeleteNotes|Mail|Inbox|7|"};
     EXPECT_EQ(archive.Commands(), isDeleted ? commands : std::vector<std::string>{});
   }
+}
+
+// Hits with these amounts and the numbers 0, 1, ... as document ids.
+ScriptedArchive::Reply Amounts(const std::vector<std::string>& amounts) {
+  std::vector<std::string> lines{std::to_string(amounts.size()), "", "0", "^0^,^0^,^0^,^0^,^512^,^0^",
+                                 "^^,^^,^^,^Title^,^Betr\xE4ge^,^Title^"};
+  for (std::size_t i = 0; i < amounts.size(); ++i) {
+    lines.push_back("^$(#Mail)\\Inbox^,^" + std::to_string(i) + "^,^1^,^T^,^" + amounts[i] + "^,^T^");
+  }
+  return ScriptedArchive::Lines(lines);
+}
+
+// The document ids of a search in the order they are shown in.
+std::vector<std::string> Shown(ScriptedArchive& archive, const std::string& order) {
+  const ToolRun run = archive.Run({"search", "x", "--json", "--sort", order});
+  EXPECT_EQ(run.status, 0) << run.err;
+  std::vector<std::string> ids;
+  const Json list = Json::parse(run.out, nullptr, false);
+  for (const Json& hit : list["hits"]) ids.push_back(hit["document"]);
+  return ids;
+}
+
+TEST(SearchCommand, SortsAnyHitsInTheDirectionThatWasAskedFor) {
+  const std::vector<std::string> values{"", "9", "10"};
+  const auto valueOf = [](const std::string& amount) { return amount.empty() ? -1 : std::atoi(amount.c_str()); };
+  for (unsigned number = 0; number < 40; ++number) {  // all lists of up to three values
+    std::vector<std::string> amounts;
+    for (unsigned rest = number; rest > 0; rest = (rest - 1) / 3) amounts.push_back(values[(rest - 1) % 3]);
+    std::vector<std::string> ids;
+    for (std::size_t i = 0; i < amounts.size(); ++i) ids.push_back(std::to_string(i));
+    const auto value = [&](const std::string& id) { return valueOf(amounts[std::stoul(id)]); };
+    ScriptedArchive archive({{"QueryArchive", Amounts(amounts)}});
+    std::ranges::stable_sort(ids, std::ranges::less(), value);
+    EXPECT_EQ(Shown(archive, "2"), ids) << number;
+    std::ranges::sort(ids);
+    std::ranges::stable_sort(ids, std::ranges::greater(), value);
+    EXPECT_EQ(Shown(archive, "2:desc"), ids) << number;
+  }
+}
+
+TEST(SearchCommand, FindsTheColumnByTitleOrNumber) {
+  ScriptedArchive archive({{"QueryArchive", Amounts({"2", "3", "1"})}});
+  EXPECT_THAT(Shown(archive, "Beträge"), ElementsAre("2", "0", "1"));
+  EXPECT_THAT(Shown(archive, "BETRÄGE:desc"), ElementsAre("1", "0", "2"));
+  EXPECT_THAT(Shown(archive, "1"), ElementsAre("0", "1", "2"));
+  EXPECT_THAT(archive.Run({"search", "x", "--sort", "2"}).out, HasSubstr("Mail     Inbox    2         1        T"));
+  EXPECT_EQ(archive.Commands().back(), "QueryArchive|x|100|1000||||");
+}
+
+TEST(SearchCommand, NamesTheColumnsWhenItCannotSort) {
+  ScriptedArchive archive({{"QueryArchive", Amounts({})}});
+  ScriptedArchive empty({{"QueryArchive", ScriptedArchive::Lines({"0", "", "0", "^0^"})}});
+  const std::string columns = "1 Title, 2 Beträge, 3 Title\n";
+  for (const char* const order : {"Price", "", ":desc", "0", "4", "-1", "99999999999999999999", "Beträge:asc", "Ж"}) {
+    const ToolRun run = archive.Run({"search", "x", "--sort", order});
+    EXPECT_EQ(run.status, 1) << order;
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_THAT(run.err, HasSubstr("to sort by; the columns are " + columns)) << order;
+  }
+  EXPECT_THAT(archive.Run({"search", "x", "--sort", "title"}).err,
+              HasSubstr("several columns \"title\": give the number of one; the columns are " + columns));
+  EXPECT_THAT(empty.Run({"search", "x", "--sort", "Price"}).out, HasSubstr("Showing 0 of 0 hits"));
 }
 
 }  // namespace

@@ -58,8 +58,6 @@ TEST(Session, KeepsNamedInstancesApart) {
       {"a is gone", R"({"get":[],"on":"a"})", R"({"error":"there is no instance \"a\""})"},
       {"drop q", R"({"drop":"q"})", R"({"ok":true})"},
       {"q is gone", R"({"call":"HelloWorld"})", R"({"error":"there is no instance \"q\""})"},
-      {"q anew", R"({"new":"q"})", R"({"ok":true})"},
-      {"q answers", R"({"call":"helloworld"})", R"({"result":"Hello World!","type":"String","refs":[]})"},
   });
 }
 
@@ -75,25 +73,18 @@ TEST(Session, CarriesEveryTypeThroughVariables) {
        R"("lngRequestTimeout":{"type":"Long","value":-5},"strTELOUser":{"type":"String","value":"255"},)"
        R"("strTELOPwd":{"type":"String","value":"1.5"},)"
        R"("datUserLoginTime":{"type":"Date","value":"2026-11-15T20:31:07"}}})"},
-      {"null is an error", R"({"set":{"strUserName":{"Null":true}}})", R"({"error":"94 - Invalid use of Null"})"},
-      {"text as number", R"({"set":{"lngRequestTimeout":"7"}})", R"({"ok":true})"},
       {"no number", R"({"set":{"lngRequestTimeout":"x"}})", R"({"error":"13 - Type mismatch"})"},
   });
 }
 
 TEST(Session, PassesVariablesByReference) {
   ExpectExchanges({
-      {"left out", R"({"call":"TELOGetAllArchivesExtNext"})", R"({"result":-1,"type":"Integer","refs":[]})"},
       {"written", R"({"call":"TELOGetAllArchivesExtNext","args":[{"ref":null},{"ref":"x"}]})",
        R"({"result":-1,"type":"Integer","refs":[{"type":"String","value":""},{"type":"String","value":""}]})"},
       {"only the second", R"({"call":"TELOGetAllArchivesExtNext","args":[null,{"ref":7}]})",
        R"({"result":-1,"type":"Integer","refs":[{"type":"String","value":""}]})"},
       {"untouched keeps its type", R"({"call":"TELOGetChannelsNext","args":[{"ref":{"Byte":9}}]})",
        R"({"result":"","type":"String","refs":[{"type":"Byte","value":9}]})"},
-      {"starts Empty", R"({"call":"TELOGetChannelsNext","args":[{"ref":null}]})",
-       R"({"result":"","type":"String","refs":[{"type":"Empty","value":null}]})"},
-      {"Null", R"({"call":"TELOGetChannelsNext","args":[{"ref":{"Null":true}}]})",
-       R"({"result":"","type":"String","refs":[{"type":"Null","value":null}]})"},
       {"Boolean result", R"({"call":"Init","args":[false]})", R"({"result":true,"type":"Boolean","refs":[]})"},
       {"no result", R"({"call":"OnEndPage"})", R"({"result":null,"type":"Empty","refs":[]})"},
       {"context", R"({"call":"OnStartPage","args":[{"context":{"body":"QUJDRA=="}}]})",
@@ -107,26 +98,19 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
   const std::string unknownMethod = R"({"error":"there is no method *)";
   ExpectExchanges({
       {"no JSON", "hello", R"({"error":"the line is not JSON*)"},
-      {"empty line", "", R"({"error":"the line is not JSON*)"},
       {"invalid UTF-8", "{\"call\":\"\xC3(\"}", R"({"error":"the line is not JSON*)"},
-      {"number beyond double", R"({"set":{"strUserName":1e999}})", R"({"error":"the line is not JSON*)"},
       {"no object", "[1]", R"({"error":"the line is not a JSON object"})"},
       {"nested too deeply", deep, R"({"error":"the line is nested too deeply"})"},
       {"nothing asked", "{}", R"({"error":"the line asks for nothing*)"},
       {"unknown member", R"({"call":"HelloWorld","arg":[]})", R"({"error":"unknown member \"arg\""})"},
-      {"two requests", R"({"new":"a","drop":"a"})", R"({"error":"unknown member \"drop\""})"},
       {"unknown method", R"({"call":"Nothing"})", unknownMethod},
       {"property called", R"({"call":"RemoteHosts","args":["h,1"]})", unknownMethod},
-      {"private name", R"({"call":"~clsQuery"})", unknownMethod},
       {"unknown variable", R"({"set":{"strX":""}})", R"({"error":"there is no public variable \"strX\""})"},
       {"write-only", R"({"get":["RemoteHosts"]})", R"({"error":"there is no readable public variable*)"},
       {"set to null", R"({"set":{"strUserName":null}})", R"({"error":"\"strUserName\" needs a value"})"},
-      {"names are no text", R"({"get":[1]})", R"({"error":"a variable's name must be a text"})"},
       {"args are no list", R"({"call":"HelloWorld","args":{}})", R"({"error":"\"args\" must be a list*)"},
-      {"too many arguments", R"({"call":"HelloWorld","args":[1]})", R"({"error":"450 - Wrong number of arguments*)"},
       {"argument left out", R"({"call":"Encode","args":[null]})", R"({"error":"449 - *)"},
       {"outside the code page", R"({"call":"Encode","args":["\u4e2d"]})", R"({"error":"a text holds a character*)"},
-      {"beyond 32 bits", R"({"call":"Encode","args":[2147483648]})", R"({"error":"2147483648 is not a whole number*)"},
       {"beyond 64 bits", R"({"call":"Encode","args":[18446744073709551616]})",
        R"({"error":"1.8*is not a whole number*)"},
       {"beyond 64 bits", R"({"call":"Encode","args":[18446744073709551615]})",
@@ -137,8 +121,6 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
       {"no such day", R"({"call":"Encode","args":[{"Date":"2026-02-30"}]})",
        R"({"error":"\"2026-02-30\" is not a date*)"},
       {"unknown type", R"({"call":"Encode","args":[{"Single":1}]})", R"({"error":"unknown type \"Single\""})"},
-      {"list as argument", R"({"call":"Encode","args":[[]]})", R"({"error":"a list is not a value"})"},
-      {"reference to a reference", R"({"call":"Encode","args":[{"ref":{"ref":1}}]})", R"({"error":"unknown type*)"},
       {"bad Base64", R"({"call":"OnStartPage","args":[{"context":{"body":"QUJ"}}]})",
        R"({"error":"the context's body*)"},
       {"context without body", R"({"call":"OnStartPage","args":[{"context":{}}]})",
@@ -147,16 +129,11 @@ TEST(Session, AnswersWhatIsWrongAndGoesOn) {
   });
 }
 
-TEST(Session, RefusesAnEndlessLineWithoutKeepingIt) {
-  const std::string tooLong = "\"" + std::string(kMaxLineBytes, 'x') + "\"\n";
-  EXPECT_THAT(Answers(tooLong + R"({"call":"HelloWorld"})"),
-              ElementsAre(R"({"error":"the line is longer than 64 MiB"})", HasSubstr("Hello World!")));
-}
-
-TEST(Session, ReadsLinesLongerThanItsBufferAndALastOneWithoutAnEnd) {
+TEST(Session, ReadsLongLinesAndALastOneWithoutAnEndButNoEndlessOne) {
   const std::string name(200000, 'n');
-  EXPECT_THAT(Answers(R"({"set":{"strUserName":")" + name + "\"}}\r\n" + R"({"get":["strUserName"]})"),
-              ElementsAre(R"({"ok":true})", HasSubstr(name)));
+  const std::string tooLong = "\"" + std::string(kMaxLineBytes, 'x') + "\"\n";
+  EXPECT_THAT(Answers(tooLong + R"({"set":{"strUserName":")" + name + "\"}}\r\n" + R"({"get":["strUserName"]})"),
+              ElementsAre(R"({"error":"the line is longer than 64 MiB"})", R"({"ok":true})", HasSubstr(name)));
 }
 
 TEST(Session, EndsWhenNobodyReadsItsAnswers) {

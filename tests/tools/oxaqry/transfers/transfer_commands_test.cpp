@@ -1,7 +1,5 @@
 #include "tools/oxaqry/cli/command_families.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -18,21 +16,30 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-TEST(FetchCommand, MovesTheContentThatWasAskedFor) {
+// "fetch" and the other commands that fetch a file.
+TEST(FetchCommands, MoveTheContentThatWasAskedFor) {
   using Case = std::tuple<const char*, std::vector<std::string>, std::string>;
-  for (const auto& [name, options, command] :
-       {Case{"no option", {}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
-        Case{"first", {"--first"}, "GetSegmentFirstBLOB|M|A|7|2||D:\\blobs"},
-        Case{"first of an extension", {"--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
-        Case{"segment", {"--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
-        Case{"print", {"--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
-        Case{"pages", {"--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"}}) {
+  for (const auto& [name, arguments, command] :
+       {Case{"no option", {"fetch", "x y/A%2fB%/%252F"}, "GetSegmentFirstBLOB|x y|A/B%|%2F|||D:\\blobs"},
+        Case{"extension", {"fetch", "M/A/7/2", "--first", "pdf"}, "GetSegmentFirstBLOB|M|A|7|2|pdf|D:\\blobs"},
+        Case{"segment", {"fetch", "M/A/7/2", "--segment", "3"}, "GetSegmentData|M|A|7|2|3|D:\\blobs"},
+        Case{"print", {"fetch", "M/A/7/2", "--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
+        Case{"pages", {"fetch", "M/A/7/2", "--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"},
+        Case{"orders", {"orders", "tiff", "T1", "T2"}, "GetFahrauftraegeMultiTIFF|T1,T2|D:\\blobs"},
+        Case{"hits", {"print-hits", "q"}, "PrintHitlistPDF|q|^Ref|Doc^\r\n^r|1^|D:\\blobs"},
+        Case{"hits with a title",
+             {"print-hits", "q", "--title", "\u00C4pfel"},
+             "PrintHitlistPDF|\xC4pfel|^Ref|Doc^\r\n^r|1^|D:\\blobs"}}) {
     SCOPED_TRACE(name);
-    ScriptedArchive archive({{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")}});
+    ScriptedArchive archive(
+        {{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")},
+         {"QueryArchive", ScriptedArchive::Lines({"1", "", "0", "^0^,^0^", "^Ref^,^Doc^", "^r^,^1^"})}});
     const TemporaryDirectory target;
-    const ToolRun run = archive.Run(Joined({"fetch", "M/A/7/2", "-o", target.path()}, options));
-    EXPECT_EQ(run.out, "Fetched " + target.File("scan 1.tif") + " (7 bytes)\n") << run.err;
-    EXPECT_THAT(archive.Commands(), ElementsAre(command));
+    const ToolRun run = archive.Run(Joined(arguments, {"-o", target.path()}));
+    EXPECT_EQ(run.out, (arguments[0] == "print-hits" ? "Printed 1 hit to " : "Fetched ") + target.File("scan 1.tif") +
+                           " (7 bytes)\n")
+        << run.err;
+    EXPECT_EQ(archive.Commands().back(), command);
     EXPECT_EQ(target.Read("scan 1.tif"), "content");
     EXPECT_THAT(NamesIn(target.path()), ElementsAre("scan 1.tif"));
     EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
@@ -92,17 +99,7 @@ TEST(TransferCommand, ReceivesIntoTheBlobDirectoryOrElsewhere) {
   EXPECT_EQ(Json::parse(run.out, nullptr, false), (Json{{"file", target.File("t")}, {"bytes", 7}})) << run.err;
   EXPECT_EQ(target.Read("t"), "content");
   EXPECT_EQ(archive.blobs.Read("scan.tif"), "old");
-  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "7", "--force"}).status, 0);
-  EXPECT_EQ(archive.blobs.Read("scan.tif"), "content");
-  EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("scan.tif"));
   EXPECT_THAT(NamesIn(target.path()), ElementsAre("t"));
-}
-
-TEST(TransferCommand, LeavesNothingOfAFileThatIsCut) {
-  ScriptedArchive archive({{"TransferBLOB", ScriptedArchive::Sends("half")}});
-  archive.closesFirst = true;
-  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "8"}).status, 1);
-  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 }
 
 TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {
@@ -224,6 +221,52 @@ TEST(TransferCommands, ShowTheirProgressOnATerminalOnly) {
   const ToolRun sent = upload.Run({"upload", source.File("f.bin")}, "", {.err = true}, {}, &started);
   EXPECT_EQ(sent.status, 0) << sent.err;
   EXPECT_THAT(sent.err, ::testing::ContainsRegex("f.bin  .#+[.]+.  [0-9.]+ MB of 40.0 MB"));
+}
+
+const ScriptedArchive::Reply kOrders = ScriptedArchive::Lines(
+    {"^T1^,^open^,^7^,^2^,^Br\xFCgge^,^a,b^", "^T2^,^loaded^,^8^,^1^", "^T\x1B\x7F\x9D^,^OPEN^,^9^,^1^,^^"});
+
+TEST(OrdersCommand, ListsOrdersAsTableAndJson) {
+  ScriptedArchive archive({{"QueryFahrauftraege", kOrders}});
+  EXPECT_EQ(archive.Run({"orders", "list"}).out,
+            "Order  Status  Document  Version\n"
+            "-----  ------  --------  -------  ------  ---\n"
+            "T1     open    7         2        Brügge  a,b\n"
+            "T2     loaded  8         1\n"
+            "T\uFFFD\uFFFD\uFFFD   OPEN    9         1\n");
+  const Json list = Json::parse(archive.Run({"orders", "list", "to:b\u00FCgge", "--max", "7", "--json"}).out)["orders"];
+  ASSERT_EQ(list.size(), 3U);
+  EXPECT_EQ(
+      list[0],
+      (Json{{"order", "T1"}, {"status", "open"}, {"document", "7"}, {"version", "2"}, {"columns", {"Brügge", "a,b"}}}));
+  EXPECT_EQ(list[1]["columns"], Json::array());
+  EXPECT_THAT(archive.Commands(), ElementsAre("QueryFahrauftraege|*|100", "QueryFahrauftraege|to:b\xFCgge|7"));
+}
+
+TEST(OrdersCommand, SelectsTheOrdersOfAStatus) {
+  ScriptedArchive archive({{"QueryFahrauftraege", kOrders}});
+  using Case = std::pair<std::vector<std::string>, std::size_t>;
+  for (const auto& [options, count] : {Case{{"--status", "Open"}, 2}, Case{{"--status", "open", "--max", "1"}, 1},
+                                       Case{{"--status", "open", "--max", "0"}, 2}, Case{{"--status", "lost"}, 0}}) {
+    const ToolRun run = archive.Run(Joined({"orders", "list", "q", "--json"}, options));
+    EXPECT_EQ(Json::parse(run.out)["orders"].size(), count) << options.back();
+  }
+  // A limit sent to the server would count orders of other statuses.
+  EXPECT_EQ(archive.Commands().back(), "QueryFahrauftraege|q|2147483647");
+}
+
+TEST(OrdersCommand, SetsAStatus) {
+  ScriptedArchive archive({{"UpdateFahrauftraegeStatus", ScriptedArchive::Lines({})}});
+  EXPECT_EQ(archive.Run({"orders", "set", "T1", "verz\u00F6gert"}).out, "Set the status of T1 to verzögert\n");
+  EXPECT_EQ(Json::parse(archive.Run({"orders", "set", "T1", "x", "--json"}).out),
+            (Json{{"order", "T1"}, {"status", "x"}, {"done", true}}));
+  EXPECT_THAT(archive.Commands(),
+              ElementsAre("UpdateFahrauftraegeStatus|T1|verz\xF6gert", "UpdateFahrauftraegeStatus|T1|x"));
+  for (const char* text : {"a^,^b", "\u4E2D"}) {
+    EXPECT_EQ(archive.Run({"orders", "set", "T1", text}).status, 1) << text;
+    EXPECT_EQ(archive.Run({"orders", "set", text, "open"}).status, 1) << text;
+  }
+  EXPECT_EQ(archive.Commands().size(), 2U);
 }
 
 }  // namespace

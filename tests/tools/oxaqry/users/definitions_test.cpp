@@ -19,10 +19,6 @@ class SampleDatabase : public UserTestDatabase {
     Must({"add", "Sales", "--group"});
     Must({"grant", "anna", "--group", "Sales"});
   }
-  ToolRun Outline(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), "outline");
-    return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}});
-  }
 };
 
 TEST_P(DefinitionCommands, GrantedDefinitionsRestrictTheUser) {
@@ -42,7 +38,6 @@ TEST_P(DefinitionCommands, GrantedDefinitionsRestrictTheUser) {
       "userId":1,"name":"anna","channel":"Finance","archive":"Orders",
       "fixedValues":[{"field":12,"value":"Papierm\u00FChle \u00C4hrental"}],
       "hiddenFields":[15],"noMatchcodeFields":[11,15]})"));
-  EXPECT_EQ(rights("search-rights", "Mail/Inbox")["hiddenFields"], Json::array());
   EXPECT_EQ(database.User({"doc-rights", "Sales", "Mail", "Inbox"}).out,
             "Definition  Field  Operator  Value            Type\n"
             "----------  -----  --------  ---------------  ----\n"
@@ -54,24 +49,6 @@ TEST_P(DefinitionCommands, GrantedDefinitionsRestrictTheUser) {
   EXPECT_EQ(rights("doc-rights", "Mail/Inbox")["conditions"].size(), 1U);  // that of the group
 }
 
-TEST_P(DefinitionCommands, RefuseMissingDefinitionsAndNamesThatBreakLists) {
-  const SampleDatabase database(GetParam());
-  using Case = std::tuple<std::vector<std::string>, int, const char*>;
-  for (const auto& [arguments, status, message] : {
-           Case{{"grant", "anna", "--search-right", "1", "--doc-right", "7"}, 1, "there is no doc-right 7"},
-           Case{{"grant", "anna", "--doc-right", "1", "--search-right", "7"}, 1, "there is no search-right 7"},
-           Case{{"grant", "anna", "--doc-right", "1 OR 1=1"}, 2, "whole number"},
-           Case{{"doc-rights", "bert", "Finance/Invoices"}, 1, "there is no user \"bert\""},
-           Case{{"doc-rights", "anna", "Finance"}, 2, "CHANNEL/ARCHIVE"},
-           Case{{"doc-rights", "anna", "Fin'ance/Invoices"}, 1, "the channel contains a single quote"},
-           Case{{"search-rights", "anna", "Finance/In^voices"}, 1, "the archive contains \"^\""},
-           Case{{"search-rights", "anna", "Finance/\n"}, 1, "control character"},
-       }) {
-    ExpectError(database.User(arguments), status, message);
-    EXPECT_EQ(database.Count("UserDocRights") + database.Count("UserSearchRights"), 0);
-  }
-}
-
 TEST_P(DefinitionCommands, ReportStoredTextsThatBreakLists) {
   const SampleDatabase database(GetParam());
   database.Must({"grant", "anna", "--doc-right", "2", "--search-right", "2"});
@@ -79,19 +56,19 @@ TEST_P(DefinitionCommands, ReportStoredTextsThatBreakLists) {
     database.Run("UPDATE DocRightFields SET Val='" + value + "'; UPDATE SearchRightFields SET Val='" + value +
                  "'; UPDATE Outliner SET DisplayName='" + value + "'");
     for (const ToolRun& run : {database.User({"doc-rights", "anna", "a/b"}),
-                               database.User({"search-rights", "anna", "a/b"}), database.Outline({"a/b"})}) {
+                               database.User({"search-rights", "anna", "a/b"}), database.Command({"outline", "a/b"})}) {
       ExpectError(run, 1, "contains \"^,^\" or a line end");
     }
   }
 }
 
-TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeToAGivenDepth) {
+TEST_P(DefinitionCommands, OutlineShowsOutlinersTheirTreesAndTheSearchesOfNodes) {
   const SampleDatabase database(GetParam());
-  EXPECT_EQ(database.Outline({"Finance/Invoices"}).out,
+  EXPECT_EQ(database.Command({"outline", "Finance/Invoices"}).out,
             "ID  Outliner\n--  ------------------\n1   Customers by year\n2   Types of documents\n");
-  EXPECT_EQ(JsonOf(database.Outline({"Mail/Inbox", "--json"})),
+  EXPECT_EQ(JsonOf(database.Command({"outline", "Mail/Inbox", "--json"})),
             Json::parse(R"({"channel":"Mail","archive":"Inbox","outliners":[{"id":2,"name":"Types of documents"}]})"));
-  EXPECT_EQ(database.Outline({"1"}).out,
+  EXPECT_EQ(database.Command({"outline", "1"}).out,
             "ID  Node               Description  Field  Expanded  Children\n"
             "--  -----------------  -----------  -----  --------  --------\n"
             "4   B\u00E4ckerei Gr\u00F6\u00DFling  Customer     12     no        2\n"
@@ -100,39 +77,38 @@ TEST_P(DefinitionCommands, OutlineListsOutlinersAndShowsATreeToAGivenDepth) {
             "1   Nordlicht Optik    Customer     12     yes       2\n"
             "2     2025             Year         14     no        0\n"
             "3     2026             Year         14     no        0\n");
-  const Json whole = JsonOf(database.Outline({"2", "--json"}));
-  EXPECT_EQ(whole["outliner"], 2);
+  const Json whole = JsonOf(database.Command({"outline", "2", "--json"}));
   EXPECT_EQ(whole["nodes"].at(1)["nodes"][0], Json::parse(R"({"id":9,"level":2,"field":13,"description":"Type",
       "dataType":"TXT","content":"Fax","expanded":false,"childCount":0,"nodes":[]})"));
-  const Json roots = JsonOf(database.Outline({"2", "--depth", "1", "--json"}));
+  const Json roots = JsonOf(database.Command({"outline", "2", "--depth", "1", "--json"}));
   EXPECT_EQ(roots["nodes"].at(1)["nodes"], Json::array());
-  EXPECT_EQ(roots["nodes"].at(1)["childCount"], 2);
-  database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");  // the circle of 1 and 3 has no root
-  EXPECT_THAT(database.Outline({"1"}).out, Not(HasSubstr("Nordlicht")));
+  EXPECT_EQ(database.Command({"outline", "--expression", "6"}).out,
+            "12:\"B\u00E4ckerei Gr\u00F6\u00DFling\" AND 14:2026\n");
+  EXPECT_EQ(JsonOf(database.Command({"outline", "--expression", "9", "--json"})),
+            (Json{{"node", 9}, {"expression", "13:\"Fax\""}}));
 }
 
-TEST_P(DefinitionCommands, OutlinePrintsTheSearchOfANode) {
+TEST_P(DefinitionCommands, RefuseWhatIsMissingOrMalformed) {
   const SampleDatabase database(GetParam());
-  EXPECT_EQ(database.Outline({"--expression", "6"}).out, "12:\"B\u00E4ckerei Gr\u00F6\u00DFling\" AND 14:2026\n");
-  EXPECT_EQ(JsonOf(database.Outline({"--expression", "9", "--json"})),
-            (Json{{"node", 9}, {"expression", "13:\"Fax\""}}));
-  database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");
+  database.Run("UPDATE OutlinerContent SET ParentID=3 WHERE ID=1");  // the circle of 1 and 3 has no root
+  EXPECT_THAT(database.Command({"outline", "1"}).out, Not(HasSubstr("Nordlicht")));
   using Case = std::tuple<std::vector<std::string>, int, const char*>;
   for (const auto& [arguments, status, message] : {
-           Case{{"--expression", "7"}, 1, "has no search"},
-           Case{{"--expression", "2"}, 1, "parents of outliner node 2 form a circle"},
-           Case{{"--expression", "99"}, 1, "there is no outliner node 99"},
-           Case{{"99"}, 1, "there is no outliner 99"},
-           Case{{"99999999999"}, 2, "or an outliner by its ID"},
-           Case{{"Finance"}, 2, "CHANNEL/ARCHIVE"},
-           Case{{"Finance/Inv'oices"}, 1, "single quote"},
-           Case{{}, 2, "--expression"},
-           Case{{"1", "--expression", "2"}, 2, "excludes"},
-           Case{{"1", "--depth", "0"}, 2, "--depth"},
-           Case{{"--expression", "2 OR 1=1"}, 2, "--expression"},
+           Case{{"user", "grant", "anna", "--doc-right", "1", "--search-right", "7"}, 1, "there is no search-right 7"},
+           Case{{"user", "doc-rights", "anna", "Finance"}, 2, "CHANNEL/ARCHIVE"},
+           Case{{"user", "search-rights", "anna", "Finance/In^voices"}, 1, "the archive contains \"^\""},
+           Case{{"outline", "--expression", "7"}, 1, "has no search"},
+           Case{{"outline", "--expression", "2"}, 1, "parents of outliner node 2 form a circle"},
+           Case{{"outline", "--expression", "99"}, 1, "there is no outliner node 99"},
+           Case{{"outline", "99"}, 1, "there is no outliner 99"},
+           Case{{"outline", "Finance"}, 2, "CHANNEL/ARCHIVE"},
+           Case{{"outline"}, 2, "--expression"},
+           Case{{"outline", "1", "--expression", "2"}, 2, "excludes"},
+           Case{{"outline", "1", "--depth", "0"}, 2, "--depth"},
        }) {
-    ExpectError(database.Outline(arguments), status, message);
+    ExpectError(database.Command(arguments), status, message);
   }
+  EXPECT_EQ(database.Count("UserDocRights") + database.Count("UserSearchRights"), 0);
 }
 
 }  // namespace

@@ -2,14 +2,11 @@
 #ifndef OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_
 #define OXAQRYCLN_TESTS_TOOLS_OXAQRY_USERS_OXAQRY_DATABASE_H_
 
-#include <gmock/gmock.h>
-
 #include <string>
 #include <vector>
 
 #include "tests/support/test_database.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 
@@ -18,9 +15,11 @@ class UserTestDatabase : public TestDatabase {
  public:
   using TestDatabase::TestDatabase;
 
-  ToolRun User(std::vector<std::string> arguments, const std::string& input = "") const {
-    arguments.insert(arguments.begin(), "user");
+  ToolRun Command(const std::vector<std::string>& arguments, const std::string& input = "") const {
     return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}}, input);
+  }
+  ToolRun User(const std::vector<std::string>& arguments, const std::string& input = "") const {
+    return Command(Joined({"user"}, arguments), input);
   }
   // Sets up a test.
   void Must(const std::vector<std::string>& arguments, const std::string& input = "") const {
@@ -29,11 +28,6 @@ class UserTestDatabase : public TestDatabase {
   }
   std::int32_t Count(const std::string& table) const { return Run("SELECT COUNT(*) FROM " + table).ToLong(); }
 };
-
-inline Json JsonOf(const ToolRun& run) {
-  EXPECT_EQ(run.status, 0) << run.err;
-  return Json::parse(run.out, nullptr, false);
-}
 
 // The run failed with the status and the message on standard error, and printed nothing else.
 inline void ExpectError(const ToolRun& run, int status, const std::string& message) {

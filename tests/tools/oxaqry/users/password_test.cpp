@@ -1,5 +1,4 @@
 // Passwords typed at a terminal: the tool itself runs on a pseudo terminal.
-#include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -29,21 +28,17 @@ class AtTerminal {
     process_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
     if (process_ == 0) {
       putenv(const_cast<char*>(variable.c_str()));
+      alarm(30);  // ends it if it hangs
       execv(OXAQRY_PROGRAM, words.data());
       _exit(127);
     }
   }
   ~AtTerminal() {
-    if (process_ > 0) {
-      kill(process_, SIGKILL);
-      waitpid(process_, nullptr, 0);
-    }
     close(terminal_);
+    if (process_ > 0) waitpid(process_, nullptr, 0);
   }
-  AtTerminal(const AtTerminal&) = delete;
-  AtTerminal& operator=(const AtTerminal&) = delete;
 
-  // Whether the text is shown, after what was awaited before, within a generous time.
+  // Whether the text is shown, after what was awaited before.
   bool Awaits(const std::string& text) {
     while (shown_.find(text, seen_) == std::string::npos) {
       if (!ReadSome()) return false;
@@ -74,35 +69,29 @@ class AtTerminal {
     }
     return false;
   }
-  // The exit status; -1 for a process that does not end.
+  // The exit status; -1 for a process that a signal ended.
   int Status() {
     while (ReadSome()) {
     }
     int status = 0;
-    if (isSilent_) kill(process_, SIGKILL);
     if (waitpid(process_, &status, 0) == process_) process_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
   const std::string& shown() const noexcept { return shown_; }
 
  private:
-  // False at the end, and when nothing arrives for a long time.
+  // False at the end of the process.
   bool ReadSome() {
-    pollfd one{terminal_, POLLIN, 0};
-    isSilent_ = poll(&one, 1, 10000) != 1;
-    if (isSilent_) return false;
     char piece[512];
     const ssize_t count = read(terminal_, piece, sizeof piece);
-    if (count <= 0) return false;
-    shown_.append(piece, static_cast<std::size_t>(count));
-    return true;
+    if (count > 0) shown_.append(piece, static_cast<std::size_t>(count));
+    return count > 0;
   }
 
   int terminal_ = -1;
   pid_t process_ = -1;
   std::string shown_;
   std::size_t seen_ = 0;
-  bool isSilent_ = false;
 };
 
 TEST(UserPassword, IsTypedTwiceAndNotShown) {
@@ -118,22 +107,16 @@ TEST(UserPassword, IsTypedTwiceAndNotShown) {
   EXPECT_THAT(run.shown(), Not(HasSubstr("s3cret")));
   EXPECT_THAT(run.shown(), Not(HasSubstr("\u00A3")));
 
-  for (const auto& [password, status] : {std::pair("s3cret\n", 0), {"other\n", 1}}) {
+  AtTerminal unlike(database, {"passwd", "anna"});
+  unlike.Answer("New password: ", "one\n");
+  unlike.Answer("Repeat the password: ", "two\n");
+  EXPECT_EQ(unlike.Status(), 1);
+  EXPECT_THAT(unlike.shown(), HasSubstr("passwords differ"));
+  for (const auto& [password, status] : {std::pair("s3cret\n", 0), {"one\n", 1}}) {
     AtTerminal check(database, {"check", "anna"});
     check.Answer("Password: ", password);
     EXPECT_EQ(check.Status(), status) << check.shown();
   }
-}
-
-TEST(UserPassword, ChangesNothingWhenTheRepetitionDiffers) {
-  const UserTestDatabase database(Kind::Sqlite);
-  database.Must({"add", "anna", "--password-stdin"}, "old\n");
-  AtTerminal run(database, {"passwd", "anna"});
-  run.Answer("New password: ", "one\n");
-  run.Answer("Repeat the password: ", "two\n");
-  EXPECT_EQ(run.Status(), 1);
-  EXPECT_THAT(run.shown(), HasSubstr("passwords differ"));
-  EXPECT_EQ(database.User({"check", "anna", "--password-stdin"}, "old\n").status, 0);
 }
 
 TEST(UserPassword, AnInterruptOrAQuitRestoresTheTerminal) {
