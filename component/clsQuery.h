@@ -267,7 +267,7 @@ class clsQuery {
                                   Variant* strDocID = nullptr, Variant* strVer = nullptr);
   // Sorts lines that the page holds in the same way: CR LF between them, one at the end ignored; first the flags, then
   // the title row, then the hits, each row with reference, document id and version in front of its columns. intSortCol
-  // 1 is the first display column. The lines, their reading place and the direction are kept apart from the list of the
+  // 1 is the first display column. The lines, their read position and the direction are kept apart from the list of the
   // last query, and no query touches them; the direction is remembered from one call to the next, also for other lines.
   // Returns as TELOSortHitlistInit does; after -1 the lines of the call before are still there.
   Variant TELOSortHitlist2Init(const Variant& strHitLines, const Variant& intSortCol);

@@ -86,7 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       const Variant result = page.Ask([&] { return Call(page.query, *method); });
       Require(result.type() == Variant::Type::Long || result.type() == Variant::Type::String ||
                   result == Variant::Integer(-1),
-              "a request counts, tells or fails");
+              "a request returns a count, a text or a failure");
     }
   }
   return 0;

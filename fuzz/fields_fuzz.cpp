@@ -41,7 +41,7 @@ void CheckRequest(std::string_view text, std::int32_t number) {
   }
   const auto index = static_cast<std::size_t>(std::max(number, 1)) - 1;
   Require(GetRequestField(text, number) == (index < expected.size() ? expected[index] : "{Err}"),
-          "a request's field stands between its carets");
+          "a request's field is the text between its carets");
 }
 
 }  // namespace

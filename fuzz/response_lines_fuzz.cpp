@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (answer.ends_with("\r\n")) answer.remove_suffix(2);
   std::vector<std::string_view> expected;
   if (!answer.empty()) expected = Parts(answer, "\r\n");
-  RequireLines(buffer, expected, "a line stands between line ends");
+  RequireLines(buffer, expected, "a line is the text between line ends");
 
   if (expected.size() > 64) return 0;
   const ResponseBuffer arrived = buffer;

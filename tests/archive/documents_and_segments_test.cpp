@@ -27,7 +27,7 @@ TEST(DocumentInfo, ConvertsTheFieldsOfTheFirstLine) {
                 };
                 EXPECT_EQ(ask(), Variant::Long(0));
                 EXPECT_EQ(title, Variant("kept"));
-                EXPECT_EQ(ask(), Variant::Long(1));  // the line is too short, which only the log tells
+                EXPECT_EQ(ask(), Variant::Long(1));  // the line is too short, which only the log shows
                 EXPECT_NE(page.Log().find("'TELOGetDocumentInfo()': 9 - "), std::string::npos);
                 EXPECT_EQ(ask(), kFailed);
                 EXPECT_EQ(status, Variant("Unknown document"));

@@ -79,7 +79,8 @@ void WriteManualPage(const CLI::App& app, std::istream& page, std::ostream& out)
       WriteSettings(out);
     } else if (line.starts_with('@')) {
       const std::string name = line.substr(std::min(line.find(' '), line.size() - 1) + 1);
-      if (missing.erase(line) == 0) throw std::runtime_error("the manual page has \"" + line + "\" twice or in vain");
+      if (missing.erase(line) == 0)
+        throw std::runtime_error("the manual page has \"" + line + "\" twice, or without such a command");
       line.starts_with("@COMMAND") ? WriteHeading(*commands.at(name), name, out)
                                    : WriteOptions(*commands.at(name), out);
     } else {
