@@ -241,7 +241,7 @@ TEST(Instance, MayEndInsideAnyYieldOfItsOwnRequestWhichThenDoesNothingMore) {
       const std::string rest = logs.Read("S1.log").substr(before.size());
       EXPECT_LT(rest.find("'Request()': 91 - "), rest.find('\n')) << each.name << ": more was done\n" << rest;
       int claims = 0;
-      for (std::int16_t number = 1; number <= servers.Count(); ++number) {
+      for (std::int32_t number = 1; number <= servers.Count(); ++number) {
         EXPECT_EQ(servers.At(number).busy, servers.At(number).session == "other") << each.name;
         claims += servers.At(number).session == "S1" ? 1 : 0;
       }

@@ -60,7 +60,7 @@ void Send(ArchiveQuery& archive, const fs::path& file, std::int64_t size, const 
 // Returns the name under which the file is sent.
 std::string UploadOne(ArchiveQuery& archive, const fs::path& local, const std::string& path, std::int64_t size,
                       bool force, const Interruption& interruption, const Output& output) {
-  const std::string name = NativeName(ComponentPath(fs::path(path).filename()));
+  std::string name = NativeName(ComponentPath(fs::path(path).filename()));
   const fs::path place = local / name;
   std::error_code absent;
   if (fs::equivalent(path, place, absent)) {
