@@ -17,6 +17,12 @@ if(OXAQRYCLN_CCACHE)
     ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${OXAQRYCLN_CCACHE})
 endif()
 
+if(WIN32)
+  set(OXAQRYCLN_OTHER_SYSTEM posix)
+else()
+  set(OXAQRYCLN_OTHER_SYSTEM windows)
+endif()
+
 add_library(oxaqrycln_flags INTERFACE)
 target_compile_options(oxaqrycln_flags INTERFACE
   -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wimplicit-fallthrough -Werror)
@@ -24,10 +30,13 @@ target_compile_options(oxaqrycln_flags INTERFACE
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   # g++ 12 wrongly reports overlapping copies in "text" + std::string.
   target_compile_options(oxaqrycln_flags INTERFACE -Wno-restrict)
-  target_compile_definitions(oxaqrycln_flags INTERFACE _FORTIFY_SOURCE=3 _GLIBCXX_ASSERTIONS)
-  target_compile_options(oxaqrycln_flags INTERFACE
-    -fstack-protector-strong -fstack-clash-protection -fcf-protection=full)
-  target_link_options(oxaqrycln_flags INTERFACE -Wl,-z,relro,-z,now)
+  target_compile_definitions(oxaqrycln_flags INTERFACE _GLIBCXX_ASSERTIONS)
+  target_compile_options(oxaqrycln_flags INTERFACE -fstack-protector-strong)
+  if(NOT WIN32)
+    target_compile_definitions(oxaqrycln_flags INTERFACE _FORTIFY_SOURCE=3)
+    target_compile_options(oxaqrycln_flags INTERFACE -fstack-clash-protection -fcf-protection=full)
+    target_link_options(oxaqrycln_flags INTERFACE -Wl,-z,relro,-z,now)
+  endif()
 endif()
 
 set(OXAQRYCLN_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
@@ -51,11 +60,13 @@ endif()
 
 # oxaqrycln_layer(FOLDER [OF library] SOURCES a.cpp ... NEEDS folder ...)
 # One layer: the sources of a folder, listed by hand, and what its files may include besides the folder's own headers:
-# other folders, single headers, or "public" for every installed header. tests/source_rules/check_sources.py reads these
+# other folders, single headers, or "public" for every installed header. Of the sources for one operating system, those
+# for the other one are left out. tests/source_rules/check_sources.py reads these
 # lists and reports any other include. The objects become part of the library; the default is oxaqrycln.
 function(oxaqrycln_layer folder)
   cmake_parse_arguments(PARSE_ARGV 1 layer "" "OF" "SOURCES;NEEDS")
   string(REPLACE "/" "_" name ${folder})
+  list(FILTER layer_SOURCES EXCLUDE REGEX "_${OXAQRYCLN_OTHER_SYSTEM}\\.cpp$")
   if(NOT layer_OF)
     set(layer_OF oxaqrycln)
   endif()

@@ -1,8 +1,11 @@
 # The library, made of the objects of every layer, and its installation.
 get_property(objects GLOBAL PROPERTY OXAQRYCLN_OBJECTS_oxaqrycln)
 add_library(oxaqrycln STATIC ${objects})
-# Used by the database and the ciphers.
+# Used by the database and the ciphers; on Windows also by the sockets.
 set(needed_libraries odbc gcrypt gpg-error)
+if(WIN32)
+  set(needed_libraries odbc32 gcrypt gpg-error ws2_32)
+endif()
 foreach(library IN LISTS needed_libraries)
   find_library(OXAQRYCLN_${library}_LIBRARY ${library} REQUIRED)
 endforeach()

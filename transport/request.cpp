@@ -272,7 +272,8 @@ bool RequestExecution::Request(const Message& message, std::string* errorText) {
 std::optional<std::size_t> RequestExecution::DataStart(std::string_view answer, std::string& errorText) {
   const std::size_t lineEnd = answer.find(kLineEnd);
   const std::string_view status = answer.substr(0, lineEnd);
-  if (status == kSuccess) return std::min(answer.size(), lineEnd == std::string_view::npos ? lineEnd : lineEnd + kLineEnd.size());
+  if (status == kSuccess)
+    return std::min(answer.size(), lineEnd == std::string_view::npos ? lineEnd : lineEnd + kLineEnd.size());
   errorText = Trimmed(status.substr(std::min(kStatusWord, status.size())));
   monitor_->outcome.result = RequestResult::Refused;
   monitor_->outcome.text = errorText;

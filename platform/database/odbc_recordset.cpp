@@ -101,7 +101,7 @@ class CellReader {
         return Fixed<SQLCHAR>(SQL_C_BIT, [](SQLCHAR value) { return Variant(value != 0); });
       case SQL_TINYINT:
       case SQL_SMALLINT:
-        return Fixed<SQLINTEGER>(SQL_C_SLONG, [](SQLINTEGER value) { return Variant(Variant(value).ToInteger()); });
+        return Fixed<SQLINTEGER>(SQL_C_SLONG, [](std::int32_t value) { return Variant(Variant(value).ToInteger()); });
       case SQL_INTEGER:
       case SQL_BIGINT:
         return Fixed<SQLBIGINT>(SQL_C_SBIGINT, [](SQLBIGINT value) { return Number(static_cast<double>(value)); });
