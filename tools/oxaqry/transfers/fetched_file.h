@@ -29,7 +29,7 @@ struct FetchResult {
 
 // Asks for the file, moves it from the blob directory to its target and prints the result, which is composed after the
 // request. Raises CommandError, also when there is no such file, and Interrupted.
-void FetchFile(const Settings& settings, const FetchTarget& target, const Output& output, const AskForFile& ask,
+void FetchFile(const Settings& settings, const FetchTarget& wanted, const Output& output, const AskForFile& ask,
                const std::function<FetchResult()>& result);
 
 // The options "-o,--output" and "--force"; the meaning is that of the first.
