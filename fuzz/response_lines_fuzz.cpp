@@ -1,7 +1,7 @@
 // The lines of an answer, and their sorting. Input: a line whose length is the position where the lines begin, LF, the
 // answer.
 #include "fuzz/input.h"
-#include "support/response_buffer.h"
+#include "tests/support/buffer_of.h"
 #include "values/code_page.h"
 
 using namespace oxaqrycln;
@@ -34,10 +34,7 @@ void BubbleSort(std::vector<std::string_view>& lines) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view text = View(data, size);
   const std::size_t start = CutOff(text, "\n").size();
-  ByteBlock block;
-  block.Append(text);
-  ResponseBuffer buffer;
-  buffer.Assign(std::move(block), start);
+  ResponseBuffer buffer = testing::BufferOf(text, start);
 
   std::string_view answer = text.substr(std::min(start, text.size()));
   if (answer.ends_with("\r\n")) answer.remove_suffix(2);

@@ -1,22 +1,16 @@
 // The texts of segments and notes in answer lines. Input: the lines, separated by CR LF.
 #include "archive/text_items.h"
 #include "fuzz/input.h"
+#include "tests/support/buffer_of.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::fuzz;
+using oxaqrycln::testing::BufferOf;
 
 namespace {
 
-ResponseBuffer Buffer(std::string_view text) {
-  ByteBlock block;
-  block.Append(text);
-  ResponseBuffer buffer;
-  buffer.Assign(std::move(block), 0);
-  return buffer;
-}
-
 void CheckAnyLines(std::string_view text) {
-  const ResponseBuffer lines = Buffer(text);
+  const ResponseBuffer lines = BufferOf(text);
   const auto count = static_cast<std::size_t>(lines.Count());
   std::size_t joined = 0;
   const auto segments = SegmentTexts(lines, "<br>");
@@ -44,8 +38,8 @@ void CheckQuotedLines(std::string_view text) {
     (quoted += '^').append(line).append("^\r\n");
     (headed += "mia\r\n^").append(line).append("^\r\n");
   }
-  const auto segments = SegmentTexts(Buffer(quoted), "\r\n");
-  const auto notes = Notes(Buffer(headed));
+  const auto segments = SegmentTexts(BufferOf(quoted), "\r\n");
+  const auto notes = Notes(BufferOf(headed));
   Require(std::ranges::equal(segments, lines), "a quoted line is a segment text");
   Require(notes.size() == lines.size(), "a header and a quoted line are a note");
   for (std::size_t i = 0; i < notes.size(); ++i) {
@@ -58,8 +52,8 @@ void CheckQuotedLines(std::string_view text) {
 void CheckQuotedText(std::string text) {
   std::erase(text, '^');
   if (text == "\r\n") return;
-  const auto segments = SegmentTexts(Buffer("^" + text + "^"), "\r\n");
-  const auto notes = Notes(Buffer("mia\r\n^" + text + "^"));
+  const auto segments = SegmentTexts(BufferOf("^" + text + "^"), "\r\n");
+  const auto notes = Notes(BufferOf("mia\r\n^" + text + "^"));
   Require(segments == std::vector{text}, "a quoted text is a segment text");
   Require(notes == std::vector{"mia," + text}, "a header and a quoted text are a note");
 }

@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -86,16 +85,6 @@ bool Peer::Send(std::string_view bytes) {
   return true;
 }
 
-bool Peer::SendInPieces(std::string_view bytes, std::size_t pieceSize) {
-  const int on = 1;
-  setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  for (; !bytes.empty(); bytes.remove_prefix(std::min(pieceSize, bytes.size()))) {
-    if (!Send(bytes.substr(0, pieceSize))) return false;
-    Pause(1);  // so that the pieces arrive as packets of their own
-  }
-  return true;
-}
-
 void Peer::WaitForClose() {
   std::array<char, 4096> buffer{};
   while (WaitReadable(kLongestWait) && recv(socket_, buffer.data(), buffer.size(), 0) > 0) {
@@ -132,12 +121,6 @@ ScriptedServer::Script ScriptedServer::Replies(std::string bytes, int pauseMilli
     if (peer.ReadRequest().empty()) return;
     peer.Pause(pauseMilliseconds);
     if (peer.Send(bytes)) peer.WaitForClose();
-  };
-}
-
-ScriptedServer::Script ScriptedServer::RepliesInPieces(std::string bytes, std::size_t pieceSize) {
-  return [bytes = std::move(bytes), pieceSize](Peer& peer) {
-    if (!peer.ReadRequest().empty() && peer.SendInPieces(bytes, pieceSize)) peer.WaitForClose();
   };
 }
 

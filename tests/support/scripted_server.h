@@ -31,8 +31,6 @@ class Peer {
   std::string ReadBytes(std::size_t byteCount);
   // False when the client is gone.
   bool Send(std::string_view bytes);
-  // In pieces of this many bytes, each a packet of its own.
-  bool SendInPieces(std::string_view bytes, std::size_t pieceSize);
   // Until the client has closed its side.
   void WaitForClose();
   // Until the script's server ends or the time is over.
@@ -60,8 +58,6 @@ class ScriptedServer {
 
   // Reads a request, sends the bytes after a pause, and waits for the client to close.
   static Script Replies(std::string bytes, int pauseMilliseconds = 0);
-  // The same in pieces of so many bytes, each a packet of its own.
-  static Script RepliesInPieces(std::string bytes, std::size_t pieceSize);
   // Reads a request and never answers.
   static Script Silent();
 

@@ -57,12 +57,5 @@ TEST(GetPages, ExpandsRangesInBothDirections) {
   EXPECT_THROW(GetPages("1-2000000000"), RuntimeError);
 }
 
-TEST(ToNumber, IsZeroForWhatIsNoNumber) {
-  EXPECT_EQ(ToNumber(" 12 "), 12);
-  EXPECT_EQ(ToNumber("2.5"), 2);
-  EXPECT_EQ(ToNumber("x"), 0);
-  EXPECT_EQ(ToNumber("9999999999"), 0);
-}
-
 }  // namespace
 }  // namespace oxaqrycln

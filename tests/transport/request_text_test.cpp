@@ -36,18 +36,5 @@ TEST(BuildRequestPre, TakesTheServersOwnAccountWhereItHasOne) {
   EXPECT_EQ(prefix(4), "");
 }
 
-TEST(GetRequestField, CutsFieldsAndNamesWhatIsMissing) {
-  struct Case {
-    const char* text;
-    int number;
-    const char* field;
-  };
-  for (const Case& each : {Case{"^A^,^B^,^C^", 1, "A"}, Case{"^A^,^B^,^C^", 2, "B"}, Case{"^A^,^B^,^C^", 3, "C"},
-                           Case{"^A^,^B^,^C^", 4, "{Err}"}, Case{"^^,^b^", 1, ""}, Case{"", 1, "{Err}"},
-                           Case{"no carets", 1, "{Err}"}, Case{"^only", 1, "{Err}"}}) {
-    EXPECT_EQ(GetRequestField(each.text, each.number), each.field) << each.text << " field " << each.number;
-  }
-}
-
 }  // namespace
 }  // namespace oxaqrycln::testing

@@ -27,11 +27,12 @@ const std::string kQuery = "QueryArchive^,^*^,^0^,^0^,^^,^^,^^,^";
 TEST(Server, AnswersARequestThatArrivesByteByByte) {
   RunningServer server;
   for (const std::string& command :
-       {std::string("LiveCheck"), std::string("GetArchiveProperties^,^Mail^,^Inbox"), kQuery}) {
+       {Request("LiveCheck"), Request(kQuery), Request("UploadFile^,^^,^f^,^6") + "\r\n^^\r\n^^"}) {
     Client client = server.Connect();
-    for (const char byte : Request(command)) client.Send({&byte, 1});
+    for (const char byte : command) client.Send({&byte, 1});
     EXPECT_THAT(client.Answer(), StartsWith("Status: OK\r\n")) << command;
   }
+  EXPECT_EQ(std::filesystem::file_size(server.BlobPath("f")), 6U);
 }
 
 TEST(Server, WaitsLongerForMissingFields) {

@@ -42,14 +42,6 @@ TEST(Upload, StoresExactlyTheAnnouncedBytes) {
   EXPECT_TRUE(HoldsOnly(server, {"a b.bin"}));
 }
 
-TEST(Upload, AcceptsARequestByteByByte) {
-  const RunningServer server;
-  Client client = server.Connect();
-  for (const char byte : Request("UploadFile^,^^,^f^,^6") + "\r\n^^\r\n^^") client.Send({&byte, 1});
-  EXPECT_EQ(client.Answer(), "Status: OK\r\n6\r\nf\r\n");
-  EXPECT_EQ(Content(server.BlobPath("f")), "^^\r\n^^");
-}
-
 TEST(Upload, LeavesNothingWhenItIsInterrupted) {
   const RunningServer server(
       WithLimits({.shortQuiet = std::chrono::milliseconds(100), .idle = std::chrono::milliseconds(300)}));
