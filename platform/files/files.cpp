@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -26,40 +27,34 @@ bool IsDeviceName(std::string_view name) {
   return numbered && std::string_view("123456789\xB9\xB2\xB3").find(stem[3]) != std::string_view::npos;
 }
 
+struct ErrorPair {
+  std::errc code;
+  std::int32_t number;
+};
+constexpr ErrorPair kErrors[] = {{std::errc::not_a_directory, error::kPathNotFound},
+                                 {std::errc::too_many_symbolic_link_levels, error::kPathNotFound},
+                                 {std::errc::filename_too_long, error::kBadFileName},
+                                 {std::errc::invalid_argument, error::kBadFileName},
+                                 {std::errc::bad_file_descriptor, error::kBadFileName},
+                                 {std::errc::file_exists, error::kFileAlreadyExists},
+                                 {std::errc::too_many_files_open, error::kTooManyFiles},
+                                 {std::errc::too_many_files_open_in_system, error::kTooManyFiles},
+                                 {std::errc::no_space_on_device, error::kDiskFull},
+                                 {std::errc::file_too_large, error::kDiskFull},
+                                 {std::errc::permission_denied, error::kPermissionDenied},
+                                 {std::errc::operation_not_permitted, error::kPermissionDenied},
+                                 {std::errc::device_or_resource_busy, error::kPermissionDenied},
+                                 {std::errc::text_file_busy, error::kPermissionDenied},
+                                 {std::errc::is_a_directory, error::kPathFileAccess},
+                                 {std::errc::directory_not_empty, error::kPathFileAccess},
+                                 {std::errc::read_only_file_system, error::kPathFileAccess},
+                                 {std::errc::not_enough_memory, error::kOutOfMemory}};
+
 // The one place where errors of the file system become run-time errors. missing is the error for what is not there.
 std::int32_t NumberOf(const std::error_code& code, std::int32_t missing) noexcept {
-  switch (static_cast<std::errc>(code.default_error_condition().value())) {
-    case std::errc::no_such_file_or_directory:
-      return missing;
-    case std::errc::not_a_directory:
-    case std::errc::too_many_symbolic_link_levels:
-      return error::kPathNotFound;
-    case std::errc::filename_too_long:
-    case std::errc::invalid_argument:
-    case std::errc::bad_file_descriptor:
-      return error::kBadFileName;
-    case std::errc::file_exists:
-      return error::kFileAlreadyExists;
-    case std::errc::too_many_files_open:
-    case std::errc::too_many_files_open_in_system:
-      return error::kTooManyFiles;
-    case std::errc::no_space_on_device:
-    case std::errc::file_too_large:
-      return error::kDiskFull;
-    case std::errc::permission_denied:
-    case std::errc::operation_not_permitted:
-    case std::errc::device_or_resource_busy:
-    case std::errc::text_file_busy:
-      return error::kPermissionDenied;
-    case std::errc::is_a_directory:
-    case std::errc::directory_not_empty:
-    case std::errc::read_only_file_system:
-      return error::kPathFileAccess;
-    case std::errc::not_enough_memory:
-      return error::kOutOfMemory;
-    default:
-      return error::kDeviceInputOutput;
-  }
+  if (code == std::errc::no_such_file_or_directory) return missing;
+  const auto* const known = std::ranges::find_if(kErrors, [&](const ErrorPair& pair) { return code == pair.code; });
+  return known == std::end(kErrors) ? error::kDeviceInputOutput : known->number;
 }
 
 void Check(const std::error_code& code, std::int32_t missing = error::kFileNotFound) {

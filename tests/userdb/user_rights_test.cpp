@@ -70,7 +70,7 @@ TEST(UserRightsInSqlite, KeepTheFirstRowsOfAStatementThatFails) {
   EXPECT_TRUE(page.Failed("GetUserRights", "-2147467259 - [")) << page.Log();
 }
 
-TEST_P(UserRights, HaveForeignKeysThatTheSchemaEnforces) {
+TEST_P(UserRights, HaveKeysThatTheSchemaEnforces) {
   const TestDatabase database(GetParam(), true, kUsersAndRights);
   for (const char* doubled :
        {"INSERT INTO Users(UserID,UserName) VALUES(1,'again')", "INSERT INTO UserGroups VALUES(1,10)",

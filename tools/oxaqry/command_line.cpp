@@ -26,6 +26,14 @@ int WrongUsage(const std::string& reason, std::ostream& err) {
   return 2;
 }
 
+// The help shows an argument by its name alone, without the type of its value.
+void HideTypesOfArguments(CLI::App& app) {
+  for (CLI::Option* const option : app.get_options()) {
+    if (option->get_positional()) option->type_name("");
+  }
+  for (CLI::App* const command : app.get_subcommands({})) HideTypesOfArguments(*command);
+}
+
 }  // namespace
 
 void AddAllCommands(CommandParser& parser) {
@@ -41,6 +49,7 @@ void AddAllCommands(CommandParser& parser) {
   AddOrderCommands(parser);
   AddUserCommands(parser);
   AddSessionCommands(parser);
+  HideTypesOfArguments(parser.app());
 }
 
 int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& environment) {

@@ -33,22 +33,13 @@ class Canvas {
     }
   }
 
-  // A seven-segment digit: bit 0 is the top bar, then clockwise; the middle bar is last.
+  // A digit of five rows of three dots, which are the bits of a number from the top left to the bottom right.
   void Digit(std::uint32_t left, std::uint32_t top, std::size_t digit) {
-    static constexpr std::array<unsigned, 10> kStrokes = {0x3F, 0x06, 0x5B, 0x4F, 0x66, 0x6D, 0x7D, 0x07, 0x7F, 0x6F};
-    struct Stroke {
-      std::uint32_t x, y, width, height;
-    };
-    static constexpr std::array<Stroke, 7> kPlaces = {{{0, 0, 14, 3},
-                                                       {11, 0, 3, 14},
-                                                       {11, 11, 3, 14},
-                                                       {0, 22, 14, 3},
-                                                       {0, 11, 3, 14},
-                                                       {0, 0, 3, 14},
-                                                       {0, 11, 14, 3}}};
-    for (std::size_t stroke = 0; stroke < kPlaces.size(); ++stroke) {
-      const Stroke& place = kPlaces[stroke];
-      if ((kStrokes[digit] >> stroke & 1U) != 0) Fill(left + place.x, top + place.y, place.width, place.height);
+    static constexpr std::array<unsigned, 10> kDots = {075557, 026227, 071747, 071717, 055711,
+                                                       074717, 074757, 071111, 075757, 075717};
+    constexpr std::uint32_t kSize = 5;
+    for (std::uint32_t dot = 0; dot < 15; ++dot) {
+      if ((kDots[digit] >> (14 - dot) & 1U) != 0) Fill(left + dot % 3 * kSize, top + dot / 3 * kSize, kSize, kSize);
     }
   }
 

@@ -144,11 +144,8 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
 }
 
 void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments) {
-  command.add_option("CHANNEL", arguments.channel, "the channel; CHANNEL/ARCHIVE names the archive too")
-      ->required()
-      ->type_name("");
-  CLI::Option* const archive =
-      command.add_option("ARCHIVE", arguments.archive, "the archive in that channel")->type_name("");
+  command.add_option("CHANNEL", arguments.channel, "the channel; CHANNEL/ARCHIVE names the archive too")->required();
+  CLI::Option* const archive = command.add_option("ARCHIVE", arguments.archive, "the archive in that channel");
   command.parse_complete_callback([archive, &arguments] {
     if (archive->count() > 0) return;
     auto parts = SplitName(arguments.channel);
@@ -169,8 +166,7 @@ void AddDocumentArgument(CLI::App& command, DocumentName& document) {
     document = *name;
   };
   command.add_option_function<std::string>("DOC", assign, "the document, CHANNEL/ARCHIVE/DOCUMENT[/VERSION]")
-      ->required()
-      ->type_name("");
+      ->required();
 }
 
 }  // namespace oxaqrycln::oxaqry

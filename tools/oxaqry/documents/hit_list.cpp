@@ -87,7 +87,7 @@ void SortHits(ArchiveQuery& archive, const std::string& order, const HitList& li
 }  // namespace
 
 void AddSearchArguments(CLI::App& command, SearchRequest& request) {
-  command.add_option("QUERY", request.query, "the query expression")->required()->type_name("");
+  command.add_option("QUERY", request.query, "the query expression")->required();
   command.add_option("--max", request.maxLines, "largest number of hits to show (default 100)")
       ->check(FromZero<std::int32_t>())
       ->type_name("N");

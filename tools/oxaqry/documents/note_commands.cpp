@@ -78,9 +78,7 @@ void AddNoteCommands(CommandParser& parser) {
                       "  oxaqry note add Mail/Inbox/1262 - < note.txt --hosts localhost,2001",
                       AddNote);
   AddDocumentArgument(*add, added->document);
-  add->add_option("TEXT", added->text, "the note, at most 8000 characters; \"-\" reads standard input")
-      ->required()
-      ->type_name("");
+  add->add_option("TEXT", added->text, "the note, at most 8000 characters; \"-\" reads standard input")->required();
   const auto [list, listed] =
       parser.AddQuery(*note, "list", "list the notes of a document",
                       "Example:\n  oxaqry note list Mail/Inbox/1262 --hosts localhost,2001", ListNotes);

@@ -123,7 +123,7 @@ void AddServerCommands(CommandParser& parser) {
   const auto [direct, request] = parser.AddQuery(
       app, "direct", "send a complete command part and print the answer",
       "Example:\n  oxaqry direct '^GetArchiveProperties^,^Mail^,^Inbox^' --hosts localhost,2001", Direct);
-  direct->add_option("TEXT", request->text, "the command part, \"^Command^,^parameter^\"")->required()->type_name("");
+  direct->add_option("TEXT", request->text, "the command part, \"^Command^,^parameter^\"")->required();
   parser.AddQuery(app, "write-test", "write and delete a test file in the local blob directory",
                   "Example:\n  oxaqry write-test --blob-local /srv/blobs", WriteTest);
 }

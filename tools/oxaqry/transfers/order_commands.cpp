@@ -98,7 +98,7 @@ void AddOrderCommands(CommandParser& parser) {
                                               "Examples:\n  oxaqry orders list --status open --hosts localhost,2001\n"
                                               "  oxaqry orders list 'origin:brandach' --max 20 --hosts localhost,2001",
                                               ListOrders);
-  list->add_option("QUERY", listed->query, "the query expression (default \"*\")")->type_name("");
+  list->add_option("QUERY", listed->query, "the query expression (default \"*\")");
   list->add_option("--status", listed->status, "only orders of this status, in any letter case")->type_name("S");
   list->add_option("--max", listed->maxLines, "largest number of orders to show, 0 for all (default 100)")
       ->check(FromZero<std::int32_t>())
@@ -106,13 +106,13 @@ void AddOrderCommands(CommandParser& parser) {
   const auto [set, change] =
       parser.AddQuery(*orders, "set", "give a transport order another status",
                       "Example:\n  oxaqry orders set FA-0001 loaded --hosts localhost,2001", SetStatus);
-  set->add_option("ID", change->order, "the order")->required()->type_name("");
-  set->add_option("STATUS", change->status, "its new status")->required()->type_name("");
+  set->add_option("ID", change->order, "the order")->required();
+  set->add_option("STATUS", change->status, "its new status")->required();
   const auto [tiff, pages] = parser.AddQuery(
       *orders, "tiff", "fetch the page images of transport orders as one file",
       "Example:\n  oxaqry orders tiff FA-0001 FA-0002 -o orders.tif --blob-local /srv/blobs --hosts localhost,2001",
       FetchPages);
-  tiff->add_option("ID", pages->orders, "the orders, in the order of their pages")->required()->type_name("");
+  tiff->add_option("ID", pages->orders, "the orders, in the order of their pages")->required();
   AddFetchTarget(*tiff, pages->target);
 }
 

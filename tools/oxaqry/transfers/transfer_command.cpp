@@ -126,7 +126,7 @@ void AddTransferCommands(CommandParser& parser) {
       "Examples:\n  oxaqry transfer scan.tif --size 48213 --blob-local /srv/blobs --hosts localhost,2001\n"
       "  oxaqry transfer scan.tif --size 48213 -o scan.tif --blob-remote 'D:\\blobs' --hosts localhost,2001",
       Transfer);
-  transfer->add_option("NAME", request->name, "the file's name")->required()->type_name("");
+  transfer->add_option("NAME", request->name, "the file's name")->required();
   transfer->add_option("--size", request->size, "the file's length in bytes")
       ->required()
       ->check(CLI::Validator(CheckDecimal, ""))
@@ -137,8 +137,7 @@ void AddTransferCommands(CommandParser& parser) {
       parser.app(), "upload", "send files to the query server's blob directory",
       "Example:\n  oxaqry upload scan.tif letter.pdf --blob-local /srv/blobs --hosts localhost,2001", Upload);
   upload->add_option("FILE", files->files, "the files; those that are not in the local blob directory are copied there")
-      ->required()
-      ->type_name("");
+      ->required();
   upload->add_flag("--force", files->force, "overwrite files of these names in the local blob directory");
 }
 

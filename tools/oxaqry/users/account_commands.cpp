@@ -109,7 +109,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
               "  oxaqry user add bert --archive-user WEB --password-stdin --config web.json < two-lines\n"
               "  oxaqry user add Sales --group --config web.json"},
              AddUser, [](CLI::App& command, AddRequest& request) {
-               command.add_option("NAME", request.name, "the new name")->required()->type_name("");
+               command.add_option("NAME", request.name, "the new name")->required();
                CLI::Option* const group =
                    command.add_flag("--group", request.isGroup, "add a group, which has no password");
                command
@@ -134,7 +134,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
              {"check", "try a user's password as a log-on does; exit status 0 when it is right, else 1",
               "Example:\n  oxaqry user check anna --config web.json"},
              CheckPassword, [](CLI::App& command, PasswordRequest& request) {
-               command.add_option("NAME", request.user.name, "the user's name")->required()->type_name("");
+               command.add_option("NAME", request.user.name, "the user's name")->required();
                AddPasswordSource(command, request.passwords);
              });
   AddCommand(parser, parent,
@@ -142,10 +142,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
               "Example:\n  oxaqry user must-change anna on --config web.json"},
              SetMustChange, [](CLI::App& command, MustChangeRequest& request) {
                AddUserName(command, request.user);
-               command.add_option("STATE", request.state, "on or off")
-                   ->required()
-                   ->type_name("")
-                   ->check(CLI::IsMember({"on", "off"}));
+               command.add_option("STATE", request.state, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
              });
 }
 

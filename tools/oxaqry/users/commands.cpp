@@ -25,7 +25,7 @@ void AddUserCommands(CommandParser& parser) {
 }
 
 void AddUserName(CLI::App& command, UserName& user) {
-  command.add_option("NAME", user.name, "the user's or group's name")->required()->type_name("");
+  command.add_option("NAME", user.name, "the user's or group's name")->required();
   command.add_option("--id", user.id, "the ID of the user, where several have that name")->type_name("N");
 }
 

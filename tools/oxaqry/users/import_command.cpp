@@ -147,7 +147,7 @@ void AddImport(CommandParser& parser, CLI::App& parent) {
               "The file is UTF-8 with a header line that names the columns, in any order: name, password,\n"
               "and optionally archive_user, archive_password and groups, whose names are separated by \";\"."},
              ImportUsers, [](CLI::App& command, std::string& path) {
-               command.add_option("FILE", path, "the file, \"-\" for standard input")->required()->type_name("");
+               command.add_option("FILE", path, "the file, \"-\" for standard input")->required();
              });
 }
 

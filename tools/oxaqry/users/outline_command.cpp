@@ -115,7 +115,7 @@ void AddOutline(CommandParser& parser, CLI::App& parent) {
               "  oxaqry search \"$(oxaqry outline --expression 3 --config web.json)\" --hosts localhost,2001"},
              Outline, [](CLI::App& command, OutlineRequest& request) {
                CLI::Option* const what =
-                   command.add_option("WHAT", request.what, "CHANNEL/ARCHIVE, or the ID of an outliner")->type_name("");
+                   command.add_option("WHAT", request.what, "CHANNEL/ARCHIVE, or the ID of an outliner");
                CLI::Option* const node =
                    command.add_option("--expression", request.node, "print the search of the node with this ID")
                        ->excludes(what)
