@@ -59,13 +59,9 @@ int ArchivesByChannel(ArchiveQuery& archive, const Output& output) {
   return PrintResult(output, {{"channels", std::move(channels)}}, table.Text());
 }
 
-struct ArchivesRequest {
-  bool isByChannel = false;
-};
-
-int Archives(const Settings& settings, const ArchivesRequest& request, const Output& output) {
+int Archives(const Settings& settings, const bool& isByChannel, const Output& output) {
   ArchiveQuery archive(settings, output);
-  if (request.isByChannel) return ArchivesByChannel(archive, output);
+  if (isByChannel) return ArchivesByChannel(archive, output);
   const std::int32_t count = archive.Count(archive->TELOGetAllArchivesInit(archive.status()));
   PrintList(archive, count, "archives", "archive", "Archive", output,
             [&] { return archive->TELOGetAllArchivesNext(); });
@@ -133,10 +129,10 @@ void AddArchiveCommands(CommandParser& parser) {
   CLI::App& app = parser.app();
   parser.AddQuery(app, "channels", "list the channels", "Example:\n  oxaqry channels --hosts localhost,2001 --json",
                   Channels);
-  const auto [archives, byChannel] = parser.AddQuery(
+  const auto [archives, isByChannel] = parser.AddQuery(
       app, "archives", "list the archives",
       "Examples:\n  oxaqry archives --hosts localhost,2001\n  oxaqry archives --ext --hosts localhost,2001", Archives);
-  archives->add_flag("--ext", byChannel->isByChannel, "every channel with its archives and their comments");
+  archives->add_flag("--ext", *isByChannel, "every channel with its archives and their comments");
   struct OfArchive {
     const char* name;
     const char* description;

@@ -61,12 +61,6 @@ Variant TypedValue(const std::string& type, const Json& json) {
   throw ValueError("unknown type \"" + type + "\"");
 }
 
-const Json& OnlyMember(const Json& json, std::string& name) {
-  if (json.size() != 1) throw ValueError("a value written as an object must have exactly one member");
-  name = json.begin().key();
-  return json.begin().value();
-}
-
 }  // namespace
 
 std::string TextFromUtf8(std::string_view utf8) {
@@ -100,11 +94,9 @@ Variant ValueFromJson(const Json& json) {
       return json.get<double>();
     case Json::value_t::string:
       return TextFromUtf8(json.get_ref<const std::string&>());
-    case Json::value_t::object: {
-      std::string type;
-      const Json& value = OnlyMember(json, type);
-      return TypedValue(type, value);
-    }
+    case Json::value_t::object:
+      if (json.size() != 1) throw ValueError("a value written as an object must have exactly one member");
+      return TypedValue(json.begin().key(), json.begin().value());
     default:
       throw ValueError("a list is not a value");
   }

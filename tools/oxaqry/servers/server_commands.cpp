@@ -23,13 +23,9 @@ int Live(const Settings& settings, const Output& output) {
   return PrintResult(output, {{"answer", ToUtf8(answer)}}, Printable(answer));
 }
 
-struct DirectRequest {
-  std::string text;
-};
-
-int Direct(const Settings& settings, const DirectRequest& request, const Output& output) {
+int Direct(const Settings& settings, const std::string& text, const Output& output) {
   ArchiveQuery archive(settings, output);
-  const std::string answer = archive.Answer(archive->DirectQuery(TextFromUtf8(request.text)));
+  const std::string answer = archive.Answer(archive->DirectQuery(TextFromUtf8(text)));
   return PrintResult(output, {{"lines", JsonList(SplitText(answer, "\r\n"))}}, PrintableLines(answer));
 }
 
@@ -120,10 +116,10 @@ void AddServerCommands(CommandParser& parser) {
                   Live);
   parser.AddQuery(app, "servers", "check every query server of the list",
                   "Example:\n  oxaqry servers --hosts 'localhost,2001|localhost,2002' --timeout 5", Servers);
-  const auto [direct, request] = parser.AddQuery(
+  const auto [direct, text] = parser.AddQuery(
       app, "direct", "send a complete command part and print the answer",
       "Example:\n  oxaqry direct '^GetArchiveProperties^,^Mail^,^Inbox^' --hosts localhost,2001", Direct);
-  direct->add_option("TEXT", request->text, "the command part, \"^Command^,^parameter^\"")->required();
+  direct->add_option("TEXT", *text, "the command part, \"^Command^,^parameter^\"")->required();
   parser.AddQuery(app, "write-test", "write and delete a test file in the local blob directory",
                   "Example:\n  oxaqry write-test --blob-local /srv/blobs", WriteTest);
 }

@@ -17,25 +17,6 @@
 namespace oxaqrycln::oxaqry {
 namespace {
 
-class Session {
- public:
-  Session() { instances_.emplace("q", std::make_unique<clsQuery>()); }
-
-  // The answer to one line; never fails.
-  Json Answer(const std::string& line);
-
- private:
-  Json Dispatch(const Json& request);
-  Json New(const Json& json);
-  Json Drop(const Json& json);
-  Json Set(const Json& request);
-  Json Get(const Json& request);
-  Json Call(const Json& request);
-  clsQuery& Instance(const Json& request);
-
-  std::map<std::string, std::unique_ptr<clsQuery>> instances_;
-};
-
 std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
 
 const std::string& NameFrom(const Json& json, const char* what) {
@@ -67,51 +48,6 @@ void AllowMembers(const Json& request, std::initializer_list<const char*> names)
   }
 }
 
-Json Session::Answer(const std::string& line) {
-  try {
-    return Dispatch(Parse(line));
-  } catch (const RuntimeError& error) {
-    return {{"error", std::to_string(error.number()) + " - " + error.description()}};
-  } catch (const std::exception& error) {
-    return {{"error", error.what()}};
-  }
-}
-
-Json Session::Dispatch(const Json& request) {
-  if (request.contains("new")) {
-    AllowMembers(request, {"new"});
-    return New(request["new"]);
-  }
-  if (request.contains("drop")) {
-    AllowMembers(request, {"drop"});
-    return Drop(request["drop"]);
-  }
-  if (request.contains("set")) return Set(request);
-  if (request.contains("get")) return Get(request);
-  if (request.contains("call")) return Call(request);
-  throw ValueError(R"(the line asks for nothing: give "new", "set", "get", "call" or "drop")");
-}
-
-Json Session::New(const Json& json) {
-  const std::string& name = NameFrom(json, "an instance's name");
-  if (instances_.contains(name)) throw ValueError("the instance " + Quoted(name) + " exists already");
-  instances_.emplace(name, std::make_unique<clsQuery>());
-  return {{"ok", true}};
-}
-
-Json Session::Drop(const Json& json) {
-  const std::string& name = NameFrom(json, "an instance's name");
-  if (instances_.erase(name) == 0) throw ValueError("there is no instance " + Quoted(name));
-  return {{"ok", true}};
-}
-
-clsQuery& Session::Instance(const Json& request) {
-  const std::string name = request.contains("on") ? NameFrom(request["on"], "\"on\"") : "q";
-  const auto found = instances_.find(name);
-  if (found == instances_.end()) throw ValueError("there is no instance " + Quoted(name));
-  return *found->second;
-}
-
 void Assign(clsQuery& query, const std::string& name, const Json& json) {
   const Argument argument = ArgumentFromJson(json);
   if (argument.isLeftOut || argument.isReference) throw ValueError(Quoted(name) + " needs a value");
@@ -127,50 +63,104 @@ void Assign(clsQuery& query, const std::string& name, const Json& json) {
   }
 }
 
-Json Session::Set(const Json& request) {
-  AllowMembers(request, {"set", "on"});
-  const Json& values = request["set"];
-  if (!values.is_object()) throw ValueError(R"("set" must be an object of names and values)");
-  clsQuery& query = Instance(request);
-  for (const auto& member : values.items()) Assign(query, member.key(), member.value());
-  return {{"ok", true}};
-}
+class Session {
+ public:
+  Session() { instances_.emplace("q", std::make_unique<clsQuery>()); }
 
-Json Session::Get(const Json& request) {
-  AllowMembers(request, {"get", "on"});
-  const Json& names = request["get"];
-  if (!names.is_array()) throw ValueError(R"("get" must be a list of names)");
-  const clsQuery& query = Instance(request);
-  Json values = Json::object();
-  for (const Json& json : names) {
-    const std::string& name = NameFrom(json, "a variable's name");
-    const VariableEntry* const variable = FindVariable(name);
-    if (variable == nullptr) throw ValueError("there is no readable public variable " + Quoted(name));
-    values[name] = TypedJsonFromValue(variable->get(query));
+  // The answer to one line; never fails.
+  Json Answer(const std::string& line) {
+    try {
+      return Dispatch(Parse(line));
+    } catch (const RuntimeError& error) {
+      return {{"error", std::to_string(error.number()) + " - " + error.description()}};
+    } catch (const std::exception& error) {
+      return {{"error", error.what()}};
+    }
   }
-  return {{"values", std::move(values)}};
-}
 
-Json Session::Call(const Json& request) {
-  AllowMembers(request, {"call", "args", "on"});
-  const std::string& name = NameFrom(request["call"], "a method's name");
-  const MethodEntry* const method = FindMethod(name);
-  if (method == nullptr || method->isProperty) throw ValueError("there is no method " + Quoted(name));
-  const Json given = request.contains("args") ? request["args"] : Json::array();
-  if (!given.is_array()) throw ValueError(R"("args" must be a list of arguments)");
-  std::vector<Argument> arguments;
-  arguments.reserve(given.size());
-  for (const Json& json : given) arguments.push_back(ArgumentFromJson(json));
-  std::vector<Variant*> pointers;
-  for (Argument& argument : arguments) pointers.push_back(argument.isLeftOut ? nullptr : &argument.value);
-
-  const Variant result = method->call(Instance(request), pointers);
-  Json refs = Json::array();
-  for (const Argument& argument : arguments) {
-    if (argument.isReference) refs.push_back(TypedJsonFromValue(argument.value));
+ private:
+  Json Dispatch(const Json& request) {
+    if (request.contains("new")) {
+      AllowMembers(request, {"new"});
+      return New(request["new"]);
+    }
+    if (request.contains("drop")) {
+      AllowMembers(request, {"drop"});
+      return Drop(request["drop"]);
+    }
+    if (request.contains("set")) return Set(request);
+    if (request.contains("get")) return Get(request);
+    if (request.contains("call")) return Call(request);
+    throw ValueError(R"(the line asks for nothing: give "new", "set", "get", "call" or "drop")");
   }
-  return {{"result", JsonFromValue(result)}, {"type", std::string(result.TypeName())}, {"refs", std::move(refs)}};
-}
+
+  Json New(const Json& json) {
+    const std::string& name = NameFrom(json, "an instance's name");
+    if (instances_.contains(name)) throw ValueError("the instance " + Quoted(name) + " exists already");
+    instances_.emplace(name, std::make_unique<clsQuery>());
+    return {{"ok", true}};
+  }
+
+  Json Drop(const Json& json) {
+    const std::string& name = NameFrom(json, "an instance's name");
+    if (instances_.erase(name) == 0) throw ValueError("there is no instance " + Quoted(name));
+    return {{"ok", true}};
+  }
+
+  clsQuery& Instance(const Json& request) {
+    const std::string name = request.contains("on") ? NameFrom(request["on"], "\"on\"") : "q";
+    const auto found = instances_.find(name);
+    if (found == instances_.end()) throw ValueError("there is no instance " + Quoted(name));
+    return *found->second;
+  }
+
+  Json Set(const Json& request) {
+    AllowMembers(request, {"set", "on"});
+    const Json& values = request["set"];
+    if (!values.is_object()) throw ValueError(R"("set" must be an object of names and values)");
+    clsQuery& query = Instance(request);
+    for (const auto& member : values.items()) Assign(query, member.key(), member.value());
+    return {{"ok", true}};
+  }
+
+  Json Get(const Json& request) {
+    AllowMembers(request, {"get", "on"});
+    const Json& names = request["get"];
+    if (!names.is_array()) throw ValueError(R"("get" must be a list of names)");
+    const clsQuery& query = Instance(request);
+    Json values = Json::object();
+    for (const Json& json : names) {
+      const std::string& name = NameFrom(json, "a variable's name");
+      const VariableEntry* const variable = FindVariable(name);
+      if (variable == nullptr) throw ValueError("there is no readable public variable " + Quoted(name));
+      values[name] = TypedJsonFromValue(variable->get(query));
+    }
+    return {{"values", std::move(values)}};
+  }
+
+  Json Call(const Json& request) {
+    AllowMembers(request, {"call", "args", "on"});
+    const std::string& name = NameFrom(request["call"], "a method's name");
+    const MethodEntry* const method = FindMethod(name);
+    if (method == nullptr || method->isProperty) throw ValueError("there is no method " + Quoted(name));
+    const Json given = request.contains("args") ? request["args"] : Json::array();
+    if (!given.is_array()) throw ValueError(R"("args" must be a list of arguments)");
+    std::vector<Argument> arguments;
+    arguments.reserve(given.size());
+    for (const Json& json : given) arguments.push_back(ArgumentFromJson(json));
+    std::vector<Variant*> pointers;
+    for (Argument& argument : arguments) pointers.push_back(argument.isLeftOut ? nullptr : &argument.value);
+
+    const Variant result = method->call(Instance(request), pointers);
+    Json refs = Json::array();
+    for (const Argument& argument : arguments) {
+      if (argument.isReference) refs.push_back(TypedJsonFromValue(argument.value));
+    }
+    return {{"result", JsonFromValue(result)}, {"type", std::string(result.TypeName())}, {"refs", std::move(refs)}};
+  }
+
+  std::map<std::string, std::unique_ptr<clsQuery>> instances_;
+};
 
 enum class LineState { Read, TooLong, End };
 

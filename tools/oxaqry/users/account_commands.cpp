@@ -103,11 +103,10 @@ int SetMustChange(UserDatabase& database, const MustChangeRequest& request, cons
 }  // namespace
 
 void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"add", "add a user or group",
-              "Examples:\n  oxaqry user add anna --config web.json\n"
-              "  oxaqry user add bert --archive-user WEB --password-stdin --config web.json < two-lines\n"
-              "  oxaqry user add Sales --group --config web.json"},
+  AddCommand(parser, parent, "add", "add a user or group",
+             "Examples:\n  oxaqry user add anna --config web.json\n"
+             "  oxaqry user add bert --archive-user WEB --password-stdin --config web.json < two-lines\n"
+             "  oxaqry user add Sales --group --config web.json",
              AddUser, [](CLI::App& command, AddRequest& request) {
                command.add_option("NAME", request.name, "the new name")->required();
                CLI::Option* const group =
@@ -120,27 +119,24 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
                command.add_flag("--duplicate", request.mayDuplicate, "add the user even when the name exists");
                AddPasswordSource(command, request.passwords);
              });
-  AddCommand(parser, parent,
-             {"passwd", "give a user a new password",
-              "Examples:\n  oxaqry user passwd anna --config web.json\n"
-              "  oxaqry user passwd anna --id 7 --password-stdin --config web.json < new-password"},
+  AddCommand(parser, parent, "passwd", "give a user a new password",
+             "Examples:\n  oxaqry user passwd anna --config web.json\n"
+             "  oxaqry user passwd anna --id 7 --password-stdin --config web.json < new-password",
              SetPassword, [](CLI::App& command, PasswordRequest& request) {
                AddUserName(command, request.user);
                command.add_flag("--make-user", request.mayMakeUser,
                                 "also for a group without members, which becomes a user");
                AddPasswordSource(command, request.passwords);
              });
-  AddCommand(parser, parent,
-             {"check", "try a user's password as a log-on does; exit status 0 when it is right, else 1",
-              "Example:\n  oxaqry user check anna --config web.json"},
-             CheckPassword, [](CLI::App& command, PasswordRequest& request) {
+  AddCommand(parser, parent, "check", "try a user's password as a log-on does; exit status 0 when it is right, else 1",
+             "Example:\n  oxaqry user check anna --config web.json", CheckPassword,
+             [](CLI::App& command, PasswordRequest& request) {
                command.add_option("NAME", request.user.name, "the user's name")->required();
                AddPasswordSource(command, request.passwords);
              });
-  AddCommand(parser, parent,
-             {"must-change", "set whether a user must change the password",
-              "Example:\n  oxaqry user must-change anna on --config web.json"},
-             SetMustChange, [](CLI::App& command, MustChangeRequest& request) {
+  AddCommand(parser, parent, "must-change", "set whether a user must change the password",
+             "Example:\n  oxaqry user must-change anna on --config web.json", SetMustChange,
+             [](CLI::App& command, MustChangeRequest& request) {
                AddUserName(command, request.user);
                command.add_option("STATE", request.state, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
              });

@@ -26,24 +26,18 @@ void AddGrantCommands(CommandParser& parser, CLI::App& parent);
 void AddExplain(CommandParser& parser, CLI::App& parent);
 void AddOutline(CommandParser& parser, CLI::App& parent);
 
-struct CommandTexts {
-  const char* name;
-  const char* description;
-  const char* examples;
-};
-
 // A command on a database that has its tables. addOptions fills the Request that run gets; run returns the exit status
 // and raises CommandError, UsageError or ValueError.
 template <typename Request, typename AddOptions>
-void AddCommand(CommandParser& parser, CLI::App& parent, const CommandTexts& texts,
-                int (*run)(UserDatabase&, const Request&, const Output&), AddOptions addOptions) {
+void AddCommand(CommandParser& parser, CLI::App& parent, const char* name, const char* description,
+                const char* examples, int (*run)(UserDatabase&, const Request&, const Output&), AddOptions addOptions) {
   const auto request = std::make_shared<Request>();
   const auto action = [request, run](const Settings& settings, const Output& output) {
     UserDatabase database(settings);
     database.RequireTables();
     return run(database, *request, output);
   };
-  addOptions(*parser.AddDatabase(parent, texts.name, texts.description, texts.examples, action), *request);
+  addOptions(*parser.AddDatabase(parent, name, description, examples, action), *request);
 }
 
 // The argument NAME, and the option that selects one of several users of that name.

@@ -74,14 +74,12 @@ int ShowSearchRights(UserDatabase& database, const DefinitionRequest& request, c
 }  // namespace
 
 void AddDefinitionCommands(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"doc-rights", "list the conditions that documents of an archive must meet to be shown to a user",
-              "Example:\n  oxaqry user doc-rights anna Finance/Invoices --config web.json"},
-             ShowDocumentRights, AddOptions);
-  AddCommand(parser, parent,
-             {"search-rights", "list what restricts a user's searches in an archive",
-              "Example:\n  oxaqry user search-rights anna Finance/Invoices --config web.json"},
-             ShowSearchRights, AddOptions);
+  AddCommand(
+      parser, parent, "doc-rights", "list the conditions that documents of an archive must meet to be shown to a user",
+      "Example:\n  oxaqry user doc-rights anna Finance/Invoices --config web.json", ShowDocumentRights, AddOptions);
+  AddCommand(parser, parent, "search-rights", "list what restricts a user's searches in an archive",
+             "Example:\n  oxaqry user search-rights anna Finance/Invoices --config web.json", ShowSearchRights,
+             AddOptions);
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -120,26 +120,25 @@ int Explain(UserDatabase& database, const ExplainRequest& request, const Output&
 }  // namespace
 
 void AddExplain(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"explain", "show which entries give a user a right; exit status 0 when the user has it, else 1",
-              "Examples:\n  oxaqry user explain anna 3 --config web.json\n"
-              "  oxaqry user explain anna --edit Invoices --config web.json"},
-             Explain, [](CLI::App& command, ExplainRequest& request) {
-               AddUserName(command, request.user);
-               std::vector<const CLI::Option*> options;
-               for (const EntryKind& kind : kKinds) {
-                 const auto take = [&request, &kind](const std::string& entry) {
-                   request.kind = &kind;
-                   request.entry = entry;
-                 };
-                 CLI::Option* const option = command.add_option_function<std::string>(kind.option, take, kind.meaning);
-                 option->type_name(kind.valueName);
-                 if (kind.kind == Kind::Right) option->check(WholeNumber());
-                 options.push_back(option);
-               }
-               RequireOptions(command, std::move(options), 1,
-                              "give one right: a number, --edit, --archive or --channel");
-             });
+  AddCommand(
+      parser, parent, "explain", "show which entries give a user a right; exit status 0 when the user has it, else 1",
+      "Examples:\n  oxaqry user explain anna 3 --config web.json\n"
+      "  oxaqry user explain anna --edit Invoices --config web.json",
+      Explain, [](CLI::App& command, ExplainRequest& request) {
+        AddUserName(command, request.user);
+        std::vector<const CLI::Option*> options;
+        for (const EntryKind& kind : kKinds) {
+          const auto take = [&request, &kind](const std::string& entry) {
+            request.kind = &kind;
+            request.entry = entry;
+          };
+          CLI::Option* const option = command.add_option_function<std::string>(kind.option, take, kind.meaning);
+          option->type_name(kind.valueName);
+          if (kind.kind == Kind::Right) option->check(WholeNumber());
+          options.push_back(option);
+        }
+        RequireOptions(command, std::move(options), 1, "give one right: a number, --edit, --archive or --channel");
+      });
 }
 
 }  // namespace oxaqrycln::oxaqry

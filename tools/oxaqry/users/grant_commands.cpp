@@ -181,18 +181,16 @@ void AddGrants(CLI::App& command, GrantRequest& request) {
 }  // namespace
 
 void AddGrantCommands(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"grant", "give a user or group rights, or a user membership in groups",
-              "Examples:\n  oxaqry user grant Sales --right 3 --archive Invoices --channel Finance --config web.json\n"
-              "  oxaqry user grant anna --group Sales --edit Invoices=NE --config web.json"},
+  AddCommand(parser, parent, "grant", "give a user or group rights, or a user membership in groups",
+             "Examples:\n  oxaqry user grant Sales --right 3 --archive Invoices --channel Finance --config web.json\n"
+             "  oxaqry user grant anna --group Sales --edit Invoices=NE --config web.json",
              ChangeGrants, [](CLI::App& command, GrantRequest& request) {
                request.isGrant = true;
                AddGrants(command, request);
              });
-  AddCommand(parser, parent,
-             {"revoke", "revoke a user's or group's own rights; those given by groups stay",
-              "Examples:\n  oxaqry user revoke anna --edit Invoices=E --config web.json\n"
-              "  oxaqry user revoke anna --group Sales --config web.json"},
+  AddCommand(parser, parent, "revoke", "revoke a user's or group's own rights; those given by groups stay",
+             "Examples:\n  oxaqry user revoke anna --edit Invoices=E --config web.json\n"
+             "  oxaqry user revoke anna --group Sales --config web.json",
              ChangeGrants, AddGrants);
 }
 

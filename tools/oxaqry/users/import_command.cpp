@@ -141,11 +141,10 @@ int ImportUsers(UserDatabase& database, const std::string& path, const Output& o
 }  // namespace
 
 void AddImport(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"import", "add the users of a CSV file, all or none",
-              "Example:\n  oxaqry user import users.csv --config web.json\n\n"
-              "The file is UTF-8 with a header line that names the columns, in any order: name, password,\n"
-              "and optionally archive_user, archive_password and groups, whose names are separated by \";\"."},
+  AddCommand(parser, parent, "import", "add the users of a CSV file, all or none",
+             "Example:\n  oxaqry user import users.csv --config web.json\n\n"
+             "The file is UTF-8 with a header line that names the columns, in any order: name, password,\n"
+             "and optionally archive_user, archive_password and groups, whose names are separated by \";\".",
              ImportUsers, [](CLI::App& command, std::string& path) {
                command.add_option("FILE", path, "the file, \"-\" for standard input")->required();
              });

@@ -114,20 +114,15 @@ int ShowRights(UserDatabase& database, const UserName& name, const Output& outpu
 }  // namespace
 
 void AddListCommands(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"list", "list the users, or the groups with their members",
-              "Examples:\n  oxaqry user list --config web.json\n  oxaqry user list --groups --json --config web.json"},
+  AddCommand(parser, parent, "list", "list the users, or the groups with their members",
+             "Examples:\n  oxaqry user list --config web.json\n  oxaqry user list --groups --json --config web.json",
              ListUsers, [](CLI::App& command, bool& isOfGroups) {
                command.add_flag("--groups", isOfGroups, "list the groups: users that have members or no password");
              });
-  AddCommand(
-      parser, parent,
-      {"groups", "list the groups that a user is a member of", "Example:\n  oxaqry user groups anna --config web.json"},
-      ListGroupsOf, AddUserName);
-  AddCommand(parser, parent,
-             {"rights", "list the rights of a user, those of the user's groups included",
-              "Example:\n  oxaqry user rights anna --config web.json"},
-             ShowRights, AddUserName);
+  AddCommand(parser, parent, "groups", "list the groups that a user is a member of",
+             "Example:\n  oxaqry user groups anna --config web.json", ListGroupsOf, AddUserName);
+  AddCommand(parser, parent, "rights", "list the rights of a user, those of the user's groups included",
+             "Example:\n  oxaqry user rights anna --config web.json", ShowRights, AddUserName);
 }
 
 }  // namespace oxaqrycln::oxaqry

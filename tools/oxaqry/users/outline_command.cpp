@@ -108,25 +108,24 @@ int Outline(UserDatabase& database, const OutlineRequest& request, const Output&
 }  // namespace
 
 void AddOutline(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent,
-             {"outline", "list the outliners of an archive, show the tree of one, or the search of a node",
-              "Examples:\n  oxaqry outline Finance/Invoices --config web.json\n"
-              "  oxaqry outline 1 --depth 2 --config web.json\n"
-              "  oxaqry search \"$(oxaqry outline --expression 3 --config web.json)\" --hosts localhost,2001"},
-             Outline, [](CLI::App& command, OutlineRequest& request) {
-               CLI::Option* const what =
-                   command.add_option("WHAT", request.what, "CHANNEL/ARCHIVE, or the ID of an outliner");
-               CLI::Option* const node =
-                   command.add_option("--expression", request.node, "print the search of the node with this ID")
-                       ->excludes(what)
-                       ->type_name("NODE");
-               command.add_option("--depth", request.depth, "how many levels of the tree to show (default 10)")
-                   ->check(CLI::Validator(CLI::Range(std::int32_t{1}, std::int32_t{100})).description(""))
-                   ->excludes(node)
-                   ->type_name("N");
-               RequireOptions(command, {what, node}, 1,
-                              "name CHANNEL/ARCHIVE, the ID of an outliner, or a node with --expression");
-             });
+  AddCommand(
+      parser, parent, "outline", "list the outliners of an archive, show the tree of one, or the search of a node",
+      "Examples:\n  oxaqry outline Finance/Invoices --config web.json\n"
+      "  oxaqry outline 1 --depth 2 --config web.json\n"
+      "  oxaqry search \"$(oxaqry outline --expression 3 --config web.json)\" --hosts localhost,2001",
+      Outline, [](CLI::App& command, OutlineRequest& request) {
+        CLI::Option* const what = command.add_option("WHAT", request.what, "CHANNEL/ARCHIVE, or the ID of an outliner");
+        CLI::Option* const node =
+            command.add_option("--expression", request.node, "print the search of the node with this ID")
+                ->excludes(what)
+                ->type_name("NODE");
+        command.add_option("--depth", request.depth, "how many levels of the tree to show (default 10)")
+            ->check(CLI::Validator(CLI::Range(std::int32_t{1}, std::int32_t{100})).description(""))
+            ->excludes(node)
+            ->type_name("N");
+        RequireOptions(command, {what, node}, 1,
+                       "name CHANNEL/ARCHIVE, the ID of an outliner, or a node with --expression");
+      });
 }
 
 }  // namespace oxaqrycln::oxaqry
