@@ -30,7 +30,7 @@ std::string Walk(clsQuery& query) {
   for (int i = 0; i < 100; ++i) {
     std::array<Variant, 7> out;
     const std::string content =
-        query.GetOutlinerContentNext(&out[0], &out[1], &out[2], &out[3], &out[4], &out[5], &out[6]);
+        query.GetOutlinerContentNext(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6]);
     std::string types;
     for (const Variant& each : out) {
       types.append(each.TypeName()).append(" ");

@@ -35,8 +35,8 @@ class ScriptedArchive {
   static Reply Error(const std::string& text) { return Sends(Framed("Status: " + text + "\r\n")); }
   // The server's part of a fetch: the file appears in the blob directory, and the answer names it.
   static Reply Puts(const std::string& name, const std::string& content) {
-    return [name, content](Peer& peer, const Fields&, const TemporaryDirectory& blobs) {
-      blobs.Write(name, content);
+    return [name, content](Peer& peer, const Fields&, const TemporaryDirectory& directory) {
+      directory.Write(name, content);
       peer.Send(Answer({std::to_string(content.size()), "D:\\blobs\\" + name}));
     };
   }

@@ -145,7 +145,7 @@ class Writer {
     const auto add = [&](std::int64_t fieldId, SegmentType type, const std::string& fileName, const std::string& text) {
       const bool isFile = type == SegmentType::kFile;
       segment_.Run(document.id, static_cast<std::int64_t>(version), ++position, fieldId,
-                   static_cast<std::int64_t>(type), Utf8{fileName}, std::int64_t{type == SegmentType::kImage},
+                   static_cast<std::int64_t>(type), Utf8{fileName}, std::int64_t{type == SegmentType::kImage ? 1 : 0},
                    Utf8{text}, isFile ? std::optional(contentId) : std::nullopt);
     };
     add(kAuthorField, SegmentType::kText, "", document.author);
