@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "component/version.h"
+#include "platform/net/socket_address.h"
 #include "tools/devserver/archive/sample_archive.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
@@ -62,7 +63,12 @@ CLI::Option* AddOption(CLI::App& app, const std::string& name, const std::string
 
 void Declare(CLI::App& app, CommandLine& line) {
   app.set_version_flag("--version", kVersionText);
-  app.add_option("--listen", line.server.address, "Numeric address to listen on")->capture_default_str();
+  const auto isAddress = [](const std::string& text) {
+    return NumericAddress(text) ? "" : "'" + text + "' is not a numeric address to listen on";
+  };
+  app.add_option("--listen", line.server.address, "Numeric address to listen on")
+      ->check(CLI::Validator(isAddress, ""))
+      ->capture_default_str();
   app.add_option("--port", line.server.port, "TCP port; 0 takes any free one")->capture_default_str();
   app.add_option("--database", line.database, "SQLite file, created and filled when new (default: in memory)");
   app.add_option(
