@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <ranges>
 #include <set>
 #include <string>
 #include <string_view>
@@ -214,10 +215,10 @@ std::string clsQuery::GetOutlinerSearchExpr(const Variant& lngID) {
     if (path.empty()) return;
     const Levels levels = ReadLevels(state, std::to_string(path.front().outliner));
     std::string expression;
-    for (auto node = path.rbegin(); node != path.rend(); ++node) {
-      const Level& level = LevelOf(levels, node->level);
+    for (const PathNode& node : std::views::reverse(path)) {
+      const Level& level = LevelOf(levels, node.level);
       if (!level.isSearched) continue;
-      expression += (expression.empty() ? "" : " AND ") + ConditionOf(level, node->content);
+      expression += (expression.empty() ? "" : " AND ") + ConditionOf(level, node.content);
     }
     result = std::move(expression);
   });

@@ -40,7 +40,8 @@ std::string ComponentPath(const fs::path& path) {
 }
 
 std::string NativeName(std::string_view name) {
-  const bool isPlain = !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == name.npos;
+  const bool isPlain =
+      !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos;
   if (!isPlain || !IsPrintable(name)) throw CommandError("\"" + Printable(name) + "\" is not a plain file name");
   return ToUtf8(name);
 }
