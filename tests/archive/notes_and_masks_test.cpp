@@ -27,9 +27,10 @@ TEST(Notes, AreJoinedFromTheirLines) {
 TEST(Notes, AreShortenedWhenWrittenAndAreDeleted) {
   WithAnswers({Answer({}), Answer({}), Framed("Status: Locked")}, [](Page& page) {
     Variant status;
-    EXPECT_EQ(page.query.TELOWriteNote("M", "A", "1", "2", std::string(8000, 'n') + "x", Missing, &status),
-              Variant::Long(1));
-    EXPECT_EQ(page.LastCommand(), "^WriteNote^,^M^,^A^,^1^,^2^,^" + std::string(8000, 'n') + "^,^\r\n^");
+    const std::string longest(8000, 'n');
+    const Variant tooLong(longest + "x");
+    EXPECT_EQ(page.query.TELOWriteNote("M", "A", "1", "2", tooLong, Missing, &status), Variant::Long(1));
+    EXPECT_EQ(page.LastCommand(), "^WriteNote^,^M^,^A^,^1^,^2^,^" + longest + "^,^\r\n^");
     EXPECT_EQ(page.query.TELOWriteNote("M", "A", "1", "2", "a|b", "|"), Variant::Long(1));
     EXPECT_EQ(page.LastCommand(), "^WriteNote^,^M^,^A^,^1^,^2^,^a|b^,^|^");
     EXPECT_EQ(page.query.TELODeleteNotes("M", "A", "1", "2", &status), kFailed);
