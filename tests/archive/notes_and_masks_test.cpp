@@ -28,7 +28,7 @@ TEST(Notes, AreShortenedWhenWrittenAndAreDeleted) {
   WithAnswers({Answer({}), Answer({}), Framed("Status: Locked")}, [](Page& page) {
     Variant status;
     const std::string longest(8000, 'n');
-    const Variant tooLong(longest + "x");
+    const std::string tooLong(8001, 'n');
     EXPECT_EQ(page.query.TELOWriteNote("M", "A", "1", "2", tooLong, Missing, &status), Variant::Long(1));
     EXPECT_EQ(page.LastCommand(), "^WriteNote^,^M^,^A^,^1^,^2^,^" + longest + "^,^\r\n^");
     EXPECT_EQ(page.query.TELOWriteNote("M", "A", "1", "2", "a|b", "|"), Variant::Long(1));
