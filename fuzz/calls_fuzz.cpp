@@ -70,9 +70,8 @@ Variant Call(clsQuery& query, const MethodEntry& method) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void oxaqrycln::fuzz::Run(std::string_view answer) {
   static AnsweringPage page;
-  std::string_view answer = View(data, size);
   const std::string_view letters = CutOff(answer, "\n").substr(0, kMostCalls);
   page.SetAnswer(answer);
   int requests = 0;
@@ -89,5 +88,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
               "a request returns a count, a text or a failure");
     }
   }
-  return 0;
 }

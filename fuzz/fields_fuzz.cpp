@@ -46,10 +46,8 @@ void CheckRequest(std::string_view text, std::int32_t number) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::string_view text = View(data, size);
+void oxaqrycln::fuzz::Run(std::string_view text) {
   const std::int32_t number = ToNumber(CutOff(text, "\n"));
   CheckRecord(text);
   CheckRequest(text, number);
-  return 0;
 }

@@ -23,8 +23,7 @@ void CheckPlainName(std::string_view name) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view name = View(data, size);
+void oxaqrycln::fuzz::Run(std::string_view name) {
   if (IsPlainFileName(name)) CheckPlainName(name);
   const std::string_view last = LastPathPart(name);
   Require(name.ends_with(last) && last.find_first_of("/\\") == std::string_view::npos,
@@ -36,5 +35,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(stored == last, "a file is stored under its last part");
     CheckPlainName(stored);
   }
-  return 0;
 }

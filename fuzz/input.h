@@ -15,20 +15,16 @@
 #include "tests/support/error_of.h"
 #include "values/errors.h"
 
-// The entry of every target; its result is always 0.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
 namespace oxaqrycln::fuzz {
+
+// What every target does with an input.
+void Run(std::string_view input);
 
 // Ends the program if a claim does not hold.
 inline void Require(bool holds, const char* claim) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", claim);
   std::abort();
-}
-
-inline std::string_view View(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};
 }
 
 // Removes the text up to the separator, or all of it without one, and the separator from rest; returns the text.

@@ -22,10 +22,9 @@ void CheckFields(clsQuery& query, std::int32_t count) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void oxaqrycln::fuzz::Run(std::string_view text) {
   static AnsweringPage page;
   clsQuery& query = page.query;
-  const std::string_view text = View(data, size);
   page.SetAnswer("Status: OK\r\n" + std::string(text));
   auto masks = Parts(text, "\r\n");
   std::erase_if(masks, [](std::string_view line) { return !line.starts_with('@'); });
@@ -45,5 +44,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(query.TELOGetMasksNext(&name) == Variant::Integer(-1) && name == Variant(""), "the walk ends");
     query.TELOGetMasksFirst();
   }
-  return 0;
 }

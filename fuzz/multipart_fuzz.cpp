@@ -39,8 +39,7 @@ Outcome Feed(const std::vector<std::string_view>& pieces) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::string_view body = View(data, size);
+void oxaqrycln::fuzz::Run(std::string_view body) {
   const std::string_view sizes = CutOff(body, "\n");
   const Outcome atOnce = Feed({body});
   const Outcome inPieces = Feed(Pieces(body, sizes));
@@ -50,5 +49,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (atOnce.error == 0) Require(atOnce.content == inPieces.content, "pieces do not change the content");
   Require(body.find(atOnce.content) != std::string_view::npos, "the content is a part of the body");
   Require(!atOnce.whole || atOnce.begun, "a complete file has begun");
-  return 0;
 }

@@ -64,8 +64,8 @@ void CheckRounding(const Variant& value, std::int32_t whole) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(View(data, size));
+void oxaqrycln::fuzz::Run(std::string_view input) {
+  const std::string text(input);
   const Variant value(text);
   CheckPlainInteger(text, value);
   CheckDecimal(text, value);
@@ -86,5 +86,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(year >= 100 && year <= 9999, "a date is of the years 100 to 9999");
     Require(DateTime::FromIso(date.ToIso()) == date, "the text of a date is read as the same date");
   });
-  return 0;
 }

@@ -83,10 +83,8 @@ class Receiver {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void oxaqrycln::fuzz::Run(std::string_view bytes) {
   static Receiver receiver;
-  std::string_view bytes = View(data, size);
   const std::string_view sizes = CutOff(bytes, "\n");
   receiver.Take(bytes, sizes);
-  return 0;
 }

@@ -20,9 +20,9 @@ int Replay(const std::filesystem::path& path) {
   }
   std::fprintf(stderr, "%s\n", path.c_str());  // the last one named is the one that failed
   std::ifstream file(path, std::ios::binary);
-  const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
   if (!file) return 0;
-  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  oxaqrycln::fuzz::Run(bytes);
   return 1;
 }
 

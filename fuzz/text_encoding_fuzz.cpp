@@ -18,23 +18,22 @@ bool LosesNothing(std::string_view text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text = View(data, size);
+void oxaqrycln::fuzz::Run(std::string_view text) {
   std::string encoded;
   if (ErrorOf([&] { encoded = Encode(text); }) == 0) {
     Require(encoded.size() == text.size() * 2, "two digits a character");
     Require(encoded.find_first_not_of("0123456789ABCDEF") == std::string::npos, "the digits are hexadecimal");
     if (LosesNothing(text)) Require(Decode(encoded) == text, "decoding is the inverse of encoding");
   } else {
-    Require(size > 32767U - 255U, "only a long text does not fit");
+    Require(text.size() > 32767U - 255U, "only a long text does not fit");
   }
   std::string decoded;
   const std::int32_t refused = ErrorOf([&] { decoded = Decode(text); });
   Require(refused == 0 || refused == error::kTypeMismatch || refused == error::kInvalidProcedureCall,
           "what is no encoding is refused");
-  Require(decoded.size() <= size / 2, "a character takes two digits");
-  if (refused != 0) return 0;
+  Require(decoded.size() <= text.size() / 2, "a character takes two digits");
+  if (refused != 0) return;
   // The characters that form no pair are the first ones.
-  Require(Encode(decoded) == UpperCase(text.substr(size - 2 * decoded.size())), "encoding is the inverse of decoding");
-  return 0;
+  Require(Encode(decoded) == UpperCase(text.substr(text.size() - 2 * decoded.size())),
+          "encoding is the inverse of decoding");
 }

@@ -60,9 +60,8 @@ void CheckQuotedText(std::string text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  CheckAnyLines(View(data, size));
-  CheckQuotedLines(View(data, size));
-  CheckQuotedText(std::string(View(data, size)));
-  return 0;
+void oxaqrycln::fuzz::Run(std::string_view text) {
+  CheckAnyLines(text);
+  CheckQuotedLines(text);
+  CheckQuotedText(std::string(text));
 }

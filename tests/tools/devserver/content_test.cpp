@@ -152,8 +152,7 @@ TEST_F(ContentTest, IsTransferredWithoutAHeaderOrNotAtAll) {
   std::filesystem::create_directory(server_.BlobPath("directory"));
   std::ofstream(server_.BlobPath("empty.bin")) << "";
   const auto transfer = [&](const std::string& request, int error = 0) {
-    Client client = server_.Connect();
-    client.Send(request);
+    Client client = server_.Send(request);
     std::string received = client.Receive();
     EXPECT_EQ(client.error(), error) << request;
     return received;
@@ -164,6 +163,7 @@ TEST_F(ContentTest, IsTransferredWithoutAHeaderOrNotAtAll) {
   for (const char* name : {"missing", "link", "directory", "..", "/etc/passwd", ""}) {
     EXPECT_EQ(transfer(Request(std::string("TransferBLOB^,^") + name), ECONNRESET), "") << name;
   }
+  EXPECT_EQ(transfer(Request("TransferBLOB"), ECONNRESET), "");
   EXPECT_EQ(transfer("^S1^,^nobody^,^x^,^TransferBLOB^,^big.bin^", ECONNRESET), "");
 }
 
@@ -172,18 +172,9 @@ TEST(TransferBlob, IsSubjectToMisbehaviour) {
   for (const auto& [mode, length] : {std::pair("cut:100", 100), {"reset:66000", 66000}, {"bytewise", 70000}}) {
     const RunningServer server(WithLimits({.linger = std::chrono::milliseconds(10)}), mode);
     std::ofstream(server.BlobPath("big.bin"), std::ios::binary) << std::string(70000, 'x');
-    Client client = server.Connect();
-    client.Send(Request("TransferBLOB^,^big.bin"));
+    Client client = server.Send(Request("TransferBLOB^,^big.bin"));
     EXPECT_EQ(client.Receive().size(), static_cast<std::size_t>(length)) << mode;
   }
-}
-
-TEST(TransferBlob, SendsNothingWithoutAParameter) {
-  const RunningServer server(WithLimits({.shortQuiet = std::chrono::milliseconds(20)}));
-  Client client = server.Connect();
-  client.Send(Request("TransferBLOB"));
-  EXPECT_EQ(client.Receive(), "");
-  EXPECT_EQ(client.error(), ECONNRESET);
 }
 
 // Any stored image is either read or refused.

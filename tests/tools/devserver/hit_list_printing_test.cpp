@@ -108,8 +108,7 @@ TEST_F(PrintingTest, RefusesInvalidHitLists) {
 TEST(Printing, WaitsForRowsThatArriveInPieces) {
   const RunningServer server(
       WithLimits({.quiet = std::chrono::milliseconds(10), .shortQuiet = std::chrono::minutes(1)}));
-  Client client = server.Connect();
-  client.Send("^S1^,^webuser^,^" + Encode("secret") + "^,^PrintHitlistPDF^,^T^,^^Reference^,^Docum");
+  Client client = server.Send("^S1^,^webuser^,^" + Encode("secret") + "^,^PrintHitlistPDF^,^T^,^^Reference^,^Docum");
   for (const char* piece : {"ent^\r\n^a^,^^", ",^b^,^c^", "\r\n^d^", "^,^^"}) {
     EXPECT_FALSE(client.Readable(50)) << piece;
     client.Send(piece);

@@ -31,8 +31,7 @@ std::string Block(const std::string& page, std::size_t& position) {
 
 // What the server sends for the bytes, up to the end of the answer that its header announces, or of a file.
 std::string Exchange(const RunningServer& server, const std::string& bytes, bool isFile) {
-  Client client = server.Connect();
-  client.Send(bytes);
+  Client client = server.Send(bytes);
   if (isFile) return client.Receive();
   const std::string answer = Replace(client.Answer(), kVersionText, kPageVersion);
   return "TotalBytes:" + std::to_string(answer.size()) + "\r\n" + answer;

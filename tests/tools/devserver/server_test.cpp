@@ -37,8 +37,7 @@ TEST(Server, AnswersARequestThatArrivesByteByByte) {
 
 TEST(Server, WaitsLongerForMissingFields) {
   RunningServer server(WithLimits({.quiet = std::chrono::milliseconds(10), .shortQuiet = std::chrono::minutes(1)}));
-  Client client = server.Connect();
-  client.Send(Request("GetArchiveProperties^,^Mail"));
+  Client client = server.Send(Request("GetArchiveProperties^,^Mail"));
   EXPECT_FALSE(client.Readable(100));
   client.Send(",^Inbox^");
   EXPECT_THAT(client.Answer(), StartsWith("Status: OK\r\n"));
@@ -69,12 +68,10 @@ TEST(Server, AnswersIncompleteAndInvalidRequestsWithAnError) {
       {"^" + std::string(1000, 'x'), "Status: The request is longer than 1000 bytes\r\n"},
   };
   for (const auto& [bytes, answer] : cases) {
-    Client client = server.Connect();
-    client.Send(bytes);
+    Client client = server.Send(bytes);
     EXPECT_EQ(client.Answer(), answer);
   }
-  Client ending = server.Connect();
-  ending.Send("^S1^");
+  Client ending = server.Send("^S1^");
   ending.EndSending();
   EXPECT_THAT(ending.Receive(), HasSubstr("Status: The request contains no command\r\n"));
   EXPECT_EQ(server.Connect().Receive(), "");
@@ -82,8 +79,7 @@ TEST(Server, AnswersIncompleteAndInvalidRequestsWithAnError) {
 
 TEST(Server, WaitsForTheClientToCloseFirst) {
   RunningServer server(WithLimits({.linger = std::chrono::milliseconds(500)}));
-  Client client = server.Connect();
-  client.Send(Request(kQuery));
+  Client client = server.Send(Request(kQuery));
   EXPECT_THAT(client.Answer(), StartsWith("Status: OK\r\n"));
   client.Send("^");
   EXPECT_FALSE(client.Readable(100)) << "a connection carries one request";
@@ -127,8 +123,7 @@ TEST(Misbehaviour, BreaksTheAnswerAsItsModeSays) {
   };
   for (const auto& [mode, bytes, error] : cases) {
     RunningServer server(WithLimits({.linger = std::chrono::milliseconds(10)}), mode);
-    Client client = server.Connect();
-    client.Send(Request("GetChannels"));
+    Client client = server.Send(Request("GetChannels"));
     EXPECT_EQ(client.Receive(), bytes) << mode;
     EXPECT_EQ(client.error(), error) << mode;
   }
@@ -137,8 +132,7 @@ TEST(Misbehaviour, BreaksTheAnswerAsItsModeSays) {
 TEST(Misbehaviour, SendsNothingInItsSilentModes) {
   for (const char* mode : {"silent", "never-read", "delay:5000"}) {
     RunningServer server({}, mode);
-    Client client = server.Connect();
-    client.Send(Request("GetChannels"));
+    Client client = server.Send(Request("GetChannels"));
     EXPECT_FALSE(client.Readable(50)) << mode;
   }
   RunningServer server({}, "never-read");

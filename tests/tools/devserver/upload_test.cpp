@@ -48,18 +48,14 @@ TEST(Upload, LeavesNothingWhenItIsInterrupted) {
   std::ofstream(server.BlobPath("f")) << "old";
   const std::string begin = Request("UploadFile^,^^,^f^,^1000000") + "\r\n" + std::string(500000, 'x');
   {
-    Client closing = server.Connect();
-    closing.Send(begin);
-    Client resetting = server.Connect();
-    resetting.Send(begin);
+    Client closing = server.Send(begin);
+    Client resetting = server.Send(begin);
     resetting.ResetOnClose();
   }
-  Client ending = server.Connect();
-  ending.Send(begin);
+  Client ending = server.Send(begin);
   ending.EndSending();
   EXPECT_EQ(ending.Answer(), "Status: 500000 bytes of the file are missing\r\n");
-  Client stalling = server.Connect();
-  stalling.Send(begin);
+  Client stalling = server.Send(begin);
   EXPECT_EQ(stalling.Answer(), "Status: 500000 bytes of the file are missing\r\n");
   EXPECT_EQ(server.Ask("UploadFile^,^^,^f^,^10"), "Status: CR LF and the file's bytes are missing\r\n");
   EXPECT_TRUE(HoldsOnly(server, {"f"}));
@@ -72,8 +68,7 @@ TEST(Upload, IsRefusedBeforeItsBytesArrive) {
     EXPECT_EQ(server.Ask(std::string("UploadFile^,^^,^f^,^") + size, "\r\nbytes"),
               std::string("Status: '") + size + "' is not a byte count from 0 to 2147483647\r\n");
   }
-  Client stranger = server.Connect();
-  stranger.Send("^S1^,^nobody^,^x^,^UploadFile^,^^,^f^,^5^\r\n" + std::string(200000, 'x'));
+  Client stranger = server.Send("^S1^,^nobody^,^x^,^UploadFile^,^^,^f^,^5^\r\n" + std::string(200000, 'x'));
   EXPECT_EQ(stranger.Answer(), "Status: Access denied for user 'nobody'\r\n");
   EXPECT_TRUE(HoldsOnly(server, {}));
 }

@@ -121,11 +121,15 @@ class RunningServer {
     thread_.join();
   }
   Client Connect() const { return Client(server_.port()); }
+  // A client that has sent the bytes.
+  Client Send(std::string_view bytes) const {
+    Client client = Connect();
+    client.Send(bytes);
+    return client;
+  }
   // The answer to a request and the body that follows it.
   std::string Ask(const std::string& command, const std::string& body = "") const {
-    Client client = Connect();
-    client.Send(Request(command) + body);
-    return client.Answer();
+    return Send(Request(command) + body).Answer();
   }
   std::uint16_t port() const { return server_.port(); }
   std::filesystem::path BlobPath(const std::string& name) const { return service_.blobs().path() + "/" + name; }
