@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 #include <functional>
 
+#include "tests/support/process_state.h"
 #include "tests/support/requester.h"
 #include "tests/support/scripted_server.h"
 #include "tests/support/temporary_directory.h"
@@ -101,14 +101,6 @@ INSTANTIATE_TEST_SUITE_P(
            Fault{"count_beyond_31_bits", "TotalBytes:2147483648\r\nabc", false, kResetText, kReceiverFailed},
            Fault{"header_never_ends", "TotalBytes:" + std::string(40, '1'), false, kResetText, kReceiverFailed}),
     [](const auto& each) { return each.param.name; });
-
-// The memory that the process has at this moment, in bytes.
-std::size_t ResidentBytes() {
-  std::size_t all = 0;
-  std::size_t resident = 0;
-  std::ifstream("/proc/self/statm") >> all >> resident;
-  return resident * 4096;
-}
 
 TEST(Receiver, MakesMemoryOnlyAsTheBytesCome) {
   ScriptedServer server(ScriptedServer::Replies("TotalBytes:2147483647\r\n" + std::string(100'000, 'a')));
