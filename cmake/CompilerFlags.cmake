@@ -32,6 +32,7 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_compile_options(oxaqrycln_flags INTERFACE -Wno-restrict)
   target_compile_definitions(oxaqrycln_flags INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(oxaqrycln_flags INTERFACE -fstack-protector-strong)
+  target_link_options(oxaqrycln_flags INTERFACE -fstack-protector-strong)  # mingw-w64 has a library for it
   if(NOT WIN32)
     target_compile_definitions(oxaqrycln_flags INTERFACE _FORTIFY_SOURCE=3)
     target_compile_options(oxaqrycln_flags INTERFACE -fstack-clash-protection -fcf-protection=full)
@@ -59,6 +60,11 @@ if(OXAQRYCLN_TIDY)
   set(CMAKE_CXX_CLANG_TIDY ${OXAQRYCLN_CLANG_TIDY} --quiet)
 endif()
 
+# Removes the sources for the other operating system from the list variable.
+macro(oxaqrycln_drop_other_system sources)
+  list(FILTER ${sources} EXCLUDE REGEX "_${OXAQRYCLN_OTHER_SYSTEM}\\.cpp$")
+endmacro()
+
 # oxaqrycln_layer(FOLDER [OF library] SOURCES a.cpp ... NEEDS folder ...)
 # One layer: the sources of a folder, listed by hand, and what its files may include besides the folder's own headers:
 # other folders, single headers, or "public" for every installed header. Of the sources for one operating system, those
@@ -67,7 +73,7 @@ endif()
 function(oxaqrycln_layer folder)
   cmake_parse_arguments(PARSE_ARGV 1 layer "" "OF" "SOURCES;NEEDS")
   string(REPLACE "/" "_" name ${folder})
-  list(FILTER layer_SOURCES EXCLUDE REGEX "_${OXAQRYCLN_OTHER_SYSTEM}\\.cpp$")
+  oxaqrycln_drop_other_system(layer_SOURCES)
   if(NOT layer_OF)
     set(layer_OF oxaqrycln)
   endif()

@@ -34,6 +34,13 @@ bool DispatchMessages() {
   return count > 0;
 }
 
+// Before version 2004 of Windows 10 the poller does not report a connect that has failed.
+bool HasFailedToConnect(SOCKET socket) noexcept {
+  fd_set failed{.fd_count = 1, .fd_array = {socket}};
+  timeval none{};
+  return select(0, nullptr, nullptr, &failed, &none) == 1;
+}
+
 int PollSockets(std::span<PollEntry> entries, std::span<WSAPOLLFD> native, Milliseconds wait) {
   for (std::size_t i = 0; i < entries.size(); ++i) {
     native[i].fd = static_cast<SOCKET>(entries[i].socket);
@@ -41,14 +48,19 @@ int PollSockets(std::span<PollEntry> entries, std::span<WSAPOLLFD> native, Milli
                                           (Includes(entries[i].wanted, Ready::Write) ? POLLWRNORM : 0));
     native[i].revents = 0;
   }
-  const int count = WSAPoll(native.data(), static_cast<ULONG>(native.size()), static_cast<int>(wait.count()));
+  int count = WSAPoll(native.data(), static_cast<ULONG>(native.size()), static_cast<int>(wait.count()));
   if (count < 0) throw RuntimeError(error::kInternalError, "The poller failed");
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    const int found = count > 0 ? native[i].revents : 0;
+    const int found = native[i].revents;
     if ((found & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
       entries[i].found = Ready::All;
     } else {
       entries[i].found = static_cast<Ready>(((found & POLLRDNORM) != 0 ? 1 : 0) | ((found & POLLWRNORM) != 0 ? 2 : 0));
+    }
+    const bool mayConnect = found == 0 && Includes(entries[i].wanted, Ready::Write);
+    if (mayConnect && HasFailedToConnect(native[i].fd)) {
+      entries[i].found = Ready::All;
+      ++count;
     }
   }
   return count;

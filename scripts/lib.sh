@@ -88,3 +88,35 @@ build() {
   say "Building $preset"
   cmake --build --preset "$preset" --parallel "$(nproc)" "${targets[@]}" </dev/null
 }
+
+# The results of the tests so far, and a line for each group of them.
+passed=0
+failed=0
+skipped=0
+report=()
+
+# add NAME PASSED FAILED SKIPPED: adds to the totals, and records a line for the end.
+add() {
+  ((passed += $2, failed += $3, skipped += $4)) || true
+  report+=("$(printf '%-12s %4d passed, %d failed, %d skipped' "$1" "$2" "$3" "$4")")
+}
+
+# check NAME COMMAND...: runs a check that counts as one test.
+check() {
+  local name=$1
+  shift
+  if "$@"; then add "$name" 1 0 0; else add "$name" 0 1 0; fi
+}
+
+# first_attribute NAME FILE: the number in an attribute of the outermost element of a test report; nothing without one.
+first_attribute() { sed -n "s/^.*[[:space:]]$1=\"\([0-9]*\)\".*/\1/p" "$2" 2>/dev/null | head -n 1; }
+
+# Prints the results, the totals last. Its status is 0 if nothing failed.
+print_summary() {
+  printf '\n'
+  printf '%s\n' "${report[@]}"
+  printf '%d passed, %d failed' "$passed" "$failed"
+  [[ $skipped -eq 0 ]] || printf ', %d skipped' "$skipped"
+  printf '\n'
+  [[ $failed -eq 0 ]]
+}

@@ -189,8 +189,7 @@ void RemoveEmptyDirectory(std::string_view path) {
   const fs::file_status status = fs::symlink_status(native, failed);
   Check(failed, error::kPathNotFound);
   if (!fs::is_directory(status)) throw RuntimeError(error::kPathNotFound);
-  fs::remove(native, failed);
-  Check(failed, error::kPathNotFound);
+  Check(RemoveNativeDirectory(native), error::kPathNotFound);
 }
 
 bool IsOtherThanFile(std::string_view path) {

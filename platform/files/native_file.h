@@ -24,6 +24,8 @@ NativeFile OpenNative(const std::filesystem::path& path, OpenFor purpose, std::e
 NativeFile OpenUnnamed(const std::filesystem::path& directory) noexcept;
 // Names a file of OpenUnnamed.
 std::error_code LinkUnnamed(NativeFile file, const std::filesystem::path& path) noexcept;
+// Removes an empty directory.
+std::error_code RemoveNativeDirectory(const std::filesystem::path& path) noexcept;
 std::error_code CloseNative(NativeFile file) noexcept;
 // Up to room bytes into byteCount; 0 at the end of the file only.
 std::error_code ReadNative(NativeFile file, char* to, std::size_t room, std::size_t& byteCount) noexcept;

@@ -68,6 +68,10 @@ std::error_code LinkUnnamed(NativeFile file, const std::filesystem::path& path) 
   return failed != 0 ? LastError() : std::error_code();
 }
 
+std::error_code RemoveNativeDirectory(const std::filesystem::path& path) noexcept {
+  return rmdir(path.c_str()) != 0 ? LastError() : std::error_code();
+}
+
 std::error_code CloseNative(NativeFile file) noexcept {
   return close(Descriptor(file)) != 0 ? LastError() : std::error_code();
 }

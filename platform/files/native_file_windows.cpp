@@ -50,6 +50,17 @@ DWORD Length(std::size_t byteCount) noexcept {
   return static_cast<DWORD>(std::min<std::size_t>(byteCount, std::size_t{1} << 30U));
 }
 
+bool IsDirectory(const std::filesystem::path& path) noexcept {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool IsNameTooLong(const std::filesystem::path& path) noexcept {
+  constexpr std::size_t kLongestName = 255;
+  const std::wstring& text = path.native();
+  return text.size() - (text.find_last_of(L"/\\") + 1) > kLongestName;
+}
+
 std::error_code Outcome(BOOL succeeded) noexcept { return succeeded == 0 ? LastError() : std::error_code(); }
 
 }  // namespace
@@ -68,14 +79,25 @@ NativeFile OpenNative(const std::filesystem::path& path, OpenFor purpose, std::e
   const DWORD flags = FILE_ATTRIBUTE_NORMAL | (purpose == OpenFor::Reading ? FILE_FLAG_BACKUP_SEMANTICS : 0U);
   const HANDLE opened = CreateFileW(path.c_str(), way.access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                     nullptr, way.creation, flags, nullptr);
-  error = Outcome(opened != INVALID_HANDLE_VALUE ? TRUE : FALSE);
-  return opened == INVALID_HANDLE_VALUE ? kNoFile : reinterpret_cast<NativeFile>(opened);
+  if (opened != INVALID_HANDLE_VALUE) {
+    error = {};
+    return reinterpret_cast<NativeFile>(opened);
+  }
+  error = LastError();
+  if (error == std::errc::permission_denied && IsDirectory(path)) error = make_error_code(std::errc::is_a_directory);
+  // The system says only that there is no such path.
+  if (IsNameTooLong(path)) error = make_error_code(std::errc::filename_too_long);
+  return kNoFile;
 }
 
 NativeFile OpenUnnamed(const std::filesystem::path& /*directory*/) noexcept { return kNoFile; }
 
 std::error_code LinkUnnamed(NativeFile /*file*/, const std::filesystem::path& /*path*/) noexcept {
   return std::make_error_code(std::errc::bad_file_descriptor);
+}
+
+std::error_code RemoveNativeDirectory(const std::filesystem::path& path) noexcept {
+  return Outcome(RemoveDirectoryW(path.c_str()));
 }
 
 std::error_code CloseNative(NativeFile file) noexcept { return Outcome(CloseHandle(Handle(file))); }

@@ -28,7 +28,13 @@ NativeSocket MakeSocket(int family) noexcept {
   StartWinsock();
   const SOCKET made =
       WSASocketW(family, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
-  return made == INVALID_SOCKET ? kNoSocket : static_cast<NativeSocket>(made);
+  if (made == INVALID_SOCKET) return kNoSocket;
+  // Lets IPv4 addresses in their IPv6 spelling be reached, as on other systems.
+  const DWORD off = 0;
+  if (family == AF_INET6) {
+    setsockopt(made, IPPROTO_IPV6, IPV6_V6ONLY, reinterpret_cast<const char*>(&off), sizeof off);
+  }
+  return static_cast<NativeSocket>(made);
 }
 
 bool StopBlocking(NativeSocket socket) noexcept {

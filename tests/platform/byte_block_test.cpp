@@ -42,12 +42,5 @@ TEST(ByteBlock, MakesPagesBehindItsBytesAndInsideItsRoom) {
   EXPECT_EQ(small.MakePages(kMebibyte), small.capacity());
 }
 
-TEST(ByteBlock, ReservesAddressesNotMemory) {
-  ByteBlock block;
-  block.Reserve(std::size_t{1} << 36U);  // 64 GiB: more than most machines have
-  block.Append("small");
-  EXPECT_EQ(block.View(), "small");
-}
-
 }  // namespace
 }  // namespace oxaqrycln

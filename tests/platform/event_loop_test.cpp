@@ -1,11 +1,11 @@
 #include "platform/event_loop.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <stdexcept>
 #include <string>
 
+#include "platform/net/native_socket.h"
 #include "platform/timer.h"
 
 namespace oxaqrycln {
@@ -33,9 +33,8 @@ class EventLoopTest : public ::testing::Test {
 };
 
 TEST_F(EventLoopTest, TellsEveryReadySinkUnlessAnotherOneEndsItsWatch) {
-  int first[2];
-  int second[2];
-  ASSERT_EQ(pipe(first) | pipe(second), 0);
+  const WakeUp first = MakeWakeUp();
+  const WakeUp second = MakeWakeUp();
   EventLoop::WatchId firstWatch = 0;
   EventLoop::WatchId secondWatch = 0;
   bool ends = false;
@@ -46,11 +45,12 @@ TEST_F(EventLoopTest, TellsEveryReadySinkUnlessAnotherOneEndsItsWatch) {
   };
   Counter one(mayEndBoth);
   Counter two(mayEndBoth);
-  firstWatch = loop.Watch(first[0], Ready::Read, one);
-  secondWatch = loop.Watch(second[0], Ready::Read, two);
+  firstWatch = loop.Watch(first.waits, Ready::Read, one);
+  secondWatch = loop.Watch(second.waits, Ready::Read, two);
   loop.RunReady();
   EXPECT_EQ(one.count + two.count, 0);
-  ASSERT_EQ(write(first[1], "x", 1) + write(second[1], "x", 1), 2);
+  CloseSocket(first.wakes);
+  CloseSocket(second.wakes);
   loop.RunUntil(clock.SteadyNow() + 10s);
   EXPECT_EQ(one.count, 1);
   EXPECT_EQ(two.count, 1);
@@ -59,7 +59,8 @@ TEST_F(EventLoopTest, TellsEveryReadySinkUnlessAnotherOneEndsItsWatch) {
   EXPECT_EQ(one.count + two.count, 3);
   loop.RunReady();
   EXPECT_EQ(one.count + two.count, 3);
-  for (const int end : {first[0], first[1], second[0], second[1]}) close(end);
+  CloseSocket(first.waits);
+  CloseSocket(second.waits);
 }
 
 TEST_F(EventLoopTest, RunsPostedCallsOnceAndThoseTheyPostInTheNextYield) {

@@ -1,8 +1,7 @@
 #include "tests/support/allocations.h"
 
-#include <malloc.h>
-
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -10,6 +9,7 @@ namespace oxaqrycln::testing {
 namespace {
 
 constexpr std::int64_t kNever = -1;
+constexpr std::size_t kHeader = alignof(std::max_align_t);
 
 thread_local std::int64_t allocationsLeft = kNever;  // before the one that fails
 thread_local std::int64_t heldBytes = 0;
@@ -17,11 +17,13 @@ thread_local std::int64_t mostBytes = 0;
 
 void* Allocate(std::size_t byteCount) {
   if (allocationsLeft != kNever && allocationsLeft-- == 0) throw std::bad_alloc();
-  void* const block = std::malloc(byteCount);  // NOLINT
+  // Its size stands in front of each block.
+  auto* const block = static_cast<std::size_t*>(std::malloc(kHeader + byteCount));  // NOLINT
   if (block == nullptr) throw std::bad_alloc();
-  heldBytes += static_cast<std::int64_t>(malloc_usable_size(block));
+  *block = byteCount;
+  heldBytes += static_cast<std::int64_t>(byteCount);
   mostBytes = std::max(mostBytes, heldBytes);
-  return block;
+  return reinterpret_cast<char*>(block) + kHeader;
 }
 
 void* AllocateOrNull(std::size_t byteCount) noexcept {
@@ -33,8 +35,10 @@ void* AllocateOrNull(std::size_t byteCount) noexcept {
 }
 
 void Free(void* block) noexcept {
-  if (block != nullptr) heldBytes -= static_cast<std::int64_t>(malloc_usable_size(block));
-  std::free(block);  // NOLINT
+  if (block == nullptr) return;
+  void* const whole = static_cast<char*>(block) - kHeader;
+  heldBytes -= static_cast<std::int64_t>(*static_cast<std::size_t*>(whole));
+  std::free(whole);  // NOLINT
 }
 
 }  // namespace

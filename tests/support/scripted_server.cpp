@@ -1,39 +1,22 @@
 #include "tests/support/scripted_server.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <stdexcept>
+#include <chrono>
 #include <utility>
+
+#include "tests/support/server_socket.h"
 
 namespace oxaqrycln::testing {
 namespace {
 
-constexpr int kLongestWait = 10000;  // milliseconds
+constexpr std::chrono::seconds kLongestWait(10);
+constexpr std::chrono::minutes kLongestServed(10);  // without a connection
 
-int Listen(std::uint16_t& port) {
-  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  if (listener < 0 || bind(listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(listener, 64) != 0 ||
-      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    throw std::runtime_error("the scripted server cannot listen");
-  }
-  port = ntohs(address.sin_port);
-  return listener;
-}
-
-bool WaitFor(int socket, int stop, int milliseconds) {
-  std::array<pollfd, 2> waits{{{socket, POLLIN, 0}, {stop, POLLIN, 0}}};
-  return poll(waits.data(), waits.size(), milliseconds) > 0 && waits[1].revents == 0 && waits[0].revents != 0;
+bool WaitFor(NativeSocket socket, const WakeUp& stop, std::chrono::nanoseconds time) {
+  std::array<PollEntry, 2> waits{
+      {{.socket = socket, .wanted = Ready::Read}, {.socket = stop.waits, .wanted = Ready::Read}}};
+  return Poll(waits, time) > 0 && waits[1].found == Ready::None && waits[0].found != Ready::None;
 }
 
 }  // namespace
@@ -48,16 +31,16 @@ std::string Answer(const std::vector<std::string>& lines) {
   return Framed(text);
 }
 
-bool Peer::WaitReadable(int milliseconds) const { return WaitFor(socket_, server_.stop_, milliseconds); }
+bool Peer::WaitReadable() const { return WaitFor(socket_, server_.stop_, kLongestWait); }
 
 std::string Peer::ReadRequest() {
   std::string request;
   std::array<char, 65536> buffer{};
   while (request.empty() || request.back() != '^') {
-    if (!WaitReadable(kLongestWait)) return {};
-    const ssize_t count = recv(socket_, buffer.data(), buffer.size(), 0);
-    if (count <= 0) return {};
-    request.append(buffer.data(), static_cast<std::size_t>(count));
+    if (!WaitReadable()) return {};
+    const std::size_t count = Receive(socket_, buffer.data(), buffer.size()).byteCount;
+    if (count == 0) return {};
+    request.append(buffer.data(), count);
   }
   const std::lock_guard lock(server_.mutex_);
   server_.requests_.push_back(request);
@@ -67,10 +50,10 @@ std::string Peer::ReadRequest() {
 std::string Peer::ReadBytes(std::size_t byteCount) {
   std::string bytes(byteCount, '\0');
   std::size_t have = 0;
-  while (have < byteCount && WaitReadable(kLongestWait)) {
-    const ssize_t count = recv(socket_, bytes.data() + have, byteCount - have, 0);
-    if (count <= 0) break;
-    have += static_cast<std::size_t>(count);
+  while (have < byteCount && WaitReadable()) {
+    const std::size_t count = Receive(socket_, bytes.data() + have, byteCount - have).byteCount;
+    if (count == 0) break;
+    have += count;
   }
   bytes.resize(have);
   return bytes;
@@ -78,42 +61,38 @@ std::string Peer::ReadBytes(std::size_t byteCount) {
 
 bool Peer::Send(std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t count = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (count <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
+    const std::size_t count = oxaqrycln::Send(socket_, bytes).byteCount;
+    if (count == 0) return false;
+    bytes.remove_prefix(count);
   }
   return true;
 }
 
 void Peer::WaitForClose() {
   std::array<char, 4096> buffer{};
-  while (WaitReadable(kLongestWait) && recv(socket_, buffer.data(), buffer.size(), 0) > 0) {
+  while (WaitReadable() && Receive(socket_, buffer.data(), buffer.size()).byteCount > 0) {
   }
 }
 
 void Peer::Pause(int milliseconds) {
-  pollfd stop{server_.stop_, POLLIN, 0};
-  poll(&stop, 1, milliseconds);
+  std::array<PollEntry, 1> stop{{{.socket = server_.stop_.waits, .wanted = Ready::Read}}};
+  Poll(stop, std::chrono::milliseconds(milliseconds));
 }
 
-void Peer::Reset() {
-  const linger hard{1, 0};
-  setsockopt(socket_, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
-}
+void Peer::Reset() { ResetOnClose(socket_); }
 
 ScriptedServer::ScriptedServer(Script script) : ScriptedServer(std::vector<Script>{std::move(script)}) {}
 
-ScriptedServer::ScriptedServer(std::vector<Script> scripts) : scripts_(std::move(scripts)) {
-  listener_ = Listen(port_);
-  stop_ = eventfd(0, EFD_CLOEXEC);
+ScriptedServer::ScriptedServer(std::vector<Script> scripts)
+    : scripts_(std::move(scripts)), listener_(Listen(port_)), stop_(MakeWakeUp()) {
   thread_ = std::thread([this] { Serve(); });
 }
 
 ScriptedServer::~ScriptedServer() {
-  eventfd_write(stop_, 1);
+  CloseSocket(stop_.wakes);
   thread_.join();
-  close(listener_);
-  close(stop_);
+  CloseSocket(listener_);
+  CloseSocket(stop_.waits);
 }
 
 ScriptedServer::Script ScriptedServer::Replies(std::string bytes, int pauseMilliseconds) {
@@ -137,19 +116,19 @@ std::vector<std::string> ScriptedServer::Requests() {
 }
 
 void ScriptedServer::Serve() {
-  while (WaitFor(listener_, stop_, -1)) {
-    const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (connection < 0) continue;
+  while (WaitFor(listener_, stop_, kLongestServed)) {
+    const NativeSocket connection = Accept(listener_);
+    if (connection == kNoSocket) continue;
     const auto index = std::min(static_cast<std::size_t>(connections_++), scripts_.size() - 1);
     Peer peer(connection, *this);
     scripts_[index](peer);
-    close(connection);
+    CloseSocket(connection);
   }
 }
 
 std::uint16_t UnusedPort() {
   std::uint16_t port = 0;
-  close(Listen(port));
+  CloseSocket(Listen(port));
   return port;
 }
 

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/net/native_socket.h"
+
 namespace oxaqrycln::testing {
 
 // The header line and the text, as a sound server sends them.
@@ -23,7 +25,7 @@ class ScriptedServer;
 // The server's side of one connection. Every wait ends with the server's end, and after ten seconds.
 class Peer {
  public:
-  Peer(int socket, ScriptedServer& server) noexcept : socket_(socket), server_(server) {}
+  Peer(NativeSocket socket, ScriptedServer& server) noexcept : socket_(socket), server_(server) {}
 
   // What has arrived up to a closing caret; "" when the client goes first.
   std::string ReadRequest();
@@ -39,8 +41,8 @@ class Peer {
   void Reset();
 
  private:
-  bool WaitReadable(int milliseconds) const;
-  int socket_;
+  bool WaitReadable() const;
+  NativeSocket socket_;
   ScriptedServer& server_;
 };
 
@@ -71,9 +73,9 @@ class ScriptedServer {
   friend class Peer;
   void Serve();
   std::vector<Script> scripts_;
-  int listener_ = -1;
-  int stop_ = -1;
   std::uint16_t port_ = 0;
+  NativeSocket listener_;
+  WakeUp stop_;
   std::atomic<int> connections_{0};
   std::mutex mutex_;
   std::vector<std::string> requests_;

@@ -2,10 +2,11 @@
 #ifndef OXAQRYCLN_TESTS_SUPPORT_TEMPORARY_DIRECTORY_H_
 #define OXAQRYCLN_TESTS_SUPPORT_TEMPORARY_DIRECTORY_H_
 
-#include <cstdlib>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -14,9 +15,16 @@ namespace oxaqrycln::testing {
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {
-    std::string path = (std::filesystem::temp_directory_path() / ("oxaqrycln-" + std::string(6, 'X'))).string();
-    if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    path_ = path;
+    namespace fs = std::filesystem;
+    std::random_device random;
+    fs::path path;
+    int tries = 100;
+    do {  // until the name is not taken
+      if (tries-- == 0) throw std::runtime_error("no temporary directory");
+      path = fs::temp_directory_path() / ("oxaqrycln-" + std::to_string(random()));
+    } while (!fs::create_directory(path));
+    fs::permissions(path, fs::perms::owner_all);
+    path_ = path.string();
   }
   ~TemporaryDirectory() {
     std::error_code ignored;
@@ -28,6 +36,10 @@ class TemporaryDirectory {
   const std::string& path() const noexcept { return path_; }
   std::string File(const std::string& name) const { return path_ + "/" + name; }
   bool Has(const std::string& name) const { return std::filesystem::exists(File(name)); }
+  std::size_t CountEntries() const {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator()));
+  }
   // The bytes of a file; "" when there is none.
   std::string Read(const std::string& name) const {
     std::ifstream file(File(name), std::ios::binary);

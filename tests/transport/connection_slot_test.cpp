@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 #include <functional>
 
+#include "tests/support/process_state.h"
 #include "tests/support/requester.h"
 #include "tests/support/scripted_server.h"
 
@@ -41,14 +41,6 @@ TEST(Receiver, EndsAFaultyAnswerInOneErrorAndTheNextRequestWorks) {
     EXPECT_EQ(page.text, "fine");
     EXPECT_EQ(page.apartment->controls.Winsock(1).State(), SocketState::Closed);
   }
-}
-
-// The memory that the process has at this moment, in bytes.
-std::size_t ResidentBytes() {
-  std::size_t all = 0;
-  std::size_t resident = 0;
-  std::ifstream("/proc/self/statm") >> all >> resident;
-  return resident * 4096;
 }
 
 TEST(Receiver, MakesMemoryOnlyAsTheBytesCome) {

@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <iostream>
 
 #include "tools/oxaqry/cli/interruption.h"
@@ -6,10 +5,10 @@
 #include "tools/oxaqry/command_line.h"
 
 int main(int argumentCount, char** arguments) {
+  namespace tool = oxaqrycln::oxaqry;
   std::ios::sync_with_stdio(false);
-  oxaqrycln::oxaqry::TakeFileLimitsAsErrors();
-  const auto environment = [](const char* name) -> const char* { return std::getenv(name); };
-  return oxaqrycln::oxaqry::RunCommandLine(
-      {arguments + 1, arguments + argumentCount},
-      {std::cin, std::cout, std::cerr, environment, oxaqrycln::oxaqry::StandardTerminals()});
+  tool::PrepareStandardStreams();
+  tool::TakeFileLimitsAsErrors();
+  return tool::RunCommandLine(tool::ProgramArguments(argumentCount, arguments),
+                              {std::cin, std::cout, std::cerr, tool::EnvironmentVariable, tool::StandardTerminals()});
 }

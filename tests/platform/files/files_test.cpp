@@ -1,37 +1,13 @@
 #include "platform/files/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/syscall.h>
-#include <sys/uio.h>
-#include <unistd.h>
 
-#include <array>
-#include <functional>
-#include <optional>
+#include <filesystem>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include "platform/files/open_files.h"
 #include "tests/support/error_of.h"
-#include "tests/support/file_size_limit.h"
 #include "tests/support/temporary_directory.h"
-#include "values/wildcard.h"
-
-namespace oxaqrycln::testing {
-namespace {
-
-std::function<void()> behindNextWritev;  // what others do in the moment after the component's next call of it
-
-}  // namespace
-}  // namespace oxaqrycln::testing
-
-// Takes the place of the C library's in this program.
-extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
-  const ssize_t written = syscall(SYS_writev, descriptor, parts, count);
-  if (const auto others = std::exchange(oxaqrycln::testing::behindNextWritev, nullptr)) others();
-  return written;
-}
 
 namespace oxaqrycln::testing {
 namespace {
@@ -60,41 +36,13 @@ TEST(Files, TurnFailuresIntoRunTimeErrors) {
   EXPECT_EQ(ErrorOf([&] { RemoveFile(""); }), 52);
   EXPECT_EQ(ErrorOf([&] { RemoveFile(std::string("a\0b", 3)); }), 52);
   EXPECT_EQ(ErrorOf([&] { WriteFile(directory.File(std::string(300, 'x')), "x"); }), 52);
-  EXPECT_EQ(ErrorOf([&] { OutputFile("/dev/full").Write("x"); }), 61);
 }
 
-TEST(Files, ThatCannotBeAppendedToStayAsTheyWere) {
+TEST(Files, HaveTheirNamesInUnicodeForOtherPrograms) {
   const TemporaryDirectory directory;
-  directory.Write("empty", "");
-  directory.Write("old", "old");
-  {
-    const FileSizeLimit limit(5);
-    for (const char* name : {"empty", "old", "new"}) {
-      EXPECT_EQ(ErrorOf([&] { AppendWhole(directory.File(name), "more than five"); }), 61) << name;
-    }
-  }
-  EXPECT_TRUE(directory.Has("empty"));
-  EXPECT_EQ(directory.Read("empty"), "");
-  EXPECT_EQ(directory.Read("old"), "old");
-  EXPECT_FALSE(directory.Has("new"));
-  EXPECT_EQ(ErrorOf([] { AppendWhole("/dev/full", "x"); }), 61);
-  AppendWhole(directory.File("old"), "+");
-  EXPECT_EQ(directory.Read("old"), "old+");
-}
-
-TEST(Files, KeepWhatOthersHaveAppendedBehindAShortWrite) {
-  for (const std::string others : {"", "+"}) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.File("log");
-    directory.Write("log", "old");
-    std::optional<FileSizeLimit> limit(5);
-    behindNextWritev = [&] {
-      limit.reset();
-      AppendWhole(path, others);
-    };
-    EXPECT_EQ(ErrorOf([&] { AppendToFile(path, std::array<std::string_view, 2>{"mo", "re"}); }), 61);
-    EXPECT_EQ(directory.Read("log"), others.empty() ? "old" : "oldmo+");
-  }
+  WriteFile(directory.path() + "\\\xE4\x80.txt", "x");
+  EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(directory.path()) / u8"\u00E4\u20AC.txt"));
+  EXPECT_EQ(ListDirectory(directory.path()).at(0).name, "\xE4\x80.txt");
 }
 
 TEST(OpenFiles, GiveTheLowestFreeNumberAndKnowWhatIsOpen) {

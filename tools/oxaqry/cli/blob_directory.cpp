@@ -30,7 +30,7 @@ std::string RemoteBlobDirectory(const Settings& settings) {
 }
 
 std::string ComponentPath(const fs::path& path) {
-  const auto text = FromUtf8(path.string());
+  const auto text = FromUtf8(path.generic_string());
   if (!text || text->find('\\') != std::string::npos) {
     throw CommandError("\"" + path.string() +
                        "\" cannot be used: the component takes no path with a \"\\\" or with a character that has no "

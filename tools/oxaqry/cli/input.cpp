@@ -1,6 +1,7 @@
 #include "tools/oxaqry/cli/input.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -25,7 +26,7 @@ std::string ReadStream(std::istream& in, std::size_t mostMebibytes, const std::s
 }
 
 std::string ReadFile(const std::string& path, std::size_t mostMebibytes, const std::string& name) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
   std::string text = ReadStream(file, mostMebibytes, name);
   if (!file.is_open() || file.bad()) {
     throw CommandError("cannot read " + name + ": check that it exists and is a readable file");

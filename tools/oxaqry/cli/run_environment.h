@@ -3,6 +3,8 @@
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_RUN_ENVIRONMENT_H_
 
 #include <iosfwd>
+#include <string>
+#include <vector>
 
 #include "tools/oxaqry/cli/settings.h"
 
@@ -16,6 +18,12 @@ struct Terminals {
 };
 // Of the standard streams.
 Terminals StandardTerminals() noexcept;
+// Makes the standard streams give and take bytes as they are, and the terminal show UTF-8.
+void PrepareStandardStreams();
+// What main got, without the name of the program; UTF-8.
+std::vector<std::string> ProgramArguments(int count, char** arguments);
+// Null for a variable that is not set; UTF-8.
+const char* EnvironmentVariable(const char* name);
 
 struct RunEnvironment {
   std::istream& in;

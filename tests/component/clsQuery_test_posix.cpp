@@ -1,0 +1,24 @@
+// What an instance makes of the way in which its program was started.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "tests/support/process_state.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+TEST(Instance, LogsAnAbsolutePathAlsoInAProgramThatWasFoundThroughPath) {
+  const std::string command =
+      "PATH='" + ProgramPath().parent_path().string() +
+      "' component_test --gtest_color=no --gtest_filter=Instance.LogsItsLifeFromInitToItsEnd 2>&1";
+  FILE* const program = popen(command.c_str(), "r");
+  std::string output;
+  for (int c = fgetc(program); c != EOF; c = fgetc(program)) output += static_cast<char>(c);
+  EXPECT_EQ(pclose(program), 0) << output;
+  EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing
