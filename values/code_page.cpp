@@ -126,4 +126,22 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
   return text;
 }
 
+void ToUtf16(std::string_view text, char16_t* target) noexcept {
+  for (const char c : text) {
+    const auto code = static_cast<std::uint8_t>(c);
+    *target++ = static_cast<char16_t>(code < 0x80 ? code : ToUnicode(c));
+  }
+}
+
+std::optional<std::string> FromUtf16(std::u16string_view utf16) {
+  std::string text;
+  text.reserve(utf16.size());
+  for (const char16_t unit : utf16) {
+    const auto character = FromUnicode(unit);
+    if (!character) return std::nullopt;
+    text += *character;
+  }
+  return text;
+}
+
 }  // namespace oxaqrycln
