@@ -88,6 +88,12 @@ Variant::ObjectRef Variant::ToObject() const {
   return *object;
 }
 
+const Variant::Bytes& Variant::ToBytes() const {
+  const auto* bytes = std::get_if<Bytes>(&value_);
+  if (bytes == nullptr) throw RuntimeError(error::kTypeMismatch);
+  return *bytes;
+}
+
 bool operator==(const Variant& left, const Variant& right) noexcept {
   if (left.value_.index() != right.value_.index()) return false;
   return std::visit(

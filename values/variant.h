@@ -81,6 +81,9 @@ class Variant {
   // The object referred to; raises Type mismatch for another type and Object variable not set for no object.
   ObjectRef ToObject() const;
 
+  // The bytes of a byte array; raises Type mismatch for another type.
+  const Bytes& ToBytes() const;
+
   // Makes this a String of the text; reuses the memory of a String that it held.
   void AssignText(std::string_view text);
   // Adds to the end of a String; Empty becomes the text. Raises as ToText does for any other type.
