@@ -59,8 +59,8 @@ void ArgumentList::Take(VARIANT& given, std::size_t position) {
   if (kind == ParameterKind::OptionalOut) {
     values_[position] = Missing;  // as long as the method writes nothing
   } else {
-    values_[position] = FromCom(argument.value, method_.name == "OnStartPage" ? ObjectMeaning::Context
-                                                                              : ObjectMeaning::Value);
+    values_[position] =
+        FromCom(argument.value, method_.name == "OnStartPage" ? ObjectMeaning::Context : ObjectMeaning::Value);
   }
   pointers_[position] = &values_[position];
 }
@@ -69,8 +69,8 @@ void ArgumentList::ConvertOutputs() {
   for (std::size_t i = 0; i < count_; ++i) {
     const VARIANT* const target = targets_[i];
     if (target == nullptr) continue;
-    const bool isKept = method_.parameters[i].kind == ParameterKind::InOut ? FromCom(*target) == values_[i]
-                                                                           : values_[i].IsMissing();
+    const bool isKept =
+        method_.parameters[i].kind == ParameterKind::InOut ? FromCom(*target) == values_[i] : values_[i].IsMissing();
     if (isKept) {
       targets_[i] = nullptr;
     } else if ((target->vt & VT_BYREF) == 0) {

@@ -27,7 +27,8 @@ VARTYPE TypeOf(const VARIANT& value) noexcept { return static_cast<VARTYPE>(valu
 
 // Where the data of a value, or of what it refers to, begin.
 const void* DataOf(const VARIANT& value) {
-  if ((value.vt & VT_BYREF) == 0) return value.vt == VT_DECIMAL ? static_cast<const void*>(&value.decVal) : &value.llVal;
+  if ((value.vt & VT_BYREF) == 0)
+    return value.vt == VT_DECIMAL ? static_cast<const void*>(&value.decVal) : &value.llVal;
   if (value.byref == nullptr) throw RuntimeError(error::kTypeMismatch);
   return value.byref;
 }

@@ -18,7 +18,8 @@ HMODULE ModuleOfThis(DWORD options) noexcept {
 std::wstring ModulePath() {
   constexpr DWORD kLongestPath = 32768;
   std::wstring path(kLongestPath, L'\0');
-  path.resize(GetModuleFileNameW(ModuleOfThis(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT), path.data(), kLongestPath));
+  path.resize(
+      GetModuleFileNameW(ModuleOfThis(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT), path.data(), kLongestPath));
   if (path.empty()) throw RuntimeError(error::kInternalError, "The path of the library is unknown");
   return path;
 }

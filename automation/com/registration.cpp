@@ -97,8 +97,8 @@ void UnregisterLibrary(RegisteredFor whom) {
 
 HRESULT Register(RegisteredFor whom) {
   const HKEY root = RootOf(whom);
-  const bool hasClass = SetClassKeys(root) && SetProgramKeys(root, kVersionedProgramId) &&
-                        SetProgramKeys(root, kProgramId);
+  const bool hasClass =
+      SetClassKeys(root) && SetProgramKeys(root, kVersionedProgramId) && SetProgramKeys(root, kProgramId);
   if (hasClass && RegisterLibrary(whom)) return S_OK;
   Unregister(whom);
   return hasClass ? SELFREG_E_TYPELIB : SELFREG_E_CLASS;

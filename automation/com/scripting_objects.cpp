@@ -4,6 +4,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "automation/com/com_values.h"
@@ -19,14 +20,23 @@ void Release(EXCEPINFO& details) noexcept {
   SysFreeString(details.bstrHelpFile);
 }
 
-// Reads a property, or calls a method with one argument or none.
+// Reads a property, or calls a method with the argument. Some objects do not take the two for one.
 HRESULT Call(IDispatch& object, DISPID member, VARIANT* argument, OwnedVariant& result) {
-  DISPPARAMS parameters{argument, nullptr, argument == nullptr ? 0U : 1U, 0};
+  const bool isMethod = argument != nullptr;
+  DISPPARAMS parameters{argument, nullptr, isMethod ? 1U : 0U, 0};
   EXCEPINFO details{};
-  const HRESULT outcome = object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                        &parameters, result.Receive(), &details, nullptr);
+  const HRESULT outcome =
+      object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, isMethod ? DISPATCH_METHOD : DISPATCH_PROPERTYGET,
+                    &parameters, result.Receive(), &details, nullptr);
   Release(details);
   return outcome;
+}
+
+// Of a name in ASCII.
+std::string NarrowName(std::wstring_view name) {
+  std::string narrow;
+  for (const wchar_t letter : name) narrow += static_cast<char>(letter);
+  return narrow;
 }
 
 OwnedVariant Call(IDispatch& object, const wchar_t* name, VARIANT* argument = nullptr) {
@@ -35,7 +45,10 @@ OwnedVariant Call(IDispatch& object, const wchar_t* name, VARIANT* argument = nu
   OwnedVariant result;
   HRESULT outcome = object.GetIDsOfNames(IID_NULL, &givenName, 1, LOCALE_USER_DEFAULT, &member);
   if (SUCCEEDED(outcome)) outcome = Call(object, member, argument, result);
-  if (FAILED(outcome)) throw RuntimeError(error::kInternalError, "The scripting context refused a call");
+  if (FAILED(outcome)) {
+    throw RuntimeError(error::kInternalError,
+                       "The scripting context refused " + NarrowName(name) + " with result " + std::to_string(outcome));
+  }
   return result;
 }
 
