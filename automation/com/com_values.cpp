@@ -161,9 +161,11 @@ std::string TextOf(BSTR text) {
 BSTR NewText(std::string_view text) {
   const BSTR made = SysAllocStringLen(nullptr, static_cast<UINT>(text.size()));
   if (made == nullptr) throw std::bad_alloc();
-  ToUtf16(text, reinterpret_cast<char16_t*>(made));
+  WriteText(made, text);
   return made;
 }
+
+void WriteText(BSTR target, std::string_view text) noexcept { ToUtf16(text, reinterpret_cast<char16_t*>(target)); }
 
 bool IsLeftOut(const VARIANT& value) noexcept { return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND; }
 

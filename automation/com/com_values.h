@@ -36,6 +36,8 @@ bool IsLeftOut(const VARIANT& value) noexcept;
 
 std::string TextOf(BSTR text);
 BSTR NewText(std::string_view text);
+// Replaces the characters of a text of the same length.
+void WriteText(BSTR target, std::string_view text) noexcept;
 
 }  // namespace oxaqrycln::com
 

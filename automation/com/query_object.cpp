@@ -87,12 +87,16 @@ HRESULT AssignProperty(const MethodEntry& property, clsQuery& query, WORD access
   return S_OK;
 }
 
-HRESULT CallMethod(const MethodEntry& method, clsQuery& query, WORD access, const DISPPARAMS& parameters,
-                   VARIANT* result, UINT* wrongArgument) {
+HRESULT CallMethod(const MethodEntry& method, clsQuery& query, ArgumentList& arguments, WORD access,
+                   const DISPPARAMS& parameters, VARIANT* result, UINT* wrongArgument) {
   if ((access & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
-  ArgumentList arguments(method);
+  struct Clearing {
+    ArgumentList& list;
+    ~Clearing() { list.Clear(); }
+  };
+  const Clearing atEnd{arguments};
   const HRESULT read = Guarded([&] {
-    arguments.Read(parameters);
+    arguments.Read(method, parameters);
     return S_OK;
   });
   if (FAILED(read)) {
@@ -198,7 +202,7 @@ HRESULT QueryObject::Dispatch(DISPID number, WORD access, const DISPPARAMS& para
   if (member.variable != nullptr) return AccessVariable(*member.variable, query_, access, parameters, result);
   if (member.method == nullptr) return DISP_E_MEMBERNOTFOUND;
   if (member.method->isProperty) return AssignProperty(*member.method, query_, access, parameters);
-  return CallMethod(*member.method, query_, access, parameters, result, wrongArgument);
+  return CallMethod(*member.method, query_, arguments_, access, parameters, result, wrongArgument);
 }
 
 }  // namespace oxaqrycln::com

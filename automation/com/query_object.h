@@ -7,6 +7,7 @@
 
 #include <atomic>
 
+#include "automation/com/argument_list.h"
 #include "automation/method_table.h"
 
 namespace oxaqrycln::com {
@@ -36,6 +37,7 @@ class QueryObject final : public IDispatch {
   HRESULT Dispatch(DISPID number, WORD access, const DISPPARAMS& parameters, VARIANT* result, UINT* wrongArgument);
 
   clsQuery query_;
+  ArgumentList arguments_;
   const DWORD thread_;
   std::atomic<ULONG> references_{1};
   bool isRunning_ = false;
