@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace oxaqrycln {
 namespace {
@@ -127,10 +128,16 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
 }
 
 void ToUtf16(std::string_view text, char16_t* target) noexcept {
-  for (const char c : text) {
-    const auto code = static_cast<std::uint8_t>(c);
-    *target++ = static_cast<char16_t>(code < 0x80 ? code : ToUnicode(c));
+  // Eight characters at a time, as long as they are ASCII.
+  constexpr std::size_t kBlock = 8;
+  std::size_t at = 0;
+  for (; text.size() - at >= kBlock; at += kBlock) {
+    std::uint64_t block = 0;
+    std::memcpy(&block, text.data() + at, kBlock);
+    if ((block & 0x8080808080808080U) != 0) break;
+    for (std::size_t i = 0; i < kBlock; ++i) target[at + i] = static_cast<std::uint8_t>(text[at + i]);
   }
+  for (; at < text.size(); ++at) target[at] = static_cast<char16_t>(ToUnicode(text[at]));
 }
 
 std::optional<std::string> FromUtf16(std::u16string_view utf16) {

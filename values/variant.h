@@ -76,7 +76,10 @@ class Variant {
   // form of a number, the general form of a date. Raises Type mismatch for Missing, byte arrays and objects.
   std::string ToText() const;
   // The same without a copy for a String: a view of this value or of scratch.
-  std::string_view TextView(std::string& scratch) const;
+  std::string_view TextView(std::string& scratch) const {
+    const auto* const text = std::get_if<std::string>(&value_);
+    return text != nullptr ? std::string_view(*text) : scratch = ToText();
+  }
 
   // The object referred to; raises Type mismatch for another type and Object variable not set for no object.
   ObjectRef ToObject() const;

@@ -69,9 +69,8 @@ void ArgumentList::Take(VARIANT& given, std::size_t position) {
   count_ = std::max(count_, position + 1);
   const ParameterKind kind = method_->parameters[position].kind;
   if (IsOutput(kind) && argument.isVariable) targets_[position] = &argument.value;
-  if (kind == ParameterKind::OptionalOut) {
-    values_[position] = Missing;  // as long as the method writes nothing
-  } else {
+  // An output stays Missing as long as the method does not write it.
+  if (kind != ParameterKind::OptionalOut) {
     values_[position] =
         FromCom(argument.value, method_->name == "OnStartPage" ? ObjectMeaning::Context : ObjectMeaning::Value);
   }
@@ -111,11 +110,11 @@ void ArgumentList::WriteOutputs() noexcept {
 
 void ArgumentList::Clear() noexcept {
   for (std::size_t i = 0; i < count_; ++i) {
-    values_[i] = Variant();
+    if (!values_[i].IsMissing()) values_[i] = Missing;
+    if (outputs_[i].get().vt != VT_EMPTY) outputs_[i] = OwnedVariant();
     pointers_[i] = nullptr;
     targets_[i] = nullptr;
     overwritten_[i] = nullptr;
-    outputs_[i] = OwnedVariant();
   }
   count_ = 0;
 }

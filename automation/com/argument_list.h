@@ -16,6 +16,8 @@ namespace oxaqrycln::com {
 
 class ArgumentList {
  public:
+  ArgumentList() { values_.fill(Missing); }
+
   // Takes positional, named and omitted arguments, and reads the value of each input. The list is empty before. Raises
   // 450, Type mismatch, Overflow; FailedAt() is then the position in parameters.rgvarg.
   void Read(const MethodEntry& method, const DISPPARAMS& parameters);

@@ -13,8 +13,8 @@
 namespace oxaqrycln::testing {
 namespace {
 
-constexpr int kRows = 20000;
-constexpr int kRounds = 15;
+constexpr int kRows = 1000;  // short, so that most rounds are not interrupted
+constexpr int kRounds = 201;
 
 // The least that a server does: replaces four variables by texts and returns a fifth.
 class FiveTexts final : public IDispatch {
@@ -68,9 +68,10 @@ double NanosecondsOfARow(Call& call) {
   return rows == kRows ? passed.count() / rows : -1;
 }
 
-double Median(std::vector<double> times) {
+// The lower quartile, since other programs can only make a round longer.
+double Typical(std::vector<double> times) {
   std::ranges::sort(times);
-  return times[times.size() / 2];
+  return times[times.size() / 4];
 }
 
 int Run() {
@@ -89,12 +90,12 @@ int Run() {
     hitTimes.push_back(NanosecondsOfARow(hits));
     // The texts of the last row.
     for (std::size_t i = 0; i < 4; ++i) five.texts[i] = TextOf(hits.outputs[i]);
-    five.texts[4] = L"^Offer 0005421^,^Hill 999^,^08.02.2003^";
+    five.texts[4] = L"^Offer 7911081^,^Hill 999^,^20.01.2003^";
     plainTimes.push_back(NanosecondsOfARow(plain));
   }
   if (*std::ranges::min_element(hitTimes) <= 0) return 1;
-  const double hit = Median(hitTimes);
-  const double least = Median(plainTimes);
+  const double hit = Typical(hitTimes);
+  const double least = Typical(plainTimes);
   std::printf("a hit %.0f ns, five texts %.0f ns, ratio %.2f\n", hit, least, hit / least);
   return 0;
 }
