@@ -70,9 +70,10 @@ std::span<const VariableEntry> PublicVariables() {{
 }}
 
 std::span<const MethodEntry> PublicMethods() {{
-  static const MethodEntry methods[] = {{
+  // Never destroyed: a host may call while the process ends.
+  static const auto* const methods = new std::vector<MethodEntry>{{  // NOLINT
 {methods}  }};
-  return methods;
+  return *methods;
 }}
 
 }}  // namespace oxaqrycln
@@ -178,4 +179,60 @@ def man_page(interface):
             + ".SH SEE ALSO\n.BR oxaqry (1)\n")
 
 
-OUTPUTS = {"cpp": cpp_table, "markdown": markdown_page, "man": man_page}
+# The type library in the interface definition language: numbers are dispatch identifiers. The standard library of types
+# is not imported, because the compiler knows its types by their names; these declarations only introduce the names.
+# LIBRARY_ID, INTERFACE_ID, CLASS_ID and LIBRARY_VERSION are defined on the command line of the compiler.
+
+IDL_TYPES = """\
+typedef double DATE;
+typedef short VARIANT_BOOL;
+typedef wchar_t* BSTR;
+typedef struct tagVARIANT { long unused; } VARIANT;
+[object, local, uuid(00000000-0000-0000-C000-000000000046)] interface IUnknown {}
+[object, local, uuid(00020400-0000-0000-C000-000000000046)] interface IDispatch : IUnknown {}
+"""
+IDL_TYPE_NAMES = {"Long": "long", "String": "BSTR", "Date": "DATE", "Boolean": "VARIANT_BOOL", "Variant": "VARIANT",
+                  "": "void"}
+# An output is declared as "in" too, because a variable that is not written keeps its value.
+IDL_PARAMETERS = {"in": "[in] VARIANT {}", "optional in": "[in, optional] VARIANT {}",
+                  "optional out": "[in, out, optional] VARIANT* {}", "in-out": "[in, out] VARIANT* {}"}
+
+
+# The compiler accepts no helpstring for a property.
+def idl_property(member):
+    return f"    [id({member.number})] {IDL_TYPE_NAMES[member.type]} {member.name};\n"
+
+
+def idl_method(member):
+    summary = re.split(r"(?<=\.) ", " ".join(member.documentation))[0]
+    access = ", propput" if member.kind == "write-only property" else ""
+    parameters = ", ".join(IDL_PARAMETERS[each.kind].format(each.name) for each in member.parameters)
+    return (f"    [id({member.number}){access}, helpstring({cpp_literal(summary)})]\n"
+            f"    {IDL_TYPE_NAMES[member.type]} {member.name}({parameters});\n")
+
+
+def idl_library(interface):
+    properties = "".join(idl_property(each) for each in interface.variables())
+    methods = "".join(idl_method(each) for each in interface.methods())
+    return f"""\
+// {NOTICE}.
+{IDL_TYPES}
+[uuid(LIBRARY_ID), version(LIBRARY_VERSION), helpstring("OXAQryCln: document archive queries and web users")]
+library OXAQryCln {{
+
+[uuid(INTERFACE_ID), helpstring("Public variables and methods of clsQuery")]
+dispinterface IclsQuery {{
+  properties:
+{properties}  methods:
+{methods}}};
+
+[uuid(CLASS_ID), helpstring("One page request")]
+coclass clsQuery {{
+  [default] dispinterface IclsQuery;
+}};
+
+}};
+"""
+
+
+OUTPUTS = {"cpp": cpp_table, "markdown": markdown_page, "man": man_page, "idl": idl_library}

@@ -16,7 +16,11 @@
 
 namespace oxaqrycln::binding {
 
-inline const Variant kLeftOut{Missing};
+// Never destroyed: a host may call while the process ends.
+inline const Variant& LeftOut() {
+  static const auto* const value = new Variant(Missing);  // NOLINT
+  return *value;
+}
 
 // The C++ type of a parameter.
 template <ParameterKind kKind>
@@ -32,7 +36,7 @@ ParameterType<kKind> Argument(std::span<Variant* const> arguments, std::size_t p
   } else {
     const bool isLeftOut = argument == nullptr || argument->IsMissing();
     if constexpr (kKind == ParameterKind::OptionalIn) {
-      return isLeftOut ? kLeftOut : *argument;
+      return isLeftOut ? LeftOut() : *argument;
     } else {
       if (isLeftOut) throw RuntimeError(error::kArgumentNotOptional);
       return *argument;

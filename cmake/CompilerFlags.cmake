@@ -32,7 +32,8 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_compile_options(oxaqrycln_flags INTERFACE -Wno-restrict)
   target_compile_definitions(oxaqrycln_flags INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(oxaqrycln_flags INTERFACE -fstack-protector-strong)
-  target_link_options(oxaqrycln_flags INTERFACE -fstack-protector-strong)  # mingw-w64 has a library for it
+  # With mingw-w64 the option also chooses a library.
+  target_link_options(oxaqrycln_flags INTERFACE -fstack-protector-strong)
   if(NOT WIN32)
     target_compile_definitions(oxaqrycln_flags INTERFACE _FORTIFY_SOURCE=3)
     target_compile_options(oxaqrycln_flags INTERFACE -fstack-clash-protection -fcf-protection=full)

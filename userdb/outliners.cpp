@@ -51,9 +51,9 @@ Levels ReadLevels(QueryState& state, const std::string& outliner) {
 }
 
 const Level& LevelOf(const Levels& levels, std::int16_t number) {
-  static const Level none;
+  static const auto* const none = new Level;  // NOLINT: never destroyed, as a host may call while the process ends
   const auto found = levels.find(number);
-  return found == levels.end() ? none : found->second;
+  return found == levels.end() ? *none : found->second;
 }
 
 // The condition for the children of a node; those of none are the roots.

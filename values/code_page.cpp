@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace oxaqrycln {
 namespace {
@@ -122,6 +123,30 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
     if (!character) return std::nullopt;
     text += *character;
     utf8.remove_prefix(decoded.byteCount);
+  }
+  return text;
+}
+
+void ToUtf16(std::string_view text, char16_t* target) noexcept {
+  // Eight characters at a time, as long as they are ASCII.
+  constexpr std::size_t kBlock = 8;
+  std::size_t at = 0;
+  for (; text.size() - at >= kBlock; at += kBlock) {
+    std::uint64_t block = 0;
+    std::memcpy(&block, text.data() + at, kBlock);
+    if ((block & 0x8080808080808080U) != 0) break;
+    for (std::size_t i = 0; i < kBlock; ++i) target[at + i] = static_cast<std::uint8_t>(text[at + i]);
+  }
+  for (; at < text.size(); ++at) target[at] = static_cast<char16_t>(ToUnicode(text[at]));
+}
+
+std::optional<std::string> FromUtf16(std::u16string_view utf16) {
+  std::string text;
+  text.reserve(utf16.size());
+  for (const char16_t unit : utf16) {
+    const auto character = FromUnicode(unit);
+    if (!character) return std::nullopt;
+    text += *character;
   }
   return text;
 }

@@ -1,4 +1,4 @@
-// code_page.h - the Windows-1252 code page: its case mapping, and conversion from and to UTF-8.
+// code_page.h - the Windows-1252 code page: its case mapping, and conversion from and to UTF-8 and UTF-16.
 // Text inside the component is single-byte text of this code page; Unicode exists at the bindings only.
 // The five bytes that it leaves undefined are the control characters of the same number.
 #ifndef OXAQRYCLN_VALUES_CODE_PAGE_H_
@@ -26,6 +26,11 @@ std::optional<char> FromUnicode(std::uint32_t code) noexcept;
 std::string ToUtf8(std::string_view text);
 // Nothing if the text is not well-formed UTF-8 or contains a character that the code page does not have.
 std::optional<std::string> FromUtf8(std::string_view utf8);
+
+// Every character of the code page is one unit; target has room for text.size() units.
+void ToUtf16(std::string_view text, char16_t* target) noexcept;
+// Nothing if the text contains a character that the code page does not have.
+std::optional<std::string> FromUtf16(std::u16string_view utf16);
 
 }  // namespace oxaqrycln
 

@@ -75,17 +75,17 @@ void Variant::AppendText(std::string_view text) {
   }
 }
 
-std::string_view Variant::TextView(std::string& scratch) const {
-  if (const auto* text = std::get_if<std::string>(&value_)) return *text;
-  scratch = ToText();
-  return scratch;
-}
-
 Variant::ObjectRef Variant::ToObject() const {
   const auto* object = std::get_if<ObjectRef>(&value_);
   if (object == nullptr) throw RuntimeError(error::kTypeMismatch);
   if (*object == nullptr) throw RuntimeError(error::kObjectNotSet);
   return *object;
+}
+
+const Variant::Bytes& Variant::ToBytes() const {
+  const auto* bytes = std::get_if<Bytes>(&value_);
+  if (bytes == nullptr) throw RuntimeError(error::kTypeMismatch);
+  return *bytes;
 }
 
 bool operator==(const Variant& left, const Variant& right) noexcept {

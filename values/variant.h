@@ -76,10 +76,16 @@ class Variant {
   // form of a number, the general form of a date. Raises Type mismatch for Missing, byte arrays and objects.
   std::string ToText() const;
   // The same without a copy for a String: a view of this value or of scratch.
-  std::string_view TextView(std::string& scratch) const;
+  std::string_view TextView(std::string& scratch) const {
+    const auto* const text = std::get_if<std::string>(&value_);
+    return text != nullptr ? std::string_view(*text) : scratch = ToText();
+  }
 
   // The object referred to; raises Type mismatch for another type and Object variable not set for no object.
   ObjectRef ToObject() const;
+
+  // The bytes of a byte array; raises Type mismatch for another type.
+  const Bytes& ToBytes() const;
 
   // Makes this a String of the text; reuses the memory of a String that it held.
   void AssignText(std::string_view text);

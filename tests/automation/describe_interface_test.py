@@ -206,6 +206,17 @@ class OutputsTest(unittest.TestCase):
         self.assertIn('Variable<&clsQuery::datWhen>( {.number = 3, .name = "datWhen", .group = "Settings", '
                       '.documentation = "A date."})', text)
 
+    def test_the_type_library_has_each_member_under_its_number(self):
+        text = " ".join(self.make("idl").split())
+        properties, _, methods = text.partition(" methods: ")
+        self.assertIn('[id(1)] long lngNumber; [id(2)] BSTR strText; [id(3)] DATE datWhen;', properties)
+        self.assertIn('[id(4), helpstring("Asks.")] VARIANT Ask([in] VARIANT strWhat, [in, out] VARIANT* strPlace, '
+                      '[in, optional] VARIANT intMost, [in, out, optional] VARIANT* strStatus); '
+                      '[id(5), helpstring("Ends.")] void End();', methods)
+        self.assertIn('[id(6), propput, helpstring("Write-only property: the hosts.")] '
+                      'void Hosts([in] VARIANT strHosts);', methods)
+        self.assertIn('VARIANT_BOOL Is();', methods)
+
     def test_the_pages_escape_the_markup_of_their_languages(self):
         header = VALID.replace("// Ends.", "// .End of strText: a*b_c ^d^ `e` <f> | g-h.")
         interface = describe_interface.load(header.replace("// A text.", "// One | two."), NUMBERS)

@@ -3,7 +3,7 @@
 
 A file includes only what the NEEDS list of its layer allows (see oxaqrycln_layer() in cmake/CompilerFlags.cmake), and
 includes form no cycle; every listed source exists and every source is listed; code for one operating system stays in
-*_posix.cpp and *_windows.cpp; the component never sleeps; no identifier is a macro of <windows.h>; guards follow the
+*_posix.cpp, *_windows.cpp and automation/com/; the component never sleeps; no identifier is a macro of <windows.h>; guards follow the
 path; no source is longer than 500 lines; README shows the tested program.
 """
 import re
@@ -15,7 +15,7 @@ PUBLIC = re.compile(r"set\(public_headers\s+([^)]*)\)")
 # Test code may include everything.
 UNLAYERED = re.compile(r"(tests|bench|fuzz|examples)/")
 COMPONENT = re.compile(r"(values|platform|support|transport|component|archive|userdb|automation)/")
-SYSTEM_FILE = re.compile(r"[\w/]+_(posix|windows)\.cpp$")
+SYSTEM_FILE = re.compile(r"[\w/]+_(posix|windows)\.cpp$|automation/com/")
 SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(_WIN32|_WIN64|__linux__|__unix__|__APPLE__)\b", re.M)
 SYSTEM_HEADER = re.compile(
     r"^\s*#\s*include <((?:sys/|netinet/|arpa/)\w+\.h|(?:unistd|poll|netdb|fcntl|dlfcn|pthread|dirent|windows|winsock2)\.h)>",

@@ -12,6 +12,16 @@ TEST(CodePage, ConvertsEveryByteToUtf8AndBack) {
   EXPECT_EQ(ToUtf8("\x80 \xE4"), "\u20AC \u00E4");
 }
 
+TEST(CodePage, ConvertsEveryByteToUtf16AndBack) {
+  std::string all;
+  for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
+  std::u16string utf16(all.size(), u'?');
+  ToUtf16(all, utf16.data());
+  EXPECT_EQ(FromUtf16(utf16), all);
+  EXPECT_EQ(utf16.substr(0x7F, 6), u"\u007F\u20AC\u0081\u201A\u0192\u201E");
+  for (const char16_t* bad : {u"\u0100", u"a\u0080", u"\U0001F600", u"\uFF41"}) EXPECT_EQ(FromUtf16(bad), std::nullopt);
+}
+
 TEST(CodePage, RefusesMalformedTextAndUnknownCharacters) {
   for (const char* bad :
        {"\xC3", "\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\u0100", "\U0001F600", "\xE0\x81\x81"}) {

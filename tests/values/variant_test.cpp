@@ -45,6 +45,8 @@ TEST(Variant, ConvertsBetweenTypesAndRefusesValuesThatDoNotFit) {
   EXPECT_EQ(ErrorOf([] { Variant(Missing).ToLong(); }), 13);
   EXPECT_EQ(ErrorOf([] { Variant("yes").ToBoolean(); }), 13);
   EXPECT_EQ(ErrorOf([] { Variant("x").ToObject(); }), 13);
+  EXPECT_EQ(ErrorOf([] { Variant("x").ToBytes(); }), 13);
+  EXPECT_EQ(Variant(Variant::Bytes{1, 0}).ToBytes(), (Variant::Bytes{1, 0}));
   EXPECT_EQ(ErrorOf([] { Variant(Variant::ObjectRef()).ToObject(); }), 91);
 }
 
