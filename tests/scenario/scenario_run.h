@@ -1,4 +1,5 @@
-// scenario_run.h - what the C++ program of the scenario stands on: its instances, and its transcript on standard output.
+// scenario_run.h - what the C++ program of the scenario stands on: its instances, and its transcript on standard
+// output.
 #ifndef OXAQRYCLN_TESTS_SCENARIO_SCENARIO_RUN_H_
 #define OXAQRYCLN_TESTS_SCENARIO_SCENARIO_RUN_H_
 
