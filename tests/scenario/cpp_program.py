@@ -81,8 +81,7 @@ def program(scenario):
     for number, group in enumerate(scenario.groups, 1):
         text += f"// {group.name}\nstatic void Group{number}(ScenarioRun& run) {{\n"
         text += "".join(statement(step) for step in group.steps) + "}\n\n"
-        condition = f'if (run.Has("{group.needs}")) ' if group.needs else ""
-        calls += f"  {condition}Group{number}(run);\n"
+        calls += f"  Group{number}(run);\n"
     return text + f"int main(int argc, char** argv) {{\n  ScenarioRun run(argc, argv);\n{calls}}}\n"
 
 

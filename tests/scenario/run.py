@@ -91,6 +91,14 @@ def log_differences(expected, directory):
         at = max(at, found)
 
 
+def record_files(scenario, directory):
+    there = {file.name: text_of(file.read_bytes()) for file in sorted(directory.iterdir())}
+    for json_group in scenario.json["groups"]:
+        for name in json_group.get("files", {}):
+            json_group["files"][name] = there.pop(name)
+    scenario.json["files"] = there
+
+
 def run(scenario, options):
     """What is wrong: texts that each say one difference."""
     interface = INTERFACES[options.interface]
@@ -103,13 +111,12 @@ def run(scenario, options):
         finally:
             environment.server.close()
         if options.record:
-            scenario.json["files"] = {file.name: text_of(file.read_bytes()) for file in
-                                      sorted(environment.blobs.iterdir())}
+            record_files(scenario, environment.blobs)
             write_scenario(scenario, options.scenario)
             return []
         expected = comparable(scenario.transcript(environment.without), environment.steps)
         return [*transcript_difference(expected, comparable(shown, environment.steps)), *environment.server.differences,
-                *file_differences(scenario.json["files"], environment.blobs),
+                *file_differences(scenario.files(environment.without), environment.blobs),
                 *log_differences(scenario.json["log"], environment.logs)]
     finally:
         environment.remove()

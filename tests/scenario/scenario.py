@@ -13,8 +13,9 @@ a VALUE, null (left out), {"ref": VALUE} (a variable passed by reference, null f
 call are the "outputs", or {"context": {"body": TEXT}}, a page with that request body. {port}, {printPort}, {blobs},
 {logs} and {database} in a text stand for what a run provides. "request" is what the server must receive behind the
 account, and "print" says that it is the print server. For ANSWER see canned_server.py. Of a result that "varies" from run
-to run only the kind and the length are compared. A group that "needs" something is skipped by interfaces that do not have
-it.
+to run only the kind and the length are compared. A group that "needs" something ("database": a web user database, "page":
+contexts) is skipped by interfaces that do not have it. "files" are in the blob directory at the end, those of a group if it
+is run; "log" are texts that the log of the session "S1" then holds in this order.
 
 A transcript has one line for each step: its number, its name, the result and the outputs, with their kinds. A text is
 written in ASCII, with \\xHH for any other byte of its Windows-1252 form.
@@ -155,6 +156,14 @@ class Scenario:
 
     def transcript(self, without=()):
         return [step.expected() for step in self.steps(without)]
+
+    def files(self, without=()):
+        """Those that are in the blob directory at the end."""
+        files = dict(self.json["files"])
+        for json_group in self.json["groups"]:
+            if json_group.get("needs") not in without:
+                files.update(json_group.get("files", {}))
+        return files
 
     def instances(self):
         return sorted({"q"} | {step.name for step in self.steps() if step.kind == "new"})

@@ -18,8 +18,6 @@ class ScenarioRun {
   // The arguments are NAME=TEXT: what stands for {NAME} in a text.
   ScenarioRun(int argc, char** argv);
 
-  // Whether the text of that name is given.
-  bool Has(const std::string& name) const { return texts_.contains(name); }
   std::string Filled(std::string_view text) const;
 
   void New(const std::string& instance) { instances_[instance] = std::make_unique<clsQuery>(); }

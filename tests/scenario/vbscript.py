@@ -65,39 +65,6 @@ Sub Show(ByVal title, ByVal values)
   WScript.Echo text
 End Sub
 
-Class BodyRequest
-  Public Body
-  Private given
-
-  Public Property Get TotalBytes()
-    TotalBytes = Len(Body)
-  End Property
-
-  Public Function BinaryRead(ByVal count)
-    Dim bytes(), position
-    If count > Len(Body) - given Then count = Len(Body) - given
-    If count = 0 Then Exit Function
-    ReDim bytes(count - 1)
-    For position = 0 To count - 1
-      bytes(position) = CByte(Asc(Mid(Body, given + position + 1, 1)))
-    Next
-    given = given + count
-    BinaryRead = bytes
-  End Function
-End Class
-
-Class BodyPage
-  Public Request
-End Class
-
-Function PageWithBody(ByVal body)
-  Dim page
-  Set page = New BodyPage
-  Set page.Request = New BodyRequest
-  page.Request.Body = body
-  Set PageWithBody = page
-End Function
-
 """
 
 
@@ -129,8 +96,6 @@ def call(step, filled):
     for argument in step.arguments:
         if argument.is_left_out:
             arguments.append("")
-        elif argument.body is not None:
-            arguments.append(f"PageWithBody({literal(argument.body)})")
         elif argument.is_reference:
             name = f"v{len(shown)}"
             text += f"  {name} = {expression(argument.value, filled)}\n"
