@@ -81,6 +81,9 @@ NativeFile OpenNative(const std::filesystem::path& path, OpenFor purpose, std::e
                                     nullptr, way.creation, flags, nullptr);
   if (opened != INVALID_HANDLE_VALUE) {
     error = {};
+    // Access for appending only would write at the end by itself, but would not let the file be cut to its former
+    // length.
+    if (purpose == OpenFor::Appending) SetFilePointerEx(opened, {}, nullptr, FILE_END);
     return reinterpret_cast<NativeFile>(opened);
   }
   error = LastError();
