@@ -15,7 +15,8 @@ import tempfile
 from pathlib import Path
 
 from canned_server import CannedServer
-from interfaces import INTERFACES, InterfaceFailed
+from interfaces import INTERFACES
+from program import InterfaceFailed
 from scenario import FILE, ROOT, bytes_of, comparable, escaped, read_scenario, text_of, write_scenario
 
 
@@ -38,6 +39,7 @@ class Environment:
     def make_database(self, scenario):
         file = self.directory / "users.sqlite"
         database = sqlite3.connect(file)
+        database.execute("PRAGMA synchronous = OFF")
         for name in ("schema.sql", "sample.sql"):
             database.executescript((ROOT / "userdb" / name).read_text(encoding="utf-8"))
         for statement in scenario.json["users"]:

@@ -1,8 +1,8 @@
 """session_client.py - runs the scenario through "oxaqry session", one JSON object a line."""
 import base64
 import json
-import subprocess
 
+from program import lines_of
 from scenario import Value, bytes_of, line
 
 
@@ -41,25 +41,22 @@ def values_of(step, answer):
 
 def run_session(environment, options):
     """The lines of the transcript; with options.record, the values become those that the scenario expects."""
+    requests = "".join(json.dumps(request_of(step, environment.filled)) + "\n" for step in environment.steps)
+    answers = lines_of([options.program, "session"], requests)
     lines = []
-    with subprocess.Popen([options.program, "session"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
-                          encoding="utf-8") as session:
-        for step in environment.steps:
-            session.stdin.write(json.dumps(request_of(step, environment.filled)) + "\n")
-            session.stdin.flush()
-            answered = session.stdout.readline()
-            if not answered:
-                lines.append(f"the session ended at step {step.title()}")
-                break
-            answer = json.loads(answered)
-            if "error" in answer:
-                lines.append(f"{step.title()}: {answer['error']}")
-                continue
-            values = values_of(step, answer)
-            lines.append(line(step, values) if values else step.title())
-            if options.record and values:
+    for step, answered in zip(environment.steps, answers):
+        if not answered.startswith("{"):
+            lines.append(answered)
+            break
+        answer = json.loads(answered)
+        if "error" in answer:
+            lines.append(f"{step.title()}: {answer['error']}")
+            continue
+        values = values_of(step, answer)
+        lines.append(line(step, values) if values else step.title())
+        if options.record and values:
+            if "varies" not in step.json:
                 step.json["result"] = values[0].to_json()
-                if values[1:]:
-                    step.json["outputs"] = [value.to_json() for value in values[1:]]
-        session.stdin.close()
-    return lines
+            if values[1:]:
+                step.json["outputs"] = [value.to_json() for value in values[1:]]
+    return lines + answers[len(environment.steps):]
