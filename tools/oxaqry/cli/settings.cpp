@@ -75,8 +75,8 @@ QueryServer ServerFrom(const std::string& entry) {
     throw CommandError("the password of the query server \"" + ToUtf8(fields[0]) +
                        "\" is not encoded: encode it with the method \"Encode\" of oxaqry session");
   }
-  const auto port = fields.size() < 2 ? std::nullopt : ParseNumber(fields[1]);
-  if (!fields[0].empty() && port && *port >= 1 && *port <= 65535) return {fields[0], *port, entry};
+  const std::int32_t port = fields.size() < 2 ? 0 : ParseNumber(fields[1]).value_or(0);
+  if (!fields[0].empty() && port >= 1 && port <= 65535) return {fields[0], port, entry};
   // Not the entry itself, which may hold a password.
   throw CommandError("the query server \"" + ToUtf8(fields[0]) +
                      "\" needs a port from 1 to 65535: write \"host,port\", and \"|\" between servers");
