@@ -109,7 +109,7 @@ check() {
 }
 
 # first_attribute NAME FILE: the number in an attribute of the outermost element of a test report; nothing without one.
-first_attribute() { sed -n "s/^.*[[:space:]]$1=\"\([0-9]*\)\".*/\1/p" "$2" 2>/dev/null | head -n 1; }
+first_attribute() { [[ ! -f $2 ]] || sed -n "s/^.*[[:space:]]$1=\"\([0-9]*\)\".*/\1/p" "$2" | head -n 1; }
 
 # Prints the results, the totals last. Its status is 0 if nothing failed.
 print_summary() {
