@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
-#include <ranges>
 #include <set>
 #include <string>
 #include <string_view>
@@ -215,10 +214,11 @@ std::string clsQuery::GetOutlinerSearchExpr(const Variant& lngID) {
     if (path.empty()) return;
     const Levels levels = ReadLevels(state, std::to_string(path.front().outliner));
     std::string expression;
-    for (const PathNode& node : std::views::reverse(path)) {
-      const Level& level = LevelOf(levels, node.level);
+    // clang 14 cannot compile the reversed views of libstdc++.
+    for (auto node = path.rbegin(); node != path.rend(); ++node) {  // NOLINT(modernize-loop-convert)
+      const Level& level = LevelOf(levels, node->level);
       if (!level.isSearched) continue;
-      expression += (expression.empty() ? "" : " AND ") + ConditionOf(level, node.content);
+      expression += (expression.empty() ? "" : " AND ") + ConditionOf(level, node->content);
     }
     result = std::move(expression);
   });
