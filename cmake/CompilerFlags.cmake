@@ -43,11 +43,9 @@ endif()
 
 set(OXAQRYCLN_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
 if(OXAQRYCLN_SANITIZE)
-  # With the sanitizers' instrumentation g++ 12 wrongly reports uninitialised members of std::function, and copies
-  # in "text" + std::string.
+  # With the sanitizers' instrumentation g++ 12 wrongly reports uninitialised members of std::function.
   target_compile_options(oxaqrycln_flags INTERFACE
-    -fsanitize=${OXAQRYCLN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-maybe-uninitialized -Wno-restrict
-    -Wno-array-bounds)
+    -fsanitize=${OXAQRYCLN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-maybe-uninitialized)
   target_link_options(oxaqrycln_flags INTERFACE -fsanitize=${OXAQRYCLN_SANITIZE})
 endif()
 
