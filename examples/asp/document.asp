@@ -59,7 +59,7 @@ Sub ShowNotes()
 <%
   For i = 1 To count
     note = query.TELOGetNotesNext()
-    comma = InStr(note, ",")
+    comma = InStr(InStr(note, ",") + 1, note, ",")  ' behind author and date
 %><blockquote><small><%= H(Left(note, comma - 1)) %></small><br><%= Marked(Mid(note, comma + 1)) %></blockquote>
 <%
   Next

@@ -2,7 +2,8 @@
 <!-- #include file="query.inc" -->
 <!-- #include file="layout.inc" -->
 <%
-' The content of a segment. The archive puts it into the blob directory, from which the page sends and removes it.
+' The content of a segment. The archive puts it into the blob directory, from which the page sends it;
+' another visitor may be reading the same file, so it stays there.
 Const kBlock = 65536
 Dim query, segment, fileName, fileLength, status, files, path, content
 
@@ -27,6 +28,5 @@ Do While Not content.AtEndOfStream
   Response.Write content.Read(kBlock)
 Loop
 content.Close
-files.DeleteFile path
 Response.End
 %>

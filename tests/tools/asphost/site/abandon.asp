@@ -1,0 +1,2 @@
+<% Session.Abandon
+Response.Write "gone" %>
