@@ -114,7 +114,7 @@ def check_source(path, text):
             yield f"asks for {found[1]}; only *_posix.cpp and *_windows.cpp may"
     if COMPONENT.match(path) and not SYSTEM_FILE.match(path):
         for found in SYSTEM_HEADER.finditer(text):
-            yield f"includes <{found[1]}>; only *_posix.cpp and *_windows.cpp may"
+            yield f"includes <{found[1]}>; only *_posix.cpp, *_windows.cpp and automation/com/ may"
     if COMPONENT.match(path):
         if found := SLEEP.search(text):
             yield f"calls {found[1]}; the component waits in the event loop"
