@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -94,7 +95,11 @@ void Serve(const CommandLine& line) {
     const std::lock_guard lock(outputMutex);
     std::cerr << failure + "\n" << std::flush;
   };
-  PageServer server(line.port, limits, [&](const WebRequest& request) { return AnswerRequest(site, request, report); });
+  PageServer server(line.port, limits, [&]() -> AnswerFunction {
+    return [&, classes = std::make_shared<ClassCache>()](const WebRequest& request) {
+      return AnswerRequest(site, *classes, request, report);
+    };
+  });
   runningServer = &server;
   SetConsoleCtrlHandler(StopRunningServer, TRUE);
   std::cout << "listening on 127.0.0.1:" << server.port() << std::endl;

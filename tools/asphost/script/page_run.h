@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tools/asphost/pages/page_script.h"
+#include "tools/asphost/script/class_cache.h"
 #include "tools/asphost/script/com_owners.h"
 #include "tools/asphost/script/script_object.h"
 #include "tools/asphost/script/site.h"
@@ -24,7 +25,7 @@ class PageRun {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
 
-  PageRun(Site& pageSite, const WebRequest& pageRequest, std::string path, const PageScript& pageScript);
+  PageRun(Site& pageSite, ClassCache& threadClasses, const WebRequest& pageRequest, std::string path, const PageScript& pageScript);
 
   // Takes the visitor's session when he has one. False when another page kept it until the time-out.
   bool TakeSession();
@@ -49,6 +50,7 @@ class PageRun {
   std::string Bytes(std::wstring_view text) const { return ToBytes(text, codePage); }
 
   Site& site;
+  ClassCache& classes;
   const WebRequest& request;
   const std::string sitePath;
   const PageScript& script;

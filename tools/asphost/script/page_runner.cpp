@@ -24,14 +24,15 @@ void AddCookies(PageRun& run) {
 // The script and everything it made have ended when this returns.
 std::optional<ScriptFailure> RunStatements(const std::shared_ptr<PageRun>& run) {
   const ComReference<ScriptObjectBase> global = MakeObject<GlobalObject>(run);
-  const auto failure = RunScript(run->Wide(run->script.statements()), *global.get());
+  const auto failure = RunScript(run->classes, run->Wide(run->script.statements()), *global.get());
   run->End();
   return failure;
 }
 
-WebAnswer RunPage(Site& site, const WebRequest& request, const std::string& sitePath, const ReportFailure& report) {
-  const PageScript script(sitePath, [&](const std::string& path) { return site.Read(path); });
-  const auto run = std::make_shared<PageRun>(site, request, sitePath, script);
+WebAnswer RunPage(Site& site, ClassCache& classes, const WebRequest& request, const std::string& sitePath,
+                  const ReportFailure& report) {
+  const PageScript script(sitePath, [&](const std::string& path) { return site.ReadSource(path); });
+  const auto run = std::make_shared<PageRun>(site, classes, request, sitePath, script);
   if (!run->TakeSession()) return ErrorPage(503, "Busy", "Another page of this session is still running.");
   const auto failure = RunStatements(run);
   if (failure && !run->IsStopped()) {
@@ -47,7 +48,7 @@ WebAnswer RunPage(Site& site, const WebRequest& request, const std::string& site
 
 }  // namespace
 
-WebAnswer AnswerRequest(Site& site, const WebRequest& request, const ReportFailure& report) {
+WebAnswer AnswerRequest(Site& site, ClassCache& classes, const WebRequest& request, const ReportFailure& report) {
   const auto sitePath = SitePathOfRequest(request.path);
   if (!sitePath) return NotFound();
   if (!IsPage(*sitePath)) {
@@ -60,7 +61,7 @@ WebAnswer AnswerRequest(Site& site, const WebRequest& request, const ReportFailu
     return answer;
   }
   try {
-    return RunPage(site, request, *sitePath, report);
+    return RunPage(site, classes, request, *sitePath, report);
   } catch (const PageError& error) {
     if (error.line() == 0 && error.file() == *sitePath) return NotFound();
     return Failed(report, error.file(), error.line(), error.what());

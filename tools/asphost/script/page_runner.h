@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "tools/asphost/script/class_cache.h"
 #include "tools/asphost/script/site.h"
 #include "tools/asphost/web/messages.h"
 
@@ -13,8 +14,8 @@ namespace oxaqrycln::asphost {
 // Receives a line, without its end, for each page that failed.
 using ReportFailure = std::function<void(const std::string& line)>;
 
-// The calling thread must be a single-threaded apartment.
-WebAnswer AnswerRequest(Site& site, const WebRequest& request, const ReportFailure& report);
+// The calling thread must be a single-threaded apartment, and the classes its own.
+WebAnswer AnswerRequest(Site& site, ClassCache& classes, const WebRequest& request, const ReportFailure& report);
 
 }  // namespace oxaqrycln::asphost
 

@@ -11,7 +11,6 @@
 namespace oxaqrycln::asphost {
 namespace {
 
-constexpr CLSID kVbscript = {0xb54f3741, 0x5b07, 0x11cf, {0xa4, 0xb0, 0x00, 0xaa, 0x00, 0x4a, 0x55, 0xe8}};
 constexpr const wchar_t* kGlobalName = L"Page";
 
 class TextOwner {
@@ -89,12 +88,12 @@ void CheckEngine(HRESULT result) {
 
 }  // namespace
 
-std::optional<ScriptFailure> RunScript(const std::wstring& statements, IDispatch& global) {
+std::optional<ScriptFailure> RunScript(ClassCache& classes, const std::wstring& statements, IDispatch& global) {
   EngineSite site(global);
   ComReference<IActiveScript> engine;
   ComReference<IActiveScriptParse> parser;
   CheckEngine(
-      CoCreateInstance(kVbscript, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript), engine.ReceiveVoid()));
+      classes.Create(L"VBScript", __uuidof(IActiveScript), engine.ReceiveVoid()));
   CheckEngine(engine->QueryInterface(__uuidof(IActiveScriptParse), parser.ReceiveVoid()));
   CheckEngine(parser->InitNew());
   CheckEngine(engine->SetScriptSite(&site));

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "tools/asphost/script/class_cache.h"
 #include "tools/asphost/script/com_owners.h"
 
 namespace oxaqrycln::asphost {
@@ -17,7 +18,7 @@ struct ScriptFailure {
 
 // Runs the statements with the members of the global object as global names. Returns the error that ended them.
 // The thread must have been initialized for COM. Throws ScriptError when there is no engine.
-std::optional<ScriptFailure> RunScript(const std::wstring& statements, IDispatch& global);
+std::optional<ScriptFailure> RunScript(ClassCache& classes, const std::wstring& statements, IDispatch& global);
 
 }  // namespace oxaqrycln::asphost
 

@@ -28,12 +28,8 @@ OwnedVariant ServerObject::CreateObject(Arguments& arguments) {
   if (run().createdObjects.size() >= kMostObjects)
     throw ScriptError{kCannotCreate, L"The page has made too many objects"};
   const std::wstring name = arguments.Text(0);
-  CLSID id{};
   ComReference<IDispatch> object;
-  HRESULT result = CLSIDFromProgID(name.c_str(), &id);
-  if (SUCCEEDED(result)) {
-    result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.ReceiveVoid());
-  }
+  const HRESULT result = run().classes.Create(name, IID_IDispatch, object.ReceiveVoid());
   if (FAILED(result)) {
     std::array<wchar_t, 16> code{};
     std::swprintf(code.data(), code.size(), L"%08lX", static_cast<unsigned long>(result));

@@ -9,6 +9,7 @@ namespace oxaqrycln::asphost {
 namespace {
 
 constexpr LONGLONG kLargestFile = 64 << 20;
+constexpr std::size_t kMostSources = 500;
 
 struct HandleCloser {
   void operator()(void* handle) const noexcept { CloseHandle(handle); }
@@ -69,6 +70,24 @@ std::optional<std::string> Site::Read(const std::string& sitePath) const {
   DWORD count = 0;
   if (ReadFile(opened, content.data(), static_cast<DWORD>(content.size()), &count, nullptr) == 0) return std::nullopt;
   content.resize(count);
+  return content;
+}
+
+std::optional<std::string> Site::ReadSource(const std::string& sitePath) {
+  WIN32_FILE_ATTRIBUTE_DATA file{};
+  if (GetFileAttributesExW(DiskPath(sitePath).c_str(), GetFileExInfoStandard, &file) == 0) return std::nullopt;
+  const ULONGLONG changed = (ULONGLONG{file.ftLastWriteTime.dwHighDateTime} << 32) | file.ftLastWriteTime.dwLowDateTime;
+  {
+    const std::lock_guard lock(sourcesMutex_);
+    const auto known = sources_.find(sitePath);
+    const bool isSame = known != sources_.end() && known->second.changed == changed &&
+                        known->second.content.size() == file.nFileSizeLow && file.nFileSizeHigh == 0;
+    if (isSame) return known->second.content;
+  }
+  auto content = Read(sitePath);
+  const std::lock_guard lock(sourcesMutex_);
+  if (sources_.size() >= kMostSources) sources_.clear();
+  if (content) sources_.insert_or_assign(sitePath, Source{changed, *content});
   return content;
 }
 

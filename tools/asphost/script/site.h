@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -62,10 +63,20 @@ struct Site {
   std::wstring DiskPath(const std::string& sitePath) const;
   // The content of a file; nothing if it cannot be read or has more than 64 MB.
   std::optional<std::string> Read(const std::string& sitePath) const;
+  // The same for the source of a page, which is kept until the file changes.
+  std::optional<std::string> ReadSource(const std::string& sitePath);
 
   const SiteOptions options;
   SessionTable<SessionState> sessions;
   ApplicationState application;
+
+ private:
+  struct Source {
+    ULONGLONG changed;
+    std::string content;
+  };
+  std::mutex sourcesMutex_;
+  std::map<std::string, Source> sources_;
 };
 
 }  // namespace oxaqrycln::asphost

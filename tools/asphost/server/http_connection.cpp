@@ -1,5 +1,7 @@
 #include "tools/asphost/server/http_connection.h"
 
+#include <algorithm>
+#include <array>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 #include <string>
@@ -16,6 +18,7 @@ namespace http = boost::beast::http;
 using boost::asio::ip::tcp;
 
 constexpr std::uint32_t kLongestHeader = 32 << 10;
+constexpr std::chrono::seconds kFarewell{1};
 
 std::string TextOf(beast::string_view text) { return {text.data(), text.size()}; }
 
@@ -27,14 +30,15 @@ bool IsLoopbackName(std::string_view host) {
 
 class Connection {
  public:
-  Connection(boost::asio::io_context& context, tcp::socket socket, const ConnectionLimits& limits)
-      : context_(context), stream_(std::move(socket)), limits_(limits) {
+  Connection(tcp::socket socket, const ConnectionLimits& limits)
+      : socket_(std::move(socket)), deadline_(std::chrono::steady_clock::now() + limits.timeOut) {
     parser_.header_limit(kLongestHeader);
     parser_.body_limit(limits.longestBody);
+    socket_.set_option(tcp::no_delay(true));
+    LimitWaiting(limits.timeOut);
   }
 
   void Serve(const AnswerFunction& answer) {
-    stream_.socket().set_option(tcp::no_delay(true));
     Receive();
     if (error_ == http::error::end_of_stream) return;
     if (error_ == http::error::body_limit) {
@@ -45,29 +49,40 @@ class Connection {
       Send(AnswerTo(answer));
     }
     // Closing while the visitor still sends would take the answer from him.
-    stream_.socket().shutdown(tcp::socket::shutdown_send, error_);
+    socket_.shutdown(tcp::socket::shutdown_send, error_);
+    LimitWaiting(kFarewell);
     Discard();
   }
 
  private:
-  // Runs one operation of the stream until it is done or its time is up.
-  template <typename Start>
-  void Await(const Start& start) {
-    stream_.expires_after(limits_.timeOut);
-    start([this](beast::error_code error, std::size_t) { error_ = error; });
-    context_.restart();
-    context_.run();
+  // Calls that block are much cheaper under Wine than overlapped ones, and time out by an option of the socket.
+  void LimitWaiting(std::chrono::milliseconds timeOut) {
+    const auto milliseconds = static_cast<DWORD>(timeOut.count());
+    for (const int option : {SO_RCVTIMEO, SO_SNDTIMEO}) {
+      setsockopt(socket_.native_handle(), SOL_SOCKET, option, reinterpret_cast<const char*>(&milliseconds),
+                 sizeof milliseconds);
+    }
   }
 
   void Receive() {
-    Await([this](auto done) { http::async_read_header(stream_, buffer_, parser_, done); });
+    ReceiveUntil([this] { return parser_.is_header_done(); });
     if (error_) return;
     if (AsciiLowerCase(TextOf(parser_.get()[http::field::expect])) == "100-continue") {
       const http::response<http::empty_body> goOn(http::status::continue_, parser_.get().version());
-      http::write(stream_, goOn, error_);
-      if (error_) return;
+      http::write(socket_, goOn, error_);
     }
-    Await([this](auto done) { http::async_read(stream_, buffer_, parser_, done); });
+    ReceiveUntil([this] { return parser_.is_done(); });
+  }
+
+  template <typename Condition>
+  void ReceiveUntil(const Condition& isDone) {
+    while (!error_ && !isDone()) {
+      if (std::chrono::steady_clock::now() > deadline_) {
+        error_ = beast::error::timeout;
+      } else {
+        http::read_some(socket_, buffer_, parser_, error_);
+      }
+    }
   }
 
   WebAnswer AnswerTo(const AnswerFunction& answer) {
@@ -94,8 +109,8 @@ class Connection {
     for (const auto& field : given) request.headers.emplace_back(TextOf(field.name_string()), TextOf(field.value()));
     request.body = std::move(given.body());
     beast::error_code error;
-    request.remoteAddress = stream_.socket().remote_endpoint(error).address().to_string();
-    request.serverPort = stream_.socket().local_endpoint(error).port();
+    request.remoteAddress = socket_.remote_endpoint(error).address().to_string();
+    request.serverPort = socket_.local_endpoint(error).port();
     return request;
   }
 
@@ -108,31 +123,27 @@ class Connection {
     response.content_length(answer.body.size());
     response.keep_alive(false);
     if (!isHead) response.body() = std::move(answer.body);
-    Await([&](auto done) { http::async_write(stream_, response, done); });
+    http::write(socket_, response, error_);
   }
 
   // Reads what still comes, a bounded part of it.
   void Discard() {
     constexpr int kMostReads = 64;
-    for (int i = 0; i < kMostReads && !error_; ++i) {
-      Await([this](auto done) { stream_.async_read_some(boost::asio::buffer(discarded_), done); });
-    }
+    std::array<char, 16384> discarded;
+    for (int i = 0; i < kMostReads && !error_; ++i) socket_.read_some(boost::asio::buffer(discarded), error_);
   }
 
-  boost::asio::io_context& context_;
-  beast::tcp_stream stream_;
-  const ConnectionLimits& limits_;
+  tcp::socket socket_;
+  const std::chrono::steady_clock::time_point deadline_;
   beast::flat_buffer buffer_;
   http::request_parser<http::string_body> parser_;
   beast::error_code error_;
-  std::array<char, 16384> discarded_;
 };
 
 }  // namespace
 
-void ServeConnection(boost::asio::io_context& context, tcp::socket socket, const ConnectionLimits& limits,
-                     const AnswerFunction& answer) {
-  Connection(context, std::move(socket), limits).Serve(answer);
+void ServeConnection(tcp::socket socket, const ConnectionLimits& limits, const AnswerFunction& answer) {
+  Connection(std::move(socket), limits).Serve(answer);
 }
 
 }  // namespace oxaqrycln::asphost

@@ -3,7 +3,6 @@
 #ifndef OXAQRYCLN_TOOLS_ASPHOST_SERVER_HTTP_CONNECTION_H_
 #define OXAQRYCLN_TOOLS_ASPHOST_SERVER_HTTP_CONNECTION_H_
 
-#include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <chrono>
 #include <cstddef>
@@ -15,14 +14,13 @@ namespace oxaqrycln::asphost {
 
 struct ConnectionLimits {
   std::size_t longestBody = 32 << 20;
-  std::chrono::seconds timeOut{30};  // to receive the whole request, and again to send the whole answer
+  std::chrono::seconds timeOut{30};  // to receive the whole request; also the longest wait for the next byte
 };
 
 using AnswerFunction = std::function<WebAnswer(const WebRequest& request)>;
 
-// The context is that of the socket and runs nothing else. A connection that fails is closed without a word.
-void ServeConnection(boost::asio::io_context& context, boost::asio::ip::tcp::socket socket,
-                     const ConnectionLimits& limits, const AnswerFunction& answer);
+// Closes the connection. One that fails is closed without a word. Throws what answer throws.
+void ServeConnection(boost::asio::ip::tcp::socket socket, const ConnectionLimits& limits, const AnswerFunction& answer);
 
 }  // namespace oxaqrycln::asphost
 

@@ -32,8 +32,8 @@ class Apartment {
 
 }  // namespace
 
-PageServer::PageServer(int port, const ConnectionLimits& limits, AnswerFunction answer)
-    : acceptor_(context_), limits_(limits), answer_(std::move(answer)) {
+PageServer::PageServer(int port, const ConnectionLimits& limits, std::function<AnswerFunction()> makeAnswer)
+    : acceptor_(context_), limits_(limits), makeAnswer_(std::move(makeAnswer)) {
   boost::system::error_code error;
   acceptor_.open(tcp::v4());
   // Without this, two servers could listen on one port.
@@ -62,9 +62,9 @@ void PageServer::Stop() {
 
 void PageServer::ServeOnThread() {
   const Apartment apartment;
-  boost::asio::io_context context;
+  const AnswerFunction answer = makeAnswer_();
   while (!isStopping_) {
-    tcp::socket socket(context);
+    tcp::socket socket(context_);
     {
       const std::lock_guard lock(acceptorMutex_);
       boost::system::error_code error;
@@ -73,7 +73,7 @@ void PageServer::ServeOnThread() {
       if (error || isStopping_) continue;
     }
     try {
-      ServeConnection(context, std::move(socket), limits_, answer_);
+      ServeConnection(std::move(socket), limits_, answer);
     } catch (const std::exception&) {
       // Nobody is left to be told: the connection is closed.
     }

@@ -8,6 +8,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 
 #include "tools/asphost/server/http_connection.h"
@@ -17,7 +18,8 @@ namespace oxaqrycln::asphost {
 class PageServer {
  public:
   // Listens at once; port 0 takes any free one. Throws std::runtime_error when the port cannot be had.
-  PageServer(int port, const ConnectionLimits& limits, AnswerFunction answer);
+  // makeAnswer is called on each thread; what it returns is destroyed there.
+  PageServer(int port, const ConnectionLimits& limits, std::function<AnswerFunction()> makeAnswer);
 
   int port() const { return acceptor_.local_endpoint().port(); }
   // Serves until Stop is called, from any thread, and the pages that were running have ended.
@@ -32,7 +34,7 @@ class PageServer {
   std::mutex acceptorMutex_;
   std::atomic<bool> isStopping_ = false;
   const ConnectionLimits limits_;
-  const AnswerFunction answer_;
+  const std::function<AnswerFunction()> makeAnswer_;
 };
 
 }  // namespace oxaqrycln::asphost
