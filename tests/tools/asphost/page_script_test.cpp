@@ -39,10 +39,15 @@ TEST(PageScript, WritesTextsByNumberAndKeepsStatements) {
   const Case cases[] = {
       {"text only", "<p>a\r\nb</p>", "Response.WriteBlock 0\n", {"<p>a\r\nb</p>"}},
       {"statements", "<% x = 1\r\ny = 2 %>", " x = 1\ny = 2 \n", {}},
-      {"value", "<b><%= x & \"<%\" %></b>", "Response.WriteBlock 0\nResponse.Write(x & \"<%\")\nResponse.WriteBlock 1\n",
+      {"value",
+       "<b><%= x & \"<%\" %></b>",
+       "Response.WriteBlock 0\nResponse.Write(x & \"<%\")\nResponse.WriteBlock 1\n",
        {"<b>", "</b>"}},
       {"condition", "<% If x Then %>yes<% End If %>", " If x Then \nResponse.WriteBlock 0\n End If \n", {"yes"}},
-      {"comment that is no include", "<!-- #inclusive --><% x %>", "Response.WriteBlock 0\n x \n", {"<!-- #inclusive -->"}},
+      {"comment that is no include",
+       "<!-- #inclusive --><% x %>",
+       "Response.WriteBlock 0\n x \n",
+       {"<!-- #inclusive -->"}},
       {"byte order mark", "\xef\xbb\xbf<% x %>", " x \n", {}},
       {"nothing", "", "", {}},
   };
@@ -55,9 +60,10 @@ TEST(PageScript, WritesTextsByNumberAndKeepsStatements) {
 }
 
 TEST(PageScript, FindsTheFileAndLineOfEachLineOfTheScript) {
-  const Files files({{"a/page.asp", "one\n<!-- #include file=\"../b.inc\" -->\n<%\nx = 1\n%>\n<!--#INCLUDE VIRTUAL=\"/a/c.inc\"-->"},
-                     {"b.inc", "\n\n<% b = 1\nb = 2 %>"},
-                     {"a/c.inc", "<% c = 1 %>"}});
+  const Files files(
+      {{"a/page.asp", "one\n<!-- #include file=\"../b.inc\" -->\n<%\nx = 1\n%>\n<!--#INCLUDE VIRTUAL=\"/a/c.inc\"-->"},
+       {"b.inc", "\n\n<% b = 1\nb = 2 %>"},
+       {"a/c.inc", "<% c = 1 %>"}});
   const PageScript script = files.Script("a/page.asp");
   std::map<std::string, SourcePosition> positions;
   std::size_t number = 0;

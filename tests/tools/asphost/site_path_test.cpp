@@ -20,9 +20,10 @@ TEST(SitePath, OfARequestStaysInTheSite) {
   }
   using namespace std::string_view_literals;
   for (const std::string_view path :
-       {""sv, "a.asp"sv, "/.."sv, "/a/../b.asp"sv, "/a/..\\b.asp"sv, "/.git/x.txt"sv, "/a.asp."sv, "/a.asp "sv, "/a.asp::$DATA"sv,
-        "/c:/x.txt"sv, "/a.asp\0.txt"sv, "/a\n.txt"sv, "/nul"sv, "/NUL.txt"sv, "/com1.asp"sv, "/a/aux.js"sv, "/COMMON~1.INC"sv,
-        "/a*.asp"sv, "/..."sv, "\\a.asp"sv}) {
+       {""sv,        "a.asp"sv,    "/.."sv,           "/a/../b.asp"sv, "/a/..\\b.asp"sv,  "/.git/x.txt"sv,
+        "/a.asp."sv, "/a.asp "sv,  "/a.asp::$DATA"sv, "/c:/x.txt"sv,   "/a.asp\0.txt"sv,  "/a\n.txt"sv,
+        "/nul"sv,    "/NUL.txt"sv, "/com1.asp"sv,     "/a/aux.js"sv,   "/COMMON~1.INC"sv, "/a*.asp"sv,
+        "/..."sv,    "\\a.asp"sv}) {
     EXPECT_EQ(SitePathOfRequest(path), std::nullopt) << path;
   }
   EXPECT_EQ(SitePathOfRequest("/" + std::string(300, 'a')), std::nullopt);
@@ -43,7 +44,8 @@ TEST(SitePath, SendsOnlyKnownTypes) {
   EXPECT_TRUE(IsPage("a/B.ASP"));
   EXPECT_EQ(StaticContentType("style.css"), "text/css");
   EXPECT_EQ(StaticContentType("a.b/PICTURE.PNG"), "image/png");
-  for (const char* const path : {"a.asp", "a.inc", "A.INC", "a.mdb", "a.asa", "a.txt.inc", "a.config", "css", "a.css/b", ""}) {
+  for (const char* const path :
+       {"a.asp", "a.inc", "A.INC", "a.mdb", "a.asa", "a.txt.inc", "a.config", "css", "a.css/b", ""}) {
     EXPECT_EQ(StaticContentType(path), std::nullopt) << path;
   }
 }

@@ -16,7 +16,8 @@ using testing::Not;
 using testing::Pair;
 
 TEST(Encoding, LeavesNoTagAndNoQuoteInHtml) {
-  EXPECT_EQ(HtmlEncode(std::string_view("<a href=\"x\" y='z'>&\xe4")), "&lt;a href=&quot;x&quot; y=&#39;z&#39;&gt;&amp;\xe4");
+  EXPECT_EQ(HtmlEncode(std::string_view("<a href=\"x\" y='z'>&\xe4")),
+            "&lt;a href=&quot;x&quot; y=&#39;z&#39;&gt;&amp;\xe4");
   EXPECT_EQ(HtmlEncode(std::wstring_view(L"<\u20ac>")), L"&lt;\u20ac&gt;");
 }
 
@@ -29,8 +30,13 @@ TEST(Encoding, DecodesWhatItEncodesForUrls) {
     std::string_view text;
     std::string_view decoded;
   };
-  for (const Case& test : std::initializer_list<Case>{
-           {"a+b", "a b"}, {"%41%6a%6A", "Ajj"}, {"%", "%"}, {"%4", "%4"}, {"%4g", "%4g"}, {"%+1", "% 1"}, {"%-1", "%-1"}}) {
+  for (const Case& test : std::initializer_list<Case>{{"a+b", "a b"},
+                                                      {"%41%6a%6A", "Ajj"},
+                                                      {"%", "%"},
+                                                      {"%4", "%4"},
+                                                      {"%4g", "%4g"},
+                                                      {"%+1", "% 1"},
+                                                      {"%-1", "%-1"}}) {
     EXPECT_EQ(UrlDecode(test.text), test.decoded) << test.text;
   }
   EXPECT_EQ(PathDecode("/a+b%20c"), "/a+b c");

@@ -12,7 +12,8 @@ Fields FormOf(const WebRequest& request) {
 
 }  // namespace
 
-PageRun::PageRun(Site& pageSite, ClassCache& threadClasses, const WebRequest& pageRequest, std::string path, const PageScript& pageScript)
+PageRun::PageRun(Site& pageSite, ClassCache& threadClasses, const WebRequest& pageRequest, std::string path,
+                 const PageScript& pageScript)
     : site(pageSite),
       classes(threadClasses),
       request(pageRequest),

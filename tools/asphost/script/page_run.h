@@ -25,7 +25,8 @@ class PageRun {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
 
-  PageRun(Site& pageSite, ClassCache& threadClasses, const WebRequest& pageRequest, std::string path, const PageScript& pageScript);
+  PageRun(Site& pageSite, ClassCache& threadClasses, const WebRequest& pageRequest, std::string path,
+          const PageScript& pageScript);
 
   // Takes the visitor's session when he has one. False when another page kept it until the time-out.
   bool TakeSession();

@@ -23,10 +23,13 @@ void AddCookies(PageRun& run) {
 
 // The script and everything it made have ended when this returns.
 std::optional<ScriptFailure> RunStatements(const std::shared_ptr<PageRun>& run) {
+  struct EndOfPage {
+    PageRun& run;
+    ~EndOfPage() { run.End(); }
+  };
   const ComReference<ScriptObjectBase> global = MakeObject<GlobalObject>(run);
-  const auto failure = RunScript(run->classes, run->Wide(run->script.statements()), *global.get());
-  run->End();
-  return failure;
+  const EndOfPage end{*run};
+  return RunScript(run->classes, run->Wide(run->script.statements()), *global.get());
 }
 
 WebAnswer RunPage(Site& site, ClassCache& classes, const WebRequest& request, const std::string& sitePath,
@@ -37,9 +40,7 @@ WebAnswer RunPage(Site& site, ClassCache& classes, const WebRequest& request, co
   const auto failure = RunStatements(run);
   if (failure && !run->IsStopped()) {
     const SourcePosition position = script.PositionOf(failure->line);
-    WebAnswer answer = Failed(report, position.file, position.line, failure->text);
-    answer.contentType = "text/html; charset=utf-8";
-    return answer;
+    return Failed(report, position.file, position.line, failure->text);
   }
   AddCookies(*run);
   if (!run->charset.empty()) run->answer.contentType += "; charset=" + run->charset;

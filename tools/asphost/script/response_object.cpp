@@ -47,11 +47,9 @@ class CookieObject : public PageObject<CookieObject> {
 
   // A date is taken as the time of day in Greenwich.
   OwnedVariant Expires(Arguments& arguments) {
-    OwnedVariant date;
     SYSTEMTIME time{};
-    const OwnedVariant given = CopyOf(Assigned(arguments));
-    Check(VariantChangeType(date.Receive(), given.ForReading(), 0, VT_DATE), kTypeMismatch);
-    if (VariantTimeToSystemTime(date.get().date, &time) == 0) throw ScriptError{kIllegalCall, L"The date is not valid"};
+    if (VariantTimeToSystemTime(DateOf(Assigned(arguments)), &time) == 0)
+      throw ScriptError{kIllegalCall, L"The date is not valid"};
     constexpr std::array<const char*, 7> kDays = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
     constexpr std::array<const char*, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};

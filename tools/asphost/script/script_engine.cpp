@@ -92,8 +92,7 @@ std::optional<ScriptFailure> RunScript(ClassCache& classes, const std::wstring& 
   EngineSite site(global);
   ComReference<IActiveScript> engine;
   ComReference<IActiveScriptParse> parser;
-  CheckEngine(
-      classes.Create(L"VBScript", __uuidof(IActiveScript), engine.ReceiveVoid()));
+  CheckEngine(classes.Create(L"VBScript", __uuidof(IActiveScript), engine.ReceiveVoid()));
   CheckEngine(engine->QueryInterface(__uuidof(IActiveScriptParse), parser.ReceiveVoid()));
   CheckEngine(parser->InitNew());
   CheckEngine(engine->SetScriptSite(&site));

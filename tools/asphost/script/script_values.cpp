@@ -28,7 +28,8 @@ OwnedVariant ConvertTo(VARTYPE type, const VARIANT& given) {
   OwnedVariant value = CopyOf(given);
   if (value.get().vt == VT_DISPATCH) value = DefaultValueOf(value.get().pdispVal);
   OwnedVariant converted;
-  const HRESULT result = VariantChangeType(converted.Receive(), value.ForReading(), VARIANT_ALPHABOOL, type);
+  const HRESULT result =
+      VariantChangeType(converted.Receive(), const_cast<VARIANT*>(&value.get()), VARIANT_ALPHABOOL, type);
   if (FAILED(result)) throw ScriptError{kTypeMismatch, L"Type mismatch"};
   return converted;
 }
@@ -135,6 +136,8 @@ std::wstring TextOf(const VARIANT& value) {
 }
 
 long NumberOf(const VARIANT& value) { return ConvertTo(VT_I4, value).get().lVal; }
+
+DATE DateOf(const VARIANT& value) { return ConvertTo(VT_DATE, value).get().date; }
 
 bool BooleanOf(const VARIANT& value) { return ConvertTo(VT_BOOL, value).get().boolVal != VARIANT_FALSE; }
 

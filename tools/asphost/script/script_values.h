@@ -43,6 +43,7 @@ OwnedVariant CopyOf(const VARIANT& value);
 std::wstring TextOf(const VARIANT& value);
 long NumberOf(const VARIANT& value);
 bool BooleanOf(const VARIANT& value);
+DATE DateOf(const VARIANT& value);
 // The bytes of an array of bytes.
 std::string BytesOf(const VARIANT& value);
 // Whether the value is an object or an array that holds one.

@@ -21,6 +21,7 @@ bool IsToken(std::string_view text) {
 WebAnswer ErrorPage(int status, std::string_view title, std::string_view detail) {
   WebAnswer answer;
   answer.status = status;
+  answer.contentType = "text/html; charset=utf-8";
   const std::string heading = HtmlEncode(title);
   answer.body = "<!DOCTYPE html>\n<html><head><title>" + heading + "</title></head>\n<body><h1>" + heading +
                 "</h1>\n<p>" + HtmlEncode(detail) + "</p></body></html>\n";
