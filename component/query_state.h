@@ -43,7 +43,13 @@ struct QueryState {
   template <typename Result, typename Body>
   Result RunAs(std::string_view routine, const Result& failure, Body&& body) {
     const RunningMethod method(*this);
-    return Trap(log, routine, failure, [&](Result& result) { Call(body, result); });
+    return Trap(log, routine, failure, [&](Result& result) {
+      if constexpr (std::is_same_v<Result, std::string>) {
+        spareText.assign(result);
+        result.swap(spareText);
+      }
+      Call(body, result);
+    });
   }
 
   // The instance of this state ends. When that happens inside a yield of one of its own methods, the state lives until
@@ -81,6 +87,7 @@ struct QueryState {
   LineRange maskFields;  // the fields of the mask that is being read
   OutlinerList outliner;
   std::string segmentLineBreak = "\r\n";
+  std::string spareText;            // memory for the next text that a method returns
   std::string transferDescription;  // the file that was received last, "<path>"
   std::shared_ptr<Connection> database;
   std::shared_ptr<ScriptingContext> context;

@@ -1,5 +1,6 @@
 #include "component/query_watch.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "component/query_state.h"
@@ -32,6 +33,13 @@ void QueryWatch::SetSickServers(SickServers policy) { query_.state_->apartment->
 
 void QueryWatch::UseDatabase(std::shared_ptr<Connection> connection) {
   query_.state_->database = std::move(connection);
+}
+
+void QueryWatch::ReuseText(clsQuery& query, Variant&& text) noexcept {
+  constexpr std::size_t kLongest = 4096;
+  if (text.type() != Variant::Type::String) return;
+  std::string memory = std::move(text).ToText();
+  if (memory.capacity() <= kLongest) query.state_->spareText = std::move(memory);
 }
 
 }  // namespace oxaqrycln

@@ -6,6 +6,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace oxaqrycln {
 namespace {
 
@@ -59,6 +63,16 @@ Decoded DecodeOne(std::string_view text) noexcept {
   }
   return {0, 0};
 }
+
+#if defined(__SSE2__)
+// Widens eight ASCII characters; false for others.
+bool WidenAscii(const char* from, char16_t* target) noexcept {
+  const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from));
+  if ((_mm_movemask_epi8(bytes) & 0xFF) != 0) return false;
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+  return true;
+}
+#endif
 
 }  // namespace
 
@@ -128,16 +142,17 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
 }
 
 void ToUtf16(std::string_view text, char16_t* target) noexcept {
-  // Eight characters at a time, as long as they are ASCII.
-  constexpr std::size_t kBlock = 8;
+  const char* const from = text.data();
+  const std::size_t size = text.size();
   std::size_t at = 0;
-  for (; text.size() - at >= kBlock; at += kBlock) {
-    std::uint64_t block = 0;
-    std::memcpy(&block, text.data() + at, kBlock);
-    if ((block & 0x8080808080808080U) != 0) break;
-    for (std::size_t i = 0; i < kBlock; ++i) target[at + i] = static_cast<std::uint8_t>(text[at + i]);
+#if defined(__SSE2__)
+  if (size >= 8) {
+    while (at + 8 < size && WidenAscii(from + at, target + at)) at += 8;
+    // The last block overlaps the one before.
+    if (at + 8 >= size && WidenAscii(from + size - 8, target + size - 8)) return;
   }
-  for (; at < text.size(); ++at) target[at] = static_cast<char16_t>(ToUnicode(text[at]));
+#endif
+  for (; at < size; ++at) target[at] = static_cast<char16_t>(ToUnicode(from[at]));
 }
 
 std::optional<std::string> FromUtf16(std::u16string_view utf16) {

@@ -50,6 +50,11 @@ class Variant {
   Variant(Bytes bytes) noexcept : value_(std::move(bytes)) {}
   Variant(ObjectRef object) noexcept : value_(std::move(object)) {}
 
+  Variant& operator=(MissingType) noexcept {
+    value_.emplace<MissingType>();
+    return *this;
+  }
+
   static Variant Null() noexcept;
   static Variant Integer(std::int16_t value) noexcept { return Variant(value); }
   static Variant Long(std::int32_t value) noexcept { return Variant(value); }
@@ -74,7 +79,9 @@ class Variant {
 
   // The text of the value in a concatenation: "" for Empty and Null, "True" and "False", the shortest decimal
   // form of a number, the general form of a date. Raises Type mismatch for Missing, byte arrays and objects.
-  std::string ToText() const;
+  std::string ToText() const&;
+  // The same for a value that is not needed any more: the text of a String without a copy.
+  std::string ToText() &&;
   // The same without a copy for a String: a view of this value or of scratch.
   std::string_view TextView(std::string& scratch) const {
     const auto* const text = std::get_if<std::string>(&value_);

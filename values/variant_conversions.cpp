@@ -136,7 +136,7 @@ DateTime Variant::ToDate() const {
   return DateTime::FromDays(ToDouble());
 }
 
-std::string Variant::ToText() const {
+std::string Variant::ToText() const& {
   switch (type()) {
     case Type::Empty:
     case Type::Null:
@@ -159,6 +159,11 @@ std::string Variant::ToText() const {
       break;
   }
   Mismatch();
+}
+
+std::string Variant::ToText() && {
+  auto* const text = std::get_if<std::string>(&value_);
+  return text != nullptr ? std::move(*text) : std::as_const(*this).ToText();
 }
 
 }  // namespace oxaqrycln

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "automation/com/scripting_objects.h"
-#include "values/code_page.h"
 #include "values/errors.h"
 
 namespace oxaqrycln::com {
@@ -165,8 +164,6 @@ BSTR NewText(std::string_view text) {
   return made;
 }
 
-void WriteText(BSTR target, std::string_view text) noexcept { ToUtf16(text, reinterpret_cast<char16_t*>(target)); }
-
 bool IsLeftOut(const VARIANT& value) noexcept { return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND; }
 
 Variant FromCom(const VARIANT& value, ObjectMeaning meaning) {
@@ -244,36 +241,37 @@ OwnedVariant ToCom(const Variant& value) {
 }
 
 OwnedVariant ToComAs(const Variant& value, VARTYPE type) {
-  VARIANT made = Plain(type);
+  OwnedVariant made;
+  VARIANT& target = *made.Receive();  // filled in place: a copy right after the writes stalls the processor
   std::string scratch;
   switch (type) {
     case VT_BOOL:
-      made.boolVal = ToComBoolean(value.ToBoolean());
+      target.boolVal = ToComBoolean(value.ToBoolean());
       break;
     case VT_UI1:
-      made.bVal = value.ToByte();
+      target.bVal = value.ToByte();
       break;
     case VT_I2:
-      made.iVal = value.ToInteger();
+      target.iVal = value.ToInteger();
       break;
     case VT_I4:
     case VT_INT:
-      made.lVal = value.ToLong();
+      target.lVal = value.ToLong();
       break;
     case VT_R4:
-      made.fltVal = ToSingle(value.ToDouble());
+      target.fltVal = ToSingle(value.ToDouble());
       break;
     case VT_R8:
-      made.dblVal = value.ToDouble();
+      target.dblVal = value.ToDouble();
       break;
     case VT_DATE:
-      made.date = value.ToDate().Days();
+      target.date = value.ToDate().Days();
       break;
     case VT_BSTR:
-      made.bstrVal = NewText(value.TextView(scratch));
+      target.bstrVal = NewText(value.TextView(scratch));
       break;
     case VT_ARRAY | VT_UI1:
-      made.parray = NewArray(value.ToBytes());
+      target.parray = NewArray(value.ToBytes());
       break;
     case VT_I1:
     case VT_UI2:
@@ -284,14 +282,14 @@ OwnedVariant ToComAs(const Variant& value, VARTYPE type) {
     case VT_CY:
     case VT_DECIMAL: {
       const OwnedVariant number = ToComAs(value, VT_R8);
-      OwnedVariant converted;
-      Check(VariantChangeType(converted.Receive(), const_cast<VARIANT*>(&number.get()), 0, type));
-      return converted;
+      Check(VariantChangeType(&target, const_cast<VARIANT*>(&number.get()), 0, type));
+      return made;
     }
     default:
       throw RuntimeError(error::kTypeMismatch);
   }
-  return OwnedVariant(made);
+  target.vt = type;  // nothing is held before
+  return made;
 }
 
 void Store(VARIANT& target, OwnedVariant value) noexcept {

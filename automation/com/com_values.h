@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "automation/com/com_owners.h"
+#include "values/code_page.h"
 #include "values/variant.h"
 
 namespace oxaqrycln::com {
@@ -37,7 +38,9 @@ bool IsLeftOut(const VARIANT& value) noexcept;
 std::string TextOf(BSTR text);
 BSTR NewText(std::string_view text);
 // Replaces the characters of a text of the same length.
-void WriteText(BSTR target, std::string_view text) noexcept;
+inline void WriteText(BSTR target, std::string_view text) noexcept {
+  ToUtf16(text, reinterpret_cast<char16_t*>(target));
+}
 
 }  // namespace oxaqrycln::com
 

@@ -10,6 +10,7 @@
 #include "automation/com/class_ids.h"
 #include "automation/com/com_values.h"
 #include "automation/com/module_path.h"
+#include "component/query_watch.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 
@@ -103,12 +104,12 @@ HRESULT CallMethod(const MethodEntry& method, clsQuery& query, ArgumentList& arg
     if (wrongArgument != nullptr) *wrongArgument = arguments.FailedAt();
     return read;
   }
-  const Variant returned = method.call(query, arguments.Pointers());
-  OwnedVariant converted;
-  if (result != nullptr) converted = ToCom(returned);
+  Variant returned = method.call(query, arguments.Pointers());
+  OwnedVariant converted = result != nullptr ? ToCom(returned) : OwnedVariant();
   arguments.ConvertOutputs();
   arguments.WriteOutputs();
   Return(result, std::move(converted));
+  QueryWatch::ReuseText(query, std::move(returned));
   return S_OK;
 }
 

@@ -128,8 +128,13 @@ std::error_code AppendNative(NativeFile file, std::span<const std::string_view> 
   OVERLAPPED atEnd{};
   atEnd.Offset = 0xFFFFFFFF;
   atEnd.OffsetHigh = 0xFFFFFFFF;
+  // Wine writes there in two steps; the lock, of a byte that no file reaches, keeps other writers out meanwhile.
+  OVERLAPPED locked{};
+  locked.OffsetHigh = 0x7FFFFFFF;
+  const bool isLocked = LockFileEx(Handle(file), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &locked) != 0;
   DWORD count = 0;
   const std::error_code failed = Outcome(WriteFile(Handle(file), text.data(), Length(text.size()), &count, &atEnd));
+  if (isLocked) UnlockFileEx(Handle(file), 0, 1, 0, &locked);
   byteCount = count;
   return failed;
 }

@@ -1,8 +1,6 @@
 #include "tests/support/test_database.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -24,14 +22,14 @@ std::shared_ptr<Connection> Open(const std::string& connectionString) {
   return connection;
 }
 
-std::string Postgres(const std::string& database) {
-  // With drivers that leave no log behind.
-  const std::string directory = std::filesystem::path(OXAQRYCLN_POSTGRES).parent_path().string();
-  setenv("ODBCSYSINI", directory.c_str(), 1);  // NOLINT: before other threads are there
-  return ReadAll(OXAQRYCLN_POSTGRES) + database;
-}
+std::string Postgres(const std::string& database) { return ReadAll(OXAQRYCLN_POSTGRES) + database; }
 
 }  // namespace
+
+std::vector<Kind> Kinds() {
+  if (std::filesystem::path::preferred_separator != '/') return {Kind::Postgres};
+  return {Kind::Sqlite, Kind::Postgres};
+}
 
 bool IsThere(Kind kind) { return kind == Kind::Sqlite || std::ifstream(OXAQRYCLN_POSTGRES).good(); }
 
@@ -39,7 +37,8 @@ TestDatabase::TestDatabase(Kind kind, bool hasTables, const std::string& stateme
   if (kind == Kind::Sqlite) {
     connectionString_ = "Driver={SQLite3};Database=" + directory_.File("users.sqlite");
   } else {
-    name_ = "test_" + std::to_string(getpid());
+    name_ = std::filesystem::path(directory_.path()).filename().string();
+    std::ranges::replace(name_, '-', '_');
     Open(Postgres("postgres"))->Execute("CREATE DATABASE " + name_);
     connectionString_ = Postgres(name_);
   }

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "component/clsQuery.h"
 #include "platform/database/database.h"
@@ -14,6 +15,8 @@
 namespace oxaqrycln::testing {
 
 enum class Kind { Sqlite, Postgres };
+// The kinds of databases to test with. Under Wine only PostgreSQL: the driver of SQLite takes paths of Linux.
+std::vector<Kind> Kinds();
 
 class TestDatabase {
  public:
@@ -68,6 +71,14 @@ class OnDatabase : public ::testing::TestWithParam<Kind> {
  protected:
   void SetUp() override {
     if (!IsThere(GetParam())) GTEST_SKIP() << "no PostgreSQL server runs for the tests";
+  }
+};
+
+// Tests of what only SQLite can be made to do.
+class OnSqlite : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (Kinds().front() != Kind::Sqlite) GTEST_SKIP() << "there is no SQLite here";
   }
 };
 

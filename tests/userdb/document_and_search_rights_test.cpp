@@ -9,7 +9,8 @@ namespace oxaqrycln::testing {
 namespace {
 
 using Definitions = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, Definitions, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, Definitions, ::testing::ValuesIn(Kinds()), KindName);
+using DefinitionsInSqlite = OnSqlite;
 
 const std::string kDocumentRights = std::string(kUsers) + R"(
   INSERT INTO DocRights VALUES (1,'Finance','Invoices'), (2,'Finance',''), (3,'','Invoices'), (9,'',''),
@@ -141,7 +142,7 @@ TEST_P(Definitions, AreNotReadForValuesThatCouldChangeAStatement) {
   EXPECT_EQ(page.Log().find("-2147467259"), std::string::npos) << "the database saw a statement: " << page.Log();
 }
 
-TEST(DefinitionsInSqlite, ThatCannotAllBeReadGiveNothing) {
+TEST_F(DefinitionsInSqlite, ThatCannotAllBeReadGiveNothing) {
   const TestDatabase database(Kind::Sqlite, true, R"(
     INSERT INTO DocRights VALUES (1,'','');
     INSERT INTO UserDocRights VALUES (1,1);

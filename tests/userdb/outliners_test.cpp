@@ -11,7 +11,7 @@ namespace oxaqrycln::testing {
 namespace {
 
 using Outliners = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, Outliners, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, Outliners, ::testing::ValuesIn(Kinds()), KindName);
 
 const Variant kFailed = Variant::Integer(-1);
 

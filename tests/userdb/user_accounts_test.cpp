@@ -1,22 +1,17 @@
-#include <dlfcn.h>
-
 #include <atomic>
 #include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
 
-#include "component/objects.h"
-#include "platform/database/odbc_connection.h"
 #include "support/text_helpers.h"
-#include "tests/support/temporary_directory.h"
 #include "tests/support/test_database.h"
 
 namespace oxaqrycln::testing {
 namespace {
 
 using UserAccounts = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, UserAccounts, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, UserAccounts, ::testing::ValuesIn(Kinds()), KindName);
 
 TEST_P(UserAccounts, AreCreatedAndLogOn) {
   const TestDatabase database(GetParam());
@@ -158,29 +153,6 @@ TEST_P(UserAccounts, CreatedAtTheSameTimeGetDifferentIdsOrNone) {
   EXPECT_GT(created, 0);
   EXPECT_EQ(database.Run("SELECT COUNT(*) FROM Users"), Variant::Long(created));
   EXPECT_EQ(database.Run("SELECT MAX(UserID) FROM Users"), Variant::Long(created));
-}
-
-TEST(LockedSqliteFile, EndsInAnError) {
-  const TestDatabase database(Kind::Sqlite);
-  RegisterObject("ADODB.Connection", [] { return MakeOdbcConnectionWith({.lock = std::chrono::milliseconds(20)}); });
-  WebPage page(database);
-  // Through an entry of the driver manager, too.
-  const TemporaryDirectory entries;
-  const std::string path = database.connectionString().substr(database.connectionString().rfind('=') + 1);
-  entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" + path);
-  dlopen("libodbcinst.so.2", RTLD_LAZY);  // stays, or a leak checker takes its cache of entries for lost
-  setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
-  WebPage other("DSN=Web");
-  RegisterObject("ADODB.Connection", MakeOdbcConnection);
-  ASSERT_TRUE(other.initialised) << other.Log();
-  const auto locker = database.Connect();
-  locker->Execute("BEGIN EXCLUSIVE");
-  for (WebPage* const each : {&page, &other}) {
-    EXPECT_EQ(each->query.WriteUserToDB("a", "b"), Variant::Integer(-1));
-    EXPECT_NE(each->Log().find("database is locked"), std::string::npos) << each->Log();
-  }
-  locker->Execute("COMMIT");
-  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Long(1));
 }
 
 TEST(BackslashAsEscape, IsRefusedWhereItWouldHideTheEndOfAText) {

@@ -10,7 +10,8 @@ namespace {
 using ::testing::UnorderedElementsAre;
 
 using UserRights = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, UserRights, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, UserRights, ::testing::ValuesIn(Kinds()), KindName);
+using UserRightsInSqlite = OnSqlite;
 
 const std::string kUsersAndRights = std::string(kUsers) + R"(
   INSERT INTO UserRights VALUES (1,3), (10,3), (11,7), (12,99);
@@ -40,7 +41,7 @@ TEST_P(UserRights, AreThoseOfTheUserAndOfTheUsersGroups) {
   EXPECT_EQ(output, Variant(""));
 }
 
-TEST(UserRightsInSqlite, ThatCannotAllBeReadKeepTheFirstOnes) {
+TEST_F(UserRightsInSqlite, ThatCannotAllBeReadKeepTheFirstOnes) {
   // The last one has no place in the code page.
   const TestDatabase database(Kind::Sqlite, true, R"(
     INSERT INTO UserArchives VALUES (1,'A'), (1,'B'), (1,CHAR(321));
@@ -57,7 +58,7 @@ TEST(UserRightsInSqlite, ThatCannotAllBeReadKeepTheFirstOnes) {
   EXPECT_EQ(output, Variant(""));
 }
 
-TEST(UserRightsInSqlite, KeepTheFirstRowsOfAStatementThatFails) {
+TEST_F(UserRightsInSqlite, KeepTheFirstRowsOfAStatementThatFails) {
   const TestDatabase database(Kind::Sqlite, true, R"(
     DROP TABLE UserRights;
     CREATE TABLE Numbers (N INTEGER);

@@ -22,6 +22,19 @@ TEST(CodePage, ConvertsEveryByteToUtf16AndBack) {
   for (const char16_t* bad : {u"\u0100", u"a\u0080", u"\U0001F600", u"\uFF41"}) EXPECT_EQ(FromUtf16(bad), std::nullopt);
 }
 
+TEST(CodePage, ConvertsToUtf16AtAnyLengthWithACharacterBeyondAsciiAnywhere) {
+  for (std::size_t size = 0; size <= 40; ++size) {
+    for (std::size_t at = 0; at <= size; ++at) {  // at the size: none
+      std::string text(size, 'a');
+      std::u16string expected(size, u'a');
+      if (at < size) text[at] = '\x80', expected[at] = u'\u20AC';
+      std::u16string utf16(size + 1, u'?');
+      ToUtf16(text, utf16.data());
+      EXPECT_EQ(utf16, expected + u'?') << size << ", " << at;
+    }
+  }
+}
+
 TEST(CodePage, RefusesMalformedTextAndUnknownCharacters) {
   for (const char* bad :
        {"\xC3", "\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\u0100", "\U0001F600", "\xE0\x81\x81"}) {

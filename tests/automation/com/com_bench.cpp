@@ -14,7 +14,7 @@ namespace oxaqrycln::testing {
 namespace {
 
 constexpr int kRows = 1000;  // short, so that most rounds are not interrupted
-constexpr int kRounds = 201;
+constexpr int kRounds = 1001;
 
 // The least that a server does: replaces four variables by texts and returns a fifth.
 class FiveTexts final : public IDispatch {

@@ -120,7 +120,7 @@ Expect "TELOSortHitlist2Next", page.TELOSortHitlist2Next, "^R^,^D^,^V^,^T^"
 
 ' --- Documents and segments ---
 ExpectLong "TELOGetDocumentInfo", page.TELOGetDocumentInfo("a", "b", "1", "2", a, b, c, d, e, f, g, h, i), 1
-ExpectLong "TELOGetDocumentInfo, lngLaenge", a, 995
+ExpectLong "TELOGetDocumentInfo, lngLaenge", a, 1009
 Expect "TELOGetDocumentInfo, strErstelldat", b, "14.08.2026"
 Expect "TELOGetDocumentInfo, strTitel", d, "Invoice for a harbour crane"
 ExpectInteger "TELOGetDocumentInfo, intFelderGes", e, 7
@@ -138,7 +138,7 @@ ExpectLong "TELOGetSegmentsNext, lngTextLaenge", h, 14
 ' --- Content, changes, upload ---
 ExpectLong "TELOGetSegmentData", page.TELOGetSegmentData("a", "b", "1", "2", 5, a, b), 1
 Expect "TELOGetSegmentData, strFileName", a, "1003_1_5.tif"
-Expect "TELOGetSegmentData, lngFileLen", b, "764"
+Expect "TELOGetSegmentData, lngFileLen", b, "776"
 ExpectLong "TELOGetSegmentFirstBLOB", page.TELOGetSegmentFirstBLOB("a", "b", "1", "2", "csv", a), 1
 Expect "TELOGetSegmentFirstBLOB, strFileName", a, "1094_2_7.csv"
 ExpectLong "TELOGetSegmentPrintfile", page.TELOGetSegmentPrintfile("a", "b", "1", "2", "16", a), 1

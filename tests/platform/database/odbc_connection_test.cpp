@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <signal.h>
 
 #include <chrono>
@@ -8,6 +9,7 @@
 #include "platform/database/odbc_connection.h"
 #include "tests/support/page.h"
 #include "tests/support/scripted_server.h"
+#include "tests/support/temporary_directory.h"
 #include "tests/support/test_database.h"
 #include "values/errors.h"
 
@@ -59,7 +61,7 @@ TEST(ConnectionStrings, AreThoseOfTheDriverManagerOrOfTwoProviders) {
 }
 
 using OdbcConnection = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, OdbcConnection, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, OdbcConnection, ::testing::ValuesIn(Kinds()), KindName);
 
 TEST_P(OdbcConnection, ReadsTextsOfAnyLengthNullsAndNumbersByTheirKind) {
   const TestDatabase database(GetParam(), false);
@@ -147,6 +149,29 @@ TEST(OdbcConnection, ToAServerThatNeverAnswersEndsWithTheLogonTimeout) {
   ScriptedServer server([](Peer& peer) { peer.Pause(40'000); });
   const auto connection = MakeOdbcConnectionWith({.logon = 1s});
   EXPECT_NE(ErrorOf([&] { connection->Open(PostgresAt(server.port())); }).find("timeout"), std::string::npos);
+}
+
+TEST(LockedSqliteFile, EndsInAnError) {
+  const TestDatabase database(Kind::Sqlite);
+  RegisterObject("ADODB.Connection", [] { return MakeOdbcConnectionWith({.lock = std::chrono::milliseconds(20)}); });
+  WebPage page(database);
+  // Through an entry of the driver manager, too.
+  const TemporaryDirectory entries;
+  const std::string path = database.connectionString().substr(database.connectionString().rfind('=') + 1);
+  entries.Write("odbc.ini", "[Web]\nDriver=SQLite3\nDatabase=" + path);
+  dlopen("libodbcinst.so.2", RTLD_LAZY);  // stays, or a leak checker takes its cache of entries for lost
+  setenv("ODBCINI", entries.File("odbc.ini").c_str(), 1);  // NOLINT: no other thread runs
+  WebPage other("DSN=Web");
+  RegisterObject("ADODB.Connection", MakeOdbcConnection);
+  ASSERT_TRUE(other.initialised) << other.Log();
+  const auto locker = database.Connect();
+  locker->Execute("BEGIN EXCLUSIVE");
+  for (WebPage* const each : {&page, &other}) {
+    EXPECT_EQ(each->query.WriteUserToDB("a", "b"), Variant::Integer(-1));
+    EXPECT_NE(each->Log().find("database is locked"), std::string::npos) << each->Log();
+  }
+  locker->Execute("COMMIT");
+  EXPECT_EQ(page.query.WriteUserToDB("a", "b"), Variant::Long(1));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 using UserAccountCommands = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, UserAccountCommands, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, UserAccountCommands, ::testing::ValuesIn(Kinds()), KindName);
 
 TEST_P(UserAccountCommands, InitMakesTheTablesOfAnEmptyDatabaseOnly) {
   const UserTestDatabase database(GetParam(), false);

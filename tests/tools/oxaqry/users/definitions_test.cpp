@@ -8,7 +8,7 @@ namespace {
 using ::testing::HasSubstr;
 
 using DefinitionCommands = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, DefinitionCommands, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, DefinitionCommands, ::testing::ValuesIn(Kinds()), KindName);
 
 // The tables with the sample; anna (1) is a member of the group Sales (2).
 class SampleDatabase : public UserTestDatabase {

@@ -6,7 +6,7 @@ namespace oxaqrycln::oxaqry {
 namespace {
 
 using UserImport = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, UserImport, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, UserImport, ::testing::ValuesIn(Kinds()), KindName);
 
 TEST_P(UserImport, AcceptsEveryFormOfAField) {
   const UserTestDatabase database(GetParam());

@@ -8,7 +8,7 @@ namespace {
 using ::testing::HasSubstr;
 
 using UserRightCommands = OnDatabase;
-INSTANTIATE_TEST_SUITE_P(Databases, UserRightCommands, ::testing::Values(Kind::Sqlite, Kind::Postgres), KindName);
+INSTANTIATE_TEST_SUITE_P(Databases, UserRightCommands, ::testing::ValuesIn(Kinds()), KindName);
 
 // anna (1), a member of the group Sales (2); Support (3) has no members.
 void AddAnnaAndGroups(const UserTestDatabase& database) {
