@@ -47,7 +47,6 @@ def run_com(environment, options):
 INTERFACES = {
     "cpp": Interface(run_cpp),
     "session": Interface(run_session),
-    # Under Wine 8 there is no ODBC driver for SQLite, and an object of a VBScript class, which a page would be, answers
-    # IDispatch::Invoke with E_NOTIMPL.
-    "com": Interface(run_com, without=("database", "page"), path=windows_path),
+    # Under Wine 8 an object of a VBScript class, which a page would be, answers IDispatch::Invoke with E_NOTIMPL.
+    "com": Interface(run_com, without=("page",), path=windows_path),
 }

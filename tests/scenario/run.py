@@ -31,8 +31,7 @@ class Environment:
         self.scenario, self.without = scenario, interface.without
         self.steps = scenario.steps(self.without)
         self.texts = {"blobs": interface.path(self.blobs), "logs": interface.path(self.logs)}
-        if "database" not in self.without:
-            self.texts["database"] = f"Driver={{SQLite3}};Database={self.make_database(scenario)}"
+        self.texts["database"] = f"Driver={{SQLite3}};Database={self.make_database(scenario)}"
         self.server = CannedServer(scenario, self.steps, self.blobs, record)
         self.texts["port"], self.texts["printPort"] = map(str, self.server.ports)
 

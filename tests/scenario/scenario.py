@@ -13,7 +13,7 @@ a VALUE, null (left out), {"ref": VALUE} (a variable passed by reference, null f
 call are the "outputs", or {"context": {"body": TEXT}}, a page with that request body. {port}, {printPort}, {blobs},
 {logs} and {database} in a text stand for what a run provides. "request" is what the server must receive behind the
 account, and "print" says that it is the print server. For ANSWER see canned_server.py. Of a result that "varies" from run
-to run only the kind and the length are compared. A group that "needs" something ("database": a web user database, "page":
+to run only the kind and the length are compared. A group that "needs" something ("page":
 contexts) is skipped by interfaces that do not have it. "files" are in the blob directory at the end, those of a group if it
 is run; "log" are texts that the log of the session "S1" then holds in this order.
 
