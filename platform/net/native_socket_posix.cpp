@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/net/address_list.h"
 #include "platform/net/native_socket.h"
 #include "platform/net/socket_address.h"
 #include "platform/net/socket_errors.h"
@@ -49,27 +50,15 @@ std::int32_t Connect(int socket, const sockaddr_storage& target, socklen_t byteC
 }
 
 LookupResult Addresses(const std::string& host, int flags) {
-  LookupResult result;
   addrinfo hints{};
   hints.ai_flags = flags;
   hints.ai_family = AF_UNSPEC;
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* list = nullptr;
   const int failed = getaddrinfo(host.c_str(), nullptr, &hints, &list);
-  if (failed != 0) {
-    result.error = failed == EAI_AGAIN ? socket_error::kTryAgain : socket_error::kHostNotFound;
-    return result;
-  }
+  if (failed != 0) return {{}, failed == EAI_AGAIN ? socket_error::kTryAgain : socket_error::kHostNotFound};
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(list, &freeaddrinfo);
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress address;
-    if (each->ai_addrlen > address.bytes.size()) continue;
-    address.byteCount = static_cast<std::uint8_t>(each->ai_addrlen);
-    std::memcpy(address.bytes.data(), each->ai_addr, each->ai_addrlen);
-    result.addresses.push_back(address);
-  }
-  if (result.addresses.empty()) result.error = socket_error::kHostNotFound;
-  return result;
+  return AddressesIn(list);
 }
 
 bool IsLoopback(const sockaddr_storage& address) noexcept {
