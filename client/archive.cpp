@@ -1,0 +1,250 @@
+#include "client/archive.h"
+
+#include <array>
+#include <exception>
+#include <thread>
+#include <utility>
+
+#include "client/query_access.h"
+#include "client/text.h"
+#include "platform/threads/background_thread.h"
+#include "values/code_page.h"
+#include "values/text_parts.h"
+
+namespace oxaqrycln::client {
+namespace {
+
+bool IsTrue(const Variant& output) {
+  const std::string text = UpperCase(output.ToText());
+  return !text.empty() && text != "0" && text != "FALSE";
+}
+
+std::int32_t Number32(const Variant& output) { return static_cast<std::int32_t>(NumberOf(output)); }
+
+// "10=Title;14=Date" comes as "10,14" and "Title,Date".
+std::vector<std::pair<std::string, std::string>> LayoutOf(const std::string& keys, const std::string& values) {
+  const std::vector<std::string_view> keyList = Split(keys, ',');
+  const std::vector<std::string_view> valueList = Split(values, ',');
+  std::vector<std::pair<std::string, std::string>> layout;
+  for (std::size_t i = 0; i < keyList.size() && i < valueList.size(); ++i) {
+    layout.emplace_back(keyList[i], valueList[i]);
+  }
+  return layout;
+}
+
+std::vector<std::string> ColumnsOf(const std::string& row) {
+  std::vector<std::string> columns = Fields(row);
+  for (std::string& column : columns) column = ToUtf8(column);
+  return columns;
+}
+
+// Whether the rights allow no archive. The server would take such an expression for no restriction.
+bool AllowNothing(const std::optional<std::string>& folderRights) {
+  return folderRights && folderRights->find_first_not_of("; ") == std::string::npos;
+}
+
+// On the calling thread, which must not have servers yet.
+ServerHealth CheckServer(const Settings& settings) {
+  ServerHealth health;
+  QueryAccess query(settings);
+  const ServerState server = query.watch().Servers().at(0);
+  health.host = ToUtf8(server.host);
+  health.port = server.port;
+  try {
+    health.text = query.Answer(query->LiveCheck());
+    health.isAlive = true;
+  } catch (const Error& error) {
+    health.text = error.what();
+  }
+  health.duration = query.watch().LastRequest().duration;
+  return health;
+}
+
+// Threads that have ended before their results go out of scope.
+struct Threads {
+  ~Threads() { Join(); }
+  void Join() noexcept {
+    for (std::thread& thread : list) thread.join();
+    list.clear();
+  }
+  std::vector<std::thread> list;
+};
+
+}  // namespace
+
+Archive::Archive(const Settings& settings) : settings_(settings), access_(std::make_unique<QueryAccess>(settings)) {}
+
+Archive::~Archive() = default;
+Archive::Archive(Archive&&) noexcept = default;
+Archive& Archive::operator=(Archive&&) noexcept = default;
+
+std::vector<Channel> Archive::Channels() {
+  QueryAccess& query = *access_;
+  std::vector<Channel> channels;
+  query.ForEach(query.Count(query->TELOGetChannelsInit(query.status())), "channel", [&] {
+    Variant description;
+    const std::string name = query->TELOGetChannelsNext(&description);
+    channels.push_back({ToUtf8(name), TextOf(description), {}});
+  });
+  return channels;
+}
+
+std::vector<Channel> Archive::Archives() {
+  QueryAccess& query = *access_;
+  std::vector<Channel> channels;
+  query.ForEach(query.Count(query->TELOGetAllArchivesExtInit(query.status())), "channel", [&] {
+    Variant name;
+    Variant description;
+    const std::int32_t archiveCount = query->TELOGetAllArchivesExtNext(&name, &description).ToLong();
+    Channel channel{TextOf(name), TextOf(description), {}};
+    query.ForEach(archiveCount, "archive", [&] {
+      Variant comment;
+      const std::string archive = query->TELOGetAllArchivesExtNextArchive(&comment);
+      channel.archives.push_back({ToUtf8(archive), TextOf(comment)});
+    });
+    channels.push_back(std::move(channel));
+  });
+  return channels;
+}
+
+std::vector<std::string> Archive::Formats(std::string_view channel, std::string_view archive) {
+  QueryAccess& query = *access_;
+  std::vector<std::string> formats;
+  const std::int32_t count = query.Count(query->TELOGetQueryFormatListInit(
+      RequestText(channel, "the channel"), RequestText(archive, "the archive"), query.status()));
+  query.ForEach(count, "query format", [&] { formats.push_back(ToUtf8(query->TELOGetQueryFormatListNext())); });
+  return formats;
+}
+
+Properties Archive::ReadProperties(std::string_view channel, std::string_view archive) {
+  QueryAccess& query = *access_;
+  std::array<Variant, 4> can;
+  const Variant fifth = query->TELOGetArchiveProperties(RequestText(channel, "the channel"),
+                                                        RequestText(archive, "the archive"), can.data(), &can[1],
+                                                        &can[2], &can[3], query.status());
+  query.Count(fifth);
+  return {IsTrue(can[0]), IsTrue(can[1]), IsTrue(can[2]), IsTrue(can[3]), TextOf(fifth)};
+}
+
+std::vector<Mask> Archive::Masks(std::string_view channel, std::string_view archive) {
+  QueryAccess& query = *access_;
+  std::vector<Mask> masks;
+  const std::int32_t count = query.Count(query->TELOGetMasksInit(
+      RequestText(channel, "the channel"), RequestText(archive, "the archive"), query.status()));
+  query.ForEach(count, "mask", [&] {
+    Variant name;
+    const std::int32_t fieldCount = query->TELOGetMasksNext(&name).ToLong();
+    Mask mask{TextOf(name), {}};
+    query.ForEach(fieldCount, "mask field", [&] {
+      std::array<Variant, 8> out;
+      query->TELOGetMasksNextField(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6], &out[7]);
+      mask.fields.push_back({Number32(out[0]), Number32(out[1]), TextOf(out[2]), TextOf(out[3]), IsTrue(out[4]),
+                             TextOf(out[5]), IsTrue(out[6]), TextOf(out[7])});
+    });
+    masks.push_back(std::move(mask));
+  });
+  return masks;
+}
+
+HitList Archive::Search(const SearchOptions& options) {
+  QueryAccess& query = *access_;
+  HitList list;
+  Variant keys;
+  Variant values;
+  Variant total;
+  Variant isMultiTiff;
+  if (AllowNothing(options.folderRights)) return list;
+  if (options.max < 0 || options.queryMax < 0) throw BadArgument("the limits of a search are 0 or more");
+  const std::int32_t rows = query.Count(query->TELOQueryArchiveInit(
+      RequestText(options.query, "the query"), options.max, options.queryMax, RequestText(options.format, "the format"),
+      RequestText(options.folderRights.value_or(""), "the folder rights"), RequestText(options.layoutField, "the layout field"),
+      RequestText(options.layout, "the layout"), &keys, &values, &total, &isMultiTiff, query.status()));
+  list.total_ = NumberOf(total);
+  list.isMultiPageImage_ = isMultiTiff.ToBoolean();
+  list.layout_ = LayoutOf(TextOf(keys), TextOf(values));
+  // Back to the first line, for the one with the flags of the columns; the rows follow it.
+  constexpr int kFlagLine = 3;
+  query->TELOGetAllArchivesExtFirst();
+  for (int line = 0; line <= kFlagLine; ++line) list.flags_ = query->TELOGetAllArchivesNext();
+  bool isTitle = true;
+  query.ForEach(rows, "hit", [&] {
+    Variant channel;
+    Variant archive;
+    Variant id;
+    Variant version;
+    std::vector<std::string> columns = ColumnsOf(query->TELOQueryArchiveNext(&channel, &archive, &id, &version));
+    if (std::exchange(isTitle, false)) {
+      list.columns_ = std::move(columns);
+    } else {
+      list.hits_.push_back({{TextOf(channel), TextOf(archive), TextOf(id), TextOf(version)}, std::move(columns)});
+    }
+  });
+  return list;
+}
+
+std::vector<Outliner> Archive::Outline(std::string_view channel, std::string_view archive) {
+  QueryAccess& query = *access_;
+  Variant lines;
+  query.FromDatabase(query->GetOutliner(RequestText(channel, "the channel"), RequestText(archive, "the archive"), &lines));
+  std::vector<Outliner> outliners;
+  const std::string text = TextOf(lines);
+  for (std::string_view line : Split(text, '\n')) {
+    std::vector<std::string> fields = Fields(Trimmed(line, "\r"));
+    if (fields.size() >= 2) outliners.push_back({std::move(fields[0]), std::move(fields[1])});
+  }
+  return outliners;
+}
+
+std::vector<OutlinerNode> Archive::Nodes(std::string_view outlinerId, std::int32_t parent) {
+  QueryAccess& query = *access_;
+  const Variant count =
+      query.FromDatabase(query->GetOutlinerContentInit(RequestText(outlinerId, "the outliner"), parent));
+  std::vector<OutlinerNode> nodes;
+  for (std::int32_t i = 0; i < count.ToLong(); ++i) {
+    std::array<Variant, 7> out;
+    std::string content = ToUtf8(
+        query->GetOutlinerContentNext(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6]));
+    query.CheckOwn("a node cannot be read");
+    nodes.push_back({Number32(out[0]), Number32(out[1]), std::move(content), TextOf(out[2]), TextOf(out[3]),
+                     TextOf(out[4]), IsTrue(out[5]), Number32(out[6])});
+  }
+  return nodes;
+}
+
+std::string Archive::NodeQuery(std::int32_t node) {
+  QueryAccess& query = *access_;
+  return ToUtf8(query.FromDatabase(query->GetOutlinerSearchExpr(node)).ToText());
+}
+
+std::vector<ServerHealth> Archive::Health() {
+  // The servers of a thread stay the same, so each check has a thread of its own.
+  const std::vector<std::string_view> entries = Split(settings_.hosts, '|');
+  std::vector<ServerHealth> health(entries.size());
+  Threads threads;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    Settings settings = settings_;
+    settings.hosts = entries[i];
+    settings.database.clear();
+    threads.list.push_back(StartBackgroundThread([&health, i, settings = std::move(settings)] {
+      try {
+        health[i] = CheckServer(settings);
+      } catch (const std::exception& error) {
+        health[i].text = error.what();
+      }
+    }));
+  }
+  threads.Join();
+  return health;
+}
+
+void Archive::OnProgress(std::function<void(const Progress&)> call) {
+  if (!call) return access_->watch().OnWait(nullptr);
+  access_->watch().OnWait([call = std::move(call)](const RequestProgress& bytes) {
+    call({bytes.sent, bytes.received, bytes.announced});
+  });
+}
+
+void Archive::Cancel() noexcept { access_->watch().Cancel(); }
+void Archive::Resume() noexcept { access_->watch().Resume(); }
+
+}  // namespace oxaqrycln::client

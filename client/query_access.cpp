@@ -1,0 +1,147 @@
+#include "client/query_access.h"
+
+#include <charconv>
+#include <utility>
+#include <vector>
+
+#include "client/text.h"
+#include "values/code_page.h"
+#include "values/errors.h"
+#include "values/text_parts.h"
+
+namespace oxaqrycln::client {
+namespace {
+
+std::string SettingText(const std::string& utf8, const char* what) {
+  auto text = FromUtf8(utf8);
+  if (!text) throw BadArgument(std::string(what) + " has a character without a place in Windows-1252");
+  return *std::move(text);
+}
+
+FailedRequest RequestOf(const RequestOutcome& outcome) {
+  FailedRequest request;
+  for (const ServerAttempt& attempt : outcome.servers) {
+    request.attempts.push_back({ToUtf8(attempt.host), attempt.port, ToUtf8(attempt.error), attempt.duration});
+  }
+  request.duration = outcome.duration;
+  request.wasSent = outcome.wasSent;
+  return request;
+}
+
+std::string TextOfError(const HandledError& error) {
+  return std::to_string(error.number) + " - " + ToUtf8(error.description);
+}
+
+}  // namespace
+
+QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
+  query_.strTELOUser = RequestText(settings.user, "the user");
+  query_.strTELOPwd = SettingText(settings.password, "the password");
+  query_.strSessionID = RequestText(settings.session.empty() ? "client" : settings.session, "the session");
+  query_.strDebugLogPath = SettingText(settings.logDirectory, "the log directory");
+  query_.strBlobPathLocal = SettingText(settings.blobLocal, "the local blob directory");
+  query_.strBlobPathRemote =
+      settings.blobRemote.empty() ? query_.strBlobPathLocal : SettingText(settings.blobRemote, "the remote blob directory");
+  query_.strDBConnect = SettingText(settings.database, "the database");
+  if (settings.timeout.count() < 1 || settings.timeout.count() > 86400) {
+    throw BadArgument("the time-out must be from 1 second to a day");
+  }
+  query_.lngRequestTimeout = static_cast<std::int32_t>(settings.timeout.count());
+  if (!settings.hosts.empty()) {
+    query_.RemoteHosts(SettingText(settings.hosts, "the list of query servers"));
+    if (watch_.LastError().number != 0) {
+      throw BadArgument("the list of query servers is not valid: " + TextOfError(watch_.LastError()));
+    }
+    CheckServers(settings.hosts);
+    watch_.SetSickServers(SickServers::TriedLast);
+  }
+  const bool usesDatabase = !settings.database.empty();
+  if (query_.Init(usesDatabase)) return;
+  const std::string why = TextOfError(watch_.LastError());
+  if (usesDatabase) throw DatabaseFailed("the web user database cannot be opened: " + why);
+  throw Error("the component cannot be initialised: " + why);
+}
+
+// The servers of a thread are those that its first instance named.
+void QueryAccess::CheckServers(const std::string& hosts) {
+  const std::vector<ServerState> servers = watch_.Servers();
+  const std::vector<std::string_view> entries = Split(hosts, '|');
+  bool isSame = servers.size() == entries.size();
+  for (std::size_t i = 0; isSame && i < entries.size(); ++i) {
+    const std::vector<std::string_view> parts = Split(entries[i], ',');
+    std::int32_t port = 0;
+    if (parts.size() >= 2) std::from_chars(parts[1].data(), parts[1].data() + parts[1].size(), port);
+    isSame = ToUtf8(servers[i].host) == parts[0] && servers[i].port == port;
+  }
+  if (!isSame) {
+    throw BadArgument("this thread already uses other query servers: an archive with these needs another thread");
+  }
+}
+
+std::int32_t QueryAccess::Count(const Variant& result) {
+  // The archive properties are a text.
+  const std::int32_t count = result.type() == Variant::Type::String ? 0 : result.ToLong();
+  // Only a failed request writes the error text.
+  if (count < 0 && TextOf(status_).empty()) RaiseOwnFailure();
+  if (count < 0) RaiseFailure(TextOf(status_));
+  if (watch_.LastError().number == error::kOutOfMemory) throw Error("out of memory: the answer is not complete");
+  return count;
+}
+
+std::string QueryAccess::Answer(const std::string& result) {
+  if (watch_.LastRequest().result != RequestResult::Succeeded) RaiseFailure(ToUtf8(result));
+  return ToUtf8(result);
+}
+
+void QueryAccess::CheckOwn(const std::string& what) const {
+  if (watch_.LastError().number != 0) throw Error(what + ": " + TextOfError(watch_.LastError()));
+}
+
+Variant QueryAccess::FromDatabase(Variant result) const {
+  if (watch_.LastError().number == error::kObjectNotSet) throw BadArgument("the settings name no web user database");
+  // A text that must not be part of a statement.
+  if (watch_.LastError().number == error::kInvalidProcedureCall) throw BadArgument(TextOfError(watch_.LastError()));
+  if (watch_.LastError().number != 0) throw DatabaseFailed(TextOfError(watch_.LastError()));
+  return result;
+}
+
+void QueryAccess::RaiseMalformed(const char* what, std::int32_t number) const {
+  throw Error(std::string(what) + " " + std::to_string(number) +
+              " of the answer is malformed: " + TextOfError(watch_.LastError()));
+}
+
+void QueryAccess::RaiseOwnFailure() const {
+  const HandledError& handled = watch_.LastError();
+  throw Error(handled.number == 0 ? "the answer of the query server is empty" : TextOfError(handled));
+}
+
+void QueryAccess::RaiseFailure(const std::string& text) const {
+  const RequestOutcome& outcome = watch_.LastRequest();
+  FailedRequest request = RequestOf(outcome);
+  switch (outcome.result) {
+    case RequestResult::Refused:
+      throw Refused(text, std::move(request));
+    case RequestResult::TimedOut:
+      throw TimedOut(text, std::move(request));
+    case RequestResult::ConnectionFailed:
+      throw ConnectionFailed(text, std::move(request));
+    case RequestResult::AllBusy:
+      throw AllServersBusy(text, std::move(request));
+    case RequestResult::Cancelled:
+      throw Cancelled(text, std::move(request));
+    default:
+      throw Error(text, std::move(request));
+  }
+}
+
+std::string TextOf(const Variant& output) { return output.IsMissing() ? "" : ToUtf8(output.ToText()); }
+
+std::int64_t NumberOf(const Variant& output) noexcept {
+  try {
+    return static_cast<std::int64_t>(output.ToDouble());
+  } catch (const RuntimeError&) {
+    return 0;
+  }
+}
+
+}  // namespace oxaqrycln::client
