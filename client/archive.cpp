@@ -119,9 +119,9 @@ std::vector<std::string> Archive::Formats(std::string_view channel, std::string_
 Properties Archive::ReadProperties(std::string_view channel, std::string_view archive) {
   QueryAccess& query = *access_;
   std::array<Variant, 4> can;
-  const Variant fifth = query->TELOGetArchiveProperties(RequestText(channel, "the channel"),
-                                                        RequestText(archive, "the archive"), can.data(), &can[1],
-                                                        &can[2], &can[3], query.status());
+  const Variant fifth =
+      query->TELOGetArchiveProperties(RequestText(channel, "the channel"), RequestText(archive, "the archive"),
+                                      can.data(), &can[1], &can[2], &can[3], query.status());
   query.Count(fifth);
   return {IsTrue(can[0]), IsTrue(can[1]), IsTrue(can[2]), IsTrue(can[3]), TextOf(fifth)};
 }
@@ -129,8 +129,8 @@ Properties Archive::ReadProperties(std::string_view channel, std::string_view ar
 std::vector<Mask> Archive::Masks(std::string_view channel, std::string_view archive) {
   QueryAccess& query = *access_;
   std::vector<Mask> masks;
-  const std::int32_t count = query.Count(query->TELOGetMasksInit(
-      RequestText(channel, "the channel"), RequestText(archive, "the archive"), query.status()));
+  const std::int32_t count = query.Count(query->TELOGetMasksInit(RequestText(channel, "the channel"),
+                                                                 RequestText(archive, "the archive"), query.status()));
   query.ForEach(count, "mask", [&] {
     Variant name;
     const std::int32_t fieldCount = query->TELOGetMasksNext(&name).ToLong();
@@ -157,8 +157,9 @@ HitList Archive::Search(const SearchOptions& options) {
   if (options.max < 0 || options.queryMax < 0) throw BadArgument("the limits of a search are 0 or more");
   const std::int32_t rows = query.Count(query->TELOQueryArchiveInit(
       RequestText(options.query, "the query"), options.max, options.queryMax, RequestText(options.format, "the format"),
-      RequestText(options.folderRights.value_or(""), "the folder rights"), RequestText(options.layoutField, "the layout field"),
-      RequestText(options.layout, "the layout"), &keys, &values, &total, &isMultiTiff, query.status()));
+      RequestText(options.folderRights.value_or(""), "the folder rights"),
+      RequestText(options.layoutField, "the layout field"), RequestText(options.layout, "the layout"), &keys, &values,
+      &total, &isMultiTiff, query.status()));
   list.total_ = NumberOf(total);
   list.isMultiPageImage_ = isMultiTiff.ToBoolean();
   list.layout_ = LayoutOf(TextOf(keys), TextOf(values));
@@ -185,7 +186,8 @@ HitList Archive::Search(const SearchOptions& options) {
 std::vector<Outliner> Archive::Outline(std::string_view channel, std::string_view archive) {
   QueryAccess& query = *access_;
   Variant lines;
-  query.FromDatabase(query->GetOutliner(RequestText(channel, "the channel"), RequestText(archive, "the archive"), &lines));
+  query.FromDatabase(
+      query->GetOutliner(RequestText(channel, "the channel"), RequestText(archive, "the archive"), &lines));
   std::vector<Outliner> outliners;
   const std::string text = TextOf(lines);
   for (std::string_view line : Split(text, '\n')) {
@@ -202,8 +204,8 @@ std::vector<OutlinerNode> Archive::Nodes(std::string_view outlinerId, std::int32
   std::vector<OutlinerNode> nodes;
   for (std::int32_t i = 0; i < count.ToLong(); ++i) {
     std::array<Variant, 7> out;
-    std::string content = ToUtf8(
-        query->GetOutlinerContentNext(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6]));
+    std::string content =
+        ToUtf8(query->GetOutlinerContentNext(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6]));
     query.CheckOwn("a node cannot be read");
     nodes.push_back({Number32(out[0]), Number32(out[1]), std::move(content), TextOf(out[2]), TextOf(out[3]),
                      TextOf(out[4]), IsTrue(out[5]), Number32(out[6])});

@@ -159,7 +159,8 @@ class Archive {
   // Sends a file, wherever it is, into the server's blob directory under its own name.
   void Upload(const std::filesystem::path& file);
 
-  // --- Changing; Create and Edit write an import file under a name of its own into the blob directory, and remove it ---
+  // --- Changing; Create and Edit write an import file under a name of its own into the blob directory, and remove it
+  // ---
   DocumentName Create(std::string_view channel, std::string_view archive, std::string_view title,
                       const std::vector<FieldContent>& fields);
   // A new version, in place of the newest one, which name states.

@@ -128,14 +128,16 @@ std::string LineText(std::string_view utf8, const char* what) {
 std::string TitleText(std::string_view utf8) {
   static const std::regex field(",\\s*[0-9]+\\s*:\\s*[0-9]+\\s*(,|$)");
   std::string title = LineText(utf8, "the title");
-  if (std::regex_search(title, field)) throw BadArgument("the title holds what the archive takes for a field: \",1:11\"");
+  if (std::regex_search(title, field))
+    throw BadArgument("the title holds what the archive takes for a field: \",1:11\"");
   return title;
 }
 
 // The contents of a field: no line of it can be taken for the end of the field.
 std::string ContentText(const FieldContent& field) {
   const auto text = FromUtf8(field.text);
-  if (!text) throw BadArgument("field " + std::to_string(field.id) + " has a character without a place in Windows-1252");
+  if (!text)
+    throw BadArgument("field " + std::to_string(field.id) + " has a character without a place in Windows-1252");
   std::string lines;
   bool isLineStart = true;
   for (const char character : *text) {
@@ -176,9 +178,9 @@ Document Archive::Open(const DocumentName& name, std::string_view queryText) {
   Document document;
   document.name = name;
   std::array<Variant, 8> out;
-  const std::int32_t lines = query.Count(query->TELOGetDocumentInfo(key.channel, key.archive, key.id, key.version,
-                                                                    out.data(), &out[1], &out[2], &out[3], &out[4],
-                                                                    &out[5], &out[6], &out[7], query.status()));
+  const std::int32_t lines =
+      query.Count(query->TELOGetDocumentInfo(key.channel, key.archive, key.id, key.version, out.data(), &out[1],
+                                             &out[2], &out[3], &out[4], &out[5], &out[6], &out[7], query.status()));
   if (lines == 0) throw Refused("there is no such document");
   query.CheckOwn("the information about the document cannot be read");
   const auto number = [&](std::size_t i) { return static_cast<std::int32_t>(NumberOf(out[i])); };

@@ -40,8 +40,9 @@ QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
   query_.strSessionID = RequestText(settings.session.empty() ? "client" : settings.session, "the session");
   query_.strDebugLogPath = SettingText(settings.logDirectory, "the log directory");
   query_.strBlobPathLocal = SettingText(settings.blobLocal, "the local blob directory");
-  query_.strBlobPathRemote =
-      settings.blobRemote.empty() ? query_.strBlobPathLocal : SettingText(settings.blobRemote, "the remote blob directory");
+  query_.strBlobPathRemote = settings.blobRemote.empty()
+                                 ? query_.strBlobPathLocal
+                                 : SettingText(settings.blobRemote, "the remote blob directory");
   query_.strDBConnect = SettingText(settings.database, "the database");
   if (settings.timeout.count() < 1 || settings.timeout.count() > 86400) {
     throw BadArgument("the time-out must be from 1 second to a day");

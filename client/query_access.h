@@ -35,8 +35,8 @@ class QueryAccess {
   std::string Answer(const std::string& result);
   // Of a method that makes no request: raises an Error when the method failed.
   void CheckOwn(const std::string& what) const;
-  // Of a method on the database. Raises DatabaseFailed when it handled an error, BadArgument for a text that must not be
-  // part of a statement.
+  // Of a method on the database. Raises DatabaseFailed when it handled an error, BadArgument for a text that must not
+  // be part of a statement.
   Variant FromDatabase(Variant result) const;
 
   // Calls next() for the records of an answer. Raises Error when the method that it calls last cannot read its record.

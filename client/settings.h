@@ -8,15 +8,15 @@
 namespace oxaqrycln::client {
 
 struct Settings {
-  std::string hosts;  // "host,port[,print flag[,user[,encoded password]]]", joined by "|"
-  std::string user;   // account of the archive system
-  std::string password;
+  std::string hosts = {};  // "host,port[,print flag[,user[,encoded password]]]", joined by "|"
+  std::string user = {};   // account of the archive system
+  std::string password = {};
   std::chrono::seconds timeout{30};  // for one request, with all servers that are tried
-  std::string session;               // names the log file, "" for "client"
-  std::string logDirectory;          // "" logs nothing
-  std::string blobLocal;             // directory of received files as this machine reaches it
-  std::string blobRemote;            // the same one as the query servers reach it; "" for the local path
-  std::string database;              // connection string of the web user database; "" for none
+  std::string session = {};          // names the log file, "" for "client"
+  std::string logDirectory = {};     // "" logs nothing
+  std::string blobLocal = {};        // directory of received files as this machine reaches it
+  std::string blobRemote = {};       // the same one as the query servers reach it; "" for the local path
+  std::string database = {};         // connection string of the web user database; "" for none
 };
 
 }  // namespace oxaqrycln::client

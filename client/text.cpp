@@ -43,7 +43,8 @@ std::string RequestText(std::string_view utf8, std::string_view what) {
                       " has no place in the archive's code page (Windows-1252)");
   }
   if (text->find(kSeparator) != std::string::npos || text->ends_with("^,")) {
-    throw BadArgument(std::string(what) + R"( holds "^,^", or ends with "^,", which separates the fields of a request)");
+    throw BadArgument(std::string(what) +
+                      R"( holds "^,^", or ends with "^,", which separates the fields of a request)");
   }
   return *std::move(text);
 }

@@ -1,5 +1,7 @@
 #include "client/users.h"
 
+#include <algorithm>
+
 #include "client/query_access.h"
 #include "client/text.h"
 #include "values/code_page.h"
@@ -25,9 +27,20 @@ std::vector<std::vector<std::string>> Records(const Variant& list, std::size_t f
     line = Trimmed(line, "\r");
     if (line.empty()) continue;
     records.push_back(Fields(line));
-    if (records.back().size() != fieldCount) throw DatabaseFailed("a list of the database is malformed: a value holds \"^,^\"");
+    if (records.back().size() != fieldCount)
+      throw DatabaseFailed("a list of the database is malformed: a value holds \"^,^\"");
   }
   return records;
+}
+
+// A password that the database can hold: its encoding loses characters with high codes, from a position on that depends
+// on the code.
+std::string StorablePassword(QueryAccess& query, std::string_view utf8, const char* what) {
+  std::string password = RequestText(utf8, what);
+  if (query->Decode(query->Encode(password)) != password) {
+    throw BadArgument(std::string(what) + " cannot be stored: use at most 47 characters, without accents");
+  }
+  return password;
 }
 
 std::vector<std::string> Entries(const Variant& list) { return Fields(TextOf(list)); }
@@ -71,18 +84,18 @@ std::optional<std::int32_t> Users::Find(std::string_view name) {
 std::int32_t Users::Create(std::string_view name, std::string_view password, const std::optional<Account>& account) {
   QueryAccess& query = *access_;
   const std::string user = RequestText(name, "the user");
-  const std::string word = RequestText(password, "the password");
-  const Variant id = account ? query->WriteUserToDB(user, word, RequestText(account->user, "the account"),
-                                                    RequestText(account->password, "the account's password"))
-                             : query->WriteUserToDB(user, word);
-  return query.FromDatabase(id).ToLong();
+  const std::string word = StorablePassword(query, password, "the password");
+  if (!account) return query.FromDatabase(query->WriteUserToDB(user, word)).ToLong();
+  return query
+      .FromDatabase(query->WriteUserToDB(user, word, RequestText(account->user, "the account"),
+                                         StorablePassword(query, account->password, "the account's password")))
+      .ToLong();
 }
 
 bool Users::ChangePassword(std::string_view name, std::string_view old, std::string_view password) {
   QueryAccess& query = *access_;
-  return query
-             .FromDatabase(query->ChangePasswd(RequestText(name, "the user"), RequestText(old, "the password"),
-                                               RequestText(password, "the new password")))
+  const std::string word = StorablePassword(query, password, "the new password");
+  return query.FromDatabase(query->ChangePasswd(RequestText(name, "the user"), RequestText(old, "the password"), word))
              .ToLong() > 0;
 }
 
@@ -177,12 +190,12 @@ std::vector<DocumentCondition> Users::DocumentConditions(std::int32_t user, std:
                                                          std::string_view archive) {
   QueryAccess& query = *access_;
   Variant list;
-  query.FromDatabase(query->GetUserDocRights(user, RequestText(channel, "the channel"),
-                                             RequestText(archive, "the archive"), &list));
+  query.FromDatabase(
+      query->GetUserDocRights(user, RequestText(channel, "the channel"), RequestText(archive, "the archive"), &list));
   std::vector<DocumentCondition> conditions;
   for (std::vector<std::string>& fields : Records(list, 5)) {
-    conditions.push_back({std::move(fields[0]), std::move(fields[1]), std::move(fields[2]), std::move(fields[3]),
-                          std::move(fields[4])});
+    conditions.push_back(
+        {std::move(fields[0]), std::move(fields[1]), std::move(fields[2]), std::move(fields[3]), std::move(fields[4])});
   }
   return conditions;
 }
@@ -206,8 +219,10 @@ SearchRights Users::RightsToSearch(std::int32_t user, std::string_view channel, 
 
 std::string Users::FolderRights(std::int32_t user) {
   const std::vector<std::string> archives = Archives(user);
+  std::vector<std::string> channels = Channels(user);
+  std::ranges::sort(channels);  // the database gives them in any order
   std::string expression;
-  for (const std::string& channel : Channels(user)) {
+  for (const std::string& channel : channels) {
     if (channel.empty()) continue;
     const std::string start = "$(#" + channel + ")\\";
     std::string listed;

@@ -6,10 +6,19 @@ install(TARGETS oxaqrycln EXPORT oxaqrycln)
 
 # The headers for page authors, who include them as "component/clsQuery.h". Every other header is internal.
 set(public_headers
+  client/archive.h
+  client/document.h
+  client/errors.h
+  client/hit_list.h
+  client/settings.h
+  client/text.h
+  client/users.h
   component/clsQuery.h
+  component/memory_request.h
   component/objects.h
   component/scripting_context.h
   platform/database/database.h
+  values/code_page.h
   values/date_time.h
   values/errors.h
   values/variant.h)

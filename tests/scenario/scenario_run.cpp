@@ -5,34 +5,10 @@
 #include <cstdio>
 #include <utility>
 
-#include "component/scripting_context.h"
+#include "component/memory_request.h"
 
 namespace oxaqrycln::testing {
 namespace {
-
-class BodyRequest final : public PageRequest {
- public:
-  explicit BodyRequest(std::string_view body) : body_(body) {}
-  std::int64_t TotalBytes() const override { return static_cast<std::int64_t>(body_.size()); }
-  Variant::Bytes BinaryRead(std::int64_t byteCount) override {
-    const std::string piece = body_.substr(position_, static_cast<std::size_t>(byteCount));
-    position_ += piece.size();
-    return {piece.begin(), piece.end()};
-  }
-
- private:
-  const std::string body_;
-  std::size_t position_ = 0;
-};
-
-class BodyPage final : public ScriptingContext {
- public:
-  explicit BodyPage(std::string_view body) : request_(std::make_shared<BodyRequest>(body)) {}
-  std::shared_ptr<PageRequest> Request() override { return request_; }
-
- private:
-  std::shared_ptr<PageRequest> request_;
-};
 
 std::string Escaped(std::string_view text) {
   static constexpr char kHex[] = "0123456789ABCDEF";
@@ -95,6 +71,6 @@ void ScenarioRun::Show(std::string_view title, const Variant& result,
   Say(line);
 }
 
-Variant PageWithBody(std::string_view body) { return Variant::ObjectRef(std::make_shared<BodyPage>(body)); }
+Variant PageWithBody(std::string_view body) { return Variant::ObjectRef(MemoryContext(std::string(body))); }
 
 }  // namespace oxaqrycln::testing
