@@ -45,7 +45,7 @@ done
 printf 'Building programs through find_package\n'
 "$cmake" -G Ninja -S "$source/tests/package/consumer" -B "$work/consumer" -DCMAKE_BUILD_TYPE=Debug \
   -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$tree" \
-  -DEXAMPLE="$source/examples/first_query" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 ||
+  -DEXAMPLES="$source/examples" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 ||
   fail "$(cat "$work/log")"
 "$cmake" --build "$work/consumer" --parallel 2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
 
@@ -74,4 +74,34 @@ done
 ! ARCHIVE_PASSWORD=wrong "$work/by_pkg_config" "127.0.0.1,$port" pipes >/dev/null 2>&1 || fail "a wrong password was accepted"
 OXAQRY_USER=webuser OXAQRY_PASSWORD=secret "$tree/bin/oxaqry" channels --hosts "127.0.0.1,$port" >"$work/channels" ||
   fail "the installed oxaqry: $(cat "$work/channels")"
+
+printf 'Visiting the page\n'
+export OXAQRY_REMOTE_HOSTS=127.0.0.1,$port OXAQRY_USER=webuser OXAQRY_PASSWORD=secret SCRIPT_NAME=/page
+export OXAQRY_DATABASE="Driver=SQLite3;Database=$work/users.sqlite" PAGE_SESSIONS=$work/sessions
+mkdir "$PAGE_SESSIONS"
+"$tree/bin/oxaqry" user init --sample >/dev/null
+for name in anna none; do "$tree/bin/oxaqry" user add "$name" --password-stdin <<<sesame >/dev/null; done
+"$tree/bin/oxaqry" user grant anna --channel Mail >/dev/null
+
+# page QUERY [COOKIE]: what a visitor gets.
+page() { REQUEST_METHOD=GET QUERY_STRING=$1 HTTP_COOKIE=${2:-} "$work/consumer/search_page/search_page"; }
+# log_on NAME PASSWORD: the answer to the form.
+log_on() {
+  local body="user=$1&password=$2"
+  REQUEST_METHOD=POST CONTENT_LENGTH=${#body} "$work/consumer/search_page/search_page" <<<"$body"
+}
+# expect WHAT PATTERN TEXT
+expect() { [[ $3 == $2 ]] || fail "$1: $3"; }
+
+expect "without a session" '*Please log on.*' "$(page 'q=copper')"
+expect "a wrong password" '*wrong.*' "$(log_on anna "'OR'1'='1")"
+cookie=$(log_on anna sesame | sed -n 's/^Set-Cookie: \(session=[0-9-]*\);.*/\1/p')
+[[ -n $cookie ]] || fail "no session after the log-on"
+expect "hits of the user's channels only" '* hits</p>*' "$(page 'q=copper' "$cookie")"
+! page 'q=copper' "$cookie" | grep -q 'channel=[^M]' || fail "a hit of another channel is shown"
+expect "marks" '*<mark>price</mark>*' "$(page 'channel=Mail&archive=Inbox&id=1262&version=2&q=price' "$cookie")"
+expect "another channel's document" 'Status: 400*' "$(page 'channel=Finance&archive=Orders&id=1009' "$cookie")"
+expect "markup of a visitor" '*value="&lt;script&gt;"*' "$(page 'q=%3Cscript%3E' "$cookie")"
+cookie=$(log_on none sesame | sed -n 's/^Set-Cookie: \(session=[0-9-]*\);.*/\1/p')
+expect "a user without rights" '*>0 of 0 hits*' "$(page 'q=copper' "$cookie")"
 printf 'All done\n'
