@@ -146,7 +146,7 @@ class RequestExecution::Attempts {
     const Clock::SteadyPoint latest = ConnectDeadline();
     socket.Connect();
     const bool inTime = WaitFor([&] { return socket.State() == SocketState::Connected; }, latest);
-    if (!inTime && !monitor_.isCancelled && latest < deadline_) socket.Fail(socket_error::kConnectTimedOut);
+    if (!inTime && !monitor_.isCancelled && !IsExpired()) socket.Fail(socket_error::kConnectTimedOut);
     if (slot_.socketError) return PassOver();
     if (monitor_.isCancelled) return Cancel();
     return inTime ? Attempt::Answered : TimeOut();

@@ -108,6 +108,8 @@ TEST(SickServers, AreClosedOrResetRightAfterTheConnectAndCostOneRequestAtMostToo
 TEST(SickServers, ShareTheTimeForTheirConnects) {
   const FullListener full;
   const std::string host = full.Host();
+  const std::string two = host + "|" + host;
+  const std::string eight = two + "|" + two + "|" + two + "|" + two;
   struct Case {
     const char* name;
     std::string hosts;
@@ -115,13 +117,14 @@ TEST(SickServers, ShareTheTimeForTheirConnects) {
     Clock::Duration step;
     std::size_t leastTried;
     std::size_t mostTried;
+    SickServers policy = SickServers::TriedLast;
   };
   for (const Case& each :
-       {Case{"one has it all", host, 10, 6s, 1, 1}, Case{"two have half each", host + "|" + host, 10, 6s, 2, 2},
-        Case{"eight have a second at least",
-             host + "|" + host + "|" + host + "|" + host + "|" + host + "|" + host + "|" + host + "|" + host, 3, 600ms,
-             2, 4}}) {
+       {Case{"one has it all", host, 10, 6s, 1, 1}, Case{"two have half each", two, 10, 6s, 2, 2},
+        Case{"eight have a second at least", eight, 3, 600ms, 2, 4},
+        Case{"the first has it all without the policy", two, 10, 6s, 1, 1, SickServers::ClaimedInOrder}}) {
     TriesSickLast page(each.hosts, each.timeout);
+    page.monitor.sickServers = each.policy;
     page.PassWhileWaiting(each.step);
     for (int request = 1; request <= 2; ++request) {  // the second one claims the sick servers again
       EXPECT_FALSE(page.Request("^Ping^")) << each.name;
