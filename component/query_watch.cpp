@@ -24,12 +24,10 @@ std::vector<ServerState> QueryWatch::Servers() const {
   ServerTable& table = query_.state_->apartment->servers;
   for (std::int32_t number = 1; number <= table.Count(); ++number) {
     const ServerEntry& entry = table.At(number);
-    servers.push_back({entry.host, entry.port, entry.print, entry.busy, entry.since, entry.session});
+    servers.push_back({entry.host, entry.port, entry.print, entry.busy, entry.since, entry.session, entry.failures});
   }
   return servers;
 }
-
-void QueryWatch::SetSickServers(SickServers policy) { query_.state_->apartment->servers.SetSickServers(policy); }
 
 void QueryWatch::UseDatabase(std::shared_ptr<Connection> connection) {
   query_.state_->database = std::move(connection);

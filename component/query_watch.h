@@ -15,7 +15,7 @@
 #include "platform/database/database.h"
 #include "support/log_writer.h"
 #include "transport/request_monitor.h"
-#include "transport/server_table.h"
+#include "values/date_time.h"
 
 namespace oxaqrycln {
 
@@ -24,8 +24,9 @@ struct ServerState {
   std::int32_t port = 0;
   bool takesPrintRequests = true;
   bool isBusy = false;
-  DateTime since;       // when it was claimed; valid while it is busy
-  std::string session;  // who claimed it
+  DateTime since;             // when it was claimed; valid while it is busy
+  std::string session;        // who claimed it
+  std::int32_t failures = 0;  // its last connects and requests that failed, in a row; 0 when it is healthy
 };
 
 class QueryWatch {
@@ -54,8 +55,16 @@ class QueryWatch {
 
   // The server table of the thread. Empty before RemoteHosts was assigned.
   std::vector<ServerState> Servers() const;
-  // For all instances of the thread, until it is set again.
-  void SetSickServers(SickServers policy);
+  // How this instance chooses among the servers, from its next request on and until it is set again, also without the
+  // watch. ClaimedInOrder, which every instance starts with: a request claims the first free server. A connect may take
+  // all the time of the request, and a server that refuses it stays busy for five minutes or more.
+  // TriedLast: a connect gets an equal share of the remaining time for each server that could still be tried (at least
+  // one second), after which the next server is tried. A server whose last connect or request failed (refused, timed
+  // out, reset, closed early) is sick, which all instances of the thread know: for 30 seconds, doubled by each further
+  // failure up to five minutes, it is claimed only when no healthy one is free, the one whose time ends first before
+  // the others. After its time one request at once may claim it in its turn; an answer makes it healthy. A request that
+  // was sent is never sent again: when it fails, it is the next one that goes to another server.
+  void SetSickServers(SickServers policy) noexcept { monitor_->sickServers = policy; }
 
   // The instance uses this connection from now on, and closes it at its end; Init(False) leaves it alone. Null takes
   // the connection away without closing it.

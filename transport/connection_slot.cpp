@@ -162,6 +162,7 @@ void ConnectionSlot::PeerClosed() {
 
 void ConnectionSlot::Error(std::int32_t number, std::string_view description) {
   socketError = true;
+  socketErrorNumber = number;
   socketErrorText = std::to_string(number) + " - " + std::string(description);
 }
 

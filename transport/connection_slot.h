@@ -73,6 +73,7 @@ class ConnectionSlot final : public SocketEvents {
   std::int32_t receiveMode = kReceiveText;
   bool requestReady = false;
   bool socketError = false;
+  std::int32_t socketErrorNumber = 0;  // valid with socketError
   std::string socketErrorText;
   std::int32_t bytesToReceive = 0;
   std::int32_t bytesReceived = 0;

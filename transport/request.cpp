@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <chrono>
 #include <utility>
+#include <vector>
 
+#include "platform/net/socket_errors.h"
 #include "support/trap.h"
 #include "transport/connection_slot.h"
 #include "values/code_page.h"
@@ -22,6 +24,8 @@ constexpr std::string_view kAllBusy = "All query servers are currently busy";
 constexpr std::string_view kCancelled = "Request cancelled";
 // How often a waiting request reports to its watches.
 constexpr std::chrono::milliseconds kWatchInterval(100);
+// What a connect gets at least while another server could be tried.
+constexpr std::chrono::seconds kShortestConnect(1);
 
 // The steady time at which more second boundaries of the wall clock than allowed will have passed since now. Carried
 // by the steady clock, so that a jump of the wall clock neither ends nor prolongs a request.
@@ -53,6 +57,7 @@ class RequestExecution::Attempts {
         log_(owner.log_),
         monitor_(*owner.monitor_),
         sessionId_(owner.account_.sessionId),
+        triesSickLast_(monitor_.sickServers == SickServers::TriedLast),
         start_(clock_.SteadyNow()),
         deadline_(Deadline(clock_, owner.timeout_)) {
     owner_.isRunning_ = true;
@@ -69,12 +74,11 @@ class RequestExecution::Attempts {
 
   bool Run() {
     slot_.StartReceiving(message_.receipt);
-    const bool printOnly =
-        message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
+    printOnly_ = message_.request && UpperCase(GetRequestField(*message_.request, 1)) == "GETSEGMENTPRINTFILE2";
     loop_.RunDueTimers();  // one frees a stale server, before the first claim
     RequireOwner();
     Attempt attempt = Attempt::NextServer;
-    while (attempt == Attempt::NextServer) attempt = TryOneServer(printOnly);
+    while (attempt == Attempt::NextServer) attempt = TryOneServer();
     slot_.socket.Close();
     if (server_ != 0) {
       servers_.Release(server_);
@@ -101,10 +105,12 @@ class RequestExecution::Attempts {
   }
 
   // One attempt on one server.
-  Attempt TryOneServer(bool printOnly) {
+  Attempt TryOneServer() {
     if (monitor_.isCancelled) return Cancel();
-    server_ = servers_.GetFreeServer(printOnly, sessionId_);
+    server_ = triesSickLast_ ? servers_.GetHealthyServer(printOnly_, sessionId_, tried_)
+                             : servers_.GetFreeServer(printOnly_, sessionId_);
     RequireOwner();
+    if (server_ == 0 && !tried_.empty()) return Attempt::Failed;  // with the error of the last connect
     if (server_ == 0) {
       log_.Write(bytInfo, kAllBusy);
       const bool anyTried = !monitor_.outcome.servers.empty();
@@ -137,24 +143,36 @@ class RequestExecution::Attempts {
     }
     socket.SetRemote(server.host, server.port, server.address);
     slot_.socketError = false;
+    const Clock::SteadyPoint latest = ConnectDeadline();
     socket.Connect();
-    const bool inTime = WaitFor([&] { return socket.State() == SocketState::Connected; });
+    const bool inTime = WaitFor([&] { return socket.State() == SocketState::Connected; }, latest);
+    if (!inTime && !monitor_.isCancelled && !IsExpired()) socket.Fail(socket_error::kConnectTimedOut);
     if (slot_.socketError) return PassOver();
     if (monitor_.isCancelled) return Cancel();
     return inTime ? Attempt::Answered : TimeOut();
   }
 
-  // Runs events until done() or an error of the socket. False when the time has passed or the host cancelled first.
+  // Where sick servers are tried last, a connect gets an equal share of the time that remains for it and the servers
+  // that could be tried after it; else the whole time.
+  Clock::SteadyPoint ConnectDeadline() const {
+    if (!triesSickLast_) return deadline_;
+    const Clock::SteadyPoint now = clock_.SteadyNow();
+    const Clock::Duration share = (deadline_ - now) / (1 + servers_.FreeCount(printOnly_, tried_));
+    return std::min(deadline_, now + std::max<Clock::Duration>(share, kShortestConnect));
+  }
+
+  // Runs events until done() or an error of the socket. False when the latest time has passed or the host cancelled
+  // first.
   template <typename Done>
-  bool WaitFor(Done&& done) {
+  bool WaitFor(Done&& done, Clock::SteadyPoint latest) {
     while (!done() && !slot_.socketError) {
       const Clock::SteadyPoint now = clock_.SteadyNow();
-      if (now >= deadline_ || monitor_.isCancelled) return false;
+      if (now >= latest || monitor_.isCancelled) return false;
       if (monitor_.watchCount == 0) {
-        loop_.RunUntil(deadline_);
+        loop_.RunUntil(latest);
       } else {
         if (now >= nextReport_) Report(now);
-        loop_.RunUntil(std::min(deadline_, nextReport_));
+        loop_.RunUntil(std::min(latest, nextReport_));
       }
       RequireOwner();
     }
@@ -173,14 +191,27 @@ class RequestExecution::Attempts {
     if (monitor_.onWait) monitor_.onWait(monitor_.Progress());
   }
 
-  // The connect failed: the server stays busy until the timer frees it, so that the next attempt takes another one.
+  // The server is at fault that the attempt failed.
+  void RecordFailure() {
+    const Clock::Duration time = servers_.RecordFailure(server_);
+    if (!triesSickLast_) return;
+    servers_.At(server_).address.reset();  // it may have moved
+    log_.Write(bytInfo, "Server #", server_, " is tried last for ",
+               std::chrono::duration_cast<std::chrono::seconds>(time).count(), " seconds");
+  }
+
+  // The connect failed. The server stays busy until the timer frees it, so that the next attempt takes another one.
+  // Where sick servers are tried last, it is free at once, but not for this request.
   Attempt PassOver() {
     const std::string& error = slot_.socketErrorText;
     log_.Write(bytWarning, "Winsock error occured: ", error, " - trying to contact another server instance");
     Fail(RequestResult::ConnectionFailed, "Winsock Error (" + error + ")");
-    ServerEntry& server = servers_.At(server_);
-    server.address.reset();
-    server.sick = true;
+    servers_.At(server_).address.reset();
+    RecordFailure();
+    if (triesSickLast_) {
+      tried_.push_back(server_);
+      servers_.Release(server_);
+    }
     server_ = 0;
     return Attempt::NextServer;
   }
@@ -188,17 +219,17 @@ class RequestExecution::Attempts {
   // Connected: sends the request, never a second time, and waits for the whole answer.
   Attempt Exchange() {
     log_.Write(bytInfo, "Winsock connection established");
-    ServerEntry& server = servers_.At(server_);
-    server.address = slot_.socket.ConnectedAddress();
-    server.sick = false;
+    servers_.At(server_).address = slot_.socket.ConnectedAddress();
     monitor_.outcome.wasSent = true;
     Send();
-    const bool inTime = WaitFor([&] { return slot_.requestReady; });
+    const bool inTime = WaitFor([&] { return slot_.requestReady; }, deadline_);
     if (slot_.socketError) {
       log_.Write(bytError, "Winsock error occured: ", slot_.socketErrorText);
+      if (IsSocketError(slot_.socketErrorNumber)) RecordFailure();
       return Fail(RequestResult::ConnectionFailed, "Winsock Error (" + slot_.socketErrorText + ")");
     }
     if (!inTime) return monitor_.isCancelled ? Cancel() : TimeOut();
+    servers_.RecordSuccess(server_);
     owner_.response_ = std::exchange(slot_.response, ByteBlock());
     log_.Write(bytInfo, "\r\nResponse received: \r\n", owner_.response_.View(), "\r\n");
     monitor_.outcome.result = RequestResult::Succeeded;
@@ -217,6 +248,7 @@ class RequestExecution::Attempts {
   Attempt TimeOut() {
     slot_.socket.StopReading();  // what arrives now is too late
     log_.Write(bytWarning, "Timeout occured - last Winsock state: ", static_cast<int>(slot_.socket.State()));
+    RecordFailure();
     return Fail(RequestResult::TimedOut,
                 "Timeout of " + std::to_string(owner_.timeout_) + " seconds occured while waiting for server response");
   }
@@ -237,10 +269,13 @@ class RequestExecution::Attempts {
   const SessionLog& log_;
   RequestMonitor& monitor_;
   const std::string sessionId_;
+  const bool triesSickLast_;
   const Clock::SteadyPoint start_;
   const Clock::SteadyPoint deadline_;
   Clock::SteadyPoint nextReport_{};
-  std::int16_t server_ = 0;  // the server claimed for the attempt, 0 for none
+  bool printOnly_ = false;
+  std::int16_t server_ = 0;          // the server claimed for the attempt, 0 for none
+  std::vector<std::int16_t> tried_;  // with triesSickLast_: those that could not be connected to
 };
 
 RequestExecution::RequestExecution(std::shared_ptr<Apartment> apartment, const std::int32_t& timeout,

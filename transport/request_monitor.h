@@ -1,5 +1,5 @@
-// request_monitor.h - the progress and outcome of an instance's requests, for hosts, and the flag that cancels them.
-// One per clsQuery, shared with its watches.
+// request_monitor.h - the progress and outcome of an instance's requests, for hosts, the flag that cancels them, and
+// how they choose a server. One per clsQuery, shared with its watches.
 #ifndef OXAQRYCLN_TRANSPORT_REQUEST_MONITOR_H_
 #define OXAQRYCLN_TRANSPORT_REQUEST_MONITOR_H_
 
@@ -22,6 +22,10 @@ enum class RequestResult : std::uint8_t {
   Cancelled,
   Failed  // an error of the component itself
 };
+
+// How the requests of an instance choose among its servers. ClaimedInOrder claims the first free one, whatever became
+// of earlier requests to it. TriedLast limits each connect and passes over servers that failed; see QueryWatch.
+enum class SickServers : std::uint8_t { ClaimedInOrder, TriedLast };
 
 // One attempt to carry a request out.
 struct ServerAttempt {
@@ -50,6 +54,7 @@ struct RequestMonitor {
   RequestOutcome outcome;
   std::function<void(const RequestProgress&)> onWait;
   int watchCount = 0;  // without a watch a request waits in one piece
+  SickServers sickServers = SickServers::ClaimedInOrder;
   std::atomic<bool> isCancelled = false;
   std::atomic<std::int64_t> sent = 0;
   std::atomic<std::int64_t> received = 0;

@@ -1,5 +1,7 @@
 #include "transport/server_table.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <utility>
 
@@ -14,6 +16,9 @@ namespace {
 
 constexpr std::int64_t kStaleMinutes = 5;
 constexpr std::size_t kMostServers = 32767;
+constexpr std::chrono::seconds kFirstSickTime(30);
+constexpr std::chrono::minutes kLongestSickTime(5);
+constexpr std::int32_t kMostDoublings = 4;
 
 ServerEntry ParseEntry(std::string_view text, const SessionLog& log) {
   const auto fields = Split(text, ',');
@@ -55,22 +60,10 @@ void ServerTable::Load(std::string_view hosts, const SessionLog& log) {
 
 std::int16_t ServerTable::GetFreeServer(bool printOnly, std::string_view sessionId, std::string* busyReport) {
   if (busyReport != nullptr) busyReport->clear();
-  if (sickServers_ == SickServers::TriedLast) {
-    if (const std::int16_t number = Claim(printOnly, false, sessionId, nullptr); number != 0) return number;
-  }
-  return Claim(printOnly, true, sessionId, busyReport);
-}
-
-std::int16_t ServerTable::Claim(bool printOnly, bool sickToo, std::string_view sessionId, std::string* busyReport) {
   // By number, not by iterator: a call inside a yield may load the table.
   for (std::int32_t number = 1; number <= Count(); ++number) {
-    ServerEntry& entry = At(number);
-    if (!entry.busy && (entry.print || !printOnly) && (sickToo || !entry.sick)) {
-      entry.busy = true;
-      entry.since = loop_.clock().Now();
-      entry.session = sessionId;
-      return static_cast<std::int16_t>(number);
-    }
+    const ServerEntry& entry = At(number);
+    if (!entry.busy && (entry.print || !printOnly)) return Claim(number, sessionId);
     if (entry.busy && busyReport != nullptr) {
       *busyReport += "\r\nServer #" + std::to_string(number) + " (" + entry.host + ":" + std::to_string(entry.port) +
                      "): in use by session " + entry.session + " since " + entry.since.ToText();
@@ -78,6 +71,47 @@ std::int16_t ServerTable::Claim(bool printOnly, bool sickToo, std::string_view s
     loop_.RunReady();
   }
   return 0;
+}
+
+std::int16_t ServerTable::GetHealthyServer(bool printOnly, std::string_view sessionId,
+                                           std::span<const std::int16_t> tried) {
+  const Clock::SteadyPoint now = loop_.clock().SteadyNow();
+  std::int32_t soonest = 0;
+  for (std::int32_t number = 1; number <= Count(); ++number) {
+    if (!IsFree(number, printOnly, tried)) continue;
+    const ServerEntry& entry = At(number);
+    if (entry.failures == 0 || entry.sickUntil <= now) return Claim(number, sessionId);
+    if (soonest == 0 || entry.sickUntil < At(soonest).sickUntil) soonest = number;
+  }
+  return soonest == 0 ? std::int16_t{0} : Claim(soonest, sessionId);
+}
+
+std::int32_t ServerTable::FreeCount(bool printOnly, std::span<const std::int16_t> tried) const {
+  std::int32_t count = 0;
+  for (std::int32_t number = 1; number <= Count(); ++number) count += IsFree(number, printOnly, tried) ? 1 : 0;
+  return count;
+}
+
+bool ServerTable::IsFree(std::int32_t number, bool printOnly, std::span<const std::int16_t> tried) const {
+  const ServerEntry& entry = entries_[static_cast<std::size_t>(number - 1)];
+  return !entry.busy && (entry.print || !printOnly) && std::ranges::find(tried, number) == tried.end();
+}
+
+std::int16_t ServerTable::Claim(std::int32_t number, std::string_view sessionId) {
+  ServerEntry& entry = At(number);
+  entry.busy = true;
+  entry.since = loop_.clock().Now();
+  entry.session = sessionId;
+  return static_cast<std::int16_t>(number);
+}
+
+Clock::Duration ServerTable::RecordFailure(std::int16_t number) {
+  ServerEntry& entry = At(number);
+  const Clock::Duration time =
+      std::min<Clock::Duration>(kFirstSickTime * (1 << std::min(entry.failures, kMostDoublings)), kLongestSickTime);
+  ++entry.failures;
+  entry.sickUntil = loop_.clock().SteadyNow() + time;
+  return time;
 }
 
 std::int16_t ServerTable::CheckReleaseBusyServer() {

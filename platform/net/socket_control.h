@@ -66,6 +66,8 @@ class SocketControl final : private ReadySink {
   std::size_t GetData(char* to, std::size_t room);
   // Lets the system buffer more received bytes, for a large answer.
   void WidenReceiveWindow(std::int32_t byteCount) noexcept;
+  // Gives up what is under way; the error occurs as if the system had reported it.
+  void Fail(std::int32_t number);
   // Ends the events of arriving bytes.
   void StopReading() noexcept;
   void Close() noexcept;
@@ -77,7 +79,6 @@ class SocketControl final : private ReadySink {
   bool IsSending() const noexcept { return !sending_.empty() || source_ != nullptr; }
   void SendMore();
   bool FetchPiece();
-  void Fail(std::int32_t number);
   void FailToSend(std::int32_t number);
   void WatchFor(Ready wanted);
   void DropSocket() noexcept;

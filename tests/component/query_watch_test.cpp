@@ -110,28 +110,33 @@ TEST(QueryWatch, ShowsHowFarARequestIs) {
   });
 }
 
-TEST(QueryWatch, NamesEveryServerThatWasTriedWhichSickOnesAreLastOnRequest) {
+TEST(QueryWatch, NamesEveryServerThatWasTriedAndHasTheInstanceTrySickOnesLast) {
   InOwnThread([] {
     ScriptedServer server(ScriptedServer::Replies(Answer({"a,1"})));
     const std::uint16_t unused = UnusedPort();
     clsQuery query;
+    clsQuery other;
     query.RemoteHosts("127.0.0.1," + std::to_string(unused) + "|" + server.Host());
     query.lngRequestTimeout = 10;
-    ASSERT_TRUE(query.Init(false));
-    QueryWatch watch(query);
-    const auto tried = [&] {
-      for (const std::int32_t number : {1, 2}) Apartment::Current()->servers.At(number).busy = false;
-      EXPECT_EQ(query.TELOGetChannelsInit(), Variant::Long(1));
+    other.lngRequestTimeout = 10;
+    ASSERT_TRUE(query.Init(false) && other.Init(false));
+    const auto tried = [](clsQuery& instance) {
+      const QueryWatch watch(instance);
+      Apartment::Current()->servers.At(1).busy = false;
+      EXPECT_EQ(instance.TELOGetChannelsInit(), Variant::Long(1));
       std::string text;
       for (const auto& each : watch.LastRequest().servers) text += std::to_string(each.port) + each.error + " ";
       return text;
     };
     const std::string sound = std::to_string(server.port()) + " ";
     const std::string both = std::to_string(unused) + "10061 - Connection was refused " + sound;
-    EXPECT_EQ(tried(), both);
-    EXPECT_EQ(tried(), both);
+    QueryWatch watch(query);
+    EXPECT_EQ(tried(query), both);
+    EXPECT_TRUE(watch.Servers().at(0).isBusy);
     watch.SetSickServers(SickServers::TriedLast);
-    EXPECT_EQ(tried(), sound);
+    EXPECT_EQ(tried(query), sound);
+    EXPECT_EQ(watch.Servers().at(0).failures, 1);
+    EXPECT_EQ(tried(other), both);
   });
 }
 

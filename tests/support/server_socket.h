@@ -9,8 +9,9 @@
 
 namespace oxaqrycln::testing {
 
-// A listening socket on a free port, which is written to port. Raises std::runtime_error.
-NativeSocket Listen(std::uint16_t& port);
+// A listening socket on a free port, which is written to port; backlog is the length of its queue. Raises
+// std::runtime_error.
+NativeSocket Listen(std::uint16_t& port, int backlog = 64);
 // The next connection; kNoSocket when it is gone already.
 NativeSocket Accept(NativeSocket listener) noexcept;
 // Closing ends the connection with a reset.

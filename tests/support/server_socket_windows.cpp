@@ -6,7 +6,7 @@
 
 namespace oxaqrycln::testing {
 
-NativeSocket Listen(std::uint16_t& port) {
+NativeSocket Listen(std::uint16_t& port, int backlog) {
   WSADATA data;
   WSAStartup(MAKEWORD(2, 2), &data);
   const SOCKET listener = WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, WSA_FLAG_NO_HANDLE_INHERIT);
@@ -15,7 +15,7 @@ NativeSocket Listen(std::uint16_t& port) {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   int size = sizeof address;
   if (listener == INVALID_SOCKET || bind(listener, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-      listen(listener, 64) != 0 || getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+      listen(listener, backlog) != 0 || getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
     throw std::runtime_error("no socket can listen");
   }
   port = ntohs(address.sin_port);

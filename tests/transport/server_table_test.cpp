@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "support/text_helpers.h"
 #include "tests/support/requester.h"
 #include "tests/support/temporary_directory.h"
@@ -110,6 +112,35 @@ TEST_F(ServerTableTest, TheFormsTimerFreesOneStaleServerATick) {
   apartment.clock.Advance(10s);
   apartment.loop.RunReady();
   EXPECT_FALSE(servers.At(2).busy);
+}
+
+TEST_F(ServerTableTest, KeepsAServerSickForTwiceAsLongAfterEachFailureInARow) {
+  Load("a,1");
+  for (int round = 1; round <= 2; ++round) {
+    for (const auto& expected : {30s, 60s, 120s, 240s, 300s, 300s}) EXPECT_EQ(servers.RecordFailure(1), expected);
+    servers.RecordSuccess(1);
+  }
+}
+
+TEST_F(ServerTableTest, ClaimsHealthyServersThenDueOnesInOrderThenTheSickOneThatIsDueSoonest) {
+  Load("a,1,0|b,2|c,3|d,4");
+  const std::array<std::int16_t, 1> tried{4};
+  servers.RecordFailure(3);
+  apartment.clock.Advance(10s);
+  servers.RecordFailure(2);
+  EXPECT_EQ(servers.FreeCount(true, tried), 2);
+  const auto claim = [&](bool printOnly) { return servers.GetHealthyServer(printOnly, "S", tried); };
+  EXPECT_EQ(claim(false), 1);
+  EXPECT_EQ(claim(true), 3);
+  EXPECT_EQ(claim(true), 2);
+  EXPECT_EQ(claim(true), 0);
+  EXPECT_EQ(servers.FreeCount(true, {}), 1);
+  servers.Release(2);
+  servers.Release(3);
+  apartment.clock.Advance(30s);  // both are due: each takes one probe at once
+  EXPECT_EQ(claim(true), 2);
+  EXPECT_EQ(claim(true), 3);
+  EXPECT_EQ(claim(true), 0);
 }
 
 }  // namespace
