@@ -90,7 +90,7 @@ def names_of(interface):
 
 def with_names(text, names, mark):
     """The text with each name marked, except for the ends of names as in "...Init"."""
-    return re.sub(r"(?<![\w.])\w+", lambda word: mark(word[0]) if word[0] in names else word[0], text)
+    return re.sub(r"(?<![\w.])\w+(?!\.\w)", lambda word: mark(word[0]) if word[0] in names else word[0], text)
 
 
 def markdown_text(paragraphs, names):

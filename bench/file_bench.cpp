@@ -148,7 +148,7 @@ void ComponentForm(benchmark::State& state) {
   context->body = &FormBody();
   FileQuery page;
   for (auto _ : state) {
-    page.query.OnStartPage(Variant(Variant::ObjectRef(context)));
+    page.query.OnStartPage(context);
     if (page.query.UploadFile() != Variant::Long(1)) state.SkipWithError("the form was refused");
   }
   SetBytes(state);

@@ -46,8 +46,13 @@ endforeach()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/oxaqrycln.pc.in ${PROJECT_BINARY_DIR}/oxaqrycln.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/oxaqrycln.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
-  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# Documents, and what they link to, in the same places relative to each other as in the sources.
+foreach(file IN ITEMS README.md CHANGELOG.md CONTRIBUTING.md LICENSE
+                      component/clsQuery.h userdb/schema.sql userdb/sample.sql)
+  cmake_path(GET file PARENT_PATH folder)
+  install(FILES ${PROJECT_SOURCE_DIR}/${file} DESTINATION ${CMAKE_INSTALL_DOCDIR}/${folder})
+endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/docs/oxaqrycln.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/oxaqry-log.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR})

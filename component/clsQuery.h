@@ -31,7 +31,8 @@ struct QueryState;
 //   strParamStatus "" means that the server reported success, but its answer holds none of the data that is read.
 // - a ...Next method returns the next record's text, or "" at the end with the outputs untouched.
 // - every request but that of TELOUploadFile replaces the records that the ...Next methods of every family read, a
-//   failed one by none.
+//   failed one by none; LiveCheck and calls that fetch a file or change a document are requests, too. So read a list to
+//   its end first. Lists that outlive other requests say so: the rows of TELOSortHitlistNext, texts, notes, outliners.
 class clsQuery {
  public:
   clsQuery();
@@ -77,7 +78,8 @@ class clsQuery {
   // Opens the database connection unless blnParamDBInit is False, claims a connection slot and starts the timer that
   // frees stale servers. To be called once, after the settings and before any other method. False on failure.
   bool Init(const Variant& blnParamDBInit = Missing);
-  // Keeps the page's scripting context and its request until OnEndPage. Any other argument changes nothing.
+  // Keeps the page's scripting context and its request until OnEndPage: a shared pointer to an object of a class
+  // derived from ScriptingContext. Any other argument changes nothing.
   void OnStartPage(const Variant& PassedScriptingContext);
   // Releases the scripting context and its request.
   void OnEndPage();
@@ -231,10 +233,12 @@ class clsQuery {
   // --- Query and hit list ---
 
   // Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits; strQueryFormat is one that
-  // TELOGetQueryFormatListNext lists, strFolderRights restricts the search. Returns the number of rows (Long), the
-  // title row included; -1 (Integer) on failure, and a negative number also for an answer of fewer lines than a head
-  // has. lngTotalHits receives the total as text; strLayoutKeys and strLayoutValues, when both are given, the layout's
-  // keys and values joined by ","; blnHitlistMultiTIFF (Boolean) whether the hits can be had as one image file.
+  // TELOGetQueryFormatListNext lists. strFolderRights restricts the search: "$(#channel);" for a channel,
+  // "$(#channel)\archive;" for an archive, one after the other. "" restricts nothing: all archives are searched, so do
+  // not query for a user who may see none. Returns the number of rows (Long), the title row included; -1 (Integer) on
+  // failure, and a negative number also for an answer of fewer lines than a head has. lngTotalHits receives the total
+  // as text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values joined by ",";
+  // blnHitlistMultiTIFF (Boolean) whether the hits can be had as one image file.
   Variant TELOQueryArchiveInit(const Variant& strQuery, const Variant& lngMaxLines, const Variant& lngQueryMax,
                                const Variant& strQueryFormat, const Variant& strFolderRights,
                                const Variant& strLayoutFieldID = Missing, const Variant& strLayoutID = Missing,
@@ -370,8 +374,9 @@ class clsQuery {
   Variant TELODeleteDocument(const Variant& strChannel, const Variant& strArchive, const Variant& strDocID,
                              const Variant& strVer, Variant* strParamStatus = nullptr);
   // Writes the description of a document to a file, after the content of an older file of that name. The lists of field
-  // types and ids are separated by ","; the contents are written as they are; strCharSet names their character set.
-  // Returns 1 (Long), or -1 (Integer) on failure; sends no request, strParamStatus becomes "" on success.
+  // types and ids are separated by ","; the contents are written as they are; strCharSet names their character set. No
+  // line of a field's text may begin with "@": it would begin another field, or a document in any archive. Returns 1
+  // (Long), or -1 (Integer) on failure; sends no request, strParamStatus becomes "" on success.
   Variant CreateImportFile(const Variant& strImportFile, const Variant& strChannel, const Variant& strArchive,
                            const Variant& strTitle, const Variant& strParamFieldTypes, const Variant& strParamFieldIDs,
                            const Variant& strFieldContents, const Variant& strCharSet = Missing,
@@ -480,7 +485,8 @@ class clsQuery {
   // Sends a complete command part ("^Command^,^parameter^") as it is: all lines of the answer, joined by CR LF, or the
   // error text of a request that failed; "" when there is neither.
   std::string DirectQuery(const Variant& strQueryString);
-  // Writes a test file in strBlobPathLocal and deletes it again; whether that worked shows only in the log.
+  // Writes WriteTest.txt in strBlobPathLocal, in place of a file of that name, and deletes it, also when it could not
+  // be written whole; whether that worked shows only in the log.
   void WriteTest();
 
  private:

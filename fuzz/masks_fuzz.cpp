@@ -17,7 +17,7 @@ void CheckFields(clsQuery& query, std::int32_t count) {
     }
     Require(result.ToLong() == left - 1, "a field returns how many follow");
   }
-  Require(query.TELOGetMasksNextField() == Variant::Integer(-1), "no field follows the last one");
+  Require(IsSame(query.TELOGetMasksNextField(), Variant::Integer(-1)), "no field follows the last one");
 }
 
 }  // namespace
@@ -31,7 +31,7 @@ void oxaqrycln::fuzz::Run(std::string_view text) {
 
   Variant status;
   const Variant count = page.Ask([&] { return query.TELOGetMasksInit("Mail", "Inbox", &status); });
-  Require(count == Variant::Long(static_cast<std::int32_t>(masks.size())), "every mask is counted");
+  Require(IsSame(count, Variant(masks.size())), "every mask is counted");
   Require(status == Variant(""), "a success has an empty status");
   for (int walk = 0; walk < 2; ++walk) {
     for (const std::string_view mask : masks) {
@@ -41,7 +41,7 @@ void oxaqrycln::fuzz::Run(std::string_view text) {
       CheckFields(query, fields.ToLong());
     }
     Variant name("x");
-    Require(query.TELOGetMasksNext(&name) == Variant::Integer(-1) && name == Variant(""), "the walk ends");
+    Require(IsSame(query.TELOGetMasksNext(&name), Variant::Integer(-1)) && name == Variant(""), "the walk ends");
     query.TELOGetMasksFirst();
   }
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <type_traits>
 
 #include "values/errors.h"
 
@@ -88,7 +89,26 @@ const Variant::Bytes& Variant::ToBytes() const {
   return *bytes;
 }
 
+std::optional<double> Variant::Number() const noexcept {
+  return std::visit(
+      [](const auto& held) -> std::optional<double> {
+        using Held = std::decay_t<decltype(held)>;
+        if constexpr (std::is_arithmetic_v<Held> && !std::is_same_v<Held, bool>) {
+          return static_cast<double>(held);
+        } else {
+          return std::nullopt;
+        }
+      },
+      value_);
+}
+
 bool operator==(const Variant& left, const Variant& right) noexcept {
+  if (left.value_.index() == right.value_.index()) return IsSame(left, right);
+  const std::optional<double> number = left.Number();
+  return number.has_value() && number == right.Number();
+}
+
+bool IsSame(const Variant& left, const Variant& right) noexcept {
   if (left.value_.index() != right.value_.index()) return false;
   return std::visit(
       [&](const auto& held) {

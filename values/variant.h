@@ -4,8 +4,11 @@
 #ifndef OXAQRYCLN_VALUES_VARIANT_H_
 #define OXAQRYCLN_VALUES_VARIANT_H_
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -43,12 +46,24 @@ class Variant {
   Variant(std::int16_t value) noexcept : value_(value) {}
   Variant(std::int32_t value) noexcept : value_(value) {}
   Variant(double value) noexcept : value_(value) {}
+  // Any other whole number becomes a Long where it fits, else a Double, which is exact up to 2^53.
+  Variant(unsigned value) noexcept { AssignWhole(value); }
+  Variant(long value) noexcept { AssignWhole(value); }
+  Variant(unsigned long value) noexcept { AssignWhole(value); }
+  Variant(long long value) noexcept { AssignWhole(value); }
+  Variant(unsigned long long value) noexcept { AssignWhole(value); }
   Variant(DateTime value) noexcept : value_(value) {}
   Variant(const char* text) : value_(std::string(text)) {}
   Variant(std::string_view text) : value_(std::string(text)) {}
   Variant(std::string text) noexcept : value_(std::move(text)) {}
   Variant(Bytes bytes) noexcept : value_(std::move(bytes)) {}
   Variant(ObjectRef object) noexcept : value_(std::move(object)) {}
+  template <typename Derived>
+  requires std::convertible_to<std::shared_ptr<Derived>, ObjectRef> Variant(std::shared_ptr<Derived> object)
+  noexcept : value_(ObjectRef(std::move(object))) {}
+  // An argument that is left out is Missing. Any other pointer would become True.
+  Variant(std::nullptr_t) = delete;
+  Variant(const void* pointer) = delete;
 
   Variant& operator=(MissingType) noexcept {
     value_.emplace<MissingType>();
@@ -99,10 +114,24 @@ class Variant {
   // Adds to the end of a String; Empty becomes the text. Raises as ToText does for any other type.
   void AppendText(std::string_view text);
 
-  // Same type and same value (an object: the same object).
+  // Same value. Numbers (Byte, Integer, Long, Double) are compared by value, whatever their types. Values of any other
+  // type equal those of their own type only: True is not -1, a Date not the number of its days, Empty neither 0 nor "".
+  // An object equals itself only.
   friend bool operator==(const Variant& left, const Variant& right) noexcept;
+  // Same type and same value: Integer 1 is not the same as Long 1.
+  friend bool IsSame(const Variant& left, const Variant& right) noexcept;
 
  private:
+  template <typename Whole>
+  void AssignWhole(Whole value) noexcept {
+    if (std::in_range<std::int32_t>(value)) {
+      value_ = static_cast<std::int32_t>(value);
+    } else {
+      value_ = static_cast<double>(value);
+    }
+  }
+  // The value of a number; nothing for any other type.
+  std::optional<double> Number() const noexcept;
   void BecomeText(std::string_view text);
 
   struct NullType {};
@@ -117,6 +146,9 @@ inline constexpr MissingType Missing{};
 
 // The whole number that a text spells by the rules of Variant::ToLong, halves to even. Raises Type mismatch, Overflow.
 std::int32_t TextToLong(std::string_view text);
+
+// Declared again for callers that convert an argument.
+bool IsSame(const Variant& left, const Variant& right) noexcept;
 
 }  // namespace oxaqrycln
 

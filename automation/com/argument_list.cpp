@@ -81,8 +81,8 @@ void ArgumentList::ConvertOutputs() {
   for (std::size_t i = 0; i < count_; ++i) {
     const VARIANT* const target = targets_[i];
     if (target == nullptr) continue;
-    const bool isKept =
-        method_->parameters[i].kind == ParameterKind::InOut ? FromCom(*target) == values_[i] : values_[i].IsMissing();
+    const bool isKept = method_->parameters[i].kind == ParameterKind::InOut ? IsSame(FromCom(*target), values_[i])
+                                                                            : values_[i].IsMissing();
     if (isKept) {
       targets_[i] = nullptr;
     } else if ((overwritten_[i] = TextOfSameLength(*target, values_[i])) != nullptr) {

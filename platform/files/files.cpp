@@ -162,9 +162,15 @@ void AppendWhole(std::string_view path, std::string_view text) {
 }
 
 void WriteFile(std::string_view path, std::string_view content) {
-  OutputFile file(path);
-  file.Write(content);
-  file.Close();
+  const fs::path native = NativePath(path);
+  OpenedFile file(Open(path, OpenFor::Writing));
+  std::error_code failed = WriteNative(file.native(), content);
+  const std::error_code unclosed = file.Release();
+  if (!failed) failed = unclosed;
+  if (!failed) return;
+  std::error_code ignored;  // the error of the writing is the one to report
+  fs::remove(native, ignored);
+  Check(failed);
 }
 
 void RemoveFile(std::string_view path) {

@@ -80,7 +80,7 @@ void AppendWhole(std::string_view path, std::string_view text);
 // Appends the pieces to the file in one write, creating it readable by its owner and group only. Raises Disk full when
 // only a part could be written, which is cut off again unless others have appended after it.
 void AppendToFile(std::string_view path, std::span<const std::string_view> pieces);
-// Creates or overwrites the file.
+// Creates or overwrites the file. One that cannot be written whole, as on a full disk, is removed.
 void WriteFile(std::string_view path, std::string_view content);
 void RemoveFile(std::string_view path);
 // Replaces an existing file of the new name.

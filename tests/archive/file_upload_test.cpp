@@ -122,7 +122,7 @@ TEST(UploadFile, PrependsThePrefixReplacesAnOlderFileAndNeedsAPage) {
       page.query.OnStartPage(PageWithForm(FileForm(content)));
       Variant name = "";
       const Variant result = page.query.UploadFile(prefix, &name);
-      return result == Variant::Long(1) ? name.ToText() : result.ToText();
+      return IsSame(result, Variant::Long(1)) ? name.ToText() : result.ToText();
     };
     EXPECT_EQ(upload("", "x"), "_a.pdf");
     EXPECT_EQ(upload(42, "first"), "42_a.pdf");
@@ -134,7 +134,7 @@ TEST(UploadFile, PrependsThePrefixReplacesAnOlderFileAndNeedsAPage) {
     EXPECT_EQ(page.query.UploadFile(), kFailed);
     EXPECT_NE(page.Log().find("'UploadFile()': 91 - "), std::string::npos);
     const auto context = std::make_shared<FormPage>(nullptr);
-    page.query.OnStartPage(Variant(Variant::ObjectRef(context)));
+    page.query.OnStartPage(context);
     EXPECT_EQ(context.use_count(), 2);
     page.query.OnEndPage();
     EXPECT_EQ(context.use_count(), 1);

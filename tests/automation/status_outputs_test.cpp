@@ -46,7 +46,7 @@ TEST(StatusOutputs, AreEmptyOnSuccessAndOtherwiseHoldTheServersText) {
         Variant status("kept");
         const Variant result = CallWithStatus(page.query, *FindMethod(name), status);
         EXPECT_EQ(status.ToText(), reply.status) << name << ": " << reply.name << page.Log();
-        EXPECT_EQ(result == Variant::Integer(-1), !status.ToText().empty()) << name << ": " << reply.name;
+        EXPECT_EQ(IsSame(result, Variant::Integer(-1)), !status.ToText().empty()) << name << ": " << reply.name;
       }
     });
   }

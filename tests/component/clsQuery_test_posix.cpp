@@ -1,9 +1,13 @@
-// What an instance makes of the way in which its program was started.
+// What an instance makes of the way in which its program was started, and of a full disk.
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
+#include "component/query_watch.h"
+#include "tests/support/file_size_limit.h"
+#include "tests/support/page.h"
 #include "tests/support/process_state.h"
 
 namespace oxaqrycln::testing {
@@ -18,6 +22,18 @@ TEST(Instance, LogsAnAbsolutePathAlsoInAProgramThatWasFoundThroughPath) {
   for (int c = fgetc(program); c != EOF; c = fgetc(program)) output += static_cast<char>(c);
   EXPECT_EQ(pclose(program), 0) << output;
   EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
+}
+
+TEST(WriteTest, LeavesNothingBehindOnAFullDisk) {
+  WithAnswer({}, [](Page& page) {
+    const QueryWatch watch(page.query);
+    {
+      const FileSizeLimit limit(5);
+      page.query.WriteTest();
+    }
+    EXPECT_EQ(watch.LastError().number, 61);
+    EXPECT_TRUE(std::filesystem::is_empty(page.blobs.path()));
+  });
 }
 
 }  // namespace

@@ -193,7 +193,7 @@ TEST(QueryWatch, ReportsExhaustedMemoryWhereAResultCannot) {
           isReported = isReported || watch.LastError().number == error::kOutOfMemory;
         }
         failed = failure.HasHappened();
-        isComplete = count == Variant::Long(3) && names == expected;
+        isComplete = IsSame(count, Variant::Long(3)) && names == expected;
       }
       EXPECT_TRUE(isComplete || isReported) << "the allocation after " << after;
       Apartment::Current()->servers.At(1).busy = false;

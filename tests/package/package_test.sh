@@ -32,8 +32,9 @@ mv "$work/first" "$tree"
 
 printf 'Checking the installed files\n'
 libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.a')")
-for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/oxaqry.1 \
-  share/man/man3/oxaqrycln.3 share/bash-completion/completions/oxaqry share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
+for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/{oxaqry,devserver}.1 \
+  share/man/man3/oxaqrycln.3 share/man/man5/oxaqry-log.5 share/bash-completion/completions/{oxaqry,devserver} \
+  share/zsh/site-functions/_{oxaqry,devserver} share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
   [[ -s $tree/$file ]] || fail "$file is not installed"
 done
 [[ -s $libdir/liboxaqrycln.a ]] || fail "the library is not installed"
@@ -41,6 +42,19 @@ for path in "$source" "$build" "$work/first"; do
   ! grep -rIlF -- "$path" "$libdir/cmake" "$libdir/pkgconfig" "$tree/include" ||
     fail "an installed file names $path"
 done
+
+printf 'Checking the links of documents and manual pages\n'
+links=0
+while IFS=: read -r page link; do
+  target=${link#*\(} target=${target%)} target=${target%%#*}
+  [[ -z $target || -e $(dirname "$page")/$target ]] || fail "$page links to $target, which is not installed"
+  ((++links))
+done < <(grep -rHoE '\]\([^) ]+\)' --include='*.md' "$tree/share/doc" | grep -v ':](http' || true)
+[[ $links -gt 10 ]] || fail "only $links links were found"
+while IFS=: read -r page link; do
+  read -r name section <<<"$(sed -E 's/^\.BR ([a-z\\-]+) \(([0-9])\).*/\1 \2/; s/\\//g' <<<"$link")"
+  [[ -e $tree/share/man/man$section/$name.$section ]] || fail "$page refers to $name($section), which is not installed"
+done < <(grep -rHoE '^\.BR (oxaqry|devserver)[a-z\\-]* \([0-9]\)' "$tree/share/man")
 
 printf 'Building programs through find_package\n'
 "$cmake" -G Ninja -S "$source/tests/package/consumer" -B "$work/consumer" -DCMAKE_BUILD_TYPE=Debug \

@@ -2,7 +2,6 @@
 #ifndef OXAQRYCLN_TESTS_SUPPORT_PAGE_H_
 #define OXAQRYCLN_TESTS_SUPPORT_PAGE_H_
 
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,16 +10,6 @@
 #include "tests/support/in_own_thread.h"
 #include "tests/support/scripted_server.h"
 #include "tests/support/temporary_directory.h"
-
-namespace oxaqrycln {
-
-// So that a failed expectation shows values.
-inline void PrintTo(const Variant& value, std::ostream* out) {
-  *out << value.TypeName();
-  if (value.type() >= Variant::Type::Boolean && value.type() <= Variant::Type::String) *out << ' ' << value.ToText();
-}
-
-}  // namespace oxaqrycln
 
 namespace oxaqrycln::testing {
 

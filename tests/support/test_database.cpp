@@ -22,7 +22,11 @@ std::shared_ptr<Connection> Open(const std::string& connectionString) {
   return connection;
 }
 
-std::string Postgres(const std::string& database) { return ReadAll(OXAQRYCLN_POSTGRES) + database; }
+// The connection string of the server's file, whose end is the name of a database, for another one.
+std::string Postgres(const std::string& database) {
+  const std::string string = ReadAll(OXAQRYCLN_POSTGRES);
+  return string.substr(0, string.rfind('=') + 1) + database;
+}
 
 }  // namespace
 
@@ -39,7 +43,7 @@ TestDatabase::TestDatabase(Kind kind, bool hasTables, const std::string& stateme
   } else {
     name_ = std::filesystem::path(directory_.path()).filename().string();
     std::ranges::replace(name_, '-', '_');
-    Open(Postgres("postgres"))->Execute("CREATE DATABASE " + name_);
+    Open(ReadAll(OXAQRYCLN_POSTGRES))->Execute("CREATE DATABASE " + name_);
     connectionString_ = Postgres(name_);
   }
   std::string schema;
@@ -51,7 +55,7 @@ TestDatabase::TestDatabase(Kind kind, bool hasTables, const std::string& stateme
 }
 
 TestDatabase::~TestDatabase() {
-  if (kind_ == Kind::Postgres) Open(Postgres("postgres"))->Execute("DROP DATABASE " + name_ + " WITH (FORCE)");
+  if (kind_ == Kind::Postgres) Open(ReadAll(OXAQRYCLN_POSTGRES))->Execute("DROP DATABASE " + name_ + " WITH (FORCE)");
 }
 
 std::shared_ptr<Connection> TestDatabase::Connect() const { return Open(connectionString_); }

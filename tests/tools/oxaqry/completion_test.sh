@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Completes command lines with the bash completion given as the argument and compares what it offers.
+# completion_test.sh OXAQRY_COMPLETION [DEVSERVER_COMPLETION] - completes command lines with the bash completions and
+# compares what they offer.
 set -u
-source "$1"
+for completion in "$@"; do source "$completion"; done
 failures=0
 
 # expect "LINE" "OFFERS": the last word of LINE is the one being completed; "_" stands for an empty one.
@@ -9,7 +10,7 @@ expect() {
   read -ra COMP_WORDS <<<"$1"
   COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
   [[ ${COMP_WORDS[COMP_CWORD]} == _ ]] && COMP_WORDS[COMP_CWORD]=""
-  _oxaqry
+  "_${COMP_WORDS[0]}"
   if [[ ${COMPREPLY[*]} != "$2" ]]; then
     echo "\"$1\" offers \"${COMPREPLY[*]}\" instead of \"$2\""
     failures=1
@@ -25,4 +26,10 @@ expect "oxaqry note add a/b/1 --y" ""
 expect "oxaqry live --user _" ""
 expect "oxaqry user must-change anna o" "on off"
 expect "oxaqry orders tiff live --k" "--keep"
+if [[ $# -gt 1 ]]; then
+  expect "devserver --m" "--max-connections --misbehave"
+  expect "devserver --log --po" "--port"
+  expect "devserver --port _" ""
+  expect "devserver --database $1" "$1"
+fi
 exit $failures

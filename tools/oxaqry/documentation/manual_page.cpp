@@ -1,14 +1,18 @@
+#include "tools/oxaqry/documentation/manual_page.h"
+
 #include <istream>
 #include <map>
 #include <ostream>
 #include <set>
 #include <stdexcept>
 
+#include "tools/documentation/documents.h"
 #include "tools/oxaqry/cli/command_parser.h"
-#include "tools/oxaqry/documentation/documents.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
+
+using namespace documentation;
 
 using Commands = std::map<std::string, const CLI::App*>;
 
@@ -20,8 +24,6 @@ void Collect(const CLI::App& app, const std::string& prefix, Commands& commands)
     Collect(*each, name + " ", commands);
   }
 }
-
-std::string Roff(const std::string& text) { return Replaced(Replaced(text, "\\", "\\e"), "-", "\\-"); }
 
 std::vector<const CLI::Option*> OwnOptionsOf(const CLI::App& command) {
   std::vector<const CLI::Option*> own = OptionsOf(command);
@@ -43,15 +45,7 @@ void WriteHeading(const CLI::App& command, const std::string& name, std::ostream
 
 void WriteOptions(const CLI::App& command, std::ostream& out) {
   out << "Options:\n.RS\n";
-  for (const CLI::Option* const option : OwnOptionsOf(command)) {
-    const bool isFlag = option->get_expected_max() == 0;
-    std::string heading;
-    for (const std::string& name : NamesOf(*option)) {
-      heading += (heading.empty() ? "" : "\\fR, \\fB") + Roff(name);
-      if (!isFlag) heading += "\\fR \\fI" + Roff(option->get_type_name());
-    }
-    out << ".TP\n\\fB" << heading << "\\fR\n" << Roff(option->get_description()) << '\n';
-  }
+  WriteOptionList(OwnOptionsOf(command), out);
   out << ".RE\n";
 }
 

@@ -1,8 +1,9 @@
 #include <ostream>
+#include <sstream>
 
-#include "tools/oxaqry/documentation/documents.h"
+#include "tools/documentation/documents.h"
 
-namespace oxaqrycln::oxaqry {
+namespace oxaqrycln::documentation {
 namespace {
 
 // The names of the options whose argument is of a kind, separated by blanks.
@@ -65,7 +66,7 @@ std::string ZshOption(const CLI::Option& option) {
   std::string excluded = names.size() > 1 ? Joined(names, " ") : "";
   for (const CLI::Option* const other : option.get_excludes()) Append(excluded, Joined(NamesOf(*other), " "));
   const bool isRepeated = option.get_expected_max() > 1;
-  std::string rest = "[" + InBrackets(option.get_description()) + "]";
+  std::string rest = "[" + InBrackets(Replaced(option.get_description(), "\n", " ")) + "]";
   if (option.get_expected_max() > 0) {
     rest += (option.get_expected_min() == 0 ? ":" : "") + ZshArgument(option, option.get_type_name());
   }
@@ -106,16 +107,15 @@ void WriteBashCompletion(const CLI::App& app, std::ostream& out) {
   std::ostringstream cases;
   std::string known;
   WriteBashCommand(app, "", known, cases);
-  out << R"(# Completion of oxaqry's commands and options for bash.
-
-_oxaqry() {
+  const std::string name = app.get_name();
+  out << "# Completion of " << name << "'s commands and options for bash.\n\n_" << name << R"(() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
   local command="" word words="" files="" directories="" values="" takes_files=""
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case "$command $word" in
       )"
-      << known << R"()
+      << (known.empty() ? "\"\"" : known) << R"()
         command="${command:+$command }$word" ;;
     esac
   done
@@ -133,14 +133,15 @@ _oxaqry() {
   fi
 }
 
-complete -F _oxaqry oxaqry
-)";
+complete -F _)"
+      << name << ' ' << name << '\n';
 }
 
 void WriteZshCompletion(const CLI::App& app, std::ostream& out) {
-  out << "#compdef oxaqry\n# Completion of oxaqry's commands and options for zsh.\n\n";
-  WriteZshFunction(app, "_oxaqry", out);
-  out << "_oxaqry \"$@\"\n";
+  const std::string name = app.get_name();
+  out << "#compdef " << name << "\n# Completion of " << name << "'s commands and options for zsh.\n\n";
+  WriteZshFunction(app, "_" + name, out);
+  out << "_" << name << " \"$@\"\n";
 }
 
-}  // namespace oxaqrycln::oxaqry
+}  // namespace oxaqrycln::documentation
