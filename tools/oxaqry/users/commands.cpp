@@ -17,6 +17,8 @@ void AddUserCommands(CommandParser& parser) {
   AddInit(parser, *user);
   AddImport(parser, *user);
   AddAccountCommands(parser, *user);
+  AddMaintenanceCommands(parser, *user);
+  AddExport(parser, *user);
   AddListCommands(parser, *user);
   AddDefinitionCommands(parser, *user);
   AddGrantCommands(parser, *user);

@@ -1,7 +1,9 @@
 // The commands "user grant" and "user revoke": entries of the user's own; those of the user's groups stay as they are.
 #include <algorithm>
 #include <array>
+#include <ostream>
 
+#include "tools/oxaqry/users/archive_names.h"
 #include "tools/oxaqry/users/commands.h"
 #include "values/code_page.h"
 
@@ -104,9 +106,13 @@ class Changes {
     database_.Execute(statement, {wanted[0], wanted[1], wanted[2], user_.id, archive});
   }
 
-  int PrintTo(const Output& output) const {
+  int PrintTo(const Output& output, const std::vector<std::string>& warnings) const {
     Json json = JsonOf(user_);
     json["changes"] = changes_;
+    if (!warnings.empty()) json["warnings"] = warnings;
+    for (const std::string& warning : warnings) {
+      if (!output.json) output.err << "oxaqry: warning: " << warning << '\n';
+    }
     return PrintResult(output, json, text_);
   }
 
@@ -130,6 +136,14 @@ class Changes {
   Json changes_ = Json::array();
 };
 
+// A right in an archive that does not exist would go unnoticed.
+std::vector<std::string> WarningsOf(const UserDatabase& database, const GrantRequest& request, const Output& output) {
+  if (!request.isGrant) return {};
+  std::vector<std::string> archives = request.archives;
+  for (const EditGrant& grant : request.edits) archives.push_back(grant.archive);
+  return UnknownNameWarnings(database.settings(), request.channels, archives, output);
+}
+
 // Makes all of the changes or none.
 int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Output& output) {
   Changes changes(database, request);
@@ -151,7 +165,7 @@ int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Outp
   }
   for (const std::string& name : request.groups) changes.ChangeMembership(name);
   transaction.Commit();
-  return changes.PrintTo(output);
+  return changes.PrintTo(output, WarningsOf(database, request, output));
 }
 
 void AddGrants(CLI::App& command, GrantRequest& request) {
