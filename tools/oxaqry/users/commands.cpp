@@ -28,7 +28,9 @@ void AddUserCommands(CommandParser& parser) {
 
 void AddUserName(CLI::App& command, UserName& user) {
   command.add_option("NAME", user.name, "the user's or group's name")->required();
-  command.add_option("--id", user.id, "the ID of the user, where several have that name")->type_name("N");
+  command.add_option("--id", user.id, "the ID of the user, where several have that name")
+      ->check(WholeNumber())
+      ->type_name("N");
 }
 
 void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, std::size_t most, const char* message) {
@@ -41,7 +43,9 @@ void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, 
 
 CLI::Validator WholeNumber() {
   return {[](const std::string& text) {
-            return ParseInteger(text) ? "" : "\"" + text + "\" is not a whole number of 32 bits";
+            const auto number = ParseInteger(text);
+            const bool isPlain = number && std::to_string(*number) == text;  // the parser takes "010" for 8
+            return isPlain ? "" : "\"" + text + "\" is not a whole number of 32 bits";
           },
           ""};
 }

@@ -1,7 +1,6 @@
 // The commands "user grant" and "user revoke": entries of the user's own; those of the user's groups stay as they are.
 #include <algorithm>
 #include <array>
-#include <ostream>
 
 #include "tools/oxaqry/users/archive_names.h"
 #include "tools/oxaqry/users/commands.h"
@@ -109,10 +108,7 @@ class Changes {
   int PrintTo(const Output& output, const std::vector<std::string>& warnings) const {
     Json json = JsonOf(user_);
     json["changes"] = changes_;
-    if (!warnings.empty()) json["warnings"] = warnings;
-    for (const std::string& warning : warnings) {
-      if (!output.json) output.err << "oxaqry: warning: " << warning << '\n';
-    }
+    for (const std::string& warning : warnings) Warn(output, warning);
     return PrintResult(output, json, text_);
   }
 

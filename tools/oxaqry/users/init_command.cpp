@@ -1,6 +1,5 @@
 // The command "user init".
 #include <filesystem>
-#include <ostream>
 
 #include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
@@ -46,12 +45,11 @@ std::optional<std::string> FileOf(UserDatabase& database) {
 }
 
 // The driver makes a new file readable for everybody whom the process's mask allows.
-void RestrictToOwner(const std::string& path, std::ostream& err) {
+void RestrictToOwner(const std::string& path, const Output& output) {
   std::error_code failed;
   std::filesystem::permissions(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, failed);
   if (!failed) return;
-  err << "oxaqry: warning: other users of the machine may be able to read \"" << path << "\": " << failed.message()
-      << '\n';
+  Warn(output, "other users of the machine may be able to read \"" + path + "\": " + failed.message());
 }
 
 int InitUsers(const Settings& settings, bool withSample, const Output& output) {
@@ -64,7 +62,7 @@ int InitUsers(const Settings& settings, bool withSample, const Output& output) {
       throw CommandError("the database already has a table \"" + table + "\": nothing was changed");
     }
   }
-  if (const auto file = FileOf(database)) RestrictToOwner(*file, output.err);
+  if (const auto file = FileOf(database)) RestrictToOwner(*file, output);
   UserTransaction transaction(database);
   for (const std::string& statement : statements) database.Execute(statement);
   for (const std::string& statement : sample) database.Execute(statement);

@@ -1,6 +1,4 @@
 // The commands "user remove", "user rename" and "user disable".
-#include <ostream>
-
 #include "tools/oxaqry/cli/input.h"
 #include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/users/commands.h"
@@ -89,8 +87,8 @@ int DisableUser(UserDatabase& database, const DisableRequest& request, const Out
   Confirm("Delete the stored password of " + Described(user) + "?", request.yes, output);
   database.Execute("UPDATE Users SET Passwd=NULL, ChangePasswd=COALESCE(ChangePasswd, 0) WHERE UserID=?", {user.id});
   if (database.UsersNamed(request.user.name).size() > 1) {
-    output.err << "oxaqry: warning: there are other users of that name: a page that changes the password of one "
-                  "stores it for all of them\n";
+    Warn(output,
+         "there are other users of that name: a page that changes the password of one stores it for all of them");
   }
   return PrintResult(output, json, "Disabled " + Described(user));
 }

@@ -160,6 +160,8 @@ TEST_P(UserAccountCommands, RefuseUnsuitableTextsAndWrongUsageBeforeAnyChange) {
            Case{2, {"grant", "anna"}, "--right"},
            Case{2, {"grant", "anna", "--right", "1 OR 1=1"}, "whole number"},
            Case{2, {"grant", "anna", "--right", "2147483648"}, "--right"},
+           Case{2, {"grant", "anna", "--right", "010"}, "whole number"},
+           Case{2, {"rights", "anna", "--id", "x"}, "--id: \"x\" is not a whole number"},
            Case{2, {"grant", "anna", "--edit", "A="}, "ARCHIVE=LETTERS"},
            Case{2, {"revoke", "anna", "--edit", "A=NX"}, "\"NX\""},
            Case{2, {"explain", "anna"}, "give one right"},
