@@ -1,8 +1,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iostream>
 
 #include "tools/oxaqry/cli/run_environment.h"
+#include "tools/oxaqry/cli/terminal_encoding.h"
 
 namespace oxaqrycln::oxaqry {
 
@@ -10,7 +12,12 @@ Terminals StandardTerminals() noexcept {
   return {.in = isatty(STDIN_FILENO) == 1, .out = isatty(STDOUT_FILENO) == 1, .err = isatty(STDERR_FILENO) == 1};
 }
 
-void PrepareStandardStreams() {}
+void PrepareStandardStreams() {
+  const std::string encoding = LocaleEncoding();
+  if (encoding.empty()) return;
+  if (isatty(STDOUT_FILENO) == 1) static const EncodedStream out(std::cout, encoding);
+  if (isatty(STDERR_FILENO) == 1) static const EncodedStream err(std::cerr, encoding);
+}
 
 std::vector<std::string> ProgramArguments(int count, char** arguments) { return {arguments + 1, arguments + count}; }
 
