@@ -52,7 +52,7 @@ CLI::Validator WholeNumber() {
 
 Json JsonOf(const WebUser& user) { return {{"userId", user.id}, {"name", ToUtf8(user.name)}}; }
 
-std::string TableText(const Json& rows, const std::vector<Column>& columns) {
+std::string TableText(const Output& output, const Json& rows, const std::vector<Column>& columns) {
   std::vector<std::string> titles;
   for (const Column& column : columns) titles.emplace_back(column.title);
   Table table(std::move(titles));
@@ -61,7 +61,7 @@ std::string TableText(const Json& rows, const std::vector<Column>& columns) {
     for (const Column& column : columns) cells.push_back(ReadableText(row.value(column.member, Json())));
     table.Add(std::move(cells));
   }
-  return table.Text();
+  return table.Text(TerminalColumns(output));
 }
 
 std::string ReadableText(const Json& value) {

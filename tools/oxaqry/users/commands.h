@@ -64,8 +64,8 @@ struct Column {
   const char* member;
 };
 
-// A table of rows, which are JSON objects.
-std::string TableText(const Json& rows, const std::vector<Column>& columns);
+// A table of rows, which are JSON objects, for the output.
+std::string TableText(const Output& output, const Json& rows, const std::vector<Column>& columns);
 // A value for people: no control characters, "yes" and "no", the elements of an array with commas between them.
 std::string ReadableText(const Json& value);
 

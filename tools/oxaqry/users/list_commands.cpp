@@ -59,14 +59,16 @@ int ListUsers(UserDatabase& database, const ListRequest& request, const Output& 
     users.push_back(std::move(json));
   }
   if (request.isOfGroups)
-    return PrintResult(output, users, TableText(users, {{"ID", "userId"}, {"Group", "name"}, {"Members", "members"}}));
+    return PrintResult(output, users,
+                       TableText(output, users, {{"ID", "userId"}, {"Group", "name"}, {"Members", "members"}}));
   return PrintResult(output, users,
-                     TableText(users, {{"ID", "userId"},
-                                       {"User", "name"},
-                                       {"Archive user", "archiveUser"},
-                                       {"Must change", "mustChangePassword"},
-                                       {"Disabled", "disabled"},
-                                       {"Groups", "groups"}}));
+                     TableText(output, users,
+                               {{"ID", "userId"},
+                                {"User", "name"},
+                                {"Archive user", "archiveUser"},
+                                {"Must change", "mustChangePassword"},
+                                {"Disabled", "disabled"},
+                                {"Groups", "groups"}}));
 }
 
 using ListMethod = Variant (clsQuery::*)(const Variant&, Variant*);
@@ -122,7 +124,8 @@ int ShowRights(UserDatabase& database, const UserName& name, const Output& outpu
   }
   addRows("archive", json["archives"]);
   addRows("channel", json["channels"]);
-  return PrintResult(output, json, TableText(rows, {{"Kind", "kind"}, {"Entry", "entry"}, {"Allowed", "allowed"}}));
+  return PrintResult(output, json,
+                     TableText(output, rows, {{"Kind", "kind"}, {"Entry", "entry"}, {"Allowed", "allowed"}}));
 }
 
 }  // namespace
