@@ -16,11 +16,21 @@ struct BashOptions {
 
 void Append(std::string& words, const std::string& more) { words += (words.empty() ? "" : " ") + more; }
 
+// The words that an argument may be: for "help" the commands beside it.
+std::string WordsFor(const CLI::App& command, const CLI::Option& argument) {
+  if (command.get_name() == "help") {
+    std::string names;
+    for (const CLI::App* const each : CommandsOf(*command.get_parent())) Append(names, each->get_name());
+    return names;
+  }
+  return ChoicesOf(argument);
+}
+
 BashOptions BashOptionsOf(const CLI::App& command) {
   BashOptions options;
   for (const CLI::App* const each : CommandsOf(command)) Append(options.words, each->get_name());
   for (const CLI::Option* const argument : ArgumentsOf(command)) {
-    if (const std::string choices = ChoicesOf(*argument); !choices.empty()) Append(options.words, choices);
+    if (const std::string choices = WordsFor(command, *argument); !choices.empty()) Append(options.words, choices);
   }
   for (const CLI::Option* const option : OptionsOf(command)) {
     Append(options.words, "--" + option->get_lnames().front());
@@ -53,8 +63,7 @@ std::string ZshQuoted(const std::string& text) { return "'" + Replaced(text, "'"
 // A text between the brackets of an argument.
 std::string InBrackets(const std::string& text) { return Replaced(Replaced(text, "[", R"(\[)"), "]", R"(\])"); }
 
-std::string ZshArgument(const CLI::Option& option, const std::string& name) {
-  const std::string choices = ChoicesOf(option);
+std::string ZshArgument(const std::string& choices, const std::string& name) {
   std::string action = choices.empty() ? "" : "(" + choices + ")";
   if (name == "FILE") action = "_files";
   if (name == "DIRECTORY") action = "_files -/";
@@ -68,7 +77,7 @@ std::string ZshOption(const CLI::Option& option) {
   const bool isRepeated = option.get_expected_max() > 1;
   std::string rest = "[" + InBrackets(Replaced(option.get_description(), "\n", " ")) + "]";
   if (option.get_expected_max() > 0) {
-    rest += (option.get_expected_min() == 0 ? ":" : "") + ZshArgument(option, option.get_type_name());
+    rest += (option.get_expected_min() == 0 ? ":" : "") + ZshArgument(ChoicesOf(option), option.get_type_name());
   }
   std::string argument;
   for (const std::string& name : names) {
@@ -95,7 +104,7 @@ void WriteZshFunction(const CLI::App& command, const std::string& function, std:
   int number = 0;
   for (const CLI::Option* const argument : ArgumentsOf(command)) {
     const std::string place = argument->get_expected_max() > 1 ? "*" : std::to_string(++number);
-    out << " \\\n    " << ZshQuoted(place + ZshArgument(*argument, argument->get_name()));
+    out << " \\\n    " << ZshQuoted(place + ZshArgument(WordsFor(command, *argument), argument->get_name()));
   }
   out << "\n}\n\n";
   for (const CLI::App* const each : commands) WriteZshFunction(*each, function + "_" + each->get_name(), out);

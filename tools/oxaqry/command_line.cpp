@@ -6,24 +6,54 @@
 #include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/interruption.h"
+#include "tools/oxaqry/cli/parse_failure.h"
+#include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-// The unknown word where a command, or an option of the tool or of a group, was expected; "" for another error.
-std::string UnknownWord(const CLI::App& app, const std::string& first) {
-  const auto parsed = app.get_subcommands();
-  if (parsed.empty()) return first;
-  const CLI::App& command = *parsed.front();
-  const bool isGroup = !command.get_subcommands([](const CLI::App*) { return true; }).empty();
-  const std::vector<std::string> rest = command.remaining();
-  if (!isGroup || !command.get_subcommands().empty() || rest.empty()) return "";
-  return rest.front().starts_with('-') ? rest.front() : command.get_name() + " " + rest.front();
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+// As text, or as one line of JSON. Returns the exit status.
+int ReportError(int status, const std::string& reason, bool isJson, std::ostream& err) {
+  const bool isUsage = status == kWrongUsage;
+  if (isJson) {
+    const Json json{{"error", reason}, {"kind", isUsage ? "usage" : "failure"}, {"status", status}};
+    err << json.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+  } else {
+    err << "oxaqry: " << reason << '\n';
+    if (isUsage) err << "Try \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
+  }
+  return status;
 }
 
-int WrongUsage(const std::string& reason, std::ostream& err) {
-  err << "oxaqry: " << reason << "\nTry \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
-  return 2;
+// The help of the command that the words name.
+int ShowHelp(const CLI::App& tool, const std::vector<std::string>& names, const Output& output) {
+  const CLI::App* command = &tool;
+  std::string words;
+  for (const std::string& name : names) {
+    const auto known = CommandNames(*command);
+    if (std::ranges::find(known, name) == known.end()) {
+      throw UsageError(known.empty() ? "\"" + words + "\" has no commands" : UnknownCommandText(*command, words, name));
+    }
+    command = command->get_subcommand(name);
+    words += (words.empty() ? "" : " ") + name;
+  }
+  const std::string name = words.empty() ? tool.get_name() : tool.get_name() + " " + words;
+  output.out << command->get_formatter()->make_help(command, name, CLI::AppFormatMode::Normal);
+  return 0;
+}
+
+void AddHelp(CommandParser& parser) {
+  const auto names = std::make_shared<std::vector<std::string>>();
+  const auto show = [&tool = parser.app(), names](const Settings&, const Output& output) {
+    return ShowHelp(tool, *names, output);
+  };
+  parser
+      .AddPlain("help", "show the help of oxaqry or of a command",
+                "Examples:\n  oxaqry help search\n  oxaqry help user add", show)
+      ->add_option("COMMAND", *names, "the command, with its group in front");
 }
 
 // The help shows an argument by its name alone, without the type of its value.
@@ -49,13 +79,14 @@ void AddAllCommands(CommandParser& parser) {
   AddOrderCommands(parser);
   AddUserCommands(parser);
   AddSessionCommands(parser);
+  AddHelp(parser);
   HideTypesOfArguments(parser.app());
 }
 
 int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& environment) {
   CommandParser parser(environment);
   AddAllCommands(parser);
-  const std::string first = arguments.empty() ? "" : arguments.front();
+  const bool isJson = std::ranges::find(arguments, "--json") != arguments.end();
   std::ranges::reverse(arguments);  // the parser takes them from the back
   try {
     parser.app().parse(arguments);
@@ -64,10 +95,7 @@ int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& env
       parser.app().exit(error, environment.out, environment.err);
       return environment.out.flush() ? 0 : 1;
     }
-    const std::string unknown = UnknownWord(parser.app(), first);
-    const char* const what = unknown.starts_with('-') ? "option" : "command";
-    const std::string reason = unknown.empty() ? error.what() : "unknown " + std::string(what) + " \"" + unknown + "\"";
-    return WrongUsage(reason, environment.err);
+    return ReportError(kWrongUsage, ParseFailureText(parser.app(), error), isJson, environment.err);
   }
   try {
     const int status = parser.Run();
@@ -75,13 +103,12 @@ int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& env
     if (!environment.out) throw CommandError("the output could not be written");
     return status;
   } catch (const UsageError& error) {
-    return WrongUsage(error.what(), environment.err);
+    return ReportError(kWrongUsage, error.what(), isJson, environment.err);
   } catch (const Interrupted& interrupted) {
     return 128 + interrupted.signal();  // as a shell reports a program that a signal has ended
   } catch (const std::exception& error) {
     environment.out.flush();
-    environment.err << "oxaqry: " << error.what() << '\n';
-    return 1;
+    return ReportError(kFailed, error.what(), isJson, environment.err);
   }
 }
 

@@ -18,6 +18,7 @@ expect() {
 }
 
 expect "oxaqry se" "servers search session"
+expect "oxaqry help ser" "servers"
 expect "oxaqry live --v" "--verbose"
 expect "oxaqry search --la" "--layout --layout-field"
 expect "oxaqry note _" "add list delete --help"

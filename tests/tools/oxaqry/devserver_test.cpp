@@ -83,6 +83,7 @@ TEST(Commands, ShowAHitListWithItsTitles) {
     // The name can be used unchanged.
     EXPECT_EQ(server.Document({"show", hit["name"].get<std::string>(), "--json"})["title"], hit["columns"][0]);
   }
+  EXPECT_THAT(server.Command({"search", "invoice", "--query-max", "10"}).err, HasSubstr("(--query-max sets"));
   EXPECT_EQ(server.Document({"search", "nosuchwordanywhere", "--json"})["hits"], Json::array());
 }
 
@@ -122,7 +123,8 @@ TEST(Commands, ShowTheStateOfEveryServer) {
   const ToolRun run = RunOxaqry({"servers", "--json", "--hosts", list, "--timeout", "0"},
                                 {{"OXAQRY_USER", "webuser"}, {"OXAQRY_PASSWORD", "secret"}});
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.err, StartsWith("oxaqry: 2 of 3 query servers failed the check"));
+  EXPECT_THAT(Json::parse(run.err, nullptr, false)["error"].get<std::string>(),
+              StartsWith("2 of 3 query servers failed the check"));
   const Json document = Json::parse(run.out, nullptr, false);
   ASSERT_EQ(document["servers"].size(), 3U);
   EXPECT_THAT(document["servers"][0]["answer"].get<std::string>(), HasSubstr("alive"));

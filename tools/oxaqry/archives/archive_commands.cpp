@@ -20,7 +20,7 @@ int Channels(const Settings& settings, const Output& output) {
     channels.push_back({{"channel", ToUtf8(channel)}, {"description", ToUtf8(description.ToText())}});
     table.Add({Printable(channel), Printable(description.ToText())});
   });
-  return PrintResult(output, {{"channels", std::move(channels)}}, table.Text());
+  return PrintResult(output, {{"channels", std::move(channels)}}, table.Text(TerminalColumns(output)));
 }
 
 // A list of one text a line.
@@ -34,7 +34,7 @@ void PrintList(ArchiveQuery& archive, std::int32_t count, const char* name, cons
     list.push_back({{key, ToUtf8(text)}});
     table.Add({Printable(text)});
   });
-  PrintResult(output, {{name, std::move(list)}}, table.Text());
+  PrintResult(output, {{name, std::move(list)}}, table.Text(TerminalColumns(output)));
 }
 
 int ArchivesByChannel(ArchiveQuery& archive, const Output& output) {
@@ -56,7 +56,7 @@ int ArchivesByChannel(ArchiveQuery& archive, const Output& output) {
                         {"description", ToUtf8(description.ToText())},
                         {"archives", std::move(archives)}});
   });
-  return PrintResult(output, {{"channels", std::move(channels)}}, table.Text());
+  return PrintResult(output, {{"channels", std::move(channels)}}, table.Text(TerminalColumns(output)));
 }
 
 int Archives(const Settings& settings, const bool& isByChannel, const Output& output) {
@@ -90,7 +90,7 @@ int Properties(const Settings& settings, const ArchiveArguments& names, const Ou
     document[kNames[i]] = ToUtf8(values[i].ToText());
     table.Add({kNames[i], Printable(values[i].ToText())});
   }
-  return PrintResult(output, document, table.Text());
+  return PrintResult(output, document, table.Text(TerminalColumns(output)));
 }
 
 int Masks(const Settings& settings, const ArchiveArguments& names, const Output& output) {
@@ -120,7 +120,7 @@ int Masks(const Settings& settings, const ArchiveArguments& names, const Output&
     if (fieldCount <= 0) table.Add({Printable(name.ToText())});
     masks.push_back({{"mask", ToUtf8(name.ToText())}, {"fields", std::move(fields)}});
   });
-  return PrintResult(output, {{"masks", std::move(masks)}}, table.Text());
+  return PrintResult(output, {{"masks", std::move(masks)}}, table.Text(TerminalColumns(output)));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@ namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr std::int32_t kOutOfMemory = 7;
+constexpr const char* kHostNotFound = "11001 ";
 
 // The outcome of one attempt; only the last one ends as the request does.
 std::string OutcomeText(const ServerAttempt& attempt, RequestResult result) {
@@ -38,6 +39,16 @@ std::string ServerName(const ServerAttempt& attempt) {
   return Printable(attempt.host) + ":" + std::to_string(attempt.port);
 }
 
+// The hosts that were tried, when none of their names exists; else "".
+std::string UnknownHosts(const RequestOutcome& request) {
+  std::string hosts;
+  for (const ServerAttempt& attempt : request.servers) {
+    if (!attempt.error.starts_with(kHostNotFound)) return "";
+    hosts += (hosts.empty() ? "\"" : ", \"") + Printable(attempt.host) + "\"";
+  }
+  return hosts;
+}
+
 }  // namespace
 
 void PrintAttempts(const RequestOutcome& request, std::ostream& out) {
@@ -50,6 +61,9 @@ void PrintAttempts(const RequestOutcome& request, std::ostream& out) {
 std::string FailureText(const RequestOutcome& request, const std::string& errorText) {
   if (request.result <= RequestResult::Refused) return Printable(errorText);
   const bool isBroken = request.wasSent && request.result != RequestResult::TimedOut;
+  if (const std::string hosts = UnknownHosts(request); !hosts.empty()) {
+    return "there is no host " + hosts + ": check the list of query servers";
+  }
   std::string text = isBroken ? "the request failed: " : "the query servers did not answer: ";
   text += Printable(errorText);
   const char* separator = "; tried ";

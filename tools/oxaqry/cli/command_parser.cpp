@@ -6,6 +6,10 @@
 #include "component/version.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
+#include "tools/oxaqry/cli/new_file.h"
+#include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/text.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -25,6 +29,17 @@ std::string RefusePassword(const std::string& connectionString) {
   static const std::regex password(R"((pwd|password)\s*=\s*[^;\s])", std::regex::icase);
   if (!std::regex_search(connectionString, password)) return {};
   return "a password in an option can be read by everybody: give OXAQRY_DATABASE, or strDBConnect in --config";
+}
+
+// The component goes on without a log that it cannot write.
+void WarnWithoutLog(const Settings& settings, const Output& output) {
+  const std::string directory = ToUtf8(settings.Text("strDebugLogPath"));
+  if (directory.empty()) return;
+  try {
+    const NewFile probe(std::filesystem::path(directory) / "log", true);
+  } catch (const CommandError& error) {
+    Warn(output, "no log is kept: " + std::string(error.what()));
+  }
 }
 
 }  // namespace
@@ -87,7 +102,12 @@ CLI::App* CommandParser::AddWithSettings(CLI::App& parent, const char* name, con
   CLI::App* const command = parent.add_subcommand(name, description);
   command->footer(examples);
   command->callback([this, command, action = std::move(action)] {
-    run_ = [this, command, action] { return action(ReadSettings(*command), MakeOutput()); };
+    run_ = [this, command, action] {
+      const Settings settings = ReadSettings(*command);
+      const Output output = MakeOutput();
+      WarnWithoutLog(settings, output);
+      return action(settings, output);
+    };
   });
   AddJson(*command, "print one JSON document instead of a table");
   command->add_option("--config", configPath_, "JSON file of settings, by the names of the public variables")
@@ -141,6 +161,16 @@ Settings CommandParser::ReadSettings(const CLI::App& command) {
     settings.Set("strTELOPwd", password, "--password-stdin");
   }
   return settings;
+}
+
+// Without leading zeros, as the parser takes "010" for 8.
+CLI::Validator NumberUpTo(std::int32_t largest) {
+  return {[largest](const std::string& text) {
+            const auto number = ParseNumber(text);
+            if (number && *number <= largest && std::to_string(*number) == text) return std::string();
+            return "\"" + text + "\" is no number from 0 to " + std::to_string(largest);
+          },
+          ""};
 }
 
 void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments) {

@@ -4,6 +4,7 @@
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_COMMAND_PARSER_H_
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <map>
@@ -84,10 +85,11 @@ struct ArchiveArguments {
 void AddArchiveArguments(CLI::App& command, ArchiveArguments& arguments);
 // The argument "CHANNEL/ARCHIVE/DOCUMENT[/VERSION]".
 void AddDocumentArgument(CLI::App& command, DocumentName& document);
-// A check that a text is a whole number from 0 to the largest one of the type.
+// A check that a text is a whole number in decimal digits from 0 to the largest one of the type.
+CLI::Validator NumberUpTo(std::int32_t largest);
 template <typename Number>
 CLI::Validator FromZero() {
-  return CLI::Validator(CLI::Range(Number{0}, std::numeric_limits<Number>::max())).description("");
+  return NumberUpTo(std::numeric_limits<Number>::max());
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -55,11 +55,11 @@ std::string ReadFirstLine(const std::string& path, const std::string& what) {
 
 void Confirm(const std::string& question, bool yes, const Output& output) {
   if (yes) return;
-  if (!output.terminals.in) throw UsageError("there is no terminal to ask on: give --yes to delete without a question");
+  if (!output.terminals.in) throw UsageError("there is no terminal to ask on: give --yes to go on without a question");
   output.err << question << " [y/N] " << std::flush;
   std::string answer;
   std::getline(output.in, answer);
-  if (answer != "y" && answer != "Y" && answer != "yes") throw CommandError("nothing was deleted");
+  if (answer != "y" && answer != "Y" && answer != "yes") throw CommandError("nothing was changed");
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -15,6 +15,14 @@ int PrintResult(const Output& output, const Json& document, std::string_view tex
   return 0;
 }
 
+void Warn(const Output& output, const std::string& text) {
+  if (output.json) {
+    output.err << Json{{"warning", text}}.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+  } else {
+    output.err << "oxaqry: warning: " << text << '\n';
+  }
+}
+
 Json JsonList(const std::vector<std::string>& texts) {
   Json list = Json::array();
   for (const std::string& text : texts) list.push_back(ToUtf8(text));

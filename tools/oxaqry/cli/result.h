@@ -15,6 +15,9 @@ namespace oxaqrycln::oxaqry {
 // added unless it has one or is empty. Returns the exit status 0.
 int PrintResult(const Output& output, const Json& document, std::string_view text);
 
+// Writes a warning, which is UTF-8, on standard error: a line of text, or a JSON object {"warning":TEXT} with --json.
+void Warn(const Output& output, const std::string& text);
+
 // Texts of the component as a JSON list.
 Json JsonList(const std::vector<std::string>& texts);
 // Texts of the component as cells of a table.

@@ -7,6 +7,7 @@
 #include "automation/method_table.h"
 #include "component/query_watch.h"
 #include "tools/oxaqry/cli/input.h"
+#include "tools/oxaqry/cli/suggestion.h"
 #include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/cli/value_json.h"
 #include "values/code_page.h"
@@ -69,6 +70,48 @@ bool IsEncoded(const std::string& password) {
   return watch.LastError().number == 0;
 }
 
+// ", line L, column C" of a byte of the text; both count from 1.
+std::string PlaceText(std::string_view text, std::size_t at) {
+  const std::string_view before = text.substr(0, at);
+  const std::size_t lineStart = before.rfind('\n') + 1;  // 0 for the first line
+  const auto startsCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+  return ", line " + std::to_string(std::ranges::count(before, '\n') + 1) + ", column " +
+         std::to_string(std::ranges::count_if(before.substr(lineStart), startsCharacter) + 1);
+}
+
+// Where a member of the object begins; "" for a name that is written with escapes.
+std::string PlaceOf(const std::string& name, std::string_view text) {
+  const std::string quoted = "\"" + name + "\"";
+  for (std::size_t at = text.find(quoted); at != std::string_view::npos; at = text.find(quoted, at + 1)) {
+    const std::size_t next = text.find_first_not_of(" \t\r\n", at + quoted.size());
+    if (next != std::string_view::npos && text[next] == ':') return PlaceText(text, at);
+  }
+  return "";
+}
+
+// Raises CommandError. What was read last is left out of the reason, as it may be a password.
+Json ParseConfig(const std::string& text, const std::string& where) {
+  try {
+    Json config = Json::parse(text);
+    if (!config.is_object()) throw CommandError(where + " must be one JSON object of settings");
+    return config;
+  } catch (const Json::parse_error& error) {
+    std::string reason = error.what();
+    const std::size_t dash = reason.find(" - ");
+    reason = dash == std::string::npos ? "it is no JSON" : reason.substr(dash + 3);
+    reason.resize(std::min(reason.size(), reason.find("; last read")));
+    const std::size_t at = error.byte == 0 ? 0 : error.byte - 1;
+    throw CommandError(where + PlaceText(text, std::min(at, text.size())) +
+                       ", must be one JSON object of settings: " + reason);
+  }
+}
+
+std::vector<std::string> VariableNames() {
+  std::vector<std::string> names;
+  for (const SettingEntry& entry : kEntries) names.emplace_back(entry.variable);
+  return names;
+}
+
 QueryServer ServerFrom(const std::string& entry) {
   std::vector<std::string> fields = SplitText(entry, ",");
   if (fields.size() > 4 && !IsEncoded(fields[4])) {
@@ -76,7 +119,9 @@ QueryServer ServerFrom(const std::string& entry) {
                        "\" is not encoded: encode it with the method \"Encode\" of oxaqry session");
   }
   const std::int32_t port = fields.size() < 2 ? 0 : ParseNumber(fields[1]).value_or(0);
-  if (!fields[0].empty() && port >= 1 && port <= 65535) return {fields[0], port, entry};
+  if (!fields[0].empty() && port >= 1 && port <= 65535) {
+    return {fields[0], port, entry, fields.size() > 3 && !fields[3].empty()};
+  }
   // Not the entry itself, which may hold a password.
   throw CommandError("the query server \"" + ToUtf8(fields[0]) +
                      "\" needs a port from 1 to 65535: write \"host,port\", and \"|\" between servers");
@@ -94,15 +139,16 @@ Settings::Settings() {
 void Settings::ReadConfig(const std::string& path) {
   const std::string text = ReadSmallFile(path, "configuration file");
   const std::string where = "the configuration file \"" + path + "\"";
-  const Json config = Json::parse(text, nullptr, false);
-  if (!config.is_object()) throw CommandError(where + " must be one JSON object of settings");
+  const Json config = ParseConfig(text, where);
   for (const auto& member : config.items()) {
     const auto* const entry = std::ranges::find(kEntries, member.key(), &SettingEntry::variable);
     if (entry == kEntries.end()) {
-      throw CommandError(where + " holds the unknown setting \"" + member.key() +
-                         "\": use RemoteHosts and the names that \"oxaqry methods\" lists as public variables");
+      const std::string hint = DidYouMean(member.key(), VariableNames());
+      throw CommandError(
+          where + PlaceOf(member.key(), text) + ", holds the unknown setting \"" + member.key() + "\"" +
+          (hint.empty() ? ": use RemoteHosts and the names that \"oxaqry methods\" lists as public variables" : hint));
     }
-    const std::string source = "\"" + member.key() + "\" in " + where;
+    const std::string source = "\"" + member.key() + "\" in " + where + PlaceOf(member.key(), text);
     const Json& value = member.value();
     const VariableEntry* const variable = FindVariable(member.key());
     const bool isNumber = variable != nullptr && variable->type == Variant::Type::Long;
@@ -140,6 +186,12 @@ std::vector<QueryServer> Settings::Servers() const {
   }
   std::vector<QueryServer> servers;
   for (const std::string& entry : SplitText(list, "|")) servers.push_back(ServerFrom(entry));
+  const std::string user = Text("strTELOUser");
+  if (!user.empty() && Value("strTELOPwd").IsEmpty() && !std::ranges::all_of(servers, &QueryServer::hasAccount)) {
+    throw CommandError("the archive account \"" + ToUtf8(user) +
+                       "\" has no password: give --password-file, --password-stdin, OXAQRY_PASSWORD, or strTELOPwd in "
+                       "the configuration file, \"\" for an empty one");
+  }
   return servers;
 }
 

@@ -31,7 +31,8 @@ std::span<const SettingEntry> SettingEntries();
 struct QueryServer {
   std::string host;
   std::int32_t port = 0;
-  std::string entry;  // its text in the list
+  std::string entry;        // its text in the list
+  bool hasAccount = false;  // names a user of its own
 };
 
 class Settings {
@@ -52,7 +53,8 @@ class Settings {
   // A text setting; "" when it was never given.
   std::string Text(std::string_view variable) const;
 
-  // The query servers, as one text and as a list. Both raise CommandError when none is set or an entry is malformed.
+  // The query servers, as one text and as a list. Both raise CommandError when none is set, an entry is malformed, or a
+  // user is set without a password.
   std::string ServerList() const;
   std::vector<QueryServer> Servers() const;
 

@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "tools/oxaqry/cli/run_environment.h"
+#include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/cli/wide_text.h"
 
 namespace oxaqrycln::oxaqry {
@@ -27,6 +28,12 @@ bool IsTerminal(DWORD stream) noexcept {
 Terminals StandardTerminals() noexcept {
   return {
       .in = IsTerminal(STD_INPUT_HANDLE), .out = IsTerminal(STD_OUTPUT_HANDLE), .err = IsTerminal(STD_ERROR_HANDLE)};
+}
+
+std::size_t TerminalColumns(const Output& output) noexcept {
+  CONSOLE_SCREEN_BUFFER_INFO screen{};
+  if (!output.terminals.out || GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &screen) == 0) return 0;
+  return static_cast<std::size_t>(screen.srWindow.Right - screen.srWindow.Left + 1);
 }
 
 void PrepareStandardStreams() {

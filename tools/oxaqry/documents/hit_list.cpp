@@ -106,10 +106,18 @@ void AddSearchArguments(CLI::App& command, SearchRequest& request) {
 
 HitList RunQuery(ArchiveQuery& archive, const SearchRequest& request) {
   HitList list;
-  list.rowCount = archive.Count(archive->TELOQueryArchiveInit(
+  const Variant result = archive->TELOQueryArchiveInit(
       FieldFromUtf8(request.query), request.maxLines, request.maxHits, FieldFromUtf8(request.format),
       FieldFromUtf8(request.rights), FieldFromUtf8(request.layoutFieldId), FieldFromUtf8(request.layoutId),
-      &list.layoutKeys, &list.layoutValues, &list.totalHits, &list.isMultiTiff, archive.status()));
+      &list.layoutKeys, &list.layoutValues, &list.totalHits, &list.isMultiTiff, archive.status());
+  try {
+    list.rowCount = archive.Count(result);
+  } catch (const CommandError& error) {
+    // Query servers word it differently, but name the limit.
+    const bool isLimit = archive.LastRequest().result == RequestResult::Refused && request.maxHits > 0 &&
+                         std::string_view(error.what()).find(std::to_string(request.maxHits)) != std::string_view::npos;
+    throw CommandError(error.what() + std::string(isLimit ? " (--query-max sets the largest number of hits)" : ""));
+  }
   if (!request.sort || list.rowCount == 0) return list;
   list.titles = SplitColumns(archive->TELOSortHitlistNext());
   SortHits(archive, *request.sort, list);

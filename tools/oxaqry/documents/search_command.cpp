@@ -45,7 +45,7 @@ Json JsonHits(const std::vector<Row>& rows) {
   return hits;
 }
 
-void PrintRows(const std::vector<Row>& rows, std::ostream& out) {
+void PrintRows(const std::vector<Row>& rows, const Output& output) {
   const auto cells = [](const Row& row) {
     std::vector<std::string> all = Cells(row.name);
     for (std::string& cell : Cells(row.columns)) all.push_back(std::move(cell));
@@ -56,7 +56,7 @@ void PrintRows(const std::vector<Row>& rows, std::ostream& out) {
   titles[3] = "Version";
   Table table(std::move(titles));
   for (std::size_t i = 1; i < rows.size(); ++i) table.Add(cells(rows[i]));
-  out << table.Text() << '\n';
+  output.out << table.Text(TerminalColumns(output)) << '\n';
 }
 
 int Search(const Settings& settings, const SearchRequest& request, const Output& output) {
@@ -69,7 +69,7 @@ int Search(const Settings& settings, const SearchRequest& request, const Output&
                       {"layoutValues", ToUtf8(list.layoutValues.ToText())},
                       {"columns", rows.empty() ? Json::array() : JsonList(rows.front().columns)},
                       {"hits", output.json ? JsonHits(rows) : Json()}};
-  if (!output.json && !rows.empty()) PrintRows(rows, output.out);
+  if (!output.json && !rows.empty()) PrintRows(rows, output);
   return PrintResult(output, document,
                      "Showing " + std::to_string(std::max(list.rowCount - 1, 0)) + " of " +
                          Printable(list.totalHits.ToText()) + " hits");

@@ -151,7 +151,8 @@ Table InformationTable(const Document& document) {
   return table;
 }
 
-void PrintSegments(const std::vector<Segment>& segments, std::ostream& out) {
+void PrintSegments(const std::vector<Segment>& segments, const Output& output) {
+  std::ostream& out = output.out;
   Table table({"#", "ID", "Name", "Title", "Type", "Ext", "File", "Text", "Content", "Hits"});
   for (const auto& [values, text] : segments) {
     std::vector<std::string> texts;
@@ -161,7 +162,7 @@ void PrintSegments(const std::vector<Segment>& segments, std::ostream& out) {
     }
     table.Add(Cells(texts));
   }
-  out << '\n' << table.Text();
+  out << '\n' << table.Text(TerminalColumns(output));
   for (const auto& [values, text] : segments) {
     if (text.empty()) continue;
     out << "\n--- Segment " << values[kIndex].ToText() << ": " << Printable(values[kName].ToText()) << " ---\n"
@@ -182,9 +183,9 @@ int Show(const Settings& settings, const ShowRequest& request, const Output& out
     const std::string version = document.segments.front().values[kVersion].ToText();
     if (IsPrintable(version)) document.name.version = ToUtf8(version);
   }
-  PrintResult(output, JsonOf(document), InformationTable(document).Text());
+  PrintResult(output, JsonOf(document), InformationTable(document).Text(TerminalColumns(output)));
   if (output.json) return 0;
-  PrintSegments(document.segments, output.out);
+  PrintSegments(document.segments, output);
   PrintNotes(document.notes, output.out);
   return 0;
 }

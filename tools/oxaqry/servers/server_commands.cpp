@@ -85,7 +85,7 @@ int Servers(const Settings& settings, const Output& output) {
     table.Add({std::to_string(i + 1), Printable(servers[i].host), std::to_string(servers[i].port),
                check.answered ? "answers" : "error", std::to_string(milliseconds) + " ms", Printable(check.answer)});
   }
-  PrintResult(output, {{"servers", std::move(list)}}, table.Text());
+  PrintResult(output, {{"servers", std::move(list)}}, table.Text(TerminalColumns(output)));
   if (failed == 0) return 0;
   throw CommandError(
       std::to_string(failed) + " of " + std::to_string(servers.size()) +

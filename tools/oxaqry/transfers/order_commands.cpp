@@ -55,7 +55,7 @@ int ListOrders(const Settings& settings, const ListRequest& request, const Outpu
                     {"version", ToUtf8(order[3])},
                     {"columns", JsonList({order.begin() + 4, order.end()})}});
   }
-  return PrintResult(output, {{"orders", std::move(list)}}, table.Text());
+  return PrintResult(output, {{"orders", std::move(list)}}, table.Text(TerminalColumns(output)));
 }
 
 struct SetRequest {

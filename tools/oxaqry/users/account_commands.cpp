@@ -50,16 +50,15 @@ std::int32_t CreateUser(UserDatabase& database, const AddRequest& request, const
 }
 
 int AddUser(UserDatabase& database, const AddRequest& request, const Output& output) {
-  const auto kindOf = [](bool isGroup) { return std::string(isGroup ? "group" : "user"); };
   const std::vector<WebUser> known = database.UsersNamed(request.name);
   if (!known.empty() && !request.mayDuplicate) {
-    throw CommandError("there already is a " + kindOf(known.front().IsGroup()) + " \"" + request.name +
+    throw CommandError("there already is a " + std::string(known.front().Kind()) + " \"" + request.name +
                        "\": --duplicate adds another one of that name");
   }
   const std::string failure = "\"" + request.name + "\" cannot be created";
   const std::int32_t id = request.isGroup ? CreateGroup(database, database.Name(request.name, "the name"), failure)
                                           : CreateUser(database, request, failure, output);
-  const std::string kind = kindOf(request.isGroup);
+  const std::string kind = request.isGroup ? "group" : "user";
   return PrintResult(output, {{"userId", id}, {"name", request.name}, {"kind", kind}},
                      "Added the " + kind + " " + request.name + " with ID " + std::to_string(id));
 }
@@ -76,7 +75,9 @@ int SetPassword(UserDatabase& database, const PasswordRequest& request, const Ou
   const std::string password = AskNewPassword(query, request.passwords, "password", output);
   const Variant encoded = database.Checked(query.Encode(password), "the password cannot be encoded");
   database.Execute("UPDATE Users SET Passwd=? WHERE UserID=?", {encoded, user.id});
-  return PrintResult(output, JsonOf(user), "Changed the password of " + Printable(user.name));
+  return PrintResult(
+      output, JsonOf(user),
+      "Changed the password of " + Printable(user.name) + (user.IsDisabled() ? ", which enables it" : ""));
 }
 
 int CheckPassword(UserDatabase& database, const PasswordRequest& request, const Output& output) {
@@ -92,6 +93,9 @@ int CheckPassword(UserDatabase& database, const PasswordRequest& request, const 
 
 int SetMustChange(UserDatabase& database, const MustChangeRequest& request, const Output& output) {
   const WebUser user = database.User(request.user);
+  if (user.IsGroup() && !user.hasPassword) {
+    throw CommandError("\"" + request.user.name + "\" is a group, which has no password");
+  }
   const bool mustChange = request.state == "on";
   database.Checked(database.query().SetUserChangePasswd(user.id, mustChange), "the flag cannot be changed");
   Json json = JsonOf(user);
@@ -119,7 +123,7 @@ void AddAccountCommands(CommandParser& parser, CLI::App& parent) {
                command.add_flag("--duplicate", request.mayDuplicate, "add the user even when the name exists");
                AddPasswordSource(command, request.passwords);
              });
-  AddCommand(parser, parent, "passwd", "give a user a new password",
+  AddCommand(parser, parent, "passwd", "give a user a new password, which also enables a disabled one",
              "Examples:\n  oxaqry user passwd anna --config web.json\n"
              "  oxaqry user passwd anna --id 7 --password-stdin --config web.json < new-password",
              SetPassword, [](CLI::App& command, PasswordRequest& request) {

@@ -17,6 +17,8 @@ void AddUserCommands(CommandParser& parser) {
   AddInit(parser, *user);
   AddImport(parser, *user);
   AddAccountCommands(parser, *user);
+  AddMaintenanceCommands(parser, *user);
+  AddExport(parser, *user);
   AddListCommands(parser, *user);
   AddDefinitionCommands(parser, *user);
   AddGrantCommands(parser, *user);
@@ -26,7 +28,9 @@ void AddUserCommands(CommandParser& parser) {
 
 void AddUserName(CLI::App& command, UserName& user) {
   command.add_option("NAME", user.name, "the user's or group's name")->required();
-  command.add_option("--id", user.id, "the ID of the user, where several have that name")->type_name("N");
+  command.add_option("--id", user.id, "the ID of the user, where several have that name")
+      ->check(WholeNumber())
+      ->type_name("N");
 }
 
 void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, std::size_t most, const char* message) {
@@ -39,14 +43,16 @@ void RequireOptions(CLI::App& command, std::vector<const CLI::Option*> options, 
 
 CLI::Validator WholeNumber() {
   return {[](const std::string& text) {
-            return ParseInteger(text) ? "" : "\"" + text + "\" is not a whole number of 32 bits";
+            const auto number = ParseInteger(text);
+            const bool isPlain = number && std::to_string(*number) == text;  // the parser takes "010" for 8
+            return isPlain ? "" : "\"" + text + "\" is not a whole number of 32 bits";
           },
           ""};
 }
 
 Json JsonOf(const WebUser& user) { return {{"userId", user.id}, {"name", ToUtf8(user.name)}}; }
 
-std::string TableText(const Json& rows, const std::vector<Column>& columns) {
+std::string TableText(const Output& output, const Json& rows, const std::vector<Column>& columns) {
   std::vector<std::string> titles;
   for (const Column& column : columns) titles.emplace_back(column.title);
   Table table(std::move(titles));
@@ -55,7 +61,7 @@ std::string TableText(const Json& rows, const std::vector<Column>& columns) {
     for (const Column& column : columns) cells.push_back(ReadableText(row.value(column.member, Json())));
     table.Add(std::move(cells));
   }
-  return table.Text();
+  return table.Text(TerminalColumns(output));
 }
 
 std::string ReadableText(const Json& value) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,8 @@ namespace oxaqrycln::oxaqry {
 void AddInit(CommandParser& parser, CLI::App& parent);
 void AddImport(CommandParser& parser, CLI::App& parent);
 void AddAccountCommands(CommandParser& parser, CLI::App& parent);
+void AddMaintenanceCommands(CommandParser& parser, CLI::App& parent);
+void AddExport(CommandParser& parser, CLI::App& parent);
 void AddListCommands(CommandParser& parser, CLI::App& parent);
 void AddDefinitionCommands(CommandParser& parser, CLI::App& parent);
 void AddGrantCommands(CommandParser& parser, CLI::App& parent);
@@ -51,14 +54,18 @@ CLI::Validator WholeNumber();
 // {"userId":ID,"name":NAME}
 Json JsonOf(const WebUser& user);
 
+// By the ID in one column of the memberships, "UserID" or "GroupID": the names of the users whose IDs are in the other
+// column.
+std::map<std::int32_t, Json> LinkedNames(UserDatabase& database, const std::string& from, const std::string& to);
+
 // A column of a table: its title and the member of each row that it shows.
 struct Column {
   const char* title;
   const char* member;
 };
 
-// A table of rows, which are JSON objects.
-std::string TableText(const Json& rows, const std::vector<Column>& columns);
+// A table of rows, which are JSON objects, for the output.
+std::string TableText(const Output& output, const Json& rows, const std::vector<Column>& columns);
 // A value for people: no control characters, "yes" and "no", the elements of an array with commas between them.
 std::string ReadableText(const Json& value);
 

@@ -64,6 +64,13 @@ class CsvReader {
 
 }  // namespace
 
+std::string CsvField(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string field = "\"";
+  for (const char character : text) field.append(character == '"' ? 2 : 1, character);
+  return field + '"';
+}
+
 std::vector<CsvRecord> ParseCsv(std::string_view text) {
   std::vector<CsvRecord> records;
   for (CsvReader reader(text); !reader.AtEnd();) {

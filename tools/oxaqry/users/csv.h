@@ -14,6 +14,9 @@ struct CsvRecord {
   std::vector<std::string> fields;
 };
 
+// A field with quotes where it needs them.
+std::string CsvField(const std::string& text);
+
 // Lines end with LF or CR LF; empty ones are left out, as is a byte order mark. Raises CommandError, which names the
 // line, for a quote in the wrong place or without an end.
 std::vector<CsvRecord> ParseCsv(std::string_view text);

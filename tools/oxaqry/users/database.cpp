@@ -30,14 +30,15 @@ Variant Readable(const Recordset& rows, std::int32_t column) {
     return rows.Field(column);
   } catch (const RuntimeError& why) {
     if (why.number() != error::kTypeMismatch) throw;
-    return "(not in Windows-1252)";
+    return kUnreadable;
   }
 }
 
 }  // namespace
 
 UserDatabase::UserDatabase(const Settings& settings)
-    : query_(settings.MakeQuery()),
+    : settings_(settings),
+      query_(settings.MakeQuery()),
       connection_(std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"))),
       watch_(*query_) {
   const std::string connectionString = settings.Text("strDBConnect");
@@ -107,16 +108,24 @@ void UserDatabase::RequireTables() {
   }
 }
 
-std::vector<WebUser> UserDatabase::UsersNamed(const std::string& name) {
+std::vector<WebUser> UserDatabase::UsersWhere(const std::string& condition, const Values& values) {
   std::vector<WebUser> users;
-  for (const Row& row : Rows(4,
+  for (const Row& row : Rows(5,
                              "SELECT UserID, UserName, CASE WHEN Passwd IS NULL THEN 0 ELSE 1 END, CASE WHEN UserID IN "
-                             "(SELECT GroupID FROM UserGroups) THEN 1 ELSE 0 END FROM Users WHERE UserName=? "
-                             "ORDER BY UserID",
-                             {Name(name, "the name")})) {
-    users.push_back({row[0].ToLong(), row[1].ToText(), row[2].ToLong() != 0, row[3].ToLong() != 0});
+                             "(SELECT GroupID FROM UserGroups) THEN 1 ELSE 0 END, CASE WHEN ChangePasswd IS NULL THEN "
+                             "0 ELSE 1 END FROM Users " +
+                                 condition + " ORDER BY UserID",
+                             values)) {
+    users.push_back(
+        {row[0].ToLong(), row[1].ToText(), row[2].ToLong() != 0, row[3].ToLong() != 0, row[4].ToLong() != 0});
   }
   return users;
+}
+
+std::vector<WebUser> UserDatabase::Users() { return UsersWhere("", {}); }
+
+std::vector<WebUser> UserDatabase::UsersNamed(const std::string& name) {
+  return UsersWhere("WHERE UserName=?", {Name(name, "the name")});
 }
 
 WebUser UserDatabase::User(const UserName& user) {

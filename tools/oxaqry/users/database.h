@@ -29,9 +29,15 @@ struct WebUser {
   std::string name;
   bool hasPassword = false;
   bool hasMembers = false;
-  // A new group has no members yet; it is recognised by the missing password.
-  bool IsGroup() const noexcept { return hasMembers || !hasPassword; }
+  bool hasFlag = false;  // ChangePasswd is not Null: must or need not change the password
+  // Neither a new group, which has no members yet, nor a disabled user has a password. Only users have the flag.
+  bool IsGroup() const noexcept { return hasMembers || (!hasPassword && !hasFlag); }
+  bool IsDisabled() const noexcept { return !hasPassword && !IsGroup(); }
+  const char* Kind() const noexcept { return IsGroup() ? "group" : "user"; }
 };
+
+// What a statement returns for a text with characters outside the code page.
+inline constexpr const char* kUnreadable = "(not in Windows-1252)";
 
 class UserDatabase {
  public:
@@ -44,6 +50,8 @@ class UserDatabase {
   UserDatabase(const UserDatabase&) = delete;
   UserDatabase& operator=(const UserDatabase&) = delete;
 
+  // Those of the constructor, which live as long as the caller keeps them.
+  const Settings& settings() const noexcept { return settings_; }
   // The component, initialised. Its methods use the connection of the statements.
   clsQuery& query() { return *query_; }
   // The result of the method of the component that was just called. Raises CommandError when the method failed: it
@@ -60,11 +68,12 @@ class UserDatabase {
   // Raises CommandError unless the table Users can be read.
   void RequireTables();
 
-  // All users of a name, which is UTF-8, by ID.
+  // All users and groups by ID, and those of a name, which is UTF-8.
+  std::vector<WebUser> Users();
   std::vector<WebUser> UsersNamed(const std::string& name);
   // The one that is meant; raises CommandError when there is none or more than one.
   WebUser User(const UserName& user);
-  // The same for a group; a user with a password and without members is none.
+  // The same for a group.
   WebUser Group(const std::string& name);
 
   // Text from outside for this database, from UTF-8. Both raise CommandError, which says what the text is for.
@@ -74,9 +83,11 @@ class UserDatabase {
   std::string Entry(const std::string& utf8, const std::string& what) const;
 
  private:
+  std::vector<WebUser> UsersWhere(const std::string& condition, const Values& values);
   std::string Literal(const std::string& text, const std::string& what) const;
   std::string Fill(std::string_view statement, const Values& values) const;
 
+  const Settings& settings_;
   const std::unique_ptr<clsQuery> query_;
   const std::shared_ptr<Connection> connection_;
   QueryWatch watch_;

@@ -42,11 +42,12 @@ int ShowDocumentRights(UserDatabase& database, const DefinitionRequest& request,
   Json json = key.ToJson();
   json["conditions"] = LineObjects(lines.ToText(), 2, {"definition", "field", "operator", "value", "type"});
   return PrintResult(output, json,
-                     TableText(json["conditions"], {{"Definition", "definition"},
-                                                    {"Field", "field"},
-                                                    {"Operator", "operator"},
-                                                    {"Value", "value"},
-                                                    {"Type", "type"}}));
+                     TableText(output, json["conditions"],
+                               {{"Definition", "definition"},
+                                {"Field", "field"},
+                                {"Operator", "operator"},
+                                {"Value", "value"},
+                                {"Type", "type"}}));
 }
 
 int ShowSearchRights(UserDatabase& database, const DefinitionRequest& request, const Output& output) {
@@ -68,7 +69,7 @@ int ShowSearchRights(UserDatabase& database, const DefinitionRequest& request, c
   }
   for (const Json& field : json["hiddenFields"]) rows.push_back({{"kind", "hidden"}, {"field", field}});
   for (const Json& field : json["noMatchcodeFields"]) rows.push_back({{"kind", "no matchcode"}, {"field", field}});
-  return PrintResult(output, json, TableText(rows, {{"Kind", "kind"}, {"Field", "field"}, {"Value", "value"}}));
+  return PrintResult(output, json, TableText(output, rows, {{"Kind", "kind"}, {"Field", "field"}, {"Value", "value"}}));
 }
 
 }  // namespace

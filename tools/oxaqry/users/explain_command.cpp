@@ -77,7 +77,7 @@ Json SumOf(const Json& sources) {
   return sum;
 }
 
-std::string SourceTable(const Json& sources, const Json& sum) {
+std::string SourceTable(const Output& output, const Json& sources, const Json& sum) {
   std::vector<Column> columns{{"From", "from"}, {"ID", "userId"}};
   if (!sum.empty()) columns.insert(columns.end(), {{"New", "new"}, {"Edit", "edit"}, {"Delete", "delete"}});
   Json rows = Json::array();
@@ -91,7 +91,7 @@ std::string SourceTable(const Json& sources, const Json& sum) {
     rows.push_back(sum);
     rows.back()["from"] = "sum, allowed above 0";
   }
-  return TableText(rows, columns);
+  return TableText(output, rows, columns);
 }
 
 int Explain(UserDatabase& database, const ExplainRequest& request, const Output& output) {
@@ -112,7 +112,7 @@ int Explain(UserDatabase& database, const ExplainRequest& request, const Output&
   json["sources"] = sources;
   std::string text =
       Printable(user.name) + (isHeld ? " has " : " does not have ") + kind.words + Printable(value.ToText()) + "\n";
-  if (!sources.empty()) text += SourceTable(sources, sum);
+  if (!sources.empty()) text += SourceTable(output, sources, sum);
   PrintResult(output, json, text);
   return isHeld ? 0 : 1;
 }

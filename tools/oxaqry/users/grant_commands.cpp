@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "tools/oxaqry/users/archive_names.h"
 #include "tools/oxaqry/users/commands.h"
 #include "values/code_page.h"
 
@@ -104,9 +105,10 @@ class Changes {
     database_.Execute(statement, {wanted[0], wanted[1], wanted[2], user_.id, archive});
   }
 
-  int PrintTo(const Output& output) const {
+  int PrintTo(const Output& output, const std::vector<std::string>& warnings) const {
     Json json = JsonOf(user_);
     json["changes"] = changes_;
+    for (const std::string& warning : warnings) Warn(output, warning);
     return PrintResult(output, json, text_);
   }
 
@@ -130,6 +132,14 @@ class Changes {
   Json changes_ = Json::array();
 };
 
+// A right in an archive that does not exist would go unnoticed.
+std::vector<std::string> WarningsOf(const UserDatabase& database, const GrantRequest& request, const Output& output) {
+  if (!request.isGrant) return {};
+  std::vector<std::string> archives = request.archives;
+  for (const EditGrant& grant : request.edits) archives.push_back(grant.archive);
+  return UnknownNameWarnings(database.settings(), request.channels, archives, output);
+}
+
 // Makes all of the changes or none.
 int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Output& output) {
   Changes changes(database, request);
@@ -151,7 +161,7 @@ int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Outp
   }
   for (const std::string& name : request.groups) changes.ChangeMembership(name);
   transaction.Commit();
-  return changes.PrintTo(output);
+  return changes.PrintTo(output, WarningsOf(database, request, output));
 }
 
 void AddGrants(CLI::App& command, GrantRequest& request) {

@@ -1,7 +1,10 @@
 // The command "user init".
+#include <filesystem>
+
 #include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
 #include "tools/oxaqry/users/schema.h"
+#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -31,6 +34,24 @@ std::vector<std::string> Tables(const std::vector<std::string>& statements) {
   return tables;
 }
 
+// The file of the database where it is one of SQLite; other databases do not know the statement.
+std::optional<std::string> FileOf(UserDatabase& database) {
+  try {
+    const auto rows = database.Rows(3, "PRAGMA database_list");
+    if (!rows.empty() && !rows[0][2].ToText().empty()) return ToUtf8(rows[0][2].ToText());
+  } catch (const CommandError&) {
+  }
+  return std::nullopt;
+}
+
+// The driver makes a new file readable for everybody whom the process's mask allows.
+void RestrictToOwner(const std::string& path, const Output& output) {
+  std::error_code failed;
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, failed);
+  if (!failed) return;
+  Warn(output, "other users of the machine may be able to read \"" + path + "\": " + failed.message());
+}
+
 int InitUsers(const Settings& settings, bool withSample, const Output& output) {
   UserDatabase database(settings);
   const std::vector<std::string> statements = Statements(kUserSchema);
@@ -41,6 +62,7 @@ int InitUsers(const Settings& settings, bool withSample, const Output& output) {
       throw CommandError("the database already has a table \"" + table + "\": nothing was changed");
     }
   }
+  if (const auto file = FileOf(database)) RestrictToOwner(*file, output);
   UserTransaction transaction(database);
   for (const std::string& statement : statements) database.Execute(statement);
   for (const std::string& statement : sample) database.Execute(statement);

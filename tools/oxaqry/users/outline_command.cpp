@@ -64,7 +64,7 @@ int ListOutliners(UserDatabase& database, const std::vector<std::string>& archiv
   database.Checked(database.query().GetOutliner(channelName, archiveName, &lines), "the outliners cannot be read");
   const Json outliners = LineObjects(lines.ToText(), 1, {"id", "name"});
   return PrintResult(output, {{"channel", archive[0]}, {"archive", archive[1]}, {"outliners", outliners}},
-                     TableText(outliners, {{"ID", "id"}, {"Outliner", "name"}}));
+                     TableText(output, outliners, {{"ID", "id"}, {"Outliner", "name"}}));
 }
 
 int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t depth, const Output& output) {
@@ -76,12 +76,13 @@ int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t dep
   Json rows = Json::array();
   AddRows(nodes, 0, rows);
   return PrintResult(output, {{"outliner", outliner}, {"nodes", nodes}},
-                     TableText(rows, {{"ID", "id"},
-                                      {"Node", "content"},
-                                      {"Description", "description"},
-                                      {"Field", "field"},
-                                      {"Expanded", "expanded"},
-                                      {"Children", "childCount"}}));
+                     TableText(output, rows,
+                               {{"ID", "id"},
+                                {"Node", "content"},
+                                {"Description", "description"},
+                                {"Field", "field"},
+                                {"Expanded", "expanded"},
+                                {"Children", "childCount"}}));
 }
 
 int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) {

@@ -112,10 +112,12 @@ TEST_P(UserAccountCommands, ListUsersAndGroupsSeparately) {
   database.Must({"grant", "bert", "--group", "Sales"});
   EXPECT_EQ(JsonOf(database.User({"list", "--json"})),
             Json::parse(R"([{"userId":1,"name":"bert","archiveUser":"WEB","mustChangePassword":false,
-                             "groups":["Sales"]}])"));
+                             "disabled":false,"groups":["Sales"]}])"));
   EXPECT_EQ(JsonOf(database.User({"list", "--groups", "--json"})),
             Json::parse(R"([{"userId":2,"name":"Sales","members":["bert"]}])"));
   EXPECT_THAT(database.User({"list"}).out, AllOf(HasSubstr("bert"), HasSubstr("WEB"), Not(HasSubstr("2   Sales"))));
+  EXPECT_EQ(JsonOf(database.User({"list", "bert", "--json"})).size(), 1U);
+  ExpectError(database.User({"list", "Sales"}), 1, "no user \"Sales\"; it is a group: --groups");
   EXPECT_EQ(database.User({"groups", "bert"}).out, "Sales\n");
   const std::string character = GetParam() == Kind::Sqlite ? "CHAR(321)" : "CHR(321)";  // beyond Windows-1252
   database.Run("INSERT INTO Users(UserID,UserName,Passwd) VALUES(3," + character + ",'x')");
@@ -158,6 +160,8 @@ TEST_P(UserAccountCommands, RefuseUnsuitableTextsAndWrongUsageBeforeAnyChange) {
            Case{2, {"grant", "anna"}, "--right"},
            Case{2, {"grant", "anna", "--right", "1 OR 1=1"}, "whole number"},
            Case{2, {"grant", "anna", "--right", "2147483648"}, "--right"},
+           Case{2, {"grant", "anna", "--right", "010"}, "whole number"},
+           Case{2, {"rights", "anna", "--id", "x"}, "--id: \"x\" is not a whole number"},
            Case{2, {"grant", "anna", "--edit", "A="}, "ARCHIVE=LETTERS"},
            Case{2, {"revoke", "anna", "--edit", "A=NX"}, "\"NX\""},
            Case{2, {"explain", "anna"}, "give one right"},

@@ -16,7 +16,13 @@ class UserTestDatabase : public TestDatabase {
   using TestDatabase::TestDatabase;
 
   ToolRun Command(const std::vector<std::string>& arguments, const std::string& input = "") const {
-    return RunOxaqry(arguments, {{"OXAQRY_DATABASE", connectionString()}}, input);
+    return With({}, arguments, input);
+  }
+  // With further environment variables.
+  ToolRun With(std::map<std::string, std::string> environment, const std::vector<std::string>& arguments,
+               const std::string& input = "", Terminals terminals = {}) const {
+    environment.emplace("OXAQRY_DATABASE", connectionString());
+    return RunOxaqry(arguments, environment, input, terminals);
   }
   ToolRun User(const std::vector<std::string>& arguments, const std::string& input = "") const {
     return Command(Joined({"user"}, arguments), input);

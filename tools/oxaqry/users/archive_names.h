@@ -1,0 +1,20 @@
+// archive_names.h - whether the query servers have the channels and archives that rights are granted for.
+#ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_ARCHIVE_NAMES_H_
+#define OXAQRYCLN_TOOLS_OXAQRY_USERS_ARCHIVE_NAMES_H_
+
+#include <string>
+#include <vector>
+
+#include "tools/oxaqry/cli/run_environment.h"
+#include "tools/oxaqry/cli/settings.h"
+
+namespace oxaqrycln::oxaqry {
+
+// A warning for each name, UTF-8, that the first query server to answer does not list, or one that says why no server
+// answered within 5 seconds. None without query servers in the settings.
+std::vector<std::string> UnknownNameWarnings(const Settings& settings, const std::vector<std::string>& channels,
+                                             const std::vector<std::string>& archives, const Output& output);
+
+}  // namespace oxaqrycln::oxaqry
+
+#endif  // OXAQRYCLN_TOOLS_OXAQRY_USERS_ARCHIVE_NAMES_H_
