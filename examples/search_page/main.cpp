@@ -1,6 +1,7 @@
 // A whole page as a CGI program: log on, search what the user may see, hit list, document with the hits marked.
-// The environment gives what the web server does not: OXAQRY_REMOTE_HOSTS, OXAQRY_USER, OXAQRY_PASSWORD, OXAQRY_DATABASE
-// (users as "oxaqry user" makes them), and PAGE_SESSIONS, a directory that only the web server may read.
+// The environment gives what the web server does not: OXAQRY_REMOTE_HOSTS, OXAQRY_USER, OXAQRY_PASSWORD,
+// OXAQRY_DATABASE (users as "oxaqry user" makes them), and PAGE_SESSIONS, a directory that only the web server may
+// read.
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -36,13 +37,26 @@ std::string H(std::string_view text) {
   std::string html;
   for (const char each : text) {
     switch (each) {
-      case '&': html += "&amp;"; break;
-      case '<': html += "&lt;"; break;
-      case '>': html += "&gt;"; break;
-      case '"': html += "&quot;"; break;
-      case '\'': html += "&#39;"; break;
-      case '\n': html += "<br>"; break;
-      default: html += each;
+      case '&':
+        html += "&amp;";
+        break;
+      case '<':
+        html += "&lt;";
+        break;
+      case '>':
+        html += "&gt;";
+        break;
+      case '"':
+        html += "&quot;";
+        break;
+      case '\'':
+        html += "&#39;";
+        break;
+      case '\n':
+        html += "<br>";
+        break;
+      default:
+        html += each;
     }
   }
   return html;
@@ -99,10 +113,11 @@ class Sessions {
   static std::int32_t User() {
     const Form cookies = ParseForm(Variable("HTTP_COOKIE"));
     const auto id = cookies.find("session");
-    const bool isPlain = id != cookies.end() && !id->second.empty() &&
-                         id->second.find_first_not_of("0123456789-") == std::string::npos;
+    const bool isPlain =
+        id != cookies.end() && !id->second.empty() && id->second.find_first_not_of("0123456789-") == std::string::npos;
     std::error_code missing;
-    if (!isPlain || fs::file_time_type::clock::now() - fs::last_write_time(File(id->second), missing) > kSessionTime) return 0;
+    if (!isPlain || fs::file_time_type::clock::now() - fs::last_write_time(File(id->second), missing) > kSessionTime)
+      return 0;
     std::int32_t user = 0;
     std::ifstream(File(id->second)) >> user;
     return user;
@@ -135,7 +150,8 @@ void ShowHits(Archive& archive, const std::string& rights, const std::string& qu
   for (const Hit& hit : hits) {
     const DocumentName& name = hit.document;
     const std::string address = "?channel=" + UrlText(name.channel) + "&archive=" + UrlText(name.archive) +
-                                "&id=" + UrlText(name.id) + "&version=" + UrlText(name.version) + "&q=" + UrlText(query);
+                                "&id=" + UrlText(name.id) + "&version=" + UrlText(name.version) +
+                                "&q=" + UrlText(query);
     std::cout << "<tr>";
     for (const std::string& value : hit.values) {
       std::cout << "<td><a href=\"" << H(address) << "\">" << H(value) << "</a>";
@@ -165,13 +181,14 @@ void Run() {
                     .database = Variable("OXAQRY_DATABASE")};
   Users users(settings);
   if (Variable("REQUEST_METHOD") == "POST") {
-    std::string body(std::min<std::size_t>(std::strtoul(Variable("CONTENT_LENGTH").c_str(), nullptr, 10), 10'000), '\0');
+    std::string body(std::min<std::size_t>(std::strtoul(Variable("CONTENT_LENGTH").c_str(), nullptr, 10), 10'000),
+                     '\0');
     std::cin.read(body.data(), static_cast<std::streamsize>(body.size()));
     Form form = ParseForm(body);
     const auto user = users.LogOn(form["user"], form["password"]);
     if (!user) return ShowLogOn("Name or password is wrong.");
-    std::cout << "Status: 303 See Other\r\nLocation: " << Variable("SCRIPT_NAME") << "\r\nSet-Cookie: session="
-              << Sessions::Start(*user) << "; HttpOnly; SameSite=Strict; Path=/\r\n\r\n";
+    std::cout << "Status: 303 See Other\r\nLocation: " << Variable("SCRIPT_NAME")
+              << "\r\nSet-Cookie: session=" << Sessions::Start(*user) << "; HttpOnly; SameSite=Strict; Path=/\r\n\r\n";
     return;
   }
   const std::int32_t user = Sessions::User();
