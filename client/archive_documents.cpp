@@ -324,9 +324,9 @@ void Archive::AddNote(const DocumentName& name, std::string_view text) {
   constexpr std::size_t kLongest = 8000;
   QueryAccess& query = *access_;
   const Key key(name);
-  const std::string note = RequestText(text, "the note");
+  const std::string note = WithNetworkLineEnds(RequestText(text, "the note"));
   if (note.size() > kLongest) throw BadArgument("a note has at most 8000 characters");
-  query.Count(query->TELOWriteNote(key.channel, key.archive, key.id, key.version, note, "\n", query.status()));
+  query.Count(query->TELOWriteNote(key.channel, key.archive, key.id, key.version, note, Missing, query.status()));
 }
 
 void Archive::DeleteNotes(const DocumentName& name) {

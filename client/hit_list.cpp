@@ -58,8 +58,8 @@ void HitList::Sort(std::size_t column, Order order) {
   for (std::size_t i = 0; i < hits_.size(); ++i) {
     const std::string line = sorter.TELOSortHitlist2Next();
     std::size_t from = hits_.size();
-    std::from_chars(line.data() + 1, line.data() + line.size(), from);
-    sorted.push_back(std::move(hits_.at(from)));
+    if (line.starts_with('^')) std::from_chars(line.data() + 1, line.data() + line.size(), from);
+    sorted.push_back(hits_.at(from));
   }
   hits_ = std::move(sorted);
 }

@@ -49,11 +49,12 @@ QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
   }
   query_.lngRequestTimeout = static_cast<std::int32_t>(settings.timeout.count());
   if (!settings.hosts.empty()) {
+    const bool isFirst = watch_.Servers().empty();
     query_.RemoteHosts(SettingText(settings.hosts, "the list of query servers"));
     if (watch_.LastError().number != 0) {
       throw BadArgument("the list of query servers is not valid: " + TextOfError(watch_.LastError()));
     }
-    CheckServers(settings.hosts);
+    if (!isFirst) CheckServers(settings.hosts);
     watch_.SetSickServers(SickServers::TriedLast);
   }
   const bool usesDatabase = !settings.database.empty();

@@ -49,4 +49,14 @@ std::string RequestText(std::string_view utf8, std::string_view what) {
   return *std::move(text);
 }
 
+std::string WithNetworkLineEnds(std::string_view text) {
+  std::string lines;
+  while (text.ends_with('\n') || text.ends_with('\r')) text.remove_suffix(1);
+  for (const char character : text) {
+    if (character == '\n' && !lines.ends_with('\r')) lines += '\r';
+    lines += character;
+  }
+  return lines;
+}
+
 }  // namespace oxaqrycln::client

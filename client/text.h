@@ -17,6 +17,9 @@ std::vector<std::string> Fields(std::string_view record);
 // of the request: it contains "^,^", or ends with "^,".
 std::string RequestText(std::string_view utf8, std::string_view what);
 
+// A text with its line ends as "\r\n", which a note has, and none behind the last line.
+std::string WithNetworkLineEnds(std::string_view text);
+
 }  // namespace oxaqrycln::client
 
 #endif  // OXAQRYCLN_CLIENT_TEXT_H_

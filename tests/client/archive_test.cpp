@@ -179,8 +179,8 @@ TEST(Archive, CreatesEditsAndDeletesAndLeavesNoImportFile) {
     ASSERT_NE(text, made.segments.end());
     EXPECT_THAT(text->text.text, HasSubstr("@FIELD,12"));
     EXPECT_THAT(text->text.text, HasSubstr("@end"));
-    archive.AddNote(name, "Bitte prüfen");
-    EXPECT_EQ(archive.Open(name).notes.at(0).text, "Bitte prüfen");
+    archive.AddNote(name, "Bitte prüfen,\ndann weiter");
+    EXPECT_EQ(archive.Open(name).notes.at(0).text, "Bitte prüfen,\ndann weiter");
     EXPECT_THAT(archive.Open(name).notes.at(0).header, HasSubstr("webuser,"));
     archive.DeleteNotes(name);
     EXPECT_THAT(archive.Notes(name), IsEmpty());

@@ -1,6 +1,7 @@
 // The commands "note add", "note list" and "note delete".
 #include <ostream>
 
+#include "client/text.h"
 #include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
@@ -18,17 +19,6 @@ struct NoteRequest {
   bool yes = false;  // delete without asking
 };
 
-// Every line end as CR LF, none behind the last line.
-std::string WithNetworkLineEnds(std::string_view text) {
-  std::string lines;
-  while (text.ends_with('\n') || text.ends_with('\r')) text.remove_suffix(1);
-  for (const char character : text) {
-    if (character == '\n' && !lines.ends_with('\r')) lines += '\r';
-    lines += character;
-  }
-  return lines;
-}
-
 void PrintDone(const Output& output, const DocumentName& document, const std::string& what) {
   PrintResult(output, {{"name", ToText(document)}, {"done", true}}, what + ToText(document));
 }
@@ -36,7 +26,7 @@ void PrintDone(const Output& output, const DocumentName& document, const std::st
 int AddNote(const Settings& settings, const NoteRequest& request, const Output& output) {
   const DocumentKey key(request.document);
   const std::string text = request.text == "-" ? ReadAll(request.text, output.in) : request.text;
-  const std::string note = WithNetworkLineEnds(FieldFromUtf8(text));
+  const std::string note = client::WithNetworkLineEnds(FieldFromUtf8(text));
   if (note.size() > kLongestNote) {
     throw CommandError("the note has " + std::to_string(note.size()) + " characters; a note holds 8000");
   }
