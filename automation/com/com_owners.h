@@ -1,4 +1,4 @@
-// com_owners.h - what holds a reference, a text or a value of automation, and releases it.
+// com_owners.h - what holds a reference, a value or the elements of an array of automation, and releases it.
 #ifndef OXAQRYCLN_AUTOMATION_COM_COM_OWNERS_H_
 #define OXAQRYCLN_AUTOMATION_COM_COM_OWNERS_H_
 
@@ -62,6 +62,23 @@ class OwnedVariant {
 
  private:
   VARIANT value_;
+};
+
+// The elements of an array, which stays locked meanwhile.
+class ArrayData {
+ public:
+  explicit ArrayData(SAFEARRAY* array) noexcept : result(SafeArrayAccessData(array, &data)), array_(array) {}
+  ~ArrayData() {
+    if (SUCCEEDED(result)) SafeArrayUnaccessData(array_);
+  }
+  ArrayData(const ArrayData&) = delete;
+  ArrayData& operator=(const ArrayData&) = delete;
+
+  void* data = nullptr;  // only when the result is a success
+  const HRESULT result;
+
+ private:
+  SAFEARRAY* const array_;
 };
 
 }  // namespace oxaqrycln::com

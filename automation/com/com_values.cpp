@@ -60,19 +60,6 @@ Variant OtherNumber(const VARIANT& value) {
   return Variant(number.get().dblVal);
 }
 
-class ArrayData {
- public:
-  explicit ArrayData(SAFEARRAY* array) : array_(array) { Check(SafeArrayAccessData(array_, &data)); }
-  ~ArrayData() { SafeArrayUnaccessData(array_); }
-  ArrayData(const ArrayData&) = delete;
-  ArrayData& operator=(const ArrayData&) = delete;
-
-  void* data = nullptr;
-
- private:
-  SAFEARRAY* const array_;
-};
-
 // The bytes of an array of bytes, or of one of variants that hold numbers, which a script may make.
 Variant::Bytes BytesOf(SAFEARRAY* array, VARTYPE elementType) {
   if (array == nullptr) return {};
@@ -82,6 +69,7 @@ Variant::Bytes BytesOf(SAFEARRAY* array, VARTYPE elementType) {
   Variant::Bytes bytes(count);
   if (count == 0) return bytes;
   const ArrayData elements(array);
+  Check(elements.result);
   if (isPlain) {
     std::memcpy(bytes.data(), elements.data, count);
   } else {

@@ -1,4 +1,4 @@
-// com_owners.h - the owners of references and values, shared with the automation server.
+// com_owners.h - the owners of references, values and arrays, shared with the automation server.
 #ifndef OXAQRYCLN_TOOLS_ASPHOST_SCRIPT_COM_OWNERS_H_
 #define OXAQRYCLN_TOOLS_ASPHOST_SCRIPT_COM_OWNERS_H_
 
@@ -6,6 +6,7 @@
 
 namespace oxaqrycln::asphost {
 
+using com::ArrayData;
 using com::ComReference;
 using com::OwnedVariant;
 

@@ -34,19 +34,6 @@ OwnedVariant ConvertTo(VARTYPE type, const VARIANT& given) {
   return converted;
 }
 
-class ArrayData {
- public:
-  explicit ArrayData(SAFEARRAY* array) : array_(array) { Check(SafeArrayAccessData(array_, &data)); }
-  ~ArrayData() { SafeArrayUnaccessData(array_); }
-  ArrayData(const ArrayData&) = delete;
-  ArrayData& operator=(const ArrayData&) = delete;
-
-  void* data = nullptr;
-
- private:
-  SAFEARRAY* const array_;
-};
-
 std::size_t ElementCount(const SAFEARRAY& array) {
   std::size_t count = 1;
   for (USHORT i = 0; i < array.cDims; ++i) count *= array.rgsabound[i].cElements;
@@ -146,6 +133,7 @@ std::string BytesOf(const VARIANT& value) {
   if (copy.get().vt != (VT_ARRAY | VT_UI1)) throw ScriptError{kTypeMismatch, L"An array of bytes is needed"};
   const std::size_t count = ElementCount(*copy.get().parray);
   const ArrayData elements(copy.get().parray);
+  Check(elements.result);
   return {static_cast<const char*>(elements.data), count};
 }
 
@@ -155,6 +143,7 @@ bool HoldsObject(const VARIANT& value) {
   if (value.vt != (VT_ARRAY | VT_VARIANT) || value.parray == nullptr) return false;
   const std::size_t count = ElementCount(*value.parray);
   const ArrayData elements(value.parray);
+  Check(elements.result);
   const auto* const variants = static_cast<const VARIANT*>(elements.data);
   for (std::size_t i = 0; i < count; ++i) {
     if (HoldsObject(variants[i])) return true;
