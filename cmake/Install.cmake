@@ -48,7 +48,7 @@ install(FILES ${PROJECT_BINARY_DIR}/oxaqrycln.pc DESTINATION ${CMAKE_INSTALL_LIB
 
 # Documents, and what they link to, in the same places relative to each other as in the sources.
 foreach(file IN ITEMS README.md CHANGELOG.md CONTRIBUTING.md LICENSE
-                      component/clsQuery.h userdb/schema.sql userdb/sample.sql)
+                      client/archive.h client/users.h component/clsQuery.h userdb/schema.sql userdb/sample.sql)
   cmake_path(GET file PARENT_PATH folder)
   install(FILES ${PROJECT_SOURCE_DIR}/${file} DESTINATION ${CMAKE_INSTALL_DOCDIR}/${folder})
 endforeach()
