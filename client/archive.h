@@ -3,6 +3,7 @@
 #ifndef OXAQRYCLN_CLIENT_ARCHIVE_H_
 #define OXAQRYCLN_CLIENT_ARCHIVE_H_
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -10,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "client/document.h"
@@ -159,8 +161,8 @@ class Archive {
   // Sends a file, wherever it is, into the server's blob directory under its own name.
   void Upload(const std::filesystem::path& file);
 
-  // --- Changing; Create and Edit write an import file under a name of its own into the blob directory, and remove it
-  // ---
+  // --- Changing ---
+  // Create and Edit write an import file under a name of its own into the blob directory, and remove it.
   DocumentName Create(std::string_view channel, std::string_view archive, std::string_view title,
                       const std::vector<FieldContent>& fields);
   // A new version, in place of the newest one, which name states.

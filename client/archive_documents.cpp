@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <random>
-#include <regex>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -10,7 +10,7 @@
 #include "client/query_access.h"
 #include "client/text.h"
 #include "values/code_page.h"
-#include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::client {
 namespace {
@@ -77,17 +77,28 @@ MarkedText WithoutMarks(const std::string& text) {
   return marked;
 }
 
+// Whether a text begins as the pattern says: "0" stands for any digit, every other character for itself.
+bool BeginsLike(std::string_view text, std::string_view pattern) {
+  const auto fits = [](char have, char want) { return want == '0' ? have >= '0' && have <= '9' : have == want; };
+  return text.size() >= pattern.size() && std::ranges::equal(text.substr(0, pattern.size()), pattern, fits);
+}
+
 // "author,date time,text": the header ends with the time.
-Note NoteOf(const std::string& text) {
-  static const std::regex header("^[^\r\n]*?,[0-9]{2}\\.[0-9]{2}\\.[0-9]{4} [0-9]{2}:[0-9]{2}(:[0-9]{2})?,");
-  std::smatch found;
-  Note note;
-  if (!std::regex_search(text, found, header)) {
-    note.text = ToUtf8(text);
-  } else {
-    note.header = ToUtf8(text.substr(0, static_cast<std::size_t>(found.length()) - 1));
-    note.text = ToUtf8(text.substr(static_cast<std::size_t>(found.length())));
+Note NoteOf(std::string_view text) {
+  std::size_t end = std::string_view::npos;  // of the header
+  const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+  for (std::size_t at = line.find(','); at != std::string_view::npos && end == std::string_view::npos;
+       at = line.find(',', at + 1)) {
+    for (const std::string_view time : {",00.00.0000 00:00,", ",00.00.0000 00:00:00,"}) {
+      if (BeginsLike(line.substr(at), time)) end = at + time.size() - 1;
+    }
   }
+  Note note;
+  if (end != std::string_view::npos) {
+    note.header = ToUtf8(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  note.text = ToUtf8(text);
   std::erase(note.text, '\r');
   return note;
 }
@@ -124,12 +135,20 @@ std::string LineText(std::string_view utf8, const char* what) {
   return RequestText(utf8, what);
 }
 
+bool IsNumber(std::string_view text) {
+  text = Trimmed(text);
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 // The title shares its line with the list of fields, "title,type:id".
 std::string TitleText(std::string_view utf8) {
-  static const std::regex field(",\\s*[0-9]+\\s*:\\s*[0-9]+\\s*(,|$)");
   std::string title = LineText(utf8, "the title");
-  if (std::regex_search(title, field))
-    throw BadArgument("the title holds what the archive takes for a field: \",1:11\"");
+  for (TextCut rest = Cut(title, ','); rest.hasSeparator; rest = Cut(rest.after, ',')) {
+    const TextCut field = Cut(Cut(rest.after, ',').before, ':');
+    if (field.hasSeparator && IsNumber(field.before) && IsNumber(field.after)) {
+      throw BadArgument("the title holds what the archive takes for a field: \",1:11\"");
+    }
+  }
   return title;
 }
 
@@ -218,26 +237,14 @@ std::optional<fs::path> Archive::Fetch(const DocumentName& name, const Content& 
   const std::string argument = RequestText(content.argument_, "what is fetched");
   Variant file;
   Variant length;
-  Variant result;
-  switch (content.kind_) {
-    case Content::Kind::Segment:
-      result = query->TELOGetSegmentData(key.channel, key.archive, key.id, key.version, argument, &file, &length,
-                                         query.status());
-      break;
-    case Content::Kind::FirstFile:
-      result = query->TELOGetSegmentFirstBLOB(key.channel, key.archive, key.id, key.version, argument, &file, &length,
-                                              query.status());
-      break;
-    case Content::Kind::Printable:
-      result = query->TELOGetSegmentPrintfile(key.channel, key.archive, key.id, key.version, argument, &file, &length,
-                                              query.status());
-      break;
-    case Content::Kind::Pages:
-      result = query->TELOGetSegmentMultiTIF(key.channel, key.archive, key.id, key.version, argument, &file, &length,
-                                             query.status());
-      break;
-  }
-  query.Count(result);
+  // In the order of Kind.
+  using Method = Variant (clsQuery::*)(const Variant&, const Variant&, const Variant&, const Variant&, const Variant&,
+                                       Variant*, Variant*, Variant*);
+  constexpr std::array<Method, 4> kMethods = {&clsQuery::TELOGetSegmentData, &clsQuery::TELOGetSegmentFirstBLOB,
+                                              &clsQuery::TELOGetSegmentPrintfile, &clsQuery::TELOGetSegmentMultiTIF};
+  const Method ask = kMethods[static_cast<std::size_t>(content.kind_)];
+  query.Count(
+      (query.query().*ask)(key.channel, key.archive, key.id, key.version, argument, &file, &length, query.status()));
   const std::string stored = TextOf(file);
   if (stored.empty()) return std::nullopt;
   return directory / PathOf(stored);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace oxaqrycln::client {
@@ -40,7 +41,7 @@ class HitList {
   const std::vector<std::string>& columns() const noexcept { return columns_; }
   // The position of the column of a title, whatever its letter case. Raises BadArgument when there is none or several.
   std::size_t Column(std::string_view title) const;
-  // Whether Archive::FetchPages can have the hits as one image file.
+  // Whether the server can put the hits together as one image file.
   bool isMultiPageImage() const noexcept { return isMultiPageImage_; }
   // Key and value of each field of the layout, in the server's order.
   const std::vector<std::pair<std::string, std::string>>& layout() const noexcept { return layout_; }

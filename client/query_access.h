@@ -22,6 +22,7 @@ class QueryAccess {
   explicit QueryAccess(const Settings& settings);
 
   clsQuery* operator->() noexcept { return &query_; }
+  clsQuery& query() noexcept { return query_; }
   QueryWatch& watch() noexcept { return watch_; }
 
   // The output of the next method for its error text.

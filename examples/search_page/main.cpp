@@ -76,11 +76,11 @@ std::string UrlText(std::string_view text) {
   return url;
 }
 
-// The fields of "name=value&name=value".
-Form ParseForm(std::string_view text) {
+// The fields of "name=value&name=value"; those of cookies have ";" between them.
+Form ParseForm(std::string_view text, char separator = '&') {
   Form form;
   while (!text.empty()) {
-    const std::string_view field = text.substr(0, text.find('&'));
+    const std::string_view field = text.substr(0, text.find(separator));
     text.remove_prefix(std::min(field.size() + 1, text.size()));
     std::string plain;
     for (std::size_t i = 0; i < field.size(); ++i) {
@@ -94,7 +94,8 @@ Form ParseForm(std::string_view text) {
       }
     }
     const std::size_t equals = std::min(plain.find('='), plain.size());
-    form[plain.substr(0, equals)] = plain.substr(std::min(equals + 1, plain.size()));
+    const std::size_t start = std::min(plain.find_first_not_of(' '), equals);
+    form[plain.substr(start, equals - start)] = plain.substr(std::min(equals + 1, plain.size()));
   }
   return form;
 }
@@ -111,7 +112,7 @@ class Sessions {
   }
   // 0 without a session that is still valid.
   static std::int32_t User() {
-    const Form cookies = ParseForm(Variable("HTTP_COOKIE"));
+    const Form cookies = ParseForm(Variable("HTTP_COOKIE"), ';');
     const auto id = cookies.find("session");
     const bool isPlain =
         id != cookies.end() && !id->second.empty() && id->second.find_first_not_of("0123456789-") == std::string::npos;

@@ -188,7 +188,7 @@ TEST(Archive, CreatesEditsAndDeletesAndLeavesNoImportFile) {
     EXPECT_EQ(name.version, "2");
     archive.Delete({name.channel, name.archive, name.id, ""});
     Raised<Refused>([&] { archive.Open(name); });
-    for (const char* title : {"two\nlines", "Rohre,1:11", "Rohre, 1 : 11,2:3"}) {
+    for (const char* title : {"two\nlines", "Rohre,1:11", "Rohre,x, 1 : 11"}) {
       Raised<BadArgument>([&] { archive.Create("Finance", "Orders", title, {}); });
     }
   });
@@ -257,7 +257,6 @@ TEST(Archive, TellsFailuresApartAndWhatWasTried) {
       EXPECT_EQ(error.request().attempts[0].port, unused);
       EXPECT_THAT(error.request().attempts[0].error, HasSubstr("10061"));
       EXPECT_FALSE(error.request().wasSent);
-    } catch (const TimedOut&) {  // no server left until the time-out
     }
   });
   settings.hosts = silent.Host();

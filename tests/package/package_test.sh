@@ -111,7 +111,7 @@ expect "without a session" '*Please log on.*' "$(page 'q=copper')"
 expect "a wrong password" '*wrong.*' "$(log_on anna "'OR'1'='1")"
 cookie=$(log_on anna sesame | sed -n 's/^Set-Cookie: \(session=[0-9-]*\);.*/\1/p')
 [[ -n $cookie ]] || fail "no session after the log-on"
-expect "hits of the user's channels only" '* hits</p>*' "$(page 'q=copper' "$cookie")"
+expect "hits of the user's channels only" '* hits</p>*' "$(page 'q=copper' "other=1; $cookie; more=2")"
 ! page 'q=copper' "$cookie" | grep -q 'channel=[^M]' || fail "a hit of another channel is shown"
 expect "marks" '*<mark>price</mark>*' "$(page 'channel=Mail&archive=Inbox&id=1262&version=2&q=price' "$cookie")"
 expect "another channel's document" 'Status: 400*' "$(page 'channel=Finance&archive=Orders&id=1009' "$cookie")"
