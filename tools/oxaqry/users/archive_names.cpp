@@ -12,7 +12,7 @@ constexpr std::int32_t kMostSeconds = 5;
 
 struct ArchiveNames {
   std::set<std::string> channels;
-  std::set<std::string> archives;
+  std::set<std::string> archives;  // each by its name and by its reference, either of which a right may hold
 };
 
 // Raises CommandError.
@@ -26,9 +26,12 @@ ArchiveNames ReadArchiveNames(Settings settings, const Output& output) {
   query.ForEach(query.Count(query->TELOGetAllArchivesExtInit(query.status())), "channel", [&](std::int32_t) {
     Variant channel;
     const std::int32_t archiveCount = query->TELOGetAllArchivesExtNext(&channel).ToLong();
-    names.channels.insert(ToUtf8(channel.ToText()));
-    query.ForEach(archiveCount, "archive",
-                  [&](std::int32_t) { names.archives.insert(ToUtf8(query->TELOGetAllArchivesExtNextArchive())); });
+    const std::string place = ToUtf8(channel.ToText());
+    names.channels.insert(place);
+    query.ForEach(archiveCount, "archive", [&](std::int32_t) {
+      const std::string archive = ToUtf8(query->TELOGetAllArchivesExtNextArchive());
+      names.archives.insert({archive, "$(#" + place + ")\\" + archive});
+    });
   });
   return names;
 }

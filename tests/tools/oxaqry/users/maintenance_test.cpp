@@ -141,8 +141,19 @@ TEST_P(UserMaintenance, GrantsOfUnknownNamesWarnAndUnreachableServersDoNotFail) 
   const UserTestDatabase database(GetParam());
   database.Must({"add", "Sales", "--group"});
   ScriptedArchive server({{"GetAllArchivesExt", ScriptedArchive::Lines({"#Finance,money", "Invoices,sent"})}});
-  const std::vector<std::string> grant{"user",     "grant",     "Sales",    "--channel", "Finance", "--channel",
-                                       "Finances", "--archive", "Invoices", "--edit",    "Orders=N"};
+  const std::vector<std::string> grant{"user",
+                                       "grant",
+                                       "Sales",
+                                       "--channel",
+                                       "Finance",
+                                       "--channel",
+                                       "Finances",
+                                       "--archive",
+                                       "Invoices",
+                                       "--archive",
+                                       R"($(#Finance)\Invoices)",
+                                       "--edit",
+                                       "Orders=N"};
   const ToolRun warned = database.With({{"OXAQRY_REMOTE_HOSTS", server.Hosts()}}, grant);
   EXPECT_EQ(warned.status, 0);
   EXPECT_EQ(warned.err,
