@@ -5,6 +5,7 @@
 #include <thread>
 #include <utility>
 
+#include "client/blob_files.h"
 #include "client/query_access.h"
 #include "client/text.h"
 #include "platform/threads/background_thread.h"
@@ -54,7 +55,10 @@ ServerHealth CheckServer(const Settings& settings) {
     health.text = query.Answer(query->LiveCheck());
     health.isAlive = true;
   } catch (const Error& error) {
-    health.text = error.what();
+    // Where no connection was made, the last attempt says more than the text for the page.
+    const RequestReport& request = error.request();
+    const bool isUnreachable = !request.wasSent && !request.attempts.empty();
+    health.text = isUnreachable ? "no connection: " + request.attempts.back().error : error.what();
   }
   health.duration = query.watch().LastRequest().duration;
   return health;
@@ -147,6 +151,12 @@ std::vector<Mask> Archive::Masks(std::string_view channel, std::string_view arch
 }
 
 HitList Archive::Search(const SearchOptions& options) {
+  HitList list = ReadHits(options);
+  if (!options.sort.empty() && !list.columns().empty()) list.Sort(list.Column(options.sort), options.order);
+  return list;
+}
+
+HitList Archive::ReadHits(const SearchOptions& options) {
   QueryAccess& query = *access_;
   HitList list;
   Variant keys;
@@ -189,10 +199,8 @@ std::vector<Outliner> Archive::Outline(std::string_view channel, std::string_vie
   query.FromDatabase(
       query->GetOutliner(RequestText(channel, "the channel"), RequestText(archive, "the archive"), &lines));
   std::vector<Outliner> outliners;
-  const std::string text = TextOf(lines);
-  for (std::string_view line : Split(text, '\n')) {
-    std::vector<std::string> fields = Fields(Trimmed(line, "\r"));
-    if (fields.size() >= 2) outliners.push_back({std::move(fields[0]), std::move(fields[1])});
+  for (std::vector<std::string>& fields : Records(lines, 2)) {
+    outliners.push_back({std::move(fields[0]), std::move(fields[1])});
   }
   return outliners;
 }
@@ -218,12 +226,32 @@ std::string Archive::NodeQuery(std::int32_t node) {
   return ToUtf8(query.FromDatabase(query->GetOutlinerSearchExpr(node)).ToText());
 }
 
+std::string Archive::Live() { return access_->Answer(access_->query().LiveCheck()); }
+
+std::vector<std::string> Archive::Direct(std::string_view command) {
+  QueryAccess& query = *access_;
+  const auto text = FromUtf8(command);
+  if (!text) throw BadArgument("the command has a character without a place in Windows-1252");
+  const std::string answer = query.Answer(query->DirectQuery(*text));
+  std::vector<std::string> lines;
+  for (const std::string_view line : Split(answer, '\n')) lines.emplace_back(Trimmed(line, "\r"));
+  return lines;
+}
+
+void Archive::TestBlobDirectory() {
+  BlobDirectory(settings_);
+  access_->query().WriteTest();
+  access_->CheckOwn("no file can be written into the blob directory");
+}
+
 std::vector<ServerHealth> Archive::Health() {
   // The servers of a thread stay the same, so each check has a thread of its own.
+  constexpr std::size_t kAtOnce = 16;
   const std::vector<std::string_view> entries = Split(settings_.hosts, '|');
   std::vector<ServerHealth> health(entries.size());
   Threads threads;
   for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (threads.list.size() == kAtOnce) threads.Join();
     Settings settings = settings_;
     settings.hosts = entries[i];
     settings.database.clear();
@@ -245,6 +273,8 @@ void Archive::OnProgress(std::function<void(const Progress&)> call) {
     call({bytes.sent, bytes.received, bytes.announced});
   });
 }
+
+void Archive::OnRequest(std::function<void(const RequestReport&)> call) { access_->OnRequest(std::move(call)); }
 
 void Archive::Cancel() noexcept { access_->watch().Cancel(); }
 void Archive::Resume() noexcept { access_->watch().Resume(); }

@@ -52,6 +52,8 @@ struct SearchOptions {
   std::optional<std::string> folderRights = {};
   std::string layout = {};
   std::string layoutField = {};
+  std::string sort = {};  // column to sort by, as HitList::Column takes it; "" keeps the server's order
+  Order order = Order::Ascending;
 };
 
 struct MaskField {
@@ -104,6 +106,14 @@ struct ServerHealth {
   std::chrono::milliseconds duration{0};
 };
 
+struct TransportOrder {
+  std::string id;
+  std::string status;
+  std::string document;  // id and version of the document that shows it
+  std::string version;
+  std::vector<std::string> columns;  // what the server adds
+};
+
 struct Outliner {
   std::string id;
   std::string name;
@@ -149,13 +159,18 @@ class Archive {
 
   // --- Searching and reading ---
   HitList Search(const SearchOptions& options);
+  // The document without its segments and notes. Raises Refused when there is no such document.
+  Document Describe(const DocumentName& name);
   // query marks its hits in the texts. Raises Refused when there is no such document.
   Document Open(const DocumentName& name, std::string_view query = {});
   std::vector<Note> Notes(const DocumentName& name);
 
   // --- Files; they need Settings::blobLocal ---
-  // Has the server put a file into the blob directory: its path there, or nothing when there is no such content.
+  // Has the server put a file into the blob directory: its path there, or nothing when there is no such content. The
+  // caller removes it. Raises Error when the file is not there or has another length than the server says.
   std::optional<std::filesystem::path> Fetch(const DocumentName& name, const Content& content);
+  // The same for the hits of a search, printed as a PDF file with the title on each page.
+  std::optional<std::filesystem::path> PrintHits(const SearchOptions& options, std::string_view title);
   // Receives a file of the server's blob directory over the connection, complete or not at all.
   std::filesystem::path Transfer(std::string_view file, std::int32_t byteCount);
   // Sends a file, wherever it is, into the server's blob directory under its own name.
@@ -172,6 +187,13 @@ class Archive {
   void AddNote(const DocumentName& name, std::string_view text);
   void DeleteNotes(const DocumentName& name);
 
+  // --- Transport orders ---
+  // At most max orders, all for 0. Which ones, says a query of the server's own language, "*" for all.
+  std::vector<TransportOrder> Orders(std::string_view query = "*", std::int32_t max = 0);
+  void SetOrderStatus(std::string_view order, std::string_view status);
+  // The page images of orders as one file, as Fetch does it.
+  std::optional<std::filesystem::path> FetchOrders(const std::vector<std::string>& orders);
+
   // --- Outliners; they need Settings::database and raise DatabaseFailed ---
   std::vector<Outliner> Outline(std::string_view channel, std::string_view archive);
   // The roots for the parent 0.
@@ -180,15 +202,25 @@ class Archive {
   std::string NodeQuery(std::int32_t node);
 
   // --- Servers ---
-  // Asks each server of the list whether it is alive, all at once.
+  // What a server answers when it is asked whether it is alive.
+  std::string Live();
+  // Asks each server of the list, up to 16 at once.
   std::vector<ServerHealth> Health();
-  // Called about ten times a second while a request waits. It must not raise.
+  // Sends a command as it is, "^Command^,^parameter^". Returns the lines of the answer.
+  std::vector<std::string> Direct(std::string_view command);
+  // Writes a test file into the local blob directory and removes it. Raises Error when that fails. Makes no request.
+  void TestBlobDirectory();
+  // Called about ten times a second while a request waits; may call Cancel. It must not raise.
   void OnProgress(std::function<void(const Progress&)> call);
+  // Called after each request, whatever became of it.
+  void OnRequest(std::function<void(const RequestReport&)> call);
   // From any thread: ends the running request, or the next one, with Cancelled, until Resume is called.
   void Cancel() noexcept;
   void Resume() noexcept;
 
  private:
+  // Of a search, in the server's order.
+  HitList ReadHits(const SearchOptions& options);
   DocumentName Import(std::string_view channel, std::string_view archive, std::string_view title,
                       const std::vector<FieldContent>& fields,
                       const std::function<std::string(const std::string& path)>& ask);

@@ -1,12 +1,14 @@
 // Documents of the archive and their files.
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <random>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "client/archive.h"
+#include "client/blob_files.h"
 #include "client/query_access.h"
 #include "client/text.h"
 #include "values/code_page.h"
@@ -33,29 +35,6 @@ struct Key {
   std::string version;
 };
 
-fs::path PathOf(std::string_view utf8) { return fs::path(std::u8string(utf8.begin(), utf8.end())); }
-
-std::string Utf8Of(const fs::path& path) {
-  const std::u8string text = path.generic_u8string();
-  return {text.begin(), text.end()};
-}
-
-// A path as the class takes it, which separates its parts with "/" and "\".
-std::string PathText(const fs::path& path) {
-  const std::string text = Utf8Of(path);
-  if (fs::path::preferred_separator == '/' && text.find('\\') != std::string::npos) {
-    throw BadArgument("the path \"" + text + "\" holds a \"\\\"");
-  }
-  return RequestText(text, "the path");
-}
-
-fs::path BlobDirectory(const Settings& settings) {
-  if (settings.blobLocal.empty()) throw BadArgument("the settings name no local blob directory");
-  std::string native = settings.blobLocal;
-  std::ranges::replace(native, '\\', '/');
-  return PathOf(native);
-}
-
 // Takes the marks out of a text of the class.
 MarkedText WithoutMarks(const std::string& text) {
   MarkedText marked;
@@ -77,26 +56,18 @@ MarkedText WithoutMarks(const std::string& text) {
   return marked;
 }
 
-// Whether a text begins as the pattern says: "0" stands for any digit, every other character for itself.
-bool BeginsLike(std::string_view text, std::string_view pattern) {
-  const auto fits = [](char have, char want) { return want == '0' ? have >= '0' && have <= '9' : have == want; };
-  return text.size() >= pattern.size() && std::ranges::equal(text.substr(0, pattern.size()), pattern, fits);
-}
-
 // "author,date time,text": the header ends with the time.
 Note NoteOf(std::string_view text) {
-  std::size_t end = std::string_view::npos;  // of the header
-  const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
-  for (std::size_t at = line.find(','); at != std::string_view::npos && end == std::string_view::npos;
-       at = line.find(',', at + 1)) {
-    for (const std::string_view time : {",00.00.0000 00:00,", ",00.00.0000 00:00:00,"}) {
-      if (BeginsLike(line.substr(at), time)) end = at + time.size() - 1;
-    }
-  }
   Note note;
-  if (end != std::string_view::npos) {
-    note.header = ToUtf8(text.substr(0, end));
-    text.remove_prefix(end + 1);
+  const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+  for (std::size_t at = line.find(','); at != std::string_view::npos; at = line.find(',', at + 1)) {
+    const std::string_view time = line.substr(at + 1, line.find(',', at + 1) - at - 1);
+    const std::string iso = IsoDate(time);
+    if (iso == time) continue;
+    note.author = ToUtf8(text.substr(0, at));
+    note.time = iso;
+    text.remove_prefix(std::min(at + 1 + time.size() + 1, text.size()));
+    break;
   }
   note.text = ToUtf8(text);
   std::erase(note.text, '\r');
@@ -190,10 +161,9 @@ class TemporaryBlob {
 
 }  // namespace
 
-Document Archive::Open(const DocumentName& name, std::string_view queryText) {
+Document Archive::Describe(const DocumentName& name) {
   QueryAccess& query = *access_;
   const Key key(name);
-  const std::string words = RequestText(queryText, "the query");
   Document document;
   document.name = name;
   std::array<Variant, 8> out;
@@ -204,13 +174,21 @@ Document Archive::Open(const DocumentName& name, std::string_view queryText) {
   query.CheckOwn("the information about the document cannot be read");
   const auto number = [&](std::size_t i) { return static_cast<std::int32_t>(NumberOf(out[i])); };
   document.length = NumberOf(out[0]);
-  document.created = TextOf(out[1]);
-  document.changed = TextOf(out[2]);
+  document.created = IsoDate(TextOf(out[1]));
+  document.changed = IsoDate(TextOf(out[2]));
   document.title = TextOf(out[3]);
   document.fieldCount = number(4);
   document.textCount = number(5);
   document.imageCount = number(6);
   document.fileCount = number(7);
+  return document;
+}
+
+Document Archive::Open(const DocumentName& name, std::string_view queryText) {
+  QueryAccess& query = *access_;
+  const Key key(name);
+  const std::string words = RequestText(queryText, "the query");
+  Document document = Describe(name);
   Variant noteCount;
   const std::int32_t count = query.Count(query->TELOGetSegmentsInit(
       key.channel, key.archive, key.id, key.version, words, std::string(1, kMarkOn), std::string(1, kMarkOff), "\n",
@@ -232,22 +210,17 @@ std::vector<Note> Archive::Notes(const DocumentName& name) {
 
 std::optional<fs::path> Archive::Fetch(const DocumentName& name, const Content& content) {
   QueryAccess& query = *access_;
-  const fs::path directory = BlobDirectory(settings_);
   const Key key(name);
   const std::string argument = RequestText(content.argument_, "what is fetched");
-  Variant file;
-  Variant length;
   // In the order of Kind.
   using Method = Variant (clsQuery::*)(const Variant&, const Variant&, const Variant&, const Variant&, const Variant&,
                                        Variant*, Variant*, Variant*);
   constexpr std::array<Method, 4> kMethods = {&clsQuery::TELOGetSegmentData, &clsQuery::TELOGetSegmentFirstBLOB,
                                               &clsQuery::TELOGetSegmentPrintfile, &clsQuery::TELOGetSegmentMultiTIF};
   const Method ask = kMethods[static_cast<std::size_t>(content.kind_)];
-  query.Count(
-      (query.query().*ask)(key.channel, key.archive, key.id, key.version, argument, &file, &length, query.status()));
-  const std::string stored = TextOf(file);
-  if (stored.empty()) return std::nullopt;
-  return directory / PathOf(stored);
+  return FetchFile(query, settings_, [&](Variant* file, Variant* length) {
+    return (query.query().*ask)(key.channel, key.archive, key.id, key.version, argument, file, length, query.status());
+  });
 }
 
 fs::path Archive::Transfer(std::string_view file, std::int32_t byteCount) {
@@ -262,6 +235,10 @@ void Archive::Upload(const fs::path& file) {
   QueryAccess& query = *access_;
   std::error_code failed;
   if (!fs::is_regular_file(file, failed)) throw BadArgument("there is no file \"" + Utf8Of(file) + "\" to send");
+  if (fs::file_size(file) > std::numeric_limits<std::int32_t>::max()) {
+    throw BadArgument("\"" + Utf8Of(file) + "\" is larger than 2147483647 bytes");
+  }
+  if (query->strBlobPathRemote.empty()) throw BadArgument("the settings name no blob directory");
   const fs::path path = fs::absolute(file);
   const std::string name = PathText(path.filename());
   // The class sends files of its local blob directory only.

@@ -49,14 +49,15 @@ struct Segment {
 };
 
 struct Note {
-  std::string header;  // author and time, as the server writes them; "" when it cannot be told from the text
-  std::string text;
+  std::string author;  // "" when the server's header cannot be told from the text, which then begins with it
+  std::string time;    // ISO 8601, "2026-11-15T20:31:00"
+  std::string text;    // its lines end with "\n"
 };
 
 struct Document {
   DocumentName name;  // with the version that was found
   std::int64_t length = 0;
-  std::string created;  // dates as the server writes them
+  std::string created;  // dates in ISO 8601 as IsoDate makes them
   std::string changed;
   std::string title;
   std::int32_t fieldCount = 0;

@@ -16,12 +16,12 @@ namespace oxaqrycln::client {
 struct Attempt {
   std::string host;
   std::int32_t port = 0;
-  std::string error;  // "10061 - ...", UTF-8; "" when the server answered
+  std::string error;  // "10061 - ...", "no answer", "cancelled", ..., UTF-8; "" when the server answered
   std::chrono::milliseconds duration{0};
 };
 
-// What is known of the request that failed. Empty for an error that came before any request.
-struct FailedRequest {
+// What became of a request. Empty for an error that came before any request.
+struct RequestReport {
   std::vector<Attempt> attempts;  // in the order in which the servers were tried
   std::chrono::milliseconds duration{0};
   bool wasSent = false;  // a server may have carried the request out
@@ -31,12 +31,12 @@ struct FailedRequest {
 // written, no memory. what() is UTF-8; for Refused it is the server's own text.
 class Error : public std::runtime_error {
  public:
-  explicit Error(const std::string& text, FailedRequest request = {})
+  explicit Error(const std::string& text, RequestReport request = {})
       : std::runtime_error(text), request_(std::move(request)) {}
-  const FailedRequest& request() const noexcept { return request_; }
+  const RequestReport& request() const noexcept { return request_; }
 
  private:
-  FailedRequest request_;
+  RequestReport request_;
 };
 
 // The server reports that it does not carry the request out.

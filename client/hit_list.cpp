@@ -1,16 +1,20 @@
 #include "client/hit_list.h"
 
 #include <charconv>
+#include <cstdint>
 #include <utility>
 
 #include "client/errors.h"
+#include "client/text.h"
 #include "component/clsQuery.h"
 #include "values/code_page.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::client {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kFieldsInFront = 3;  // reference, document and version
 
 // The columns as those of a line of the class, with a number in the place of the hit's reference.
 void AddLine(std::string& lines, std::size_t number, const std::vector<std::string>& values) {
@@ -25,15 +29,47 @@ void AddLine(std::string& lines, std::size_t number, const std::vector<std::stri
 }  // namespace
 
 std::size_t HitList::Column(std::string_view title) const {
-  const std::string wanted = UpperCase(FromUtf8(title).value_or(""));
-  std::size_t found = columns_.size();
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    if (UpperCase(FromUtf8(columns_[i]).value_or("")) != wanted) continue;
-    if (found != columns_.size()) throw BadArgument("there are several columns \"" + std::string(title) + "\"");
-    found = i;
+  const auto wanted = FromUtf8(title);
+  std::vector<std::size_t> found;
+  for (std::size_t i = 0; wanted && i < columns_.size(); ++i) {
+    if (UpperCase(FromUtf8(columns_[i]).value_or("")) == UpperCase(*wanted)) found.push_back(i);
   }
-  if (found == columns_.size()) throw BadArgument("there is no column \"" + std::string(title) + "\"");
-  return found;
+  for (std::size_t i = 0; found.empty() && i < columns_.size(); ++i) {
+    if (title == std::to_string(i + 1)) return i;
+  }
+  if (found.size() == 1) return found.front();
+  std::string list;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    list += (i == 0 ? "; the columns are " : ", ") + std::to_string(i + 1) + " " + columns_[i];
+  }
+  const std::string quoted = "\"" + std::string(title) + "\"";
+  throw BadArgument((found.empty() ? "there is no column " + quoted
+                                   : "there are several columns " + quoted + ": give the number of one") +
+                    list);
+}
+
+ColumnKind HitList::KindOf(std::size_t column) const {
+  constexpr std::uint32_t kDate = 0x400;
+  constexpr std::uint32_t kNumber = 0x200;
+  if (column >= columns_.size()) throw BadArgument("there is no column " + std::to_string(column));
+  const std::vector<std::string> all = Fields(flags_);
+  std::uint32_t flags = 0;
+  if (column + kFieldsInFront < all.size()) {
+    const std::string_view text = Trimmed(all[column + kFieldsInFront]);
+    std::from_chars(text.data(), text.data() + text.size(), flags);
+  }
+  if ((flags & kDate) != 0) return ColumnKind::Date;
+  return (flags & kNumber) != 0 ? ColumnKind::Number : ColumnKind::Text;
+}
+
+bool HitList::BeginsGreater(std::size_t column) const {
+  if (hits_.size() < 2) return false;
+  HitList ends;
+  ends.columns_ = columns_;
+  ends.flags_ = flags_;
+  ends.hits_ = {{{"", "", "first", ""}, hits_.front().values}, {{"", "", "last", ""}, hits_.back().values}};
+  ends.Sort(column);
+  return ends.hits_.front().document.id == "last";
 }
 
 void HitList::Sort(std::size_t column, Order order) {

@@ -31,6 +31,9 @@ struct Hit {
 
 enum class Order { Ascending, Descending };
 
+// What a column holds, as the server says. Dates and numbers come as the server writes them.
+enum class ColumnKind { Text, Date, Number };
+
 class HitList {
  public:
   using const_iterator = std::vector<Hit>::const_iterator;
@@ -39,8 +42,11 @@ class HitList {
   std::int64_t total() const noexcept { return total_; }
   // The titles of the display columns.
   const std::vector<std::string>& columns() const noexcept { return columns_; }
-  // The position of the column of a title, whatever its letter case. Raises BadArgument when there is none or several.
+  // The position, counted from 0, of the column of a title, whatever its letter case; "1" is the first column when none
+  // has that title. Raises BadArgument, which lists the columns, when there is none or several.
   std::size_t Column(std::string_view title) const;
+  // Of a column, counted from 0.
+  ColumnKind KindOf(std::size_t column) const;
   // Whether the server can put the hits together as one image file.
   bool isMultiPageImage() const noexcept { return isMultiPageImage_; }
   // Key and value of each field of the layout, in the server's order.
@@ -52,14 +58,16 @@ class HitList {
   const_iterator begin() const noexcept { return hits_.begin(); }
   const_iterator end() const noexcept { return hits_.end(); }
 
-  // Sorts by a column, counted from 0, as the class sorts: what the column holds (texts, dates, numbers) is what the
-  // server says; equal hits keep their order. Makes no request. Raises BadArgument for a column that does not exist.
+  // Sorts by a column, counted from 0, as its kind asks for; equal hits keep their order. Makes no request. Raises
+  // BadArgument for a column that does not exist.
   void Sort(std::size_t column, Order order = Order::Ascending);
   // Removes a hit, counted from 0. Raises BadArgument when there is none.
   void Remove(std::size_t position);
 
  private:
   friend class Archive;
+  // Whether the first hit comes behind the last one in ascending order.
+  bool BeginsGreater(std::size_t column) const;
 
   std::int64_t total_ = 0;
   bool isMultiPageImage_ = false;

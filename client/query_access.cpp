@@ -1,10 +1,13 @@
 #include "client/query_access.h"
 
 #include <charconv>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "client/text.h"
+#include "component/objects.h"
+#include "platform/database/database.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 #include "values/text_parts.h"
@@ -18,10 +21,26 @@ std::string SettingText(const std::string& utf8, const char* what) {
   return *std::move(text);
 }
 
-FailedRequest RequestOf(const RequestOutcome& outcome) {
-  FailedRequest request;
+// What an attempt without an error of its own came to; only the last one ends as the request does.
+const char* AttemptText(RequestResult result) noexcept {
+  switch (result) {
+    case RequestResult::Succeeded:
+    case RequestResult::Refused:
+      return "";
+    case RequestResult::Cancelled:
+      return "cancelled";
+    case RequestResult::Failed:
+      return "failed";
+    default:
+      return "no answer";
+  }
+}
+
+RequestReport ReportOf(const RequestOutcome& outcome) {
+  RequestReport request;
   for (const ServerAttempt& attempt : outcome.servers) {
-    request.attempts.push_back({ToUtf8(attempt.host), attempt.port, ToUtf8(attempt.error), attempt.duration});
+    const std::string error = attempt.error.empty() ? AttemptText(outcome.result) : ToUtf8(attempt.error);
+    request.attempts.push_back({ToUtf8(attempt.host), attempt.port, error, attempt.duration});
   }
   request.duration = outcome.duration;
   request.wasSent = outcome.wasSent;
@@ -43,6 +62,10 @@ QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
   query_.strBlobPathRemote = settings.blobRemote.empty()
                                  ? query_.strBlobPathLocal
                                  : SettingText(settings.blobRemote, "the remote blob directory");
+  query_.strChangeFileExt = SettingText(settings.changedExtensions, "the changed extensions");
+  query_.strUserName = SettingText(settings.webUser, "the web user");
+  query_.strUserIP = SettingText(settings.webUserAddress, "the address of the web user");
+  query_.datUserLoginTime = settings.webUserLogOn;
   query_.strDBConnect = SettingText(settings.database, "the database");
   if (settings.timeout.count() < 1 || settings.timeout.count() > 86400) {
     throw BadArgument("the time-out must be from 1 second to a day");
@@ -57,11 +80,21 @@ QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
     if (!isFirst) CheckServers(settings.hosts);
     watch_.SetSickServers(SickServers::TriedLast);
   }
-  const bool usesDatabase = !settings.database.empty();
-  if (query_.Init(usesDatabase)) return;
-  const std::string why = TextOfError(watch_.LastError());
-  if (usesDatabase) throw DatabaseFailed("the web user database cannot be opened: " + why);
-  throw Error("the component cannot be initialised: " + why);
+  if (!settings.database.empty()) OpenDatabase();
+  if (!query_.Init(false)) throw Error("the component cannot be initialised: " + TextOfError(watch_.LastError()));
+}
+
+// Init would write the connection string, which may hold a password, into the log.
+void QueryAccess::OpenDatabase() {
+  try {
+    const auto connection = std::dynamic_pointer_cast<Connection>(CreateObject("ADODB.Connection"));
+    if (connection == nullptr) throw RuntimeError(error::kCannotCreateObject);
+    connection->Open(query_.strDBConnect);
+    watch_.UseDatabase(connection);
+  } catch (const RuntimeError& why) {
+    throw DatabaseFailed("the web user database cannot be opened: " + std::to_string(why.number()) + " - " +
+                         ToUtf8(why.description()));
+  }
 }
 
 // The servers of a thread are those that its first instance named.
@@ -81,6 +114,7 @@ void QueryAccess::CheckServers(const std::string& hosts) {
 }
 
 std::int32_t QueryAccess::Count(const Variant& result) {
+  if (onRequest_) onRequest_(ReportOf(watch_.LastRequest()));
   // The archive properties are a text.
   const std::int32_t count = result.type() == Variant::Type::String ? 0 : result.ToLong();
   // Only a failed request writes the error text.
@@ -91,6 +125,7 @@ std::int32_t QueryAccess::Count(const Variant& result) {
 }
 
 std::string QueryAccess::Answer(const std::string& result) {
+  if (onRequest_) onRequest_(ReportOf(watch_.LastRequest()));
   if (watch_.LastRequest().result != RequestResult::Succeeded) RaiseFailure(ToUtf8(result));
   return ToUtf8(result);
 }
@@ -119,7 +154,7 @@ void QueryAccess::RaiseOwnFailure() const {
 
 void QueryAccess::RaiseFailure(const std::string& text) const {
   const RequestOutcome& outcome = watch_.LastRequest();
-  FailedRequest request = RequestOf(outcome);
+  RequestReport request = ReportOf(outcome);
   switch (outcome.result) {
     case RequestResult::Refused:
       throw Refused(text, std::move(request));
@@ -137,6 +172,20 @@ void QueryAccess::RaiseFailure(const std::string& text) const {
 }
 
 std::string TextOf(const Variant& output) { return output.IsMissing() ? "" : ToUtf8(output.ToText()); }
+
+std::vector<std::vector<std::string>> Records(const Variant& list, std::size_t fieldCount) {
+  std::vector<std::vector<std::string>> records;
+  const std::string text = TextOf(list);
+  for (std::string_view line : Split(text, '\n')) {
+    line = Trimmed(line, "\r");
+    if (line.empty()) continue;
+    records.push_back(Fields(line));
+    if (records.back().size() != fieldCount) {
+      throw DatabaseFailed("a list of the database is malformed: a value holds \"^,^\" or a line end");
+    }
+  }
+  return records;
+}
 
 std::int64_t NumberOf(const Variant& output) noexcept {
   try {

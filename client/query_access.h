@@ -3,10 +3,13 @@
 #ifndef OXAQRYCLN_CLIENT_QUERY_ACCESS_H_
 #define OXAQRYCLN_CLIENT_QUERY_ACCESS_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "client/errors.h"
 #include "client/settings.h"
@@ -40,6 +43,9 @@ class QueryAccess {
   // be part of a statement.
   Variant FromDatabase(Variant result) const;
 
+  // Called after each request.
+  void OnRequest(std::function<void(const RequestReport&)> call) { onRequest_ = std::move(call); }
+
   // Calls next() for the records of an answer. Raises Error when the method that it calls last cannot read its record.
   template <typename Next>
   void ForEach(std::int32_t count, const char* what, Next&& next) {
@@ -51,6 +57,7 @@ class QueryAccess {
 
  private:
   void CheckServers(const std::string& hosts);
+  void OpenDatabase();
   [[noreturn]] void RaiseMalformed(const char* what, std::int32_t number) const;
   [[noreturn]] void RaiseOwnFailure() const;
   [[noreturn]] void RaiseFailure(const std::string& text) const;
@@ -58,10 +65,14 @@ class QueryAccess {
   clsQuery query_;
   QueryWatch watch_;
   Variant status_;
+  std::function<void(const RequestReport&)> onRequest_;
 };
 
 // An optional output in UTF-8, "" when it was not written.
 std::string TextOf(const Variant& output);
+// The lines of a list from the database, each a record of that many fields; UTF-8. Raises DatabaseFailed for another
+// one.
+std::vector<std::vector<std::string>> Records(const Variant& list, std::size_t fieldCount);
 // The whole number that an output spells, 0 when it spells none.
 std::int64_t NumberOf(const Variant& output) noexcept;
 

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <string>
 
+#include "values/date_time.h"
+
 namespace oxaqrycln::client {
 
 struct Settings {
@@ -17,6 +19,12 @@ struct Settings {
   std::string blobLocal = {};        // directory of received files as this machine reaches it
   std::string blobRemote = {};       // the same one as the query servers reach it; "" for the local path
   std::string database = {};         // connection string of the web user database; "" for none
+  // "OLD-NEW" rules for the extensions of received files, separated by ","; "" renames none.
+  std::string changedExtensions = {};
+  // The web user, as the log names him.
+  std::string webUser = {};
+  std::string webUserAddress = {};
+  DateTime webUserLogOn = {};
 };
 
 }  // namespace oxaqrycln::client

@@ -1,5 +1,7 @@
 #include "client/text.h"
 
+#include <algorithm>
+
 #include "client/errors.h"
 #include "values/code_page.h"
 
@@ -47,6 +49,17 @@ std::string RequestText(std::string_view utf8, std::string_view what) {
                       R"( holds "^,^", or ends with "^,", which separates the fields of a request)");
   }
   return *std::move(text);
+}
+
+std::string IsoDate(std::string_view text) {
+  constexpr std::string_view kLongest = "00.00.0000 00:00:00";  // "0" stands for any digit
+  const bool hasForm = text.size() == 10 || text.size() == 16 || text.size() == kLongest.size();
+  const auto fits = [](char have, char want) { return want == '0' ? have >= '0' && have <= '9' : have == want; };
+  if (!hasForm || !std::ranges::equal(text, kLongest.substr(0, text.size()), fits)) return std::string(text);
+  const auto part = [&](std::size_t from, std::size_t count) { return std::string(text.substr(from, count)); };
+  const std::string date = part(6, 4) + "-" + part(3, 2) + "-" + part(0, 2);
+  if (text.size() == 10) return date;
+  return date + "T" + part(11, 5) + (text.size() == 16 ? ":00" : part(16, 3));
 }
 
 std::string WithNetworkLineEnds(std::string_view text) {

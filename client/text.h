@@ -17,6 +17,10 @@ std::vector<std::string> Fields(std::string_view record);
 // of the request: it contains "^,^", or ends with "^,".
 std::string RequestText(std::string_view utf8, std::string_view what);
 
+// A date that a server writes, "15.11.2026" with or without a time "20:31" or "20:31:07" behind a blank, in ISO 8601:
+// "2026-11-15" or "2026-11-15T20:31:07". Any other text is returned as it is.
+std::string IsoDate(std::string_view text);
+
 // A text with its line ends as "\r\n", which a note has, and none behind the last line.
 std::string WithNetworkLineEnds(std::string_view text);
 

@@ -19,20 +19,6 @@ Settings OfDatabase(const Settings& settings) {
   return own;
 }
 
-// The lines of a list, each a record of at least so many fields.
-std::vector<std::vector<std::string>> Records(const Variant& list, std::size_t fieldCount) {
-  std::vector<std::vector<std::string>> records;
-  const std::string text = TextOf(list);
-  for (std::string_view line : Split(text, '\n')) {
-    line = Trimmed(line, "\r");
-    if (line.empty()) continue;
-    records.push_back(Fields(line));
-    if (records.back().size() != fieldCount)
-      throw DatabaseFailed("a list of the database is malformed: a value holds \"^,^\"");
-  }
-  return records;
-}
-
 // A password that the database can hold: its encoding loses characters with high codes, from a position on that depends
 // on the code.
 std::string StorablePassword(QueryAccess& query, std::string_view utf8, const char* what) {

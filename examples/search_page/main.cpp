@@ -172,7 +172,8 @@ void ShowDocument(Archive& archive, const DocumentName& name, const std::string&
     }
     std::cout << "</p>\n";
   }
-  for (const Note& note : document.notes) std::cout << "<p>" << H(note.header) << ": " << H(note.text) << "</p>\n";
+  for (const Note& note : document.notes)
+    std::cout << "<p>" << H(note.author) << " " << H(note.time) << ": " << H(note.text) << "</p>\n";
 }
 
 void Run() {

@@ -181,7 +181,7 @@ TEST(Archive, CreatesEditsAndDeletesAndLeavesNoImportFile) {
     EXPECT_THAT(text->text.text, HasSubstr("@end"));
     archive.AddNote(name, "Bitte prüfen,\ndann weiter");
     EXPECT_EQ(archive.Open(name).notes.at(0).text, "Bitte prüfen,\ndann weiter");
-    EXPECT_THAT(archive.Open(name).notes.at(0).header, HasSubstr("webuser,"));
+    EXPECT_THAT(archive.Open(name).notes.at(0).author, "webuser");
     archive.DeleteNotes(name);
     EXPECT_THAT(archive.Notes(name), IsEmpty());
     name = archive.Edit(name, "Neue Bestellung", {{1, 16, "second"}});

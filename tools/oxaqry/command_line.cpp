@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "tools/oxaqry/cli/archive.h"
 #include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/interruption.h"
@@ -15,17 +16,20 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
-// As text, or as one line of JSON. Returns the exit status.
-int ReportError(int status, const std::string& reason, bool isJson, std::ostream& err) {
-  const bool isUsage = status == kWrongUsage;
+// As text, or as one line of JSON, which has the members "error" and "kind". Returns the exit status.
+int ReportError(int status, Json error, bool isJson, std::ostream& err) {
   if (isJson) {
-    const Json json{{"error", reason}, {"kind", isUsage ? "usage" : "failure"}, {"status", status}};
-    err << json.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+    error["status"] = status;
+    err << error.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
   } else {
-    err << "oxaqry: " << reason << '\n';
-    if (isUsage) err << "Try \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
+    err << "oxaqry: " << error["error"].get<std::string>() << '\n';
+    if (status == kWrongUsage) err << "Try \"oxaqry --help\" or \"oxaqry COMMAND --help\".\n";
   }
   return status;
+}
+
+int ReportUsage(const std::string& reason, bool isJson, std::ostream& err) {
+  return ReportError(kWrongUsage, {{"error", reason}, {"kind", "usage"}}, isJson, err);
 }
 
 // The help of the command that the words name.
@@ -95,7 +99,7 @@ int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& env
       parser.app().exit(error, environment.out, environment.err);
       return environment.out.flush() ? 0 : 1;
     }
-    return ReportError(kWrongUsage, ParseFailureText(parser.app(), error), isJson, environment.err);
+    return ReportUsage(ParseFailureText(parser.app(), error), isJson, environment.err);
   }
   try {
     const int status = parser.Run();
@@ -103,12 +107,17 @@ int RunCommandLine(std::vector<std::string> arguments, const RunEnvironment& env
     if (!environment.out) throw CommandError("the output could not be written");
     return status;
   } catch (const UsageError& error) {
-    return ReportError(kWrongUsage, error.what(), isJson, environment.err);
+    return ReportUsage(error.what(), isJson, environment.err);
   } catch (const Interrupted& interrupted) {
     return 128 + interrupted.signal();  // as a shell reports a program that a signal has ended
+  } catch (const client::Cancelled&) {
+    return 128 + Interruption::Signal();
+  } catch (const client::Error& error) {
+    environment.out.flush();
+    return ReportError(kFailed, FailureJson(error), isJson, environment.err);
   } catch (const std::exception& error) {
     environment.out.flush();
-    return ReportError(kFailed, error.what(), isJson, environment.err);
+    return ReportError(kFailed, {{"error", error.what()}, {"kind", "failure"}}, isJson, environment.err);
   }
 }
 

@@ -44,7 +44,7 @@ TEST(CommandLine, ReportsAWrongSetting) {
        {},
        "line 1, column 2, holds the unknown setting \"strSessionId\"; did you mean \"strSessionID\"?"},
       {"wrong type", R"({"strUserName":[1]})", {}, "\"strUserName\" in the configuration file"},
-      {"no number", R"({"lngRequestTimeout":"soon"})", {}, "must be a whole number"},
+      {"no number", R"({"lngRequestTimeout":"soon"})", {}, "must be a whole number of seconds"},
       {"no date", R"({"datUserLoginTime":"now"})", {}, "must be a date like 2026-11-15T20:31:07"},
       {"no password",
        "{}",
@@ -76,7 +76,8 @@ TEST(CommandLine, ReportsErrorsAndWarningsAsJsonOnRequest) {
               StartsWith("no log is kept: cannot write into \"/nonexistent/logs\""));
   const Json error = Json::parse(lines[1], nullptr, false);
   EXPECT_THAT(error["error"].get<std::string>(), StartsWith("the query servers did not answer"));
-  EXPECT_EQ(error["kind"], "failure");
+  EXPECT_EQ(error["kind"], "connectionFailed");
+  EXPECT_EQ(error["attempts"][0]["port"], 1);
   EXPECT_EQ(error["status"], 1);
   const Json usage{{"error", "unknown option \"--jsno\"; did you mean \"--json\"?"}, {"kind", "usage"}, {"status", 2}};
   EXPECT_EQ(Json::parse(RunOxaqry({"channels", "--jsno", "--json"}).err, nullptr, false), usage);
@@ -103,7 +104,7 @@ TEST(CommandLine, ReportsWrongUsageWithAStatusOfItsOwn) {
       {"no number", {"search", "x", "--max", "few"}, "--max: \"few\" is no number from 0 to 2147483647"},
       {"octal", {"search", "x", "--max", "010"}, "--max: \"010\" is no number"},
       {"negative", {"search", "x", "--query-max=-2"}, "--query-max"},
-      {"negative time-out", {"channels", "--timeout=-1"}, "--timeout must be a whole number from 0"},
+      {"negative time-out", {"channels", "--timeout=-1"}, "--timeout must be a whole number of seconds from 1"},
       {"outside the code page", {"channels", "--user", "中"}, "--user: a text holds a character"},
       {"two passwords", {"live", "--password-stdin", "--password-file", "x"}, "--password"},
       {"the password as an argument", {"live", "--password", "x"}, "--password"},

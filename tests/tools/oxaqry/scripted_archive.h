@@ -5,9 +5,9 @@
 #include <functional>
 #include <mutex>
 
+#include "client/text.h"
 #include "tests/support/scripted_server.h"
 #include "tests/tools/oxaqry/run_oxaqry.h"
-#include "tools/oxaqry/cli/text.h"
 
 namespace oxaqrycln::oxaqry {
 
@@ -15,7 +15,7 @@ using Fields = std::vector<std::string>;
 
 // The fields of a request from its command word on.
 inline Fields CommandFields(const std::string& request) {
-  const Fields fields = SplitColumns(request);
+  const Fields fields = client::Fields(request);
   return fields.size() < 3 ? Fields{} : Fields(fields.begin() + 3, fields.end());
 }
 

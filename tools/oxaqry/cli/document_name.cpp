@@ -48,8 +48,12 @@ std::optional<DocumentName> ParseDocumentName(std::string_view text) {
   return DocumentName{parts[0], parts[1], parts[2], parts[3]};
 }
 
+std::string ArchiveText(std::string_view channel, std::string_view archive) {
+  return Escaped(channel) + "/" + Escaped(archive);
+}
+
 std::string ToText(const DocumentName& name) {
-  std::string text = Escaped(name.channel) + "/" + Escaped(name.archive) + "/" + Escaped(name.document);
+  std::string text = ArchiveText(name.channel, name.archive) + "/" + Escaped(name.id);
   if (!name.version.empty()) text += "/" + Escaped(name.version);
   return text;
 }

@@ -8,14 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "client/hit_list.h"
+
 namespace oxaqrycln::oxaqry {
 
-struct DocumentName {
-  std::string channel;
-  std::string archive;
-  std::string document;
-  std::string version;  // "" for the current one
-};
+using client::DocumentName;
 
 // The parts between the slashes, with "%2F" and "%25" decoded; any other "%" is kept.
 std::vector<std::string> SplitName(std::string_view text);
@@ -24,6 +21,8 @@ std::vector<std::string> SplitName(std::string_view text);
 std::optional<DocumentName> ParseDocumentName(std::string_view text);
 // The text that ParseDocumentName reads, without a version when there is none.
 std::string ToText(const DocumentName& name);
+// "CHANNEL/ARCHIVE"
+std::string ArchiveText(std::string_view channel, std::string_view archive);
 
 }  // namespace oxaqrycln::oxaqry
 

@@ -26,10 +26,10 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
-  // The last signal, 0 for none.
-  int Signal() const noexcept;
+  // The last signal since the last one of these objects was made, 0 for none.
+  static int Signal() noexcept;
   // Raises Interrupted when there was a signal.
-  void Check() const {
+  static void Check() {
     if (const int signal = Signal(); signal != 0) throw Interrupted(signal);
   }
 

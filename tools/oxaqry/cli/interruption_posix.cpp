@@ -37,7 +37,7 @@ Interruption::~Interruption() {
   for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &former_->actions[i], nullptr);
 }
 
-int Interruption::Signal() const noexcept { return lastSignal; }
+int Interruption::Signal() noexcept { return lastSignal; }
 
 void TakeFileLimitsAsErrors() { std::signal(SIGXFSZ, SIG_IGN); }
 

@@ -31,7 +31,7 @@ Interruption::Interruption() : former_(std::make_unique<Former>()) {
 
 Interruption::~Interruption() { SetConsoleCtrlHandler(RecordEvent, FALSE); }
 
-int Interruption::Signal() const noexcept { return lastSignal; }
+int Interruption::Signal() noexcept { return lastSignal; }
 
 // The system has no such limits.
 void TakeFileLimitsAsErrors() {}

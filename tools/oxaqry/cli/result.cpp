@@ -3,7 +3,6 @@
 #include <ostream>
 
 #include "tools/oxaqry/cli/table.h"
-#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 int PrintResult(const Output& output, const Json& document, std::string_view text) {
@@ -21,12 +20,6 @@ void Warn(const Output& output, const std::string& text) {
   } else {
     output.err << "oxaqry: warning: " << text << '\n';
   }
-}
-
-Json JsonList(const std::vector<std::string>& texts) {
-  Json list = Json::array();
-  for (const std::string& text : texts) list.push_back(ToUtf8(text));
-  return list;
 }
 
 std::vector<std::string> Cells(const std::vector<std::string>& texts) {

@@ -18,9 +18,7 @@ int PrintResult(const Output& output, const Json& document, std::string_view tex
 // Writes a warning, which is UTF-8, on standard error: a line of text, or a JSON object {"warning":TEXT} with --json.
 void Warn(const Output& output, const std::string& text);
 
-// Texts of the component as a JSON list.
-Json JsonList(const std::vector<std::string>& texts);
-// Texts of the component as cells of a table.
+// UTF-8 texts as cells of a table.
 std::vector<std::string> Cells(const std::vector<std::string>& texts);
 
 }  // namespace oxaqrycln::oxaqry

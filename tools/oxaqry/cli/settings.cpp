@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <filesystem>
 #include <optional>
 
 #include "automation/method_table.h"
@@ -17,6 +19,7 @@ namespace oxaqrycln::oxaqry {
 namespace {
 
 constexpr const char* kHosts = "RemoteHosts";
+constexpr std::int32_t kMostSeconds = 86400;  // of the only number, the time-out
 
 // Passwords and keys have no option: everybody on the machine can read options.
 constexpr std::array kEntries{
@@ -51,8 +54,8 @@ Variant ValueFrom(std::string_view variable, std::string_view utf8, const std::s
     const Variant::Type type = FindVariable(variable) == nullptr ? Variant::Type::String : FindVariable(variable)->type;
     if (type == Variant::Type::String) return TextFromUtf8(utf8);
     if (type == Variant::Type::Long) {
-      if (const auto number = ParseNumber(utf8)) return *number;
-      expected = "a whole number from 0 to 2147483647";
+      if (const auto number = ParseNumber(utf8); number && *number >= 1 && *number <= kMostSeconds) return *number;
+      expected = "a whole number of seconds from 1 to 86400";
     } else if (const auto date = DateTime::FromIso(std::string(utf8))) {
       return *date;
     }
@@ -112,16 +115,15 @@ std::vector<std::string> VariableNames() {
   return names;
 }
 
-QueryServer ServerFrom(const std::string& entry) {
-  std::vector<std::string> fields = SplitText(entry, ",");
+// Whether an entry of the list of query servers names a user of its own. Raises CommandError for a malformed one.
+bool HasOwnAccount(const std::string& entry) {
+  const std::vector<std::string> fields = SplitText(entry, ",");
   if (fields.size() > 4 && !IsEncoded(fields[4])) {
     throw CommandError("the password of the query server \"" + ToUtf8(fields[0]) +
                        "\" is not encoded: encode it with the method \"Encode\" of oxaqry session");
   }
   const std::int32_t port = fields.size() < 2 ? 0 : ParseNumber(fields[1]).value_or(0);
-  if (!fields[0].empty() && port >= 1 && port <= 65535) {
-    return {fields[0], port, entry, fields.size() > 3 && !fields[3].empty()};
-  }
+  if (!fields[0].empty() && port >= 1 && port <= 65535) return fields.size() > 3 && !fields[3].empty();
   // Not the entry itself, which may hold a password.
   throw CommandError("the query server \"" + ToUtf8(fields[0]) +
                      "\" needs a port from 1 to 65535: write \"host,port\", and \"|\" between servers");
@@ -177,27 +179,59 @@ const Variant& Settings::Value(std::string_view variable) const {
 
 std::string Settings::Text(std::string_view variable) const { return Value(variable).ToText(); }
 
-std::vector<QueryServer> Settings::Servers() const {
+void Settings::RequireServers() const {
   const std::string list = Text(kHosts);
   if (list.empty()) {
     throw CommandError(
         "no query servers are set: give --hosts \"host,port\", OXAQRY_REMOTE_HOSTS, or RemoteHosts in the "
         "configuration file");
   }
-  std::vector<QueryServer> servers;
-  for (const std::string& entry : SplitText(list, "|")) servers.push_back(ServerFrom(entry));
+  bool haveAccounts = true;
+  for (const std::string& entry : SplitText(list, "|")) haveAccounts &= HasOwnAccount(entry);
   const std::string user = Text("strTELOUser");
-  if (!user.empty() && Value("strTELOPwd").IsEmpty() && !std::ranges::all_of(servers, &QueryServer::hasAccount)) {
+  if (!user.empty() && Value("strTELOPwd").IsEmpty() && !haveAccounts) {
     throw CommandError("the archive account \"" + ToUtf8(user) +
                        "\" has no password: give --password-file, --password-stdin, OXAQRY_PASSWORD, or strTELOPwd in "
                        "the configuration file, \"\" for an empty one");
   }
-  return servers;
 }
 
-std::string Settings::ServerList() const {
-  Servers();  // reports a malformed entry, which the component would only log
-  return Text(kHosts);
+void Settings::RequireBlobDirectory() const {
+  std::string directory = ToUtf8(Text("strBlobPathLocal"));
+  if (directory.empty()) {
+    throw CommandError("no blob directory is set: give --blob-local, OXAQRY_BLOB_LOCAL or strBlobPathLocal");
+  }
+  std::ranges::replace(directory, '\\', '/');
+  std::error_code failed;
+  if (!std::filesystem::is_directory(directory, failed)) {
+    throw CommandError("the blob directory \"" + directory + "\" (--blob-local) is not a directory");
+  }
+}
+
+client::Settings Settings::ForArchive() const {
+  const auto text = [this](std::string_view variable) { return ToUtf8(Text(variable)); };
+  client::Settings settings;
+  settings.hosts = text(kHosts);
+  settings.user = text("strTELOUser");
+  settings.password = text("strTELOPwd");
+  settings.timeout = std::chrono::seconds(Value("lngRequestTimeout").ToLong());
+  settings.session = text("strSessionID");
+  settings.logDirectory = text("strDebugLogPath");
+  settings.blobLocal = text("strBlobPathLocal");
+  settings.blobRemote = text("strBlobPathRemote");
+  settings.changedExtensions = text("strChangeFileExt");
+  settings.webUser = text("strUserName");
+  settings.webUserAddress = text("strUserIP");
+  if (!Value("datUserLoginTime").IsEmpty()) settings.webUserLogOn = Value("datUserLoginTime").ToDate();
+  return settings;
+}
+
+client::Settings Settings::ForDatabase() const {
+  client::Settings settings;
+  settings.session = ToUtf8(Text("strSessionID"));
+  settings.logDirectory = ToUtf8(Text("strDebugLogPath"));
+  settings.database = ToUtf8(Text("strDBConnect"));
+  return settings;
 }
 
 std::unique_ptr<clsQuery> Settings::MakeQuery() const {

@@ -3,15 +3,14 @@
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_CLI_SETTINGS_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_CLI_SETTINGS_H_
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "client/settings.h"
 #include "component/clsQuery.h"
 #include "tools/oxaqry/cli/errors.h"
 
@@ -26,14 +25,6 @@ struct SettingEntry {
   const char* meaning;
 };
 std::span<const SettingEntry> SettingEntries();
-
-// One entry of the list of query servers.
-struct QueryServer {
-  std::string host;
-  std::int32_t port = 0;
-  std::string entry;        // its text in the list
-  bool hasAccount = false;  // names a user of its own
-};
 
 class Settings {
  public:
@@ -53,11 +44,14 @@ class Settings {
   // A text setting; "" when it was never given.
   std::string Text(std::string_view variable) const;
 
-  // The query servers, as one text and as a list. Both raise CommandError when none is set, an entry is malformed, or a
-  // user is set without a password.
-  std::string ServerList() const;
-  std::vector<QueryServer> Servers() const;
+  // Raises CommandError when no query servers are set, an entry is malformed, or a user is set without a password.
+  void RequireServers() const;
+  // Raises CommandError when the local blob directory is not set or no directory.
+  void RequireBlobDirectory() const;
 
+  // As the client layer takes them, without the database, and with nothing else.
+  client::Settings ForArchive() const;
+  client::Settings ForDatabase() const;
   // A new instance with every setting but the query servers.
   std::unique_ptr<clsQuery> MakeQuery() const;
 

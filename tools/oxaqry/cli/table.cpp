@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "values/code_page.h"
-
 namespace oxaqrycln::oxaqry {
 namespace {
 
@@ -55,16 +53,20 @@ std::size_t LineWidth(const std::vector<std::size_t>& widths, std::size_t most) 
 
 std::string Printable(std::string_view text) {
   std::string printable;
-  for (const char character : text) {
-    const std::string utf8 = ToUtf8({&character, 1});
-    const auto first = static_cast<unsigned char>(utf8[0]);
-    const bool isC1 = first == 0xC2 && static_cast<unsigned char>(utf8[1]) < 0xA0;
-    printable += first < 0x20 || first == 0x7F || isC1 ? "\uFFFD" : utf8;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const bool isC1 = byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    if (byte < 0x20 || byte == 0x7F || isC1) {
+      printable += "\uFFFD";
+    } else {
+      printable += text[i];
+    }
+    i += isC1 ? 1 : 0;
   }
   return printable;
 }
 
-bool IsPrintable(std::string_view text) { return Printable(text) == ToUtf8(text); }
+bool IsPrintable(std::string_view text) { return Printable(text) == text; }
 
 std::string PrintableLines(std::string_view text) {
   std::string printable;

@@ -9,7 +9,7 @@
 
 namespace oxaqrycln::oxaqry {
 
-// A text of the component as UTF-8 for a terminal. Control characters, which could drive it, become U+FFFD.
+// A UTF-8 text for a terminal. Control characters, which could drive it, become U+FFFD.
 std::string Printable(std::string_view text);
 // Whether the text holds no control character.
 bool IsPrintable(std::string_view text);

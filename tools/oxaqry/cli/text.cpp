@@ -14,13 +14,6 @@ std::vector<std::string> SplitText(std::string_view text, std::string_view separ
   }
 }
 
-std::vector<std::string> SplitColumns(std::string_view text) {
-  if (text.empty()) return {};
-  if (text.starts_with('^')) text.remove_prefix(1);
-  if (text.ends_with('^')) text.remove_suffix(1);
-  return SplitText(text, "^,^");
-}
-
 std::optional<std::int32_t> ParseInteger(std::string_view text) {
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -12,8 +12,6 @@ namespace oxaqrycln::oxaqry {
 
 // The parts between the separators; one empty part of the empty text.
 std::vector<std::string> SplitText(std::string_view text, std::string_view separator);
-// "^a^,^b^" as a and b; no column of the empty text.
-std::vector<std::string> SplitColumns(std::string_view text);
 
 // A whole number of 32 bits, written in decimal digits, with "-" in front of a negative one.
 std::optional<std::int32_t> ParseInteger(std::string_view text);

@@ -69,13 +69,6 @@ std::string TextFromUtf8(std::string_view utf8) {
   return std::move(*text);
 }
 
-std::string FieldFromUtf8(std::string_view utf8) {
-  if (utf8.find("^,^") != std::string_view::npos) {
-    throw ValueError("a text holds \"^,^\", which divides the fields of a request");
-  }
-  return TextFromUtf8(utf8);
-}
-
 Variant ValueFromJson(const Json& json) {
   switch (json.type()) {
     case Json::value_t::null:

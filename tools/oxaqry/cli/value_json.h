@@ -17,8 +17,6 @@ using Json = nlohmann::ordered_json;
 
 // Raises ValueError for a character that has no place in the code page.
 std::string TextFromUtf8(std::string_view utf8);
-// The same for a text that becomes a field of a request. Also raises ValueError for a text that would end its field.
-std::string FieldFromUtf8(std::string_view utf8);
 
 // The value of a scalar or a typed scalar such as {"Integer":5}; null is Empty. Raises ValueError.
 Variant ValueFromJson(const Json& json);

@@ -1,17 +1,13 @@
 // The commands "note add", "note list" and "note delete".
-#include <ostream>
-
-#include "client/text.h"
+#include "tools/oxaqry/cli/archive.h"
 #include "tools/oxaqry/cli/command_families.h"
-#include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/input.h"
 #include "tools/oxaqry/cli/result.h"
-#include "tools/oxaqry/documents/document_access.h"
+#include "tools/oxaqry/cli/table.h"
+#include "tools/oxaqry/documents/notes.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
-
-constexpr std::size_t kLongestNote = 8000;  // characters; the component cuts what is longer
 
 struct NoteRequest {
   DocumentName document;
@@ -19,45 +15,49 @@ struct NoteRequest {
   bool yes = false;  // delete without asking
 };
 
-void PrintDone(const Output& output, const DocumentName& document, const std::string& what) {
-  PrintResult(output, {{"name", ToText(document)}, {"done", true}}, what + ToText(document));
+int PrintDone(const Output& output, const DocumentName& document, const std::string& what) {
+  return PrintResult(output, {{"name", ToText(document)}, {"done", true}}, what + ToText(document));
 }
 
 int AddNote(const Settings& settings, const NoteRequest& request, const Output& output) {
-  const DocumentKey key(request.document);
   const std::string text = request.text == "-" ? ReadAll(request.text, output.in) : request.text;
-  const std::string note = client::WithNetworkLineEnds(FieldFromUtf8(text));
-  if (note.size() > kLongestNote) {
-    throw CommandError("the note has " + std::to_string(note.size()) + " characters; a note holds 8000");
-  }
-  ArchiveQuery archive(settings, output);
-  archive.Count(
-      archive->TELOWriteNote(key.channel, key.archive, key.document, key.version, note, Missing, archive.status()));
-  PrintDone(output, request.document, "Attached a note to ");
-  return 0;
+  OpenArchive(settings, output).AddNote(request.document, text);
+  return PrintDone(output, request.document, "Attached a note to ");
 }
 
 int ListNotes(const Settings& settings, const NoteRequest& request, const Output& output) {
-  ArchiveQuery archive(settings, output);
-  const std::vector<std::string> notes = ReadNotes(archive, DocumentKey(request.document));
+  const std::vector<client::Note> notes = OpenArchive(settings, output).Notes(request.document);
   const std::string name = ToText(request.document);
-  PrintResult(output, {{"name", name}, {"notes", JsonList(notes)}},
-              name + " has " + (notes.empty() ? "no" : std::to_string(notes.size())) +
-                  (notes.size() == 1 ? " note" : " notes"));
-  if (!output.json) PrintNotes(notes, output.out);
-  return 0;
+  const std::string count = notes.empty() ? "no" : std::to_string(notes.size());
+  return PrintResult(output, {{"name", name}, {"notes", NotesJson(notes)}},
+                     name + " has " + count + (notes.size() == 1 ? " note" : " notes") + "\n" + NotesText(notes));
 }
 
 int DeleteNotes(const Settings& settings, const NoteRequest& request, const Output& output) {
-  const DocumentKey key(request.document);
   Confirm("Delete all notes of " + ToText(request.document) + "?", request.yes, output);
-  ArchiveQuery archive(settings, output);
-  archive.Count(archive->TELODeleteNotes(key.channel, key.archive, key.document, key.version, archive.status()));
-  PrintDone(output, request.document, "Deleted all notes of ");
-  return 0;
+  OpenArchive(settings, output).DeleteNotes(request.document);
+  return PrintDone(output, request.document, "Deleted all notes of ");
 }
 
 }  // namespace
+
+Json NotesJson(const std::vector<client::Note>& notes) {
+  Json list = Json::array();
+  for (const client::Note& note : notes) {
+    list.push_back({{"author", note.author}, {"time", note.time}, {"text", note.text}});
+  }
+  return list;
+}
+
+std::string NotesText(const std::vector<client::Note>& notes) {
+  std::string text;
+  for (std::size_t i = 0; i < notes.size(); ++i) {
+    std::string header = "Note " + std::to_string(i + 1);
+    if (!notes[i].time.empty()) header += ": " + Printable(notes[i].author) + ", " + notes[i].time;
+    text += "\n--- " + header + " ---\n" + PrintableLines(notes[i].text) + "\n";
+  }
+  return text;
+}
 
 void AddNoteCommands(CommandParser& parser) {
   CLI::App* const note = parser.AddGroup("note", "attach, list or delete the notes of a document",

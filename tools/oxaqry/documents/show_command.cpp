@@ -1,23 +1,15 @@
 // The command "show": a document with its segments, texts and notes.
-#include <array>
-#include <ostream>
-
+#include "tools/oxaqry/cli/archive.h"
 #include "tools/oxaqry/cli/command_families.h"
-#include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/documents/document_access.h"
-#include "values/code_page.h"
+#include "tools/oxaqry/documents/notes.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-// The marks that are sent when hits are shown on a terminal: bytes that no text holds. They are replaced when the text
-// is printed, so that nothing else in it can drive the terminal.
-constexpr char kMarkOn = '\x01';
-constexpr char kMarkOff = '\x02';
-constexpr std::string_view kReverse = "\x1B[1;7m";
-constexpr std::string_view kPlain = "\x1B[0m";
+constexpr const char* kReverse = "\x1B[1;7m";
+constexpr const char* kPlain = "\x1B[0m";
 
 struct ShowRequest {
   DocumentName document;
@@ -26,168 +18,104 @@ struct ShowRequest {
   std::string markOff;
 };
 
-// The outputs of the method, in its order.
-constexpr std::array kInformationKeys{"length", "created",    "changed",     "title",
-                                      "fields", "textFields", "imageFields", "fileFields"};
-enum InformationValue : std::size_t { kLength, kCreated, kChanged, kDocumentTitle, kFields, kTexts, kImages, kFiles };
-using Information = std::array<Variant, kInformationKeys.size()>;
-
-// The outputs of the method, in its order; the first four are the name of the document.
-constexpr std::array kSegmentKeys{"channel", "archive",    "document", "version",       "index",        "id",
-                                  "name",    "textLength", "hits",     "contentLength", "extension",    "type",
-                                  "title",   "file",       "status",   "layout",        "thumbnailSize"};
-enum SegmentValue : std::size_t {
-  kVersion = 3,
-  kIndex,
-  kId,
-  kName,
-  kTextLength,
-  kHits,
-  kContentLength,
-  kExtension,
-  kType,
-  kTitle,
-  kFile
-};
-struct Segment {
-  std::array<Variant, kSegmentKeys.size()> values;
-  std::string text;
-};
-
-struct Document {
-  DocumentName name;
-  Information information;
-  std::vector<Segment> segments;
-  std::vector<std::string> notes;
-};
-
-Information ReadInformation(ArchiveQuery& archive, const DocumentKey& key) {
-  Information found;
-  const std::int32_t lines = archive.Count(archive->TELOGetDocumentInfo(
-      key.channel, key.archive, key.document, key.version, &found[kLength], &found[kCreated], &found[kChanged],
-      &found[kDocumentTitle], &found[kFields], &found[kTexts], &found[kImages], &found[kFiles], archive.status()));
-  if (lines == 0) throw CommandError("the query server knows nothing about this document");
-  // A line that cannot be read leaves the outputs unwritten.
-  if (found.back().IsEmpty()) {
-    throw CommandError(
-        "the document's information is malformed: see the log (--log-dir) and ask the query server's operator");
-  }
-  return found;
+// For a terminal, without anything in the text that could drive it. A mark ends with its line and goes on in the next.
+std::string InReverse(const std::string& text) {
+  std::string shown = kReverse;
+  for (const char character : text)
+    shown += character == '\n' ? std::string(kPlain) + "\n" + kReverse : std::string(1, character);
+  return shown + kPlain;
 }
 
-std::vector<Segment> ReadSegments(ArchiveQuery& archive, const DocumentKey& key, const ShowRequest& request,
-                                  bool color) {
-  const bool marksTerminal = color && request.markOn.empty() && request.markOff.empty();
-  const std::string on = marksTerminal ? std::string(1, kMarkOn) : FieldFromUtf8(request.markOn);
-  const std::string off = marksTerminal ? std::string(1, kMarkOff) : FieldFromUtf8(request.markOff);
-  std::vector<Segment> segments;
-  const std::int32_t count = archive.Count(
-      archive->TELOGetSegmentsInit(key.channel, key.archive, key.document, key.version, FieldFromUtf8(request.query),
-                                   on, off, "\n", Missing, Missing, Missing, nullptr, archive.status()));
-  archive.ForEach(count, "segment", [&](std::int32_t) {
-    Segment next;
-    auto& out = next.values;
-    next.text =
-        archive->TELOGetSegmentsNext(out.data(), &out[1], &out[2], &out[3], &out[4], &out[5], &out[6], &out[7], &out[8],
-                                     &out[9], &out[10], &out[11], &out[12], &out[13], &out[14], &out[15], &out[16]);
-    segments.push_back(std::move(next));
-  });
-  return segments;
-}
-
-// A line may end inside a mark: it is closed there and opened again.
-std::string Marked(std::string_view text) {
+std::string ShownText(const client::MarkedText& text, const ShowRequest& request, bool color) {
+  const bool hasMarks = !request.markOn.empty() || !request.markOff.empty();
   std::string shown;
-  std::string plain;
-  bool isMarked = false;
-  const auto flush = [&] { shown += PrintableLines(std::exchange(plain, "")); };
-  for (const char character : text) {
-    if (character != kMarkOn && character != kMarkOff && character != '\n') {
-      plain += character;
-      continue;
-    }
-    flush();
-    if (isMarked) shown += kPlain;
-    if (character == '\n') {
-      shown += '\n';
+  for (const client::TextPiece& piece : text.Pieces()) {
+    const std::string plain = PrintableLines(piece.text);
+    if (!piece.isMarked) {
+      shown += plain;
+    } else if (hasMarks) {
+      shown += request.markOn + plain + request.markOff;
     } else {
-      isMarked = character == kMarkOn;
+      shown += color ? InReverse(plain) : plain;
     }
-    if (isMarked) shown += kReverse;
   }
-  flush();
-  if (isMarked) shown += kPlain;
   return shown;
 }
 
-Json JsonOf(const Document& document) {
-  Json json{{"name", ToText(document.name)}};
-  for (std::size_t i = 0; i < kInformationKeys.size(); ++i) {
-    json[kInformationKeys[i]] = JsonFromValue(document.information[i]);
+Json JsonOf(const client::Segment& segment, const ShowRequest& request) {
+  Json marks = Json::array();
+  for (const client::Mark& mark : segment.text.marks) marks.push_back({{"start", mark.start}, {"length", mark.length}});
+  std::string text;
+  for (const client::TextPiece& piece : segment.text.Pieces()) {
+    text += piece.isMarked ? request.markOn + piece.text + request.markOff : piece.text;
   }
-  Json segments = Json::array();
-  for (const Segment& segment : document.segments) {
-    Json object = Json::object();
-    for (std::size_t i = kIndex; i < kSegmentKeys.size(); ++i)
-      object[kSegmentKeys[i]] = JsonFromValue(segment.values[i]);
-    object["text"] = ToUtf8(segment.text);
-    segments.push_back(std::move(object));
-  }
-  json["segments"] = std::move(segments);
-  json["notes"] = JsonList(document.notes);
-  return json;
+  return {{"index", segment.index},
+          {"id", segment.fieldId},
+          {"name", segment.name},
+          {"title", segment.title},
+          {"type", segment.type},
+          {"textLength", segment.textLength},
+          {"hits", segment.hitCount},
+          {"contentLength", segment.contentLength},
+          {"extension", segment.extension},
+          {"file", segment.fileName},
+          {"status", segment.status},
+          {"layout", segment.layout},
+          {"thumbnailSize", segment.thumbnailSize},
+          {"text", std::move(text)},
+          {"marks", std::move(marks)}};
 }
 
-Table InformationTable(const Document& document) {
-  const auto text = [&](InformationValue which) { return Printable(document.information[which].ToText()); };
+Json JsonOf(const client::Document& document, const ShowRequest& request) {
+  Json segments = Json::array();
+  for (const client::Segment& segment : document.segments) segments.push_back(JsonOf(segment, request));
+  return {{"name", ToText(document.name)},     {"title", document.title},
+          {"created", document.created},       {"changed", document.changed},
+          {"length", document.length},         {"fields", document.fieldCount},
+          {"textFields", document.textCount},  {"imageFields", document.imageCount},
+          {"fileFields", document.fileCount},  {"segments", std::move(segments)},
+          {"notes", NotesJson(document.notes)}};
+}
+
+Table InformationTable(const client::Document& document) {
   Table table({"Property", "Value"});
-  table.Add({"Document", ToText(document.name)});
-  table.Add({"Title", text(kDocumentTitle)});
-  table.Add({"Created", text(kCreated)});
-  table.Add({"Changed", text(kChanged)});
-  table.Add({"Length", text(kLength)});
-  table.Add({"Fields",
-             text(kFields) + " (" + text(kTexts) + " text, " + text(kImages) + " image, " + text(kFiles) + " file)"});
+  table.Add({"Document", Printable(ToText(document.name))});
+  table.Add({"Title", Printable(document.title)});
+  table.Add({"Created", Printable(document.created)});
+  table.Add({"Changed", Printable(document.changed)});
+  table.Add({"Length", std::to_string(document.length)});
+  table.Add({"Fields", std::to_string(document.fieldCount) + " (" + std::to_string(document.textCount) + " text, " +
+                           std::to_string(document.imageCount) + " image, " + std::to_string(document.fileCount) +
+                           " file)"});
   return table;
 }
 
-void PrintSegments(const std::vector<Segment>& segments, const Output& output) {
-  std::ostream& out = output.out;
+Table SegmentTable(const std::vector<client::Segment>& segments) {
   Table table({"#", "ID", "Name", "Title", "Type", "Ext", "File", "Text", "Content", "Hits"});
-  for (const auto& [values, text] : segments) {
-    std::vector<std::string> texts;
-    for (const SegmentValue each :
-         {kIndex, kId, kName, kTitle, kType, kExtension, kFile, kTextLength, kContentLength, kHits}) {
-      texts.push_back(values[each].ToText());
-    }
-    table.Add(Cells(texts));
+  for (const client::Segment& segment : segments) {
+    table.Add(
+        Cells({std::to_string(segment.index), std::to_string(segment.fieldId), segment.name, segment.title,
+               std::to_string(segment.type), segment.extension, segment.fileName, std::to_string(segment.textLength),
+               std::to_string(segment.contentLength), std::to_string(segment.hitCount)}));
   }
-  out << '\n' << table.Text(TerminalColumns(output));
-  for (const auto& [values, text] : segments) {
-    if (text.empty()) continue;
-    out << "\n--- Segment " << values[kIndex].ToText() << ": " << Printable(values[kName].ToText()) << " ---\n"
-        << Marked(text) << '\n';
+  return table;
+}
+
+std::string TextOf(const client::Document& document, const ShowRequest& request, const Output& output) {
+  const std::size_t columns = TerminalColumns(output);
+  std::string text = InformationTable(document).Text(columns) + "\n" + SegmentTable(document.segments).Text(columns);
+  for (const client::Segment& segment : document.segments) {
+    if (segment.text.text.empty()) continue;
+    text += "\n--- Segment " + std::to_string(segment.index) + ": " + Printable(segment.name) + " ---\n" +
+            ShownText(segment.text, request, output.color) + "\n";
   }
+  return text + NotesText(document.notes);
 }
 
 int Show(const Settings& settings, const ShowRequest& request, const Output& output) {
-  const DocumentKey key(request.document);
-  ArchiveQuery archive(settings, output);
-  Document document;
-  document.name = request.document;
-  document.information = ReadInformation(archive, key);
-  document.segments = ReadSegments(archive, key, request, output.color && !output.json);
-  document.notes = ReadNotes(archive, key);
-  // The version that was found where none was asked for.
-  if (key.version.empty() && !document.segments.empty()) {
-    const std::string version = document.segments.front().values[kVersion].ToText();
-    if (IsPrintable(version)) document.name.version = ToUtf8(version);
-  }
-  PrintResult(output, JsonOf(document), InformationTable(document).Text(TerminalColumns(output)));
-  if (output.json) return 0;
-  PrintSegments(document.segments, output);
-  PrintNotes(document.notes, output.out);
-  return 0;
+  const client::Document document = OpenArchive(settings, output).Open(request.document, request.query);
+  return PrintResult(output, output.json ? JsonOf(document, request) : Json(),
+                     output.json ? "" : TextOf(document, request, output));
 }
 
 }  // namespace

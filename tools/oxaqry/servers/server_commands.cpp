@@ -1,111 +1,61 @@
+#include <algorithm>
+
+#include "client/archive.h"
+#include "tools/oxaqry/cli/archive.h"
 #include "tools/oxaqry/cli/command_families.h"
-
-#include <ostream>
-#include <thread>
-#include <vector>
-
-#include "tools/oxaqry/cli/archive_query.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/cli/text.h"
-#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-// Checks under way at a time; each takes a thread.
-constexpr std::size_t kChecksAtOnce = 16;
-
 int Live(const Settings& settings, const Output& output) {
-  ArchiveQuery archive(settings, output);
-  const std::string answer = archive.Answer(archive->LiveCheck());
-  return PrintResult(output, {{"answer", ToUtf8(answer)}}, Printable(answer));
+  const std::string answer = OpenArchive(settings, output).Live();
+  return PrintResult(output, {{"answer", answer}}, Printable(answer));
 }
 
 int Direct(const Settings& settings, const std::string& text, const Output& output) {
-  ArchiveQuery archive(settings, output);
-  const std::string answer = archive.Answer(archive->DirectQuery(TextFromUtf8(text)));
-  return PrintResult(output, {{"lines", JsonList(SplitText(answer, "\r\n"))}}, PrintableLines(answer));
-}
-
-struct ServerCheck {
-  RequestOutcome request;
-  std::string answer;  // or why there is none
-  bool answered = false;
-};
-
-ServerCheck Check(const Settings& settings, const QueryServer& server, Output output) {
-  output.verbose = false;  // shown afterwards, since the checks of several threads run at once
-  ServerCheck check;
-  try {
-    ArchiveQuery archive(settings, output, server.entry);
-    check.answer = archive->LiveCheck();
-    check.request = archive.LastRequest();
-    check.answered = check.request.result == RequestResult::Succeeded;
-    const bool isUnreachable = !check.request.wasSent && !check.request.servers.empty();
-    const std::string error = isUnreachable ? check.request.servers.back().error : "";
-    if (!error.empty()) check.answer = "no connection: " + error;
-  } catch (const std::exception& error) {
-    check.answer = FromUtf8(error.what()).value_or("");
-  }
-  return check;
-}
-
-// All instances of a thread use one list of servers, so that each server is checked in a thread of its own.
-std::vector<ServerCheck> CheckAll(const Settings& settings, const std::vector<QueryServer>& servers,
-                                  const Output& output) {
-  std::vector<ServerCheck> checks(servers.size());
-  for (std::size_t first = 0; first < servers.size(); first += kChecksAtOnce) {
-    std::vector<std::jthread> threads;
-    for (std::size_t i = first; i < std::min(first + kChecksAtOnce, servers.size()); ++i) {
-      threads.emplace_back([&, i] { checks[i] = Check(settings, servers[i], output); });
-    }
-  }
-  return checks;
+  const std::vector<std::string> lines = OpenArchive(settings, output).Direct(text);
+  std::string shown;
+  for (const std::string& line : lines) shown += Printable(line) + '\n';
+  return PrintResult(output, {{"lines", lines}}, shown);
 }
 
 int Servers(const Settings& settings, const Output& output) {
-  const std::vector<QueryServer> servers = settings.Servers();
-  const std::vector<ServerCheck> checks = CheckAll(settings, servers, output);
+  const std::vector<client::ServerHealth> servers = OpenArchive(settings, output).Health();
   Table table({"#", "Host", "Port", "State", "Time", "Answer"});
   Json list = Json::array();
-  std::size_t failed = 0;
-  for (std::size_t i = 0; i < servers.size(); ++i) {
-    const ServerCheck& check = checks[i];
-    const auto milliseconds = check.request.duration.count();
-    if (output.verbose) PrintAttempts(check.request, output.err);
-    if (!check.answered) ++failed;
-    list.push_back({{"number", i + 1},
-                    {"host", ToUtf8(servers[i].host)},
-                    {"port", servers[i].port},
-                    {"answered", check.answered},
-                    {check.answered ? "answer" : "error", ToUtf8(check.answer)},
-                    {"milliseconds", milliseconds}});
-    table.Add({std::to_string(i + 1), Printable(servers[i].host), std::to_string(servers[i].port),
-               check.answered ? "answers" : "error", std::to_string(milliseconds) + " ms", Printable(check.answer)});
+  for (const client::ServerHealth& server : servers) {
+    const std::string number = std::to_string(list.size() + 1);
+    list.push_back({{"number", list.size() + 1},
+                    {"host", server.host},
+                    {"port", server.port},
+                    {"answered", server.isAlive},
+                    {server.isAlive ? "answer" : "error", server.text},
+                    {"milliseconds", server.duration.count()}});
+    table.Add(Cells({number, server.host, std::to_string(server.port), server.isAlive ? "answers" : "error",
+                     std::to_string(server.duration.count()) + " ms", server.text}));
   }
   PrintResult(output, {{"servers", std::move(list)}}, table.Text(TerminalColumns(output)));
-  if (failed == 0) return 0;
+  const auto alive = static_cast<std::size_t>(std::ranges::count_if(servers, &client::ServerHealth::isAlive));
+  if (alive == servers.size()) return 0;
   throw CommandError(
-      std::to_string(failed) + " of " + std::to_string(servers.size()) +
+      std::to_string(servers.size() - alive) + " of " + std::to_string(servers.size()) +
       " query servers failed the check: the list shows why, and --log-dir keeps a log with more details");
 }
 
 int WriteTest(const Settings& settings, const Output& output) {
-  const std::string directory = settings.Text("strBlobPathLocal");
-  if (directory.empty()) {
-    throw CommandError("no blob directory is set: give --blob-local, OXAQRY_BLOB_LOCAL or strBlobPathLocal");
+  const client::Settings own = settings.ForArchive();
+  if (own.blobLocal.empty()) settings.RequireBlobDirectory();
+  try {
+    client::Archive archive(own);
+    archive.TestBlobDirectory();
+  } catch (const client::Error& error) {
+    throw CommandError(std::string(error.what()) + ": check that the directory --blob-local exists and is writable");
   }
-  const auto query = settings.MakeQuery();
-  const QueryWatch watch(*query);
-  query->WriteTest();
-  if (const HandledError& error = watch.LastError(); error.number != 0) {
-    throw CommandError(std::to_string(error.number) + " - " + Printable(error.description) +
-                       ": check that the directory --blob-local exists and is writable");
-  }
-  return PrintResult(output, {{"directory", ToUtf8(directory)}, {"writable", true}},
-                     "A test file was written into " + Printable(directory) + " and deleted");
+  return PrintResult(output, {{"directory", own.blobLocal}, {"writable", true}},
+                     "A test file was written into " + Printable(own.blobLocal) + " and deleted");
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 // The command "fetch": content of a document through the blob directory.
 #include <array>
 #include <optional>
-#include <regex>
+#include <string_view>
 
 #include "tools/oxaqry/cli/command_families.h"
-#include "tools/oxaqry/documents/document_access.h"
+#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
 
 namespace oxaqrycln::oxaqry {
@@ -20,34 +20,30 @@ struct FetchRequest {
   FetchTarget target;
 };
 
-int Fetch(const Settings& settings, const FetchRequest& request, const Output& output) {
-  const DocumentKey key(request.document);
-  const auto ask = [&](ArchiveQuery& archive, Variant* name, Variant* length) {
-    if (request.segment) {
-      return archive->TELOGetSegmentData(key.channel, key.archive, key.document, key.version, *request.segment, name,
-                                         length, archive.status());
-    }
-    if (request.printField) {
-      return archive->TELOGetSegmentPrintfile(key.channel, key.archive, key.document, key.version,
-                                              FieldFromUtf8(*request.printField), name, length, archive.status());
-    }
-    if (!request.pages.empty()) {
-      return archive->TELOGetSegmentMultiTIF(key.channel, key.archive, key.document, key.version,
-                                             FieldFromUtf8(request.pages), name, length, archive.status());
-    }
-    return archive->TELOGetSegmentFirstBLOB(key.channel, key.archive, key.document, key.version,
-                                            FieldFromUtf8(request.extension), name, length, archive.status());
-  };
-  FetchFile(settings, request.target, output, ask, [&] {
-    return FetchResult{{{"name", ToText(request.document)}}, "Fetched "};
-  });
-  return 0;
+client::Content ContentOf(const FetchRequest& request) {
+  if (request.segment) return client::Content::OfSegment(*request.segment);
+  if (request.printField) return client::Content::Printable(*request.printField);
+  if (!request.pages.empty()) return client::Content::Pages(request.pages);
+  return client::Content::FirstFile(request.extension);
 }
 
-// Page numbers start at 1 and have at most six digits; the component refuses a list of more than a million pages.
+int Fetch(const Settings& settings, const FetchRequest& request, const Output& output) {
+  const auto ask = [&](client::Archive& archive) { return archive.Fetch(request.document, ContentOf(request)); };
+  return FetchFile(settings, request.target, output, ask, "Fetched ", {{"name", ToText(request.document)}});
+}
+
+// A page number starts at 1 and has at most six digits; the component refuses a list of more than a million pages.
+bool IsPage(std::string_view text) {
+  return !text.empty() && text.size() <= 6 && text.front() != '0' && ParseNumber(text).has_value();
+}
+
 std::string CheckPages(const std::string& pages) {
-  static const std::regex list("[1-9][0-9]{0,5}(-[1-9][0-9]{0,5})?(;[1-9][0-9]{0,5}(-[1-9][0-9]{0,5})?)*");
-  return std::regex_match(pages, list) ? "" : "\"" + pages + "\" is not a list of pages like \"1;4-6\"";
+  bool isList = true;
+  for (const std::string& range : SplitText(pages, ";")) {
+    const std::vector<std::string> ends = SplitText(range, "-");
+    isList = isList && ends.size() <= 2 && IsPage(ends.front()) && IsPage(ends.back());
+  }
+  return isList ? "" : "\"" + pages + "\" is not a list of pages like \"1;4-6\"";
 }
 
 }  // namespace
@@ -56,7 +52,8 @@ void AddFetch(CommandParser& parser) {
   const auto [fetch, request] = parser.AddQuery(
       parser.app(), "fetch", "fetch content of a document through the blob directory",
       "Examples:\n  oxaqry fetch Mail/Inbox/1262 --first csv --blob-local /srv/blobs --hosts localhost,2001\n"
-      "  oxaqry fetch Mail/Fax/1120 --pages '1;4-6' -o fax.tif --blob-local /srv/blobs --hosts localhost,2001",
+      "  oxaqry fetch Mail/Fax/1120 --pages '1;4-6' -o fax.tif --blob-local /srv/blobs --hosts localhost,2001\n"
+      "  oxaqry fetch Mail/Inbox/1262 --first csv -o - --blob-local /srv/blobs --hosts localhost,2001 | head",
       Fetch);
   AddDocumentArgument(*fetch, request->document);
   const std::array contents{

@@ -1,61 +1,43 @@
 #include "tools/oxaqry/transfers/fetched_file.h"
 
-#include "tools/oxaqry/cli/blob_directory.h"
+#include <fstream>
+#include <ostream>
+#include <vector>
+
+#include "tools/oxaqry/cli/archive.h"
 #include "tools/oxaqry/cli/errors.h"
 #include "tools/oxaqry/cli/new_file.h"
 #include "tools/oxaqry/cli/progress.h"
 #include "tools/oxaqry/cli/result.h"
+#include "tools/oxaqry/cli/table.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Content {
-  std::string name;    // in the blob directory
-  std::string length;  // in bytes, as the server reports it
-};
-
-Content Ask(ArchiveQuery& archive, const AskForFile& ask, const Interruption& interruption, const Output& output) {
+fs::path Ask(client::Archive& archive, const AskForFile& ask, const Interruption& interruption, const Output& output) {
   // The server writes the file under a name that only its answer contains.
   Progress progress(output, "waiting for the query server", std::nullopt);
-  archive.Watch(interruption, [&](const RequestProgress&) { progress.Show(std::nullopt); });
-  Variant name;
-  Variant length;
-  const Variant result = ask(archive, &name, &length);
-  archive.Watch(interruption);
-  archive.Count(result);
-  if (name.ToText().empty()) throw CommandError("there is no such content");
-  return {name.ToText(), length.ToText()};
+  const InterruptedBySignals watch(archive, interruption,
+                                   [&](const client::Progress&) { progress.Show(std::nullopt); });
+  const auto file = ask(archive);
+  if (!file) throw CommandError("there is no such content");
+  return *file;
 }
 
-std::int64_t CheckedSize(const fs::path& file, const std::string& length) {
-  std::error_code failed;
-  const std::uintmax_t size = fs::file_size(file, failed);
-  if (failed) {
-    throw CommandError("the query server's file \"" + file.string() +
-                       "\" is not there: check that --blob-local and --blob-remote are the same directory");
-  }
-  if (std::to_string(size) != length) {
-    throw CommandError("the query server's file \"" + file.string() + "\" has " + std::to_string(size) +
-                       " bytes instead of " + length);
-  }
-  return static_cast<std::int64_t>(size);
-}
-
-fs::path TargetPath(const std::string& output, const std::string& name) {
+fs::path TargetPath(const std::string& output, const fs::path& name) {
   const fs::path path = output.empty() ? fs::path(".") : fs::path(output);
   return fs::is_directory(path) ? (path / name).lexically_normal() : path;
 }
 
 // Copies instead of renaming: the directory may be on another machine, and the file may belong to the server.
-void Move(const fs::path& source, const fs::path& target, std::int64_t size, bool force,
-          const Interruption& interruption, const Output& output) {
+void Move(const fs::path& source, const fs::path& target, std::int64_t size, bool force, const Output& output) {
   NewFile file(target, force);
   {
     Progress progress(output, target.filename().string(), size);
     file.CopyFrom(source, [&](std::int64_t copied) {
-      interruption.Check();
+      Interruption::Check();
       progress.Show(copied);
     });
   }
@@ -64,29 +46,35 @@ void Move(const fs::path& source, const fs::path& target, std::int64_t size, boo
 
 }  // namespace
 
-void FetchFile(const Settings& settings, const FetchTarget& wanted, const Output& output, const AskForFile& ask,
-               const std::function<FetchResult()>& result) {
-  const fs::path local = LocalBlobDirectory(settings);
-  const bool isNamed = !wanted.output.empty() && !fs::is_directory(wanted.output);
+int FetchFile(const Settings& settings, const FetchTarget& wanted, const Output& output, const AskForFile& ask,
+              const char* what, Json members) {
+  const bool isShown = wanted.output == kStandardOutput;
+  CheckOutput(wanted.output, output);
+  settings.RequireServers();
+  settings.RequireBlobDirectory();
+  const bool isNamed = !isShown && !wanted.output.empty() && !fs::is_directory(wanted.output);
   if (isNamed) CheckTarget(wanted.output, wanted.force);
   const Interruption interruption;
-  ArchiveQuery archive(settings, output);
-  UseBlobDirectory(archive, settings, local);
-  const Content content = Ask(archive, ask, interruption, output);
-  const std::string name = NativeName(content.name);
-  const fs::path source = local / name;
-  const fs::path target = TargetPath(wanted.output, name);
+  client::Archive archive = OpenArchive(settings, output);
+  const fs::path source = Ask(archive, ask, interruption, output);
+  TemporaryFile fetched(source);  // the client layer has checked that it is the requested one
+  if (wanted.keep) fetched.Keep();
+  Interruption::Check();
+  if (isShown) {
+    CopyToOutput(source, output);
+    return 0;
+  }
+  const fs::path target = TargetPath(wanted.output, source.filename());
+  const auto size = static_cast<std::int64_t>(fs::file_size(source));
   std::error_code absent;
-  const bool isThere = fs::equivalent(source, target, absent);
-  const std::int64_t size = CheckedSize(source, content.length);
-  TemporaryFile fetched(source);  // its length shows that it is the requested one
-  interruption.Check();
-  if (isThere || wanted.keep) fetched.Keep();
-  if (!isThere) Move(source, target, size, wanted.force, interruption, output);
-  FetchResult printed = result();
-  printed.members["file"] = target.string();
-  printed.members["bytes"] = size;
-  PrintResult(output, printed.members, printed.text + target.string() + " (" + ByteText(size) + ")");
+  if (fs::equivalent(source, target, absent)) {
+    fetched.Keep();
+  } else {
+    Move(source, target, size, wanted.force, output);
+  }
+  members["file"] = target.string();
+  members["bytes"] = size;
+  return PrintResult(output, members, what + Printable(target.string()) + " (" + ByteText(size) + ")");
 }
 
 void AddOutput(CLI::App& command, std::string& output, bool& force, const char* meaning) {
@@ -96,13 +84,27 @@ void AddOutput(CLI::App& command, std::string& output, bool& force, const char* 
 
 void AddFetchTarget(CLI::App& command, FetchTarget& target) {
   AddOutput(command, target.output, target.force,
-            "file or directory to put it (default: the server's file name, in the current directory)");
+            "file or directory to put it, \"-\" for standard output (default: the server's file name, in the current "
+            "directory)");
   command.add_flag("--keep", target.keep, "leave the file in the blob directory, too");
 }
 
-void UseBlobDirectory(ArchiveQuery& archive, const Settings& settings, const fs::path& local) {
-  archive->strBlobPathLocal = ComponentPath(local);
-  archive->strBlobPathRemote = RemoteBlobDirectory(settings);
+void CheckOutput(const std::string& target, const Output& output) {
+  if (target == kStandardOutput && output.json) {
+    throw UsageError("--json and \"-o -\" both write on standard output: give one of them");
+  }
+}
+
+void CopyToOutput(const fs::path& file, const Output& output) {
+  constexpr std::size_t kPieceSize = std::size_t{1} << 20;
+  std::ifstream in(file, std::ios::binary);
+  if (!in) throw CommandError("cannot read \"" + file.string() + "\"");
+  std::vector<char> piece(kPieceSize);
+  while (output.out && (in.read(piece.data(), static_cast<std::streamsize>(piece.size())) || in.gcount() > 0)) {
+    Interruption::Check();
+    output.out.write(piece.data(), in.gcount());
+  }
+  if (in.bad()) throw CommandError("cannot read \"" + file.string() + "\" to its end");
 }
 
 }  // namespace oxaqrycln::oxaqry

@@ -2,43 +2,44 @@
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_TRANSFERS_FETCHED_FILE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_TRANSFERS_FETCHED_FILE_H_
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
-#include "tools/oxaqry/cli/archive_query.h"
+#include "client/archive.h"
 #include "tools/oxaqry/cli/command_parser.h"
 #include "tools/oxaqry/cli/value_json.h"
 
 namespace oxaqrycln::oxaqry {
 
+inline constexpr const char* kStandardOutput = "-";
+
 // Where a fetched file is put.
 struct FetchTarget {
-  std::string output;  // a file or directory; "" for the current directory
+  std::string output;  // a file or directory, or kStandardOutput; "" for the current directory
   bool force = false;  // overwrites an existing file
   bool keep = false;   // leaves the file in the blob directory, too
 };
 
-// Calls the method that asks for the file, with its outputs, and returns what it returned.
-using AskForFile = std::function<Variant(ArchiveQuery& archive, Variant* name, Variant* length)>;
-// What the result says of the file: the members of the JSON document before the file's own, and the text before its
-// name.
-struct FetchResult {
-  Json members;
-  std::string text;
-};
+// Asks for the file: its path in the blob directory, or nothing when there is no such content.
+using AskForFile = std::function<std::optional<std::filesystem::path>(client::Archive& archive)>;
 
-// Asks for the file, moves it from the blob directory to its target and prints the result, which is composed after the
-// request. Raises CommandError, also when there is no such file, and Interrupted.
-void FetchFile(const Settings& settings, const FetchTarget& wanted, const Output& output, const AskForFile& ask,
-               const std::function<FetchResult()>& result);
+// Asks for the file and moves it from the blob directory to its target. Prints what + its name, or with --json the
+// members, the file and its bytes; nothing when the target is the output. Raises CommandError, also when there is no
+// such file, client::Error and Interrupted. Returns the exit status.
+int FetchFile(const Settings& settings, const FetchTarget& wanted, const Output& output, const AskForFile& ask,
+              const char* what, Json members);
 
-// The options "-o,--output" and "--force"; the meaning is that of the first.
+// Adds "-o,--output" and "--force"; the meaning is that of the first.
 void AddOutput(CLI::App& command, std::string& output, bool& force, const char* meaning);
 // These, and "--keep".
 void AddFetchTarget(CLI::App& command, FetchTarget& target);
 
-// An instance for files in a directory of this machine, which the query servers know as the remote blob directory.
-void UseBlobDirectory(ArchiveQuery& archive, const Settings& settings, const std::filesystem::path& local);
+// Raises UsageError when both a file and a JSON document are to be written on the output.
+void CheckOutput(const std::string& target, const Output& output);
+// Writes the bytes of a file on the output. Raises CommandError and Interrupted.
+void CopyToOutput(const std::filesystem::path& file, const Output& output);
 
 }  // namespace oxaqrycln::oxaqry
 

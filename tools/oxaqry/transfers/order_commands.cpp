@@ -1,11 +1,10 @@
 // The commands "orders list", "orders set" and "orders tiff".
-#include <limits>
-#include <optional>
-
+#include "client/archive.h"
+#include "tools/oxaqry/cli/archive.h"
 #include "tools/oxaqry/cli/command_families.h"
 #include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/cli/text.h"
+#include "tools/oxaqry/cli/value_json.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
 #include "values/code_page.h"
 
@@ -15,45 +14,35 @@ namespace {
 struct ListRequest {
   std::string query = "*";
   std::string status;  // only orders of this one; "" for all
-  std::int32_t maxLines = 100;
+  std::int32_t max = 100;
 };
-
-// The columns of each order: id, status, document, version, and what the query server adds.
-using Order = std::vector<std::string>;
 
 // The status is compared here, because each query server has a query language of its own. All orders are requested
 // then.
-std::vector<Order> ReadOrders(ArchiveQuery& archive, const ListRequest& request) {
-  const std::string wanted = UpperCase(TextFromUtf8(request.status));
-  const auto limit = static_cast<std::size_t>(request.maxLines);
-  std::vector<Order> orders;
-  const std::int32_t count = archive.Count(archive->OstranaQueryFahrauftraegeInit(
-      FieldFromUtf8(request.query), wanted.empty() ? request.maxLines : std::numeric_limits<std::int32_t>::max(),
-      archive.status()));
-  archive.ForEach(count, "transport order", [&](std::int32_t) {
-    Variant status;
-    Variant document;
-    Variant version;
-    const Order columns = SplitColumns(archive->OstranaQueryFahrauftraegeNext(&status, &document, &version));
-    const bool isWanted = wanted.empty() || UpperCase(status.ToText()) == wanted;
-    if (columns.empty() || !isWanted || (!wanted.empty() && limit > 0 && orders.size() == limit)) return;
-    orders.push_back({columns.front(), status.ToText(), document.ToText(), version.ToText()});
-    orders.back().insert(orders.back().end(), columns.begin() + 1, columns.end());
-  });
+std::vector<client::TransportOrder> ReadOrders(client::Archive& archive, const ListRequest& request) {
+  std::vector<client::TransportOrder> orders = archive.Orders(request.query, request.status.empty() ? request.max : 0);
+  if (request.status.empty()) return orders;
+  const auto upper = [](const std::string& text) { return UpperCase(TextFromUtf8(text)); };
+  const std::string wanted = upper(request.status);
+  std::erase_if(orders, [&](const client::TransportOrder& order) { return upper(order.status) != wanted; });
+  const auto limit = static_cast<std::size_t>(request.max);
+  if (limit > 0 && orders.size() > limit) orders.resize(limit);
   return orders;
 }
 
 int ListOrders(const Settings& settings, const ListRequest& request, const Output& output) {
-  ArchiveQuery archive(settings, output);
+  client::Archive archive = OpenArchive(settings, output);
   Table table({"Order", "Status", "Document", "Version"});
   Json list = Json::array();
-  for (const Order& order : ReadOrders(archive, request)) {
-    table.Add(Cells(order));
-    list.push_back({{"order", ToUtf8(order[0])},
-                    {"status", ToUtf8(order[1])},
-                    {"document", ToUtf8(order[2])},
-                    {"version", ToUtf8(order[3])},
-                    {"columns", JsonList({order.begin() + 4, order.end()})}});
+  for (const client::TransportOrder& order : ReadOrders(archive, request)) {
+    std::vector<std::string> cells{order.id, order.status, order.document, order.version};
+    cells.insert(cells.end(), order.columns.begin(), order.columns.end());
+    table.Add(Cells(cells));
+    list.push_back({{"order", order.id},
+                    {"status", order.status},
+                    {"document", order.document},
+                    {"version", order.version},
+                    {"columns", order.columns}});
   }
   return PrintResult(output, {{"orders", std::move(list)}}, table.Text(TerminalColumns(output)));
 }
@@ -64,10 +53,7 @@ struct SetRequest {
 };
 
 int SetStatus(const Settings& settings, const SetRequest& request, const Output& output) {
-  const std::string order = FieldFromUtf8(request.order);
-  const std::string status = FieldFromUtf8(request.status);
-  ArchiveQuery archive(settings, output);
-  archive.Count(archive->OstranaUpdateFahrauftraegeStatus(order, status, archive.status()));
+  OpenArchive(settings, output).SetOrderStatus(request.order, request.status);
   return PrintResult(output, {{"order", request.order}, {"status", request.status}, {"done", true}},
                      "Set the status of " + request.order + " to " + request.status);
 }
@@ -78,15 +64,8 @@ struct PagesRequest {
 };
 
 int FetchPages(const Settings& settings, const PagesRequest& request, const Output& output) {
-  std::string list;
-  for (const std::string& order : request.orders) list.append(list.empty() ? "" : ",").append(FieldFromUtf8(order));
-  const auto ask = [&](ArchiveQuery& archive, Variant* name, Variant* length) {
-    return archive->OstranaGetFahrauftraegeMultiTIFF(list, name, length, archive.status());
-  };
-  FetchFile(settings, request.target, output, ask, [&] {
-    return FetchResult{{{"orders", request.orders}}, "Fetched "};
-  });
-  return 0;
+  const auto ask = [&](client::Archive& archive) { return archive.FetchOrders(request.orders); };
+  return FetchFile(settings, request.target, output, ask, "Fetched ", {{"orders", request.orders}});
 }
 
 }  // namespace
@@ -100,7 +79,7 @@ void AddOrderCommands(CommandParser& parser) {
                                               ListOrders);
   list->add_option("QUERY", listed->query, "the query expression (default \"*\")");
   list->add_option("--status", listed->status, "only orders of this status, in any letter case")->type_name("S");
-  list->add_option("--max", listed->maxLines, "largest number of orders to show, 0 for all (default 100)")
+  list->add_option("--max", listed->max, "largest number of orders to show, 0 for all (default 100)")
       ->check(FromZero<std::int32_t>())
       ->type_name("N");
   const auto [set, change] =

@@ -1,29 +1,21 @@
 // The command "print-hits": a hit list as a PDF file, which the query server makes.
 #include "tools/oxaqry/cli/command_families.h"
-#include "tools/oxaqry/documents/hit_list.h"
+#include "tools/oxaqry/documents/search_arguments.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
 struct PrintRequest {
-  SearchRequest search;
+  client::SearchOptions search;
   std::string title;  // "" for the query
   FetchTarget target;
 };
 
 int PrintHits(const Settings& settings, const PrintRequest& request, const Output& output) {
-  const std::string title = FieldFromUtf8(request.title.empty() ? request.search.query : request.title);
-  std::int32_t hitCount = 0;
-  const auto ask = [&](ArchiveQuery& archive, Variant* name, Variant* length) {
-    hitCount = RunQuery(archive, request.search).rowCount - 1;  // without the titles
-    return archive->FennikPrintHitlistPDF(title, name, length, archive.status());
-  };
-  FetchFile(settings, request.target, output, ask, [&] {
-    return FetchResult{{{"hits", hitCount}},
-                       "Printed " + std::to_string(hitCount) + (hitCount == 1 ? " hit to " : " hits to ")};
-  });
-  return 0;
+  const std::string& title = request.title.empty() ? request.search.query : request.title;
+  const auto ask = [&](client::Archive& archive) { return archive.PrintHits(request.search, title); };
+  return FetchFile(settings, request.target, output, ask, "Printed the hits to ", {{"title", title}});
 }
 
 }  // namespace

@@ -1,42 +1,50 @@
 #include "tools/oxaqry/users/archive_names.h"
 
+#include <algorithm>
+#include <chrono>
 #include <set>
 
-#include "tools/oxaqry/cli/archive_query.h"
-#include "values/code_page.h"
+#include "tools/oxaqry/cli/archive.h"
+#include "tools/oxaqry/cli/document_name.h"
+#include "tools/oxaqry/cli/errors.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
 
-constexpr std::int32_t kMostSeconds = 5;
+constexpr std::chrono::seconds kMostTime{5};
 
 struct ArchiveNames {
   std::set<std::string> channels;
   std::set<std::string> archives;  // each by its name and by its reference, either of which a right may hold
 };
 
-// Raises CommandError.
-ArchiveNames ReadArchiveNames(Settings settings, const Output& output) {
-  constexpr const char* kTimeout = "lngRequestTimeout";
-  if (settings.Value(kTimeout).ToLong() > kMostSeconds) {
-    settings.Set(kTimeout, std::to_string(kMostSeconds), "the time-out");
-  }
+std::string Reference(const std::string& channel, const std::string& archive) {
+  return "$(#" + channel + ")\\" + archive;
+}
+
+// Raises CommandError and client::Error.
+ArchiveNames ReadArchiveNames(const Settings& settings, const Output& output) {
+  settings.RequireServers();
+  client::Settings own = settings.ForArchive();
+  own.timeout = std::min(own.timeout, kMostTime);
+  client::Archive archive = OpenArchive(own, output);
   ArchiveNames names;
-  ArchiveQuery query(settings, output);
-  query.ForEach(query.Count(query->TELOGetAllArchivesExtInit(query.status())), "channel", [&](std::int32_t) {
-    Variant channel;
-    const std::int32_t archiveCount = query->TELOGetAllArchivesExtNext(&channel).ToLong();
-    const std::string place = ToUtf8(channel.ToText());
-    names.channels.insert(place);
-    query.ForEach(archiveCount, "archive", [&](std::int32_t) {
-      const std::string archive = ToUtf8(query->TELOGetAllArchivesExtNextArchive());
-      names.archives.insert({archive, "$(#" + place + ")\\" + archive});
-    });
-  });
+  for (const client::Channel& channel : archive.Archives()) {
+    names.channels.insert(channel.name);
+    for (const client::ArchiveEntry& entry : channel.archives) {
+      names.archives.insert({entry.name, Reference(channel.name, entry.name)});
+    }
+  }
   return names;
 }
 
 }  // namespace
+
+std::string ArchiveEntryOf(const std::string& text) {
+  const std::vector<std::string> parts = SplitName(text);
+  const bool isName = parts.size() == 2 && !parts[0].empty() && !parts[1].empty();
+  return isName && !text.starts_with("$(#") ? Reference(parts[0], parts[1]) : text;
+}
 
 std::vector<std::string> UnknownNameWarnings(const Settings& settings, const std::vector<std::string>& channels,
                                              const std::vector<std::string>& archives, const Output& output) {
@@ -53,6 +61,8 @@ std::vector<std::string> UnknownNameWarnings(const Settings& settings, const std
     };
     compare("channel", channels, names.channels);
     compare("archive", archives, names.archives);
+  } catch (const client::Error& error) {
+    warnings.push_back("whether the names exist was not checked: " + FailureText(error));
   } catch (const CommandError& error) {
     warnings.push_back("whether the names exist was not checked: " + std::string(error.what()));
   }

@@ -50,7 +50,12 @@ CLI::Validator WholeNumber() {
           ""};
 }
 
-Json JsonOf(const WebUser& user) { return {{"userId", user.id}, {"name", ToUtf8(user.name)}}; }
+Json JsonOf(const WebUser& user) { return {{"userId", user.id}, {"name", user.name}}; }
+
+Json JsonId(const std::string& id) {
+  const auto number = ParseInteger(id);
+  return number && std::to_string(*number) == id ? Json(*number) : Json(id);
+}
 
 std::string TableText(const Output& output, const Json& rows, const std::vector<Column>& columns) {
   std::vector<std::string> titles;
@@ -66,7 +71,7 @@ std::string TableText(const Output& output, const Json& rows, const std::vector<
 
 std::string ReadableText(const Json& value) {
   if (value.is_null()) return "";
-  if (value.is_string()) return Printable(TextFromUtf8(value.get<std::string>()));
+  if (value.is_string()) return Printable(value.get<std::string>());
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (!value.is_array()) return value.dump();
   std::string text;

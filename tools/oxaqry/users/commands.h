@@ -29,6 +29,9 @@ void AddGrantCommands(CommandParser& parser, CLI::App& parent);
 void AddExplain(CommandParser& parser, CLI::App& parent);
 void AddOutline(CommandParser& parser, CLI::App& parent);
 
+// An ID as a number, or as text when it is none.
+Json JsonId(const std::string& id);
+
 // A command on a database that has its tables. addOptions fills the Request that run gets; run returns the exit status
 // and raises CommandError, UsageError or ValueError.
 template <typename Request, typename AddOptions>

@@ -15,7 +15,7 @@ std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
 [[noreturn]] void Fail(const std::string& what, std::string reason) {
   std::ranges::replace(reason, '\t', ' ');
-  throw CommandError(what + (reason.empty() ? "" : ": " + Printable(reason)));
+  throw CommandError(what + (reason.empty() ? "" : ": " + Printable(ToUtf8(reason))));
 }
 
 // By the state that most drivers give, or by the message of SQLite's, whose state is a general one.
@@ -117,7 +117,7 @@ std::vector<WebUser> UserDatabase::UsersWhere(const std::string& condition, cons
                                  condition + " ORDER BY UserID",
                              values)) {
     users.push_back(
-        {row[0].ToLong(), row[1].ToText(), row[2].ToLong() != 0, row[3].ToLong() != 0, row[4].ToLong() != 0});
+        {row[0].ToLong(), ToUtf8(row[1].ToText()), row[2].ToLong() != 0, row[3].ToLong() != 0, row[4].ToLong() != 0});
   }
   return users;
 }
@@ -157,7 +157,7 @@ std::string UserDatabase::Name(const std::string& utf8, const std::string& what)
   if (utf8.empty()) throw CommandError(what + " is empty");
   const auto text = FromUtf8(utf8);
   if (!text) throw CommandError(what + " contains a character that is not in the code page Windows-1252");
-  if (!IsPrintable(*text)) throw CommandError(what + " contains a control character");
+  if (!IsPrintable(utf8)) throw CommandError(what + " contains a control character");
   Literal(*text, what);
   return *text;
 }

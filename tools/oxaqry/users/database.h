@@ -1,5 +1,5 @@
 // database.h - the web user database for one command: the component on it, and statements on the same connection.
-// Texts in statements and rows are those of the component's code page.
+// Texts in statements and rows are those of the component's code page; those of a WebUser are UTF-8.
 #ifndef OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_
 #define OXAQRYCLN_TOOLS_OXAQRY_USERS_DATABASE_H_
 
@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "client/users.h"
 #include "component/clsQuery.h"
 #include "component/query_watch.h"
 #include "platform/database/database.h"
@@ -26,7 +27,7 @@ struct UserName {
 
 struct WebUser {
   std::int32_t id = 0;
-  std::string name;
+  std::string name;  // UTF-8
   bool hasPassword = false;
   bool hasMembers = false;
   bool hasFlag = false;  // ChangePasswd is not Null: must or need not change the password
@@ -57,6 +58,9 @@ class UserDatabase {
   // The result of the method of the component that was just called. Raises CommandError when the method failed: it
   // handled an error, or the result is Empty or a negative number.
   Variant Checked(Variant result, const std::string& failure) const;
+
+  // The client layer, on a connection of its own.
+  client::Users OnLayer() const { return client::Users(settings_.ForDatabase()); }
 
   // Statements; a value, a whole number or a text, replaces each "?" of the statement. All raise CommandError.
   std::vector<Row> Rows(std::int32_t columnCount, std::string_view statement, const Values& values = {});

@@ -1,8 +1,6 @@
 // The commands "user doc-rights" and "user search-rights": what restricts a user in an archive, by definitions granted
 // to the user and to the user's groups.
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/users/lists.h"
-#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -17,30 +15,25 @@ void AddOptions(CLI::App& command, DefinitionRequest& request) {
   AddArchiveArguments(command, request.archive);
 }
 
-// What the methods take.
-struct UserAndArchive {
-  UserAndArchive(UserDatabase& database, const DefinitionRequest& request)
-      : channel(database.Entry(request.archive.channel, "the channel")),
-        archive(database.Entry(request.archive.archive, "the archive")),
-        user(database.User(request.user)) {}
-  Json ToJson() const {
-    Json json = JsonOf(user);
-    json["channel"] = ToUtf8(channel);
-    json["archive"] = ToUtf8(archive);
-    return json;
-  }
-  std::string channel;
-  std::string archive;
-  WebUser user;
-};
+Json KeyOf(const WebUser& user, const ArchiveArguments& archive) {
+  Json json = JsonOf(user);
+  json["channel"] = archive.channel;
+  json["archive"] = archive.archive;
+  return json;
+}
 
 int ShowDocumentRights(UserDatabase& database, const DefinitionRequest& request, const Output& output) {
-  const UserAndArchive key(database, request);
-  Variant lines;
-  database.Checked(database.query().GetUserDocRights(key.user.id, key.channel, key.archive, &lines),
-                   "the document rights cannot be read");
-  Json json = key.ToJson();
-  json["conditions"] = LineObjects(lines.ToText(), 2, {"definition", "field", "operator", "value", "type"});
+  const WebUser user = database.User(request.user);
+  Json json = KeyOf(user, request.archive);
+  json["conditions"] = Json::array();
+  for (const client::DocumentCondition& each :
+       database.OnLayer().DocumentConditions(user.id, request.archive.channel, request.archive.archive)) {
+    json["conditions"].push_back({{"definition", JsonId(each.definition)},
+                                  {"field", JsonId(each.fieldId)},
+                                  {"operator", each.comparison},
+                                  {"value", each.value},
+                                  {"type", each.type}});
+  }
   return PrintResult(output, json,
                      TableText(output, json["conditions"],
                                {{"Definition", "definition"},
@@ -51,24 +44,25 @@ int ShowDocumentRights(UserDatabase& database, const DefinitionRequest& request,
 }
 
 int ShowSearchRights(UserDatabase& database, const DefinitionRequest& request, const Output& output) {
-  const UserAndArchive key(database, request);
-  Variant values;
-  Variant hidden;
-  Variant noMatchcode;
-  database.Checked(
-      database.query().GetUserSearchRights(key.user.id, key.channel, key.archive, &values, &hidden, &noMatchcode),
-      "the search rights cannot be read");
-  Json json = key.ToJson();
-  json["fixedValues"] = LineObjects(values.ToText(), 1, {"field", "value"});
-  json["hiddenFields"] = IdEntries(hidden.ToText());
-  json["noMatchcodeFields"] = IdEntries(noMatchcode.ToText());
+  const WebUser user = database.User(request.user);
+  const client::SearchRights rights =
+      database.OnLayer().RightsToSearch(user.id, request.archive.channel, request.archive.archive);
+  Json json = KeyOf(user, request.archive);
   Json rows = Json::array();
-  for (Json row : json["fixedValues"]) {
-    row["kind"] = "fixed value";
-    rows.push_back(std::move(row));
+  json["fixedValues"] = Json::array();
+  for (const auto& [field, value] : rights.fixedValues) {
+    json["fixedValues"].push_back({{"field", JsonId(field)}, {"value", value}});
+    rows.push_back({{"kind", "fixed value"}, {"field", JsonId(field)}, {"value", value}});
   }
-  for (const Json& field : json["hiddenFields"]) rows.push_back({{"kind", "hidden"}, {"field", field}});
-  for (const Json& field : json["noMatchcodeFields"]) rows.push_back({{"kind", "no matchcode"}, {"field", field}});
+  const auto addFields = [&](const char* member, const char* kind, const std::vector<std::string>& fields) {
+    json[member] = Json::array();
+    for (const std::string& field : fields) {
+      json[member].push_back(JsonId(field));
+      rows.push_back({{"kind", kind}, {"field", JsonId(field)}});
+    }
+  };
+  addFields("hiddenFields", "hidden", rights.hiddenFields);
+  addFields("noMatchcodeFields", "no matchcode", rights.fieldsWithoutMatchcode);
   return PrintResult(output, json, TableText(output, rows, {{"Kind", "kind"}, {"Field", "field"}, {"Value", "value"}}));
 }
 

@@ -4,6 +4,7 @@
 
 #include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/cli/text.h"
+#include "tools/oxaqry/users/archive_names.h"
 #include "tools/oxaqry/users/commands.h"
 #include "values/code_page.h"
 
@@ -41,7 +42,8 @@ struct ExplainRequest {
 Variant EntryValue(const UserDatabase& database, const ExplainRequest& request) {
   const Kind kind = request.kind->kind;
   if (kind == Kind::Right) return *ParseInteger(request.entry);
-  return database.Entry(request.entry, kind == Kind::Channel ? "the channel" : "the archive");
+  if (kind == Kind::Channel) return database.Entry(request.entry, "the channel");
+  return database.Entry(ArchiveEntryOf(request.entry), "the archive");
 }
 
 constexpr std::array kActions{"new", "edit", "delete"};
@@ -110,8 +112,8 @@ int Explain(UserDatabase& database, const ExplainRequest& request, const Output&
   json["held"] = isHeld;
   if (isEdit) json["sum"] = sum;
   json["sources"] = sources;
-  std::string text =
-      Printable(user.name) + (isHeld ? " has " : " does not have ") + kind.words + Printable(value.ToText()) + "\n";
+  std::string text = Printable(user.name) + (isHeld ? " has " : " does not have ") + kind.words +
+                     Printable(ToUtf8(value.ToText())) + "\n";
   if (!sources.empty()) text += SourceTable(output, sources, sum);
   PrintResult(output, json, text);
   return isHeld ? 0 : 1;
@@ -123,7 +125,7 @@ void AddExplain(CommandParser& parser, CLI::App& parent) {
   AddCommand(
       parser, parent, "explain", "show which entries give a user a right; exit status 0 when the user has it, else 1",
       "Examples:\n  oxaqry user explain anna 3 --config web.json\n"
-      "  oxaqry user explain anna --edit Invoices --config web.json",
+      "  oxaqry user explain anna --edit Finance/Invoices --config web.json",
       Explain, [](CLI::App& command, ExplainRequest& request) {
         AddUserName(command, request.user);
         std::vector<const CLI::Option*> options;

@@ -31,7 +31,7 @@ class Exporter {
     try {
       if (user.name == kUnreadable) throw CommandError("the name contains characters that are not in Windows-1252");
       if (!user.hasPassword) throw CommandError(user.IsGroup() ? "a group" : "disabled, without a password");
-      const std::string name = ToUtf8(user.name);
+      const std::string& name = user.name;
       database_.Name(name, "the name");
       const std::string decoded = Decoded(password, "the password");
       if (!names_.insert(name).second) throw CommandError("another user of that name is in the file");

@@ -75,14 +75,14 @@ class Changes {
   void ChangeMembership(const std::string& group) {
     const WebUser found = database_.Group(group);
     if (isGrant_ && user_.IsGroup()) {
-      throw CommandError("\"" + ToUtf8(user_.name) + "\" is itself a group, and groups of groups give no rights");
+      throw CommandError("\"" + user_.name + "\" is itself a group, and groups of groups give no rights");
     }
     Change("group", "UserGroups", "GroupID", found.id, group);
   }
 
   void ChangeEdit(const EditGrant& grant) {
     using Numbers = std::array<std::int32_t, 3>;
-    const std::string archive = database_.Entry(grant.archive, "the archive of --edit");
+    const std::string archive = database_.Entry(ArchiveEntryOf(grant.archive), "the archive of --edit");
     const UserDatabase::Values key{user_.id, archive};
     const std::string condition = " WHERE UserID=? AND Archive=?";
     const auto rows = database_.Rows(3, "SELECT New, Edit, Del FROM UserEditRights" + condition, key);
@@ -135,8 +135,9 @@ class Changes {
 // A right in an archive that does not exist would go unnoticed.
 std::vector<std::string> WarningsOf(const UserDatabase& database, const GrantRequest& request, const Output& output) {
   if (!request.isGrant) return {};
-  std::vector<std::string> archives = request.archives;
-  for (const EditGrant& grant : request.edits) archives.push_back(grant.archive);
+  std::vector<std::string> archives;
+  for (const std::string& archive : request.archives) archives.push_back(ArchiveEntryOf(archive));
+  for (const EditGrant& grant : request.edits) archives.push_back(ArchiveEntryOf(grant.archive));
   return UnknownNameWarnings(database.settings(), request.channels, archives, output);
 }
 
@@ -154,7 +155,7 @@ int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Outp
   }
   for (const EditGrant& grant : request.edits) changes.ChangeEdit(grant);
   for (const std::string& name : request.archives) {
-    changes.Change("archive", "UserArchives", "Archive", database.Entry(name, "the archive"), name);
+    changes.Change("archive", "UserArchives", "Archive", database.Entry(ArchiveEntryOf(name), "the archive"), name);
   }
   for (const std::string& name : request.channels) {
     changes.Change("channel", "UserChannels", "Channel", database.Entry(name, "the channel"), name);
@@ -179,7 +180,7 @@ void AddGrants(CLI::App& command, GrantRequest& request) {
           .add_option_function<std::vector<std::string>>(
               "--edit", addEdits, "edit rights in an archive: the letters of N (new), E (edit), D (delete)")
           ->type_name("ARCHIVE=NED"),
-      command.add_option("--archive", request.archives, "visibility of an archive")->type_name("A"),
+      command.add_option("--archive", request.archives, "visibility of an archive, CHANNEL/ARCHIVE")->type_name("A"),
       command.add_option("--channel", request.channels, "visibility of a channel")->type_name("C"),
       command.add_option("--group", request.groups, "membership in a group")->type_name("G")};
   options.insert(options.end(), numbers.begin(), numbers.end());
@@ -191,15 +192,16 @@ void AddGrants(CLI::App& command, GrantRequest& request) {
 }  // namespace
 
 void AddGrantCommands(CommandParser& parser, CLI::App& parent) {
-  AddCommand(parser, parent, "grant", "give a user or group rights, or a user membership in groups",
-             "Examples:\n  oxaqry user grant Sales --right 3 --archive Invoices --channel Finance --config web.json\n"
-             "  oxaqry user grant anna --group Sales --edit Invoices=NE --config web.json",
-             ChangeGrants, [](CLI::App& command, GrantRequest& request) {
-               request.isGrant = true;
-               AddGrants(command, request);
-             });
+  AddCommand(
+      parser, parent, "grant", "give a user or group rights, or a user membership in groups",
+      "Examples:\n  oxaqry user grant Sales --right 3 --archive Finance/Invoices --channel Finance --config web.json\n"
+      "  oxaqry user grant anna --group Sales --edit Finance/Invoices=NE --config web.json",
+      ChangeGrants, [](CLI::App& command, GrantRequest& request) {
+        request.isGrant = true;
+        AddGrants(command, request);
+      });
   AddCommand(parser, parent, "revoke", "revoke a user's or group's own rights; those given by groups stay",
-             "Examples:\n  oxaqry user revoke anna --edit Invoices=E --config web.json\n"
+             "Examples:\n  oxaqry user revoke anna --edit Finance/Invoices=E --config web.json\n"
              "  oxaqry user revoke anna --group Sales --config web.json",
              ChangeGrants, AddGrants);
 }

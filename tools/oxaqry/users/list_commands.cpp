@@ -2,9 +2,7 @@
 #include <algorithm>
 #include <map>
 
-#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/users/lists.h"
 #include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
@@ -43,8 +41,8 @@ int ListUsers(UserDatabase& database, const ListRequest& request, const Output& 
                                        "THEN 0 ELSE 1 END FROM Users" +
                                            condition + " ORDER BY UserName, UserID",
                                        values)) {
-    const WebUser user{row[0].ToLong(), row[1].ToText(), row[4].ToLong() != 0, members.contains(row[0].ToLong()),
-                       !row[3].IsNull()};
+    const WebUser user{row[0].ToLong(), ToUtf8(row[1].ToText()), row[4].ToLong() != 0,
+                       members.contains(row[0].ToLong()), !row[3].IsNull()};
     if (user.IsGroup() != request.isOfGroups) continue;
     Json json = JsonOf(user);
     if (request.isOfGroups) {
@@ -71,44 +69,25 @@ int ListUsers(UserDatabase& database, const ListRequest& request, const Output& 
                                 {"Groups", "groups"}}));
 }
 
-using ListMethod = Variant (clsQuery::*)(const Variant&, Variant*);
-
-std::string ReadList(UserDatabase& database, ListMethod method, std::int32_t id) {
-  Variant list;
-  database.Checked((database.query().*method)(id, &list), "the rights cannot be read");
-  return list.ToText();
-}
-
 int ListGroupsOf(UserDatabase& database, const UserName& name, const Output& output) {
-  const Json groups = TextEntries(ReadList(database, &clsQuery::GetUserGroups, database.User(name).id));
+  const Json groups = database.OnLayer().Groups(database.User(name).id);
   std::string text;
   for (const Json& group : groups) text += ReadableText(group) + '\n';
   return PrintResult(output, groups, text);
 }
 
-// The lines "archive[,N][,E][,D]".
-Json ReadEditRights(UserDatabase& database, std::int32_t id) {
-  Json rights = Json::array();
-  for (std::string& line : SplitText(ReadList(database, &clsQuery::GetUserEditRights, id), "\r\n")) {
-    if (line.empty()) continue;
-    std::string letters;
-    while (line.size() >= 2 && line[line.size() - 2] == ',') {
-      letters += line.back();
-      line.resize(line.size() - 2);
-    }
-    const auto may = [&](char letter) { return letters.find(letter) != std::string::npos; };
-    rights.push_back({{"archive", ToUtf8(line)}, {"new", may('N')}, {"edit", may('E')}, {"delete", may('D')}});
-  }
-  return rights;
-}
-
 int ShowRights(UserDatabase& database, const UserName& name, const Output& output) {
   const WebUser user = database.User(name);
   Json json = JsonOf(user);
-  json["rights"] = IdEntries(ReadList(database, &clsQuery::GetUserRights, user.id));
-  json["editRights"] = ReadEditRights(database, user.id);
-  json["archives"] = TextEntries(ReadList(database, &clsQuery::GetUserArchives, user.id));
-  json["channels"] = TextEntries(ReadList(database, &clsQuery::GetUserChannels, user.id));
+  client::Users users = database.OnLayer();
+  json["rights"] = users.Rights(user.id);
+  json["editRights"] = Json::array();
+  for (const client::EditRight& right : users.EditRights(user.id)) {
+    json["editRights"].push_back(
+        {{"archive", right.archive}, {"new", right.canCreate}, {"edit", right.canEdit}, {"delete", right.canDelete}});
+  }
+  json["archives"] = users.Archives(user.id);
+  json["channels"] = users.Channels(user.id);
   Json rows = Json::array();
   const auto addRows = [&rows](const char* kind, const Json& entries) {
     for (const Json& entry : entries) rows.push_back({{"kind", kind}, {"entry", entry}});

@@ -70,8 +70,8 @@ int RenameUser(UserDatabase& database, const RenameRequest& request, const Outpu
   }
   database.Execute("UPDATE Users SET UserName=? WHERE UserID=?", {name, user.id});
   const std::string former = Described(user);
-  user.name = name;
-  return PrintResult(output, KindJsonOf(user), "Renamed " + former + " to " + Printable(name));
+  user.name = request.newName;
+  return PrintResult(output, KindJsonOf(user), "Renamed " + former + " to " + Printable(user.name));
 }
 
 // A user without a stored password passes no log-on with a password, not even with an empty one. The flag, which groups

@@ -1,10 +1,9 @@
 // The command "outline": the outliners of the web user database, their trees, and the searches of their nodes.
+#include "client/archive.h"
 #include "tools/oxaqry/cli/document_name.h"
 #include "tools/oxaqry/cli/table.h"
 #include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/users/commands.h"
-#include "tools/oxaqry/users/lists.h"
-#include "values/code_page.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -16,34 +15,19 @@ struct OutlineRequest {
 };
 
 // The children of a node, with what is below them down to a number of levels; the roots for the parent 0.
-Json ReadNodes(UserDatabase& database, std::int32_t outliner, std::int32_t parent, std::int32_t depth) {
-  clsQuery& query = database.query();
-  const std::string failure = "the outliner cannot be read";
-  const std::int32_t count = database.Checked(query.GetOutlinerContentInit(outliner, parent), failure).ToLong();
+Json ReadNodes(client::Archive& archive, const std::string& outliner, std::int32_t parent, std::int32_t depth) {
   Json nodes = Json::array();
-  for (std::int32_t i = 0; i < count; ++i) {
-    Variant id;
-    Variant level;
-    Variant field;
-    Variant description;
-    Variant dataType;
-    Variant isExpanded;
-    Variant childCount;
-    const Variant content = database.Checked(
-        query.GetOutlinerContentNext(&id, &level, &field, &description, &dataType, &isExpanded, &childCount), failure);
-    nodes.push_back({{"id", id.ToLong()},
-                     {"level", JsonFromValue(level)},
-                     {"field", JsonId(field.ToText())},
-                     {"description", JsonFromValue(description)},
-                     {"dataType", JsonFromValue(dataType)},
-                     {"content", ToUtf8(content.ToText())},
-                     {"expanded", isExpanded.ToBoolean()},
-                     {"childCount", childCount.ToLong()},
-                     {"nodes", Json::array()}});
-  }
-  // The component holds one list of nodes at a time.
-  for (Json& node : nodes) {
-    if (depth > 1 && node["childCount"] > 0) node["nodes"] = ReadNodes(database, outliner, node["id"], depth - 1);
+  for (const client::OutlinerNode& node : archive.Nodes(outliner, parent)) {
+    const bool isOpened = depth > 1 && node.childCount > 0;
+    nodes.push_back({{"id", node.id},
+                     {"level", node.level},
+                     {"field", JsonId(node.fieldId)},
+                     {"description", node.description},
+                     {"dataType", node.dataType},
+                     {"content", node.content},
+                     {"expanded", node.isExpanded},
+                     {"childCount", node.childCount},
+                     {"nodes", isOpened ? ReadNodes(archive, outliner, node.id, depth - 1) : Json::array()}});
   }
   return nodes;
 }
@@ -57,13 +41,13 @@ void AddRows(const Json& nodes, std::size_t indentation, Json& rows) {
   }
 }
 
-int ListOutliners(UserDatabase& database, const std::vector<std::string>& archive, const Output& output) {
-  const std::string channelName = database.Entry(archive[0], "the channel");
-  const std::string archiveName = database.Entry(archive[1], "the archive");
-  Variant lines;
-  database.Checked(database.query().GetOutliner(channelName, archiveName, &lines), "the outliners cannot be read");
-  const Json outliners = LineObjects(lines.ToText(), 1, {"id", "name"});
-  return PrintResult(output, {{"channel", archive[0]}, {"archive", archive[1]}, {"outliners", outliners}},
+int ListOutliners(client::Archive& layer, const std::string& channel, const std::string& archive,
+                  const Output& output) {
+  Json outliners = Json::array();
+  for (const client::Outliner& outliner : layer.Outline(channel, archive)) {
+    outliners.push_back({{"id", JsonId(outliner.id)}, {"name", outliner.name}});
+  }
+  return PrintResult(output, {{"channel", channel}, {"archive", archive}, {"outliners", outliners}},
                      TableText(output, outliners, {{"ID", "id"}, {"Outliner", "name"}}));
 }
 
@@ -72,7 +56,8 @@ int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t dep
     throw CommandError("there is no outliner " + std::to_string(outliner) +
                        ": \"oxaqry outline CHANNEL/ARCHIVE\" lists those of an archive");
   }
-  const Json nodes = ReadNodes(database, outliner, 0, depth);
+  client::Archive archive(database.settings().ForDatabase());
+  const Json nodes = ReadNodes(archive, std::to_string(outliner), 0, depth);
   Json rows = Json::array();
   AddRows(nodes, 0, rows);
   return PrintResult(output, {{"outliner", outliner}, {"nodes", nodes}},
@@ -88,12 +73,12 @@ int ShowOutliner(UserDatabase& database, std::int32_t outliner, std::int32_t dep
 int ShowSearch(UserDatabase& database, std::int32_t node, const Output& output) {
   const std::string name = "outliner node " + std::to_string(node);
   if (!database.Exists("OutlinerContent WHERE ID=?", {node})) throw CommandError("there is no " + name);
-  const std::string expression =
-      database.Checked(database.query().GetOutlinerSearchExpr(node), "the outliner cannot be read").ToText();
+  client::Archive archive(database.settings().ForDatabase());
+  const std::string expression = archive.NodeQuery(node);
   if (expression.empty()) {
     throw CommandError("the " + name + " has no search: no level from it up to its root is searched");
   }
-  return PrintResult(output, {{"node", node}, {"expression", ToUtf8(expression)}}, Printable(expression));
+  return PrintResult(output, {{"node", node}, {"expression", expression}}, Printable(expression));
 }
 
 int Outline(UserDatabase& database, const OutlineRequest& request, const Output& output) {
@@ -103,7 +88,8 @@ int Outline(UserDatabase& database, const OutlineRequest& request, const Output&
   if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) {
     throw UsageError("name an archive as CHANNEL/ARCHIVE, or an outliner by its ID, not \"" + request.what + "\"");
   }
-  return ListOutliners(database, parts, output);
+  client::Archive archive(database.settings().ForDatabase());
+  return ListOutliners(archive, parts[0], parts[1], output);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "tests/tools/oxaqry/scripted_archive.h"
+#include "tools/oxaqry/cli/text.h"
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -29,7 +30,7 @@ std::map<std::string, ScriptedArchive::Reply> OakShelves() {
              peer.Send(Answer({"1", SegmentLine("1", "text", "two " + fields[6] + "oak"),
                                "shelves" + fields[7] + ", \x1B[2J please^", SegmentLine("2", "K\xE4se", "plain^")}));
            }},
-          {"GetNotes", ScriptedArchive::Lines({"mia,16.11.2026", "^Called,", "answered^"})}};
+          {"GetNotes", ScriptedArchive::Lines({"mia,16.11.2026 09:05", "^Called,", "answered^"})}};
 }
 
 TEST(ShowCommand, MarksHitsOnATerminalOnly) {
@@ -50,7 +51,7 @@ TEST(ShowCommand, MarksHitsOnATerminalOnly) {
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_THAT(run.out, HasSubstr("\n--- Segment 1: text ---\n" + shown));
     EXPECT_THAT(run.out, HasSubstr("\n--- Segment 2: Käse ---\nplain\n"));
-    EXPECT_THAT(run.out, HasSubstr("\n--- Note 1 ---\nmia,16.11.2026,Called,\nanswered\n"));
+    EXPECT_THAT(run.out, HasSubstr("\n--- Note 1: mia, 2026-11-16T09:05:00 ---\nCalled,\nanswered\n"));
   }
 }
 
@@ -62,10 +63,13 @@ TEST(ShowCommand, PrintsEverythingAsOneJsonDocument) {
   EXPECT_EQ(document["title"], "Oak shelves");
   EXPECT_EQ(document["length"], 123);
   EXPECT_EQ(document["fileFields"], 1);
+  EXPECT_EQ(document["changed"], "2026-02-03");
   ASSERT_EQ(document["segments"].size(), 2U) << run.err;
   EXPECT_EQ(document["segments"][0]["text"], "two oak\nshelves, \x1B[2J please");
   EXPECT_EQ(document["segments"][1]["index"], 2);
-  EXPECT_EQ(document["notes"], (Json{"mia,16.11.2026,Called,\r\nanswered"}));
+  EXPECT_EQ(document["notes"][0],
+            (Json{{"author", "mia"}, {"time", "2026-11-16T09:05:00"}, {"text", "Called,\nanswered"}}));
+  EXPECT_EQ(document["segments"][0]["marks"], Json::parse(R"([{"start":4,"length":11}])"));
 }
 
 TEST(ShowCommand, ReportsAMalformedSegment) {
@@ -83,8 +87,8 @@ TEST(NoteCommands, SendTheNoteWithNetworkLineEnds) {
   EXPECT_EQ(archive.Run({"note", "add", "Mail/Inbox/7", "-"}, "one\ntwo\r\n\n").status, 0);
   EXPECT_THAT(archive.Commands(),
               ElementsAre("WriteNote|Mail|Inbox|7||K\xE4se|\r\n", "WriteNote|Mail|Inbox|7||one\r\ntwo|\r\n"));
-  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", std::string(8001, 'x')}).err, HasSubstr("8001 characters"));
-  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", "a^,^b"}).err, HasSubstr("divides the fields"));
+  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", std::string(8001, 'x')}).err, HasSubstr("8000 characters"));
+  EXPECT_THAT(archive.Run({"note", "add", "Mail/Inbox/7", "a^,^b"}).err, HasSubstr("separates the fields"));
   EXPECT_EQ(archive.Commands().size(), 2U);
 }
 
@@ -92,10 +96,11 @@ TEST(MaskCommand, ListsMasksWithTheirFields) {
   ScriptedArchive archive(
       {{"GetMasks", ScriptedArchive::Lines({"@Letter", "^1^,^20^,^L^,^Customer^,^1^,^^,^0^,^a;b^", "@Empty"})}});
   const ToolRun table = archive.Run({"masks", "Mail", "Inbox"});
-  EXPECT_THAT(table.out, HasSubstr("\nLetter  1    20     L      Customer  1 "));
+  EXPECT_THAT(table.out, HasSubstr("\nLetter  1    20     L      Customer  yes "));
   EXPECT_THAT(table.out, HasSubstr("\nEmpty\n"));
   const Json masks = Json::parse(archive.Run({"masks", "Mail/Inbox", "--json"}).out, nullptr, false)["masks"];
-  EXPECT_EQ(masks[0]["fields"][0]["list"], "a;b");
+  EXPECT_EQ(masks[0]["fields"][0]["width"], 20);
+  EXPECT_EQ(masks[0]["fields"][0]["listOnly"], false);
   EXPECT_EQ(masks[1], (Json{{"mask", "Empty"}, {"fields", Json::array()}}));
 }
 
@@ -117,46 +122,49 @@ struct Importing {
 TEST(CreateCommand, WritesAnImportFileAndDeletesItAfterwards) {
   Importing importing;
   ScriptedArchive archive(importing.Replies("1301,1"));
-  const std::vector<std::string> create{"create",  "--channel",  "Büro",    "--archive", "A/100%",
-                                        "--title", "Grüße",      "--field", "1:7",       "--field",
-                                        "2:9",     "--contents", "-"};
-  const ToolRun run = archive.Run(create, "\xEF\xBB\xBFKäse\n");
-  EXPECT_EQ(run.out, "Created Büro/A%2F100%25/1301/1\n") << run.err;
+  archive.blobs.Write("letter", "\xEF\xBB\xBFZw\u00F6lf\n@FIELD,3");
+  const std::vector<std::string> create{"create",
+                                        "B\u00FCro/A%2F100%",
+                                        "--title",
+                                        "Gr\u00FC\u00DF"
+                                        "e",
+                                        "--field",
+                                        "1:7=K\u00E4se",
+                                        "--field-file",
+                                        "2:9=" + archive.blobs.File("letter")};
+  const ToolRun run = archive.Run(create);
+  EXPECT_EQ(run.out, "Created B\u00FCro/A%2F100%25/1301/1\n") << run.err;
   EXPECT_EQ(importing.content,
             "@DB,$(#B\xFCro)\\A/100%\r\n@FOLDER,FT:Gr\xFC\xDF"
-            "e,1:7,2:9\r\nK\xE4se\n\r\n");
-  EXPECT_THAT(importing.path, ::testing::StartsWith("D:\\blobs\\oxaqry-"));
-  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
-
-  const auto raw = Joined(create, {"--charset", "UTF8", "--import-file", archive.blobs.File("kept"), "--json"});
-  EXPECT_EQ(Json::parse(archive.Run(raw, "Käse中").out, nullptr, false),
-            Json::parse(R"({"name":"Büro/A%2F100%25/1301/1","idVersion":"1301,1"})"));
-  EXPECT_EQ(importing.content, "@CHARSET,UTF8\r\n@DB,$(#Büro)\\A/100%\r\n@FOLDER,FT:Grüße,1:7,2:9\r\nKäse中\r\n");
-  EXPECT_EQ(importing.path, "D:\\blobs\\kept");
-  EXPECT_EQ(archive.blobs.Read("kept"), importing.content);
-  EXPECT_THAT(archive.Run(raw, "again").err, HasSubstr("exists"));
-  EXPECT_THAT(archive.Run(create, "中").err, HasSubstr("give --charset"));
+            "e,1:7,2:9\r\n@FIELD,7\r\nK\xE4se\r\n@FIELD,9\r\nZw\xF6lf\n @FIELD,3\r\n\r\n");
+  EXPECT_THAT(importing.path, ::testing::StartsWith("D:\\blobs\\"));
+  EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("letter"));
+  EXPECT_EQ(Json::parse(archive.Run(Joined(create, {"--json"})).out, nullptr, false),
+            Json::parse(R"({"name":"B\u00fcro/A%2F100%25/1301/1","document":"1301","version":"1"})"));
+  for (const char* const field : {"17", "1:x=t", "1:7", "=1:7"}) {
+    EXPECT_EQ(archive.Run({"create", "M/A", "--title", "t", "--field", field}).status, 2) << field;
+  }
+  EXPECT_THAT(archive.Run({"create", "M", "A", "--title", "t", "--field", "1:7=\u4E2D"}).err,
+              HasSubstr("Windows-1252"));
   EXPECT_EQ(archive.Commands().size(), 2U);
 }
 
 TEST(CreateCommand, LeavesNothingWhenTheServerRefuses) {
   ScriptedArchive archive({{"CreateDocument", ScriptedArchive::Error("No rights")}});
-  const ToolRun run = archive.Run({"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", "-",
-                                   "--import-file", archive.blobs.File("i")});
-  EXPECT_EQ(run.err, "oxaqry: No rights\n");
+  EXPECT_EQ(archive.Run({"create", "M/A", "--title", "t"}).err, "oxaqry: No rights\n");
   EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
 }
 
 TEST(EditCommand, KeepsTheTitleUnlessOneIsGiven) {
   Importing importing;
   ScriptedArchive archive(importing.Replies("7,3"));
-  EXPECT_EQ(archive.Run({"edit", "Mail/Inbox/7/2", "--contents", "-"}).out, "New version Mail/Inbox/7/3\n");
-  EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:Oak shelves\r\n"));
-  EXPECT_EQ(archive.Run({"edit", "Mail/Inbox/7/2", "--contents", "-", "--title", "New"}).status, 0);
-  EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:New\r\n"));
+  const std::vector<std::string> edit{"edit", "Mail/Inbox/7/2", "--field-file", "1:7=-"};
+  EXPECT_EQ(archive.Run(edit, "text").out, "New version Mail/Inbox/7/3\n");
+  EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:Oak shelves,1:7\r\n"));
+  EXPECT_EQ(archive.Run(Joined(edit, {"--title", "New"}), "text").status, 0);
+  EXPECT_THAT(importing.content, HasSubstr("@FOLDER,FT:New,1:7\r\n"));
   EXPECT_EQ(archive.Commands().back(), "EditDocument|" + importing.path + "|7,2");
   EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
-  EXPECT_EQ(archive.Run({"edit", "a/b/1", "--contents", "-", "--field", "17"}).status, 2);
 }
 
 TEST(DeleteCommand, AsksOnATerminal) {
@@ -213,28 +221,60 @@ TEST(SearchCommand, SortsAnyHitsInTheDirectionThatWasAskedFor) {
   }
 }
 
+TEST(PrintCommand, PrintsTheHitsInTheOrderThatWasAskedFor) {
+  for (const std::vector<std::string>& amounts :
+       {std::vector<std::string>{"9", "10"}, {"10", "9"}, {"9", "9"}, {"10", "11", "9"}}) {
+    ScriptedArchive archive(
+        {{"QueryArchive", Amounts(amounts)}, {"PrintHitlistPDF", ScriptedArchive::Puts("hits.pdf", "x")}});
+    const auto printed = [&](const std::string& order) {
+      EXPECT_EQ(archive.Run({"print-hits", "x", "-o", "-", "--sort", order}).out, "x");
+      std::vector<int> sent;
+      for (const std::string& line : SplitText(archive.Commands().back(), "\r\n")) {
+        const std::vector<std::string> fields = SplitText(line, "|");
+        if (line.starts_with("^$(#Mail)")) sent.push_back(std::stoi(fields.at(4)));
+      }
+      return sent;
+    };
+    std::vector<int> sorted;
+    for (const std::string& amount : amounts) sorted.push_back(std::stoi(amount));
+    std::ranges::sort(sorted);
+    EXPECT_EQ(printed("2"), sorted);
+    std::ranges::reverse(sorted);
+    EXPECT_EQ(printed("2:desc"), sorted);
+  }
+}
+
 TEST(SearchCommand, FindsTheColumnByTitleOrNumber) {
-  ScriptedArchive archive({{"QueryArchive", Amounts({"2", "3", "1"})}});
-  EXPECT_THAT(Shown(archive, "Beträge"), ElementsAre("2", "0", "1"));
-  EXPECT_THAT(Shown(archive, "BETRÄGE:desc"), ElementsAre("1", "0", "2"));
+  ScriptedArchive archive({{"QueryArchive", Amounts({"2", "3,5", "1"})}});
+  EXPECT_THAT(Shown(archive, "Betr\u00E4ge"), ElementsAre("2", "0", "1"));
+  EXPECT_THAT(Shown(archive, "BETR\u00C4GE:desc"), ElementsAre("1", "0", "2"));
   EXPECT_THAT(Shown(archive, "1"), ElementsAre("0", "1", "2"));
-  EXPECT_THAT(archive.Run({"search", "x", "--sort", "2"}).out, HasSubstr("Mail     Inbox    2         1        T"));
+  EXPECT_THAT(archive.Run({"search", "x", "--sort", "2"}).out, HasSubstr("Mail/Inbox/2/1  T "));
   EXPECT_EQ(archive.Commands().back(), "QueryArchive|x|100|1000||||");
+  const Json list = Json::parse(archive.Run({"search", "x", "--json"}).out, nullptr, false);
+  EXPECT_EQ(list["hits"][1]["values"], Json::parse(R"json({"Title":"T","Betr\u00e4ge":3.5,"Title (3)":"T"})json"));
 }
 
 TEST(SearchCommand, NamesTheColumnsWhenItCannotSort) {
   ScriptedArchive archive({{"QueryArchive", Amounts({})}});
   ScriptedArchive empty({{"QueryArchive", ScriptedArchive::Lines({"0", "", "0", "^0^"})}});
-  const std::string columns = "1 Title, 2 Beträge, 3 Title\n";
-  for (const char* const order : {"Price", "", ":desc", "0", "4", "-1", "99999999999999999999", "Beträge:asc", "Ж"}) {
+  const std::string columns = "; the columns are 1 Title, 2 Betr\u00E4ge, 3 Title\n";
+  for (const char* const order : {"Price", "0", "4", "-1", "99999999999999999999", "Betr\u00E4ge:asc", "\u0416"}) {
     const ToolRun run = archive.Run({"search", "x", "--sort", order});
     EXPECT_EQ(run.status, 1) << order;
     EXPECT_THAT(run.out, IsEmpty());
-    EXPECT_THAT(run.err, HasSubstr("to sort by; the columns are " + columns)) << order;
+    EXPECT_THAT(run.err, HasSubstr(columns)) << order;
   }
+  EXPECT_EQ(archive.Run({"search", "x", "--sort", ":desc"}).status, 2);
   EXPECT_THAT(archive.Run({"search", "x", "--sort", "title"}).err,
-              HasSubstr("several columns \"title\": give the number of one; the columns are " + columns));
+              HasSubstr("several columns \"title\": give the number of one" + columns));
   EXPECT_THAT(empty.Run({"search", "x", "--sort", "Price"}).out, HasSubstr("Showing 0 of 0 hits"));
+}
+
+TEST(SearchCommand, FindsNothingWithRightsToNothing) {
+  ScriptedArchive archive({{"QueryArchive", Amounts({"1"})}});
+  EXPECT_EQ(archive.Run({"search", "x", "--rights", ""}).out, "Showing 0 of 0 hits\n");
+  EXPECT_THAT(archive.Commands(), IsEmpty());
 }
 
 }  // namespace

@@ -26,18 +26,18 @@ TEST(FetchCommands, MoveTheContentThatWasAskedFor) {
         Case{"print", {"fetch", "M/A/7/2", "--print", "16"}, "GetSegmentPrintfile2|M|A|7|2|16|D:\\blobs"},
         Case{"pages", {"fetch", "M/A/7/2", "--pages", "1;4-6"}, "GetSegmentMultiTIF|M|A|7|2|1,4,5,6|D:\\blobs"},
         Case{"orders", {"orders", "tiff", "T1", "T2"}, "GetFahrauftraegeMultiTIFF|T1,T2|D:\\blobs"},
-        Case{"hits", {"print-hits", "q"}, "PrintHitlistPDF|q|^Ref|Doc^\r\n^r|1^|D:\\blobs"},
+        Case{"hits", {"print-hits", "q"}, "PrintHitlistPDF|q|^Ref|Doc|Ver^\r\n^$(#M)\\A|1|1^|D:\\blobs"},
         Case{"hits with a title",
              {"print-hits", "q", "--title", "\u00C4pfel"},
-             "PrintHitlistPDF|\xC4pfel|^Ref|Doc^\r\n^r|1^|D:\\blobs"}}) {
+             "PrintHitlistPDF|\xC4pfel|^Ref|Doc|Ver^\r\n^$(#M)\\A|1|1^|D:\\blobs"}}) {
     SCOPED_TRACE(name);
-    ScriptedArchive archive(
-        {{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")},
-         {"QueryArchive", ScriptedArchive::Lines({"1", "", "0", "^0^,^0^", "^Ref^,^Doc^", "^r^,^1^"})}});
+    ScriptedArchive archive({{command.substr(0, command.find('|')), ScriptedArchive::Puts("scan 1.tif", "content")},
+                             {"QueryArchive", ScriptedArchive::Lines({"1", "", "0", "^0^,^0^,^0^", "^Ref^,^Doc^,^Ver^",
+                                                                      "^$(#M)\\A^,^1^,^1^"})}});
     const TemporaryDirectory target;
     const ToolRun run = archive.Run(Joined(arguments, {"-o", target.path()}));
-    EXPECT_EQ(run.out, (arguments[0] == "print-hits" ? "Printed 1 hit to " : "Fetched ") + target.File("scan 1.tif") +
-                           " (7 bytes)\n")
+    EXPECT_EQ(run.out, (arguments[0] == "print-hits" ? "Printed the hits to " : "Fetched ") +
+                           target.File("scan 1.tif") + " (7 bytes)\n")
         << run.err;
     EXPECT_EQ(archive.Commands().back(), command);
     EXPECT_EQ(target.Read("scan 1.tif"), "content");
@@ -71,8 +71,8 @@ TEST(FetchCommand, ReportsContentThatCannotBeFetched) {
   for (const auto& [name, answer, message] :
        {Case{"none", {"0"}, "no such content"}, Case{"not there", {"3", "x.tif"}, "is not there"},
         Case{"wrong length", {"3", "there.tif"}, "has 4 bytes instead of 3"},
-        Case{"a name that drives a terminal", {"3", "a\x9D.tif"}, "not a plain file name"},
-        Case{"no name", {"3", "D:\\blobs\\.."}, "gave no usable answer"}}) {
+        Case{"a name that drives a terminal", {"4", "a\x1B.tif"}, "52 - Bad file name"},
+        Case{"no name", {"3", "D:\\blobs\\.."}, "52 - Bad file name"}}) {
     SCOPED_TRACE(name);
     ScriptedArchive archive({{"GetSegmentData", ScriptedArchive::Lines(answer)}});
     archive.blobs.Write("there.tif", "four");
@@ -102,44 +102,32 @@ TEST(TransferCommand, ReceivesIntoTheBlobDirectoryOrElsewhere) {
   EXPECT_THAT(NamesIn(target.path()), ElementsAre("t"));
 }
 
-TEST(UploadCommand, SendsFilesAndKeepsThemInTheBlobDirectory) {
-  const TemporaryDirectory source;
-  source.Write("Käse.txt", "cheese");
-  using Case = std::tuple<const char*, std::string, bool, bool>;
-  for (const auto& [name, answer, isThere, isSuccess] :
-       {Case{"elsewhere", Answer({}), false, true}, Case{"refused", Framed("Status: No\r\n"), false, false},
-        Case{"in the blob directory", Answer({}), true, true},
-        Case{"there and refused", Framed("Status: No\r\n"), true, false}}) {
-    SCOPED_TRACE(name);
-    std::string sent;
-    const auto takes = [&sent, &reply = answer](Peer& peer, const Fields&, auto&) {
-      sent = peer.ReadBytes(6);
-      peer.Send(reply);
-    };
-    ScriptedArchive archive({{"UploadFile", takes}});
-    if (isThere) archive.blobs.Write("Käse.txt", "cheese");
-    const ToolRun run =
-        archive.Run({"upload", isThere ? archive.blobs.File("Käse.txt") : source.File("Käse.txt"), "--json"});
-    EXPECT_EQ(run.status, isSuccess ? 0 : 1) << run.err;
-    EXPECT_EQ(sent, "cheese");
-    EXPECT_THAT(NamesIn(archive.blobs.path()).size(), isThere || isSuccess ? 1 : 0);
-    EXPECT_THAT(archive.Commands(), ElementsAre("UploadFile|D:\\blobs|K\xE4se.txt|6"));
-  }
+TEST(FetchCommands, WriteOnStandardOutput) {
+  ScriptedArchive archive({{"GetSegmentFirstBLOB", ScriptedArchive::Puts("f.tif", std::string("a\0\n", 3))},
+                           {"TransferBLOB", ScriptedArchive::Sends("content")}});
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", "-"}).out, std::string("a\0\n", 3));
+  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "7", "-o", "-"}).out, "content");
+  EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+  EXPECT_EQ(archive.Run({"fetch", "M/A/7", "-o", "-", "--json"}).status, 2);
+  EXPECT_EQ(archive.Run({"transfer", "scan.tif", "--size", "7", "-o", "-", "--json"}).status, 2);
 }
 
-TEST(UploadCommand, WorksInADirectoryThatTheServerShares) {
+TEST(UploadCommand, SendsFilesFromAnywhere) {
   const TemporaryDirectory source;
-  source.Write("f.txt", "content");
-  ScriptedArchive archive({{"UploadFile", [](Peer& peer, const Fields& fields, const TemporaryDirectory& blobs) {
-                              blobs.Write(fields[2], peer.ReadBytes(7));
-                              peer.Send(Answer({}));
-                            }}});
-  EXPECT_EQ(archive.Run({"upload", source.File("f.txt")}).status, 0);
-  EXPECT_EQ(archive.blobs.Read("f.txt"), "content");
-  EXPECT_THAT(NamesIn(archive.blobs.path()), ElementsAre("f.txt"));
-  EXPECT_THAT(archive.Run({"upload", source.File("f.txt")}).err, HasSubstr("exists"));
-  EXPECT_THAT(archive.Run({"upload", source.File("none")}).err, HasSubstr("there is no file"));
-  EXPECT_EQ(archive.Commands().size(), 1U);
+  source.Write("K\u00E4se.txt", "cheese");
+  for (const auto& [answer, status] : {std::pair{Answer({}), 0}, std::pair{Framed("Status: No\r\n"), 1}}) {
+    std::string sent;
+    ScriptedArchive archive({{"UploadFile", [&sent, &reply = answer](Peer& peer, const Fields&, auto&) {
+                                sent = peer.ReadBytes(6);
+                                peer.Send(reply);
+                              }}});
+    const ToolRun run = archive.Run({"upload", source.File("K\u00E4se.txt"), "--json"});
+    EXPECT_EQ(run.status, status) << run.err;
+    EXPECT_EQ(sent, "cheese");
+    EXPECT_THAT(NamesIn(archive.blobs.path()), IsEmpty());
+    EXPECT_THAT(archive.Commands(), ElementsAre("UploadFile|D:\\blobs|K\xE4se.txt|6"));
+    EXPECT_THAT(archive.Run({"upload", source.File("none")}).err, HasSubstr("there is no file"));
+  }
 }
 
 TEST(TransferCommands, RemoveUnfinishedFilesWhenInterrupted) {
@@ -152,7 +140,7 @@ TEST(TransferCommands, RemoveUnfinishedFilesWhenInterrupted) {
         Case{"UploadFile", SIGTERM, {"upload", source.File("f.txt")}},
         Case{"CreateDocument",
              SIGINT,
-             {"create", "--channel", "M", "--archive", "A", "--title", "t", "--contents", source.File("f.txt")}}}) {
+             {"create", "M", "A", "--title", "t", "--field-file", "1:7=" + source.File("f.txt")}}}) {
     SCOPED_TRACE(command);
     const auto interrupts = [&number = signal](Peer& peer, const Fields& fields, auto&) {
       if (fields[0] == "TransferBLOB") peer.Send("some bytes");

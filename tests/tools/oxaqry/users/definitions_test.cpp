@@ -57,7 +57,7 @@ TEST_P(DefinitionCommands, ReportStoredTextsThatBreakLists) {
                  "'; UPDATE Outliner SET DisplayName='" + value + "'");
     for (const ToolRun& run : {database.User({"doc-rights", "anna", "a/b"}),
                                database.User({"search-rights", "anna", "a/b"}), database.Command({"outline", "a/b"})}) {
-      ExpectError(run, 1, "contains \"^,^\" or a line end");
+      ExpectError(run, 1, "holds \"^,^\" or a line end");
     }
   }
 }
@@ -96,7 +96,7 @@ TEST_P(DefinitionCommands, RefuseWhatIsMissingOrMalformed) {
   for (const auto& [arguments, status, message] : {
            Case{{"user", "grant", "anna", "--doc-right", "1", "--search-right", "7"}, 1, "there is no search-right 7"},
            Case{{"user", "doc-rights", "anna", "Finance"}, 2, "CHANNEL/ARCHIVE"},
-           Case{{"user", "search-rights", "anna", "Finance/In^voices"}, 1, "the archive contains \"^\""},
+           Case{{"user", "search-rights", "anna", "Finance/In^,^voices"}, 1, "the archive holds \"^,^\""},
            Case{{"outline", "--expression", "7"}, 1, "has no search"},
            Case{{"outline", "--expression", "2"}, 1, "parents of outliner node 2 form a circle"},
            Case{{"outline", "--expression", "99"}, 1, "there is no outliner node 99"},
