@@ -120,7 +120,7 @@ std::vector<std::string> Archive::Formats(std::string_view channel, std::string_
   return formats;
 }
 
-Properties Archive::ReadProperties(std::string_view channel, std::string_view archive) {
+ArchiveProperties Archive::Properties(std::string_view channel, std::string_view archive) {
   QueryAccess& query = *access_;
   std::array<Variant, 4> can;
   const Variant fifth =

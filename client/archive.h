@@ -34,7 +34,7 @@ struct Channel {
 };
 
 // What the server says may be done in an archive, whatever the rights of the web user.
-struct Properties {
+struct ArchiveProperties {
   bool canCreate = false;
   bool canEdit = false;
   bool canDelete = false;
@@ -154,7 +154,7 @@ class Archive {
   // Every channel with its archives, in the server's order.
   std::vector<Channel> Archives();
   std::vector<std::string> Formats(std::string_view channel, std::string_view archive);
-  Properties ReadProperties(std::string_view channel, std::string_view archive);
+  ArchiveProperties Properties(std::string_view channel, std::string_view archive);
   std::vector<Mask> Masks(std::string_view channel, std::string_view archive);
 
   // --- Searching and reading ---

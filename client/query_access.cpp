@@ -1,13 +1,16 @@
 #include "client/query_access.h"
 
+#include <atomic>
 #include <charconv>
 #include <memory>
+#include <set>
 #include <utility>
 #include <vector>
 
 #include "client/text.h"
 #include "component/objects.h"
 #include "platform/database/database.h"
+#include "platform/threads/process_number.h"
 #include "values/code_page.h"
 #include "values/errors.h"
 #include "values/text_parts.h"
@@ -19,6 +22,20 @@ std::string SettingText(const std::string& utf8, const char* what) {
   auto text = FromUtf8(utf8);
   if (!text) throw BadArgument(std::string(what) + " has a character without a place in Windows-1252");
   return *std::move(text);
+}
+
+// The list from the entry on that is the place of the calling thread in it. Its order stays.
+std::string FromPlaceOfThread(const std::string& hosts) {
+  static std::atomic<std::size_t> threads = 0;
+  thread_local std::size_t number = 0;  // of the thread, counted from 1
+  if (number == 0) number = ++threads;
+  const std::vector<std::string_view> entries = Split(hosts, '|');
+  const std::size_t place = (ProcessNumber() + number) % entries.size();
+  std::string list;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    list.append(i == 0 ? "" : "|").append(entries[(place + i) % entries.size()]);
+  }
+  return list;
 }
 
 // What an attempt without an error of its own came to; only the last one ends as the request does.
@@ -73,7 +90,8 @@ QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
   query_.lngRequestTimeout = static_cast<std::int32_t>(settings.timeout.count());
   if (!settings.hosts.empty()) {
     const bool isFirst = watch_.Servers().empty();
-    query_.RemoteHosts(SettingText(settings.hosts, "the list of query servers"));
+    const std::string hosts = SettingText(settings.hosts, "the list of query servers");
+    query_.RemoteHosts(settings.spread ? FromPlaceOfThread(hosts) : hosts);
     if (watch_.LastError().number != 0) {
       throw BadArgument("the list of query servers is not valid: " + TextOfError(watch_.LastError()));
     }
@@ -99,16 +117,16 @@ void QueryAccess::OpenDatabase() {
 
 // The servers of a thread are those that its first instance named.
 void QueryAccess::CheckServers(const std::string& hosts) {
-  const std::vector<ServerState> servers = watch_.Servers();
-  const std::vector<std::string_view> entries = Split(hosts, '|');
-  bool isSame = servers.size() == entries.size();
-  for (std::size_t i = 0; isSame && i < entries.size(); ++i) {
-    const std::vector<std::string_view> parts = Split(entries[i], ',');
+  std::multiset<std::pair<std::string, std::int32_t>> used;
+  for (const ServerState& server : watch_.Servers()) used.emplace(ToUtf8(server.host), server.port);
+  std::multiset<std::pair<std::string, std::int32_t>> wanted;
+  for (const std::string_view entry : Split(hosts, '|')) {
+    const std::vector<std::string_view> parts = Split(entry, ',');
     std::int32_t port = 0;
     if (parts.size() >= 2) std::from_chars(parts[1].data(), parts[1].data() + parts[1].size(), port);
-    isSame = ToUtf8(servers[i].host) == parts[0] && servers[i].port == port;
+    wanted.emplace(parts[0], port);
   }
-  if (!isSame) {
+  if (used != wanted) {
     throw BadArgument("this thread already uses other query servers: an archive with these needs another thread");
   }
 }

@@ -11,7 +11,10 @@ namespace oxaqrycln::client {
 
 struct Settings {
   std::string hosts = {};  // "host,port[,print flag[,user[,encoded password]]]", joined by "|"
-  std::string user = {};   // account of the archive system
+  // Whether each process and thread begins at a place of its own in the list, so that they share the servers evenly;
+  // otherwise all of them ask the first server first.
+  bool spread = true;
+  std::string user = {};  // account of the archive system
   std::string password = {};
   std::chrono::seconds timeout{30};  // for one request, with all servers that are tried
   std::string session = {};          // names the log file, "" for "client"

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <fstream>
 #include <thread>
 
@@ -83,7 +85,7 @@ TEST(Archive, ListsWhatTheServerOffersInUtf8) {
     EXPECT_EQ(channels.at(0).archives.at(1).comment, "Letters sent");
     EXPECT_THAT(channels.back().archives, IsEmpty());
     EXPECT_THAT(archive.Formats("Mail", "Inbox"), Contains("Full text"));
-    EXPECT_TRUE(archive.ReadProperties("Büro", "Protokolle").canCreate);
+    EXPECT_TRUE(archive.Properties("Büro", "Protokolle").canCreate);
     const std::vector<Mask> masks = archive.Masks("Finance", "Orders");
     ASSERT_THAT(masks, SizeIs(2));
     EXPECT_TRUE(masks[1].fields.at(1).isListOnly);
@@ -277,6 +279,33 @@ TEST(Archive, TellsFailuresApartAndWhatWasTried) {
     Raised<Cancelled>([&] { archive.Channels(); });
     other.join();
   });
+}
+
+TEST(Archive, SpreadsTheRequestsOfThreadsOverTheServers) {
+  std::array<std::atomic<int>, 2> requests{};
+  const auto counts = [&](std::size_t server) {
+    return [&, server](testing::Peer& peer) {
+      peer.ReadRequest();
+      ++requests[server];
+      peer.Send(testing::Answer({"alive"}));
+      peer.WaitForClose();
+    };
+  };
+  testing::ScriptedServer first(counts(0));
+  testing::ScriptedServer second(counts(1));
+  Settings settings;
+  settings.hosts = first.Host() + "|" + second.Host();
+  for (const bool spread : {true, false}) {
+    settings.spread = spread;
+    for (int thread = 0; thread < 4; ++thread) {
+      WithArchive(settings, [&](Archive& archive) {
+        Archive other(settings);  // the servers of the thread, from the same place on
+        EXPECT_EQ(archive.Live(), other.Live());
+      });
+    }
+    EXPECT_EQ(requests[0].exchange(0), spread ? 4 : 8);
+    EXPECT_EQ(requests[1].exchange(0), spread ? 4 : 0);
+  }
 }
 
 TEST(Archive, ChecksEveryServerOfItsList) {

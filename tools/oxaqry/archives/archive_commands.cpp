@@ -48,7 +48,7 @@ int Formats(const Settings& settings, const ArchiveArguments& names, const Outpu
 const char* YesOrNo(bool yes) { return yes ? "yes" : "no"; }
 
 int Properties(const Settings& settings, const ArchiveArguments& names, const Output& output) {
-  const client::Properties may = OpenArchive(settings, output).ReadProperties(names.channel, names.archive);
+  const client::ArchiveProperties may = OpenArchive(settings, output).Properties(names.channel, names.archive);
   Table table({"Property", "Value"});
   table.Add({"create", YesOrNo(may.canCreate)});
   table.Add({"edit", YesOrNo(may.canEdit)});

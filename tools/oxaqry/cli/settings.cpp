@@ -212,6 +212,7 @@ client::Settings Settings::ForArchive() const {
   const auto text = [this](std::string_view variable) { return ToUtf8(Text(variable)); };
   client::Settings settings;
   settings.hosts = text(kHosts);
+  settings.spread = false;  // the list says which server is asked first
   settings.user = text("strTELOUser");
   settings.password = text("strTELOPwd");
   settings.timeout = std::chrono::seconds(Value("lngRequestTimeout").ToLong());
