@@ -212,7 +212,7 @@ class Archive {
   void TestBlobDirectory();
   // Called about ten times a second while a request waits; may call Cancel. It must not raise.
   void OnProgress(std::function<void(const Progress&)> call);
-  // Called after each request, whatever became of it.
+  // Called after each request but those of Health, whatever became of it.
   void OnRequest(std::function<void(const RequestReport&)> call);
   // From any thread: ends the running request, or the next one, with Cancelled, until Resume is called.
   void Cancel() noexcept;

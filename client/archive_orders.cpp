@@ -56,7 +56,8 @@ std::optional<std::filesystem::path> Archive::PrintHits(const SearchOptions& opt
     // descending; each further one is the other way round.
     const std::size_t column = hits.Column(options.sort);
     const int sorts = hits.BeginsGreater(column) == (options.order == Order::Descending) ? 2 : 1;
-    for (int i = 0; i < sorts; ++i) query.Count(query->TELOSortHitlistInit(static_cast<std::int32_t>(column + 1)));
+    for (int i = 0; i < sorts; ++i) query->TELOSortHitlistInit(static_cast<std::int32_t>(column + 1));
+    query.CheckOwn("the hit list cannot be sorted");
   }
   return FetchFile(query, settings_, [&](Variant* name, Variant* length) {
     return query->FennikPrintHitlistPDF(titleText, name, length, query.status());

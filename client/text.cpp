@@ -57,7 +57,7 @@ std::string IsoDate(std::string_view text) {
   const auto fits = [](char have, char want) { return want == '0' ? have >= '0' && have <= '9' : have == want; };
   if (!hasForm || !std::ranges::equal(text, kLongest.substr(0, text.size()), fits)) return std::string(text);
   const auto part = [&](std::size_t from, std::size_t count) { return std::string(text.substr(from, count)); };
-  const std::string date = part(6, 4) + "-" + part(3, 2) + "-" + part(0, 2);
+  std::string date = part(6, 4) + "-" + part(3, 2) + "-" + part(0, 2);
   if (text.size() == 10) return date;
   return date + "T" + part(11, 5) + (text.size() == 16 ? ":00" : part(16, 3));
 }

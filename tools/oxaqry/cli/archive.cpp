@@ -71,11 +71,11 @@ client::Archive OpenArchive(const Settings& settings, const Output& output) {
   return OpenArchive(settings.ForArchive(), output);
 }
 
-InterruptedBySignals::InterruptedBySignals(client::Archive& archive, const Interruption& interruption,
+InterruptedBySignals::InterruptedBySignals(client::Archive& archive,
                                            std::function<void(const client::Progress&)> onProgress)
     : archive_(archive) {
-  archive.OnProgress([&archive, &interruption, onProgress = std::move(onProgress)](const client::Progress& progress) {
-    if (interruption.Signal() != 0) archive.Cancel();
+  archive.OnProgress([&archive, onProgress = std::move(onProgress)](const client::Progress& progress) {
+    if (Interruption::Signal() != 0) archive.Cancel();
     if (onProgress) onProgress(progress);
   });
 }

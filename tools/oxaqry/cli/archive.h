@@ -18,11 +18,12 @@ client::Archive OpenArchive(const client::Settings& settings, const Output& outp
 // The same with the query servers of the settings, of which there must be some.
 client::Archive OpenArchive(const Settings& settings, const Output& output);
 
-// While it exists, a signal ends a request of the archive, which then raises client::Cancelled.
+// While it exists, a signal that an Interruption has recorded ends a request of the archive, which then raises
+// client::Cancelled.
 class InterruptedBySignals {
  public:
-  InterruptedBySignals(client::Archive& archive, const Interruption& interruption,
-                       std::function<void(const client::Progress&)> onProgress = nullptr);
+  explicit InterruptedBySignals(client::Archive& archive,
+                                std::function<void(const client::Progress&)> onProgress = nullptr);
   ~InterruptedBySignals() { archive_.OnProgress(nullptr); }
   InterruptedBySignals(const InterruptedBySignals&) = delete;
   InterruptedBySignals& operator=(const InterruptedBySignals&) = delete;

@@ -50,6 +50,7 @@ const SettingEntry kDatabaseSetting{"strDBConnect", "OXAQRY_DATABASE", "--databa
 CommandParser::CommandParser(RunEnvironment environment)
     : environment_(std::move(environment)), app_("Searches a document archive through its query servers.", "oxaqry") {
   app_.set_version_flag("--version", std::string("oxaqry ") + kVersionText);
+  app_.allow_windows_style_options(false);  // a path may begin with "/", and options are the same on every system
   app_.require_subcommand(1);
   app_.footer(kClosing);
 }

@@ -16,7 +16,7 @@ std::string LocaleEncoding();
 // have becomes "?". Has no effect when the system does not know the encoding.
 class EncodedStream : private std::streambuf {
  public:
-  EncodedStream(std::ostream& stream, const std::string& encoding);
+  EncodedStream(std::ostream& stream, std::string encoding);
   ~EncodedStream() override;
   EncodedStream(const EncodedStream&) = delete;
   EncodedStream& operator=(const EncodedStream&) = delete;

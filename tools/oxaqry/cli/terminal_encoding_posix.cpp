@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 namespace oxaqrycln::oxaqry {
 namespace {
@@ -23,7 +24,8 @@ std::size_t UnfinishedBytes(const std::string& utf8) {
 }
 
 std::string FromUtf8To(const std::string& encoding, const std::string& text) {
-  const iconv_t conversion = iconv_open(encoding.c_str(), "UTF-8");
+  iconv_t conversion = iconv_open(encoding.c_str(), "UTF-8");
+  // The value that POSIX gives for a failure. NOLINTNEXTLINE(performance-no-int-to-ptr)
   if (conversion == reinterpret_cast<iconv_t>(-1)) return text;
   std::string source = text;
   char* next = source.data();
@@ -58,8 +60,8 @@ std::string LocaleEncoding() {
   return isUnset || name == "UTF-8" ? "" : name;
 }
 
-EncodedStream::EncodedStream(std::ostream& stream, const std::string& encoding)
-    : stream_(stream), target_(stream.rdbuf()), encoding_(encoding) {
+EncodedStream::EncodedStream(std::ostream& stream, std::string encoding)
+    : stream_(stream), target_(stream.rdbuf()), encoding_(std::move(encoding)) {
   stream_.rdbuf(this);
 }
 

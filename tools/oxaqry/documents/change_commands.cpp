@@ -76,7 +76,7 @@ int Create(const Settings& settings, const CreateRequest& request, const Output&
   const std::vector<client::FieldContent> fields = FieldsOf(request.contents, output.in);
   const Interruption interruption;
   client::Archive archive = OpenForChanges(settings, output);
-  const InterruptedBySignals watch(archive, interruption);
+  const InterruptedBySignals watch(archive);
   const ArchiveArguments& where = request.archive;
   return PrintName(output, "Created ", archive.Create(where.channel, where.archive, request.contents.title, fields));
 }
@@ -85,7 +85,7 @@ int Edit(const Settings& settings, const EditRequest& request, const Output& out
   const std::vector<client::FieldContent> fields = FieldsOf(request.contents, output.in);
   const Interruption interruption;
   client::Archive archive = OpenForChanges(settings, output);
-  const InterruptedBySignals watch(archive, interruption);
+  const InterruptedBySignals watch(archive);
   std::string title = request.contents.title;
   if (title.empty()) title = archive.Describe(request.document).title;
   return PrintName(output, "New version ", archive.Edit(request.document, title, fields));

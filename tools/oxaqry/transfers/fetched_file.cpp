@@ -16,11 +16,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path Ask(client::Archive& archive, const AskForFile& ask, const Interruption& interruption, const Output& output) {
+fs::path Ask(client::Archive& archive, const AskForFile& ask, const Output& output) {
   // The server writes the file under a name that only its answer contains.
   Progress progress(output, "waiting for the query server", std::nullopt);
-  const InterruptedBySignals watch(archive, interruption,
-                                   [&](const client::Progress&) { progress.Show(std::nullopt); });
+  const InterruptedBySignals watch(archive, [&](const client::Progress&) { progress.Show(std::nullopt); });
   const auto file = ask(archive);
   if (!file) throw CommandError("there is no such content");
   return *file;
@@ -56,7 +55,7 @@ int FetchFile(const Settings& settings, const FetchTarget& wanted, const Output&
   if (isNamed) CheckTarget(wanted.output, wanted.force);
   const Interruption interruption;
   client::Archive archive = OpenArchive(settings, output);
-  const fs::path source = Ask(archive, ask, interruption, output);
+  const fs::path source = Ask(archive, ask, output);
   TemporaryFile fetched(source);  // the client layer has checked that it is the requested one
   if (wanted.keep) fetched.Keep();
   Interruption::Check();

@@ -38,15 +38,14 @@ fs::path TransferTarget(const Settings& settings, const TransferRequest& request
 
 // Into the directory of the unfinished file.
 void Receive(const Settings& settings, const TransferRequest& request, const std::string& name, const NewFile& file,
-             const Interruption& interruption, const Output& output) {
+             const Output& output) {
   settings.RequireServers();
   client::Settings own = settings.ForArchive();
   if (own.blobRemote.empty()) own.blobRemote = own.blobLocal;
   own.blobLocal = file.directory().string();
   client::Archive archive = OpenArchive(own, output);
   Progress progress(output, name, request.size);
-  const InterruptedBySignals watch(archive, interruption,
-                                   [&](const client::Progress& bytes) { progress.Show(bytes.received); });
+  const InterruptedBySignals watch(archive, [&](const client::Progress& bytes) { progress.Show(bytes.received); });
   archive.Transfer(request.name, request.size);
 }
 
@@ -57,7 +56,7 @@ int Transfer(const Settings& settings, const TransferRequest& request, const Out
   const bool isShown = request.output == kStandardOutput;
   const Interruption interruption;
   NewFile file(TransferTarget(settings, request, name), request.force || isShown, name);
-  Receive(settings, request, name, file, interruption, output);
+  Receive(settings, request, name, file, output);
   if (isShown) {
     CopyToOutput(file.part(), output);
     return 0;
@@ -78,7 +77,7 @@ int Upload(const Settings& settings, const std::vector<std::string>& files, cons
     if (failed) throw CommandError("there is no file \"" + file + "\" to send");
     const std::string name = fs::path(file).filename().string();
     Progress progress(output, name, size);
-    const InterruptedBySignals watch(archive, interruption, [&](const client::Progress& bytes) {
+    const InterruptedBySignals watch(archive, [&](const client::Progress& bytes) {
       progress.Show(std::min(bytes.sent, size));  // the request itself comes before the bytes of the file
     });
     archive.Upload(file);
