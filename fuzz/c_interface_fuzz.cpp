@@ -160,7 +160,8 @@ class Caller {
       case 'g':
         return oxaqry_get_variable(query, member, other);
       case 't':
-        return IsUtf8(oxaqry_value_get_text(value, number % 2 != 0 ? number : 0, &text, &length), text, length);
+        code = oxaqry_value_get_text(value, number % 3, &text, &length);
+        return number % 3 == OXAQRY_UTF8 ? IsUtf8(code, text, length) : code;
       case 'o':
         return IsUtf8(oxaqry_outcome_text(query, &text, &length), text, length);
       case 'h':
