@@ -187,7 +187,7 @@ class Caller {
       case '2':
         return oxaqry_value_set_double(value, 1e300 / (argument - 48) * 1e10);
       case '3':
-        return oxaqry_value_set_date(value, (argument - 64) * (std::int64_t{1} << (argument % 63)));
+        return oxaqry_value_set_date(value, static_cast<std::int64_t>(std::uint64_t{argument} << (argument % 64U)));
       case '4':
         return oxaqry_value_set_bytes(value, text.data(), text.size());
       case '5':

@@ -17,8 +17,8 @@ struct ThreadRecord final : ThreadState {
   std::atomic<std::uint32_t> process = 0;  // ForkCount() in the process of the thread
   Slot* first = nullptr;                   // all live handles of the thread
   ThreadRecord* nextFree = nullptr;        // guarded by the table's mutex
-  std::mutex mutex;       // guards the queue
-  Slot* queue = nullptr;  // what other threads have freed: no longer live, and still to be released
+  std::mutex mutex;                        // guards the queue
+  Slot* queue = nullptr;                   // what other threads have freed: no longer live, and still to be released
 };
 
 constinit std::array<Slot, kBlockSize> firstSlots{};

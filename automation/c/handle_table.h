@@ -68,7 +68,7 @@ constexpr std::uint32_t kBlocks = kWordBits == 64 ? 0x1000 : (1U << kIndexBits) 
 
 extern constinit std::array<Slot, kBlockSize> firstSlots;
 extern constinit std::array<std::atomic<Slot*>, kBlocks> slotBlocks;  // from the second one on
-extern constinit thread_local ThreadState* current;  // null before the first handle of the thread
+extern constinit thread_local ThreadState* current;                   // null before the first handle of the thread
 
 constexpr std::uint64_t TagOf(std::uint32_t generation, HandleKind kind) noexcept {
   return std::uint64_t{generation} << 8U | static_cast<std::uint8_t>(kind);
