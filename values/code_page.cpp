@@ -74,6 +74,39 @@ bool WidenAscii(const char* from, char16_t* target) noexcept {
 }
 #endif
 
+constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+
+std::size_t Utf8Size(char character) noexcept {
+  const std::uint32_t code = ToUnicode(character);
+  return code < 0x80 ? 1 : code < 0x800 ? 2 : 3;
+}
+
+// Writes a character that is not below 0x80; returns its number of bytes, 2 or 3.
+std::size_t EncodeOne(char character, char* target) noexcept {
+  const std::uint32_t code = ToUnicode(character);
+  const auto last = static_cast<char>(0x80U | (code & 0x3FU));
+  if (code < 0x800) {
+    target[0] = static_cast<char>(0xC0U | code >> 6U);
+    target[1] = last;
+    return 2;
+  }
+  target[0] = static_cast<char>(0xE0U | code >> 12U);
+  target[1] = static_cast<char>(0x80U | (code >> 6U & 0x3FU));
+  target[2] = last;
+  return 3;
+}
+
+// The number of characters below 0x80 at the start.
+std::size_t AsciiPrefix(std::string_view text) noexcept {
+  std::size_t at = 0;
+  for (std::uint64_t word = 0; at + sizeof word <= text.size(); at += sizeof word) {
+    std::memcpy(&word, text.data() + at, sizeof word);
+    if ((word & kHighBits) != 0) break;
+  }
+  while (at < text.size() && static_cast<std::uint8_t>(text[at]) < 0x80) ++at;
+  return at;
+}
+
 }  // namespace
 
 std::uint32_t ToUnicode(char character) noexcept {
@@ -108,23 +141,49 @@ std::string LowerCase(std::string_view text) {
   return lower;
 }
 
+bool IsAscii(std::string_view text) noexcept { return AsciiPrefix(text) == text.size(); }
+
 std::string ToUtf8(std::string_view text) {
   std::string utf8;
   utf8.reserve(text.size() + text.size() / 8);
-  for (const char c : text) {
-    const std::uint32_t code = ToUnicode(c);
-    if (code < 0x80) {
-      utf8 += c;
-    } else if (code < 0x800) {
-      utf8 += static_cast<char>(0xC0U | code >> 6U);
-      utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+  AppendUtf8(utf8, text);
+  return utf8;
+}
+
+void AppendUtf8(std::string& utf8, std::string_view text) {
+  const std::size_t prefix = AsciiPrefix(text);
+  utf8.append(text.data(), prefix);
+  text.remove_prefix(prefix);
+  if (text.empty()) return;
+  std::size_t byteCount = 0;
+  for (const char character : text) byteCount += Utf8Size(character);
+  const std::size_t size = utf8.size();
+  utf8.resize(size + byteCount + sizeof(std::uint64_t));
+  WriteUtf8(text, utf8.data() + size);
+  utf8.resize(size + byteCount);
+}
+
+std::size_t WriteUtf8(std::string_view text, char* target) noexcept {
+  char* end = target;
+  for (std::size_t at = 0; at < text.size();) {
+    std::uint64_t word = 0;
+    if (at + sizeof word <= text.size()) {
+      std::memcpy(&word, text.data() + at, sizeof word);
+      if ((word & kHighBits) == 0) {
+        std::memcpy(end, &word, sizeof word);
+        at += sizeof word;
+        end += sizeof word;
+        continue;
+      }
+    }
+    const char character = text[at++];
+    if (static_cast<std::uint8_t>(character) < 0x80) {
+      *end++ = character;
     } else {
-      utf8 += static_cast<char>(0xE0U | code >> 12U);
-      utf8 += static_cast<char>(0x80U | (code >> 6U & 0x3FU));
-      utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+      end += EncodeOne(character, end);
     }
   }
-  return utf8;
+  return static_cast<std::size_t>(end - target);
 }
 
 std::optional<std::string> FromUtf8(std::string_view utf8) {
@@ -139,6 +198,15 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
     utf8.remove_prefix(decoded.byteCount);
   }
   return text;
+}
+
+std::size_t PlaceOfForeignCharacter(std::string_view utf8) noexcept {
+  for (std::size_t place = 1; !utf8.empty(); ++place) {
+    const Decoded decoded = DecodeOne(utf8);
+    if (decoded.byteCount == 0 || !FromUnicode(decoded.code)) return place;
+    utf8.remove_prefix(decoded.byteCount);
+  }
+  return 0;
 }
 
 void ToUtf16(std::string_view text, char16_t* target) noexcept {
