@@ -208,6 +208,7 @@ TEST(CRows, HoldAListUpToItsEndItsLimitOrAFaultyRecord) {
     query.Init();
     struct Case {
       const char* name;
+      std::int32_t end;
       std::int32_t max;
       std::vector<std::int32_t> columns;
       std::int32_t code;
@@ -215,13 +216,19 @@ TEST(CRows, HoldAListUpToItsEndItsLimitOrAFaultyRecord) {
       std::int32_t error;
     };
     for (const Case& test : {
-             Case{"one of three outputs", 1, {0}, OXAQRY_OK, {"^1^,^x^", "A"}, 0},
-             Case{"outputs in another order", 1, {2, 0}, OXAQRY_OK, {"^1^,^x^", "C", "A"}, 0},
-             Case{"up to a faulty record", 9, {0}, OXAQRY_OK, {"^1^,^x^", "A", "^2^,^y^", "\xC3\xA4"}, 9},
-             Case{"none", 0, {}, OXAQRY_OK, {}, 0},
-             Case{"an output twice", 9, {0, 0}, OXAQRY_E_ARGUMENT, {}, 0},
-             Case{"no such output", 9, {3}, OXAQRY_E_ARGUMENT, {}, 0},
-             Case{"a negative limit", -1, {0}, OXAQRY_E_ARGUMENT, {}, 0},
+             Case{"one of three outputs", OXAQRY_UNTIL_END, 1, {0}, OXAQRY_OK, {"^1^,^x^", "A"}, 0},
+             Case{"outputs in another order", OXAQRY_UNTIL_END, 1, {2, 0}, OXAQRY_OK, {"^1^,^x^", "C", "A"}, 0},
+             Case{"up to a faulty record",
+                  OXAQRY_EVERY_ROW,
+                  9,
+                  {0},
+                  OXAQRY_OK,
+                  {"^1^,^x^", "A", "^2^,^y^", "\xC3\xA4"},
+                  9},
+             Case{"none", OXAQRY_UNTIL_END, 0, {}, OXAQRY_OK, {}, 0},
+             Case{"an output twice", OXAQRY_UNTIL_END, 9, {0, 0}, OXAQRY_E_ARGUMENT, {}, 0},
+             Case{"no such output", OXAQRY_UNTIL_END, 9, {3}, OXAQRY_E_ARGUMENT, {}, 0},
+             Case{"a negative limit", OXAQRY_UNTIL_END, -1, {0}, OXAQRY_E_ARGUMENT, {}, 0},
          }) {
       const CValue text("x");
       const CValue limit("9");
@@ -229,7 +236,7 @@ TEST(CRows, HoldAListUpToItsEndItsLimitOrAFaultyRecord) {
       oxaqry_rows* rows = nullptr;
       const std::int32_t code =
           oxaqry_fetch_rows(query, MemberOf("OstranaQueryFahrauftraegeNext"), test.max, test.columns.data(),
-                            static_cast<std::int32_t>(test.columns.size()), OXAQRY_UNTIL_END, OXAQRY_UTF8, &rows);
+                            static_cast<std::int32_t>(test.columns.size()), test.end, OXAQRY_UTF8, &rows);
       EXPECT_EQ(code, test.code) << test.name;
       if (code != OXAQRY_OK) continue;
       EXPECT_EQ(TextsOf(rows), test.texts) << test.name;
