@@ -208,7 +208,7 @@ std::int32_t FreeHandle(const void* handle, HandleKind kind) noexcept {
   ThreadRecord& owner = OwnerOf(slot);
   if (owner.process != ForkCount()) return Forked();
   if (&owner == current) {
-    if (slot.object->uses != 0) return Fail(OXAQRY_E_BUSY, {"a call that uses the handle is running"});
+    if (slot.object->uses != 0) return IsInUse();
     if (!EndHandle(slot, live.tag)) return NotLive(handle);
     Release(owner, slot);
     if (owner.hasQueue) ReleaseQueued(owner);

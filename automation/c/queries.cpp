@@ -37,7 +37,7 @@ class UsedValues {
     if (found.object == nullptr) return nullptr;
     auto& value = static_cast<Value&>(*found.object);
     if (value.uses < 0 || (isWritten && value.uses > 0)) {
-      code = Fail(OXAQRY_E_BUSY, {"a value that is written is given twice, or is in use by a running call"});
+      code = IsInUse();
       return nullptr;
     }
     value.uses = isWritten ? -1 : value.uses + 1;

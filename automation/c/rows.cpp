@@ -125,7 +125,7 @@ std::int32_t Check(const MethodEntry& method, std::int32_t max, const std::int32
   if (max < 0 || columnCount < 0) return Fail(OXAQRY_E_ARGUMENT, {"a count is negative"});
   if (columns == nullptr && columnCount > 0) return IsNull("columns");
   if (end != OXAQRY_UNTIL_END && end != OXAQRY_EVERY_ROW) return Fail(OXAQRY_E_ARGUMENT, {"there is no such end"});
-  if (!IsEncoding(encoding)) return NoEncoding();
+  if (!IsEncoding(encoding)) return IsNoEncoding();
   return CheckColumns(method, std::span(columns, static_cast<std::size_t>(columnCount)));
 }
 
