@@ -28,7 +28,7 @@ void TextBlock::Add(std::string_view text, bool isUtf8) {
 }
 
 void TextBlock::Grow(std::size_t room) {
-  constexpr std::size_t kFirst = 16384;
+  constexpr std::size_t kFirst = 65536;
   const std::size_t capacity = std::max(kFirst, 2 * capacity_) + room;
   auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
   std::copy_n(bytes_.get(), size_, bytes.get());
@@ -56,6 +56,8 @@ class RowReader {
       outputs_.push_back({static_cast<std::size_t>(column), Variant("")});
     for (Output& output : outputs_) pointers_[output.position] = &output.value;
     rows_.columnCount = static_cast<std::int32_t>(wanted.columns.size()) + 1;
+    constexpr std::size_t kUsualRows = 1024;
+    rows_.offsets.reserve(std::min(static_cast<std::size_t>(wanted.max), kUsualRows) * (outputs_.size() + 1) + 1);
   }
 
   void ReadAll() {
