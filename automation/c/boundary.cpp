@@ -54,6 +54,14 @@ std::int32_t Fail(oxaqry_code code, std::initializer_list<std::string_view> piec
   return code;
 }
 
+std::int32_t IsNull(std::string_view name) noexcept { return Fail(OXAQRY_E_ARGUMENT, {name, " is NULL"}); }
+
+std::int32_t IsInUse() noexcept {
+  return Fail(OXAQRY_E_BUSY, {"a running call uses the handle, or a value that is written is given twice"});
+}
+
+std::int32_t IsNoEncoding() noexcept { return Fail(OXAQRY_E_ARGUMENT, {"there is no such encoding"}); }
+
 std::int32_t CurrentCode() noexcept {
   try {
     throw;

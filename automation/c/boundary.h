@@ -38,8 +38,10 @@ inline void GiveText(const char** text, std::size_t* length, std::string_view gi
   Give(length, given.size());
 }
 
-// For a pointer that must not be null.
-inline std::int32_t IsNull(std::string_view name) noexcept { return Fail(OXAQRY_E_ARGUMENT, {name, " is NULL"}); }
+// The commonest ones, which would slow their callers down if they were expanded there.
+std::int32_t IsNull(std::string_view name) noexcept;  // a pointer that must not be
+std::int32_t IsInUse() noexcept;                      // a handle, by a running call
+std::int32_t IsNoEncoding() noexcept;
 
 }  // namespace oxaqrycln::c
 

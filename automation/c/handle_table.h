@@ -144,7 +144,7 @@ template <typename Type, typename Body>
 std::int32_t With(const Finder& finder, const void* handle, Body&& body) noexcept {
   const FoundObject found = finder.Find(handle, Type::kKind);
   if (found.object == nullptr) return found.code;
-  if (found.object->uses != 0) return Fail(OXAQRY_E_BUSY, {"a call that uses the handle is running"});
+  if (found.object->uses != 0) return IsInUse();
   return Guarded([&] { return body(static_cast<Type&>(*found.object)); });
 }
 template <typename Type, typename Body>

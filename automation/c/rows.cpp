@@ -28,7 +28,7 @@ void TextBlock::Add(std::string_view text, bool isUtf8) {
 }
 
 void TextBlock::Grow(std::size_t room) {
-  constexpr std::size_t kFirst = 4096;
+  constexpr std::size_t kFirst = 65536;
   const std::size_t capacity = std::max(kFirst, 2 * capacity_) + room;
   auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
   std::copy_n(bytes_.get(), size_, bytes.get());
@@ -56,11 +56,13 @@ class RowReader {
       outputs_.push_back({static_cast<std::size_t>(column), Variant("")});
     for (Output& output : outputs_) pointers_[output.position] = &output.value;
     rows_.columnCount = static_cast<std::int32_t>(wanted.columns.size()) + 1;
+    constexpr std::size_t kUsualRows = 1024;
+    rows_.offsets.reserve(std::min(static_cast<std::size_t>(wanted.max), kUsualRows) * (outputs_.size() + 1) + 1);
   }
 
   void ReadAll() {
     while (rows_.rowCount < wanted_.max) {
-      Variant result = query_.Call(wanted_.method, pointers_);
+      Variant result = wanted_.method.call(query_.instance(), pointers_);
       const bool isOver = query_.watch().LastError().number != 0 || (!wanted_.everyRow && IsEnd(result));
       if (!isOver) AddRow(result);
       query_.Reuse(std::move(result));
@@ -125,7 +127,7 @@ std::int32_t Check(const MethodEntry& method, std::int32_t max, const std::int32
   if (max < 0 || columnCount < 0) return Fail(OXAQRY_E_ARGUMENT, {"a count is negative"});
   if (columns == nullptr && columnCount > 0) return IsNull("columns");
   if (end != OXAQRY_UNTIL_END && end != OXAQRY_EVERY_ROW) return Fail(OXAQRY_E_ARGUMENT, {"there is no such end"});
-  if (!IsEncoding(encoding)) return NoEncoding();
+  if (!IsEncoding(encoding)) return IsNoEncoding();
   return CheckColumns(method, std::span(columns, static_cast<std::size_t>(columnCount)));
 }
 
@@ -142,7 +144,8 @@ int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, cons
     const Wanted wanted{*entry, max, std::span(columns, static_cast<std::size_t>(column_count)),
                         end == OXAQRY_EVERY_ROW, encoding == OXAQRY_UTF8};
     auto made = std::make_unique<Rows>();
-    RowReader(source, wanted, *made).ReadAll();
+    RowReader reader(source, wanted, *made);
+    source.Run([&] { reader.ReadAll(); });
     return HandOut(std::move(made), rows);
   });
 }

@@ -106,7 +106,7 @@ int32_t oxaqry_value_set_date(oxaqry_value* value, int64_t seconds) {
 
 int32_t oxaqry_value_set_text(oxaqry_value* value, const char* text, size_t length, int32_t encoding) {
   return WithText(value, text, length, [&](Value& target, std::string_view given) -> std::int32_t {
-    if (!IsEncoding(encoding)) return NoEncoding();
+    if (!IsEncoding(encoding)) return IsNoEncoding();
     if (encoding == OXAQRY_WINDOWS_1252 || IsAscii(given)) {
       target.variant.AssignText(given);
       return OXAQRY_OK;
@@ -157,7 +157,7 @@ int32_t oxaqry_value_get_date(oxaqry_value* value, int64_t* seconds) {
 int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char** text, size_t* length) {
   return With<Value>(value, [&](Value& source) -> std::int32_t {
     if (text == nullptr || length == nullptr) return IsNull("the place for the text");
-    if (!IsEncoding(encoding)) return NoEncoding();
+    if (!IsEncoding(encoding)) return IsNoEncoding();
     GiveText(text, length, TextOf(source, encoding));
     return OXAQRY_OK;
   });
@@ -165,9 +165,8 @@ int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char*
 
 int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t encoding, const char** texts,
                                size_t* lengths) {
-  if (count < 0) return Fail(OXAQRY_E_ARGUMENT, {"count is negative"});
   if (count > 0 && (values == nullptr || texts == nullptr || lengths == nullptr)) return IsNull("a list");
-  if (!IsEncoding(encoding)) return NoEncoding();
+  if (!IsEncoding(encoding)) return IsNoEncoding();
   const Finder finder;
   for (std::int32_t i = 0; i < count; ++i) {
     texts[i] = "";

@@ -47,7 +47,6 @@ struct Rows final : HandleObject {
 inline bool IsEncoding(std::int32_t encoding) noexcept {
   return encoding == OXAQRY_UTF8 || encoding == OXAQRY_WINDOWS_1252;
 }
-inline std::int32_t NoEncoding() noexcept { return Fail(OXAQRY_E_ARGUMENT, {"there is no such encoding"}); }
 
 }  // namespace oxaqrycln::c
 
