@@ -1,0 +1,223 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Oxaqrycln\Raw;
+
+use Oxaqrycln\BadArgument;
+
+/**
+ * An instance of the component: what its members, in Query, stand on, and the watch over its requests.
+ *
+ * An input takes null, bool, int, float, string (UTF-8), a date or a Value. null in an optional input leaves it out, in
+ * a required one it is Empty. An output is a variable, which also gives the start value; one that holds a Value keeps
+ * it, and the Value is written. Results are PHP's values; result() tells the kind of the last one.
+ */
+abstract class Instance extends Owned
+{
+    private const UTF8 = 0;
+    private const MOST_ARGUMENTS = 24;
+
+    /** The values of arguments, by position; used again by each call. */
+    private array $values = [];
+    private readonly Value $result;
+    private readonly \FFI\CData $arguments;
+
+    public function __construct()
+    {
+        parent::__construct('query');
+        $this->result = new Value();
+        $this->arguments = $this->library->ffi->new('oxaqry_value*[' . self::MOST_ARGUMENTS . ']');
+    }
+
+    /** Reads a variable. */
+    public function __get(string $name): mixed
+    {
+        $value = $this->values[0] ??= new Value();
+        $this->library->check(
+            $this->library->ffi->oxaqry_get_variable($this->handle, self::number($name), $value->handle),
+        );
+        return $value->native();
+    }
+
+    /** Assigns a variable, or the property RemoteHosts. */
+    public function __set(string $name, mixed $native): void
+    {
+        $this->library->check($this->library->ffi->oxaqry_set_variable(
+            $this->handle,
+            self::number($name),
+            $this->given(0, $native)->handle,
+        ));
+    }
+
+    public function __isset(string $name): bool
+    {
+        return isset(Query::MEMBERS[$name]);
+    }
+
+    /** Whatever the last call returned; the next one replaces what it holds. */
+    public function result(): Value
+    {
+        return $this->result;
+    }
+
+    /**
+     * Calls a method that reads the next record of a list, until the list ends or $max records are read.
+     *
+     * @param list<int> $columns positions of outputs among the parameters, from 0
+     * @param bool $everyRow false: an empty result or a negative number ends the list; true: only $max does
+     */
+    public function fetchRows(string $method, int $max, array $columns = [], bool $everyRow = true): Rows
+    {
+        $ffi = $this->library->ffi;
+        $count = \count($columns);
+        $positions = $count === 0 ? null : $ffi->new("int32_t[$count]");
+        foreach ($columns as $at => $column) {
+            $positions[$at] = $column;
+        }
+        $rows = $ffi->new('oxaqry_rows*[1]');
+        $this->library->check($ffi->oxaqry_fetch_rows(
+            $this->handle,
+            self::number($method),
+            $max,
+            $positions,
+            $count,
+            (int) $everyRow,
+            self::UTF8,
+            $rows,
+        ));
+        return new Rows($rows[0]);
+    }
+
+    /** @return array{int, int, bool, int} an oxaqry_outcome_kind, milliseconds, whether sent, number of attempts */
+    public function outcome(): array
+    {
+        $library = $this->library;
+        $library->check($library->ffi->oxaqry_outcome(
+            $this->handle,
+            $library->number,
+            $library->long,
+            $library->number2,
+            $library->number3,
+        ));
+        return [$library->number[0], $library->long[0], $library->number2[0] !== 0, $library->number3[0]];
+    }
+
+    /** @return array{string, int, string, int} host, port, error, milliseconds of an attempt, from 0 */
+    public function attempt(int $index): array
+    {
+        $library = $this->library;
+        $library->check($library->ffi->oxaqry_attempt(
+            $this->handle,
+            $index,
+            $library->text,
+            $library->length,
+            $library->number,
+            $library->text2,
+            $library->length2,
+            $library->long,
+        ));
+        return [$library->handedOut(), $library->number[0], $library->handedOut2(), $library->long[0]];
+    }
+
+    /** @return array{int, string} number and text of the error that the last method handled; 0 without one */
+    public function handledError(): array
+    {
+        $library = $this->library;
+        $library->check(
+            $library->ffi->oxaqry_handled_error($this->handle, $library->number, $library->text, $library->length),
+        );
+        return [$library->number[0], $library->handedOut()];
+    }
+
+    /** @return list<array{string, int, bool, bool, string}> host, port, takes print requests, is busy, session */
+    public function servers(): array
+    {
+        $library = $this->library;
+        $library->check($library->ffi->oxaqry_server_count($this->handle, $library->number));
+        $servers = [];
+        for ($count = $library->number[0], $i = 0; $i < $count; ++$i) {
+            $library->check($library->ffi->oxaqry_server(
+                $this->handle,
+                $i,
+                $library->text,
+                $library->length,
+                $library->number,
+                $library->number2,
+                $library->number3,
+                $library->long,
+                $library->text2,
+                $library->length2,
+            ));
+            [$takesPrint, $isBusy] = [$library->number2[0] !== 0, $library->number3[0] !== 0];
+            $servers[] = [$library->handedOut(), $library->number[0], $takesPrint, $isBusy, $library->handedOut2()];
+        }
+        return $servers;
+    }
+
+    /** Servers that failed are passed over while another one is free. */
+    public function trySickServersLast(): void
+    {
+        $this->library->check($this->library->ffi->oxaqry_set_sick_servers($this->handle, 1));
+    }
+
+    /** Ends each later request at once, until resume(). */
+    public function cancel(): void
+    {
+        $this->library->check($this->library->ffi->oxaqry_cancel($this->handle));
+    }
+
+    public function resume(): void
+    {
+        $this->library->check($this->library->ffi->oxaqry_resume($this->handle));
+    }
+
+    /**
+     * Calls a method with the first $given of its parameters.
+     *
+     * @param int $required so many parameters must be given
+     * @param array<int, mixed> $inputs by position
+     * @param array<int, mixed> $outputs references by position
+     */
+    protected function invoke(int $method, int $required, int $given, array $inputs, array $outputs): mixed
+    {
+        $arguments = $this->arguments;
+        foreach ($inputs as $at => $native) {
+            $isLeftOut = $native === null && $at >= $required;
+            $arguments[$at] = $isLeftOut ? null : $this->given($at, $native)->handle;
+        }
+        $read = [];
+        foreach ($outputs as $at => $native) {
+            if ($at >= $given) {
+                break;
+            }
+            $value = $this->given($at, $native);
+            $arguments[$at] = $value->handle;
+            if ($value !== $native) {
+                $read[$at] = $value;
+            }
+        }
+        $this->library->check(
+            $this->library->ffi->oxaqry_call($this->handle, $method, $arguments, $given, $this->result->handle),
+        );
+        foreach ($read as $at => $value) {
+            $outputs[$at] = $value->native();
+        }
+        return $this->result->native();
+    }
+
+    private function given(int $at, mixed $native): Value
+    {
+        if ($native instanceof Value) {
+            return $native;
+        }
+        $value = $this->values[$at] ??= new Value();
+        $value->set($native);
+        return $value;
+    }
+
+    private static function number(string $name): int
+    {
+        return Query::MEMBERS[$name] ?? throw new BadArgument("the component has no member $name");
+    }
+}
