@@ -39,7 +39,7 @@ def php_properties(interface):
 
 def php_parameter(parameter):
     reference = "&" if parameter.kind in ("optional out", "in-out") else ""
-    return f"mixed {reference}${parameter.name}" + (" = null" if parameter.kind.startswith("optional") else "")
+    return f"mixed {reference}${parameter.name}" + (" = Argument::LeftOut" if parameter.kind.startswith("optional") else "")
 
 
 def php_method(member):
@@ -49,9 +49,7 @@ def php_method(member):
             outputs.append(f"{position} => &${each.name}")
         else:
             inputs.append(f"{position} => ${each.name}")
-    required = sum(not each.kind.startswith("optional") for each in member.parameters)
-    call = (f"$this->invoke({member.number}, {required}, func_num_args(), [{', '.join(inputs)}], "
-            f"[{', '.join(outputs)}])")
+    call = f"$this->invoke({member.number}, [{', '.join(inputs)}], [{', '.join(outputs)}])"
     parameters = ", ".join(map(php_parameter, member.parameters))
     return ("\n" + comment([signature(member), "", *paragraphs(member.documentation)], "    ")
             + f"    public function {member.name}({parameters}): {PHP_TYPES[member.type]}\n    {{\n"

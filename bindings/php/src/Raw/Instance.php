@@ -9,9 +9,9 @@ use Oxaqrycln\BadArgument;
 /**
  * An instance of the component: what its members, in Query, stand on, and the watch over its requests.
  *
- * An input takes null, bool, int, float, string (UTF-8), a date or a Value. null in an optional input leaves it out, in
- * a required one it is Empty. An output is a variable, which also gives the start value; one that holds a Value keeps
- * it, and the Value is written. Results are PHP's values; result() tells the kind of the last one.
+ * An input takes null (Empty), bool, int, float, string (UTF-8), a date or a Value. An output is a variable, which also
+ * gives the start value; one that holds a Value keeps it, and the Value is written. Named arguments leave out what is
+ * between them. Results are PHP's values; result() tells the kind of the last one.
  */
 abstract class Instance extends Owned
 {
@@ -173,32 +173,38 @@ abstract class Instance extends Owned
     }
 
     /**
-     * Calls a method with the first $given of its parameters.
+     * Calls a method.
      *
-     * @param int $required so many parameters must be given
      * @param array<int, mixed> $inputs by position
      * @param array<int, mixed> $outputs references by position
      */
-    protected function invoke(int $method, int $required, int $given, array $inputs, array $outputs): mixed
+    protected function invoke(int $method, array $inputs, array $outputs): mixed
     {
         $arguments = $this->arguments;
+        $count = 0;
         foreach ($inputs as $at => $native) {
-            $isLeftOut = $native === null && $at >= $required;
-            $arguments[$at] = $isLeftOut ? null : $this->given($at, $native)->handle;
+            if ($native === Argument::LeftOut) {
+                $arguments[$at] = null;
+            } else {
+                $arguments[$at] = $this->given($at, $native)->handle;
+                $count = $at + 1;
+            }
         }
         $read = [];
         foreach ($outputs as $at => $native) {
-            if ($at >= $given) {
-                break;
+            if ($native === Argument::LeftOut) {
+                $arguments[$at] = null;
+                continue;
             }
             $value = $this->given($at, $native);
             $arguments[$at] = $value->handle;
+            $count = max($count, $at + 1);
             if ($value !== $native) {
                 $read[$at] = $value;
             }
         }
         $this->library->check(
-            $this->library->ffi->oxaqry_call($this->handle, $method, $arguments, $given, $this->result->handle),
+            $this->library->ffi->oxaqry_call($this->handle, $method, $arguments, $count, $this->result->handle),
         );
         foreach ($read as $at => $value) {
             $outputs[$at] = $value->native();

@@ -193,9 +193,9 @@ final class Query extends Instance
      * Opens the database connection unless blnParamDBInit is False, claims a connection slot and starts the timer that
      * frees stale servers. To be called once, after the settings and before any other method. False on failure.
      */
-    public function Init(mixed $blnParamDBInit = null): bool
+    public function Init(mixed $blnParamDBInit = Argument::LeftOut): bool
     {
-        return $this->invoke(14, 0, func_num_args(), [0 => $blnParamDBInit], []);
+        return $this->invoke(14, [0 => $blnParamDBInit], []);
     }
 
     /**
@@ -206,7 +206,7 @@ final class Query extends Instance
      */
     public function OnStartPage(mixed $PassedScriptingContext): void
     {
-        $this->invoke(15, 1, func_num_args(), [0 => $PassedScriptingContext], []);
+        $this->invoke(15, [0 => $PassedScriptingContext], []);
     }
 
     /**
@@ -216,7 +216,7 @@ final class Query extends Instance
      */
     public function OnEndPage(): void
     {
-        $this->invoke(16, 0, func_num_args(), [], []);
+        $this->invoke(16, [], []);
     }
 
     /**
@@ -227,7 +227,7 @@ final class Query extends Instance
      */
     public function Encode(mixed $strText): string
     {
-        return $this->invoke(17, 1, func_num_args(), [0 => $strText], []);
+        return $this->invoke(17, [0 => $strText], []);
     }
 
     /**
@@ -237,7 +237,7 @@ final class Query extends Instance
      */
     public function Decode(mixed $strText): string
     {
-        return $this->invoke(18, 1, func_num_args(), [0 => $strText], []);
+        return $this->invoke(18, [0 => $strText], []);
     }
 
     /**
@@ -248,7 +248,7 @@ final class Query extends Instance
      */
     public function DeleteFTPObjects(mixed $strFile): void
     {
-        $this->invoke(19, 1, func_num_args(), [0 => $strFile], []);
+        $this->invoke(19, [0 => $strFile], []);
     }
 
     /**
@@ -257,9 +257,9 @@ final class Query extends Instance
      * Creates a user, with an account of the archive system when both of its texts are given. Returns the new user's
      * ID (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
      */
-    public function WriteUserToDB(mixed $strUser, mixed $strPasswd, mixed $strTELOUser = null, mixed $strTELOPasswd = null): mixed
+    public function WriteUserToDB(mixed $strUser, mixed $strPasswd, mixed $strTELOUser = Argument::LeftOut, mixed $strTELOPasswd = Argument::LeftOut): mixed
     {
-        return $this->invoke(21, 2, func_num_args(), [0 => $strUser, 1 => $strPasswd, 2 => $strTELOUser, 3 => $strTELOPasswd], []);
+        return $this->invoke(21, [0 => $strUser, 1 => $strPasswd, 2 => $strTELOUser, 3 => $strTELOPasswd], []);
     }
 
     /**
@@ -269,7 +269,7 @@ final class Query extends Instance
      */
     public function GetNextDBObjectID(mixed $strField, mixed $strTable): mixed
     {
-        return $this->invoke(22, 2, func_num_args(), [0 => $strField, 1 => $strTable], []);
+        return $this->invoke(22, [0 => $strField, 1 => $strTable], []);
     }
 
     /**
@@ -278,9 +278,9 @@ final class Query extends Instance
      * Returns the ID of the first user of the name (Long) when strPasswd is his password, or is left out: then he only
      * has to exist. Else, and on failure, 0 (Long).
      */
-    public function CheckLogon(mixed $strUser, mixed $strPasswd = null): mixed
+    public function CheckLogon(mixed $strUser, mixed $strPasswd = Argument::LeftOut): mixed
     {
-        return $this->invoke(23, 1, func_num_args(), [0 => $strUser, 1 => $strPasswd], []);
+        return $this->invoke(23, [0 => $strUser, 1 => $strPasswd], []);
     }
 
     /**
@@ -291,7 +291,7 @@ final class Query extends Instance
      */
     public function ChangePasswd(mixed $strUser, mixed $strPasswdOld, mixed $strPasswdNew): mixed
     {
-        return $this->invoke(24, 3, func_num_args(), [0 => $strUser, 1 => $strPasswdOld, 2 => $strPasswdNew], []);
+        return $this->invoke(24, [0 => $strUser, 1 => $strPasswdOld, 2 => $strPasswdNew], []);
     }
 
     /**
@@ -300,9 +300,9 @@ final class Query extends Instance
      * Reads the user's account of the archive system. Returns 1 (Long) when there is such a user, with the outputs ""
      * for one without an account; else, and on failure, 0 (Long) with the outputs untouched.
      */
-    public function GetUserTELOUser(mixed $strUserID, mixed &$strTELOUser = null, mixed &$strTELOPasswd = null): mixed
+    public function GetUserTELOUser(mixed $strUserID, mixed &$strTELOUser = Argument::LeftOut, mixed &$strTELOPasswd = Argument::LeftOut): mixed
     {
-        return $this->invoke(25, 1, func_num_args(), [0 => $strUserID], [1 => &$strTELOUser, 2 => &$strTELOPasswd]);
+        return $this->invoke(25, [0 => $strUserID], [1 => &$strTELOUser, 2 => &$strTELOPasswd]);
     }
 
     /**
@@ -311,9 +311,9 @@ final class Query extends Instance
      * Reads whether the user must change his password. Returns 1 (Long) when the user has the flag set or cleared,
      * which intChangePasswd receives; else, and on failure, 0 (Long), with intChangePasswd 0 (Integer).
      */
-    public function GetUserChangePasswd(mixed $strUserID, mixed &$intChangePasswd = null): mixed
+    public function GetUserChangePasswd(mixed $strUserID, mixed &$intChangePasswd = Argument::LeftOut): mixed
     {
-        return $this->invoke(26, 1, func_num_args(), [0 => $strUserID], [1 => &$intChangePasswd]);
+        return $this->invoke(26, [0 => $strUserID], [1 => &$intChangePasswd]);
     }
 
     /**
@@ -324,7 +324,7 @@ final class Query extends Instance
      */
     public function SetUserChangePasswd(mixed $strUserID, mixed $intChangePasswd): mixed
     {
-        return $this->invoke(27, 2, func_num_args(), [0 => $strUserID, 1 => $intChangePasswd], []);
+        return $this->invoke(27, [0 => $strUserID, 1 => $intChangePasswd], []);
     }
 
     /**
@@ -332,9 +332,9 @@ final class Query extends Instance
      *
      * The general rights of the user and his groups, "^right^,^right^". Returns their number (Long), Empty on failure.
      */
-    public function GetUserRights(mixed $strUserID, mixed &$strRights = null): mixed
+    public function GetUserRights(mixed $strUserID, mixed &$strRights = Argument::LeftOut): mixed
     {
-        return $this->invoke(28, 1, func_num_args(), [0 => $strUserID], [1 => &$strRights]);
+        return $this->invoke(28, [0 => $strUserID], [1 => &$strRights]);
     }
 
     /**
@@ -343,9 +343,9 @@ final class Query extends Instance
      * The rights to create (N), edit (E) and delete (D) documents, a line "archive[,N][,E][,D]" with CR LF for each
      * archive. Returns the number of archives (Long), or Empty on failure.
      */
-    public function GetUserEditRights(mixed $strUserID, mixed &$strEditRights = null): mixed
+    public function GetUserEditRights(mixed $strUserID, mixed &$strEditRights = Argument::LeftOut): mixed
     {
-        return $this->invoke(29, 1, func_num_args(), [0 => $strUserID], [1 => &$strEditRights]);
+        return $this->invoke(29, [0 => $strUserID], [1 => &$strEditRights]);
     }
 
     /**
@@ -353,9 +353,9 @@ final class Query extends Instance
      *
      * The groups the user is a member of, "[group],[group]". Returns their number (Long), or Empty on failure.
      */
-    public function GetUserGroups(mixed $strUserID, mixed &$strGroups = null): mixed
+    public function GetUserGroups(mixed $strUserID, mixed &$strGroups = Argument::LeftOut): mixed
     {
-        return $this->invoke(30, 1, func_num_args(), [0 => $strUserID], [1 => &$strGroups]);
+        return $this->invoke(30, [0 => $strUserID], [1 => &$strGroups]);
     }
 
     /**
@@ -364,9 +364,9 @@ final class Query extends Instance
      * The archives the user and his groups may see, "^archive^,^archive^". Returns their number (Long), Empty on
      * failure.
      */
-    public function GetUserArchives(mixed $strUserID, mixed &$strArchives = null): mixed
+    public function GetUserArchives(mixed $strUserID, mixed &$strArchives = Argument::LeftOut): mixed
     {
-        return $this->invoke(31, 1, func_num_args(), [0 => $strUserID], [1 => &$strArchives]);
+        return $this->invoke(31, [0 => $strUserID], [1 => &$strArchives]);
     }
 
     /**
@@ -375,9 +375,9 @@ final class Query extends Instance
      * The channels the user and his groups may see, "^channel^,^channel^". Returns their number (Long), Empty on
      * failure.
      */
-    public function GetUserChannels(mixed $strUserID, mixed &$strChannels = null): mixed
+    public function GetUserChannels(mixed $strUserID, mixed &$strChannels = Argument::LeftOut): mixed
     {
-        return $this->invoke(32, 1, func_num_args(), [0 => $strUserID], [1 => &$strChannels]);
+        return $this->invoke(32, [0 => $strUserID], [1 => &$strChannels]);
     }
 
     /**
@@ -387,9 +387,9 @@ final class Query extends Instance
      * "^definition^,^field^,^operator^,^value^,^type^" with CR LF for each, by definition and grade. A definition that
      * reaches the user in several ways counts once, conditions that differ only in their grade are two.
      */
-    public function GetUserDocRights(mixed $strUserID, mixed $strChannel, mixed $strArchive, mixed &$strDocRights = null): mixed
+    public function GetUserDocRights(mixed $strUserID, mixed $strChannel, mixed $strArchive, mixed &$strDocRights = Argument::LeftOut): mixed
     {
-        return $this->invoke(33, 3, func_num_args(), [0 => $strUserID, 1 => $strChannel, 2 => $strArchive], [3 => &$strDocRights]);
+        return $this->invoke(33, [0 => $strUserID, 1 => $strChannel, 2 => $strArchive], [3 => &$strDocRights]);
     }
 
     /**
@@ -402,9 +402,9 @@ final class Query extends Instance
      * that have no matchcode, "^field^,^field^", in ascending order. A definition applies to the archives that are
      * listed for it; one without any applies nowhere.
      */
-    public function GetUserSearchRights(mixed $strUserID, mixed $strChannel, mixed $strArchive, mixed &$strFixedValues = null, mixed &$strHiddenFields = null, mixed &$strNoMatchcodeFields = null): mixed
+    public function GetUserSearchRights(mixed $strUserID, mixed $strChannel, mixed $strArchive, mixed &$strFixedValues = Argument::LeftOut, mixed &$strHiddenFields = Argument::LeftOut, mixed &$strNoMatchcodeFields = Argument::LeftOut): mixed
     {
-        return $this->invoke(34, 3, func_num_args(), [0 => $strUserID, 1 => $strChannel, 2 => $strArchive], [3 => &$strFixedValues, 4 => &$strHiddenFields, 5 => &$strNoMatchcodeFields]);
+        return $this->invoke(34, [0 => $strUserID, 1 => $strChannel, 2 => $strArchive], [3 => &$strFixedValues, 4 => &$strHiddenFields, 5 => &$strNoMatchcodeFields]);
     }
 
     /**
@@ -414,9 +414,9 @@ final class Query extends Instance
      * number (Long), or -1 (Integer) on failure. strOutliner receives a line "^ID^,^name^" with CR LF for each, by
      * name; "" on failure.
      */
-    public function GetOutliner(mixed $strChannel, mixed $strArchive, mixed &$strOutliner = null): mixed
+    public function GetOutliner(mixed $strChannel, mixed $strArchive, mixed &$strOutliner = Argument::LeftOut): mixed
     {
-        return $this->invoke(35, 2, func_num_args(), [0 => $strChannel, 1 => $strArchive], [2 => &$strOutliner]);
+        return $this->invoke(35, [0 => $strChannel, 1 => $strArchive], [2 => &$strOutliner]);
     }
 
     /**
@@ -426,9 +426,9 @@ final class Query extends Instance
      * (Long), 0 for an outliner or node that does not exist, or -1 (Integer) on failure; nothing is loaded then. The
      * nodes outlive other requests: only this method replaces them.
      */
-    public function GetOutlinerContentInit(mixed $lngOutlinerID, mixed $lngParentID = null): mixed
+    public function GetOutlinerContentInit(mixed $lngOutlinerID, mixed $lngParentID = Argument::LeftOut): mixed
     {
-        return $this->invoke(36, 1, func_num_args(), [0 => $lngOutlinerID, 1 => $lngParentID], []);
+        return $this->invoke(36, [0 => $lngOutlinerID, 1 => $lngParentID], []);
     }
 
     /**
@@ -440,9 +440,9 @@ final class Query extends Instance
      * outliner says of that level, "" when it says nothing, blnExpand whether the node is expanded (Boolean) and
      * lngChildren how many children it has in its outliner (Long).
      */
-    public function GetOutlinerContentNext(mixed &$lngID = null, mixed &$intLevel = null, mixed &$strFieldID = null, mixed &$strDescription = null, mixed &$strDataType = null, mixed &$blnExpand = null, mixed &$lngChildren = null): string
+    public function GetOutlinerContentNext(mixed &$lngID = Argument::LeftOut, mixed &$intLevel = Argument::LeftOut, mixed &$strFieldID = Argument::LeftOut, mixed &$strDescription = Argument::LeftOut, mixed &$strDataType = Argument::LeftOut, mixed &$blnExpand = Argument::LeftOut, mixed &$lngChildren = Argument::LeftOut): string
     {
-        return $this->invoke(37, 0, func_num_args(), [], [0 => &$lngID, 1 => &$intLevel, 2 => &$strFieldID, 3 => &$strDescription, 4 => &$strDataType, 5 => &$blnExpand, 6 => &$lngChildren]);
+        return $this->invoke(37, [], [0 => &$lngID, 1 => &$intLevel, 2 => &$strFieldID, 3 => &$strDescription, 4 => &$strDataType, 5 => &$blnExpand, 6 => &$lngChildren]);
     }
 
     /**
@@ -452,7 +452,7 @@ final class Query extends Instance
      */
     public function GetOutlinerContentReset(): void
     {
-        $this->invoke(38, 0, func_num_args(), [], []);
+        $this->invoke(38, [], []);
     }
 
     /**
@@ -463,7 +463,7 @@ final class Query extends Instance
      */
     public function UpdateOutlinerContent(mixed $lngID, mixed $blnExpand): mixed
     {
-        return $this->invoke(39, 2, func_num_args(), [0 => $lngID, 1 => $blnExpand], []);
+        return $this->invoke(39, [0 => $lngID, 1 => $blnExpand], []);
     }
 
     /**
@@ -478,7 +478,7 @@ final class Query extends Instance
      */
     public function GetOutlinerSearchExpr(mixed $lngID): string
     {
-        return $this->invoke(40, 1, func_num_args(), [0 => $lngID], []);
+        return $this->invoke(40, [0 => $lngID], []);
     }
 
     /**
@@ -487,9 +487,9 @@ final class Query extends Instance
      * Asks for the channels and sorts them in ascending order, whatever their letter case. Returns their number
      * (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetChannelsInit(mixed &$strParamStatus = null): mixed
+    public function TELOGetChannelsInit(mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(41, 0, func_num_args(), [], [0 => &$strParamStatus]);
+        return $this->invoke(41, [], [0 => &$strParamStatus]);
     }
 
     /**
@@ -498,9 +498,9 @@ final class Query extends Instance
      * The next channel: its line up to the first comma, "" at the end. strChannelDescription receives the text after
      * the comma, "" without one.
      */
-    public function TELOGetChannelsNext(mixed &$strChannelDescription = null): string
+    public function TELOGetChannelsNext(mixed &$strChannelDescription = Argument::LeftOut): string
     {
-        return $this->invoke(42, 0, func_num_args(), [], [0 => &$strChannelDescription]);
+        return $this->invoke(42, [], [0 => &$strChannelDescription]);
     }
 
     /**
@@ -508,9 +508,9 @@ final class Query extends Instance
      *
      * Asks for the archives and sorts them likewise. Returns their number (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetAllArchivesInit(mixed &$strParamStatus = null): mixed
+    public function TELOGetAllArchivesInit(mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(43, 0, func_num_args(), [], [0 => &$strParamStatus]);
+        return $this->invoke(43, [], [0 => &$strParamStatus]);
     }
 
     /**
@@ -520,7 +520,7 @@ final class Query extends Instance
      */
     public function TELOGetAllArchivesNext(): string
     {
-        return $this->invoke(44, 0, func_num_args(), [], []);
+        return $this->invoke(44, [], []);
     }
 
     /**
@@ -528,9 +528,9 @@ final class Query extends Instance
      *
      * Asks for the query formats of an archive. Returns their number (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetQueryFormatListInit(mixed $strChannel, mixed $strArchive, mixed &$strParamStatus = null): mixed
+    public function TELOGetQueryFormatListInit(mixed $strChannel, mixed $strArchive, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(45, 2, func_num_args(), [0 => $strChannel, 1 => $strArchive], [2 => &$strParamStatus]);
+        return $this->invoke(45, [0 => $strChannel, 1 => $strArchive], [2 => &$strParamStatus]);
     }
 
     /**
@@ -540,7 +540,7 @@ final class Query extends Instance
      */
     public function TELOGetQueryFormatListNext(): string
     {
-        return $this->invoke(46, 0, func_num_args(), [], []);
+        return $this->invoke(46, [], []);
     }
 
     /**
@@ -548,9 +548,9 @@ final class Query extends Instance
      *
      * Asks for every channel with its archives. Returns the number of channels (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetAllArchivesExtInit(mixed &$strParamStatus = null): mixed
+    public function TELOGetAllArchivesExtInit(mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(47, 0, func_num_args(), [], [0 => &$strParamStatus]);
+        return $this->invoke(47, [], [0 => &$strParamStatus]);
     }
 
     /**
@@ -559,9 +559,9 @@ final class Query extends Instance
      * Moves to the next channel, whose name and description the outputs receive. Returns its number of archives
      * (Long), or -1 (Integer) after the last channel, with the outputs "".
      */
-    public function TELOGetAllArchivesExtNext(mixed &$strChannel = null, mixed &$strChannelDescription = null): mixed
+    public function TELOGetAllArchivesExtNext(mixed &$strChannel = Argument::LeftOut, mixed &$strChannelDescription = Argument::LeftOut): mixed
     {
-        return $this->invoke(48, 0, func_num_args(), [], [0 => &$strChannel, 1 => &$strChannelDescription]);
+        return $this->invoke(48, [], [0 => &$strChannel, 1 => &$strChannelDescription]);
     }
 
     /**
@@ -570,9 +570,9 @@ final class Query extends Instance
      * The next archive of the current channel: its line up to the first comma, "" where the next channel begins.
      * strComment receives the text after the comma, "" without one and where the next channel begins.
      */
-    public function TELOGetAllArchivesExtNextArchive(mixed &$strComment = null): string
+    public function TELOGetAllArchivesExtNextArchive(mixed &$strComment = Argument::LeftOut): string
     {
-        return $this->invoke(49, 0, func_num_args(), [], [0 => &$strComment]);
+        return $this->invoke(49, [], [0 => &$strComment]);
     }
 
     /**
@@ -582,7 +582,7 @@ final class Query extends Instance
      */
     public function TELOGetAllArchivesExtFirst(): void
     {
-        $this->invoke(50, 0, func_num_args(), [], []);
+        $this->invoke(50, [], []);
     }
 
     /**
@@ -592,9 +592,9 @@ final class Query extends Instance
      * Asks for the properties of an archive. Returns the fifth one (String), or -1 (Integer) on failure or an empty
      * answer; the outputs receive the first four as the server wrote them (String).
      */
-    public function TELOGetArchiveProperties(mixed $strChannel, mixed $strArchive, mixed &$blnCreate = null, mixed &$blnEdit = null, mixed &$blnDelete = null, mixed &$blnIndex = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetArchiveProperties(mixed $strChannel, mixed $strArchive, mixed &$blnCreate = Argument::LeftOut, mixed &$blnEdit = Argument::LeftOut, mixed &$blnDelete = Argument::LeftOut, mixed &$blnIndex = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(51, 2, func_num_args(), [0 => $strChannel, 1 => $strArchive], [2 => &$blnCreate, 3 => &$blnEdit, 4 => &$blnDelete, 5 => &$blnIndex, 6 => &$strParamStatus]);
+        return $this->invoke(51, [0 => $strChannel, 1 => $strArchive], [2 => &$blnCreate, 3 => &$blnEdit, 4 => &$blnDelete, 5 => &$blnIndex, 6 => &$strParamStatus]);
     }
 
     /**
@@ -610,9 +610,9 @@ final class Query extends Instance
      * receives the total as text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values
      * joined by ","; blnHitlistMultiTIFF (Boolean) whether the hits can be had as one image file.
      */
-    public function TELOQueryArchiveInit(mixed $strQuery, mixed $lngMaxLines, mixed $lngQueryMax, mixed $strQueryFormat, mixed $strFolderRights, mixed $strLayoutFieldID = null, mixed $strLayoutID = null, mixed &$strLayoutKeys = null, mixed &$strLayoutValues = null, mixed &$lngTotalHits = null, mixed &$blnHitlistMultiTIFF = null, mixed &$strParamStatus = null): mixed
+    public function TELOQueryArchiveInit(mixed $strQuery, mixed $lngMaxLines, mixed $lngQueryMax, mixed $strQueryFormat, mixed $strFolderRights, mixed $strLayoutFieldID = Argument::LeftOut, mixed $strLayoutID = Argument::LeftOut, mixed &$strLayoutKeys = Argument::LeftOut, mixed &$strLayoutValues = Argument::LeftOut, mixed &$lngTotalHits = Argument::LeftOut, mixed &$blnHitlistMultiTIFF = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(52, 5, func_num_args(), [0 => $strQuery, 1 => $lngMaxLines, 2 => $lngQueryMax, 3 => $strQueryFormat, 4 => $strFolderRights, 5 => $strLayoutFieldID, 6 => $strLayoutID], [7 => &$strLayoutKeys, 8 => &$strLayoutValues, 9 => &$lngTotalHits, 10 => &$blnHitlistMultiTIFF, 11 => &$strParamStatus]);
+        return $this->invoke(52, [0 => $strQuery, 1 => $lngMaxLines, 2 => $lngQueryMax, 3 => $strQueryFormat, 4 => $strFolderRights, 5 => $strLayoutFieldID, 6 => $strLayoutID], [7 => &$strLayoutKeys, 8 => &$strLayoutValues, 9 => &$lngTotalHits, 10 => &$blnHitlistMultiTIFF, 11 => &$strParamStatus]);
     }
 
     /**
@@ -621,9 +621,9 @@ final class Query extends Instance
      * The next row's display columns, "^column^,^column^"; "" at the end. The first row holds the titles. The outputs
      * receive the hit's channel, archive, document id and version as text.
      */
-    public function TELOQueryArchiveNext(mixed &$strChannel = null, mixed &$strArchive = null, mixed &$strDocID = null, mixed &$strVer = null): string
+    public function TELOQueryArchiveNext(mixed &$strChannel = Argument::LeftOut, mixed &$strArchive = Argument::LeftOut, mixed &$strDocID = Argument::LeftOut, mixed &$strVer = Argument::LeftOut): string
     {
-        return $this->invoke(53, 0, func_num_args(), [], [0 => &$strChannel, 1 => &$strArchive, 2 => &$strDocID, 3 => &$strVer]);
+        return $this->invoke(53, [], [0 => &$strChannel, 1 => &$strArchive, 2 => &$strDocID, 3 => &$strVer]);
     }
 
     /**
@@ -643,7 +643,7 @@ final class Query extends Instance
      */
     public function TELOSortHitlistInit(mixed $lngCol): mixed
     {
-        return $this->invoke(54, 1, func_num_args(), [0 => $lngCol], []);
+        return $this->invoke(54, [0 => $lngCol], []);
     }
 
     /**
@@ -652,9 +652,9 @@ final class Query extends Instance
      * The next row of the list, read as TELOQueryArchiveNext reads it, with a place of its own: at the title row after
      * a query and after a sort.
      */
-    public function TELOSortHitlistNext(mixed &$strChannel = null, mixed &$strArchive = null, mixed &$strDocID = null, mixed &$strVer = null): string
+    public function TELOSortHitlistNext(mixed &$strChannel = Argument::LeftOut, mixed &$strArchive = Argument::LeftOut, mixed &$strDocID = Argument::LeftOut, mixed &$strVer = Argument::LeftOut): string
     {
-        return $this->invoke(55, 0, func_num_args(), [], [0 => &$strChannel, 1 => &$strArchive, 2 => &$strDocID, 3 => &$strVer]);
+        return $this->invoke(55, [], [0 => &$strChannel, 1 => &$strArchive, 2 => &$strDocID, 3 => &$strVer]);
     }
 
     /**
@@ -669,7 +669,7 @@ final class Query extends Instance
      */
     public function TELOSortHitlist2Init(mixed $strHitLines, mixed $intSortCol): mixed
     {
-        return $this->invoke(56, 2, func_num_args(), [0 => $strHitLines, 1 => $intSortCol], []);
+        return $this->invoke(56, [0 => $strHitLines, 1 => $intSortCol], []);
     }
 
     /**
@@ -679,7 +679,7 @@ final class Query extends Instance
      */
     public function TELOSortHitlist2Next(): string
     {
-        return $this->invoke(57, 0, func_num_args(), [], []);
+        return $this->invoke(57, [], []);
     }
 
     /**
@@ -693,7 +693,7 @@ final class Query extends Instance
      */
     public function TELODeleteFromHitlist(mixed $lngLine): mixed
     {
-        return $this->invoke(58, 1, func_num_args(), [0 => $lngLine], []);
+        return $this->invoke(58, [0 => $lngLine], []);
     }
 
     /**
@@ -706,9 +706,9 @@ final class Query extends Instance
      * strAenderDat the dates of creation and change as the server wrote them, strTitel the title, the others the
      * numbers of fields in all, of text, image and stored-file fields (Integer).
      */
-    public function TELOGetDocumentInfo(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$lngLaenge = null, mixed &$strErstelldat = null, mixed &$strAenderDat = null, mixed &$strTitel = null, mixed &$intFelderGes = null, mixed &$intTextFelder = null, mixed &$intBildFelder = null, mixed &$intBlobFelder = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetDocumentInfo(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$lngLaenge = Argument::LeftOut, mixed &$strErstelldat = Argument::LeftOut, mixed &$strAenderDat = Argument::LeftOut, mixed &$strTitel = Argument::LeftOut, mixed &$intFelderGes = Argument::LeftOut, mixed &$intTextFelder = Argument::LeftOut, mixed &$intBildFelder = Argument::LeftOut, mixed &$intBlobFelder = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(59, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$lngLaenge, 5 => &$strErstelldat, 6 => &$strAenderDat, 7 => &$strTitel, 8 => &$intFelderGes, 9 => &$intTextFelder, 10 => &$intBildFelder, 11 => &$intBlobFelder, 12 => &$strParamStatus]);
+        return $this->invoke(59, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$lngLaenge, 5 => &$strErstelldat, 6 => &$strAenderDat, 7 => &$strTitel, 8 => &$intFelderGes, 9 => &$intTextFelder, 10 => &$intBildFelder, 11 => &$intBlobFelder, 12 => &$strParamStatus]);
     }
 
     /**
@@ -718,9 +718,9 @@ final class Query extends Instance
      * Asks for the descriptions of a document's segments. Returns their number (Long), or -1 (Integer) on failure.
      * lngNotes receives the number of the document's notes as text; strParamThumbnailPath is handed to the server.
      */
-    public function TELOGetSegmentDescriptionInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strParamThumbnailPath = null, mixed &$lngNotes = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentDescriptionInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strParamThumbnailPath = Argument::LeftOut, mixed &$lngNotes = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(60, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strParamThumbnailPath], [5 => &$lngNotes, 6 => &$strParamStatus]);
+        return $this->invoke(60, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strParamThumbnailPath], [5 => &$lngNotes, 6 => &$strParamStatus]);
     }
 
     /**
@@ -730,9 +730,9 @@ final class Query extends Instance
      *
      * The next segment's name, "" at the end. All outputs are text, whatever their names say.
      */
-    public function TELOGetSegmentDescriptionNext(mixed &$intFeldID = null, mixed &$lngTextLaenge = null, mixed &$intTrefferZahl = null, mixed &$lngNCILaenge = null, mixed &$strExt = null, mixed &$intFeldTyp = null, mixed &$strFeldtitel = null, mixed &$strDateiname = null, mixed &$intStatus = null, mixed &$strLayoutID = null, mixed &$lngThumbnailSize = null): string
+    public function TELOGetSegmentDescriptionNext(mixed &$intFeldID = Argument::LeftOut, mixed &$lngTextLaenge = Argument::LeftOut, mixed &$intTrefferZahl = Argument::LeftOut, mixed &$lngNCILaenge = Argument::LeftOut, mixed &$strExt = Argument::LeftOut, mixed &$intFeldTyp = Argument::LeftOut, mixed &$strFeldtitel = Argument::LeftOut, mixed &$strDateiname = Argument::LeftOut, mixed &$intStatus = Argument::LeftOut, mixed &$strLayoutID = Argument::LeftOut, mixed &$lngThumbnailSize = Argument::LeftOut): string
     {
-        return $this->invoke(61, 0, func_num_args(), [], [0 => &$intFeldID, 1 => &$lngTextLaenge, 2 => &$intTrefferZahl, 3 => &$lngNCILaenge, 4 => &$strExt, 5 => &$intFeldTyp, 6 => &$strFeldtitel, 7 => &$strDateiname, 8 => &$intStatus, 9 => &$strLayoutID, 10 => &$lngThumbnailSize]);
+        return $this->invoke(61, [], [0 => &$intFeldID, 1 => &$lngTextLaenge, 2 => &$intTrefferZahl, 3 => &$lngNCILaenge, 4 => &$strExt, 5 => &$intFeldTyp, 6 => &$strFeldtitel, 7 => &$strDateiname, 8 => &$intStatus, 9 => &$strLayoutID, 10 => &$lngThumbnailSize]);
     }
 
     /**
@@ -743,9 +743,9 @@ final class Query extends Instance
      * its blanks. strCRLF separates the lines of a text, CR LF when left out. Returns the number of texts (Long), or
      * -1 (Integer) on failure; they outlive other requests until the next TELOGetSegmentTextInit or TELOGetNotesInit.
      */
-    public function TELOGetSegmentTextInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strQuery = null, mixed $strMarkOn = null, mixed $strMarkOff = null, mixed $strCRLF = null, mixed $strBlank = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentTextInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strQuery = Argument::LeftOut, mixed $strMarkOn = Argument::LeftOut, mixed $strMarkOff = Argument::LeftOut, mixed $strCRLF = Argument::LeftOut, mixed $strBlank = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(62, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strQuery, 5 => $strMarkOn, 6 => $strMarkOff, 7 => $strCRLF, 8 => $strBlank], [9 => &$strParamStatus]);
+        return $this->invoke(62, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strQuery, 5 => $strMarkOn, 6 => $strMarkOff, 7 => $strCRLF, 8 => $strBlank], [9 => &$strParamStatus]);
     }
 
     /**
@@ -755,7 +755,7 @@ final class Query extends Instance
      */
     public function TELOGetSegmentTextNext(): string
     {
-        return $this->invoke(63, 0, func_num_args(), [], []);
+        return $this->invoke(63, [], []);
     }
 
     /**
@@ -767,9 +767,9 @@ final class Query extends Instance
      * and TELOGetSegmentDescriptionInit, and blnIncludeERF, which only True switches on. Returns the number of
      * segments (Long), or -1 (Integer) on failure; lngNotes receives the number of notes (Long).
      */
-    public function TELOGetSegmentsInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strQuery = null, mixed $strMarkOn = null, mixed $strMarkOff = null, mixed $strParamCRLF = null, mixed $strBlank = null, mixed $strThumbnailPath = null, mixed $blnIncludeERF = null, mixed &$lngNotes = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentsInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strQuery = Argument::LeftOut, mixed $strMarkOn = Argument::LeftOut, mixed $strMarkOff = Argument::LeftOut, mixed $strParamCRLF = Argument::LeftOut, mixed $strBlank = Argument::LeftOut, mixed $strThumbnailPath = Argument::LeftOut, mixed $blnIncludeERF = Argument::LeftOut, mixed &$lngNotes = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(64, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strQuery, 5 => $strMarkOn, 6 => $strMarkOff, 7 => $strParamCRLF, 8 => $strBlank, 9 => $strThumbnailPath, 10 => $blnIncludeERF], [11 => &$lngNotes, 12 => &$strParamStatus]);
+        return $this->invoke(64, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strQuery, 5 => $strMarkOn, 6 => $strMarkOff, 7 => $strParamCRLF, 8 => $strBlank, 9 => $strThumbnailPath, 10 => $blnIncludeERF], [11 => &$lngNotes, 12 => &$strParamStatus]);
     }
 
     /**
@@ -781,9 +781,9 @@ final class Query extends Instance
      * The next segment's text, its lines joined by the strParamCRLF of TELOGetSegmentsInit; "" at the end, and also
      * for an empty one. Outputs named int... receive an Integer, lng... a Long, str... a text.
      */
-    public function TELOGetSegmentsNext(mixed &$strChannel = null, mixed &$strArchive = null, mixed &$strDocID = null, mixed &$strVer = null, mixed &$intFeldIndex = null, mixed &$intFeldID = null, mixed &$strFeldName = null, mixed &$lngTextLaenge = null, mixed &$intTrefferZahl = null, mixed &$lngNCILaenge = null, mixed &$strExt = null, mixed &$intFeldTyp = null, mixed &$strFeldtitel = null, mixed &$strDateiname = null, mixed &$intStatus = null, mixed &$strLayoutID = null, mixed &$lngThumbnailSize = null): string
+    public function TELOGetSegmentsNext(mixed &$strChannel = Argument::LeftOut, mixed &$strArchive = Argument::LeftOut, mixed &$strDocID = Argument::LeftOut, mixed &$strVer = Argument::LeftOut, mixed &$intFeldIndex = Argument::LeftOut, mixed &$intFeldID = Argument::LeftOut, mixed &$strFeldName = Argument::LeftOut, mixed &$lngTextLaenge = Argument::LeftOut, mixed &$intTrefferZahl = Argument::LeftOut, mixed &$lngNCILaenge = Argument::LeftOut, mixed &$strExt = Argument::LeftOut, mixed &$intFeldTyp = Argument::LeftOut, mixed &$strFeldtitel = Argument::LeftOut, mixed &$strDateiname = Argument::LeftOut, mixed &$intStatus = Argument::LeftOut, mixed &$strLayoutID = Argument::LeftOut, mixed &$lngThumbnailSize = Argument::LeftOut): string
     {
-        return $this->invoke(65, 0, func_num_args(), [], [0 => &$strChannel, 1 => &$strArchive, 2 => &$strDocID, 3 => &$strVer, 4 => &$intFeldIndex, 5 => &$intFeldID, 6 => &$strFeldName, 7 => &$lngTextLaenge, 8 => &$intTrefferZahl, 9 => &$lngNCILaenge, 10 => &$strExt, 11 => &$intFeldTyp, 12 => &$strFeldtitel, 13 => &$strDateiname, 14 => &$intStatus, 15 => &$strLayoutID, 16 => &$lngThumbnailSize]);
+        return $this->invoke(65, [], [0 => &$strChannel, 1 => &$strArchive, 2 => &$strDocID, 3 => &$strVer, 4 => &$intFeldIndex, 5 => &$intFeldID, 6 => &$strFeldName, 7 => &$lngTextLaenge, 8 => &$intTrefferZahl, 9 => &$lngNCILaenge, 10 => &$strExt, 11 => &$intFeldTyp, 12 => &$strFeldtitel, 13 => &$strDateiname, 14 => &$intStatus, 15 => &$strLayoutID, 16 => &$lngThumbnailSize]);
     }
 
     /**
@@ -792,9 +792,9 @@ final class Query extends Instance
      *
      * The content of a segment, as a file. Returns 1 (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetSegmentData(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $intFieldIndex, mixed &$strFileName = null, mixed &$lngFileLen = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentData(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $intFieldIndex, mixed &$strFileName = Argument::LeftOut, mixed &$lngFileLen = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(66, 5, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $intFieldIndex], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
+        return $this->invoke(66, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $intFieldIndex], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
     }
 
     /**
@@ -803,9 +803,9 @@ final class Query extends Instance
      *
      * The first stored file, of an extension when one is given. Returns 1 (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetSegmentFirstBLOB(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strParamFileExt = null, mixed &$strFileName = null, mixed &$lngFileLen = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentFirstBLOB(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strParamFileExt = Argument::LeftOut, mixed &$strFileName = Argument::LeftOut, mixed &$lngFileLen = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(67, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strParamFileExt], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
+        return $this->invoke(67, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strParamFileExt], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
     }
 
     /**
@@ -814,9 +814,9 @@ final class Query extends Instance
      *
      * A file to print; asks query servers with the print flag only. Returns 1 (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetSegmentPrintfile(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strFieldID, mixed &$strFileName = null, mixed &$lngFileLen = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentPrintfile(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strFieldID, mixed &$strFileName = Argument::LeftOut, mixed &$lngFileLen = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(68, 5, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strFieldID], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
+        return $this->invoke(68, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strFieldID], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
     }
 
     /**
@@ -826,9 +826,9 @@ final class Query extends Instance
      * An image file of several pages, "1;4-6". Returns 1 (Long), or -1 (Integer) on failure. Without a file in the
      * answer the outputs become "" and 0 (Long). A list of more than a million pages fails without a request.
      */
-    public function TELOGetSegmentMultiTIF(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strPages, mixed &$strFileName = null, mixed &$lngFileLen = null, mixed &$strParamStatus = null): mixed
+    public function TELOGetSegmentMultiTIF(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strPages, mixed &$strFileName = Argument::LeftOut, mixed &$lngFileLen = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(69, 5, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strPages], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
+        return $this->invoke(69, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strPages], [5 => &$strFileName, 6 => &$lngFileLen, 7 => &$strParamStatus]);
     }
 
     /**
@@ -839,9 +839,9 @@ final class Query extends Instance
      * failure, also for a file of another length; nothing of the file is left then, and an older one of that name
      * stays.
      */
-    public function TELOTransferBLOB(mixed $strFile, mixed $lngFileLen, mixed &$strParamStatus = null): mixed
+    public function TELOTransferBLOB(mixed $strFile, mixed $lngFileLen, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(70, 2, func_num_args(), [0 => $strFile, 1 => $lngFileLen], [2 => &$strParamStatus]);
+        return $this->invoke(70, [0 => $strFile, 1 => $lngFileLen], [2 => &$strParamStatus]);
     }
 
     /**
@@ -849,9 +849,9 @@ final class Query extends Instance
      *
      * Deletes a document or one of its versions. Returns 1 (Long), or -1 (Integer) on failure.
      */
-    public function TELODeleteDocument(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$strParamStatus = null): mixed
+    public function TELODeleteDocument(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(71, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$strParamStatus]);
+        return $this->invoke(71, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$strParamStatus]);
     }
 
     /**
@@ -863,9 +863,9 @@ final class Query extends Instance
      * set. No line of a field's text may begin with "@": it would begin another field, or a document in any archive.
      * Returns 1 (Long), or -1 (Integer) on failure; sends no request, strParamStatus becomes "" on success.
      */
-    public function CreateImportFile(mixed $strImportFile, mixed $strChannel, mixed $strArchive, mixed $strTitle, mixed $strParamFieldTypes, mixed $strParamFieldIDs, mixed $strFieldContents, mixed $strCharSet = null, mixed &$strParamStatus = null): mixed
+    public function CreateImportFile(mixed $strImportFile, mixed $strChannel, mixed $strArchive, mixed $strTitle, mixed $strParamFieldTypes, mixed $strParamFieldIDs, mixed $strFieldContents, mixed $strCharSet = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(72, 7, func_num_args(), [0 => $strImportFile, 1 => $strChannel, 2 => $strArchive, 3 => $strTitle, 4 => $strParamFieldTypes, 5 => $strParamFieldIDs, 6 => $strFieldContents, 7 => $strCharSet], [8 => &$strParamStatus]);
+        return $this->invoke(72, [0 => $strImportFile, 1 => $strChannel, 2 => $strArchive, 3 => $strTitle, 4 => $strParamFieldTypes, 5 => $strParamFieldIDs, 6 => $strFieldContents, 7 => $strCharSet], [8 => &$strParamStatus]);
     }
 
     /**
@@ -875,9 +875,9 @@ final class Query extends Instance
      * lines of the answer (Long), or -1 (Integer) on failure; strDocIDVer receives the document's id and version, as
      * text.
      */
-    public function TELOCreateDocument(mixed $strImportFile, mixed &$strDocIDVer = null, mixed &$strParamStatus = null): mixed
+    public function TELOCreateDocument(mixed $strImportFile, mixed &$strDocIDVer = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(73, 1, func_num_args(), [0 => $strImportFile], [1 => &$strDocIDVer, 2 => &$strParamStatus]);
+        return $this->invoke(73, [0 => $strImportFile], [1 => &$strDocIDVer, 2 => &$strParamStatus]);
     }
 
     /**
@@ -886,9 +886,9 @@ final class Query extends Instance
      * The same for a new version of the document that strDocIDVer names, which receives the new id and version.
      * Returns the number of lines of the answer (Long), or -1 (Integer) on failure.
      */
-    public function TELOEditDocument(mixed $strImportFile, mixed &$strDocIDVer, mixed &$strParamStatus = null): mixed
+    public function TELOEditDocument(mixed $strImportFile, mixed &$strDocIDVer, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(74, 2, func_num_args(), [0 => $strImportFile], [1 => &$strDocIDVer, 2 => &$strParamStatus]);
+        return $this->invoke(74, [0 => $strImportFile], [1 => &$strDocIDVer, 2 => &$strParamStatus]);
     }
 
     /**
@@ -898,9 +898,9 @@ final class Query extends Instance
      * counts. Returns 1 (Long), or -1 (Integer) on failure. The records that the ...Next methods read stay as they
      * are.
      */
-    public function TELOUploadFile(mixed $strFile, mixed &$strParamStatus = null): mixed
+    public function TELOUploadFile(mixed $strFile, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(75, 1, func_num_args(), [0 => $strFile], [1 => &$strParamStatus]);
+        return $this->invoke(75, [0 => $strFile], [1 => &$strParamStatus]);
     }
 
     /**
@@ -911,9 +911,9 @@ final class Query extends Instance
      * file was stored, 0 when the form held none (Long), -1 (Integer) on failure. Of a file that was stored,
      * strFileNameParam receives the name, lngFileSizeParam the size in bytes (Long).
      */
-    public function UploadFile(mixed $strSubDir = null, mixed &$strFileNameParam = null, mixed &$lngFileSizeParam = null): mixed
+    public function UploadFile(mixed $strSubDir = Argument::LeftOut, mixed &$strFileNameParam = Argument::LeftOut, mixed &$lngFileSizeParam = Argument::LeftOut): mixed
     {
-        return $this->invoke(76, 0, func_num_args(), [0 => $strSubDir], [1 => &$strFileNameParam, 2 => &$lngFileSizeParam]);
+        return $this->invoke(76, [0 => $strSubDir], [1 => &$strFileNameParam, 2 => &$lngFileSizeParam]);
     }
 
     /**
@@ -922,9 +922,9 @@ final class Query extends Instance
      * Asks for a document's notes. Returns their number (Long), or -1 (Integer) on failure. They take the place of the
      * texts of TELOGetSegmentTextInit, and outlive other requests as these do.
      */
-    public function TELOGetNotesInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$strParamStatus = null): mixed
+    public function TELOGetNotesInit(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(77, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$strParamStatus]);
+        return $this->invoke(77, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$strParamStatus]);
     }
 
     /**
@@ -934,7 +934,7 @@ final class Query extends Instance
      */
     public function TELOGetNotesNext(): string
     {
-        return $this->invoke(78, 0, func_num_args(), [], []);
+        return $this->invoke(78, [], []);
     }
 
     /**
@@ -944,9 +944,9 @@ final class Query extends Instance
      * Attaches the first 8000 characters of a note. strParamCRLF is the text that means a line break, CR LF when left
      * out. Returns 1 (Long), or -1 (Integer) on failure.
      */
-    public function TELOWriteNote(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strNote, mixed $strParamCRLF = null, mixed &$strParamStatus = null): mixed
+    public function TELOWriteNote(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed $strNote, mixed $strParamCRLF = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(79, 5, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strNote, 5 => $strParamCRLF], [6 => &$strParamStatus]);
+        return $this->invoke(79, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer, 4 => $strNote, 5 => $strParamCRLF], [6 => &$strParamStatus]);
     }
 
     /**
@@ -954,9 +954,9 @@ final class Query extends Instance
      *
      * Deletes all notes of a document. Returns 1 (Long), or -1 (Integer) on failure.
      */
-    public function TELODeleteNotes(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$strParamStatus = null): mixed
+    public function TELODeleteNotes(mixed $strChannel, mixed $strArchive, mixed $strDocID, mixed $strVer, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(80, 4, func_num_args(), [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$strParamStatus]);
+        return $this->invoke(80, [0 => $strChannel, 1 => $strArchive, 2 => $strDocID, 3 => $strVer], [4 => &$strParamStatus]);
     }
 
     /**
@@ -964,9 +964,9 @@ final class Query extends Instance
      *
      * Asks for the masks of an archive. Returns their number (Long), or -1 (Integer) on failure.
      */
-    public function TELOGetMasksInit(mixed $strChannel, mixed $strArchive, mixed &$strParamStatus = null): mixed
+    public function TELOGetMasksInit(mixed $strChannel, mixed $strArchive, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(81, 2, func_num_args(), [0 => $strChannel, 1 => $strArchive], [2 => &$strParamStatus]);
+        return $this->invoke(81, [0 => $strChannel, 1 => $strArchive], [2 => &$strParamStatus]);
     }
 
     /**
@@ -975,9 +975,9 @@ final class Query extends Instance
      * Moves to the next mask, whose name strMaskName receives. Returns the number of its fields (Long), or -1
      * (Integer) after the last mask, with strMaskName "".
      */
-    public function TELOGetMasksNext(mixed &$strMaskName = null): mixed
+    public function TELOGetMasksNext(mixed &$strMaskName = Argument::LeftOut): mixed
     {
-        return $this->invoke(82, 0, func_num_args(), [], [0 => &$strMaskName]);
+        return $this->invoke(82, [], [0 => &$strMaskName]);
     }
 
     /**
@@ -987,9 +987,9 @@ final class Query extends Instance
      * The next field of the mask, its properties as the server wrote them. Returns how many follow it in the mask
      * (Long), or -1 (Integer) when there was none, with the outputs untouched.
      */
-    public function TELOGetMasksNextField(mixed &$lngTabIndex = null, mixed &$lngWidth = null, mixed &$strAlign = null, mixed &$strName = null, mixed &$blnMandatory = null, mixed &$strInitText = null, mixed &$blnListOnly = null, mixed &$strList = null): mixed
+    public function TELOGetMasksNextField(mixed &$lngTabIndex = Argument::LeftOut, mixed &$lngWidth = Argument::LeftOut, mixed &$strAlign = Argument::LeftOut, mixed &$strName = Argument::LeftOut, mixed &$blnMandatory = Argument::LeftOut, mixed &$strInitText = Argument::LeftOut, mixed &$blnListOnly = Argument::LeftOut, mixed &$strList = Argument::LeftOut): mixed
     {
-        return $this->invoke(83, 0, func_num_args(), [], [0 => &$lngTabIndex, 1 => &$lngWidth, 2 => &$strAlign, 3 => &$strName, 4 => &$blnMandatory, 5 => &$strInitText, 6 => &$blnListOnly, 7 => &$strList]);
+        return $this->invoke(83, [], [0 => &$lngTabIndex, 1 => &$lngWidth, 2 => &$strAlign, 3 => &$strName, 4 => &$blnMandatory, 5 => &$strInitText, 6 => &$blnListOnly, 7 => &$strList]);
     }
 
     /**
@@ -999,7 +999,7 @@ final class Query extends Instance
      */
     public function TELOGetMasksFirst(): void
     {
-        $this->invoke(84, 0, func_num_args(), [], []);
+        $this->invoke(84, [], []);
     }
 
     /**
@@ -1007,9 +1007,9 @@ final class Query extends Instance
      *
      * Encrypts a text, with the result in Base64; "" on failure.
      */
-    public function EncryptBase64(mixed $strString, mixed $strParamKey = null): string
+    public function EncryptBase64(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
     {
-        return $this->invoke(85, 1, func_num_args(), [0 => $strString, 1 => $strParamKey], []);
+        return $this->invoke(85, [0 => $strString, 1 => $strParamKey], []);
     }
 
     /**
@@ -1017,9 +1017,9 @@ final class Query extends Instance
      *
      * Encrypts a text; "" on failure.
      */
-    public function Encrypt(mixed $strString, mixed $strParamKey = null): string
+    public function Encrypt(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
     {
-        return $this->invoke(86, 1, func_num_args(), [0 => $strString, 1 => $strParamKey], []);
+        return $this->invoke(86, [0 => $strString, 1 => $strParamKey], []);
     }
 
     /**
@@ -1027,9 +1027,9 @@ final class Query extends Instance
      *
      * The inverse of Encrypt; "" on failure, also for a text that was encrypted with another key.
      */
-    public function Decrypt(mixed $strString, mixed $strParamKey = null): string
+    public function Decrypt(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
     {
-        return $this->invoke(87, 1, func_num_args(), [0 => $strString, 1 => $strParamKey], []);
+        return $this->invoke(87, [0 => $strString, 1 => $strParamKey], []);
     }
 
     /**
@@ -1037,9 +1037,9 @@ final class Query extends Instance
      *
      * The inverse of EncryptBase64; "" on failure, also for a text that was encrypted with another key.
      */
-    public function DecryptBase64(mixed $strString, mixed $strParamKey = null): string
+    public function DecryptBase64(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
     {
-        return $this->invoke(88, 1, func_num_args(), [0 => $strString, 1 => $strParamKey], []);
+        return $this->invoke(88, [0 => $strString, 1 => $strParamKey], []);
     }
 
     /**
@@ -1049,7 +1049,7 @@ final class Query extends Instance
      */
     public function DecodeBase64(mixed $strString): string
     {
-        return $this->invoke(89, 1, func_num_args(), [0 => $strString], []);
+        return $this->invoke(89, [0 => $strString], []);
     }
 
     /**
@@ -1059,7 +1059,7 @@ final class Query extends Instance
      */
     public function EncodeBase64(mixed $strString): string
     {
-        return $this->invoke(90, 1, func_num_args(), [0 => $strString], []);
+        return $this->invoke(90, [0 => $strString], []);
     }
 
     /**
@@ -1067,9 +1067,9 @@ final class Query extends Instance
      *
      * Asks for the transport orders that a query of the server's own language finds, lngMaxLines at most.
      */
-    public function OstranaQueryFahrauftraegeInit(mixed $strQuery, mixed $lngMaxLines, mixed &$strParamStatus = null): mixed
+    public function OstranaQueryFahrauftraegeInit(mixed $strQuery, mixed $lngMaxLines, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(91, 2, func_num_args(), [0 => $strQuery, 1 => $lngMaxLines], [2 => &$strParamStatus]);
+        return $this->invoke(91, [0 => $strQuery, 1 => $lngMaxLines], [2 => &$strParamStatus]);
     }
 
     /**
@@ -1079,9 +1079,9 @@ final class Query extends Instance
      * and the id and version of its document, as text. A line with fewer than four fields is an error: "", the outputs
      * untouched, and the next call reads the same line again.
      */
-    public function OstranaQueryFahrauftraegeNext(mixed &$strStatus = null, mixed &$strDocID = null, mixed &$strVer = null): string
+    public function OstranaQueryFahrauftraegeNext(mixed &$strStatus = Argument::LeftOut, mixed &$strDocID = Argument::LeftOut, mixed &$strVer = Argument::LeftOut): string
     {
-        return $this->invoke(92, 0, func_num_args(), [], [0 => &$strStatus, 1 => &$strDocID, 2 => &$strVer]);
+        return $this->invoke(92, [], [0 => &$strStatus, 1 => &$strDocID, 2 => &$strVer]);
     }
 
     /**
@@ -1091,9 +1091,9 @@ final class Query extends Instance
      * The page images of orders as one image file in the blob directory; result and outputs as those of
      * TELOGetSegmentMultiTIF. The list of order ids is handed to the server as it is.
      */
-    public function OstranaGetFahrauftraegeMultiTIFF(mixed $strOrderIDs, mixed &$strFileName = null, mixed &$lngFileLen = null, mixed &$strParamStatus = null): mixed
+    public function OstranaGetFahrauftraegeMultiTIFF(mixed $strOrderIDs, mixed &$strFileName = Argument::LeftOut, mixed &$lngFileLen = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(93, 1, func_num_args(), [0 => $strOrderIDs], [1 => &$strFileName, 2 => &$lngFileLen, 3 => &$strParamStatus]);
+        return $this->invoke(93, [0 => $strOrderIDs], [1 => &$strFileName, 2 => &$lngFileLen, 3 => &$strParamStatus]);
     }
 
     /**
@@ -1101,9 +1101,9 @@ final class Query extends Instance
      *
      * Gives an order another status. Returns Long 1.
      */
-    public function OstranaUpdateFahrauftraegeStatus(mixed $strOrderID, mixed $strStatus, mixed &$strParamStatus = null): mixed
+    public function OstranaUpdateFahrauftraegeStatus(mixed $strOrderID, mixed $strStatus, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(94, 2, func_num_args(), [0 => $strOrderID, 1 => $strStatus], [2 => &$strParamStatus]);
+        return $this->invoke(94, [0 => $strOrderID, 1 => $strStatus], [2 => &$strParamStatus]);
     }
 
     /**
@@ -1113,9 +1113,9 @@ final class Query extends Instance
      * result and outputs as those of TELOGetSegmentData. Without a title row to print it fails without a request, and
      * strParamStatus is untouched. A title that holds "^,^" breaks the request.
      */
-    public function FennikPrintHitlistPDF(mixed $strTitle, mixed &$strFileName = null, mixed &$lngFileLen = null, mixed &$strParamStatus = null): mixed
+    public function FennikPrintHitlistPDF(mixed $strTitle, mixed &$strFileName = Argument::LeftOut, mixed &$lngFileLen = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
-        return $this->invoke(95, 1, func_num_args(), [0 => $strTitle], [1 => &$strFileName, 2 => &$lngFileLen, 3 => &$strParamStatus]);
+        return $this->invoke(95, [0 => $strTitle], [1 => &$strFileName, 2 => &$lngFileLen, 3 => &$strParamStatus]);
     }
 
     /**
@@ -1124,9 +1124,9 @@ final class Query extends Instance
      * Writes one line to the session's log. bytLogType is 1 for information (also when left out), 2 for a warning, 3
      * for an error, 4 for debugging; any other value counts as 1. A line that cannot be written is lost.
      */
-    public function WriteLog(mixed $strLogLine, mixed $bytLogType = null): void
+    public function WriteLog(mixed $strLogLine, mixed $bytLogType = Argument::LeftOut): void
     {
-        $this->invoke(96, 1, func_num_args(), [0 => $strLogLine, 1 => $bytLogType], []);
+        $this->invoke(96, [0 => $strLogLine, 1 => $bytLogType], []);
     }
 
     /**
@@ -1137,7 +1137,7 @@ final class Query extends Instance
      */
     public function LiveCheck(): string
     {
-        return $this->invoke(97, 0, func_num_args(), [], []);
+        return $this->invoke(97, [], []);
     }
 
     /**
@@ -1147,7 +1147,7 @@ final class Query extends Instance
      */
     public function HelloWorld(): string
     {
-        return $this->invoke(98, 0, func_num_args(), [], []);
+        return $this->invoke(98, [], []);
     }
 
     /**
@@ -1158,7 +1158,7 @@ final class Query extends Instance
      */
     public function DirectQuery(mixed $strQueryString): string
     {
-        return $this->invoke(99, 1, func_num_args(), [0 => $strQueryString], []);
+        return $this->invoke(99, [0 => $strQueryString], []);
     }
 
     /**
@@ -1169,6 +1169,6 @@ final class Query extends Instance
      */
     public function WriteTest(): void
     {
-        $this->invoke(100, 0, func_num_args(), [], []);
+        $this->invoke(100, [], []);
     }
 }

@@ -42,12 +42,6 @@ final class Value extends Owned
         return (new self())->assign('bytes', $bytes, \strlen($bytes));
     }
 
-    /** A text of Windows-1252 bytes. */
-    public static function text1252(string $bytes): self
-    {
-        return (new self())->assign('text', $bytes, \strlen($bytes), 1);
-    }
-
     /** The context of a page request with this body, for OnStartPage. */
     public static function request(string $body): self
     {
