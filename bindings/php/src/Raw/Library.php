@@ -96,7 +96,7 @@ final class Library
         $tried = [];
         foreach (self::places() as $place) {
             try {
-                return self::checked(\FFI::cdef(file_get_contents(self::PACKAGE . '/oxaqrycln.ffi.h'), $place));
+                return self::checked(\FFI::cdef(file_get_contents(self::PACKAGE . '/oxaqrycln.ffi.h'), $place), $place);
             } catch (\FFI\Exception $error) {
                 self::checkInterface($place, $error);
                 $tried[] = $error->getMessage();
@@ -129,10 +129,10 @@ final class Library
         }
     }
 
-    private static function checked(\FFI $ffi): \FFI
+    private static function checked(\FFI $ffi, string $place): \FFI
     {
         if ($ffi->oxaqry_abi_version() !== self::ABI) {
-            throw self::wrongInterface($ffi);
+            throw self::wrongInterface($ffi, $place);
         }
         return $ffi;
     }
@@ -145,14 +145,15 @@ final class Library
         } catch (\FFI\Exception) {
             return;
         }
-        throw self::wrongInterface($ffi, $error);
+        throw self::wrongInterface($ffi, $place, $error);
     }
 
-    private static function wrongInterface(\FFI $ffi, ?\FFI\Exception $error = null): LibraryFailed
+    private static function wrongInterface(\FFI $ffi, string $place, ?\FFI\Exception $error = null): LibraryFailed
     {
         return new LibraryFailed(sprintf(
-            'the shared library %s has version %d of the interface; this package needs version %d: install the library'
-                . ' and the package of the same release%s',
+            'the shared library %s, release %s, has version %d of the interface; this package needs version %d: install'
+                . ' the library and the package of the same release%s',
+            $place,
             $ffi->oxaqry_version(),
             $ffi->oxaqry_abi_version(),
             self::ABI,

@@ -1,0 +1,90 @@
+<?php
+
+declare(strict_types=1);
+
+use PHPUnit\Framework\TestCase;
+
+/** What needs a PHP of its own: other settings, another library, other query servers. */
+final class ProcessTest extends TestCase
+{
+    private const CHANNELS = 'count($archive->channels());';
+
+    public function testEachWayToLackTheLibraryHasItsMessage(): void
+    {
+        $wrong = getenv('OXAQRY_WRONG_ABI');
+        $cases = [
+            'no extension' => [['-n'], null, ['no extension "ffi"', 'extension=ffi']],
+            'switched off' => [['-d', 'ffi.enable=0'], null, ['switched off', 'opcache.preload = ', '/preload.php']],
+            'no library' => [[], '/nowhere/library.so', ['/nowhere/library.so', 'OXAQRYCLN_LIBRARY']],
+            'not in php.ini' => [['-d', 'oxaqrycln.library=/other.so'], '', ['/other.so']],
+            'other interface' => [[], $wrong, [$wrong, '9.8.7', 'version 2', 'needs version 1']],
+        ];
+        foreach ($cases as $case => [$options, $library, $texts]) {
+            $shown = self::shown('new Oxaqrycln\Archive();', $options, $library);
+            self::assertStringStartsWith('Oxaqrycln\LibraryFailed', $shown, $case);
+            foreach ($texts as $text) {
+                self::assertStringContainsString($text, $shown, $case);
+            }
+        }
+    }
+
+    public function testFailuresOfARequestAreToldApart(): void
+    {
+        $silent = stream_socket_server('tcp://127.0.0.1:0');
+        $port = (int) substr(strrchr(stream_socket_get_name($silent, false), ':'), 1);
+        $closed = stream_socket_server('tcp://127.0.0.1:0');
+        $unused = (int) substr(strrchr(stream_socket_get_name($closed, false), ':'), 1);
+        fclose($closed);
+        $cases = [
+            'nobody listens' => ["127.0.0.1,$unused", 'Oxaqrycln\ConnectionFailed', "not sent $unused 10061"],
+            'no answer' => ["127.0.0.1,$port", 'Oxaqrycln\TimedOut', "sent $port no answer"],
+            'a list that is none' => ['127.0.0.1,many', 'Oxaqrycln\BadArgument', 'not valid'],
+        ];
+        foreach ($cases as $case => [$hosts, $class, $text]) {
+            $shown = self::shown("\$archive = new Oxaqrycln\\Archive(hosts: '$hosts', timeout: 1);" . self::CHANNELS);
+            self::assertStringStartsWith($class, $shown, $case);
+            self::assertStringContainsString($text, $shown, $case);
+        }
+    }
+
+    public function testWorkersBeginAtServersOfTheirOwn(): void
+    {
+        $hosts = '127.0.0.1,1|127.0.0.1,2,0,own,|127.0.0.1,3';
+        $shown = self::shown("\$archive = new Oxaqrycln\\Archive(hosts: '$hosts'); \$again = new Oxaqrycln\\Archive(hosts: '$hosts');"
+            . 'echo getmypid() % 3 + 1, " ", implode(" ", array_column($archive->health(), "port")), " ";'
+            . '$access = (fn() => $this->access)->call($archive);'
+            . 'foreach ($access->servers() as $server) { echo $server[1], $server[2] ? "p" : ""; }');
+        [$first, $order, $table] = [substr($shown, 0, 1), substr($shown, 2, 5), substr($shown, 8)];
+        self::assertSame('1 2 3', $order);  // health keeps the order of the list
+        self::assertSame(['1' => '1p23p', '2' => '23p1p', '3' => '3p1p2'][$first], $table);
+    }
+
+    public function testAForkedProcessMakesAnArchiveOfItsOwn(): void
+    {
+        $hosts = getenv('OXAQRY_HOSTS');
+        $make = "new Oxaqrycln\\Archive(hosts: '$hosts', user: 'webuser', password: 'secret');";
+        $shown = self::shown("\$archive = $make echo " . self::CHANNELS . 'if (pcntl_fork() === 0) {'
+            . 'try { $archive->channels(); } catch (Oxaqrycln\WrongThread) { echo " refused"; }'
+            . "\$archive = null; \$archive = $make echo ' ', " . self::CHANNELS . ' exit; }'
+            . 'pcntl_wait($status); echo " ", ' . self::CHANNELS);
+        self::assertSame('5 refused 5 5', $shown);
+    }
+
+    /** What a PHP of its own prints for the code: at the end class and text of the error, and what was tried. */
+    private static function shown(string $code, array $options = [], ?string $library = null): string
+    {
+        $program = 'require "' . dirname(__DIR__, 3) . '/bindings/php/autoload.php"; try { ' . $code . ' }'
+            . 'catch (Oxaqrycln\Error $error) { echo $error::class, ": ", $error->getMessage(), " ",'
+            . '$error->request->wasSent ? "sent" : "not sent";'
+            . 'foreach ($error->request->attempts as $each) { echo " $each->port $each->error"; } }';
+        $environment = getenv();
+        if ($library !== null) {
+            $environment['OXAQRYCLN_LIBRARY'] = $library;
+        }
+        $pipes = [];
+        $process = proc_open([PHP_BINARY, ...$options, '-r', $program], [1 => ['pipe', 'w']], $pipes, null, $environment);
+        $shown = stream_get_contents($pipes[1]);
+        proc_close($process);
+        return $shown;
+    }
+}

@@ -1,0 +1,68 @@
+<?php
+
+declare(strict_types=1);
+
+use PHPUnit\Framework\TestCase;
+
+require_once __DIR__ . '/support/PageServer.php';
+
+/** Pages under "php -S" and under a php-fpm of the tests with PHP's default "ffi.enable = preload". */
+final class ServedTest extends TestCase
+{
+    public function testAPageSearchesUnderEachServer(): void
+    {
+        $servers = [
+            'preloaded, php -S' => BuiltInServer::preloading(),
+            'allowed, php -S' => new BuiltInServer(['ffi.enable=true']),
+            'preloaded, php-fpm' => new FastCgiServer(),
+        ];
+        foreach ($servers as $case => $server) {
+            $shown = $server->get("do=search");
+            self::assertSame(20, substr_count($shown, "\n"), "$case: $shown");
+        }
+        self::assertStringContainsString('FFI\Exception', $servers['preloaded, php-fpm']->get('do=ffi'));
+        $shown = (new BuiltInServer(['ffi.enable=preload']))->get('do=search');
+        self::assertStringStartsWith('Oxaqrycln\LibraryFailed: PHP lets preloaded files alone use FFI', $shown);
+        self::assertStringContainsString('opcache.preload = ', $shown);
+    }
+
+    public function testFatalErrorsLeaveNothingInTheWorker(): void
+    {
+        $server = new FastCgiServer();
+        $this->fail10($server);
+        $before = json_decode($server->get('do=state'));
+        for ($i = 0; $i < 30; ++$i) {
+            $this->fail10($server);
+        }
+        $after = json_decode($server->get('do=state'));
+        self::assertSame($before->process, $after->process);
+        self::assertSame([0, $before->descriptors], [$after->busy, $after->descriptors]);
+        self::assertLessThan($before->kilobytes + 1024, $after->kilobytes);
+        self::assertSame([], glob(getenv('OXAQRY_BLOBS') . '/*.import'));
+        self::assertSame(20, substr_count($server->get('do=search'), "\n"));
+    }
+
+    /** OXAQRY_PAGES sets how many pages are served. */
+    public function testAWorkerKeepsItsSize(): void
+    {
+        $server = new FastCgiServer();
+        for ($i = 0; $i < 200; ++$i) {
+            $server->get('do=search');
+        }
+        $before = json_decode($server->get('do=state'));
+        for ($i = 0; $i < (int) (getenv('OXAQRY_PAGES') ?: 1500); ++$i) {
+            $server->get('do=search');
+        }
+        $after = json_decode($server->get('do=state'));
+        fprintf(STDERR, "\n%d KiB, then %d KiB after %d pages\n", $before->kilobytes, $after->kilobytes, $i);
+        self::assertSame([$before->process, $before->descriptors], [$after->process, $after->descriptors]);
+        self::assertLessThan($before->kilobytes + 512, $after->kilobytes);
+    }
+
+    private function fail10(PageServer $server): void
+    {
+        for ($i = 0; $i < 10; ++$i) {
+            self::assertStringNotContainsString('Oxaqrycln', $server->get('do=fatal&how=' . ($i % 2 ? 'memory' : 'call')));
+        }
+    }
+}
