@@ -50,11 +50,6 @@ abstract class Instance extends Owned
         ));
     }
 
-    public function __isset(string $name): bool
-    {
-        return isset(Query::MEMBERS[$name]);
-    }
-
     /** Whatever the last call returned; the next one replaces what it holds. */
     public function result(): Value
     {
