@@ -3,6 +3,7 @@
 //   oxaqrycln_bench --peak ROWS    one search; prints the peak memory that it added and the size of the answer
 //   oxaqrycln_bench --sort ROWS    one search and two sorts; prints the peak memory that the sorts added and the rows
 //   oxaqrycln_bench --first ROWS   prints the nanoseconds of the limit and of the first search of a process
+//   oxaqrycln_bench --serve 0      prints the port of the canned server, and ends with its standard input
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -92,6 +93,14 @@ int MeasureFirst(int rows) {
   return 0;
 }
 
+int Serve() {
+  std::printf("%d\n", static_cast<int>(oxaqrycln::bench::TheServer().port()));
+  std::fflush(stdout);
+  while (std::getchar() != EOF) {
+  }
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -101,6 +110,7 @@ int main(int argc, char** argv) {
   if (argc == 3 && std::string_view(argv[1]) == "--peak") return MeasurePeak(std::atoi(argv[2]));
   if (argc == 3 && std::string_view(argv[1]) == "--sort") return MeasureSort(std::atoi(argv[2]));
   if (argc == 3 && std::string_view(argv[1]) == "--first") return MeasureFirst(std::atoi(argv[2]));
+  if (argc == 3 && std::string_view(argv[1]) == "--serve") return Serve();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

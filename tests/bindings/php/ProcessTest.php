@@ -70,6 +70,29 @@ final class ProcessTest extends TestCase
         self::assertSame('5 refused 5 5', $shown);
     }
 
+    public function testTheExampleShowsWhatItsUserMaySee(): void
+    {
+        $page = dirname(__DIR__, 3) . '/examples/php/search.php';
+        $start = 'foreach (["REMOTE_HOSTS" => "HOSTS", "DATABASE" => "DATABASE"] as $name => $own) {'
+            . 'putenv("OXAQRY_$name=" . getenv("OXAQRY_$own")); } putenv("OXAQRY_USER=webuser"); putenv("OXAQRY_PASSWORD=secret");'
+            . '[$_SERVER["PHP_AUTH_USER"], $_SERVER["PHP_AUTH_PW"]] = ["anna", "secret"];';
+        $document = '["channel" => "Finance", "archive" => "Orders", "id" => "$id", "version" => "", "q" => "<b>"]';
+        $shown = self::shown("$start \$_GET = ['q' => 'copper']; require '$page';");
+        self::assertSame(1, preg_match('/archive=Orders&amp;id=(\d+)/', $shown, $found));
+        self::assertStringNotContainsString('channel=Mail', $shown);
+        $cases = [
+            'his document' => ['Orders', 'secret', '<h2>'],
+            'of another archive' => ['Invoices', 'secret', '<p>there is no such document'],
+            'wrong password' => ['Orders', 'wrong', 'Please log on.'],
+        ];
+        foreach ($cases as $case => [$archive, $password, $text]) {
+            $given = strtr($document, ['Orders' => $archive, '$id' => $found[1]]);
+            $shown = self::shown("$start \$_SERVER['PHP_AUTH_PW'] = '$password'; \$_GET = $given; require '$page';");
+            self::assertStringContainsString($text, $shown, $case);
+            self::assertStringNotContainsString('<b>', $shown, $case);
+        }
+    }
+
     /** What a PHP of its own prints for the code: at the end class and text of the error, and what was tried. */
     private static function shown(string $code, array $options = [], ?string $library = null): string
     {
