@@ -201,7 +201,8 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
     {
         $block = $this->rows->block;
         $offsets = $this->rows->offsets;
-        $at = $row * 5 + 1;
+        $at = $row * 5;
+        $start = $offsets[$at];
         $channel = $offsets[$at + 1];
         $archive = $offsets[$at + 2];
         $id = $offsets[$at + 3];
@@ -213,7 +214,7 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
                 substr($block, $id, $version - $id),
                 substr($block, $version, $offsets[$at + 5] - $version),
             ),
-            Text::fields(substr($block, $offsets[$at], $channel - $offsets[$at])),
+            Text::fields(substr($block, $start, $channel - $start)),
             $this,
         );
     }

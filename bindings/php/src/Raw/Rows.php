@@ -10,8 +10,8 @@ final class Rows extends Owned implements \Countable
     public readonly int $columnCount;
     /** All texts one after the other, in UTF-8. */
     public readonly string $block;
-    /** Where they begin and end: text number i is between $offsets[i + 1] and $offsets[i + 2]. */
-    public readonly array $offsets;
+    /** Where they begin and end: text number i is between $offsets[i] and $offsets[i + 1]. */
+    public readonly \FFI\CData $offsets;
     private readonly int $rowCount;
 
     /** Takes the handle over, and frees it as soon as it is read. */
@@ -31,7 +31,7 @@ final class Rows extends Owned implements \Countable
 
     public function text(int $row, int $column = 0): string
     {
-        $at = $row * $this->columnCount + $column + 1;
+        $at = $row * $this->columnCount + $column;
         return substr($this->block, $this->offsets[$at], $this->offsets[$at + 1] - $this->offsets[$at]);
     }
 
@@ -60,8 +60,9 @@ final class Rows extends Owned implements \Countable
         $this->rowCount = $rowCount[0];
         $this->columnCount = $library->number[0];
         $count = $this->rowCount * $this->columnCount + 1;
-        $this->offsets = unpack('L*', \FFI::string($offsets[0], $count * 4));
-        $byteCount = $this->offsets[$count];
+        $this->offsets = $library->ffi->new("uint32_t[$count]");
+        \FFI::memcpy($this->offsets, $offsets[0], $count * 4);
+        $byteCount = $this->offsets[$count - 1];
         $this->block = $byteCount === 0 ? '' : \FFI::string($library->text[0], $byteCount);
     }
 }
