@@ -83,6 +83,8 @@ int32_t oxaqry_value_get_long(oxaqry_value* value, int32_t* number);
 int32_t oxaqry_value_get_double(oxaqry_value* value, double* number);
 int32_t oxaqry_value_get_date(oxaqry_value* value, int64_t* seconds);
 int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char** text, size_t* length);
+int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t encoding, const char** texts,
+                                          size_t* lengths);
 int32_t oxaqry_value_get_bytes(oxaqry_value* value, const uint8_t** bytes, size_t* length);
 int32_t oxaqry_query_new(oxaqry_query** query);
 int32_t oxaqry_query_free(oxaqry_query* query);
