@@ -10,7 +10,7 @@
     --man FILE       write docs/oxaqrycln.3
     --idl FILE       write the source of the type library that the build for Windows compiles
     --php FILE       write bindings/php/src/Raw/Query.php
-    --ffi FILE       write bindings/php/oxaqrycln.ffi.h, the declarations of automation/c/oxaqrycln.h
+    --ffi FILE       write bindings/php/oxaqrycln.ffi, the declarations of automation/c/oxaqrycln.h
 
 Without an option it only checks the description. An error is one line "FILE:LINE: what is wrong; what is expected".
 

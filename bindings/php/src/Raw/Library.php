@@ -96,7 +96,7 @@ final class Library
         $tried = [];
         foreach (self::places() as $place) {
             try {
-                return self::checked(\FFI::cdef(file_get_contents(self::PACKAGE . '/oxaqrycln.ffi.h'), $place), $place);
+                return self::checked(\FFI::cdef(file_get_contents(self::PACKAGE . '/oxaqrycln.ffi'), $place), $place);
             } catch (\FFI\Exception $error) {
                 self::checkInterface($place, $error);
                 $tried[] = $error->getMessage();
