@@ -30,11 +30,11 @@ final class ServedTest extends TestCase
     {
         $server = new FastCgiServer();
         $this->fail10($server);
-        $before = json_decode($server->get('do=state'));
+        $before = $this->stateOf($server);
         for ($i = 0; $i < 30; ++$i) {
             $this->fail10($server);
         }
-        $after = json_decode($server->get('do=state'));
+        $after = $this->stateOf($server);
         self::assertSame($before->process, $after->process);
         self::assertSame([0, $before->descriptors], [$after->busy, $after->descriptors]);
         self::assertLessThan($before->kilobytes + 1024, $after->kilobytes);
@@ -49,14 +49,24 @@ final class ServedTest extends TestCase
         for ($i = 0; $i < 200; ++$i) {
             $server->get('do=search');
         }
-        $before = json_decode($server->get('do=state'));
+        $before = $this->stateOf($server);
         for ($i = 0; $i < (int) (getenv('OXAQRY_PAGES') ?: 1500); ++$i) {
-            $server->get('do=search');
+            $shown = $server->get('do=search');
+            if ($i % 100 === 0) {
+                self::assertSame(20, substr_count($shown, "\n"), "$i: $shown");
+            }
         }
-        $after = json_decode($server->get('do=state'));
+        $after = $this->stateOf($server);
         fprintf(STDERR, "\n%d KiB, then %d KiB after %d pages\n", $before->kilobytes, $after->kilobytes, $i);
         self::assertSame([$before->process, $before->descriptors], [$after->process, $after->descriptors]);
         self::assertLessThan($before->kilobytes + 512, $after->kilobytes);
+    }
+
+    /** Throws with what the page shows instead. */
+    private function stateOf(PageServer $server): stdClass
+    {
+        $shown = $server->get('do=state');
+        return json_decode($shown) ?? throw new RuntimeException("no state: $shown");
     }
 
     private function fail10(PageServer $server): void

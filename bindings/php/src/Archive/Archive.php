@@ -115,7 +115,7 @@ final class Archive
         return $this->map($access->rows('TELOGetQueryFormatListNext', $count, 'query format'), 'current');
     }
 
-    public function properties(string $channel, string $archive): Properties
+    public function properties(string $channel, string $archive): ArchiveProperties
     {
         $access = $this->access;
         $fifth = $access->query()->TELOGetArchiveProperties(
@@ -128,7 +128,7 @@ final class Archive
             $access->status(),
         );
         $access->count($fifth);
-        return new Properties(
+        return new ArchiveProperties(
             Text::isTrue((string) $create),
             Text::isTrue((string) $edit),
             Text::isTrue((string) $delete),

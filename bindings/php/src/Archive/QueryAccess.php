@@ -170,13 +170,15 @@ final class QueryAccess
         if ($this->query->handledError()[0] !== 0) {
             throw new BadArgument('the list of query servers is not valid: ' . $this->handledText());
         }
-        // The servers of a process are those that its first instance named.
-        $own = array_map(static fn(array $server): string => "$server[0],$server[1]", $before);
-        $wanted = array_map(
-            static fn(string $entry): string => implode(',', \array_slice(explode(',', $entry), 0, 2)),
-            explode('|', $hosts),
-        );
-        if ($before !== [] && $own !== $wanted) {
+        // The servers of a process are those that its first instance named, from the place on where its list began.
+        $used = array_map(static fn(array $server): string => "$server[0],$server[1]", $before);
+        $wanted = array_map(static function (string $entry): string {
+            [$host, $port] = explode(',', $entry) + ['', ''];
+            return "$host," . (int) $port;
+        }, explode('|', $hosts));
+        sort($used);
+        sort($wanted);
+        if ($before !== [] && $used !== $wanted) {
             throw new BadArgument(
                 'this process already uses other query servers: give each list of servers a pool of processes of its own',
             );

@@ -150,14 +150,11 @@ final class Library
 
     private static function wrongInterface(\FFI $ffi, string $place, ?\FFI\Exception $error = null): LibraryFailed
     {
-        return new LibraryFailed(sprintf(
-            'the shared library %s, release %s, has version %d of the interface; this package needs version %d: install'
-                . ' the library and the package of the same release%s',
-            $place,
-            $ffi->oxaqry_version(),
-            $ffi->oxaqry_abi_version(),
-            self::ABI,
-            $error === null ? '' : ' (' . $error->getMessage() . ')',
-        ), previous: $error);
+        $version = $ffi->oxaqry_abi_version();
+        $wrong = $version === self::ABI
+            ? 'is older than this package: ' . $error?->getMessage()
+            : "has version $version of the interface; this package needs version " . self::ABI;
+        return new LibraryFailed("the shared library $place, release {$ffi->oxaqry_version()}, $wrong. Install the library "
+            . 'and the package of the same release', previous: $error);
     }
 }

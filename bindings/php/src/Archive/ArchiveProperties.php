@@ -5,7 +5,7 @@ declare(strict_types=1);
 namespace Oxaqrycln;
 
 /** What the server says may be done in an archive, whatever the rights of the web user. */
-final class Properties
+final class ArchiveProperties
 {
     public function __construct(
         public readonly bool $canCreate,
