@@ -19,12 +19,12 @@ try {
         password: getenv('OXAQRY_PASSWORD'),
         database: getenv('OXAQRY_DATABASE'),
     );
-    $user = $archive->users()->logOn($_SERVER['PHP_AUTH_USER'] ?? '', $_SERVER['PHP_AUTH_PW'] ?? '');
-    if ($user === null) {
+    $users = $archive->users();
+    if (!$user = $users->logOn($_SERVER['PHP_AUTH_USER'] ?? '', $_SERVER['PHP_AUTH_PW'] ?? '')) {
         header('WWW-Authenticate: Basic realm="archive"', true, 401);
         exit('Please log on.');
     }
-    $rights = $archive->users()->folderRights($user);
+    $rights = $users->folderRights($user);
     if (isset($given['channel'], $given['archive'], $given['id'], $given['version'])) {
         $name = new DocumentName($given['channel'], $given['archive'], $given['id'], $given['version']);
         // The document comes from the browser, so the user's rights decide, not the hit list that he was shown.
@@ -40,7 +40,7 @@ try {
         }
     } elseif ($given['q'] !== '') {
         $hits = $archive->search($given['q'], max: 50, folderRights: $rights);
-        $body = \count($hits) . " of $hits->total hits<table><tr><th><th>" . implode('<th>', array_map($h, $hits->columns()));
+        $body = "{$hits->count()} of $hits->total hits<table><tr><th><th>" . implode('<th>', array_map($h, $hits->columns()));
         foreach ($hits as $hit) {
             $link = $h('?' . http_build_query([...get_object_vars($hit->document), 'q' => $given['q']]));
             $body .= "\n<tr><td><a href=\"$link\">open</a><td>" . implode('<td>', array_map($h, $hit->values));
@@ -52,8 +52,8 @@ try {
         $error instanceof Refused, $error instanceof BadArgument => 400,
         default => 500,
     };
-    error_log($error->getMessage());
-    $body = "<p>{$h($status === 400 ? $error->getMessage() : 'The archive does not work at present.')}</p>";
+    $status === 400 || error_log($error->getMessage());
+    $body = $status === 400 ? "<p>{$h($error->getMessage())}</p>" : '<p>The archive does not work at present.</p>';
 }
 header("Content-Security-Policy: default-src 'none'; form-action 'self'; frame-ancestors 'none'", true, $status);
-echo "<!DOCTYPE html><html lang=\"en\"><title>Search</title><form><input name=\"q\" value=\"{$h($given['q'])}\"></form>\n$body\n";
+echo "<!DOCTYPE html><title>Search</title><form><input name=\"q\" value=\"{$h($given['q'])}\"></form>\n$body\n";

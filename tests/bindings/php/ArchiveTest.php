@@ -12,6 +12,7 @@ use Oxaqrycln\Error;
 use Oxaqrycln\FieldContent;
 use Oxaqrycln\Hit;
 use Oxaqrycln\HitList;
+use Oxaqrycln\Mark;
 use Oxaqrycln\MarkedText;
 use Oxaqrycln\Order;
 use Oxaqrycln\Refused;
@@ -112,12 +113,13 @@ final class ArchiveTest extends TestCase
             self::assertCount($segment->hitCount, $segment->text->marks);
             $pieces = $segment->text->pieces();
             self::assertSame($segment->text->text, implode('', array_column($pieces, 'text')));
-            $marked += \count(array_filter($pieces, static fn($piece): bool => $piece->isMarked && $piece->text === 'price'));
+            $isHit = static fn($piece): bool => $piece->isMarked && $piece->text === 'price';
+            $marked += \count(array_filter($pieces, $isHit));
         }
         self::assertGreaterThan(0, $marked);
         $text = new MarkedText("ä\x01€\x02 \x01price\x02");
         self::assertSame('ä€ price', (string) $text);
-        self::assertSame([[1, 1], [3, 5]], array_map(static fn($mark): array => [$mark->start, $mark->length], $text->marks));
+        self::assertEquals([new Mark(1, 1), new Mark(3, 5)], $text->marks);
     }
 
     public function testADocumentIsCreatedEditedAndDeletedWithoutAnImportFileLeft(): void

@@ -45,8 +45,9 @@ def main():
             port = server.stdout.readline().rstrip().rpartition(":")[2]
             environment = {**os.environ, "OXAQRY_HOSTS": f"127.0.0.1,{port}", "OXAQRY_BLOBS": str(blobs),
                            "OXAQRY_DATABASE": make_database(f"{directory}/users.sqlite"), "OXAQRY_DIRECTORY": directory}
-            return subprocess.run([sys.argv[1], "--no-configuration", "--do-not-cache-result", "--bootstrap", ROOT / "bindings/php/autoload.php",
-                                   *sys.argv[2:]], env=environment, check=False).returncode
+            command = [sys.argv[1], "--no-configuration", "--do-not-cache-result",
+                       "--bootstrap", ROOT / "bindings/php/autoload.php", *sys.argv[2:]]
+            return subprocess.run(command, env=environment, check=False).returncode
         finally:
             server.terminate()
             server.wait(10)

@@ -68,16 +68,18 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         $columns = $this->columns();
         $found = array_keys(array_filter($columns, static fn(string $each): bool => Text::isSame($title, $each)));
         if ($found === []) {
-            $found = array_keys(array_filter(array_keys($columns), static fn(int $at): bool => $title === (string) ($at + 1)));
+            $found = array_filter(array_keys($columns), static fn(int $at): bool => $title === (string) ($at + 1));
         }
         if (\count($found) === 1) {
-            return $found[0];
+            return reset($found);
         }
-        $list = array_map(static fn(int $at, string $each): string => $at + 1 . " $each", array_keys($columns), $columns);
-        throw new BadArgument(
-            ($found === [] ? "there is no column \"$title\"" : "there are several columns \"$title\": give the number of one")
-            . '; the columns are ' . implode(', ', $list),
-        );
+        $wrong = $found === []
+            ? "there is no column \"$title\""
+            : "there are several columns \"$title\": give the number of one";
+        foreach ($columns as $at => $each) {
+            $wrong .= ($at === 0 ? '; the columns are ' : ', ') . $at + 1 . " $each";
+        }
+        throw new BadArgument($wrong);
     }
 
     public function kindOf(int $column): ColumnKind

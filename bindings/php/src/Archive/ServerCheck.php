@@ -57,8 +57,13 @@ final class ServerCheck
         // In Windows-1252, as the component sends it.
         $text = base64_decode($query->EncodeBase64("^$session^,^$user^,^$password^,^LiveCheck^"));
         $host = str_contains($entry[0], ':') ? "[$entry[0]]" : $entry[0];
-        $flags = STREAM_CLIENT_CONNECT | STREAM_CLIENT_ASYNC_CONNECT;
-        $stream = @stream_socket_client("tcp://$host:" . ($entry[1] ?? 0), $number, $error, $this->settings->timeout, $flags);
+        $stream = @stream_socket_client(
+            "tcp://$host:" . ($entry[1] ?? 0),
+            $number,
+            $error,
+            $this->settings->timeout,
+            STREAM_CLIENT_CONNECT | STREAM_CLIENT_ASYNC_CONNECT,
+        );
         $this->running[$at] = [$stream, $text, ''];
         if ($stream === false) {
             $this->end($at, false, "no connection: $error");

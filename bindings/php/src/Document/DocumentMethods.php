@@ -45,10 +45,10 @@ trait DocumentMethods
      */
     public function edit(DocumentName $name, string $title, array $fields = []): DocumentName
     {
-        [, , $id, $version] = $this->key($name);
-        return $this->import($name->channel, $name->archive, $title, $fields, function (string $path) use ($id, $version): string {
+        [$channel, $archive, $id, $version] = $this->key($name);
+        $idVersion = $version === '' ? $id : "$id,$version";
+        return $this->import($channel, $archive, $title, $fields, function (string $path) use ($idVersion): string {
             $access = $this->access;
-            $idVersion = $version === '' ? $id : "$id,$version";
             $access->count($access->query()->TELOEditDocument($path, $idVersion, $access->status()));
             return $idVersion;
         });

@@ -17,9 +17,14 @@ trait FileMethods
         return $this->fetchedFile($content->method, ...$key);
     }
 
-    /** The same for the hits of a search, printed as a PDF file with the title on each page. */
-    public function printHits(string $title, string $query, string $sort = '', Order $order = Order::Ascending, mixed ...$search): ?string
-    {
+    /** The same for the hits of a search, whose other arguments follow, as a PDF file with the title on each page. */
+    public function printHits(
+        string $title,
+        string $query,
+        string $sort = '',
+        Order $order = Order::Ascending,
+        mixed ...$search,
+    ): ?string {
         $this->blobDirectory();  // before any request
         $title = Text::request($title, 'the title');
         $access = $this->access;

@@ -96,8 +96,8 @@ final class FastCgiServer extends PageServer
     public function __construct()
     {
         $this->makeDirectory();
-        $lines = ['[global]', "error_log=$this->directory/errors", 'daemonize=no', '[test]', "listen=$this->directory/socket",
-            'pm=static', 'pm.max_children=1'];
+        $lines = ['[global]', "error_log=$this->directory/errors", 'daemonize=no',
+            '[test]', "listen=$this->directory/socket", 'pm=static', 'pm.max_children=1'];
         foreach (['OXAQRYCLN_LIBRARY', 'ODBCSYSINI'] as $name) {
             $lines[] = "env[$name]=" . (getenv($name) ?: '/etc');
         }
