@@ -192,8 +192,7 @@ final class Archive
         if ($max < 0 || $queryMax < 0) {
             throw new BadArgument('the limits of a search are 0 or more');
         }
-        $access = $this->access;
-        $count = $access->count($access->query()->TELOQueryArchiveInit(
+        [$count, [$keys, $values, $total, $isMultiPageImage]] = $this->access->request('TELOQueryArchiveInit', [
             Text::request($query, 'the query'),
             $max,
             $queryMax,
@@ -201,13 +200,9 @@ final class Archive
             Text::request($folderRights ?? '', 'the folder rights'),
             Text::request($layoutField, 'the layout field'),
             Text::request($layout, 'the layout'),
-            $keys,
-            $values,
-            $total,
-            $isMultiPageImage,
-            $access->status(),
-        ));
-        $hits = new HitList($access, $count, Text::number($total), $this->layout($keys, $values), (bool) $isMultiPageImage);
+        ], 4);
+        $isImage = Text::isTrue($isMultiPageImage);
+        $hits = new HitList($this->access, $count, Text::number($total), $this->layout($keys, $values), $isImage);
         if ($sort !== '' && $hits->columns() !== []) {
             $hits->sort($hits->column($sort), $order);
         }
@@ -295,12 +290,12 @@ final class Archive
     }
 
     /** "10=Title;14=Date" comes as "10,14" and "Title,Date". */
-    private function layout(mixed $keys, mixed $values): array
+    private function layout(string $keys, string $values): array
     {
-        if ((string) $keys === '') {
+        if ($keys === '') {
             return [];
         }
-        [$keys, $values] = [explode(',', $keys), explode(',', (string) $values)];
+        [$keys, $values] = [explode(',', $keys), explode(',', $values)];
         $count = min(\count($keys), \count($values));
         return array_combine(\array_slice($keys, 0, $count), \array_slice($values, 0, $count));
     }

@@ -205,18 +205,18 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         $offsets = $this->rows->offsets;
         $at = $row * 5;
         $start = $offsets[$at];
-        $channel = $offsets[$at + 1];
-        $archive = $offsets[$at + 2];
-        $id = $offsets[$at + 3];
-        $version = $offsets[$at + 4];
+        $channel = $offsets[++$at];
+        $archive = $offsets[++$at];
+        $id = $offsets[++$at];
+        $version = $offsets[++$at];
         return new Hit(
             new DocumentName(
-                substr($block, $channel, $archive - $channel),
-                substr($block, $archive, $id - $archive),
-                substr($block, $id, $version - $id),
-                substr($block, $version, $offsets[$at + 5] - $version),
+                \substr($block, $channel, $archive - $channel),
+                \substr($block, $archive, $id - $archive),
+                \substr($block, $id, $version - $id),
+                \substr($block, $version, $offsets[++$at] - $version),
             ),
-            Text::fields(substr($block, $start, $channel - $start)),
+            Text::fields(\substr($block, $start, $channel - $start)),
             $this,
         );
     }

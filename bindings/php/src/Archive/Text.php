@@ -25,7 +25,7 @@ final class Text
         }
         $start = $record[0] === '^' ? 1 : 0;
         $end = $record[-1] === '^' && \strlen($record) > $start ? -1 : null;
-        return explode(self::SEPARATOR, substr($record, $start, $end));
+        return \explode(self::SEPARATOR, \substr($record, $start, $end));
     }
 
     /** @return list<string> the lines of a list from the database, without empty ones */

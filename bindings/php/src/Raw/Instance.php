@@ -16,7 +16,6 @@ use Oxaqrycln\BadArgument;
 abstract class Instance extends Owned
 {
     private const UTF8 = 0;
-    private const MOST_ARGUMENTS = 24;
 
     /** The values of arguments, by position; used again by each call. */
     private array $values = [];
@@ -27,7 +26,7 @@ abstract class Instance extends Owned
     {
         parent::__construct('query');
         $this->result = new Value();
-        $this->arguments = $this->library->ffi->new('oxaqry_value*[' . self::MOST_ARGUMENTS . ']');
+        $this->arguments = $this->library->ffi->new('oxaqry_value*[' . Library::MOST_VALUES . ']');
     }
 
     /** Reads a variable. */
@@ -125,6 +124,14 @@ abstract class Instance extends Owned
         return [$library->number[0], $library->handedOut()];
     }
 
+    /** The number alone. */
+    public function handledNumber(): int
+    {
+        $number = $this->library->number;
+        $this->library->check($this->library->ffi->oxaqry_handled_error($this->handle, $number, null, null));
+        return $number[0];
+    }
+
     /** @return list<array{string, int, bool, bool, string}> host, port, takes print requests, is busy, session */
     public function servers(): array
     {
@@ -165,6 +172,33 @@ abstract class Instance extends Owned
     public function resume(): void
     {
         $this->library->check($this->library->ffi->oxaqry_resume($this->handle));
+    }
+
+    /**
+     * Calls a method with inputs and the outputs behind them, and reads all texts at once: the outputs, then the result.
+     * An output that the method does not write keeps the text of an earlier call, except for the last one, which is "".
+     *
+     * @param list<mixed> $inputs
+     * @return list<string>
+     */
+    public function callForTexts(string $method, array $inputs, int $outputCount): array
+    {
+        [$ffi, $arguments, $count] = [$this->library->ffi, $this->arguments, \count($inputs)];
+        foreach ($inputs as $at => $native) {
+            $arguments[$at] = $this->given($at, $native)->handle;
+        }
+        $end = $count + $outputCount;
+        for ($at = $count; $at < $end; ++$at) {
+            $arguments[$at] = ($this->values[$at] ??= new Value())->handle;
+        }
+        $this->values[$end - 1]->set(null);
+        $result = $this->result->handle;
+        $this->library->check($ffi->oxaqry_call($this->handle, self::number($method), $arguments, $end, $result));
+        $arguments[$end] = $result;
+        $this->library->check(
+            $ffi->oxaqry_value_get_texts($arguments, $end + 1, self::UTF8, $this->library->texts, $this->library->lengths),
+        );
+        return $this->library->manyHandedOut($count, $end);
     }
 
     /**

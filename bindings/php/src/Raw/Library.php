@@ -16,6 +16,8 @@ final class Library
 {
     /** The number of the interface that this package is written for. */
     public const ABI = 1;
+    /** The arguments of a method, and its result. */
+    public const MOST_VALUES = 25;
     private const NAME = PHP_OS_FAMILY === 'Windows' ? 'OXAQryCln.dll' : 'liboxaqrycln.so.1';
     private const E_ARGUMENT = -2;
     private const E_TEXT = -6;
@@ -35,6 +37,9 @@ final class Library
     public readonly \FFI\CData $text2;
     public readonly \FFI\CData $length;
     public readonly \FFI\CData $length2;
+    /** Of several values at once. */
+    public readonly \FFI\CData $texts;
+    public readonly \FFI\CData $lengths;
 
     private function __construct(public readonly \FFI $ffi)
     {
@@ -47,6 +52,8 @@ final class Library
             $this->{"text$place"} = $ffi->new('const char*[1]');
             $this->{"length$place"} = $ffi->new('size_t[1]');
         }
+        $this->texts = $ffi->new('const char*[' . self::MOST_VALUES . ']');
+        $this->lengths = $ffi->new('size_t[' . self::MOST_VALUES . ']');
     }
 
     /** @throws LibraryFailed with what is to be changed */
@@ -85,6 +92,17 @@ final class Library
     {
         $length = $this->length2[0];
         return $length === 0 ? '' : \FFI::string($this->text2[0], $length);
+    }
+
+    /** @return list<string> the texts in the places for several from one to another */
+    public function manyHandedOut(int $first, int $last): array
+    {
+        $texts = [];
+        for (; $first <= $last; ++$first) {
+            $length = $this->lengths[$first];
+            $texts[] = $length === 0 ? '' : \FFI::string($this->texts[$first], $length);
+        }
+        return $texts;
     }
 
     private static function open(): \FFI
