@@ -160,7 +160,8 @@ class Caller {
       case 'g':
         return oxaqry_get_variable(query, member, other);
       case 't':
-        return IsUtf8(oxaqry_value_get_text(value, number % 2 != 0 ? number : 0, &text, &length), text, length);
+        code = oxaqry_value_get_text(value, number % 3, &text, &length);
+        return number % 3 == OXAQRY_UTF8 ? IsUtf8(code, text, length) : code;
       case 'o':
         return IsUtf8(oxaqry_outcome_text(query, &text, &length), text, length);
       case 'h':
@@ -186,7 +187,7 @@ class Caller {
       case '2':
         return oxaqry_value_set_double(value, 1e300 / (argument - 48) * 1e10);
       case '3':
-        return oxaqry_value_set_date(value, (argument - 64) * (std::int64_t{1} << (argument % 63)));
+        return oxaqry_value_set_date(value, static_cast<std::int64_t>(std::uint64_t{argument} << (argument % 64U)));
       case '4':
         return oxaqry_value_set_bytes(value, text.data(), text.size());
       case '5':

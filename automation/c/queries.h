@@ -45,8 +45,9 @@ class Query final : public HandleObject {
 // Runs body(query) as With does; first releases what other threads have freed.
 template <typename Body>
 std::int32_t WithQuery(oxaqry_query* handle, Body&& body) noexcept {
-  ReleaseQueued();
-  return With<Query>(handle, std::forward<Body>(body));
+  const Finder finder;
+  finder.ReleaseQueued();
+  return With<Query>(finder, handle, std::forward<Body>(body));
 }
 
 // The method of a number, for a call; null for another member and for none, after Fail().

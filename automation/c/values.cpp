@@ -163,11 +163,12 @@ int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t enc
   if (count < 0) return Fail(OXAQRY_E_ARGUMENT, {"count is negative"});
   if (count > 0 && (values == nullptr || texts == nullptr || lengths == nullptr)) return IsNull("a list");
   if (!IsEncoding(encoding)) return NoEncoding();
+  const Finder finder;
   for (std::int32_t i = 0; i < count; ++i) {
     texts[i] = "";
     lengths[i] = 0;
     if (values[i] == nullptr) continue;
-    const std::int32_t code = With<Value>(values[i], [&](Value& source) {
+    const std::int32_t code = With<Value>(finder, values[i], [&](Value& source) {
       GiveText(texts + i, lengths + i, TextOf(source, encoding));
       return OXAQRY_OK;
     });

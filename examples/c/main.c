@@ -70,7 +70,7 @@ int main(int argc, char **argv) {
   static const int32_t description[] = {0}, channel_archive_id[] = {0, 1, 2};
   const char *password = getenv("ARCHIVE_PASSWORD");
   const char *no_database[] = {"False"};
-  const char *search[] = {NULL, "20", "20", "Full text", ""};
+  const char *search[] = {NULL, "20", "1000", "Full text", ""};
   oxaqry_query *query = NULL;
   int32_t rows;
   if (argc != 3) return fprintf(stderr, "usage: hit_list HOST,PORT QUERY\n"), 2;
