@@ -1,8 +1,7 @@
 <?php
 
-// A search page for the web users of a database: hit list, and a document with the hits marked. For php-fpm set up the
-// package as docs/php.md says; to try it: php -d ffi.enable=true -S 127.0.0.1:8080 examples/php/search.php
-// The environment names the servers and the database: OXAQRY_REMOTE_HOSTS, OXAQRY_USER, OXAQRY_PASSWORD, OXAQRY_DATABASE.
+// A search page for the users of a database, see docs/php.md. php -d ffi.enable=true -S 127.0.0.1:8080 search.php serves
+// it. The environment has OXAQRY_REMOTE_HOSTS, OXAQRY_USER, OXAQRY_PASSWORD and OXAQRY_DATABASE.
 
 declare(strict_types=1);
 
@@ -42,7 +41,8 @@ try {
         $hits = $archive->search($given['q'], max: 50, folderRights: $rights);
         $body = "{$hits->count()} of $hits->total hits<table><tr><th><th>" . implode('<th>', array_map($h, $hits->columns()));
         foreach ($hits as $hit) {
-            $link = $h('?' . http_build_query([...get_object_vars($hit->document), 'q' => $given['q']]));
+            $name = array_diff_key(get_object_vars($hit), ['values' => 0]);
+            $link = $h('?' . http_build_query(['q' => $given['q']] + $name));
             $body .= "\n<tr><td><a href=\"$link\">open</a><td>" . implode('<td>', array_map($h, $hit->values));
         }
     }

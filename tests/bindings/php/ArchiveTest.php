@@ -63,7 +63,8 @@ final class ArchiveTest extends TestCase
         self::assertSame([10, 3], [iterator_count($hits), iterator_count($others)]);
         self::assertGreaterThan(10, $hits->total);
         self::assertSame('Customer', $hits->layout[12]);
-        self::assertEquals($others[2]->document, $hits[2]->document);
+        self::assertSame([$others[2]->id, $others[2]->version], [$hits[2]->id, $hits[2]->version]);
+        self::assertSame($hits[2]->value('Title'), $archive->describe($hits[2])->title);
         self::assertSame($hits[4]->values[$hits->column('title')], $hits[4]->value('TITLE'));
         self::assertSame('', $hits[4]->value(99));
         self::assertSame([ColumnKind::Text, ColumnKind::Number], array_map(
@@ -84,7 +85,7 @@ final class ArchiveTest extends TestCase
         self::assertSame(array_reverse($expected), $titles());
         $second = $hits[1];
         $hits->remove(0);
-        self::assertEquals($second->document, $hits[0]->document);
+        self::assertEquals($second, $hits[0]);
         self::assertCount(19, $hits);
         self::assertFalse(isset($hits[19]));
         $sorted = $this->archive->search('copper', max: 20, sort: 'Title', order: Order::Descending);
@@ -99,7 +100,7 @@ final class ArchiveTest extends TestCase
         $found = $this->archive->search('copper', folderRights: '$(#Mail);');
         self::assertNotCount(0, $found);
         foreach ($found as $hit) {
-            self::assertSame('Mail', $hit->document->channel);
+            self::assertSame('Mail', $hit->channel);
         }
     }
 

@@ -5,7 +5,7 @@ declare(strict_types=1);
 namespace Oxaqrycln;
 
 /** Names a document. An empty version is the newest one. */
-final class DocumentName
+class DocumentName
 {
     public function __construct(
         public readonly string $channel,
