@@ -47,6 +47,22 @@ final class ProcessTest extends TestCase
         }
     }
 
+    public function testARowThatCannotBeReadIsAnErrorAndNotTheEndOfTheList(): void
+    {
+        $server = stream_socket_server('tcp://127.0.0.1:0');
+        $hosts = str_replace(':', ',', stream_socket_get_name($server, false));
+        $rows = ['^Reference^,^DocID^,^Version^,^Title^', '^$(#Mail)\Inbox^,^1^,^1^,^a^', '^none^,^2^,^1^,^b^'];
+        $answer = implode("\r\n", ['Status: OK', '2', '10=Title', '0', '^0^,^0^,^0^,^0^', ...$rows, '']);
+        $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts'); \$hits = \$archive->search('a');"
+            . 'echo count($hits), " "; echo $hits[0]->id;';
+        $shown = self::shown($code, serve: function () use ($server, $answer): void {
+            $peer = stream_socket_accept($server, 30);
+            fwrite($peer, 'TotalBytes:' . strlen($answer) . "\r\n" . $answer);
+            fread($peer, 65536);
+        });
+        self::assertStringStartsWith('2 Oxaqrycln\Error: hit 3 of the answer is malformed', $shown);
+    }
+
     public function testWorkersBeginAtServersOfTheirOwn(): void
     {
         $hosts = '127.0.0.1,1|127.0.0.1,2,0,own,|127.0.0.1,3';
@@ -96,8 +112,12 @@ final class ProcessTest extends TestCase
     }
 
     /** What a PHP of its own prints for the code: at the end class and text of the error, and what was tried. */
-    private static function shown(string $code, array $options = [], ?string $library = null): string
-    {
+    private static function shown(
+        string $code,
+        array $options = [],
+        ?string $library = null,
+        ?callable $serve = null,
+    ): string {
         $program = 'require "' . dirname(__DIR__, 3) . '/bindings/php/autoload.php"; try { ' . $code . ' }'
             . 'catch (Oxaqrycln\Error $error) { echo $error::class, ": ", $error->getMessage(), " ",'
             . '$error->request->wasSent ? "sent" : "not sent";'
@@ -108,6 +128,7 @@ final class ProcessTest extends TestCase
         }
         $pipes = [];
         $process = proc_open([PHP_BINARY, ...$options, '-r', $program], [1 => ['pipe', 'w']], $pipes, null, $environment);
+        $serve === null || $serve();
         $shown = stream_get_contents($pipes[1]);
         proc_close($process);
         return $shown;

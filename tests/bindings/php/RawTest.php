@@ -60,6 +60,7 @@ final class RawTest extends TestCase
         $cases = [
             'no such variable' => ['no member none', fn() => $query->none = 1],
             'no such list' => ['no member none', fn() => $query->fetchRows('none', 1)],
+            'no such row' => ['no text 0 of row 0', fn() => $query->fetchRows('HelloWorld', 0)->text(0)],
             'no list' => ['needs the argument', fn() => $query->fetchRows('Encode', 1)],
             'no number' => ['', fn() => $query->lngRequestTimeout = 'many'],
             'number out of range' => ['not in the range', fn() => $query->lngRequestTimeout = 1 << 31],

@@ -22,7 +22,7 @@ final class ServedTest extends TestCase
         }
         self::assertStringContainsString('FFI\Exception', $servers['preloaded, php-fpm']->get('do=ffi'));
         $shown = (new BuiltInServer(['ffi.enable=preload']))->get('do=search');
-        self::assertStringStartsWith('Oxaqrycln\LibraryFailed: PHP lets preloaded files alone use FFI', $shown);
+        self::assertStringStartsWith('Oxaqrycln\LibraryFailed: PHP allows FFI in preloaded files only', $shown);
         self::assertStringContainsString('opcache.preload = ', $shown);
     }
 

@@ -116,7 +116,7 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         $sorted = $sorter->fetchRows('TELOSortHitlist2Next', $count);
         $this->places = [];
         for ($i = 1; $i < $count; ++$i) {
-            $this->places[] = $places[(int) substr($sorted->text($i), 1)];
+            $this->places[] = $places[(int) substr($sorted->text($i), 1)] ?? throw new Error('a sorted hit has no number');
         }
     }
 
@@ -177,7 +177,7 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         $query->TELOGetAllArchivesExtFirst();
         $this->flags = $query->fetchRows('TELOGetAllArchivesNext', self::FLAG_LINES)->text(self::FLAG_LINES - 1);
         $this->rows = $access->rows('TELOQueryArchiveNext', $this->rowCount, 'hit', [0, 1, 2, 3]);
-        $this->columns = Text::fields($this->rows->text(0));
+        $this->columns = $this->rowCount === 0 ? [] : Text::fields($this->rows->text(0));
     }
 
     /** @internal Whether the first hit comes behind the last one in ascending order. */

@@ -27,7 +27,7 @@ final class QueryAccess
 
     private readonly Query $query;
     private mixed $status = null;
-    /** The hits of the last search, while they are still to be read from the instance. */
+    /** The hits of the last search until they are read. */
     private ?\WeakReference $unread = null;
     private ?\Closure $onRequest = null;
 
@@ -59,7 +59,7 @@ final class QueryAccess
         $query->strDebugLogPath = $settings->logDir;
     }
 
-    /** The instance, for the next call: what is still to be read of the last search is read before. */
+    /** The instance, for the next call. Reads the hits of the last search first, if they have not been read. */
     public function query(): Query
     {
         if ($this->unread !== null) {
@@ -148,8 +148,8 @@ final class QueryAccess
      */
     public function rows(string $method, int $count, string $what, array $columns = []): Rows
     {
-        $rows = $this->query->fetchRows($method, $count, $columns);
-        if (\count($rows) < $count && $this->query->handledNumber() !== 0) {
+        $rows = $this->query->fetchRows($method, max(0, $count), $columns);
+        if (\count($rows) < $count) {
             throw new Error("$what " . \count($rows) + 1 . ' of the answer is malformed: ' . $this->handledText());
         }
         return $rows;

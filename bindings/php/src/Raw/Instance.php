@@ -9,9 +9,9 @@ use Oxaqrycln\BadArgument;
 /**
  * An instance of the component: what its members, in Query, stand on, and the watch over its requests.
  *
- * An input takes null (Empty), bool, int, float, string (UTF-8), a date or a Value. An output is a variable, which also
- * gives the start value; one that holds a Value keeps it, and the Value is written. Named arguments leave out what is
- * between them. Results are PHP's values; result() tells the kind of the last one.
+ * An input takes null (Empty), bool, int, float, string (UTF-8), a date or a Value. An output is a variable, whose content
+ * is the start value; when that is a Value, the Value is written. Named arguments leave out the parameters between them.
+ * Results are PHP's values; result() has the kind of the last one.
  */
 abstract class Instance extends Owned
 {

@@ -140,7 +140,7 @@ final class Library
             $isPreload = strtolower((string) ini_get('ffi.enable')) === 'preload';
             $preload = 'opcache.preload = ' . realpath(self::PACKAGE . '/preload.php');
             throw new LibraryFailed($isPreload
-                ? "PHP lets preloaded files alone use FFI, and this package is not preloaded: write \"$preload\" into "
+                ? "PHP allows FFI in preloaded files only, and this package is not preloaded: write \"$preload\" into "
                     . 'php.ini (see oxaqrycln.ini) and restart PHP'
                 : 'FFI is switched off by "ffi.enable" in php.ini: set "ffi.enable = preload" and "' . $preload
                     . '", or "ffi.enable = true"', previous: $error);

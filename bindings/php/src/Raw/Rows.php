@@ -4,6 +4,8 @@ declare(strict_types=1);
 
 namespace Oxaqrycln\Raw;
 
+use Oxaqrycln\BadArgument;
+
 /** The rows of a list, which one call has read. Row and column count from 0; column 0 is the result of the method. */
 final class Rows extends Owned implements \Countable
 {
@@ -31,6 +33,9 @@ final class Rows extends Owned implements \Countable
 
     public function text(int $row, int $column = 0): string
     {
+        if ($row < 0 || $row >= $this->rowCount || $column < 0 || $column >= $this->columnCount) {
+            throw new BadArgument("there is no text $column of row $row");
+        }
         $at = $row * $this->columnCount + $column;
         return substr($this->block, $this->offsets[$at], $this->offsets[$at + 1] - $this->offsets[$at]);
     }
