@@ -14,7 +14,7 @@ final class Hit extends DocumentName
         string $id,
         string $version,
         public readonly array $values,
-        private readonly HitList $list,
+        private HitList $list,
     ) {
         parent::__construct($channel, $archive, $id, $version);
     }
