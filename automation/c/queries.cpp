@@ -147,9 +147,10 @@ void Query::KeepProgress(const RequestProgress& progress) noexcept {
   handle_.shared->announced.store(progress.announced, std::memory_order_relaxed);
 }
 
-const MethodEntry* MethodOf(std::int32_t number) {
+const MethodEntry* Query::MethodOf(std::int32_t number) {
+  if (lastMethod_ != nullptr && lastMethod_->number == number) return lastMethod_;
   const MethodEntry* const method = FindMember(number).method;
-  if (method != nullptr && !method->isProperty) return method;
+  if (method != nullptr && !method->isProperty) return lastMethod_ = method;
   Fail(OXAQRY_E_MEMBER, {"there is no method ", std::to_string(number)});
   return nullptr;
 }
@@ -202,7 +203,7 @@ int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value** values, 
   const Finder finder;
   finder.ReleaseQueued();
   return With<Query>(finder, query, [&](Query& target) -> std::int32_t {
-    const MethodEntry* const entry = MethodOf(method);
+    const MethodEntry* const entry = target.MethodOf(method);
     if (entry == nullptr) return OXAQRY_E_MEMBER;
     Arguments arguments(finder);
     if (const std::int32_t code = arguments.Read(*entry, values, count); code != OXAQRY_OK) return code;
