@@ -9,6 +9,12 @@ require_once __DIR__ . '/support/PageServer.php';
 /** Pages under "php -S" and under a php-fpm of the tests with PHP's default "ffi.enable = preload". */
 final class ServedTest extends TestCase
 {
+    /** That a process may grow, which holds freed memory back with sanitizers. */
+    private static function slack(): int
+    {
+        return getenv('OXAQRY_PRELOAD') ? 4096 : 512;
+    }
+
     public function testAPageSearchesUnderEachServer(): void
     {
         $servers = [
@@ -37,7 +43,7 @@ final class ServedTest extends TestCase
         $after = $this->stateOf($server);
         self::assertSame($before->process, $after->process);
         self::assertSame([0, $before->descriptors], [$after->busy, $after->descriptors]);
-        self::assertLessThan($before->kilobytes + 1024, $after->kilobytes);
+        self::assertLessThan($before->kilobytes + self::slack(), $after->kilobytes);
         self::assertSame([], glob(getenv('OXAQRY_BLOBS') . '/*.import'));
         self::assertSame(20, substr_count($server->get('do=search'), "\n"));
     }
@@ -59,7 +65,7 @@ final class ServedTest extends TestCase
         $after = $this->stateOf($server);
         fprintf(STDERR, "\n%d KiB, then %d KiB after %d pages\n", $before->kilobytes, $after->kilobytes, $i);
         self::assertSame([$before->process, $before->descriptors], [$after->process, $after->descriptors]);
-        self::assertLessThan($before->kilobytes + 512, $after->kilobytes);
+        self::assertLessThan($before->kilobytes + self::slack(), $after->kilobytes);
     }
 
     /** Throws with what the page shows instead. */

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """run_tests.py PHPUNIT TEST ... - runs PHPUnit tests against a development server and a web user database of their own.
 
-The environment names what is tested: OXAQRYCLN_LIBRARY, and OXAQRY_DEVSERVER for the program of the server.
+The environment names what is tested: OXAQRYCLN_LIBRARY, and OXAQRY_DEVSERVER for the program of the server. Libraries in
+OXAQRY_PRELOAD, those of the sanitizers, are loaded before PHP.
 """
 import os
 import sqlite3
@@ -45,6 +46,10 @@ def main():
             port = server.stdout.readline().rstrip().rpartition(":")[2]
             environment = {**os.environ, "OXAQRY_HOSTS": f"127.0.0.1,{port}", "OXAQRY_BLOBS": str(blobs),
                            "OXAQRY_DATABASE": make_database(f"{directory}/users.sqlite"), "OXAQRY_DIRECTORY": directory}
+            if preload := os.environ.get("OXAQRY_PRELOAD"):
+                # The quarantine for freed memory is small, so that the size of a process tells something.
+                environment.update(LD_PRELOAD=preload, ASAN_OPTIONS="detect_leaks=0:verify_asan_link_order=0:"
+                                   "quarantine_size_mb=1:thread_local_quarantine_size_kb=64")
             command = [sys.argv[1], "--no-configuration", "--do-not-cache-result",
                        "--bootstrap", ROOT / "bindings/php/autoload.php", *sys.argv[2:]]
             return subprocess.run(command, env=environment, check=False).returncode
