@@ -41,8 +41,11 @@ final class Text
      */
     public static function request(string $text, string $what): string
     {
+        if ($text === '') {
+            return '';
+        }
         self::checkCharacters($text, $what);
-        if (str_contains($text, self::SEPARATOR) || str_ends_with($text, '^,')) {
+        if (\str_contains($text, self::SEPARATOR) || \str_ends_with($text, '^,')) {
             throw new BadArgument(
                 "$what holds \"^,^\", or ends with \"^,\", which separates the fields of a request",
             );
@@ -114,7 +117,7 @@ final class Text
 
     private static function checkCharacters(string $text, string $what): void
     {
-        if (!preg_match('/[\x80-\xFF]/', $text)) {
+        if (!\preg_match('/[\x80-\xFF]/', $text)) {
             return;
         }
         try {
