@@ -19,6 +19,8 @@ abstract class Instance extends Owned
 
     /** The values of arguments, by position; used again by each call. */
     private array $values = [];
+    /** What they hold for certain, so that it need not be set again; null where that is unknown. */
+    private array $held = [];
     private readonly Value $result;
     private readonly \FFI\CData $arguments;
 
@@ -32,7 +34,7 @@ abstract class Instance extends Owned
     /** Reads a variable. */
     public function __get(string $name): mixed
     {
-        $value = $this->values[0] ??= new Value();
+        $value = $this->given(0, null);
         $this->library->check(
             $this->library->ffi->oxaqry_get_variable($this->handle, self::number($name), $value->handle),
         );
@@ -189,7 +191,8 @@ abstract class Instance extends Owned
         }
         $end = $count + $outputCount;
         for ($at = $count; $at < $end; ++$at) {
-            $arguments[$at] = ($this->values[$at] ??= new Value())->handle;
+            $arguments[$at] = ($this->values[$at] ?? $this->given($at, null))->handle;
+            $this->held[$at] = null;
         }
         $this->values[$end - 1]->set(null);
         $result = $this->result->handle;
@@ -226,6 +229,7 @@ abstract class Instance extends Owned
                 continue;
             }
             $value = $this->given($at, $native);
+            $this->held[$at] = null;
             $arguments[$at] = $value->handle;
             $count = max($count, $at + 1);
             if ($value !== $native) {
@@ -247,7 +251,10 @@ abstract class Instance extends Owned
             return $native;
         }
         $value = $this->values[$at] ??= new Value();
-        $value->set($native);
+        if ($native === null || ($this->held[$at] ?? null) !== $native) {
+            $value->set($native);
+            $this->held[$at] = \is_scalar($native) ? $native : null;
+        }
         return $value;
     }
 
