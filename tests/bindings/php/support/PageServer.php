@@ -51,12 +51,12 @@ abstract class PageServer
         return dirname(__DIR__, 4) . '/bindings/php';
     }
 
-    /** Settings of a server that preloads the package; the pages run as the user that the tests run as. */
+    /** Those of oxaqrycln.ini; the pages run as the user that the tests run as. */
     protected static function preloadSettings(): array
     {
         $user = posix_getpwuid(posix_geteuid())['name'];
         return ['ffi.enable=preload', 'opcache.enable=1', 'opcache.preload=' . self::package() . '/preload.php',
-            "opcache.preload_user=$user"];
+            "opcache.preload_user=$user", 'opcache.jit=tracing', 'opcache.jit_buffer_size=16M'];
     }
 }
 
