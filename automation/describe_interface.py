@@ -2,17 +2,20 @@
 """Reads the description of the component's interface and generates the requested files from it:
 
     automation/describe_interface.py [--record] [--cpp FILE] [--markdown FILE] [--man FILE] [--idl FILE]
+                                     [--php FILE] [--ffi FILE]
 
     --record         record the next free number for each member without one, in automation/interface_numbers.txt
     --cpp FILE       write the method table that the build compiles
     --markdown FILE  write docs/methods.md
     --man FILE       write docs/oxaqrycln.3
     --idl FILE       write the source of the type library that the build for Windows compiles
+    --php FILE       write bindings/php/src/Raw/Query.php
+    --ffi FILE       write bindings/php/oxaqrycln.ffi, the declarations of automation/c/oxaqrycln.h
 
 Without an option it only checks the description. An error is one line "FILE:LINE: what is wrong; what is expected".
 
-interface_header.py reads component/clsQuery.h and defines the data, interface_outputs.py generates the texts. A program
-that generates another text from the data imports load().
+interface_header.py reads component/clsQuery.h and defines the data, interface_outputs.py and php_outputs.py
+generate the texts. A program that generates another text from the data imports load().
 """
 import argparse
 import re
@@ -20,11 +23,13 @@ import sys
 from pathlib import Path
 
 import interface_outputs
+import php_outputs
 from interface_header import HEADER, DescriptionError, read_header
 
 ROOT = Path(__file__).resolve().parent.parent
 NUMBERS = "automation/interface_numbers.txt"
 RECORD_COMMAND = "automation/describe_interface.py --record"
+OUTPUTS = {**interface_outputs.OUTPUTS, **php_outputs.OUTPUTS}
 
 
 def read_header_file():
@@ -84,7 +89,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter,
                                      usage=argparse.SUPPRESS)
     parser.add_argument("--record", action="store_true", help=argparse.SUPPRESS)
-    for name in interface_outputs.OUTPUTS:
+    for name in OUTPUTS:
         parser.add_argument("--" + name, metavar="FILE", type=Path, help=argparse.SUPPRESS)
     arguments = parser.parse_args()
     try:
@@ -93,7 +98,7 @@ def main():
         interface = load()
     except DescriptionError as error:
         sys.exit(str(error))
-    for name, make in interface_outputs.OUTPUTS.items():
+    for name, make in OUTPUTS.items():
         if file := getattr(arguments, name):
             file.write_text(make(interface), encoding="utf-8")
 

@@ -59,7 +59,11 @@ foreach(file IN ITEMS README.md CHANGELOG.md CONTRIBUTING.md LICENSE
   cmake_path(GET file PARENT_PATH folder)
   install(FILES ${PROJECT_SOURCE_DIR}/${file} DESTINATION ${CMAKE_INSTALL_DOCDIR}/${folder})
 endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/bindings/php/oxaqrycln.ini DESTINATION ${CMAKE_INSTALL_DOCDIR}/bindings/php)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/oxaqrycln.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/oxaqry-log.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The PHP package; the shared library is where the system's loader finds it, or named in php.ini.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings/php/ DESTINATION ${CMAKE_INSTALL_DATADIR}/php/oxaqrycln)

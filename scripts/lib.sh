@@ -9,7 +9,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly PROJECT_ROOT=$PWD
 readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev libgmock-dev nlohmann-json3-dev
   libcli11-dev libsqlitecpp-dev libtiff-dev libhpdf-dev unixodbc-dev libgcrypt20-dev libbsd-dev libsqliteodbc python3)
-readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils)
+readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils php-cli php-fpm phpunit)
 
 # Prints a line of progress.
 say() { printf '==> %s\n' "$*"; }
@@ -63,12 +63,17 @@ need_packages() {
     fail "apt-get could not install ${missing[*]}"
 }
 
-# Installs what the tests need in addition: the programs of a PostgreSQL server, without a server for the whole machine.
+# Installs what the tests need in addition: the programs of a PostgreSQL server and of PHP's FastCGI server, without a
+# server for the whole machine.
 need_test_packages() {
   if ! is_installed postgresql && ! is_installed postgresql-common; then
     as_root mkdir -p /etc/postgresql-common/createcluster.d
     printf 'create_main_cluster = false\n' |
       as_root tee /etc/postgresql-common/createcluster.d/no-main-cluster.conf >/dev/null
+  fi
+  # The package starts its service unless that is masked; the name of the service is that of the package behind php-fpm.
+  if ! is_installed php-fpm && [[ -d /run/systemd/system ]]; then
+    as_root systemctl mask --quiet "$(apt-cache depends php-fpm | sed -n 's/.*Depends: \(php[0-9.]*-fpm\)$/\1/p')" || true
   fi
   need_packages "${TEST_PACKAGES[@]}"
 }

@@ -193,7 +193,7 @@ class NumbersTest(unittest.TestCase):
 
 class OutputsTest(unittest.TestCase):
     def make(self, output):
-        return interface_outputs.OUTPUTS[output](describe_interface.load(VALID, NUMBERS))
+        return describe_interface.OUTPUTS[output](describe_interface.load(VALID, NUMBERS))
 
     def test_the_method_table_has_each_member_with_its_kinds(self):
         text = " ".join(self.make("cpp").split())
@@ -216,6 +216,16 @@ class OutputsTest(unittest.TestCase):
         self.assertIn('[id(6), propput, helpstring("Write-only property: the hosts.")] '
                       'void Hosts([in] VARIANT strHosts);', methods)
         self.assertIn('VARIANT_BOOL Is();', methods)
+
+    def test_the_class_for_php_names_arguments_by_their_positions(self):
+        text = " ".join(self.make("php").replace("     * ", "").split())
+        self.assertIn("public function Ask(mixed $strWhat, mixed &$strPlace, mixed $intMost = Argument::LeftOut, mixed "
+                      "&$strStatus = Argument::LeftOut): mixed { return $this->invoke(4, [0 => $strWhat, 2 => $intMost], "
+                      "[1 => &$strPlace, 3 => &$strStatus]); }", text)
+        self.assertIn("public function End(): void { $this->invoke(5, [], []); }", text)
+        self.assertIn("@property \\DateTimeImmutable $datWhen A date.", text)
+        self.assertIn("'Hosts' => 6,", text)
+        self.assertNotIn("function Hosts", text)
 
     def test_the_pages_escape_the_markup_of_their_languages(self):
         header = VALID.replace("// Ends.", "// .End of strText: a*b_c ^d^ `e` <f> | g-h.")
@@ -240,9 +250,10 @@ class OutputsTest(unittest.TestCase):
 class CheckedInPagesTest(unittest.TestCase):
     def test_the_pages_are_current(self):
         interface = describe_interface.load()
-        for output, page in [("markdown", "docs/methods.md"), ("man", "docs/oxaqrycln.3")]:
+        for output, page in [("markdown", "docs/methods.md"), ("man", "docs/oxaqrycln.3"),
+                             ("php", "bindings/php/src/Raw/Query.php"), ("ffi", "bindings/php/oxaqrycln.ffi")]:
             with self.subTest(page):
-                is_current = (ROOT / page).read_text(encoding="utf-8") == interface_outputs.OUTPUTS[output](interface)
+                is_current = (ROOT / page).read_text(encoding="utf-8") == describe_interface.OUTPUTS[output](interface)
                 self.assertTrue(is_current, f"regenerate it: automation/describe_interface.py --{output} {page}")
 
     @unittest.skipUnless(shutil.which("groff"), "groff is not installed")

@@ -6,6 +6,7 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Callable
 
+import php_program
 from program import InterfaceFailed, lines_of
 from session_client import run_session
 from vbscript import SENTINEL, script
@@ -44,10 +45,18 @@ def run_com(environment, options):
     return lines[:-1]
 
 
+def run_php(environment, options):
+    """Needs the shared library in the environment variable OXAQRYCLN_LIBRARY, unless it is installed."""
+    file = environment.directory / "scenario.php"
+    file.write_text(php_program.program(environment), encoding="ascii")
+    return lines_of([options.program or "php", file])
+
+
 INTERFACES = {
     "cpp": Interface(run_program),
     "c": Interface(run_program),
     "session": Interface(run_session),
+    "php": Interface(run_php),
     # Under Wine 8 an object of a VBScript class, which a page would be, answers IDispatch::Invoke with E_NOTIMPL.
     "com": Interface(run_com, without=("page",), path=windows_path),
 }

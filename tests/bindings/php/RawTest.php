@@ -1,0 +1,91 @@
+<?php
+
+declare(strict_types=1);
+
+use Oxaqrycln\BadArgument;
+use Oxaqrycln\Raw\Kind;
+use Oxaqrycln\Raw\Library;
+use Oxaqrycln\Raw\Query;
+use Oxaqrycln\Raw\Value;
+use PHPUnit\Framework\TestCase;
+
+/** The raw level where the scenario does not reach: PHP's own values, and what is refused. */
+final class RawTest extends TestCase
+{
+    public function testPhpsValuesKeepTheirKindAndContent(): void
+    {
+        $date = new DateTimeImmutable('1988-02-29 23:59:58');
+        $values = [[null, Kind::Empty], [true, Kind::Boolean], [-2147483648, Kind::Long], [0.5, Kind::Double],
+            ["Jörg „€“ \u{81}\0.", Kind::Text], ['', Kind::Text]];
+        foreach ($values as [$native, $kind]) {
+            $value = new Value($native);
+            self::assertSame([$kind, $native], [$value->kind(), $value->native()], $kind->name);
+        }
+        self::assertEquals([Kind::Date, $date], [(new Value($date))->kind(), (new Value($date))->native()]);
+        self::assertSame(["\0\xFF", Kind::Bytes], [Value::bytes("\0\xFF")->native(), Value::bytes('a')->kind()]);
+        $query = new Query();
+        $query->datUserLoginTime = $date;
+        self::assertEquals($date, $query->datUserLoginTime);
+    }
+
+    public function testOutputsAreWrittenOrKeepTheirValue(): void
+    {
+        $query = new Query();
+        $status = 'secret';
+        self::assertSame(-1, $query->TELOGetChannelsInit($status));
+        self::assertStringContainsString('call Init first', $status);
+        self::assertSame([Kind::Integer, 91], [$query->result()->kind(), $query->handledError()[0]]);
+        self::assertSame('AC98A69293A4', $query->Encode('secret'));  // not what the method has written over it
+        [$kept, $new, $inValue] = ['kept', null, new Value(5)];
+        self::assertSame('', $query->TELOQueryArchiveNext($kept, $new, strVer: $inValue));
+        self::assertSame(['kept', null, 5], [$kept, $new, $inValue->native()]);
+    }
+
+    public function testAWholeListComesInOneCall(): void
+    {
+        $query = new Query();
+        $lines = "^0^,^0^,^0^,^0^\r\n^Reference^,^DocID^,^Version^,^Title^\r\n^r^,^1^,^1^,^ä€^\r\n^r^,^2^,^1^,^^\r\n";
+        self::assertSame(3, $query->TELOSortHitlist2Init($lines, 1));
+        $rows = $query->fetchRows('TELOSortHitlist2Next', 3);
+        self::assertSame([['^Reference^,^DocID^,^Version^,^Title^'], ['^r^,^2^,^1^,^^'], ['^r^,^1^,^1^,^ä€^']], array_map(
+            $rows->row(...),
+            range(0, \count($rows) - 1),
+        ));
+        self::assertCount(0, $query->fetchRows('TELOSortHitlist2Next', 5, everyRow: false));
+    }
+
+    public function testMisuseIsRefusedWithWhatIsWrong(): void
+    {
+        $query = new Query();
+        $value = new Value();
+        $cases = [
+            'no such variable' => ['no member none', fn() => $query->none = 1],
+            'no such list' => ['no member none', fn() => $query->fetchRows('none', 1)],
+            'no such row' => ['no text 0 of row 0', fn() => $query->fetchRows('HelloWorld', 0)->text(0)],
+            'no list' => ['needs the argument', fn() => $query->fetchRows('Encode', 1)],
+            'no number' => ['', fn() => $query->lngRequestTimeout = 'many'],
+            'number out of range' => ['not in the range', fn() => $query->lngRequestTimeout = 1 << 31],
+            'byte out of range' => ['not in the range', fn() => Value::byte(256)],
+            'foreign character' => ['character 2', fn() => $query->strUserName = 'aŁ'],
+            'no value' => ['stdClass', fn() => $query->Encode(new stdClass())],
+            'one value for two outputs' => ['twice', fn() => $query->TELOQueryArchiveNext($value, $value)],
+        ];
+        foreach ($cases as $case => [$text, $call]) {
+            try {
+                $call();
+                self::fail("$case: no error");
+            } catch (Oxaqrycln\Error $error) {
+                self::assertStringContainsString($text, $error->getMessage(), $case);
+                self::assertSame(str_starts_with($case, 'one') ? Oxaqrycln\Error::class : BadArgument::class, $error::class);
+            }
+        }
+        $query->free();
+        $this->expectException(Oxaqrycln\Error::class);
+        $query->HelloWorld();
+    }
+
+    public function testTheLibraryTellsItsRelease(): void
+    {
+        self::assertMatchesRegularExpression('/^\d+\.\d+\.\d+$/', Library::version());
+    }
+}
