@@ -52,6 +52,15 @@ struct MethodEntry {
 std::span<const VariableEntry> PublicVariables();
 std::span<const MethodEntry> PublicMethods();
 
+// A variable or a method; neither for a number without a member.
+struct Member {
+  const VariableEntry* variable = nullptr;
+  const MethodEntry* method = nullptr;
+};
+Member FindMember(int number);
+// The largest number of a member; none is left out below it.
+int MemberCount();
+
 // The entry of that name, regardless of letter case; nullptr for an unknown name.
 const VariableEntry* FindVariable(std::string_view name);
 const MethodEntry* FindMethod(std::string_view name);

@@ -10,19 +10,6 @@ namespace {
 
 constexpr std::string_view kSeparator = "^,^";
 
-// The first character that has no place in the code page, counted from 1.
-std::size_t PlaceOfForeignCharacter(std::string_view utf8) {
-  std::size_t place = 0;
-  for (std::size_t at = 0; at < utf8.size();) {
-    ++place;
-    std::size_t end = at + 1;
-    while (end < utf8.size() && (static_cast<unsigned char>(utf8[end]) & 0xC0U) == 0x80U) ++end;
-    if (!FromUtf8(utf8.substr(at, end - at))) return place;
-    at = end;
-  }
-  return place;
-}
-
 }  // namespace
 
 std::vector<std::string> Fields(std::string_view record) {

@@ -33,6 +33,8 @@ void QueryWatch::UseDatabase(std::shared_ptr<Connection> connection) {
   query_.state_->database = std::move(connection);
 }
 
+void QueryWatch::ForgetParentProcess() noexcept { Apartment::Abandon(); }
+
 void QueryWatch::ReuseText(clsQuery& query, Variant&& text) noexcept {
   constexpr std::size_t kLongest = 4096;
   if (text.type() != Variant::Type::String) return;

@@ -70,6 +70,10 @@ class QueryWatch {
   // the connection away without closing it.
   void UseDatabase(std::shared_ptr<Connection> connection);
 
+  // For a child process after fork(): the calling thread starts anew, without query servers and connection slots. Its
+  // instances are the parent's, whose connections they share: they must neither be used nor destroyed any more.
+  static void ForgetParentProcess() noexcept;
+
   // Returns the memory of a text that a method of the instance returned, for the next such text. Saves a host that
   // reads long lists an allocation a row.
   static void ReuseText(clsQuery& query, Variant&& text) noexcept;

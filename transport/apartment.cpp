@@ -13,6 +13,7 @@ using Share = std::shared_ptr<Apartment>;
 thread_local Share* current = nullptr;
 
 void ReleaseShare(void* share) noexcept {
+  if (share != current) return;  // abandoned
   current = nullptr;
   const std::unique_ptr<Share> owner(static_cast<Share*>(share));
 }
@@ -29,5 +30,7 @@ std::shared_ptr<Apartment> Apartment::Current() {
   }
   return *current;
 }
+
+void Apartment::Abandon() noexcept { current = nullptr; }
 
 }  // namespace oxaqrycln

@@ -17,6 +17,8 @@ class Apartment {
  public:
   // That of the calling thread. An instance owns a share, so that it may end after its thread.
   static std::shared_ptr<Apartment> Current();
+  // Leaves that of the calling thread as it is, and never releases it; the next Current() makes another one.
+  static void Abandon() noexcept;
 
   Apartment();
   Apartment(const Apartment&) = delete;

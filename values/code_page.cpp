@@ -74,6 +74,18 @@ bool WidenAscii(const char* from, char16_t* target) noexcept {
 }
 #endif
 
+// The number of characters below 0x80 at the start.
+std::size_t AsciiPrefix(std::string_view text) noexcept {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  std::size_t at = 0;
+  for (std::uint64_t word = 0; at + sizeof word <= text.size(); at += sizeof word) {
+    std::memcpy(&word, text.data() + at, sizeof word);
+    if ((word & kHighBits) != 0) break;
+  }
+  while (at < text.size() && static_cast<std::uint8_t>(text[at]) < 0x80) ++at;
+  return at;
+}
+
 }  // namespace
 
 std::uint32_t ToUnicode(char character) noexcept {
@@ -108,23 +120,30 @@ std::string LowerCase(std::string_view text) {
   return lower;
 }
 
+bool IsAscii(std::string_view text) noexcept { return AsciiPrefix(text) == text.size(); }
+
 std::string ToUtf8(std::string_view text) {
   std::string utf8;
   utf8.reserve(text.size() + text.size() / 8);
-  for (const char c : text) {
-    const std::uint32_t code = ToUnicode(c);
-    if (code < 0x80) {
-      utf8 += c;
-    } else if (code < 0x800) {
+  AppendUtf8(utf8, text);
+  return utf8;
+}
+
+void AppendUtf8(std::string& utf8, std::string_view text) {
+  for (;;) {
+    const std::size_t prefix = AsciiPrefix(text);
+    utf8.append(text.data(), prefix);
+    if (prefix == text.size()) return;
+    const std::uint32_t code = ToUnicode(text[prefix]);
+    if (code < 0x800) {
       utf8 += static_cast<char>(0xC0U | code >> 6U);
-      utf8 += static_cast<char>(0x80U | (code & 0x3FU));
     } else {
       utf8 += static_cast<char>(0xE0U | code >> 12U);
       utf8 += static_cast<char>(0x80U | (code >> 6U & 0x3FU));
-      utf8 += static_cast<char>(0x80U | (code & 0x3FU));
     }
+    utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+    text.remove_prefix(prefix + 1);
   }
-  return utf8;
 }
 
 std::optional<std::string> FromUtf8(std::string_view utf8) {
@@ -139,6 +158,15 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
     utf8.remove_prefix(decoded.byteCount);
   }
   return text;
+}
+
+std::size_t PlaceOfForeignCharacter(std::string_view utf8) noexcept {
+  for (std::size_t place = 1; !utf8.empty(); ++place) {
+    const Decoded decoded = DecodeOne(utf8);
+    if (decoded.byteCount == 0 || !FromUnicode(decoded.code)) return place;
+    utf8.remove_prefix(decoded.byteCount);
+  }
+  return 0;
 }
 
 void ToUtf16(std::string_view text, char16_t* target) noexcept {

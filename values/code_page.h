@@ -4,6 +4,7 @@
 #ifndef OXAQRYCLN_VALUES_CODE_PAGE_H_
 #define OXAQRYCLN_VALUES_CODE_PAGE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,9 +24,14 @@ std::uint32_t ToUnicode(char character) noexcept;
 // Nothing for a character that the code page does not have.
 std::optional<char> FromUnicode(std::uint32_t code) noexcept;
 
+// Whether all characters are below 0x80, which are the same in UTF-8.
+bool IsAscii(std::string_view text) noexcept;
 std::string ToUtf8(std::string_view text);
+void AppendUtf8(std::string& utf8, std::string_view text);
 // Nothing if the text is not well-formed UTF-8 or contains a character that the code page does not have.
 std::optional<std::string> FromUtf8(std::string_view utf8);
+// The first character for which that is nothing, counted from 1; 0 without one.
+std::size_t PlaceOfForeignCharacter(std::string_view utf8) noexcept;
 
 // Every character of the code page is one unit; target has room for text.size() units.
 void ToUtf16(std::string_view text, char16_t* target) noexcept;

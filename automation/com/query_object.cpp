@@ -3,7 +3,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "automation/com/argument_list.h"
 #include "automation/com/boundary.h"
@@ -16,30 +15,6 @@
 
 namespace oxaqrycln::com {
 namespace {
-
-// A variable or a method; neither for a number without a member.
-struct Member {
-  const VariableEntry* variable = nullptr;
-  const MethodEntry* method = nullptr;
-};
-
-std::vector<Member> CollectMembers() {
-  std::vector<Member> members;
-  const auto at = [&](int number) -> Member& {
-    const auto index = static_cast<std::size_t>(number);
-    if (members.size() <= index) members.resize(index + 1);
-    return members[index];
-  };
-  for (const VariableEntry& variable : PublicVariables()) at(variable.number).variable = &variable;
-  for (const MethodEntry& method : PublicMethods()) at(method.number).method = &method;
-  return members;
-}
-
-Member MemberOf(DISPID number) {
-  static const auto* const members = new std::vector<Member>(CollectMembers());  // NOLINT: never destroyed
-  const auto index = static_cast<std::size_t>(number);
-  return number > 0 && index < members->size() ? (*members)[index] : Member{};
-}
 
 std::string NameOf(const wchar_t* name) {
   const std::wstring_view wide(name);
@@ -199,7 +174,7 @@ HRESULT QueryObject::Invoke(DISPID number, REFIID reserved, LCID /*locale*/, WOR
 
 HRESULT QueryObject::Dispatch(DISPID number, WORD access, const DISPPARAMS& parameters, VARIANT* result,
                               UINT* wrongArgument) {
-  const Member member = MemberOf(number);
+  const Member member = FindMember(number);
   if (member.variable != nullptr) return AccessVariable(*member.variable, query_, access, parameters, result);
   if (member.method == nullptr) return DISP_E_MEMBERNOTFOUND;
   if (member.method->isProperty) return AssignProperty(*member.method, query_, access, parameters);

@@ -1,22 +1,35 @@
+#include <cstddef>
+#include <memory>
+#include <vector>
+
 #include "platform/threads/thread_exit.h"
 
 namespace oxaqrycln {
 namespace {
 
-struct Release {
-  ~Release() {
-    if (release != nullptr) release(what);
+struct Call {
+  void (*release)(void*) noexcept;
+  void* what;
+};
+using Calls = std::vector<Call>;
+
+// A plain pointer: destructors of the host may come here after the calls have been made.
+thread_local Calls* calls = nullptr;
+
+struct AtExit {
+  ~AtExit() {
+    for (std::size_t i = 0; i < calls->size(); ++i) calls->at(i).release(calls->at(i).what);
+    const std::unique_ptr<Calls> owner(calls);
+    calls = nullptr;
   }
-  void (*release)(void*) noexcept = nullptr;
-  void* what = nullptr;
 };
 
 }  // namespace
 
 void AtThreadExit(void (*release)(void*) noexcept, void* what) {
-  thread_local Release atExit;
-  atExit.release = release;
-  atExit.what = what;
+  if (calls == nullptr) calls = new Calls;  // NOLINT
+  thread_local AtExit atExit;
+  calls->push_back({release, what});
 }
 
 }  // namespace oxaqrycln

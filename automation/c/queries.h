@@ -1,0 +1,49 @@
+// queries.h - what a handle of a query stands for.
+#ifndef OXAQRYCLN_AUTOMATION_C_QUERIES_H_
+#define OXAQRYCLN_AUTOMATION_C_QUERIES_H_
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "automation/c/handle_table.h"
+#include "automation/method_table.h"
+#include "component/query_watch.h"
+
+namespace oxaqrycln::c {
+
+class Query final : public HandleObject {
+ public:
+  static constexpr HandleKind kKind = HandleKind::Query;
+
+  Query();
+  // The handle that the query has got.
+  void Connect(const SharedHandle& handle) noexcept { handle_ = handle; }
+
+  // Calls a method. Meanwhile the query is in use; a cancellation by the handle holds, and its progress is kept.
+  Variant Call(const MethodEntry& method, std::span<Variant* const> arguments);
+  // Has the instance use the memory of a result for the next one.
+  void Reuse(Variant&& result) noexcept { QueryWatch::ReuseText(instance_, std::move(result)); }
+
+  clsQuery& instance() noexcept { return instance_; }
+  QueryWatch& watch() noexcept { return watch_; }
+  // A text for the caller that is valid until the next call; place 0 or 1.
+  std::string_view Keep(std::size_t place, std::string_view windows1252);
+
+ private:
+  void TakeCancellation() noexcept;
+  void KeepProgress(const RequestProgress& progress) noexcept;
+
+  clsQuery instance_;
+  QueryWatch watch_;
+  SharedHandle handle_;
+  std::array<std::string, 2> texts_;
+};
+
+// The method of a number, for a call; null for another member and for none, after Fail().
+const MethodEntry* MethodOf(std::int32_t number);
+
+}  // namespace oxaqrycln::c
+
+#endif  // OXAQRYCLN_AUTOMATION_C_QUERIES_H_

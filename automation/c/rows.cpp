@@ -1,0 +1,149 @@
+// The functions for rows: a whole list in one call.
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <new>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "automation/c/queries.h"
+#include "automation/c/values.h"
+#include "values/code_page.h"
+
+using namespace oxaqrycln;
+using namespace oxaqrycln::c;
+
+namespace {
+
+// What a caller asks for.
+struct Wanted {
+  const MethodEntry& method;
+  std::int32_t max;
+  std::span<const std::int32_t> columns;
+  bool everyRow;
+  bool utf8;
+};
+
+// The outputs of the method, of which the columns are some.
+class RowReader {
+ public:
+  RowReader(Query& query, const Wanted& wanted, Rows& rows)
+      : query_(query), wanted_(wanted), rows_(rows), pointers_(wanted.method.parameters.size()) {
+    for (const std::int32_t column : wanted.columns)
+      outputs_.push_back({static_cast<std::size_t>(column), Variant("")});
+    for (Output& output : outputs_) pointers_[output.position] = &output.value;
+    rows_.columnCount = static_cast<std::int32_t>(wanted.columns.size()) + 1;
+    rows_.offsets.push_back(0);
+  }
+
+  void ReadAll() {
+    while (rows_.rowCount < wanted_.max) {
+      Variant result = query_.Call(wanted_.method, pointers_);
+      const bool isOver = query_.watch().LastError().number != 0 || (!wanted_.everyRow && IsEnd(result));
+      if (!isOver) AddRow(result);
+      query_.Reuse(std::move(result));
+      if (isOver) break;
+    }
+  }
+
+ private:
+  struct Output {
+    std::size_t position;
+    Variant value;
+  };
+
+  static bool IsEnd(const Variant& result) {
+    std::string scratch;
+    return result.type() == Variant::Type::String ? result.TextView(scratch).empty() : result.ToLong() < 0;
+  }
+
+  void AddRow(const Variant& result) {
+    Add(result);
+    for (Output& output : outputs_) {
+      Add(output.value);
+      output.value.AssignText("");
+    }
+    ++rows_.rowCount;
+  }
+
+  void Add(const Variant& value) {
+    const std::string_view text = value.TextView(scratch_);
+    if (wanted_.utf8) {
+      AppendUtf8(rows_.block, text);
+    } else {
+      rows_.block.append(text);
+    }
+    if (rows_.block.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+    rows_.offsets.push_back(static_cast<std::uint32_t>(rows_.block.size()));
+  }
+
+  Query& query_;
+  const Wanted& wanted_;
+  Rows& rows_;
+  std::vector<Output> outputs_;
+  std::vector<Variant*> pointers_;
+  std::string scratch_;
+};
+
+std::int32_t CheckColumns(const MethodEntry& method, std::span<const std::int32_t> columns) {
+  std::vector<bool> isNamed(method.parameters.size());
+  for (const std::int32_t column : columns) {
+    const auto position = static_cast<std::size_t>(column);
+    const bool isOutput = column >= 0 && position < isNamed.size() &&
+                          method.parameters[position].kind == ParameterKind::OptionalOut && !isNamed[position];
+    if (!isOutput) {
+      return Fail(OXAQRY_E_ARGUMENT,
+                  {"the parameter ", std::to_string(column), " of ", method.name, " is no output, or named twice"});
+    }
+    isNamed[position] = true;
+  }
+  return OXAQRY_OK;
+}
+
+std::int32_t Check(const MethodEntry& method, std::int32_t max, const std::int32_t* columns, std::int32_t columnCount,
+                   std::int32_t end, std::int32_t encoding) {
+  for (const ParameterEntry& parameter : method.parameters) {
+    if (parameter.kind == ParameterKind::In || parameter.kind == ParameterKind::InOut) {
+      return Fail(OXAQRY_E_COUNT, {method.name, " needs the argument ", parameter.name});
+    }
+  }
+  if (method.result == ResultKind::None) return Fail(OXAQRY_E_MEMBER, {method.name, " has no result"});
+  if (max < 0 || columnCount < 0) return Fail(OXAQRY_E_ARGUMENT, {"a count is negative"});
+  if (columns == nullptr && columnCount > 0) return IsNull("columns");
+  if (end != OXAQRY_UNTIL_END && end != OXAQRY_EVERY_ROW) return Fail(OXAQRY_E_ARGUMENT, {"there is no such end"});
+  if (!IsEncoding(encoding)) return NoEncoding();
+  return CheckColumns(method, std::span(columns, static_cast<std::size_t>(columnCount)));
+}
+
+}  // namespace
+
+int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, const int32_t* columns,
+                          int32_t column_count, int32_t end, int32_t encoding, oxaqry_rows** rows) {
+  return With<Query>(query, [&](Query& source) -> std::int32_t {
+    const MethodEntry* const entry = MethodOf(method);
+    if (entry == nullptr) return OXAQRY_E_MEMBER;
+    const std::int32_t code = Check(*entry, max, columns, column_count, end, encoding);
+    if (code != OXAQRY_OK) return code;
+    if (rows == nullptr) return IsNull("rows");
+    const Wanted wanted{*entry, max, std::span(columns, static_cast<std::size_t>(column_count)),
+                        end == OXAQRY_EVERY_ROW, encoding == OXAQRY_UTF8};
+    auto made = std::make_unique<Rows>();
+    RowReader(source, wanted, *made).ReadAll();
+    return HandOut(std::move(made), rows);
+  });
+}
+
+int32_t oxaqry_rows_read(oxaqry_rows* rows, int32_t* row_count, int32_t* column_count, const char** block,
+                         const uint32_t** offsets) {
+  return With<Rows>(rows, [&](Rows& source) {
+    Give(row_count, source.rowCount);
+    Give(column_count, source.columnCount);
+    Give(block, source.block.data());
+    Give(offsets, source.offsets.data());
+    return OXAQRY_OK;
+  });
+}
+
+int32_t oxaqry_rows_free(oxaqry_rows* rows) { return FreeHandle(rows, HandleKind::Rows); }

@@ -1,0 +1,36 @@
+// values.h - what a handle of a value or of rows stands for, and texts in the encodings of the C interface.
+#ifndef OXAQRYCLN_AUTOMATION_C_VALUES_H_
+#define OXAQRYCLN_AUTOMATION_C_VALUES_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/c/handle_table.h"
+#include "values/variant.h"
+
+namespace oxaqrycln::c {
+
+struct Value final : HandleObject {
+  static constexpr HandleKind kKind = HandleKind::Value;
+  Variant variant;
+  std::string text;  // what was handed out last, when variant does not hold it
+};
+
+struct Rows final : HandleObject {
+  static constexpr HandleKind kKind = HandleKind::Rows;
+  std::int32_t rowCount = 0;
+  std::int32_t columnCount = 0;
+  std::string block;
+  std::vector<std::uint32_t> offsets;
+};
+
+inline bool IsEncoding(std::int32_t encoding) noexcept {
+  return encoding == OXAQRY_UTF8 || encoding == OXAQRY_WINDOWS_1252;
+}
+inline std::int32_t NoEncoding() noexcept { return Fail(OXAQRY_E_ARGUMENT, {"there is no such encoding"}); }
+
+}  // namespace oxaqrycln::c
+
+#endif  // OXAQRYCLN_AUTOMATION_C_VALUES_H_
