@@ -2,12 +2,14 @@
 """Reads the description of the component's interface and generates the requested files from it:
 
     automation/describe_interface.py [--record] [--cpp FILE] [--markdown FILE] [--man FILE] [--idl FILE]
+                                     [--python FILE]
 
     --record         record the next free number for each member without one, in automation/interface_numbers.txt
     --cpp FILE       write the method table that the build compiles
     --markdown FILE  write docs/methods.md
     --man FILE       write docs/oxaqrycln.3
     --idl FILE       write the source of the type library that the build for Windows compiles
+    --python FILE    write bindings/python/src/oxaqrycln/raw.pyi
 
 Without an option it only checks the description. An error is one line "FILE:LINE: what is wrong; what is expected".
 
