@@ -7,6 +7,7 @@ from pathlib import Path
 from typing import Callable
 
 from program import InterfaceFailed, lines_of
+from python_client import run_python
 from session_client import run_session
 from vbscript import SENTINEL, script
 
@@ -47,6 +48,7 @@ def run_com(environment, options):
 INTERFACES = {
     "cpp": Interface(run_cpp),
     "session": Interface(run_session),
+    "python": Interface(run_python),
     # Under Wine 8 an object of a VBScript class, which a page would be, answers IDispatch::Invoke with E_NOTIMPL.
     "com": Interface(run_com, without=("page",), path=windows_path),
 }

@@ -3,6 +3,7 @@
 
     run.py --interface cpp --program build/debug/tests/scenario/scenario_cpp
     run.py --interface session --program build/debug/tools/oxaqry/oxaqry
+    run.py --interface python --program build/debug/liboxaqrycln.so.1
     run.py --interface com --wine-prefix DIR --dll OXAQryCln.dll
 
 Prints the first line that differs and what the server found wrong; the exit status is 0 if there is no difference.

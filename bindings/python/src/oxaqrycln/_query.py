@@ -204,22 +204,20 @@ class QueryCore:
         self._is_running = self._is_cancelled = False
 
     def close(self) -> None:
-        """Closes what the query has open and gives its query server back."""
-        query, self._query = getattr(self, "_query", None), c_void_p()
-        if query:
-            try:
-                library.check(library.query_free(query))
-            finally:
-                for value in self._values:
-                    library.value_free(value)
+        """Closes what the query has open and gives its query server back. Leaves a query of the parent process alone."""
+        if self._is_running:
+            raise Error("a call of the query is running")
+        query, self._query = self._query, c_void_p()
+        library.query_free(query)
+        for value in self._values:
+            library.value_free(value)
+        self._values.clear()
 
     # The library frees what is dropped on another thread when the owner next calls it. Its answer tells nothing new.
     def __del__(self, free_query: Any = library.query_free, free_value: Any = library.value_free) -> None:
-        query = getattr(self, "_query", None)
-        if query:
-            free_query(query)
-            for value in self._values:
-                free_value(value)
+        free_query(getattr(self, "_query", None))
+        for value in getattr(self, "_values", ()):
+            free_value(value)
 
     # ---- Values ----
 
