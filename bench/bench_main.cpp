@@ -3,6 +3,7 @@
 //   oxaqrycln_bench --peak ROWS    one search; prints the peak memory that it added and the size of the answer
 //   oxaqrycln_bench --sort ROWS    one search and two sorts; prints the peak memory that the sorts added and the rows
 //   oxaqrycln_bench --first ROWS   prints the nanoseconds of the limit and of the first search of a process
+//   oxaqrycln_bench --serve        prints the port of the benchmarks' server, which ends with standard input
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -92,10 +93,18 @@ int MeasureFirst(int rows) {
   return 0;
 }
 
+int Serve() {
+  std::printf("%d\n", static_cast<int>(oxaqrycln::bench::TheServer().port()));
+  std::fflush(stdout);
+  while (std::getchar() != EOF) continue;
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   oxaqrycln::bench::TheServer();
+  if (argc == 2 && std::string_view(argv[1]) == "--serve") return Serve();
   oxaqrycln::bench::StayOnProcessor(0);
   if (argc == 3 && std::string_view(argv[1]) == "--requests") return SendRequests(std::atoi(argv[2]));
   if (argc == 3 && std::string_view(argv[1]) == "--peak") return MeasurePeak(std::atoi(argv[2]));
