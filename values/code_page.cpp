@@ -74,9 +74,30 @@ bool WidenAscii(const char* from, char16_t* target) noexcept {
 }
 #endif
 
+constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+
+std::size_t Utf8Size(char character) noexcept {
+  const std::uint32_t code = ToUnicode(character);
+  return code < 0x80 ? 1 : code < 0x800 ? 2 : 3;
+}
+
+// Writes a character that is not below 0x80; returns its number of bytes, 2 or 3.
+std::size_t EncodeOne(char character, char* target) noexcept {
+  const std::uint32_t code = ToUnicode(character);
+  const auto last = static_cast<char>(0x80U | (code & 0x3FU));
+  if (code < 0x800) {
+    target[0] = static_cast<char>(0xC0U | code >> 6U);
+    target[1] = last;
+    return 2;
+  }
+  target[0] = static_cast<char>(0xE0U | code >> 12U);
+  target[1] = static_cast<char>(0x80U | (code >> 6U & 0x3FU));
+  target[2] = last;
+  return 3;
+}
+
 // The number of characters below 0x80 at the start.
 std::size_t AsciiPrefix(std::string_view text) noexcept {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
   std::size_t at = 0;
   for (std::uint64_t word = 0; at + sizeof word <= text.size(); at += sizeof word) {
     std::memcpy(&word, text.data() + at, sizeof word);
@@ -130,20 +151,39 @@ std::string ToUtf8(std::string_view text) {
 }
 
 void AppendUtf8(std::string& utf8, std::string_view text) {
-  for (;;) {
-    const std::size_t prefix = AsciiPrefix(text);
-    utf8.append(text.data(), prefix);
-    if (prefix == text.size()) return;
-    const std::uint32_t code = ToUnicode(text[prefix]);
-    if (code < 0x800) {
-      utf8 += static_cast<char>(0xC0U | code >> 6U);
-    } else {
-      utf8 += static_cast<char>(0xE0U | code >> 12U);
-      utf8 += static_cast<char>(0x80U | (code >> 6U & 0x3FU));
+  const std::size_t prefix = AsciiPrefix(text);
+  utf8.append(text.data(), prefix);
+  text.remove_prefix(prefix);
+  if (text.empty()) return;
+  std::size_t byteCount = 0;
+  for (const char character : text) byteCount += Utf8Size(character);
+  const std::size_t size = utf8.size();
+  utf8.resize(size + byteCount + sizeof(std::uint64_t));
+  WriteUtf8(text, utf8.data() + size);
+  utf8.resize(size + byteCount);
+}
+
+std::size_t WriteUtf8(std::string_view text, char* target) noexcept {
+  char* end = target;
+  for (std::size_t at = 0; at < text.size();) {
+    std::uint64_t word = 0;
+    if (at + sizeof word <= text.size()) {
+      std::memcpy(&word, text.data() + at, sizeof word);
+      if ((word & kHighBits) == 0) {
+        std::memcpy(end, &word, sizeof word);
+        at += sizeof word;
+        end += sizeof word;
+        continue;
+      }
     }
-    utf8 += static_cast<char>(0x80U | (code & 0x3FU));
-    text.remove_prefix(prefix + 1);
+    const char character = text[at++];
+    if (static_cast<std::uint8_t>(character) < 0x80) {
+      *end++ = character;
+    } else {
+      end += EncodeOne(character, end);
+    }
   }
+  return static_cast<std::size_t>(end - target);
 }
 
 std::optional<std::string> FromUtf8(std::string_view utf8) {

@@ -28,6 +28,10 @@ std::optional<char> FromUnicode(std::uint32_t code) noexcept;
 bool IsAscii(std::string_view text) noexcept;
 std::string ToUtf8(std::string_view text);
 void AppendUtf8(std::string& utf8, std::string_view text);
+// The same at target; returns how many bytes it wrote. Up to eight bytes behind them may be overwritten, too: a text
+// has room in Utf8Room(text.size()) bytes.
+std::size_t WriteUtf8(std::string_view text, char* target) noexcept;
+constexpr std::size_t Utf8Room(std::size_t byteCount) noexcept { return 3 * byteCount + 8; }
 // Nothing if the text is not well-formed UTF-8 or contains a character that the code page does not have.
 std::optional<std::string> FromUtf8(std::string_view utf8);
 // The first character for which that is nothing, counted from 1; 0 without one.

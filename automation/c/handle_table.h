@@ -4,8 +4,11 @@
 #ifndef OXAQRYCLN_AUTOMATION_C_HANDLE_TABLE_H_
 #define OXAQRYCLN_AUTOMATION_C_HANDLE_TABLE_H_
 
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -32,6 +35,59 @@ struct HandleObject {
   int uses = 0;  // by running calls: readers, or -1 for one that writes
 };
 
+struct ThreadRecord;
+
+// A place in the table. Its memory is never freed, because other threads look at it.
+struct alignas(64) Slot {
+  std::atomic<std::uint64_t> tag = 0;  // TagOf(); of the last handle, with the kind None when it is not live
+  std::atomic<ThreadRecord*> owner = nullptr;
+  std::uint32_t index = 0;
+  // Of the owner. The object is owned by the place, which has no destructor, because it must outlive every thread.
+  HandleObject* object = nullptr;
+  Slot* next = nullptr;
+  Slot* previous = nullptr;
+  Slot* nextQueued = nullptr;  // guarded by the owner's mutex
+  Slot* nextFree = nullptr;    // guarded by the table's mutex
+  SharedState shared;
+};
+
+// A handle holds an odd number, as no pointer to an object does: 1, the index, the generation.
+constexpr unsigned kWordBits = std::numeric_limits<std::uintptr_t>::digits;
+constexpr unsigned kGenerationBits = kWordBits == 64 ? 32 : 12;
+constexpr unsigned kIndexBits = kWordBits - 1 - kGenerationBits;
+constexpr std::uintptr_t kIndexMask = (std::uintptr_t{1} << kIndexBits) - 1;
+constexpr std::uint32_t kLastGeneration = kGenerationBits == 32 ? 0xFFFFFFFF : (1U << kGenerationBits) - 1;
+
+// The first places are part of the library, where they are found without a further look; the others are made in blocks.
+constexpr std::uint32_t kBlockSize = 2048;
+constexpr std::uint32_t kBlocks = kWordBits == 64 ? 0x1000 : (1U << kIndexBits) / kBlockSize;
+
+extern constinit std::array<Slot, kBlockSize> firstSlots;
+extern constinit std::array<std::atomic<Slot*>, kBlocks> slotBlocks;  // from the second one on
+extern constinit thread_local ThreadRecord* current;                  // null before the first handle of the thread
+
+constexpr std::uint64_t TagOf(std::uint32_t generation, HandleKind kind) noexcept {
+  return std::uint64_t{generation} << 8U | static_cast<std::uint8_t>(kind);
+}
+struct Live {
+  Slot* slot = nullptr;  // null for a handle that is not live, or of another kind
+  std::uint64_t tag = 0;
+};
+inline Live FindSlot(const void* handle, HandleKind kind) noexcept {
+  const auto number = reinterpret_cast<std::uintptr_t>(handle);
+  const std::uintptr_t index = (number >> 1U) & kIndexMask;
+  Slot* block = firstSlots.data();
+  if (index >= kBlockSize) {
+    if (index >= std::uintptr_t{kBlocks} * kBlockSize) return {};
+    block = slotBlocks[index / kBlockSize].load(std::memory_order_acquire);
+    if (block == nullptr) return {};
+  }
+  if ((number & 1U) == 0) return {};
+  Slot& slot = block[index % kBlockSize];
+  const std::uint64_t tag = TagOf(static_cast<std::uint32_t>(number >> (kIndexBits + 1)), kind);
+  return slot.tag.load(std::memory_order_acquire) == tag ? Live{&slot, tag} : Live{};
+}
+
 // A live handle as every thread may see it; shared is null when there is none, and code tells why.
 struct SharedHandle {
   SharedState* shared = nullptr;
@@ -50,7 +106,18 @@ struct FoundObject {
   HandleObject* object = nullptr;
   std::int32_t code = OXAQRY_OK;
 };
-FoundObject FindObject(const void* handle, HandleKind kind) noexcept;
+// Keeps why the calling thread cannot use a handle, whose place is slot when it is live; returns the code.
+std::int32_t Refused(const void* handle, const Slot* slot) noexcept;
+inline FoundObject FindObject(const void* handle, HandleKind kind) noexcept {
+  const Live live = FindSlot(handle, kind);
+  if (live.slot == nullptr || live.slot->owner.load(std::memory_order_relaxed) != current) [[unlikely]] {
+    return {.code = Refused(handle, live.slot)};
+  }
+  return {live.slot->object};
+}
+// Releases what other threads have freed of the calling thread's objects, unless a running call uses it. To be called
+// before a function finds its objects.
+void ReleaseQueued() noexcept;
 // Frees the object of a handle; that of another thread is freed by its thread. From any thread; null is accepted.
 std::int32_t FreeHandle(const void* handle, HandleKind kind) noexcept;
 

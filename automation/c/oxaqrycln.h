@@ -176,6 +176,10 @@ OXAQRY_API int32_t oxaqry_value_get_double(oxaqry_value* value, double* number);
 OXAQRY_API int32_t oxaqry_value_get_date(oxaqry_value* value, int64_t* seconds);
 // Borrowed until the value is read as a text again, changed (also by a call) or freed.
 OXAQRY_API int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char** text, size_t* length);
+// The same for several values at once, as one row of a list: texts and lengths have room for count of them. For a NULL
+// among the values they receive the empty text. Ends at the first value that cannot be read, with its code.
+OXAQRY_API int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t encoding, const char** texts,
+                                          size_t* lengths);
 // Of a value of the kind OXAQRY_BYTES only. Borrowed until the value is changed or freed.
 OXAQRY_API int32_t oxaqry_value_get_bytes(oxaqry_value* value, const uint8_t** bytes, size_t* length);
 
@@ -210,7 +214,8 @@ enum oxaqry_rows_end {
 // Calls a method without required arguments, one that reads the next record of a list, until the list ends or max rows
 // are read. A row is the result of the method, then its outputs at column_count positions among the parameters, counted
 // from 0 and each named once; columns may be NULL when column_count is 0. Everything becomes text as in
-// oxaqry_value_get_text(); an output that was not written is "". end: an oxaqry_rows_end. When the method fails at a
+// oxaqry_value_get_text(); an output that the method does not write keeps the text of the row before, "" in the first
+// one. end: an oxaqry_rows_end. When the method fails at a
 // record, the rows before it are returned, and oxaqry_handled_error() tells the error; its number is 0 when all is
 // well. OXAQRY_E_MEMORY when the texts have more than 4 GiB. Owned: oxaqry_rows_free().
 OXAQRY_API int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, const int32_t* columns,

@@ -22,7 +22,7 @@ bool IsRequired(ParameterKind kind) noexcept { return kind == ParameterKind::In 
 // The values of one call, which are in use as long as this lives.
 class UsedValues {
  public:
-  UsedValues() = default;
+  UsedValues() noexcept {}  // NOLINT: leaves the array as it is, because clearing it takes as long as a short call
   ~UsedValues() {
     for (std::size_t i = 0; i < count_; ++i) values_[i]->uses = values_[i]->uses < 0 ? 0 : values_[i]->uses - 1;
   }
@@ -45,12 +45,13 @@ class UsedValues {
   }
 
  private:
-  std::array<Value*, kMostArguments + 1> values_{};
+  std::array<Value*, kMostArguments + 1> values_;  // the first count_ of them
   std::size_t count_ = 0;
 };
 
 class Arguments {
  public:
+  Arguments() noexcept {}  // NOLINT: as for UsedValues
   // Reads the values of the caller; returns a code.
   std::int32_t Read(const MethodEntry& method, oxaqry_value* const* values, std::int32_t count) noexcept {
     const std::size_t most = method.parameters.size();
@@ -61,6 +62,7 @@ class Arguments {
     count_ = static_cast<std::size_t>(count);
     for (std::size_t i = 0; i < most; ++i) {
       const ParameterEntry& parameter = method.parameters[i];
+      pointers_[i] = nullptr;
       if (i < count_ && values[i] != nullptr) {
         std::int32_t code = OXAQRY_OK;
         Value* const value = used_.Take(values[i], IsOutput(parameter.kind), code);
@@ -86,7 +88,7 @@ class Arguments {
  private:
   UsedValues used_;
   std::size_t count_ = 0;
-  std::array<Variant*, kMostArguments> pointers_{};
+  std::array<Variant*, kMostArguments> pointers_;  // as many as the method has parameters
   Value* result_ = nullptr;
 };
 
@@ -127,7 +129,10 @@ std::string_view Query::Keep(std::size_t place, std::string_view windows1252) {
 }
 
 void Query::TakeCancellation() noexcept {
-  if (handle_.shared->cancelled.load(std::memory_order_relaxed) == handle_.generation) {
+  const bool isCancelled = handle_.shared->cancelled.load(std::memory_order_relaxed) == handle_.generation;
+  if (isCancelled == isCancelled_) return;
+  isCancelled_ = isCancelled;
+  if (isCancelled) {
     watch_.Cancel();
   } else {
     watch_.Resume();
@@ -164,7 +169,7 @@ int32_t oxaqry_query_new(oxaqry_query** query) {
 int32_t oxaqry_query_free(oxaqry_query* query) { return FreeHandle(query, HandleKind::Query); }
 
 int32_t oxaqry_get_variable(oxaqry_query* query, int32_t member, oxaqry_value* value) {
-  return With<Query>(query, [&](Query& source) {
+  return WithQuery(query, [&](Query& source) {
     return With<Value>(value, [&](Value& target) -> std::int32_t {
       const VariableEntry* const variable = FindMember(member).variable;
       if (variable == nullptr) return Fail(OXAQRY_E_MEMBER, {"there is no variable ", std::to_string(member)});
@@ -175,7 +180,7 @@ int32_t oxaqry_get_variable(oxaqry_query* query, int32_t member, oxaqry_value* v
 }
 
 int32_t oxaqry_set_variable(oxaqry_query* query, int32_t member, oxaqry_value* value) {
-  return With<Query>(query, [&](Query& target) {
+  return WithQuery(query, [&](Query& target) {
     return With<Value>(value, [&](Value& source) -> std::int32_t {
       const Member found = FindMember(member);
       if (found.variable != nullptr) {
@@ -192,15 +197,19 @@ int32_t oxaqry_set_variable(oxaqry_query* query, int32_t member, oxaqry_value* v
 }
 
 int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value** values, int32_t count, oxaqry_value* result) {
-  return With<Query>(query, [&](Query& target) -> std::int32_t {
+  return WithQuery(query, [&](Query& target) -> std::int32_t {
     const MethodEntry* const entry = MethodOf(method);
     if (entry == nullptr) return OXAQRY_E_MEMBER;
     Arguments arguments;
     if (const std::int32_t code = arguments.Read(*entry, values, count); code != OXAQRY_OK) return code;
     if (const std::int32_t code = arguments.ReadResult(result); code != OXAQRY_OK) return code;
     Variant returned = target.Call(*entry, arguments.pointers());
-    if (arguments.result() != nullptr) std::swap(*arguments.result(), returned);
-    target.Reuse(std::move(returned));
+    if (arguments.result() != nullptr) {
+      target.Reuse(std::move(*arguments.result()));
+      *arguments.result() = std::move(returned);
+    } else {
+      target.Reuse(std::move(returned));
+    }
     return OXAQRY_OK;
   });
 }

@@ -38,8 +38,16 @@ class Query final : public HandleObject {
   clsQuery instance_;
   QueryWatch watch_;
   SharedHandle handle_;
+  bool isCancelled_ = false;
   std::array<std::string, 2> texts_;
 };
+
+// Runs body(query) as With does; first releases what other threads have freed.
+template <typename Body>
+std::int32_t WithQuery(oxaqry_query* handle, Body&& body) noexcept {
+  ReleaseQueued();
+  return With<Query>(handle, std::forward<Body>(body));
+}
 
 // The method of a number, for a call; null for another member and for none, after Fail().
 const MethodEntry* MethodOf(std::int32_t number);

@@ -1,4 +1,5 @@
 // The functions for rows: a whole list in one call.
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <memory>
@@ -15,6 +16,26 @@
 using namespace oxaqrycln;
 using namespace oxaqrycln::c;
 
+void TextBlock::Add(std::string_view text, bool isUtf8) {
+  const std::size_t room = isUtf8 ? Utf8Room(text.size()) : text.size();
+  if (room > capacity_ - size_) Grow(room);
+  if (isUtf8) {
+    size_ += WriteUtf8(text, bytes_.get() + size_);
+  } else {
+    std::copy_n(text.data(), text.size(), bytes_.get() + size_);
+    size_ += text.size();
+  }
+}
+
+void TextBlock::Grow(std::size_t room) {
+  constexpr std::size_t kFirst = 4096;
+  const std::size_t capacity = std::max(kFirst, 2 * capacity_) + room;
+  auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
+  std::copy_n(bytes_.get(), size_, bytes.get());
+  bytes_ = std::move(bytes);
+  capacity_ = capacity;
+}
+
 namespace {
 
 // What a caller asks for.
@@ -23,7 +44,7 @@ struct Wanted {
   std::int32_t max;
   std::span<const std::int32_t> columns;
   bool everyRow;
-  bool utf8;
+  bool isUtf8;
 };
 
 // The outputs of the method, of which the columns are some.
@@ -35,7 +56,6 @@ class RowReader {
       outputs_.push_back({static_cast<std::size_t>(column), Variant("")});
     for (Output& output : outputs_) pointers_[output.position] = &output.value;
     rows_.columnCount = static_cast<std::int32_t>(wanted.columns.size()) + 1;
-    rows_.offsets.push_back(0);
   }
 
   void ReadAll() {
@@ -61,20 +81,12 @@ class RowReader {
 
   void AddRow(const Variant& result) {
     Add(result);
-    for (Output& output : outputs_) {
-      Add(output.value);
-      output.value.AssignText("");
-    }
+    for (const Output& output : outputs_) Add(output.value);
     ++rows_.rowCount;
   }
 
   void Add(const Variant& value) {
-    const std::string_view text = value.TextView(scratch_);
-    if (wanted_.utf8) {
-      AppendUtf8(rows_.block, text);
-    } else {
-      rows_.block.append(text);
-    }
+    rows_.block.Add(value.TextView(scratch_), wanted_.isUtf8);
     if (rows_.block.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
     rows_.offsets.push_back(static_cast<std::uint32_t>(rows_.block.size()));
   }
@@ -121,7 +133,7 @@ std::int32_t Check(const MethodEntry& method, std::int32_t max, const std::int32
 
 int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, const int32_t* columns,
                           int32_t column_count, int32_t end, int32_t encoding, oxaqry_rows** rows) {
-  return With<Query>(query, [&](Query& source) -> std::int32_t {
+  return WithQuery(query, [&](Query& source) -> std::int32_t {
     const MethodEntry* const entry = MethodOf(method);
     if (entry == nullptr) return OXAQRY_E_MEMBER;
     const std::int32_t code = Check(*entry, max, columns, column_count, end, encoding);

@@ -50,6 +50,15 @@ std::int32_t WithText(oxaqry_value* value, const void* text, std::size_t length,
   });
 }
 
+// The text of a value, valid until the value changes or this is called again. Raises Type mismatch.
+std::string_view TextOf(Value& value, std::int32_t encoding) {
+  const std::string_view text = value.variant.TextView(value.text);
+  if (encoding != OXAQRY_UTF8 || IsAscii(text)) return text;
+  value.text.clear();  // only a String has other characters, and the variant holds it
+  AppendUtf8(value.text, text);
+  return value.text;
+}
+
 std::int32_t BadText(std::string_view utf8) {
   const std::size_t place = PlaceOfForeignCharacter(utf8);
   return Fail(OXAQRY_E_TEXT, {"character ", std::to_string(place), " is not UTF-8, or has no place in Windows-1252"},
@@ -144,15 +153,27 @@ int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char*
   return With<Value>(value, [&](Value& source) -> std::int32_t {
     if (text == nullptr || length == nullptr) return IsNull("the place for the text");
     if (!IsEncoding(encoding)) return NoEncoding();
-    std::string_view given = source.variant.TextView(source.text);
-    if (encoding == OXAQRY_UTF8 && !IsAscii(given)) {
-      source.text.clear();  // only a text has other characters, and variant holds it
-      AppendUtf8(source.text, given);
-      given = source.text;
-    }
-    GiveText(text, length, given);
+    GiveText(text, length, TextOf(source, encoding));
     return OXAQRY_OK;
   });
+}
+
+int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t encoding, const char** texts,
+                               size_t* lengths) {
+  if (count < 0) return Fail(OXAQRY_E_ARGUMENT, {"count is negative"});
+  if (count > 0 && (values == nullptr || texts == nullptr || lengths == nullptr)) return IsNull("a list");
+  if (!IsEncoding(encoding)) return NoEncoding();
+  for (std::int32_t i = 0; i < count; ++i) {
+    texts[i] = "";
+    lengths[i] = 0;
+    if (values[i] == nullptr) continue;
+    const std::int32_t code = With<Value>(values[i], [&](Value& source) {
+      GiveText(texts + i, lengths + i, TextOf(source, encoding));
+      return OXAQRY_OK;
+    });
+    if (code != OXAQRY_OK) return code;
+  }
+  return OXAQRY_OK;
 }
 
 int32_t oxaqry_value_get_bytes(oxaqry_value* value, const uint8_t** bytes, size_t* length) {

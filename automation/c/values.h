@@ -2,7 +2,9 @@
 #ifndef OXAQRYCLN_AUTOMATION_C_VALUES_H_
 #define OXAQRYCLN_AUTOMATION_C_VALUES_H_
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,12 +20,28 @@ struct Value final : HandleObject {
   std::string text;  // what was handed out last, when variant does not hold it
 };
 
+// Texts one behind the other. Unlike a std::string it grows without clearing memory that is written next.
+class TextBlock {
+ public:
+  const char* data() const noexcept { return bytes_.get(); }
+  std::size_t size() const noexcept { return size_; }
+  // Adds a text of the component in an encoding.
+  void Add(std::string_view text, bool isUtf8);
+
+ private:
+  void Grow(std::size_t room);
+
+  std::unique_ptr<char[]> bytes_;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
 struct Rows final : HandleObject {
   static constexpr HandleKind kKind = HandleKind::Rows;
   std::int32_t rowCount = 0;
   std::int32_t columnCount = 0;
-  std::string block;
-  std::vector<std::uint32_t> offsets;
+  TextBlock block;
+  std::vector<std::uint32_t> offsets{0};
 };
 
 inline bool IsEncoding(std::int32_t encoding) noexcept {

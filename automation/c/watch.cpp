@@ -32,7 +32,7 @@ std::int32_t WithEntry(const List& list, std::int32_t index, std::string_view wh
 
 template <typename Body>
 std::int32_t WithServer(oxaqry_query* query, std::int32_t index, Body&& body) noexcept {
-  return With<Query>(query, [&](Query& source) {
+  return WithQuery(query, [&](Query& source) {
     return WithEntry(source.watch().Servers(), index, "server",
                      [&](const ServerState& server) { return body(source, server); });
   });
@@ -42,7 +42,7 @@ std::int32_t WithServer(oxaqry_query* query, std::int32_t index, Body&& body) no
 
 int32_t oxaqry_outcome(oxaqry_query* query, int32_t* kind, int64_t* milliseconds, int32_t* was_sent,
                        int32_t* attempt_count) {
-  return With<Query>(query, [&](Query& source) {
+  return WithQuery(query, [&](Query& source) {
     const RequestOutcome& outcome = source.watch().LastRequest();
     Give(kind, outcome.result);
     Give(milliseconds, outcome.duration.count());
@@ -53,7 +53,7 @@ int32_t oxaqry_outcome(oxaqry_query* query, int32_t* kind, int64_t* milliseconds
 }
 
 int32_t oxaqry_outcome_text(oxaqry_query* query, const char** text, size_t* length) {
-  return With<Query>(query, [&](Query& source) {
+  return WithQuery(query, [&](Query& source) {
     GiveText(text, length, source.Keep(0, source.watch().LastRequest().text));
     return OXAQRY_OK;
   });
@@ -61,7 +61,7 @@ int32_t oxaqry_outcome_text(oxaqry_query* query, const char** text, size_t* leng
 
 int32_t oxaqry_attempt(oxaqry_query* query, int32_t index, const char** host, size_t* host_length, int32_t* port,
                        const char** error, size_t* error_length, int64_t* milliseconds) {
-  return With<Query>(query, [&](Query& source) {
+  return WithQuery(query, [&](Query& source) {
     const auto give = [&](const ServerAttempt& attempt) {
       GiveText(host, host_length, source.Keep(0, attempt.host));
       Give(port, attempt.port);
@@ -74,7 +74,7 @@ int32_t oxaqry_attempt(oxaqry_query* query, int32_t index, const char** host, si
 }
 
 int32_t oxaqry_handled_error(oxaqry_query* query, int32_t* number, const char** text, size_t* length) {
-  return With<Query>(query, [&](Query& source) {
+  return WithQuery(query, [&](Query& source) {
     const HandledError& error = source.watch().LastError();
     Give(number, error.number);
     GiveText(text, length, source.Keep(0, error.number == 0 ? std::string_view() : error.description));
@@ -107,7 +107,7 @@ int32_t oxaqry_resume(oxaqry_query* query) {
 }
 
 int32_t oxaqry_server_count(oxaqry_query* query, int32_t* count) {
-  return With<Query>(query, [&](Query& source) -> std::int32_t {
+  return WithQuery(query, [&](Query& source) -> std::int32_t {
     if (count == nullptr) return IsNull("count");
     *count = static_cast<std::int32_t>(source.watch().Servers().size());
     return OXAQRY_OK;
@@ -137,7 +137,7 @@ int32_t oxaqry_server_failures(oxaqry_query* query, int32_t index, int32_t* fail
 }
 
 int32_t oxaqry_set_sick_servers(oxaqry_query* query, int32_t policy) {
-  return With<Query>(query, [&](Query& target) -> std::int32_t {
+  return WithQuery(query, [&](Query& target) -> std::int32_t {
     if (policy != OXAQRY_CLAIMED_IN_ORDER && policy != OXAQRY_TRIED_LAST) {
       return Fail(OXAQRY_E_ARGUMENT, {"there is no such policy"});
     }

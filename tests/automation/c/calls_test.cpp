@@ -1,0 +1,351 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/automation/c/c_query.h"
+#include "tests/support/in_own_thread.h"
+#include "tests/support/scripted_server.h"
+
+namespace oxaqrycln::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+TEST(CMembers, AreFoundByTheirNamesAndNumbers) {
+  std::int32_t count = 0;
+  Ok(oxaqry_member_count(&count));
+  EXPECT_EQ(count, 100);
+  for (std::int32_t number = 1; number <= count; ++number) {
+    const char* name = nullptr;
+    std::size_t length = 0;
+    Ok(oxaqry_member_text(number, OXAQRY_MEMBER_NAME, &name, &length));
+    EXPECT_EQ(MemberOf({name, length}), number);
+  }
+  struct Case {
+    const char* name;
+    std::int32_t kind;
+    std::int32_t type;
+    std::vector<std::int32_t> parameters;
+  };
+  for (const Case& test : {
+           Case{"datUserLoginTime", OXAQRY_MEMBER_VARIABLE, OXAQRY_TYPE_DATE, {}},
+           Case{"REMOTEHOSTS", OXAQRY_MEMBER_PROPERTY, OXAQRY_TYPE_NONE, {OXAQRY_PARAMETER_IN}},
+           Case{"TELOEditDocument",
+                OXAQRY_MEMBER_METHOD,
+                OXAQRY_TYPE_VARIANT,
+                {OXAQRY_PARAMETER_IN, OXAQRY_PARAMETER_IN_OUT, OXAQRY_PARAMETER_OPTIONAL_OUT}},
+       }) {
+    std::int32_t kind = -1;
+    std::int32_t type = -1;
+    std::int32_t parameterCount = -1;
+    Ok(oxaqry_member(MemberOf(test.name), &kind, &type));
+    Ok(oxaqry_parameter_count(MemberOf(test.name), &parameterCount));
+    std::vector<std::int32_t> parameters;
+    for (std::int32_t i = 0; i < parameterCount; ++i) {
+      std::int32_t each = -1;
+      Ok(oxaqry_parameter(MemberOf(test.name), i, &each, nullptr, nullptr));
+      parameters.push_back(each);
+    }
+    EXPECT_EQ(kind, test.kind) << test.name;
+    EXPECT_EQ(type, test.type) << test.name;
+    EXPECT_EQ(parameters, test.parameters) << test.name;
+  }
+  std::int32_t number = 0;
+  EXPECT_EQ(oxaqry_find_member("Init\0x", 6, &number), OXAQRY_E_MEMBER);
+  for (const std::int32_t none : {0, -1, 101, INT32_MIN, INT32_MAX}) {
+    EXPECT_EQ(oxaqry_member(none, nullptr, nullptr), OXAQRY_E_MEMBER) << none;
+    EXPECT_EQ(oxaqry_parameter(MemberOf("Init"), none, nullptr, nullptr, nullptr), none == 0 ? 0 : OXAQRY_E_ARGUMENT);
+  }
+}
+
+TEST(CValues, TakeTextsOfTheCodePageAndNameTheWrongCharacter) {
+  struct Case {
+    const char* name;
+    std::string utf8;
+    std::string windows1252;
+    std::size_t wrong;
+  };
+  for (const Case& test : {
+           Case{"ASCII", "plain text", "plain text", 0},
+           Case{"two and three bytes", "a\xC3\xA4\xE2\x82\xAC", "a\xE4\x80", 0},
+           Case{"an undefined byte of the code page", "\xC2\x81", "\x81", 0},
+           Case{"NUL", std::string("a\0\xC3\xA4", 4), std::string("a\0\xE4", 3), 0},
+           Case{"no place in the code page", "\xC3\xA4\xC3\xA4\xE6\xBC\xA2", "", 3},
+           Case{"cut short", "ab\xC3", "", 3},
+           Case{"overlong", "\xC0\xAF", "", 1},
+           Case{"four bytes", "x\xF0\x9F\x98\x80", "", 2},
+       }) {
+    const CValue value("kept");
+    const std::int32_t code = oxaqry_value_set_text(value, test.utf8.data(), test.utf8.size(), OXAQRY_UTF8);
+    EXPECT_EQ(code, test.wrong == 0 ? OXAQRY_OK : OXAQRY_E_TEXT) << test.name;
+    EXPECT_EQ(value.Text(OXAQRY_WINDOWS_1252), test.wrong == 0 ? test.windows1252 : "kept") << test.name;
+    if (test.wrong == 0) {
+      EXPECT_EQ(value.Text(), test.utf8) << test.name;
+      continue;
+    }
+    std::size_t position = 0;
+    Ok(oxaqry_error_position(&position));
+    EXPECT_EQ(position, test.wrong) << test.name;
+  }
+}
+
+TEST(CValues, HoldTextsOf64MiBAndRefuseLengthsThatNoTextHas) {
+  const std::string large = std::string((std::size_t{64} << 20) - 1, 'x') + '\xE4';
+  const CValue value("kept");
+  EXPECT_EQ(oxaqry_value_set_text(value, "x", SIZE_MAX, OXAQRY_UTF8), OXAQRY_E_ARGUMENT);
+  EXPECT_EQ(oxaqry_value_set_text(value, nullptr, 1, OXAQRY_UTF8), OXAQRY_E_ARGUMENT);
+  EXPECT_EQ(oxaqry_value_set_text(value, "x", 1, 2), OXAQRY_E_ARGUMENT);
+  EXPECT_EQ(value.Text(), "kept");
+  Ok(oxaqry_value_set_text(value, large.data(), large.size(), OXAQRY_WINDOWS_1252));
+  EXPECT_EQ(value.Text().size(), large.size() + 1);
+  Ok(oxaqry_value_set_text(value, nullptr, 0, OXAQRY_UTF8));
+  EXPECT_EQ(value.Text(), "");
+}
+
+TEST(CValues, AreConvertedByTheAutomationRules) {
+  constexpr std::int64_t kDate = 46341LL * 86400 + 20 * 3600 + 31 * 60 + 7;  // 15.11.2026 20:31:07
+  struct Case {
+    const char* name;
+    std::int32_t (*set)(oxaqry_value* value);
+    std::int32_t kind;
+    const char* text;
+    std::int32_t longCode;
+    std::int32_t number;
+  };
+  for (const Case& test : {
+           Case{"Empty", [](oxaqry_value* it) { return oxaqry_value_set_empty(it); }, OXAQRY_EMPTY, "", OXAQRY_OK, 0},
+           Case{"Null", [](oxaqry_value* it) { return oxaqry_value_set_null(it); }, OXAQRY_NULL, "", OXAQRY_E_TYPE, 0},
+           Case{"True", [](oxaqry_value* it) { return oxaqry_value_set_boolean(it, 7); }, OXAQRY_BOOLEAN, "True",
+                OXAQRY_OK, -1},
+           Case{"Double", [](oxaqry_value* it) { return oxaqry_value_set_double(it, 2.5); }, OXAQRY_DOUBLE, "2.5",
+                OXAQRY_OK, 2},
+           Case{"not a number", [](oxaqry_value* it) { return oxaqry_value_set_double(it, NAN); }, OXAQRY_DOUBLE, "NAN",
+                OXAQRY_E_TYPE, 0},
+           Case{"Date", [](oxaqry_value* it) { return oxaqry_value_set_date(it, kDate); }, OXAQRY_DATE,
+                "15.11.2026 20:31:07", OXAQRY_OK, 46342},
+           Case{"text", [](oxaqry_value* it) { return oxaqry_value_set_text(it, "1e2", 3, 0); }, OXAQRY_TEXT, "1e2",
+                OXAQRY_OK, 100},
+       }) {
+    const CValue value;
+    std::int32_t kind = -1;
+    std::int32_t number = 0;
+    Ok(test.set(value));
+    Ok(oxaqry_value_kind(value, &kind));
+    EXPECT_EQ(kind, test.kind) << test.name;
+    EXPECT_EQ(value.Text(), test.text) << test.name;
+    EXPECT_EQ(oxaqry_value_get_long(value, &number), test.longCode) << test.name;
+    EXPECT_EQ(number, test.number) << test.name;
+  }
+  const CValue value("15.11.2026 20:31:07");
+  std::int64_t seconds = 0;
+  Ok(oxaqry_value_get_date(value, &seconds));
+  EXPECT_EQ(seconds, kDate);
+  EXPECT_EQ(oxaqry_value_set_date(value, INT64_MAX), OXAQRY_E_ARGUMENT);
+}
+
+TEST(CCalls, CheckTheirArguments) {
+  const CQuery query;
+  const CValue text("abc");
+  const CValue result;
+  struct Case {
+    const char* name;
+    const char* method;
+    std::vector<oxaqry_value*> values;
+    std::int32_t count;
+    std::int32_t code;
+  };
+  for (const Case& test : {
+           Case{"sound", "Encode", {text}, 1, OXAQRY_OK},
+           Case{"a required one left out", "Encode", {}, 0, OXAQRY_E_COUNT},
+           Case{"a required one is NULL", "Encode", {nullptr}, 1, OXAQRY_E_COUNT},
+           Case{"too many", "Encode", {text, text}, 2, OXAQRY_E_COUNT},
+           Case{"far too many", "Encode", {text}, INT32_MAX, OXAQRY_E_COUNT},
+           Case{"a negative count", "Encode", {text}, -1, OXAQRY_E_ARGUMENT},
+           Case{"a variable", "strSessionID", {text}, 1, OXAQRY_E_MEMBER},
+           Case{"the property", "RemoteHosts", {text}, 1, OXAQRY_E_MEMBER},
+           Case{"one value for two inputs", "Encrypt", {text, text}, 2, OXAQRY_OK},
+           Case{"one value for two outputs", "TELOQueryArchiveNext", {text, text}, 2, OXAQRY_E_BUSY},
+           Case{"the result among the arguments", "Encode", {result}, 1, OXAQRY_E_BUSY},
+       }) {
+    auto values = test.values;
+    EXPECT_EQ(oxaqry_call(query, MemberOf(test.method), values.data(), test.count, result), test.code) << test.name;
+    EXPECT_EQ(text.Text(), "abc") << test.name;
+  }
+}
+
+TEST(CCalls, ConvertWhatAVariableIsAssigned) {
+  CQuery query;
+  const CValue value;
+  query.Set("lngRequestTimeout", " 2.5 ");
+  Ok(oxaqry_get_variable(query, MemberOf("lngRequestTimeout"), value));
+  EXPECT_EQ(value.Text(), "2");
+  EXPECT_EQ(oxaqry_set_variable(query, MemberOf("lngRequestTimeout"), CValue("many")), OXAQRY_E_TYPE);
+  EXPECT_EQ(oxaqry_set_variable(query, MemberOf("Init"), value), OXAQRY_E_MEMBER);
+  EXPECT_EQ(oxaqry_get_variable(query, MemberOf("RemoteHosts"), value), OXAQRY_E_MEMBER);
+}
+
+std::vector<std::string> TextsOf(oxaqry_rows* rows) {
+  std::int32_t count = 0;
+  std::int32_t columns = 0;
+  const char* block = nullptr;
+  const std::uint32_t* offsets = nullptr;
+  Ok(oxaqry_rows_read(rows, &count, &columns, &block, &offsets));
+  std::vector<std::string> texts;
+  for (std::int32_t i = 0; i < count * columns; ++i) texts.emplace_back(block + offsets[i], block + offsets[i + 1]);
+  return texts;
+}
+
+TEST(CRows, HoldAListUpToItsEndItsLimitOrAFaultyRecord) {
+  InOwnThread([] {
+    const std::string answer = Answer({"^1^,^A^,^B^,^C^,^x^", "^2^,^\xE4^,^E^,^F^,^y^", "^3^", "^4^,^G^,^H^,^I^,^z^"});
+    const ScriptedServer server(ScriptedServer::Replies(answer));
+    CQuery query(server.Host());
+    query.Init();
+    struct Case {
+      const char* name;
+      std::int32_t max;
+      std::vector<std::int32_t> columns;
+      std::int32_t code;
+      std::vector<std::string> texts;
+      std::int32_t error;
+    };
+    for (const Case& test : {
+             Case{"one of three outputs", 1, {0}, OXAQRY_OK, {"^1^,^x^", "A"}, 0},
+             Case{"outputs in another order", 1, {2, 0}, OXAQRY_OK, {"^1^,^x^", "C", "A"}, 0},
+             Case{"up to a faulty record", 9, {0}, OXAQRY_OK, {"^1^,^x^", "A", "^2^,^y^", "\xC3\xA4"}, 9},
+             Case{"none", 0, {}, OXAQRY_OK, {}, 0},
+             Case{"an output twice", 9, {0, 0}, OXAQRY_E_ARGUMENT, {}, 0},
+             Case{"no such output", 9, {3}, OXAQRY_E_ARGUMENT, {}, 0},
+             Case{"a negative limit", -1, {0}, OXAQRY_E_ARGUMENT, {}, 0},
+         }) {
+      const CValue text("x");
+      const CValue limit("9");
+      query.Call("OstranaQueryFahrauftraegeInit", {text, limit});
+      oxaqry_rows* rows = nullptr;
+      const std::int32_t code =
+          oxaqry_fetch_rows(query, MemberOf("OstranaQueryFahrauftraegeNext"), test.max, test.columns.data(),
+                            static_cast<std::int32_t>(test.columns.size()), OXAQRY_UNTIL_END, OXAQRY_UTF8, &rows);
+      EXPECT_EQ(code, test.code) << test.name;
+      if (code != OXAQRY_OK) continue;
+      EXPECT_EQ(TextsOf(rows), test.texts) << test.name;
+      std::int32_t error = -1;
+      Ok(oxaqry_handled_error(query, &error, nullptr, nullptr));
+      EXPECT_EQ(error, test.error) << test.name;
+      Ok(oxaqry_rows_free(rows));
+    }
+  });
+}
+
+TEST(CRows, CanHoldEmptyTexts) {
+  CQuery query;
+  const CValue lines("0\r\nTitle\r\n\r\nb\r\n");
+  const CValue column("1");
+  query.Call("TELOSortHitlist2Init", {lines, column});
+  oxaqry_rows* rows = nullptr;
+  Ok(oxaqry_fetch_rows(query, MemberOf("TELOSortHitlist2Next"), 3, nullptr, 0, OXAQRY_EVERY_ROW, OXAQRY_UTF8, &rows));
+  EXPECT_EQ(TextsOf(rows).size(), 3U);
+  Ok(oxaqry_rows_free(rows));
+}
+
+TEST(CWatch, TellsWhatBecameOfARequest) {
+  const ScriptedServer sound(ScriptedServer::Replies(Answer({"Mail,x"})));
+  const ScriptedServer refusing(ScriptedServer::Replies(Framed("Status: no \xE4rchive\r\n")));
+  const ScriptedServer silent(ScriptedServer::Silent());
+  struct Case {
+    const char* name;
+    std::string host;
+    std::int32_t kind;
+    std::int32_t wasSent;
+    const char* text;
+  };
+  for (const Case& test : {
+           Case{"sound", sound.Host(), OXAQRY_SUCCEEDED, 1, ""},
+           Case{"refused", refusing.Host(), OXAQRY_REFUSED, 1, "no \xC3\xA4rchive"},
+           Case{"silent", silent.Host(), OXAQRY_TIMED_OUT, 1, ""},
+           Case{"nobody", "127.0.0.1," + std::to_string(UnusedPort()), OXAQRY_CONNECTION_FAILED, 0, ""},
+           Case{"no server", "", OXAQRY_ALL_BUSY, 0, ""},
+       }) {
+    InOwnThread([&] {
+      CQuery query(test.host);
+      query.Set("lngRequestTimeout", "1");
+      query.Init();
+      EXPECT_EQ(query.Outcome(), OXAQRY_NO_REQUEST);
+      query.Call("TELOGetChannelsInit");
+      std::int32_t kind = -1;
+      std::int32_t wasSent = -1;
+      std::int32_t attempts = -1;
+      std::int64_t milliseconds = -1;
+      const char* text = nullptr;
+      std::size_t length = 0;
+      Ok(oxaqry_outcome(query, &kind, &milliseconds, &wasSent, &attempts));
+      Ok(oxaqry_outcome_text(query, &text, &length));
+      EXPECT_EQ(kind, test.kind) << test.name;
+      EXPECT_EQ(wasSent, test.wasSent) << test.name;
+      EXPECT_THAT(std::string(text, length), HasSubstr(test.text)) << test.name;
+      EXPECT_GE(milliseconds, 0) << test.name;
+      for (std::int32_t i = 0; i < attempts; ++i) {
+        Ok(oxaqry_attempt(query, i, &text, &length, nullptr, nullptr, nullptr, nullptr));
+        EXPECT_EQ(std::string(text, length), "127.0.0.1") << test.name;
+      }
+      EXPECT_EQ(attempts > 0, !test.host.empty()) << test.name;
+      EXPECT_EQ(oxaqry_attempt(query, attempts, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+                OXAQRY_E_ARGUMENT);
+    });
+  }
+}
+
+TEST(CWatch, CancelsFromAnotherThreadUntilItIsResumed) {
+  InOwnThread([] {
+    const ScriptedServer server({[](Peer& peer) {
+                                   peer.ReadRequest();
+                                   peer.Send("TotalBytes:500000\r\nStatus: OK\r\n" + std::string(1000, 'x'));
+                                   peer.WaitForClose();
+                                 },
+                                 ScriptedServer::Replies(Answer({"Mail,x"}))});
+    CQuery query(server.Host());
+    query.Init();
+    oxaqry_query* const handle = query;
+    std::thread canceller([handle] {
+      std::int64_t announced = 0;
+      while (announced == 0) {
+        Ok(oxaqry_progress(handle, nullptr, nullptr, &announced));
+        std::this_thread::yield();
+      }
+      EXPECT_EQ(announced, 500000);
+      Ok(oxaqry_cancel(handle));
+    });
+    EXPECT_EQ(query.Call("TELOGetChannelsInit"), "-1");
+    canceller.join();
+    EXPECT_EQ(query.Outcome(), OXAQRY_CANCELLED);
+    EXPECT_EQ(query.Call("TELOGetChannelsInit"), "-1") << "still cancelled";
+    Ok(oxaqry_resume(query));
+    EXPECT_EQ(query.Call("TELOGetChannelsInit"), "1");
+  });
+}
+
+TEST(CWatch, ShowsTheServersOfTheThread) {
+  InOwnThread([] {
+    const CQuery query("a.example,1|b.example,2,0");
+    std::int32_t count = 0;
+    std::int32_t port = 0;
+    std::int32_t print = -1;
+    std::int32_t busy = -1;
+    const char* host = nullptr;
+    std::size_t length = 0;
+    Ok(oxaqry_server_count(query, &count));
+    Ok(oxaqry_server(query, 1, &host, &length, &port, &print, &busy, nullptr, nullptr, nullptr));
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(std::string(host, length), "b.example");
+    EXPECT_THAT((std::vector{port, print, busy}), ElementsAre(2, 0, 0));
+    EXPECT_EQ(oxaqry_server_failures(query, 2, &count), OXAQRY_E_ARGUMENT);
+  });
+}
+
+}  // namespace
+}  // namespace oxaqrycln::testing
