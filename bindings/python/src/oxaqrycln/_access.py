@@ -123,7 +123,7 @@ class Access:
             self._raise_own_failure()
         if count < 0:
             self._raise_failure(status or "")
-        if self.query.handled_error()[0] == _OUT_OF_MEMORY:
+        if self.query.error_number() == _OUT_OF_MEMORY:
             raise Error("out of memory: the answer is not complete")
         return count
 
@@ -169,8 +169,8 @@ class Access:
     def rows(self, method: str, columns: Sequence[str], count: int, what: str) -> raw.Rows:
         """The records of an answer in one crossing. Raises Error when one cannot be read."""
         rows = self.query.fetch_rows(method, columns, max=count, every_row=True)
-        number, text = self.query.handled_error()
-        if number:
+        if self.query.error_number():
+            number, text = self.query.handled_error()
             raise Error(f"{what} {rows.row_count + 1} of the answer is malformed: {number} - {text}")
         return rows
 

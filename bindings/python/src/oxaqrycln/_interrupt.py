@@ -6,9 +6,11 @@ import os
 import signal
 import socket
 import threading
-from typing import Callable, Optional
+from typing import Any, Callable, Optional, Protocol, Tuple
 
-Action = Callable[[], None]
+class Query(Protocol):
+    def _interrupt(self) -> None: ...
+    def _end_interrupt(self) -> None: ...
 
 
 class _Watcher:
@@ -17,8 +19,9 @@ class _Watcher:
     def __init__(self) -> None:
         self.reader, self.writer = socket.socketpair()
         self.writer.setblocking(False)
+        self.descriptor = self.writer.fileno()
         self.lock = threading.Lock()
-        self.cancel: Optional[Action] = None  # of the running request
+        self.query: Optional[Query] = None  # whose request is running
         self.is_cancelled = False
         self.former = -1  # the descriptor to which the host has signals written
         threading.Thread(target=self._read, name="oxaqrycln-signals", daemon=True).start()
@@ -32,26 +35,26 @@ class _Watcher:
                         os.write(self.former, numbers)
                     except OSError:
                         pass  # the host has closed it
-                if self.cancel and signal.SIGINT in numbers:
+                if self.query and signal.SIGINT in numbers:
                     self.is_cancelled = True
-                    self.cancel()
+                    self.query._interrupt()
 
-    def run(self, call: Callable[[], int], cancel: Action, resume: Action) -> int:
-        former = signal.set_wakeup_fd(self.writer.fileno(), warn_on_full_buffer=False)
+    def run(self, query: Query, function: Callable[..., int], arguments: Tuple[Any, ...]) -> int:
+        former = signal.set_wakeup_fd(self.descriptor)
         with self.lock:
-            self.former, self.cancel = former, cancel
+            self.former, self.query = former, query
         try:
-            return call()
+            return function(*arguments)
         finally:
             with self.lock:
-                self.cancel = None
-                was_cancelled, self.is_cancelled = self.is_cancelled, False
+                self.query = None
             try:
                 signal.set_wakeup_fd(former)
             except (OSError, ValueError):  # the host has closed it
                 signal.set_wakeup_fd(-1)
-            if was_cancelled:
-                resume()
+            if self.is_cancelled:
+                self.is_cancelled = False
+                query._end_interrupt()
 
 
 _watcher: Optional[_Watcher] = None
@@ -66,14 +69,11 @@ if hasattr(os, "register_at_fork"):
     os.register_at_fork(after_in_child=_forget)
 
 
-def run(call: Callable[[], int], cancel: Action, resume: Action) -> int:
-    """Runs the call; when it runs on the main thread and Ctrl-C comes, cancel() is called, and resume() at its end."""
+def run(query: Query, function: Callable[..., int], arguments: Tuple[Any, ...]) -> int:
+    """Calls a function that waits for a request of the query. Ctrl-C cancels it, when it runs on the main thread."""
     global _watcher
-    if threading.current_thread() is not threading.main_thread():
-        return call()
+    if threading.get_ident() != threading.main_thread().ident:
+        return function(*arguments)
     if _watcher is None:
         _watcher = _Watcher()
-    try:
-        return _watcher.run(call, cancel, resume)
-    except ValueError:  # not the main interpreter, which alone handles signals
-        return call()
+    return _watcher.run(query, function, arguments)

@@ -52,6 +52,7 @@ _FUNCTIONS: Dict[str, List[Any]] = {
     "value_get_double": [c_void_p, POINTER(c_double)],
     "value_get_date": [c_void_p, _long],
     "value_get_text": [c_void_p, c_int32, _text, _size],
+    "value_get_texts": [c_void_p, c_int32, c_int32, POINTER(c_void_p), POINTER(c_size_t)],
     "value_get_bytes": [c_void_p, _text, _size],
     "query_new": [POINTER(c_void_p)],
     "query_free": [c_void_p],

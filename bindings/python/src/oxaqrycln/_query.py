@@ -4,10 +4,12 @@ A method's argument number i always travels in value number i, so that the array
 from __future__ import annotations
 
 import ctypes
+import sys
 from array import array
 from collections import namedtuple
 from ctypes import byref, c_double, c_int32, c_int64, c_size_t, c_uint32, c_void_p, string_at
 from datetime import datetime, timedelta
+from functools import lru_cache
 from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence, Tuple, Type
 
 from . import _interrupt
@@ -17,6 +19,8 @@ from .errors import BadArgument, Error
 
 _EPOCH = datetime(1899, 12, 30)
 _MOST_ARGUMENTS = 24
+_MOST_TEXTS = _MOST_ARGUMENTS + 1
+_POINTER = ctypes.sizeof(c_void_p)
 _SECOND = timedelta(seconds=1)
 
 
@@ -65,20 +69,21 @@ class Method(NamedTuple):
     type: int  # of the result, 0 without one
     waits: bool  # it makes a request
     outputs: Tuple[int, ...]  # positions among the parameters
-    result: Callable[..., Any]  # makes what the call returns, of the result and the outputs
+    required: int  # how many parameters must be given
+    defaults: Tuple[Any, ...]  # of all parameters
+    result: Any  # the named tuple of the result and the outputs; None without outputs
 
     def arguments(self, given: Tuple[Any, ...], named: Dict[str, Any]) -> List[Any]:
         """One for each parameter. Raises TypeError as a call of a Python function does."""
+        if not named and self.required <= len(given) <= len(self.parameters):
+            return [*given, *self.defaults[len(given):]]
         if len(given) > len(self.parameters):
             raise TypeError(f"{self.name}() takes {len(self.parameters)} arguments, but {len(given)} were given")
         arguments = list(given)
-        for name, kind in self.parameters[len(given):]:
-            if name in named:
-                arguments.append(named.pop(name))
-            elif kind in (IN, IN_OUT):
+        for i, (name, _) in enumerate(self.parameters[len(given):], len(given)):
+            if name not in named and i < self.required:
                 raise TypeError(f"{self.name}() needs the argument {name}")
-            else:
-                arguments.append(None if kind == OPTIONAL_OUT else LEFT_OUT)
+            arguments.append(named.pop(name, self.defaults[i]))
         if named:
             raise TypeError(f"{self.name}() has no further argument {next(iter(named))}")
         return arguments
@@ -146,6 +151,33 @@ class _Text:
         return self.bytes().decode()
 
 
+class _Texts:
+    """The same for several texts."""
+
+    def __init__(self) -> None:
+        self.pointers, self.lengths = (c_void_p * _MOST_TEXTS)(), (c_size_t * _MOST_TEXTS)()
+
+
+class _RowsRead:
+    """Where the library writes a list."""
+
+    def __init__(self) -> None:
+        self.handle, self.count, self.width = c_void_p(), c_int32(), c_int32()
+        self.block, self.offsets = c_void_p(), ctypes.POINTER(c_uint32)()
+        self.handle_reference = byref(self.handle)
+        self.references = byref(self.count), byref(self.width), byref(self.block), byref(self.offsets)
+
+
+@lru_cache(maxsize=None)
+def _plan(method: Method, columns: Tuple[str, ...]) -> Tuple[int, Any]:
+    """The number of the method, and the positions of its outputs."""
+    names = [parameter.name for parameter in method.parameters]
+    for column in columns:
+        if column not in names:
+            raise TypeError(f"{method.name}() has no output {column}")
+    return method.number, (c_int32 * len(columns))(*(names.index(column) for column in columns))
+
+
 def _handle(make: Callable[[Any], int]) -> c_void_p:
     handle = c_void_p()
     library.check(make(byref(handle)))
@@ -198,9 +230,12 @@ class QueryCore:
     def __init__(self) -> None:
         self._query = _handle(library.query_new)
         self._values: List[c_void_p] = []
+        self._handles: List[Optional[int]] = []
         self._array = (c_void_p * _MOST_ARGUMENTS)()
         self._result = self._value(0)
-        self._number, self._text = c_int32(), _Text()
+        self._number, self._text, self._texts, self._rows = c_int32(), _Text(), _Texts(), _RowsRead()
+        self._number_reference = byref(self._number)
+        self._held: List[Any] = [LEFT_OUT] * _MOST_TEXTS  # what the values hold as inputs of call_for_texts()
         self._is_running = self._is_cancelled = False
 
     def close(self) -> None:
@@ -212,6 +247,7 @@ class QueryCore:
         for value in self._values:
             library.value_free(value)
         self._values.clear()
+        self._handles.clear()
 
     # The library frees what is dropped on another thread when the owner next calls it. Its answer tells nothing new.
     def __del__(self, free_query: Any = library.query_free, free_value: Any = library.value_free) -> None:
@@ -225,6 +261,7 @@ class QueryCore:
         """The value for the argument of a number from 1, or for the result."""
         while len(self._values) <= number:
             self._values.append(_handle(library.value_new))
+            self._handles.append(self._values[-1].value)
         return self._values[number]
 
     def _assign(self, handle: c_void_p, value: Any) -> None:
@@ -238,7 +275,7 @@ class QueryCore:
             raise library.error(code)
 
     def _read(self, handle: c_void_p) -> Any:
-        library.value_kind(handle, byref(self._number))
+        library.value_kind(handle, self._number_reference)
         kind = self._number.value
         return self._read_text(handle) if kind == lib.TEXT else _READERS[kind](self, handle)
 
@@ -251,7 +288,7 @@ class QueryCore:
         return string_at(text.pointer.value or 0, length).decode() if length else ""
 
     def _read_long(self, handle: c_void_p) -> int:
-        library.check(library.value_get_long(handle, byref(self._number)))
+        library.check(library.value_get_long(handle, self._number_reference))
         return self._number.value
 
     def _read_double(self, handle: c_void_p) -> float:
@@ -280,9 +317,7 @@ class QueryCore:
 
     def _call(self, method: Method, given: Tuple[Any, ...], named: Dict[str, Any]) -> Any:
         arguments = method.arguments(given, named)
-        if self._is_running:  # a signal handler may have come here
-            raise Error(f"{method.name}: another call of the query is running")
-        self._is_running = True
+        self._enter(method)
         try:
             self._value(len(arguments))
             for i, argument in enumerate(arguments):
@@ -290,14 +325,10 @@ class QueryCore:
                     self._array[i] = None
                 else:
                     value = self._values[i + 1]
-                    self._array[i] = value.value
+                    self._array[i] = self._handles[i + 1]
+                    self._held[i] = LEFT_OUT
                     self._assign(value, argument)
-            if method.waits:
-                code = _interrupt.run(lambda: self._run(method, len(arguments)), self._interrupt, self._resume_interrupted)
-            else:
-                code = self._run(method, len(arguments))
-            if code:
-                raise library.error(code)
+            self._run(method, len(arguments))
             result = self._read(self._result) if method.type else None
             if not method.outputs:
                 return result
@@ -306,30 +337,61 @@ class QueryCore:
         finally:
             self._is_running = False
 
-    def _run(self, method: Method, count: int) -> int:
-        return int(library.call(self._query, method.number, self._array, count, self._result))
+    def call_for_texts(self, name: str, *inputs: Any) -> List[str]:
+        """Calls a method that makes a request with all its inputs. Its result and its outputs as texts, in one crossing:
+        when the request failed, the last one tells why and the others are left from an earlier call."""
+        method: Method = getattr(type(self), name).method
+        count = len(method.parameters)
+        self._enter(method)
+        try:
+            self._value(count)
+            self._array[:count] = self._handles[1:count + 1]  # type: ignore[assignment]
+            first = len(inputs) - 1
+            for i, given in enumerate(inputs):
+                if given != self._held[i]:  # most inputs are those of the call before
+                    self._held[i] = LEFT_OUT
+                    self._assign(self._values[i + 1], given)
+                    self._held[i] = given
+            self._held[first + 1:count] = [LEFT_OUT] * (count - first - 1)
+            library.value_set_empty(self._values[count])
+            self._run(method, count)
+            self._array[first] = self._handles[0]
+            texts = self._texts
+            library.check(library.value_get_texts(byref(self._array, first * _POINTER), count - first, lib.UTF8,
+                                                  texts.pointers, texts.lengths))
+            return [string_at(texts.pointers[i] or 0, texts.lengths[i]).decode() if texts.lengths[i] else ""
+                    for i in range(count - first)]
+        finally:
+            self._is_running = False
+
+    def _enter(self, method: Method) -> None:
+        if self._is_running:  # a signal handler may have come here
+            raise Error(f"{method.name}: another call of the query is running")
+        self._is_running = True
+
+    def _run(self, method: Method, count: int) -> None:
+        arguments = self._query, method.number, self._array, count, self._result
+        code = _interrupt.run(self, library.call, arguments) if method.waits else library.call(*arguments)
+        if code:
+            raise library.error(code)
 
     def fetch_rows(self, method: str, columns: Sequence[str] = (), *, max: int, every_row: bool = False) -> Rows:
         """Calls a method that reads the next record until the list ends, or max rows are read, in one crossing. A row is
         its result and the outputs that columns names. every_row: only max ends the list, for methods that also return
         "" for an empty text. handled_error() tells whether a record could not be read."""
-        entry: Method = getattr(type(self), method).method
-        names = [parameter.name for parameter in entry.parameters]
-        for column in columns:
-            if column not in names:
-                raise TypeError(f"{method}() has no output {column}")
-        positions = (c_int32 * len(columns))(*(names.index(column) for column in columns))
-        handle = c_void_p()
-        library.check(library.fetch_rows(self._query, entry.number, max, positions, len(columns),
-                                         lib.EVERY_ROW if every_row else lib.UNTIL_END, lib.WINDOWS_1252, byref(handle)))
+        number, positions = _plan(getattr(type(self), method).method, tuple(columns))
+        rows = self._rows
+        library.check(library.fetch_rows(self._query, number, max, positions, len(positions),
+                                         lib.EVERY_ROW if every_row else lib.UNTIL_END, lib.WINDOWS_1252,
+                                         rows.handle_reference))
         try:
-            rows, width, block, offsets = c_int32(), c_int32(), c_void_p(), ctypes.POINTER(c_uint32)()
-            library.check(library.rows_read(handle, byref(rows), byref(width), byref(block), byref(offsets)))
-            count = rows.value * width.value
-            return Rows(rows.value, width.value, string_at(block.value or 0, offsets[count]),
-                        string_at(offsets, 4 * (count + 1)))
+            library.check(library.rows_read(rows.handle, *rows.references))
+            count = rows.count.value * rows.width.value
+            offsets = string_at(rows.offsets, 4 * (count + 1))
+            length = int.from_bytes(offsets[-4:], sys.byteorder)
+            return Rows(rows.count.value, rows.width.value, string_at(rows.block.value or 0, length), offsets)
         finally:
-            library.rows_free(handle)
+            library.rows_free(rows.handle)
 
     # ---- The watch ----
 
@@ -349,8 +411,18 @@ class QueryCore:
 
     def handled_error(self) -> Tuple[int, str]:
         """The number and the text of the first error that the last method handled; 0 without one."""
-        library.check(library.handled_error(self._query, byref(self._number), *self._text.references))
-        return self._number.value, str(self._text)
+        number = self.error_number()
+        if not number:
+            return 0, ""
+        library.check(library.handled_error(self._query, None, *self._text.references))
+        return number, str(self._text)
+
+    def error_number(self) -> int:
+        """The number alone."""
+        code = library.handled_error(self._query, self._number_reference, None, None)
+        if code:
+            raise library.error(code)
+        return self._number.value
 
     def progress(self) -> Progress:
         """From any thread."""
@@ -370,13 +442,13 @@ class QueryCore:
     def _interrupt(self) -> None:
         library.cancel(self._query)
 
-    def _resume_interrupted(self) -> None:
+    def _end_interrupt(self) -> None:
         if not self._is_cancelled:
             library.resume(self._query)
 
     def servers(self) -> List[Server]:
         """The query servers of the thread; none before RemoteHosts was assigned."""
-        library.check(library.server_count(self._query, byref(self._number)))
+        library.check(library.server_count(self._query, self._number_reference))
         return [self._server(i) for i in range(self._number.value)]
 
     def _server(self, index: int) -> Server:

@@ -15,7 +15,7 @@ from .documents import (MARK_OFF, MARK_ON, SEGMENT_COLUMNS, ArchiveEntry, Channe
                         key_of, note_of, segment_of)
 from .errors import BadArgument, Error, Refused, RequestReport
 from .hits import HitList
-from .text import date_of, decode, fields, is_true, number_of, request_text, setting_text, with_network_line_ends
+from .text import date_of, fields, is_true, number_of, request_text, setting_text, with_network_line_ends
 from .users import Users
 
 _LONGEST_NOTE = 8000
@@ -118,19 +118,16 @@ class Archive(Files):
             return HitList()  # the server would take such an expression for no restriction
         if max < 0 or query_max < 0:
             raise BadArgument("the limits of a search are 0 or more")
-        answer = self.query.TELOQueryArchiveInit(
-            request_text(query, "the query"), max, query_max, request_text(format, "the format"),
+        rows, keys, values, total, is_image, status = self.query.call_for_texts(
+            "TELOQueryArchiveInit", request_text(query, "the query"), max, query_max, request_text(format, "the format"),
             request_text(rights or "", "the folder rights"), request_text(layout_field, "the layout field"),
             request_text(layout, "the layout"))
-        count = self._access.count(answer.result, answer.strParamStatus)
+        count = self._access.count(int(rows), status)
         # Back to the first line, for the one with the flags of the columns; the rows follow it.
         self.query.TELOGetAllArchivesExtFirst()
         head = self.query.fetch_rows("TELOGetAllArchivesNext", max=4, every_row=True)
-        flags = decode(head.text[head.positions()[-2]:]) if head.row_count else ""
-        rows = self._access.rows("TELOQueryArchiveNext", _HIT_COLUMNS, count, "hit")
-        layout_fields = list(zip((answer.strLayoutKeys or "").split(","), (answer.strLayoutValues or "").split(",")))
-        hits = HitList(rows, flags, number_of(answer.lngTotalHits), bool(answer.blnHitlistMultiTIFF),
-                       layout_fields if answer.strLayoutKeys else ())
+        hits = HitList(self._access.rows("TELOQueryArchiveNext", _HIT_COLUMNS, count, "hit"), head, number_of(total),
+                       is_image == "True", (keys, values))
         if sort and hits.columns:
             hits.sort(hits.column(sort), descending)
         return hits

@@ -3,7 +3,7 @@ is made when it is asked for."""
 from __future__ import annotations
 
 from enum import Enum
-from typing import Iterator, List, NamedTuple, Optional, Sequence, Tuple, Union, overload
+from typing import Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple, Union, overload
 
 from . import raw
 from .documents import DocumentName
@@ -61,15 +61,14 @@ def _line(number: int, values: Sequence[str]) -> str:
 
 
 class HitList(Sequence[Hit]):
-    def __init__(self, rows: Optional[raw.Rows] = None, flags: str = "", total: int = 0,
-                 is_multi_page_image: bool = False, layout: Sequence[Tuple[str, str]] = ()) -> None:
+    def __init__(self, rows: Optional[raw.Rows] = None, head: Optional[raw.Rows] = None, total: int = 0,
+                 is_multi_page_image: bool = False, layout: Tuple[str, str] = ("", "")) -> None:
         self.total = total  # how many hits the query has; more than len() when a limit cut the list
         self.is_multi_page_image = is_multi_page_image  # the server can put the hits together as one image file
-        self.layout = list(layout)  # key and value of each field of the layout, in the server's order
-        self.flags = flags  # the line of the answer that says what the columns hold
-        self._rows = rows
+        self._layout = layout  # the keys and the values, separated by ","
+        self._rows, self._head = rows, head
         self._text = ""
-        self._positions: List[int] = []
+        self._at: List[int] = []  # where the texts of the rows begin, and the last one ends
         self._columns: Optional[Tuple[str, ...]] = None
         # The numbers of the rows, of which 0 has the titles.
         self._order: Sequence[int] = range(1, rows.row_count if rows else 1)
@@ -79,12 +78,24 @@ class HitList(Sequence[Hit]):
         if self._columns is None:
             titles = ""
             if self._rows and self._rows.row_count:
-                self._positions = self._rows.positions()
+                self._at = self._rows.positions()
                 self._text = decode(self._rows.text)
-                titles = self._text[:self._positions[1]]
+                titles = self._text[:self._at[1]]
             self._rows = None
             self._columns = tuple(fields(titles))
         return self._columns
+
+    @property
+    def layout(self) -> List[Tuple[str, str]]:
+        """Key and value of each field of the layout, in the server's order."""
+        keys, values = self._layout
+        return list(zip(keys.split(","), values.split(","))) if keys else []
+
+    @property
+    def flags(self) -> str:
+        """The line of the answer that says what the columns hold; "" of a list without a search."""
+        head = self._head
+        return decode(head.text[head.positions()[-2]:]) if head and head.row_count else ""
 
     @property
     def columns(self) -> Tuple[str, ...]:
@@ -122,15 +133,25 @@ class HitList(Sequence[Hit]):
     def __iter__(self) -> Iterator[Hit]:
         return self._hits(self._order)
 
+    def _places(self, order: Sequence[int]) -> Iterable[Sequence[int]]:
+        """Where the texts of each row begin, and the last one ends."""
+        at = self._at
+        if isinstance(order, range) and order.step == 1:
+            first, end = order.start * _WIDTH, order.stop * _WIDTH
+            return zip(*(at[first + i:end + i:_WIDTH] for i in range(_WIDTH + 1)))
+        return (at[row * _WIDTH:row * _WIDTH + _WIDTH + 1] for row in order)
+
     # The loop over all hits is what a page spends its time in, so each of its steps is one operation of the interpreter.
     def _hits(self, order: Sequence[int]) -> Iterator[Hit]:
-        columns, text, at = self._open(), self._text, self._positions
-        for row in order:
-            first, channel, archive, id_, version, end = at[row * _WIDTH:row * _WIDTH + _WIDTH + 1]
-            values = text[first:channel]
-            yield _NEW(Hit, (text[channel:archive], text[archive:id_], text[id_:version], text[version:end],
-                             values[1:-1].split(SEPARATOR) if values[:1] == "^" == values[-1:] != values
-                             else fields(values), columns))
+        columns, text = self._open(), self._text
+        for first, channel, archive, id_, version, end in self._places(order):
+            last = channel - 1
+            if text[last] == "^" == text[first] and first < last:
+                values = text[first + 1:last].split(SEPARATOR)
+            else:
+                values = fields(text[first:channel])
+            yield _NEW(Hit, (text[channel:archive], text[archive:id_], text[id_:version], text[version:end], values,
+                             columns))
 
     def sort(self, column: int, descending: bool = False) -> None:
         """Sorts by a column, counted from 0, as its kind asks for; equal hits keep their order. Makes no request. Raises
@@ -158,8 +179,8 @@ class HitList(Sequence[Hit]):
         """Whether the first hit comes behind the last one in ascending order."""
         if len(self) < 2:
             return False
-        ends = HitList(flags=self.flags)
-        ends._columns, ends._text, ends._positions = self.columns, self._text, self._positions
+        ends = HitList(None, self._head)
+        ends._columns, ends._text, ends._at = self.columns, self._text, self._at
         ends._order = [self._order[0], self._order[-1]]
         ends.sort(column)
         return ends._order[0] == self._order[-1]

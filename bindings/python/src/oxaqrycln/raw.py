@@ -11,7 +11,7 @@ from ctypes import byref, c_int32
 from typing import Any, Callable, List
 
 from ._library import library
-from ._query import (IN_OUT, LEFT_OUT, NULL, OPTIONAL_OUT, Byte, Integer, LeftOut, Method, Null, Outcome, Parameter,
+from ._query import (IN, IN_OUT, LEFT_OUT, NULL, OPTIONAL_OUT, Byte, Integer, LeftOut, Method, Null, Outcome, Parameter,
                      Progress, QueryCore, Request, Rows, Server, _Text, result_type)
 
 __all__ = ["LEFT_OUT", "NULL", "Byte", "Integer", "LeftOut", "Null", "Outcome", "Progress", "Query", "Request", "Rows",
@@ -52,7 +52,8 @@ def _add_method(member: int, name: str, type_: int) -> None:
     names = [each.name for each in parameters]
     result = result_type(name + "Result", ["result", *(names[i] for i in outputs)]) if outputs else None
     method = Method(name, member, tuple(parameters), type_, "strParamStatus" in names or name in _ALSO_WAITING,
-                    tuple(outputs), result or (lambda value: value))
+                    tuple(outputs), sum(each.kind in (IN, IN_OUT) for each in parameters),
+                    tuple(None if each.kind == OPTIONAL_OUT else LEFT_OUT for each in parameters), result)
 
     def call(self: Query, *arguments: Any, **named: Any) -> Any:
         return self._call(method, arguments, named)

@@ -36,6 +36,8 @@ def setting_text(text: str, what: str) -> str:
 
 def request_text(text: str, what: str) -> str:
     """A text as a request takes it. Raises BadArgument also for one that would end its field of the request."""
+    if text == "":
+        return text
     setting_text(text, what)
     if SEPARATOR in text or text.endswith("^,"):
         raise BadArgument(f'{what} holds "^,^", or ends with "^,", which separates the fields of a request')
@@ -63,6 +65,8 @@ def date_of(text: str) -> Optional[datetime]:
 
 def number_of(text: object) -> int:
     """The whole number that a text or an output spells, 0 when it spells none."""
+    if type(text) is str and text.isdecimal():
+        return int(text)
     try:
         return int(float(str(text).strip().replace(",", ".") or 0))
     except (ValueError, OverflowError):
