@@ -5,7 +5,7 @@ import re
 import shutil
 from pathlib import Path
 
-from setuptools import setup
+from setuptools import Distribution, setup
 from setuptools.command.build_py import build_py
 from wheel.bdist_wheel import bdist_wheel
 
@@ -29,16 +29,17 @@ class BuildWithLibrary(build_py):
             shutil.copy(LIBRARY, Path(self.build_lib, "oxaqrycln", "liboxaqrycln.so.1"))
 
 
-class PlatformWheel(bdist_wheel):
-    """Fits any Python 3; with the library, the system that it was built for."""
+class BuiltDistribution(Distribution):
+    """With the library it fits one system only."""
 
-    def finalize_options(self):
-        super().finalize_options()
-        self.root_is_pure = not LIBRARY
+    def has_ext_modules(self):
+        return bool(LIBRARY)
 
+
+class AnyPythonWheel(bdist_wheel):
     def get_tag(self):
-        tag = super().get_tag()
-        return ("py3", "none", tag[2])
+        return ("py3", "none", super().get_tag()[2])
 
 
-setup(version=version(), cmdclass={"build_py": BuildWithLibrary, "bdist_wheel": PlatformWheel})
+setup(version=version(), distclass=BuiltDistribution,
+      cmdclass={"build_py": BuildWithLibrary, "bdist_wheel": AnyPythonWheel})

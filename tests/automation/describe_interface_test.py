@@ -240,7 +240,8 @@ class OutputsTest(unittest.TestCase):
 class CheckedInPagesTest(unittest.TestCase):
     def test_the_pages_are_current(self):
         interface = describe_interface.load()
-        for output, page in [("markdown", "docs/methods.md"), ("man", "docs/oxaqrycln.3")]:
+        for output, page in [("markdown", "docs/methods.md"), ("man", "docs/oxaqrycln.3"),
+                             ("python", "bindings/python/src/oxaqrycln/raw.pyi")]:
             with self.subTest(page):
                 is_current = (ROOT / page).read_text(encoding="utf-8") == interface_outputs.OUTPUTS[output](interface)
                 self.assertTrue(is_current, f"regenerate it: automation/describe_interface.py --{output} {page}")
