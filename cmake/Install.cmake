@@ -1,8 +1,12 @@
-# Installs the library, public headers, the CMake package, the pkg-config file and documents.
+# Installs the libraries, public headers, the CMake package, the pkg-config file and documents.
 # Each tool installs itself, with its manual page and completions.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS oxaqrycln EXPORT oxaqrycln)
+install(FILES ${PROJECT_SOURCE_DIR}/automation/c/oxaqrycln.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(TARGET oxaqrycln_c)
+  install(TARGETS oxaqrycln_c EXPORT oxaqrycln)
+endif()
 
 # The headers for page authors, who include them as "component/clsQuery.h". Every other header is internal.
 set(public_headers
@@ -27,7 +31,7 @@ foreach(header IN LISTS public_headers)
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/oxaqrycln/${folder})
 endforeach()
 
-# find_package(oxaqrycln): the target oxaqrycln::oxaqrycln.
+# find_package(oxaqrycln): the targets oxaqrycln::oxaqrycln, for C++, and oxaqrycln::c.
 set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/oxaqrycln)
 install(EXPORT oxaqrycln NAMESPACE oxaqrycln:: FILE oxaqryclnTargets.cmake DESTINATION ${package_directory})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/oxaqryclnConfig.cmake.in
@@ -36,19 +40,22 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cm
 install(FILES ${PROJECT_BINARY_DIR}/oxaqryclnConfig.cmake ${PROJECT_BINARY_DIR}/oxaqryclnConfigVersion.cmake
   DESTINATION ${package_directory})
 
-# The .pc file derives its prefix from its own location, so that the installed tree may be moved as a whole.
+# A .pc file derives its prefix from its own location, so that the installed tree may be moved as a whole.
 set(pc_directory ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${pc_directory} OUTPUT_VARIABLE pc_to_prefix)
 foreach(directory LIBDIR INCLUDEDIR)
   set(path ${CMAKE_INSTALL_FULL_${directory}})
   cmake_path(RELATIVE_PATH path BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE pc_${directory})
 endforeach()
-configure_file(${PROJECT_SOURCE_DIR}/cmake/oxaqrycln.pc.in ${PROJECT_BINARY_DIR}/oxaqrycln.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/oxaqrycln.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(pc IN ITEMS oxaqrycln.pc oxaqrycln-c.pc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${pc}.in ${PROJECT_BINARY_DIR}/${pc} @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${pc} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 # Documents, and what they link to, in the same places relative to each other as in the sources.
 foreach(file IN ITEMS README.md CHANGELOG.md CONTRIBUTING.md LICENSE
-                      client/archive.h client/users.h component/clsQuery.h userdb/schema.sql userdb/sample.sql)
+                      automation/c/oxaqrycln.h client/archive.h client/users.h component/clsQuery.h
+                      userdb/schema.sql userdb/sample.sql)
   cmake_path(GET file PARENT_PATH folder)
   install(FILES ${PROJECT_SOURCE_DIR}/${file} DESTINATION ${CMAKE_INSTALL_DOCDIR}/${folder})
 endforeach()

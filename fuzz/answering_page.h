@@ -11,36 +11,33 @@
 
 namespace oxaqrycln::fuzz {
 
-class AnsweringPage {
+// Answers requests of the calling thread, from inside their yields.
+class Answerer {
  public:
-  AnsweringPage() {
-    query.strSessionID = "S1";
-    query.lngRequestTimeout = 10;
-    query.RemoteHosts("127.0.0.1," + std::to_string(peer_.port()));
-    Require(query.Init(false), "a page can be created");
-  }
+  // For RemoteHosts.
+  std::string Host() const { return "127.0.0.1," + std::to_string(peer_.port()); }
 
-  // The answer of the peer from now on.
+  // The answer from now on.
   void SetAnswer(std::string_view text) {
     answer_ = "TotalBytes:" + std::to_string(text.size()) + "\r\n" + std::string(text);
   }
 
-  // Runs a call of the query that sends one request.
+  // Runs a call that may send one request.
   template <typename Call>
   auto Ask(Call&& call) {
-    AnswerOnceConnected();
+    if (!isWaiting_) AnswerOnceConnected();
     auto result = call();
     peer_.Drop();
     return result;
   }
 
-  clsQuery query;
-
  private:
   // The first yield may be that of the timer's tick, before the connection.
   void AnswerOnceConnected() {
+    isWaiting_ = true;
     Apartment::Current()->loop.Post([this] {
       if (!peer_.IsWanted()) return AnswerOnceConnected();
+      isWaiting_ = false;
       peer_.Accept();
       peer_.Send(answer_);
     });
@@ -48,6 +45,19 @@ class AnsweringPage {
 
   LoopbackPeer peer_;
   std::string answer_;
+  bool isWaiting_ = false;
+};
+
+class AnsweringPage : public Answerer {
+ public:
+  AnsweringPage() {
+    query.strSessionID = "S1";
+    query.lngRequestTimeout = 10;
+    query.RemoteHosts(Host());
+    Require(query.Init(false), "a page can be created");
+  }
+
+  clsQuery query;
 };
 
 }  // namespace oxaqrycln::fuzz

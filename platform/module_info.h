@@ -15,6 +15,9 @@ struct ModuleInfo {
 
 // The library or program that contains this code; empty names when the system does not provide them.
 ModuleInfo ThisModule();
+// Keeps the module in memory until the process ends: threads that look up names or talk to databases may run in it
+// longer than any object lives. Where the build fixes that (-z nodelete), it does nothing.
+void KeepThisModule() noexcept;
 std::int64_t CurrentThreadId() noexcept;
 
 }  // namespace oxaqrycln

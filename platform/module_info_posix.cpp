@@ -30,6 +30,8 @@ ModuleInfo ThisModule() {
   return module;
 }
 
+void KeepThisModule() noexcept {}
+
 std::int64_t CurrentThreadId() noexcept { return syscall(SYS_gettid); }
 
 }  // namespace oxaqrycln

@@ -32,6 +32,12 @@ ModuleInfo ThisModule() {
   return {Utf8(path.parent_path()), Utf8(path.filename()), reinterpret_cast<std::uintptr_t>(handle)};
 }
 
+void KeepThisModule() noexcept {
+  HMODULE handle = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                     reinterpret_cast<LPCWSTR>(&KeepThisModule), &handle);
+}
+
 std::int64_t CurrentThreadId() noexcept { return GetCurrentThreadId(); }
 
 }  // namespace oxaqrycln

@@ -6,24 +6,24 @@
 #include <utility>
 
 #include "component/query_watch.h"
+#include "platform/module_info.h"
 #include "platform/threads/process_fork.h"
 #include "platform/threads/thread_exit.h"
 
 namespace oxaqrycln::c {
 
 // A thread that made handles. Its memory is never freed; another thread may use it later.
-struct ThreadRecord {
+struct ThreadRecord final : ThreadState {
   std::atomic<std::uint32_t> process = 0;  // ForkCount() in the process of the thread
   Slot* first = nullptr;                   // all live handles of the thread
   ThreadRecord* nextFree = nullptr;        // guarded by the table's mutex
-  std::atomic<bool> hasQueue = false;
-  std::mutex mutex;       // guards the queue
-  Slot* queue = nullptr;  // what other threads have freed: no longer live, and still to be released
+  std::mutex mutex;                        // guards the queue
+  Slot* queue = nullptr;                   // what other threads have freed: no longer live, and still to be released
 };
 
 constinit std::array<Slot, kBlockSize> firstSlots{};
 constinit std::array<std::atomic<Slot*>, kBlocks> slotBlocks{};
-constinit thread_local ThreadRecord* current = nullptr;
+constinit thread_local ThreadState* current = nullptr;
 
 namespace {
 
@@ -32,7 +32,7 @@ struct Table {
   std::uint32_t count = 0;
   Slot* freeSlots = nullptr;
   ThreadRecord* freeRecords = nullptr;
-  bool watchesForks = false;
+  bool isPrepared = false;  // for forks, and never to be unloaded
 };
 constinit Table table;
 
@@ -51,6 +51,10 @@ std::int32_t NotLive(const void* handle) noexcept {
 
 std::int32_t Forked() noexcept {
   return Fail(OXAQRY_E_FORKED, {"the handle belongs to the parent process; make another one after fork()"});
+}
+
+ThreadRecord& OwnerOf(const Slot& slot) noexcept {
+  return static_cast<ThreadRecord&>(*slot.owner.load(std::memory_order_relaxed));
 }
 
 // Raises std::bad_alloc.
@@ -132,8 +136,11 @@ void UnlockTableOfChild() {
 
 ThreadRecord& TakeRecord() {
   const std::lock_guard lock(table.mutex);
-  if (!table.watchesForks) WatchForks(&LockTable, &UnlockTable, &UnlockTableOfChild);
-  table.watchesForks = true;
+  if (!table.isPrepared) {
+    WatchForks(&LockTable, &UnlockTable, &UnlockTableOfChild);
+    KeepThisModule();
+    table.isPrepared = true;
+  }
   if (ThreadRecord* const record = table.freeRecords) {
     table.freeRecords = record->nextFree;
     return *record;
@@ -143,7 +150,7 @@ ThreadRecord& TakeRecord() {
 
 // That of the calling thread, made with its first handle in a process.
 ThreadRecord& MyRecord() {
-  if (current != nullptr) return *current;
+  if (current != nullptr) return static_cast<ThreadRecord&>(*current);
   ThreadRecord& record = TakeRecord();
   AtThreadExit(&EndThread, &record);
   record.process = ForkCount();
@@ -157,13 +164,11 @@ void EnterThread() { MyRecord(); }
 
 std::int32_t Refused(const void* handle, const Slot* slot) noexcept {
   if (slot == nullptr) return NotLive(handle);
-  if (slot->owner.load(std::memory_order_relaxed)->process != ForkCount()) return Forked();
+  if (OwnerOf(*slot).process != ForkCount()) return Forked();
   return Fail(OXAQRY_E_THREAD, {"the handle belongs to another thread"});
 }
 
-void ReleaseQueued() noexcept {
-  if (current != nullptr && current->hasQueue) ReleaseQueued(*current);
-}
+void ReleaseQueuedObjects() noexcept { ReleaseQueued(static_cast<ThreadRecord&>(*current)); }
 
 const void* NewHandle(std::unique_ptr<HandleObject> object, HandleKind kind) {
   ThreadRecord& mine = MyRecord();
@@ -183,7 +188,7 @@ const void* NewHandle(std::unique_ptr<HandleObject> object, HandleKind kind) {
 SharedHandle FindShared(const void* handle, HandleKind kind) noexcept {
   const Live live = FindSlot(handle, kind);
   if (live.slot == nullptr) return {.code = NotLive(handle)};
-  if (live.slot->owner.load(std::memory_order_relaxed)->process != ForkCount()) return {.code = Forked()};
+  if (OwnerOf(*live.slot).process != ForkCount()) return {.code = Forked()};
   return {&live.slot->shared, GenerationOf(live.tag)};
 }
 
@@ -192,7 +197,7 @@ std::int32_t FreeHandle(const void* handle, HandleKind kind) noexcept {
   const Live live = FindSlot(handle, kind);
   if (live.slot == nullptr) return NotLive(handle);
   Slot& slot = *live.slot;
-  ThreadRecord& owner = *slot.owner.load(std::memory_order_relaxed);
+  ThreadRecord& owner = OwnerOf(slot);
   if (owner.process != ForkCount()) return Forked();
   if (&owner == current) {
     if (slot.object->uses != 0) return Fail(OXAQRY_E_BUSY, {"a call that uses the handle is running"});

@@ -35,12 +35,16 @@ struct HandleObject {
   int uses = 0;  // by running calls: readers, or -1 for one that writes
 };
 
+// A thread that made handles, as far as other sources see it.
+struct ThreadState {
+  std::atomic<bool> hasQueue = false;  // other threads have freed handles of it
+};
 struct ThreadRecord;
 
 // A place in the table. Its memory is never freed, because other threads look at it.
 struct alignas(64) Slot {
   std::atomic<std::uint64_t> tag = 0;  // TagOf(); of the last handle, with the kind None when it is not live
-  std::atomic<ThreadRecord*> owner = nullptr;
+  std::atomic<ThreadState*> owner = nullptr;
   std::uint32_t index = 0;
   // Of the owner. The object is owned by the place, which has no destructor, because it must outlive every thread.
   HandleObject* object = nullptr;
@@ -64,7 +68,7 @@ constexpr std::uint32_t kBlocks = kWordBits == 64 ? 0x1000 : (1U << kIndexBits) 
 
 extern constinit std::array<Slot, kBlockSize> firstSlots;
 extern constinit std::array<std::atomic<Slot*>, kBlocks> slotBlocks;  // from the second one on
-extern constinit thread_local ThreadRecord* current;                  // null before the first handle of the thread
+extern constinit thread_local ThreadState* current;                   // null before the first handle of the thread
 
 constexpr std::uint64_t TagOf(std::uint32_t generation, HandleKind kind) noexcept {
   return std::uint64_t{generation} << 8U | static_cast<std::uint8_t>(kind);
@@ -108,26 +112,44 @@ struct FoundObject {
 };
 // Keeps why the calling thread cannot use a handle, whose place is slot when it is live; returns the code.
 std::int32_t Refused(const void* handle, const Slot* slot) noexcept;
-inline FoundObject FindObject(const void* handle, HandleKind kind) noexcept {
-  const Live live = FindSlot(handle, kind);
-  if (live.slot == nullptr || live.slot->owner.load(std::memory_order_relaxed) != current) [[unlikely]] {
-    return {.code = Refused(handle, live.slot)};
+// Releases what other threads have freed of the calling thread's objects, unless a running call uses it.
+void ReleaseQueuedObjects() noexcept;
+
+// Finds objects of the calling thread. It is asked for only once, because that takes as long as to find an object.
+class Finder {
+ public:
+  FoundObject Find(const void* handle, HandleKind kind) const noexcept {
+    const Live live = FindSlot(handle, kind);
+    if (live.slot == nullptr || live.slot->owner.load(std::memory_order_relaxed) != thread_) [[unlikely]] {
+      return {.code = Refused(handle, live.slot)};
+    }
+    return {live.slot->object};
   }
-  return {live.slot->object};
-}
-// Releases what other threads have freed of the calling thread's objects, unless a running call uses it. To be called
-// before a function finds its objects.
-void ReleaseQueued() noexcept;
+  // To be called before a function finds its objects.
+  void ReleaseQueued() const noexcept {
+    if (thread_ != nullptr && thread_->hasQueue.load(std::memory_order_relaxed)) [[unlikely]] {
+      ReleaseQueuedObjects();
+    }
+  }
+
+ private:
+  const ThreadState* const thread_ = current;
+};
+
 // Frees the object of a handle; that of another thread is freed by its thread. From any thread; null is accepted.
 std::int32_t FreeHandle(const void* handle, HandleKind kind) noexcept;
 
 // Runs body(object) with the object of a handle that no running call uses.
-template <typename Type, typename Handle, typename Body>
-std::int32_t With(Handle* handle, Body&& body) noexcept {
-  const FoundObject found = FindObject(handle, Type::kKind);
+template <typename Type, typename Body>
+std::int32_t With(const Finder& finder, const void* handle, Body&& body) noexcept {
+  const FoundObject found = finder.Find(handle, Type::kKind);
   if (found.object == nullptr) return found.code;
   if (found.object->uses != 0) return Fail(OXAQRY_E_BUSY, {"a call that uses the handle is running"});
   return Guarded([&] { return body(static_cast<Type&>(*found.object)); });
+}
+template <typename Type, typename Body>
+std::int32_t With(const void* handle, Body&& body) noexcept {
+  return With<Type>(Finder(), handle, std::forward<Body>(body));
 }
 
 // Hands an object out as a new handle. *handle is written only when that succeeds.

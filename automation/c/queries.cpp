@@ -22,7 +22,8 @@ bool IsRequired(ParameterKind kind) noexcept { return kind == ParameterKind::In 
 // The values of one call, which are in use as long as this lives.
 class UsedValues {
  public:
-  UsedValues() noexcept {}  // NOLINT: leaves the array as it is, because clearing it takes as long as a short call
+  // Leaves the array as it is, because clearing it takes as long as a short call.
+  explicit UsedValues(const Finder& finder) noexcept : finder_(finder) {}  // NOLINT
   ~UsedValues() {
     for (std::size_t i = 0; i < count_; ++i) values_[i]->uses = values_[i]->uses < 0 ? 0 : values_[i]->uses - 1;
   }
@@ -31,7 +32,7 @@ class UsedValues {
 
   // Null after Fail(), with the code.
   Value* Take(const oxaqry_value* handle, bool isWritten, std::int32_t& code) noexcept {
-    const FoundObject found = FindObject(handle, HandleKind::Value);
+    const FoundObject found = finder_.Find(handle, HandleKind::Value);
     code = found.code;
     if (found.object == nullptr) return nullptr;
     auto& value = static_cast<Value&>(*found.object);
@@ -45,13 +46,14 @@ class UsedValues {
   }
 
  private:
+  const Finder& finder_;
   std::array<Value*, kMostArguments + 1> values_;  // the first count_ of them
   std::size_t count_ = 0;
 };
 
 class Arguments {
  public:
-  Arguments() noexcept {}  // NOLINT: as for UsedValues
+  explicit Arguments(const Finder& finder) noexcept : used_(finder) {}  // NOLINT: as for UsedValues
   // Reads the values of the caller; returns a code.
   std::int32_t Read(const MethodEntry& method, oxaqry_value* const* values, std::int32_t count) noexcept {
     const std::size_t most = method.parameters.size();
@@ -145,9 +147,10 @@ void Query::KeepProgress(const RequestProgress& progress) noexcept {
   handle_.shared->announced.store(progress.announced, std::memory_order_relaxed);
 }
 
-const MethodEntry* MethodOf(std::int32_t number) {
+const MethodEntry* Query::MethodOf(std::int32_t number) {
+  if (lastMethod_ != nullptr && lastMethod_->number == number) return lastMethod_;
   const MethodEntry* const method = FindMember(number).method;
-  if (method != nullptr && !method->isProperty) return method;
+  if (method != nullptr && !method->isProperty) return lastMethod_ = method;
   Fail(OXAQRY_E_MEMBER, {"there is no method ", std::to_string(number)});
   return nullptr;
 }
@@ -197,10 +200,12 @@ int32_t oxaqry_set_variable(oxaqry_query* query, int32_t member, oxaqry_value* v
 }
 
 int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value** values, int32_t count, oxaqry_value* result) {
-  return WithQuery(query, [&](Query& target) -> std::int32_t {
-    const MethodEntry* const entry = MethodOf(method);
+  const Finder finder;
+  finder.ReleaseQueued();
+  return With<Query>(finder, query, [&](Query& target) -> std::int32_t {
+    const MethodEntry* const entry = target.MethodOf(method);
     if (entry == nullptr) return OXAQRY_E_MEMBER;
-    Arguments arguments;
+    Arguments arguments(finder);
     if (const std::int32_t code = arguments.Read(*entry, values, count); code != OXAQRY_OK) return code;
     if (const std::int32_t code = arguments.ReadResult(result); code != OXAQRY_OK) return code;
     Variant returned = target.Call(*entry, arguments.pointers());

@@ -28,6 +28,8 @@ class Query final : public HandleObject {
 
   clsQuery& instance() noexcept { return instance_; }
   QueryWatch& watch() noexcept { return watch_; }
+  // The method of a number, for a call; null for another member and for none, after Fail().
+  const MethodEntry* MethodOf(std::int32_t number);
   // A text for the caller that is valid until the next call; place 0 or 1.
   std::string_view Keep(std::size_t place, std::string_view windows1252);
 
@@ -40,17 +42,16 @@ class Query final : public HandleObject {
   SharedHandle handle_;
   bool isCancelled_ = false;
   std::array<std::string, 2> texts_;
+  const MethodEntry* lastMethod_ = nullptr;  // a page calls one over and over
 };
 
 // Runs body(query) as With does; first releases what other threads have freed.
 template <typename Body>
 std::int32_t WithQuery(oxaqry_query* handle, Body&& body) noexcept {
-  ReleaseQueued();
-  return With<Query>(handle, std::forward<Body>(body));
+  const Finder finder;
+  finder.ReleaseQueued();
+  return With<Query>(finder, handle, std::forward<Body>(body));
 }
-
-// The method of a number, for a call; null for another member and for none, after Fail().
-const MethodEntry* MethodOf(std::int32_t number);
 
 }  // namespace oxaqrycln::c
 

@@ -134,7 +134,7 @@ std::int32_t Check(const MethodEntry& method, std::int32_t max, const std::int32
 int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, const int32_t* columns,
                           int32_t column_count, int32_t end, int32_t encoding, oxaqry_rows** rows) {
   return WithQuery(query, [&](Query& source) -> std::int32_t {
-    const MethodEntry* const entry = MethodOf(method);
+    const MethodEntry* const entry = source.MethodOf(method);
     if (entry == nullptr) return OXAQRY_E_MEMBER;
     const std::int32_t code = Check(*entry, max, columns, column_count, end, encoding);
     if (code != OXAQRY_OK) return code;

@@ -50,13 +50,18 @@ std::int32_t WithText(oxaqry_value* value, const void* text, std::size_t length,
   });
 }
 
-// The text of a value, valid until the value changes or this is called again. Raises Type mismatch.
-std::string_view TextOf(Value& value, std::int32_t encoding) {
-  const std::string_view text = value.variant.TextView(value.text);
-  if (encoding != OXAQRY_UTF8 || IsAscii(text)) return text;
+// In UTF-8, kept with the value, whose text it is.
+std::string_view KeptUtf8(Value& value, std::string_view text) {
+  if (IsAscii(text)) return text;
   value.text.clear();  // only a String has other characters, and the variant holds it
   AppendUtf8(value.text, text);
   return value.text;
+}
+
+// The text of a value, valid until the value changes or this is called again. Raises Type mismatch.
+inline std::string_view TextOf(Value& value, std::int32_t encoding) {
+  const std::string_view text = value.variant.TextView(value.text);
+  return encoding == OXAQRY_WINDOWS_1252 ? text : KeptUtf8(value, text);
 }
 
 std::int32_t BadText(std::string_view utf8) {
@@ -163,11 +168,12 @@ int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t enc
   if (count < 0) return Fail(OXAQRY_E_ARGUMENT, {"count is negative"});
   if (count > 0 && (values == nullptr || texts == nullptr || lengths == nullptr)) return IsNull("a list");
   if (!IsEncoding(encoding)) return NoEncoding();
+  const Finder finder;
   for (std::int32_t i = 0; i < count; ++i) {
     texts[i] = "";
     lengths[i] = 0;
     if (values[i] == nullptr) continue;
-    const std::int32_t code = With<Value>(values[i], [&](Value& source) {
+    const std::int32_t code = With<Value>(finder, values[i], [&](Value& source) {
       GiveText(texts + i, lengths + i, TextOf(source, encoding));
       return OXAQRY_OK;
     });

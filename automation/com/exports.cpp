@@ -5,8 +5,8 @@
 #include "automation/com/boundary.h"
 #include "automation/com/class_factory.h"
 #include "automation/com/class_ids.h"
-#include "automation/com/module_path.h"
 #include "automation/com/registration.h"
+#include "platform/module_info.h"
 
 namespace com = oxaqrycln::com;
 
@@ -14,7 +14,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   if (classId != com::IdOf(com::kClassId)) return CLASS_E_CLASSNOTAVAILABLE;
-  com::StayLoaded();
+  oxaqrycln::KeepThisModule();
   return com::TheClassFactory().QueryInterface(interfaceId, object);
 }
 

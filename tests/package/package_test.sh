@@ -32,12 +32,12 @@ mv "$work/first" "$tree"
 
 printf 'Checking the installed files\n'
 libdir=$(dirname "$(find "$tree" -name 'liboxaqrycln.a')")
-for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h share/man/man1/{oxaqry,devserver}.1 \
+for file in bin/oxaqry bin/devserver include/oxaqrycln/component/clsQuery.h include/oxaqrycln.h share/man/man1/{oxaqry,devserver}.1 \
   share/man/man3/oxaqrycln.3 share/man/man5/oxaqry-log.5 share/bash-completion/completions/{oxaqry,devserver} \
   share/zsh/site-functions/_{oxaqry,devserver} share/doc/oxaqrycln/LICENSE share/doc/oxaqrycln/docs/protocol.md; do
   [[ -s $tree/$file ]] || fail "$file is not installed"
 done
-[[ -s $libdir/liboxaqrycln.a ]] || fail "the library is not installed"
+[[ -s $libdir/liboxaqrycln.a && -s $libdir/liboxaqrycln.so.1 ]] || fail "a library is not installed"
 for path in "$source" "$build" "$work/first"; do
   ! grep -rIlF -- "$path" "$libdir/cmake" "$libdir/pkgconfig" "$tree/include" ||
     fail "an installed file names $path"
@@ -63,12 +63,16 @@ printf 'Building programs through find_package\n'
   fail "$(cat "$work/log")"
 "$cmake" --build "$work/consumer" --parallel 2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
 
-printf 'Building a program through pkg-config\n'
+printf 'Building programs through pkg-config\n'
 export PKG_CONFIG_PATH=$libdir/pkgconfig
 # --dont-define-prefix: the .pc file itself must derive its prefix.
 options=$(pkg-config --dont-define-prefix --cflags --libs oxaqrycln)
 # The path contains a blank, which pkg-config quotes for the shell.
 eval "'$compiler' $flags -o '$work/by_pkg_config' '$source/examples/first_query/main.cpp' $options"
+c_compiler=${compiler/c++/cc} c_compiler=${c_compiler/g++/gcc} c_compiler=${c_compiler/clang++/clang}
+options=$(pkg-config --dont-define-prefix --cflags --libs oxaqrycln-c)
+eval "'$c_compiler' -std=c99 -Wall -Wextra -Werror -pedantic $flags -o '$work/c_by_pkg_config' '$source/examples/c/main.c'" \
+  "$options '-Wl,-rpath,$libdir'"
 
 printf 'Running them\n'
 : >"$work/devserver.log"
@@ -84,6 +88,10 @@ export ARCHIVE_PASSWORD=secret
 for program in consumer/first_query/first_query by_pkg_config; do
   output=$("$work/$program" "127.0.0.1,$port" pipes 2>&1) || fail "$program: $output"
   [[ $output == [1-9]*" hits"$'\n'*"copper pipes"* ]] || fail "$program printed: $output"
+done
+for program in consumer/c/hit_list c_by_pkg_config; do
+  output=$("$work/$program" "127.0.0.1,$port" pipes 2>&1) || fail "$program: $output"
+  [[ $output == *Mail$'\t'*[1-9]*" hits"$'\n'*"copper pipes"* ]] || fail "$program printed: $output"
 done
 ! ARCHIVE_PASSWORD=wrong "$work/by_pkg_config" "127.0.0.1,$port" pipes >/dev/null 2>&1 || fail "a wrong password was accepted"
 OXAQRY_USER=webuser OXAQRY_PASSWORD=secret "$tree/bin/oxaqry" channels --hosts "127.0.0.1,$port" >"$work/channels" ||

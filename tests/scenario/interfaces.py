@@ -19,7 +19,7 @@ class Interface:
     path: Callable = str  # a file's path as the interface takes it
 
 
-def run_cpp(environment, options):
+def run_program(environment, options):
     return lines_of([options.program, *(f"{name}={text}" for name, text in environment.texts.items())])
 
 
@@ -46,7 +46,8 @@ def run_com(environment, options):
 
 
 INTERFACES = {
-    "cpp": Interface(run_cpp),
+    "cpp": Interface(run_program),
+    "c": Interface(run_program),
     "session": Interface(run_session),
     "python": Interface(run_python),
     # Under Wine 8 an object of a VBScript class, which a page would be, answers IDispatch::Invoke with E_NOTIMPL.

@@ -2,6 +2,7 @@
 """run.py - runs the scenario through one interface and compares its transcript with the expected one.
 
     run.py --interface cpp --program build/debug/tests/scenario/scenario_cpp
+    run.py --interface c --program build/debug/tests/scenario/scenario_c
     run.py --interface session --program build/debug/tools/oxaqry/oxaqry
     run.py --interface python --program build/debug/liboxaqrycln.so.1
     run.py --interface com --wine-prefix DIR --dll OXAQryCln.dll

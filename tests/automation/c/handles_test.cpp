@@ -125,12 +125,6 @@ TEST(CHandles, FreedByAnotherThreadAreReleasedAtTheNextCallOfTheirOwn) {
   EXPECT_LT(peak.ByteCount(), 5 * text.size());
 }
 
-TEST(CHandles, EndWithTheirThread) {
-  oxaqry_query* query = nullptr;
-  InOwnThread([&] { Ok(oxaqry_query_new(&query)); });
-  EXPECT_EQ(oxaqry_query_free(query), OXAQRY_E_HANDLE);
-}
-
 // While a request waits, as from a message loop of the host.
 TEST(CHandles, ThatARunningCallUsesAreBusy) {
   InOwnThread([] {

@@ -1,4 +1,4 @@
-// A child process has none of the handles of its parent.
+// A child process has none of the handles of its parent, and a thread that ended none of its own.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,6 +31,12 @@ TEST(CHandles, OfTheParentAreRefusedInAForkedChild) {
     EXPECT_EQ(query.Call("HelloWorld"), "Hello World!");
     EXPECT_EQ(value.Text(), "x");
   });
+}
+
+TEST(CHandles, EndWithTheirThread) {
+  oxaqry_query* query = nullptr;
+  InOwnThread([&] { Ok(oxaqry_query_new(&query)); });
+  EXPECT_EQ(oxaqry_query_free(query), OXAQRY_E_HANDLE);
 }
 
 // The servers of a thread are those that its first instance named, but a child is a thread of its own.

@@ -2,10 +2,9 @@
    before its first query. Prints what fails. */
 #include <stdio.h>
 #include <string.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "oxaqrycln.h"
+#include "tests/automation/c/program.h"
 
 static int fails(const char *what) {
   fprintf(stderr, "%s: %s\n", what, oxaqry_last_error());
@@ -30,16 +29,10 @@ static int greet(void) {
 }
 
 int main(void) {
-  int i;
-  if (oxaqry_abi_version() != 1) return fails("abi_version");
-  for (i = 0; i < 100; ++i) {
-    int status = -1;
-    const pid_t child = fork();
-    if (child == 0) _exit(greet());
-    if (waitpid(child, &status, 0) != child || status != 0) return fails("a child");
-  }
-  /* Once more, which leaves its handles to the end of the process. */
   oxaqry_query *query = NULL;
-  if (greet() != 0 || oxaqry_query_new(&query) != OXAQRY_OK) return fails("the parent");
-  return 0;
+  if (oxaqry_abi_version() != 1) return fails("abi_version");
+  if (greet_in_children(greet) != 0) return fails("a child");
+  if (greet() != 0) return 1;
+  /* This one is left to the end of the process. */
+  return oxaqry_query_new(&query) == OXAQRY_OK ? 0 : fails("query_new");
 }
