@@ -144,9 +144,11 @@ class HitList(Sequence[Hit]):
     # The loop over all hits is what a page spends its time in, so each of its steps is one operation of the interpreter.
     def _hits(self, order: Sequence[int]) -> Iterator[Hit]:
         columns, text = self._open(), self._text
+        # What ends the columns of a row that are between carets, as those of the titles are; "" for titles without.
+        closing = "^" if text.startswith("^") else ""
         for first, channel, archive, id_, version, end in self._places(order):
             last = channel - 1
-            if text[last] == "^" == text[first] and first < last:
+            if text[last] == closing:
                 values = text[first + 1:last].split(SEPARATOR)
             else:
                 values = fields(text[first:channel])
