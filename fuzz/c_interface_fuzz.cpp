@@ -131,6 +131,7 @@ class Caller {
     std::int32_t code = OXAQRY_OK;
     switch (letter) {
       case 'n':
+        oxaqry_query_free(query);
         return oxaqry_query_new(argument == 0 ? nullptr : &query);
       case 'f':
         return oxaqry_query_free(query);
@@ -138,6 +139,7 @@ class Caller {
         std::thread([&] { code = argument % 2 == 0 ? oxaqry_query_free(query) : oxaqry_value_free(value); }).join();
         return code;
       case 'v':
+        oxaqry_value_free(value);
         return oxaqry_value_new(&value);
       case 'w':
         return oxaqry_value_free(value);
@@ -150,6 +152,7 @@ class Caller {
         return answerer_.Ask(
             [&] { return oxaqry_call(query, member, values_.data() + place % 3, number % 14, other); });
       case 'R':
+        oxaqry_rows_free(rows);
         return which < kRequests ? OXAQRY_OK : Fetch(query, member, number, &rows);
       case 'r':
         return Read(rows);

@@ -1,9 +1,13 @@
 // c_scenario_run.h - what the C program of the scenario stands on: its instances, and its transcript on standard
-// output. A misuse of the C interface ends the program.
+// output. Uses the C interface alone; a misuse ends the program.
 #ifndef OXAQRYCLN_TESTS_SCENARIO_C_SCENARIO_RUN_H_
 #define OXAQRYCLN_TESTS_SCENARIO_C_SCENARIO_RUN_H_
 
 #include "automation/c/oxaqrycln.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
 
 // The arguments are NAME=TEXT: what stands for {NAME} in a text. Makes the instance "q".
 void begin(int argc, char** argv);
@@ -23,5 +27,9 @@ void show(const char* title, const char* instance, const char* variable);
 // The last ones of values are those that are shown after the call, by their positions.
 void call(const char* title, const char* instance, const char* method, oxaqry_value** values, int32_t count,
           const int32_t* shown, int32_t shown_count);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif  // OXAQRYCLN_TESTS_SCENARIO_C_SCENARIO_RUN_H_

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <utility>
+#include <vector>
 
 #include "component/memory_request.h"
 
@@ -66,8 +67,14 @@ void ScenarioRun::Say(std::string_view line) const {
 
 void ScenarioRun::Show(std::string_view title, const Variant& result,
                        std::initializer_list<const Variant*> outputs) const {
+  std::vector<Variant> values;
+  for (const Variant* const output : outputs) values.push_back(*output);
+  Show(title, result, values);
+}
+
+void ScenarioRun::Show(std::string_view title, const Variant& result, std::span<const Variant> outputs) const {
   std::string line = std::string(title) + " = " + Shown(result);
-  for (const Variant* const output : outputs) line += "; " + Shown(*output);
+  for (const Variant& output : outputs) line += "; " + Shown(output);
   Say(line);
 }
 

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,7 @@ class ScenarioRun {
   // Prints a line.
   void Say(std::string_view line) const;
   void Show(std::string_view title, const Variant& result, std::initializer_list<const Variant*> outputs) const;
+  void Show(std::string_view title, const Variant& result, std::span<const Variant> outputs) const;
 
  private:
   std::map<std::string, std::string> texts_;

@@ -14,7 +14,6 @@
 namespace oxaqrycln::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 TEST(CMembers, AreFoundByTheirNamesAndNumbers) {
@@ -326,24 +325,6 @@ TEST(CWatch, CancelsFromAnotherThreadUntilItIsResumed) {
     EXPECT_EQ(query.Call("TELOGetChannelsInit"), "-1") << "still cancelled";
     Ok(oxaqry_resume(query));
     EXPECT_EQ(query.Call("TELOGetChannelsInit"), "1");
-  });
-}
-
-TEST(CWatch, ShowsTheServersOfTheThread) {
-  InOwnThread([] {
-    const CQuery query("a.example,1|b.example,2,0");
-    std::int32_t count = 0;
-    std::int32_t port = 0;
-    std::int32_t print = -1;
-    std::int32_t busy = -1;
-    const char* host = nullptr;
-    std::size_t length = 0;
-    Ok(oxaqry_server_count(query, &count));
-    Ok(oxaqry_server(query, 1, &host, &length, &port, &print, &busy, nullptr, nullptr, nullptr));
-    EXPECT_EQ(count, 2);
-    EXPECT_EQ(std::string(host, length), "b.example");
-    EXPECT_THAT((std::vector{port, print, busy}), ElementsAre(2, 0, 0));
-    EXPECT_EQ(oxaqry_server_failures(query, 2, &count), OXAQRY_E_ARGUMENT);
   });
 }
 

@@ -44,12 +44,15 @@ TEST(CHandles, OfAForkedChildHaveServersOfTheirOwn) {
   InOwnThread([] {
     const CQuery query("127.0.0.1,1|127.0.0.1,2");
     EXPECT_TRUE(HoldsInChild([] {
-      CQuery own("127.0.0.1,3");
+      CQuery own("127.0.0.1,3,0");
       std::int32_t count = 0;
       std::int32_t port = 0;
+      std::int32_t takesPrint = -1;
       Ok(oxaqry_server_count(own, &count));
-      Ok(oxaqry_server(own, 0, nullptr, nullptr, &port, nullptr, nullptr, nullptr, nullptr, nullptr));
-      return count == 1 && port == 3 && own.Init() == "True";
+      Ok(oxaqry_server(own, 0, nullptr, nullptr, &port, &takesPrint, nullptr, nullptr, nullptr, nullptr));
+      return count == 1 && port == 3 && takesPrint == 0 && own.Init() == "True" &&
+             oxaqry_server(own, 1, nullptr, nullptr, &port, nullptr, nullptr, nullptr, nullptr, nullptr) ==
+                 OXAQRY_E_ARGUMENT;
     }));
   });
 }
