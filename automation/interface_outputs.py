@@ -245,9 +245,10 @@ PYTHON_HEAD = """\
 from datetime import datetime
 from typing import Any, NamedTuple, Union
 
-from ._query import LEFT_OUT as LEFT_OUT, NULL as NULL, Byte as Byte, Integer as Integer, LeftOut as LeftOut
-from ._query import Null as Null, Outcome as Outcome, Progress as Progress, QueryCore, Request as Request
-from ._query import Rows as Rows, Server as Server
+from ._query import QueryCore, Rows as Rows
+from ._values import LEFT_OUT as LEFT_OUT, NULL as NULL, Byte as Byte, Integer as Integer, LeftOut as LeftOut
+from ._values import Null as Null, Request as Request
+from ._watch import Outcome as Outcome, Progress as Progress, Server as Server
 
 Input = Union[None, bool, int, float, str, bytes, datetime, Null]
 OptionalInput = Union[Input, LeftOut]
@@ -284,7 +285,10 @@ def python_member(member):
         return (f"    @property\n    def {member.name}(self) -> Any:\n{documentation}"
                 f"    @{member.name}.setter\n    def {member.name}({parameters}) -> None: ...\n")
     result = member.name + "Result" if python_outputs(member) else PYTHON_TYPES[member.type]
-    return f"    def {member.name}({parameters}) -> {result}:\n{documentation}"
+    # Broken behind commas only.
+    declared = f"{member.name}({parameters}) -> {result}:".replace(" ", "\u00a0").replace(",\u00a0", ", ")
+    lines = textwrap.wrap("def " + declared, 120, initial_indent="    ", subsequent_indent=" " * 12)
+    return "\n".join(lines).replace("\u00a0", " ") + f"\n{documentation}"
 
 
 def python_stub(interface):

@@ -6,7 +6,7 @@ import unittest
 from datetime import datetime
 from pathlib import Path
 
-from support import SilentServer, ThreadedTest, unused_server
+from support import CannedServer, SilentServer, ThreadedTest, unused_server
 
 from oxaqrycln import (AllServersBusy, Archive, BadArgument, Cancelled, ColumnKind, ConnectionFailed, Content, DatabaseFailed, DocumentName,
                        Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut)
@@ -165,6 +165,35 @@ class ArchiveTest(ThreadedTest):
         thread.join()
         self.assertEqual([check.is_alive for check in checks], [True, False])
         self.assertIn("10061", checks[1].text)
+
+
+ROWS = [r"^$(#Büro)\A^,^1^,^2^,^a^,^^,^€^", r"^$(#Büro)\A^,^^,^^,^^", r"^$(#)\^,^3^,^1^,^no caret at the end",
+        r"^x#(M)\B^,^4^,^1^,^,^,^a,b^", r"^$(#M)\A\B)\C^,^5^,^1^,^^^,^x^"]
+
+
+class RowsTest(ThreadedTest):
+    def search(self, rows):
+        server = self.started(CannedServer, [str(len(rows)), "", "0", "^0^", "^R^,^D^,^V^,^Title^,^Größe^", *rows])
+        archive = Archive(hosts=server.hosts)
+        self.addCleanup(archive.close)
+        return archive, archive.search("any")
+
+    def test_a_hit_list_reads_rows_as_the_class_does(self):
+        archive, hits = self.search(ROWS)
+        self.assertEqual(hits.columns, ("Title", "Größe"))
+        archive.query.TELOQueryArchiveInit("any", 9, 9, "", "")
+        archive.query.TELOQueryArchiveNext()
+        for hit in hits:
+            row = archive.query.TELOQueryArchiveNext()
+            self.assertEqual([*hit.document, hit.values], [*row[1:], fields(row.result)])
+        self.assertEqual(hits[2].value("größe"), "")
+
+    def test_a_malformed_row_is_an_error(self):
+        for row in ("^$(#Mail^,^1^,^2^,^a^", "^)\\^,^1^,^2^,^a^", "^1^,^2^"):
+            with self.subTest(row):
+                hits = self.in_own_thread(lambda row=row: self.search([ROWS[0], row])[1])
+                self.assertEqual(hits[0].channel, "Büro")
+                self.assertRaisesRegex(Error, "malformed", list, hits)
 
 
 class FailuresTest(ThreadedTest):

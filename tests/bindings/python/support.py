@@ -44,6 +44,31 @@ class SilentServer:
         self._socket.close()
 
 
+class CannedServer(SilentServer):
+    """Gives every request the same lines as its answer."""
+
+    def __init__(self, lines):
+        super().__init__()
+        text = "".join(line + "\r\n" for line in ["Status: OK", *lines]).encode("cp1252")
+        self._answer = b"TotalBytes:%d\r\n" % len(text) + text
+        self._thread = threading.Thread(target=self._serve)
+        self._thread.start()
+
+    def _serve(self):
+        while True:
+            connection, _ = self._socket.accept()
+            with connection:
+                if not connection.recv(65536):
+                    return
+                connection.sendall(self._answer)
+
+    def close(self):
+        with socket.create_connection(self._socket.getsockname()):
+            pass  # which ends the thread
+        self._thread.join()
+        super().close()
+
+
 def unused_server():
     """The address of a port where nobody listens."""
     with socket.create_server(("127.0.0.1", 0)) as each:
@@ -65,6 +90,15 @@ class ThreadedTest(unittest.TestCase):
         thread.start()
         thread.join()
         return result
+
+    @staticmethod
+    def in_own_thread(call):
+        """The result of the call in a thread that has no query servers yet."""
+        results = []
+        thread = threading.Thread(target=lambda: results.append(call()))
+        thread.start()
+        thread.join()
+        return results[0]
 
     def started(self, make, *arguments):
         """A server that ends with the test."""

@@ -9,7 +9,7 @@ from datetime import datetime, timedelta
 from pathlib import Path
 from typing import Any, Dict, Iterator, List, NoReturn, Optional, Sequence, Type, Union
 
-from . import _query as watch
+from . import _watch as watch
 from . import raw
 from ._library import TRIED_LAST
 from .errors import (AllServersBusy, Attempt, BadArgument, Cancelled, ConnectionFailed, DatabaseFailed, Error, Refused,

@@ -15,43 +15,13 @@ from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence, Tu
 from . import _interrupt
 from . import _library as lib
 from ._library import library
-from .errors import BadArgument, Error
+from ._values import EPOCH, LEFT_OUT, NULL, SETTERS, Byte, Integer, Text, new_handle
+from ._watch import QueryWatch
+from .errors import Error
 
-_EPOCH = datetime(1899, 12, 30)
 _MOST_ARGUMENTS = 24
 _MOST_TEXTS = _MOST_ARGUMENTS + 1
 _POINTER = ctypes.sizeof(c_void_p)
-_SECOND = timedelta(seconds=1)
-
-
-class Integer(int):
-    """A whole number of 16 bits; a plain int is one of 32 bits."""
-
-
-class Byte(int):
-    """A number from 0 to 255."""
-
-
-class Null:
-    """The value Null of a database; None is the value Empty. There is one, NULL."""
-
-    def __repr__(self) -> str:
-        return "NULL"
-
-
-class LeftOut:
-    """An argument that is left out, which for an output says that it is not written. There is one, LEFT_OUT."""
-
-    def __repr__(self) -> str:
-        return "LEFT_OUT"
-
-
-class Request(bytes):
-    """The body of a page's request, as the method OnStartPage takes it."""
-
-
-NULL = Null()
-LEFT_OUT = LeftOut()
 
 
 class Parameter(NamedTuple):
@@ -104,53 +74,6 @@ class Rows(NamedTuple):
         return numbers.tolist()
 
 
-class Outcome(NamedTuple):
-    """The last request: kind is an oxaqry_outcome_kind."""
-
-    kind: int
-    text: str
-    milliseconds: int
-    was_sent: bool
-    attempts: Tuple[Tuple[str, int, str, int], ...]  # host, port, error, milliseconds
-
-
-NO_REQUEST, SUCCEEDED, REFUSED, TIMED_OUT, CONNECTION_FAILED, ALL_BUSY, CANCELLED, FAILED = range(8)
-
-
-class Server(NamedTuple):
-    """A query server of the thread."""
-
-    host: str
-    port: int
-    takes_print_requests: bool
-    is_busy: bool
-    since: Optional[datetime]  # None while it is not busy
-    session: str
-    failures: int  # of its last connects and requests, in a row
-
-
-class Progress(NamedTuple):
-    """Bytes of the running request; announced is the length of the answer, 0 while that is unknown."""
-
-    sent: int
-    received: int
-    announced: int
-
-
-class _Text:
-    """Where the library writes a text: a pointer and a number of bytes."""
-
-    def __init__(self) -> None:
-        self.pointer, self.length = c_void_p(), c_size_t()
-        self.references = byref(self.pointer), byref(self.length)
-
-    def bytes(self) -> bytes:
-        return string_at(self.pointer.value or 0, self.length.value) if self.length.value else b""
-
-    def __str__(self) -> str:
-        return self.bytes().decode()
-
-
 class _Texts:
     """The same for several texts."""
 
@@ -178,65 +101,19 @@ def _plan(method: Method, columns: Tuple[str, ...]) -> Tuple[int, Any]:
     return method.number, (c_int32 * len(columns))(*(names.index(column) for column in columns))
 
 
-def _handle(make: Callable[[Any], int]) -> c_void_p:
-    handle = c_void_p()
-    library.check(make(byref(handle)))
-    return handle
-
-
-def _set_text(handle: c_void_p, value: str) -> int:
-    data = value.encode("utf-8", "surrogatepass")  # the library reports a lone surrogate with its position
-    return int(library.value_set_text(handle, data, len(data), lib.UTF8))
-
-
-def _set_whole(handle: c_void_p, value: int) -> int:
-    if not -0x80000000 <= value <= 0x7FFFFFFF:
-        raise BadArgument(f"{value} does not fit into 32 bits")
-    return int(library.value_set_long(handle, value))
-
-
-def _set_small(set_value: Any, first: int, last: int) -> Callable[[c_void_p, int], int]:
-    def set_checked(handle: c_void_p, value: int) -> int:
-        if not first <= value <= last:
-            raise BadArgument(f"{int(value)} is not in the range of {first} to {last}")
-        return int(set_value(handle, value))
-    return set_checked
-
-
-def _set_date(handle: c_void_p, value: datetime) -> int:
-    if value.tzinfo:
-        value = value.astimezone().replace(tzinfo=None)
-    return int(library.value_set_date(handle, (value - _EPOCH) // _SECOND))
-
-
-_SETTERS: Dict[type, Callable[[c_void_p, Any], Any]] = {
-    str: _set_text,
-    type(None): lambda handle, _: library.value_set_empty(handle),
-    int: _set_whole,
-    bool: lambda handle, value: library.value_set_boolean(handle, value),
-    Integer: _set_small(library.value_set_integer, -0x8000, 0x7FFF),
-    Byte: _set_small(library.value_set_byte, 0, 255),
-    float: lambda handle, value: library.value_set_double(handle, value),
-    datetime: _set_date,
-    bytes: lambda handle, value: library.value_set_bytes(handle, value, len(value)),
-    Request: lambda handle, value: library.value_set_request(handle, value, len(value)),
-    Null: lambda handle, _: library.value_set_null(handle),
-}
-
-
-class QueryCore:
+class QueryCore(QueryWatch):
     """Belongs to the thread that made it. May be dropped on any thread."""
 
     def __init__(self) -> None:
-        self._query = _handle(library.query_new)
+        super().__init__()
+        self._query = new_handle(library.query_new)
         self._values: List[c_void_p] = []
         self._handles: List[Optional[int]] = []
         self._array = (c_void_p * _MOST_ARGUMENTS)()
         self._result = self._value(0)
-        self._number, self._text, self._texts, self._rows = c_int32(), _Text(), _Texts(), _RowsRead()
-        self._number_reference = byref(self._number)
+        self._text, self._texts, self._rows = Text(), _Texts(), _RowsRead()
         self._held: List[Any] = [LEFT_OUT] * _MOST_TEXTS  # what the values hold as inputs of call_for_texts()
-        self._is_running = self._is_cancelled = False
+        self._is_running = False
 
     def close(self) -> None:
         """Closes what the query has open and gives its query server back. Leaves a query of the parent process alone."""
@@ -260,14 +137,14 @@ class QueryCore:
     def _value(self, number: int) -> c_void_p:
         """The value for the argument of a number from 1, or for the result."""
         while len(self._values) <= number:
-            self._values.append(_handle(library.value_new))
+            self._values.append(new_handle(library.value_new))
             self._handles.append(self._values[-1].value)
         return self._values[number]
 
     def _assign(self, handle: c_void_p, value: Any) -> None:
-        setter = _SETTERS.get(type(value))
+        setter = SETTERS.get(type(value))
         if setter is None:
-            setter = next((each for kind, each in _SETTERS.items() if isinstance(value, kind)), None)
+            setter = next((each for kind, each in SETTERS.items() if isinstance(value, kind)), None)
         if setter is None:
             raise TypeError(f"a value of the type {type(value).__name__} cannot be passed")
         code = setter(handle, value)
@@ -299,7 +176,7 @@ class QueryCore:
     def _read_date(self, handle: c_void_p) -> datetime:
         seconds = c_int64()
         library.check(library.value_get_date(handle, byref(seconds)))
-        return _EPOCH + timedelta(seconds=seconds.value)
+        return EPOCH + timedelta(seconds=seconds.value)
 
     def _read_bytes(self, handle: c_void_p) -> bytes:
         library.check(library.value_get_bytes(handle, *self._text.references))
@@ -392,79 +269,6 @@ class QueryCore:
             return Rows(rows.count.value, rows.width.value, string_at(rows.block.value or 0, length), offsets)
         finally:
             library.rows_free(rows.handle)
-
-    # ---- The watch ----
-
-    def outcome(self) -> Outcome:
-        """What became of the last request."""
-        kind, count, was_sent, elapsed, text = c_int32(), c_int32(), c_int32(), c_int64(), _Text()
-        library.check(library.outcome(self._query, byref(kind), byref(elapsed), byref(was_sent), byref(count)))
-        library.check(library.outcome_text(self._query, *text.references))
-        return Outcome(kind.value, str(text), elapsed.value, bool(was_sent.value),
-                       tuple(self._attempt(i) for i in range(count.value)))
-
-    def _attempt(self, index: int) -> Tuple[str, int, str, int]:
-        host, port, error, elapsed = _Text(), c_int32(), _Text(), c_int64()
-        library.check(library.attempt(self._query, index, *host.references, byref(port), *error.references,
-                                      byref(elapsed)))
-        return str(host), port.value, str(error), elapsed.value
-
-    def handled_error(self) -> Tuple[int, str]:
-        """The number and the text of the first error that the last method handled; 0 without one."""
-        number = self.error_number()
-        if not number:
-            return 0, ""
-        library.check(library.handled_error(self._query, None, *self._text.references))
-        return number, str(self._text)
-
-    def error_number(self) -> int:
-        """The number alone."""
-        code = library.handled_error(self._query, self._number_reference, None, None)
-        if code:
-            raise library.error(code)
-        return self._number.value
-
-    def progress(self) -> Progress:
-        """From any thread."""
-        sent, received, announced = c_int64(), c_int64(), c_int64()
-        library.check(library.progress(self._query, byref(sent), byref(received), byref(announced)))
-        return Progress(sent.value, received.value, announced.value)
-
-    def cancel(self) -> None:
-        """Ends the running request, and each later one at once, until resume(). From any thread."""
-        self._is_cancelled = True
-        library.check(library.cancel(self._query))
-
-    def resume(self) -> None:
-        self._is_cancelled = False
-        library.check(library.resume(self._query))
-
-    def _interrupt(self) -> None:
-        library.cancel(self._query)
-
-    def _end_interrupt(self) -> None:
-        if not self._is_cancelled:
-            library.resume(self._query)
-
-    def servers(self) -> List[Server]:
-        """The query servers of the thread; none before RemoteHosts was assigned."""
-        library.check(library.server_count(self._query, self._number_reference))
-        return [self._server(i) for i in range(self._number.value)]
-
-    def _server(self, index: int) -> Server:
-        host, port, prints, busy, since, session = _Text(), c_int32(), c_int32(), c_int32(), c_int64(), _Text()
-        library.check(library.server(self._query, index, *host.references, byref(port), byref(prints), byref(busy),
-                                     byref(since), *session.references))
-        names = str(host), str(session)  # borrowed until the next call
-        failures = c_int32()
-        library.check(library.server_failures(self._query, index, byref(failures)))
-        since_when = _EPOCH + timedelta(seconds=since.value) if busy.value else None
-        return Server(names[0], port.value, bool(prints.value), bool(busy.value), since_when, names[1], failures.value)
-
-    def set_sick_servers(self, policy: int) -> None:
-        """How the query chooses a server from now on: an oxaqry_sick_servers."""
-        library.check(library.set_sick_servers(self._query, policy))
-
 
 _READERS: Dict[int, Callable[[QueryCore, c_void_p], Any]] = {
     lib.EMPTY: lambda query, value: None,

@@ -14,12 +14,11 @@ from .documents import (MARK_OFF, MARK_ON, SEGMENT_COLUMNS, ArchiveEntry, Channe
                         MaskField, Named, Note, Outliner, OutlinerNode, Properties, ServerHealth, TransportOrder,
                         key_of, note_of, segment_of)
 from .errors import BadArgument, Error, Refused, RequestReport
-from .hits import HitList
+from .hits import HEAD_LINES, HitList
 from .text import date_of, fields, is_true, number_of, request_text, setting_text, with_network_line_ends
 from .users import Users
 
 _LONGEST_NOTE = 8000
-_HIT_COLUMNS = ("strChannel", "strArchive", "strDocID", "strVer")
 _MASK_FIELD_COLUMNS = ("lngTabIndex", "lngWidth", "strAlign", "strName", "blnMandatory", "strInitText", "blnListOnly",
                        "strList")
 _CHECKS_AT_ONCE = 16
@@ -123,11 +122,11 @@ class Archive(Files):
             request_text(rights or "", "the folder rights"), request_text(layout_field, "the layout field"),
             request_text(layout, "the layout"))
         count = self._access.count(int(rows), status)
-        # Back to the first line, for the one with the flags of the columns; the rows follow it.
+        # From the first line on, for the one with the flags of the columns. The rows are read as lines, because a hit list
+        # splits those that are asked for only.
         self.query.TELOGetAllArchivesExtFirst()
-        head = self.query.fetch_rows("TELOGetAllArchivesNext", max=4, every_row=True)
-        hits = HitList(self._access.rows("TELOQueryArchiveNext", _HIT_COLUMNS, count, "hit"), head, number_of(total),
-                       is_image == "True", (keys, values))
+        lines = self._access.rows("TELOGetAllArchivesNext", [], count + HEAD_LINES, "line")
+        hits = HitList(lines, number_of(total), is_image == "True", (keys, values))
         if sort and hits.columns:
             hits.sort(hits.column(sort), descending)
         return hits

@@ -2,17 +2,18 @@
 is made when it is asked for."""
 from __future__ import annotations
 
+from copy import copy
 from enum import Enum
-from typing import Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple, Union, overload
+from typing import Dict, Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple, Union, overload
 
 from . import raw
 from .documents import DocumentName
 from .errors import BadArgument, Error
 from .text import SEPARATOR, decode, fields, number_of
 
-_COLUMNS = ("strChannel", "strArchive", "strDocID", "strVer")
-_WIDTH = 1 + len(_COLUMNS)
-_FIELDS_IN_FRONT = 3  # of a line of the class: reference, document and version
+# Lines of the answer: the flags of the columns are in the last one of the head, then come the titles and the hits.
+HEAD_LINES = 4
+_FIELDS_IN_FRONT = 3  # of a row: reference, document and version
 _NEW = tuple.__new__
 
 
@@ -60,30 +61,44 @@ def _line(number: int, values: Sequence[str]) -> str:
     return "^" + SEPARATOR.join([str(number), "0", "0", *values]) + "^\r\n"
 
 
+def _names_of(reference: str) -> Tuple[str, str]:
+    """The channel and the archive of "$(#channel)\\archive". Raises ValueError."""
+    middle = reference.index(")\\", len("$(#"))
+    return reference[len("$(#"):middle], reference[middle + 2:]
+
+
 class HitList(Sequence[Hit]):
-    def __init__(self, rows: Optional[raw.Rows] = None, head: Optional[raw.Rows] = None, total: int = 0,
-                 is_multi_page_image: bool = False, layout: Tuple[str, str] = ("", "")) -> None:
+    """Raises Error when a hit that is asked for is malformed in the answer."""
+
+    def __init__(self, lines: Optional[raw.Rows] = None, total: int = 0, is_multi_page_image: bool = False,
+                 layout: Tuple[str, str] = ("", "")) -> None:
         self.total = total  # how many hits the query has; more than len() when a limit cut the list
         self.is_multi_page_image = is_multi_page_image  # the server can put the hits together as one image file
         self._layout = layout  # the keys and the values, separated by ","
-        self._rows, self._head = rows, head
+        self._lines = lines
         self._text = ""
-        self._at: List[int] = []  # where the texts of the rows begin, and the last one ends
+        self._at: List[int] = []  # where the lines begin, and the last one ends
+        self._known: Dict[str, Tuple[str, str]] = {}  # channel and archive of each reference that was read
         self._columns: Optional[Tuple[str, ...]] = None
-        # The numbers of the rows, of which 0 has the titles.
-        self._order: Sequence[int] = range(1, rows.row_count if rows else 1)
+        self._order: Sequence[int] = range(HEAD_LINES + 1, lines.row_count if lines else 0)  # lines of the hits
 
     def _open(self) -> Tuple[str, ...]:
-        """Makes the texts of the rows accessible; returns the titles."""
+        """Makes the lines accessible; returns the titles."""
         if self._columns is None:
-            titles = ""
-            if self._rows and self._rows.row_count:
-                self._at = self._rows.positions()
-                self._text = decode(self._rows.text)
-                titles = self._text[:self._at[1]]
-            self._rows = None
-            self._columns = tuple(fields(titles))
+            if self._lines:
+                self._at, self._text = self._lines.positions(), decode(self._lines.text)
+            self._lines = None
+            self._columns = tuple(fields(self._line(HEAD_LINES))[_FIELDS_IN_FRONT:])
         return self._columns
+
+    def _line(self, number: int) -> str:
+        """"" when there is none."""
+        return self._text[self._at[number]:self._at[number + 1]] if number + 1 < len(self._at) else ""
+
+    @property
+    def columns(self) -> Tuple[str, ...]:
+        """The titles of the display columns."""
+        return self._open()
 
     @property
     def layout(self) -> List[Tuple[str, str]]:
@@ -94,13 +109,8 @@ class HitList(Sequence[Hit]):
     @property
     def flags(self) -> str:
         """The line of the answer that says what the columns hold; "" of a list without a search."""
-        head = self._head
-        return decode(head.text[head.positions()[-2]:]) if head and head.row_count else ""
-
-    @property
-    def columns(self) -> Tuple[str, ...]:
-        """The titles of the display columns."""
-        return self._open()
+        self._open()
+        return self._line(HEAD_LINES - 1)
 
     def column(self, title: str) -> int:
         """The position of a column, as column_number() finds it."""
@@ -133,27 +143,36 @@ class HitList(Sequence[Hit]):
     def __iter__(self) -> Iterator[Hit]:
         return self._hits(self._order)
 
-    def _places(self, order: Sequence[int]) -> Iterable[Sequence[int]]:
-        """Where the texts of each row begin, and the last one ends."""
+    def _places(self, order: Sequence[int]) -> Iterable[Tuple[int, int]]:
+        """Where each line begins and ends."""
         at = self._at
         if isinstance(order, range) and order.step == 1:
-            first, end = order.start * _WIDTH, order.stop * _WIDTH
-            return zip(*(at[first + i:end + i:_WIDTH] for i in range(_WIDTH + 1)))
-        return (at[row * _WIDTH:row * _WIDTH + _WIDTH + 1] for row in order)
+            return zip(at[order.start:order.stop], at[order.start + 1:])
+        return ((at[line], at[line + 1]) for line in order)
 
     # The loop over all hits is what a page spends its time in, so each of its steps is one operation of the interpreter.
     def _hits(self, order: Sequence[int]) -> Iterator[Hit]:
-        columns, text = self._open(), self._text
-        # What ends the columns of a row that are between carets, as those of the titles are; "" for titles without.
-        closing = "^" if text.startswith("^") else ""
-        for first, channel, archive, id_, version, end in self._places(order):
-            last = channel - 1
-            if text[last] == closing:
-                values = text[first + 1:last].split(SEPARATOR)
+        columns, text, known = self._open(), self._text, self._known
+        for start, end in self._places(order):
+            try:
+                reference, id_, version, values = text[start + 1:end - 1].split(SEPARATOR, _FIELDS_IN_FRONT)
+                channel, archive = known[reference]
+            except (KeyError, ValueError):
+                yield self._unusual_hit(text[start:end])
+                continue
+            if text[end - 1] == "^":
+                yield _NEW(Hit, (channel, archive, id_, version, values.split(SEPARATOR), columns))
             else:
-                values = fields(text[first:channel])
-            yield _NEW(Hit, (text[channel:archive], text[archive:id_], text[id_:version], text[version:end], values,
-                             columns))
+                yield self._unusual_hit(text[start:end])
+
+    def _unusual_hit(self, line: str) -> Hit:
+        """Of a reference that is not known yet, of a line without a caret at its end, or without values."""
+        try:
+            reference, id_, version, *values = fields(line)
+            self._known[reference] = names = _names_of(reference)
+        except ValueError:
+            raise Error(f"a hit of the answer is malformed: {line!r}") from None
+        return Hit(*names, id_, version, values, self.columns)
 
     def sort(self, column: int, descending: bool = False) -> None:
         """Sorts by a column, counted from 0, as its kind asks for; equal hits keep their order. Makes no request. Raises
@@ -181,8 +200,7 @@ class HitList(Sequence[Hit]):
         """Whether the first hit comes behind the last one in ascending order."""
         if len(self) < 2:
             return False
-        ends = HitList(None, self._head)
-        ends._columns, ends._text, ends._at = self.columns, self._text, self._at
+        ends = copy(self)
         ends._order = [self._order[0], self._order[-1]]
         ends.sort(column)
         return ends._order[0] == self._order[-1]

@@ -11,8 +11,9 @@ from ctypes import byref, c_int32
 from typing import Any, Callable, List
 
 from ._library import library
-from ._query import (IN, IN_OUT, LEFT_OUT, NULL, OPTIONAL_OUT, Byte, Integer, LeftOut, Method, Null, Outcome, Parameter,
-                     Progress, QueryCore, Request, Rows, Server, _Text, result_type)
+from ._query import IN, IN_OUT, OPTIONAL_OUT, Method, Parameter, QueryCore, Rows, result_type
+from ._values import LEFT_OUT, NULL, Byte, Integer, LeftOut, Null, Request, Text
+from ._watch import Outcome, Progress, Server
 
 __all__ = ["LEFT_OUT", "NULL", "Byte", "Integer", "LeftOut", "Null", "Outcome", "Progress", "Query", "Request", "Rows",
            "Server"]
@@ -33,7 +34,7 @@ def _number(ask: Callable[..., int], *arguments: Any) -> int:
 
 
 def _text(ask: Callable[..., int], *arguments: Any) -> str:
-    text = _Text()
+    text = Text()
     library.check(ask(*arguments, *text.references))
     return str(text)
 

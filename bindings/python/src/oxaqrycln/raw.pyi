@@ -2,9 +2,10 @@
 from datetime import datetime
 from typing import Any, NamedTuple, Union
 
-from ._query import LEFT_OUT as LEFT_OUT, NULL as NULL, Byte as Byte, Integer as Integer, LeftOut as LeftOut
-from ._query import Null as Null, Outcome as Outcome, Progress as Progress, QueryCore, Request as Request
-from ._query import Rows as Rows, Server as Server
+from ._query import QueryCore, Rows as Rows
+from ._values import LEFT_OUT as LEFT_OUT, NULL as NULL, Byte as Byte, Integer as Integer, LeftOut as LeftOut
+from ._values import Null as Null, Request as Request
+from ._watch import Outcome as Outcome, Progress as Progress, Server as Server
 
 Input = Union[None, bool, int, float, str, bytes, datetime, Null]
 OptionalInput = Union[Input, LeftOut]
@@ -352,7 +353,8 @@ class Query(QueryCore):
         """
     @RemoteHosts.setter
     def RemoteHosts(self, strRemoteHosts: Input) -> None: ...
-    def WriteUserToDB(self, strUser: Input, strPasswd: Input, strTELOUser: OptionalInput = ..., strTELOPasswd: OptionalInput = ...) -> Any:
+    def WriteUserToDB(self, strUser: Input, strPasswd: Input, strTELOUser: OptionalInput = ...,
+            strTELOPasswd: OptionalInput = ...) -> Any:
         """Creates a user, with an account of the archive system when both of its texts are given. Returns the new
         user's ID (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
         """
@@ -368,7 +370,8 @@ class Query(QueryCore):
         """Changes the password of all users of the name. Returns the ID of the first one (Integer), 0 when the old
         password is wrong, the ID is above 32767, or the database refuses the change.
         """
-    def GetUserTELOUser(self, strUserID: Input, strTELOUser: Output = ..., strTELOPasswd: Output = ...) -> GetUserTELOUserResult:
+    def GetUserTELOUser(self, strUserID: Input, strTELOUser: Output = ...,
+            strTELOPasswd: Output = ...) -> GetUserTELOUserResult:
         """Reads the user's account of the archive system. Returns 1 (Long) when there is such a user, with the outputs
         "" for one without an account; else, and on failure, 0 (Long) with the outputs untouched.
         """
@@ -399,12 +402,14 @@ class Query(QueryCore):
         """The channels the user and his groups may see, "^channel^,^channel^". Returns their number (Long), Empty on
         failure.
         """
-    def GetUserDocRights(self, strUserID: Input, strChannel: Input, strArchive: Input, strDocRights: Output = ...) -> GetUserDocRightsResult:
+    def GetUserDocRights(self, strUserID: Input, strChannel: Input, strArchive: Input,
+            strDocRights: Output = ...) -> GetUserDocRightsResult:
         """The conditions by which documents are shown. Returns their number (Long); strDocRights receives a line
         "^definition^,^field^,^operator^,^value^,^type^" with CR LF for each, by definition and grade. A definition
         that reaches the user in several ways counts once, conditions that differ only in their grade are two.
         """
-    def GetUserSearchRights(self, strUserID: Input, strChannel: Input, strArchive: Input, strFixedValues: Output = ..., strHiddenFields: Output = ..., strNoMatchcodeFields: Output = ...) -> GetUserSearchRightsResult:
+    def GetUserSearchRights(self, strUserID: Input, strChannel: Input, strArchive: Input, strFixedValues: Output = ...,
+            strHiddenFields: Output = ..., strNoMatchcodeFields: Output = ...) -> GetUserSearchRightsResult:
         """The fields that searches are restricted in. Returns the number of fields in the definitions (Long), each
         counted once. strFixedValues receives a line "^field^,^value^" with CR LF for each value that a search must
         have, by field, then by character code; strHiddenFields and strNoMatchcodeFields the fields that are hidden
@@ -421,7 +426,9 @@ class Query(QueryCore):
         (Long), 0 for an outliner or node that does not exist, or -1 (Integer) on failure; nothing is loaded then.
         The nodes outlive other requests: only this method replaces them.
         """
-    def GetOutlinerContentNext(self, lngID: Output = ..., intLevel: Output = ..., strFieldID: Output = ..., strDescription: Output = ..., strDataType: Output = ..., blnExpand: Output = ..., lngChildren: Output = ...) -> GetOutlinerContentNextResult:
+    def GetOutlinerContentNext(self, lngID: Output = ..., intLevel: Output = ..., strFieldID: Output = ...,
+            strDescription: Output = ..., strDataType: Output = ..., blnExpand: Output = ...,
+            lngChildren: Output = ...) -> GetOutlinerContentNextResult:
         """The content of the next node; "" at the end with the outputs untouched, and for a node without content.
         lngID receives the node's ID (Long), intLevel its level (Integer), strFieldID, strDescription and
         strDataType what the outliner says of that level, "" when it says nothing, blnExpand whether the node is
@@ -457,7 +464,8 @@ class Query(QueryCore):
     def TELOGetAllArchivesNext(self) -> str:
         """The next archive, its whole line; "" at the end.
         """
-    def TELOGetQueryFormatListInit(self, strChannel: Input, strArchive: Input, strParamStatus: Output = ...) -> TELOGetQueryFormatListInitResult:
+    def TELOGetQueryFormatListInit(self, strChannel: Input, strArchive: Input,
+            strParamStatus: Output = ...) -> TELOGetQueryFormatListInitResult:
         """Asks for the query formats of an archive. Returns their number (Long), or -1 (Integer) on failure.
         """
     def TELOGetQueryFormatListNext(self) -> str:
@@ -466,7 +474,8 @@ class Query(QueryCore):
     def TELOGetAllArchivesExtInit(self, strParamStatus: Output = ...) -> TELOGetAllArchivesExtInitResult:
         """Asks for every channel with its archives. Returns the number of channels (Long), or -1 (Integer) on failure.
         """
-    def TELOGetAllArchivesExtNext(self, strChannel: Output = ..., strChannelDescription: Output = ...) -> TELOGetAllArchivesExtNextResult:
+    def TELOGetAllArchivesExtNext(self, strChannel: Output = ...,
+            strChannelDescription: Output = ...) -> TELOGetAllArchivesExtNextResult:
         """Moves to the next channel, whose name and description the outputs receive. Returns its number of archives
         (Long), or -1 (Integer) after the last channel, with the outputs "".
         """
@@ -477,11 +486,16 @@ class Query(QueryCore):
     def TELOGetAllArchivesExtFirst(self) -> None:
         """Goes back to the first channel, without a request.
         """
-    def TELOGetArchiveProperties(self, strChannel: Input, strArchive: Input, blnCreate: Output = ..., blnEdit: Output = ..., blnDelete: Output = ..., blnIndex: Output = ..., strParamStatus: Output = ...) -> TELOGetArchivePropertiesResult:
+    def TELOGetArchiveProperties(self, strChannel: Input, strArchive: Input, blnCreate: Output = ...,
+            blnEdit: Output = ..., blnDelete: Output = ..., blnIndex: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetArchivePropertiesResult:
         """Asks for the properties of an archive. Returns the fifth one (String), or -1 (Integer) on failure or an
         empty answer; the outputs receive the first four as the server wrote them (String).
         """
-    def TELOQueryArchiveInit(self, strQuery: Input, lngMaxLines: Input, lngQueryMax: Input, strQueryFormat: Input, strFolderRights: Input, strLayoutFieldID: OptionalInput = ..., strLayoutID: OptionalInput = ..., strLayoutKeys: Output = ..., strLayoutValues: Output = ..., lngTotalHits: Output = ..., blnHitlistMultiTIFF: Output = ..., strParamStatus: Output = ...) -> TELOQueryArchiveInitResult:
+    def TELOQueryArchiveInit(self, strQuery: Input, lngMaxLines: Input, lngQueryMax: Input, strQueryFormat: Input,
+            strFolderRights: Input, strLayoutFieldID: OptionalInput = ..., strLayoutID: OptionalInput = ...,
+            strLayoutKeys: Output = ..., strLayoutValues: Output = ..., lngTotalHits: Output = ...,
+            blnHitlistMultiTIFF: Output = ..., strParamStatus: Output = ...) -> TELOQueryArchiveInitResult:
         """Runs a query. lngMaxLines limits the hit lines, lngQueryMax the hits; strQueryFormat is one that
         TELOGetQueryFormatListNext lists. strFolderRights restricts the search: "$(#channel);" for a channel,
         "$(#channel)\\archive;" for an archive, one after the other. "" restricts nothing: all archives are
@@ -491,7 +505,8 @@ class Query(QueryCore):
         layout's keys and values joined by ","; blnHitlistMultiTIFF (Boolean) whether the hits can be had as one
         image file.
         """
-    def TELOQueryArchiveNext(self, strChannel: Output = ..., strArchive: Output = ..., strDocID: Output = ..., strVer: Output = ...) -> TELOQueryArchiveNextResult:
+    def TELOQueryArchiveNext(self, strChannel: Output = ..., strArchive: Output = ..., strDocID: Output = ...,
+            strVer: Output = ...) -> TELOQueryArchiveNextResult:
         """The next row's display columns, "^column^,^column^"; "" at the end. The first row holds the titles. The
         outputs receive the hit's channel, archive, document id and version as text.
         """
@@ -508,7 +523,8 @@ class Query(QueryCore):
         the title row included, and TELOSortHitlistNext begins at the title row; -1 (Integer), with nothing changed,
         for a column that the title row does not have and without a title row.
         """
-    def TELOSortHitlistNext(self, strChannel: Output = ..., strArchive: Output = ..., strDocID: Output = ..., strVer: Output = ...) -> TELOSortHitlistNextResult:
+    def TELOSortHitlistNext(self, strChannel: Output = ..., strArchive: Output = ..., strDocID: Output = ...,
+            strVer: Output = ...) -> TELOSortHitlistNextResult:
         """The next row of the list, read as TELOQueryArchiveNext reads it, with a place of its own: at the title row
         after a query and after a sort.
         """
@@ -530,20 +546,31 @@ class Query(QueryCore):
         a hit moves four bytes for each one between it and the nearer end of the list: at most two million bytes in
         a list of a million hits.
         """
-    def TELOGetDocumentInfo(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, lngLaenge: Output = ..., strErstelldat: Output = ..., strAenderDat: Output = ..., strTitel: Output = ..., intFelderGes: Output = ..., intTextFelder: Output = ..., intBildFelder: Output = ..., intBlobFelder: Output = ..., strParamStatus: Output = ...) -> TELOGetDocumentInfoResult:
+    def TELOGetDocumentInfo(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            lngLaenge: Output = ..., strErstelldat: Output = ..., strAenderDat: Output = ..., strTitel: Output = ...,
+            intFelderGes: Output = ..., intTextFelder: Output = ..., intBildFelder: Output = ...,
+            intBlobFelder: Output = ..., strParamStatus: Output = ...) -> TELOGetDocumentInfoResult:
         """Information about a document. Returns the number of lines of the answer (Long), or -1 (Integer) when the
         request failed. Of the first line, when there is one: lngLaenge receives the length (Long), strErstelldat
         and strAenderDat the dates of creation and change as the server wrote them, strTitel the title, the others
         the numbers of fields in all, of text, image and stored-file fields (Integer).
         """
-    def TELOGetSegmentDescriptionInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strParamThumbnailPath: OptionalInput = ..., lngNotes: Output = ..., strParamStatus: Output = ...) -> TELOGetSegmentDescriptionInitResult:
+    def TELOGetSegmentDescriptionInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strParamThumbnailPath: OptionalInput = ..., lngNotes: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentDescriptionInitResult:
         """Asks for the descriptions of a document's segments. Returns their number (Long), or -1 (Integer) on failure.
         lngNotes receives the number of the document's notes as text; strParamThumbnailPath is handed to the server.
         """
-    def TELOGetSegmentDescriptionNext(self, intFeldID: Output = ..., lngTextLaenge: Output = ..., intTrefferZahl: Output = ..., lngNCILaenge: Output = ..., strExt: Output = ..., intFeldTyp: Output = ..., strFeldtitel: Output = ..., strDateiname: Output = ..., intStatus: Output = ..., strLayoutID: Output = ..., lngThumbnailSize: Output = ...) -> TELOGetSegmentDescriptionNextResult:
+    def TELOGetSegmentDescriptionNext(self, intFeldID: Output = ..., lngTextLaenge: Output = ...,
+            intTrefferZahl: Output = ..., lngNCILaenge: Output = ..., strExt: Output = ..., intFeldTyp: Output = ...,
+            strFeldtitel: Output = ..., strDateiname: Output = ..., intStatus: Output = ..., strLayoutID: Output = ...,
+            lngThumbnailSize: Output = ...) -> TELOGetSegmentDescriptionNextResult:
         """The next segment's name, "" at the end. All outputs are text, whatever their names say.
         """
-    def TELOGetSegmentTextInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strQuery: OptionalInput = ..., strMarkOn: OptionalInput = ..., strMarkOff: OptionalInput = ..., strCRLF: OptionalInput = ..., strBlank: OptionalInput = ..., strParamStatus: Output = ...) -> TELOGetSegmentTextInitResult:
+    def TELOGetSegmentTextInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strQuery: OptionalInput = ..., strMarkOn: OptionalInput = ..., strMarkOff: OptionalInput = ...,
+            strCRLF: OptionalInput = ..., strBlank: OptionalInput = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentTextInitResult:
         """Asks for a document's texts, with strMarkOn before and strMarkOff after each hit of strQuery and strBlank
         for its blanks. strCRLF separates the lines of a text, CR LF when left out. Returns the number of texts
         (Long), or -1 (Integer) on failure; they outlive other requests until the next TELOGetSegmentTextInit or
@@ -552,51 +579,73 @@ class Query(QueryCore):
     def TELOGetSegmentTextNext(self) -> str:
         """The next text; "" at the end, and also for an empty one.
         """
-    def TELOGetSegmentsInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strQuery: OptionalInput = ..., strMarkOn: OptionalInput = ..., strMarkOff: OptionalInput = ..., strParamCRLF: OptionalInput = ..., strBlank: OptionalInput = ..., strThumbnailPath: OptionalInput = ..., blnIncludeERF: OptionalInput = ..., lngNotes: Output = ..., strParamStatus: Output = ...) -> TELOGetSegmentsInitResult:
+    def TELOGetSegmentsInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strQuery: OptionalInput = ..., strMarkOn: OptionalInput = ..., strMarkOff: OptionalInput = ...,
+            strParamCRLF: OptionalInput = ..., strBlank: OptionalInput = ..., strThumbnailPath: OptionalInput = ...,
+            blnIncludeERF: OptionalInput = ..., lngNotes: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentsInitResult:
         """Asks for a document's segments with their descriptions and texts; the inputs are those of
         TELOGetSegmentTextInit and TELOGetSegmentDescriptionInit, and blnIncludeERF, which only True switches on.
         Returns the number of segments (Long), or -1 (Integer) on failure; lngNotes receives the number of notes
         (Long).
         """
-    def TELOGetSegmentsNext(self, strChannel: Output = ..., strArchive: Output = ..., strDocID: Output = ..., strVer: Output = ..., intFeldIndex: Output = ..., intFeldID: Output = ..., strFeldName: Output = ..., lngTextLaenge: Output = ..., intTrefferZahl: Output = ..., lngNCILaenge: Output = ..., strExt: Output = ..., intFeldTyp: Output = ..., strFeldtitel: Output = ..., strDateiname: Output = ..., intStatus: Output = ..., strLayoutID: Output = ..., lngThumbnailSize: Output = ...) -> TELOGetSegmentsNextResult:
+    def TELOGetSegmentsNext(self, strChannel: Output = ..., strArchive: Output = ..., strDocID: Output = ...,
+            strVer: Output = ..., intFeldIndex: Output = ..., intFeldID: Output = ..., strFeldName: Output = ...,
+            lngTextLaenge: Output = ..., intTrefferZahl: Output = ..., lngNCILaenge: Output = ..., strExt: Output = ...,
+            intFeldTyp: Output = ..., strFeldtitel: Output = ..., strDateiname: Output = ..., intStatus: Output = ...,
+            strLayoutID: Output = ..., lngThumbnailSize: Output = ...) -> TELOGetSegmentsNextResult:
         """The next segment's text, its lines joined by the strParamCRLF of TELOGetSegmentsInit; "" at the end, and
         also for an empty one. Outputs named int... receive an Integer, lng... a Long, str... a text.
         """
-    def TELOGetSegmentData(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, intFieldIndex: Input, strFileName: Output = ..., lngFileLen: Output = ..., strParamStatus: Output = ...) -> TELOGetSegmentDataResult:
+    def TELOGetSegmentData(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            intFieldIndex: Input, strFileName: Output = ..., lngFileLen: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentDataResult:
         """The content of a segment, as a file. Returns 1 (Long), or -1 (Integer) on failure.
         """
-    def TELOGetSegmentFirstBLOB(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strParamFileExt: OptionalInput = ..., strFileName: Output = ..., lngFileLen: Output = ..., strParamStatus: Output = ...) -> TELOGetSegmentFirstBLOBResult:
+    def TELOGetSegmentFirstBLOB(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strParamFileExt: OptionalInput = ..., strFileName: Output = ..., lngFileLen: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentFirstBLOBResult:
         """The first stored file, of an extension when one is given. Returns 1 (Long), or -1 (Integer) on failure.
         """
-    def TELOGetSegmentPrintfile(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strFieldID: Input, strFileName: Output = ..., lngFileLen: Output = ..., strParamStatus: Output = ...) -> TELOGetSegmentPrintfileResult:
+    def TELOGetSegmentPrintfile(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strFieldID: Input, strFileName: Output = ..., lngFileLen: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentPrintfileResult:
         """A file to print; asks query servers with the print flag only. Returns 1 (Long), or -1 (Integer) on failure.
         """
-    def TELOGetSegmentMultiTIF(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strPages: Input, strFileName: Output = ..., lngFileLen: Output = ..., strParamStatus: Output = ...) -> TELOGetSegmentMultiTIFResult:
+    def TELOGetSegmentMultiTIF(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strPages: Input, strFileName: Output = ..., lngFileLen: Output = ...,
+            strParamStatus: Output = ...) -> TELOGetSegmentMultiTIFResult:
         """An image file of several pages, "1;4-6". Returns 1 (Long), or -1 (Integer) on failure. Without a file in the
         answer the outputs become "" and 0 (Long). A list of more than a million pages fails without a request.
         """
-    def TELOTransferBLOB(self, strFile: Input, lngFileLen: Input, strParamStatus: Output = ...) -> TELOTransferBLOBResult:
+    def TELOTransferBLOB(self, strFile: Input, lngFileLen: Input,
+            strParamStatus: Output = ...) -> TELOTransferBLOBResult:
         """Receives a file of the remote blob directory over the connection into strBlobPathLocal; only the last part
         of strFile counts. lngFileLen is its length in bytes, 0 to 2147483647. Returns 1 (Long), or -1 (Integer) on
         failure, also for a file of another length; nothing of the file is left then, and an older one of that name
         stays.
         """
-    def TELODeleteDocument(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strParamStatus: Output = ...) -> TELODeleteDocumentResult:
+    def TELODeleteDocument(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strParamStatus: Output = ...) -> TELODeleteDocumentResult:
         """Deletes a document or one of its versions. Returns 1 (Long), or -1 (Integer) on failure.
         """
-    def CreateImportFile(self, strImportFile: Input, strChannel: Input, strArchive: Input, strTitle: Input, strParamFieldTypes: Input, strParamFieldIDs: Input, strFieldContents: Input, strCharSet: OptionalInput = ..., strParamStatus: Output = ...) -> CreateImportFileResult:
+    def CreateImportFile(self, strImportFile: Input, strChannel: Input, strArchive: Input, strTitle: Input,
+            strParamFieldTypes: Input, strParamFieldIDs: Input, strFieldContents: Input,
+            strCharSet: OptionalInput = ..., strParamStatus: Output = ...) -> CreateImportFileResult:
         """Writes the description of a document to a file, after the content of an older file of that name. The lists
         of field types and ids are separated by ","; the contents are written as they are; strCharSet names their
         character set. No line of a field's text may begin with "@": it would begin another field, or a document in
         any archive. Returns 1 (Long), or -1 (Integer) on failure; sends no request, strParamStatus becomes "" on
         success.
         """
-    def TELOCreateDocument(self, strImportFile: Input, strDocIDVer: Output = ..., strParamStatus: Output = ...) -> TELOCreateDocumentResult:
+    def TELOCreateDocument(self, strImportFile: Input, strDocIDVer: Output = ...,
+            strParamStatus: Output = ...) -> TELOCreateDocumentResult:
         """Has the server create a document from an import file, named as the server reaches it. Returns the number of
         lines of the answer (Long), or -1 (Integer) on failure; strDocIDVer receives the document's id and version,
         as text.
         """
-    def TELOEditDocument(self, strImportFile: Input, strDocIDVer: Input, strParamStatus: Output = ...) -> TELOEditDocumentResult:
+    def TELOEditDocument(self, strImportFile: Input, strDocIDVer: Input,
+            strParamStatus: Output = ...) -> TELOEditDocumentResult:
         """The same for a new version of the document that strDocIDVer names, which receives the new id and version.
         Returns the number of lines of the answer (Long), or -1 (Integer) on failure.
         """
@@ -605,34 +654,41 @@ class Query(QueryCore):
         counts. Returns 1 (Long), or -1 (Integer) on failure. The records that the ...Next methods read stay as they
         are.
         """
-    def UploadFile(self, strSubDir: OptionalInput = ..., strFileNameParam: Output = ..., lngFileSizeParam: Output = ...) -> UploadFileResult:
+    def UploadFile(self, strSubDir: OptionalInput = ..., strFileNameParam: Output = ...,
+            lngFileSizeParam: Output = ...) -> UploadFileResult:
         """Takes the first file out of the form in the body of the page's request (see OnStartPage) and stores it in
         strBlobPathLocal under the last part of its name, with strSubDir and "_" in front when given. Returns 1 when
         a file was stored, 0 when the form held none (Long), -1 (Integer) on failure. Of a file that was stored,
         strFileNameParam receives the name, lngFileSizeParam the size in bytes (Long).
         """
-    def TELOGetNotesInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strParamStatus: Output = ...) -> TELOGetNotesInitResult:
+    def TELOGetNotesInit(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strParamStatus: Output = ...) -> TELOGetNotesInitResult:
         """Asks for a document's notes. Returns their number (Long), or -1 (Integer) on failure. They take the place of
         the texts of TELOGetSegmentTextInit, and outlive other requests as these do.
         """
     def TELOGetNotesNext(self) -> str:
         """The next note: its header, "," and its text with CR LF between lines; "" at the end.
         """
-    def TELOWriteNote(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strNote: Input, strParamCRLF: OptionalInput = ..., strParamStatus: Output = ...) -> TELOWriteNoteResult:
+    def TELOWriteNote(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strNote: Input,
+            strParamCRLF: OptionalInput = ..., strParamStatus: Output = ...) -> TELOWriteNoteResult:
         """Attaches the first 8000 characters of a note. strParamCRLF is the text that means a line break, CR LF when
         left out. Returns 1 (Long), or -1 (Integer) on failure.
         """
-    def TELODeleteNotes(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input, strParamStatus: Output = ...) -> TELODeleteNotesResult:
+    def TELODeleteNotes(self, strChannel: Input, strArchive: Input, strDocID: Input, strVer: Input,
+            strParamStatus: Output = ...) -> TELODeleteNotesResult:
         """Deletes all notes of a document. Returns 1 (Long), or -1 (Integer) on failure.
         """
-    def TELOGetMasksInit(self, strChannel: Input, strArchive: Input, strParamStatus: Output = ...) -> TELOGetMasksInitResult:
+    def TELOGetMasksInit(self, strChannel: Input, strArchive: Input,
+            strParamStatus: Output = ...) -> TELOGetMasksInitResult:
         """Asks for the masks of an archive. Returns their number (Long), or -1 (Integer) on failure.
         """
     def TELOGetMasksNext(self, strMaskName: Output = ...) -> TELOGetMasksNextResult:
         """Moves to the next mask, whose name strMaskName receives. Returns the number of its fields (Long), or -1
         (Integer) after the last mask, with strMaskName "".
         """
-    def TELOGetMasksNextField(self, lngTabIndex: Output = ..., lngWidth: Output = ..., strAlign: Output = ..., strName: Output = ..., blnMandatory: Output = ..., strInitText: Output = ..., blnListOnly: Output = ..., strList: Output = ...) -> TELOGetMasksNextFieldResult:
+    def TELOGetMasksNextField(self, lngTabIndex: Output = ..., lngWidth: Output = ..., strAlign: Output = ...,
+            strName: Output = ..., blnMandatory: Output = ..., strInitText: Output = ..., blnListOnly: Output = ...,
+            strList: Output = ...) -> TELOGetMasksNextFieldResult:
         """The next field of the mask, its properties as the server wrote them. Returns how many follow it in the mask
         (Long), or -1 (Integer) when there was none, with the outputs untouched.
         """
@@ -657,22 +713,27 @@ class Query(QueryCore):
     def EncodeBase64(self, strString: Input) -> str:
         """The bytes of a text in Base64; "" on failure.
         """
-    def OstranaQueryFahrauftraegeInit(self, strQuery: Input, lngMaxLines: Input, strParamStatus: Output = ...) -> OstranaQueryFahrauftraegeInitResult:
+    def OstranaQueryFahrauftraegeInit(self, strQuery: Input, lngMaxLines: Input,
+            strParamStatus: Output = ...) -> OstranaQueryFahrauftraegeInitResult:
         """Asks for the transport orders that a query of the server's own language finds, lngMaxLines at most.
         """
-    def OstranaQueryFahrauftraegeNext(self, strStatus: Output = ..., strDocID: Output = ..., strVer: Output = ...) -> OstranaQueryFahrauftraegeNextResult:
+    def OstranaQueryFahrauftraegeNext(self, strStatus: Output = ..., strDocID: Output = ...,
+            strVer: Output = ...) -> OstranaQueryFahrauftraegeNextResult:
         """The next order: its id and the columns that the server adds, "^id^,^column^". The outputs receive its
         status, and the id and version of its document, as text. A line with fewer than four fields is an error: "",
         the outputs untouched, and the next call reads the same line again.
         """
-    def OstranaGetFahrauftraegeMultiTIFF(self, strOrderIDs: Input, strFileName: Output = ..., lngFileLen: Output = ..., strParamStatus: Output = ...) -> OstranaGetFahrauftraegeMultiTIFFResult:
+    def OstranaGetFahrauftraegeMultiTIFF(self, strOrderIDs: Input, strFileName: Output = ..., lngFileLen: Output = ...,
+            strParamStatus: Output = ...) -> OstranaGetFahrauftraegeMultiTIFFResult:
         """The page images of orders as one image file in the blob directory; result and outputs as those of
         TELOGetSegmentMultiTIF. The list of order ids is handed to the server as it is.
         """
-    def OstranaUpdateFahrauftraegeStatus(self, strOrderID: Input, strStatus: Input, strParamStatus: Output = ...) -> OstranaUpdateFahrauftraegeStatusResult:
+    def OstranaUpdateFahrauftraegeStatus(self, strOrderID: Input, strStatus: Input,
+            strParamStatus: Output = ...) -> OstranaUpdateFahrauftraegeStatusResult:
         """Gives an order another status. Returns Long 1.
         """
-    def FennikPrintHitlistPDF(self, strTitle: Input, strFileName: Output = ..., lngFileLen: Output = ..., strParamStatus: Output = ...) -> FennikPrintHitlistPDFResult:
+    def FennikPrintHitlistPDF(self, strTitle: Input, strFileName: Output = ..., lngFileLen: Output = ...,
+            strParamStatus: Output = ...) -> FennikPrintHitlistPDFResult:
         """Has the server print the hit list of the last query, title row included, to a PDF file in the blob
         directory; result and outputs as those of TELOGetSegmentData. Without a title row to print it fails without
         a request, and strParamStatus is untouched. A title that holds "^,^" breaks the request.
