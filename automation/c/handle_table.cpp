@@ -34,7 +34,11 @@ struct Table {
   ThreadRecord* freeRecords = nullptr;
   bool isPrepared = false;  // for forks, and never to be unloaded
 };
-constinit Table table;
+// Made with the first handle, and never destroyed: threads may end after the static objects.
+Table& TheTable() {
+  static auto* const made = new Table;  // NOLINT
+  return *made;
+}
 
 constexpr std::uint32_t GenerationOf(std::uint64_t tag) noexcept { return static_cast<std::uint32_t>(tag >> 8U); }
 
@@ -59,6 +63,7 @@ ThreadRecord& OwnerOf(const Slot& slot) noexcept {
 
 // Raises std::bad_alloc.
 Slot& TakeSlot() {
+  Table& table = TheTable();
   const std::lock_guard lock(table.mutex);
   if (Slot* const slot = table.freeSlots) {
     table.freeSlots = slot->nextFree;
@@ -83,6 +88,7 @@ void Release(ThreadRecord& owner, Slot& slot) noexcept {
   if (slot.next != nullptr) slot.next->previous = slot.previous;
   const std::unique_ptr<HandleObject> object(std::exchange(slot.object, nullptr));
   if (GenerationOf(slot.tag) == kLastGeneration) return;  // the place is used up
+  Table& table = TheTable();
   const std::lock_guard lock(table.mutex);
   slot.nextFree = std::exchange(table.freeSlots, &slot);
 }
@@ -122,19 +128,21 @@ void EndThread(void* ended) noexcept {
   ReleaseQueued(record);
   current = nullptr;
   if (record.first != nullptr) return;
+  Table& table = TheTable();
   const std::lock_guard lock(table.mutex);
   record.nextFree = std::exchange(table.freeRecords, &record);
 }
 
-void LockTable() { table.mutex.lock(); }
-void UnlockTable() { table.mutex.unlock(); }
+void LockTable() { TheTable().mutex.lock(); }
+void UnlockTable() { TheTable().mutex.unlock(); }
 void UnlockTableOfChild() {
   if (std::exchange(current, nullptr) != nullptr) QueryWatch::ForgetParentProcess();
-  table.freeRecords = nullptr;  // a thread that the child does not have may hold the mutex of one
-  table.mutex.unlock();
+  TheTable().freeRecords = nullptr;  // a thread that the child does not have may hold the mutex of one
+  UnlockTable();
 }
 
 ThreadRecord& TakeRecord() {
+  Table& table = TheTable();
   const std::lock_guard lock(table.mutex);
   if (!table.isPrepared) {
     WatchForks(&LockTable, &UnlockTable, &UnlockTableOfChild);

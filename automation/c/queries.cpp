@@ -94,18 +94,6 @@ class Arguments {
   Value* result_ = nullptr;
 };
 
-// An object in use as long as this lives.
-class InUse {
- public:
-  explicit InUse(int& uses) noexcept : uses_(uses) { uses_ = -1; }
-  ~InUse() { uses_ = 0; }
-  InUse(const InUse&) = delete;
-  InUse& operator=(const InUse&) = delete;
-
- private:
-  int& uses_;
-};
-
 }  // namespace
 
 Query::Query() : watch_(instance_) {
@@ -113,14 +101,6 @@ Query::Query() : watch_(instance_) {
     TakeCancellation();
     KeepProgress(progress);
   });
-}
-
-Variant Query::Call(const MethodEntry& method, std::span<Variant* const> arguments) {
-  const InUse running(uses);
-  TakeCancellation();
-  Variant result = method.call(instance_, arguments);
-  KeepProgress(watch_.Progress());
-  return result;
 }
 
 std::string_view Query::Keep(std::size_t place, std::string_view windows1252) {
@@ -190,7 +170,7 @@ int32_t oxaqry_set_variable(oxaqry_query* query, int32_t member, oxaqry_value* v
         found.variable->set(target.instance(), source.variant);
       } else if (found.method != nullptr && found.method->isProperty) {
         Variant* const argument = &source.variant;
-        target.Call(*found.method, {&argument, 1});
+        target.Run([&] { found.method->call(target.instance(), {&argument, 1}); });
       } else {
         return Fail(OXAQRY_E_MEMBER, {"there is no variable or property ", std::to_string(member)});
       }
@@ -208,13 +188,15 @@ int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value** values, 
     Arguments arguments(finder);
     if (const std::int32_t code = arguments.Read(*entry, values, count); code != OXAQRY_OK) return code;
     if (const std::int32_t code = arguments.ReadResult(result); code != OXAQRY_OK) return code;
-    Variant returned = target.Call(*entry, arguments.pointers());
-    if (arguments.result() != nullptr) {
-      target.Reuse(std::move(*arguments.result()));
-      *arguments.result() = std::move(returned);
-    } else {
-      target.Reuse(std::move(returned));
-    }
+    target.Run([&] {
+      Variant returned = entry->call(target.instance(), arguments.pointers());
+      if (arguments.result() != nullptr) {
+        target.Reuse(std::move(*arguments.result()));
+        *arguments.result() = std::move(returned);
+      } else {
+        target.Reuse(std::move(returned));
+      }
+    });
     return OXAQRY_OK;
   });
 }

@@ -13,6 +13,18 @@
 
 namespace oxaqrycln::c {
 
+// An object in use as long as this lives.
+class InUse {
+ public:
+  explicit InUse(int& uses) noexcept : uses_(uses) { uses_ = -1; }
+  ~InUse() { uses_ = 0; }
+  InUse(const InUse&) = delete;
+  InUse& operator=(const InUse&) = delete;
+
+ private:
+  int& uses_;
+};
+
 class Query final : public HandleObject {
  public:
   static constexpr HandleKind kKind = HandleKind::Query;
@@ -21,8 +33,15 @@ class Query final : public HandleObject {
   // The handle that the query has got.
   void Connect(const SharedHandle& handle) noexcept { handle_ = handle; }
 
-  // Calls a method. Meanwhile the query is in use; a cancellation by the handle holds, and its progress is kept.
-  Variant Call(const MethodEntry& method, std::span<Variant* const> arguments);
+  // Runs body(), which calls methods of the instance. Meanwhile the query is in use; a cancellation by the handle
+  // holds, and its progress is kept.
+  template <typename Body>
+  void Run(Body&& body) {
+    const InUse running(uses);
+    TakeCancellation();
+    body();
+    KeepProgress(watch_.Progress());
+  }
   // Has the instance use the memory of a result for the next one.
   void Reuse(Variant&& result) noexcept { QueryWatch::ReuseText(instance_, std::move(result)); }
 

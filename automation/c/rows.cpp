@@ -28,7 +28,7 @@ void TextBlock::Add(std::string_view text, bool isUtf8) {
 }
 
 void TextBlock::Grow(std::size_t room) {
-  constexpr std::size_t kFirst = 4096;
+  constexpr std::size_t kFirst = 16384;
   const std::size_t capacity = std::max(kFirst, 2 * capacity_) + room;
   auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
   std::copy_n(bytes_.get(), size_, bytes.get());
@@ -60,7 +60,7 @@ class RowReader {
 
   void ReadAll() {
     while (rows_.rowCount < wanted_.max) {
-      Variant result = query_.Call(wanted_.method, pointers_);
+      Variant result = wanted_.method.call(query_.instance(), pointers_);
       const bool isOver = query_.watch().LastError().number != 0 || (!wanted_.everyRow && IsEnd(result));
       if (!isOver) AddRow(result);
       query_.Reuse(std::move(result));
@@ -142,7 +142,8 @@ int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, cons
     const Wanted wanted{*entry, max, std::span(columns, static_cast<std::size_t>(column_count)),
                         end == OXAQRY_EVERY_ROW, encoding == OXAQRY_UTF8};
     auto made = std::make_unique<Rows>();
-    RowReader(source, wanted, *made).ReadAll();
+    RowReader reader(source, wanted, *made);
+    source.Run([&] { reader.ReadAll(); });
     return HandOut(std::move(made), rows);
   });
 }
