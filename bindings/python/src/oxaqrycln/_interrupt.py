@@ -40,10 +40,11 @@ class _Watcher:
                     self.query._interrupt()
 
     def run(self, query: Query, function: Callable[..., int], arguments: Tuple[Any, ...]) -> int:
-        former = signal.set_wakeup_fd(self.descriptor)
-        with self.lock:
-            self.former, self.query = former, query
+        former = -1
         try:
+            former = signal.set_wakeup_fd(self.descriptor)
+            with self.lock:
+                self.former, self.query = former, query
             return function(*arguments)
         finally:
             with self.lock:

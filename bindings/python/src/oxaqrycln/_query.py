@@ -10,6 +10,7 @@ from collections import namedtuple
 from ctypes import byref, c_double, c_int32, c_int64, c_size_t, c_uint32, c_void_p, string_at
 from datetime import datetime, timedelta
 from functools import lru_cache
+from threading import get_ident
 from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence, Tuple, Type
 
 from . import _interrupt
@@ -17,7 +18,7 @@ from . import _library as lib
 from ._library import library
 from ._values import EPOCH, LEFT_OUT, NULL, SETTERS, Byte, Integer, Text, new_handle
 from ._watch import QueryWatch
-from .errors import Error
+from .errors import Error, WrongThread
 
 _MOST_ARGUMENTS = 24
 _MOST_TEXTS = _MOST_ARGUMENTS + 1
@@ -75,7 +76,7 @@ class Rows(NamedTuple):
 
 
 class _Texts:
-    """The same for several texts."""
+    """Where the library writes several texts."""
 
     def __init__(self) -> None:
         self.pointers, self.lengths = (c_void_p * _MOST_TEXTS)(), (c_size_t * _MOST_TEXTS)()
@@ -113,7 +114,7 @@ class QueryCore(QueryWatch):
         self._result = self._value(0)
         self._text, self._texts, self._rows = Text(), _Texts(), _RowsRead()
         self._held: List[Any] = [LEFT_OUT] * _MOST_TEXTS  # what the values hold as inputs of call_for_texts()
-        self._is_running = False
+        self._thread, self._is_running = get_ident(), False
 
     def close(self) -> None:
         """Closes what the query has open and gives its query server back. Leaves a query of the parent process alone."""
@@ -185,16 +186,24 @@ class QueryCore(QueryWatch):
     # ---- Members ----
 
     def _get(self, number: int) -> Any:
-        library.check(library.get_variable(self._query, number, self._result))
-        return self._read(self._result)
+        self._enter()
+        try:
+            library.check(library.get_variable(self._query, number, self._result))
+            return self._read(self._result)
+        finally:
+            self._is_running = False
 
     def _set(self, number: int, value: Any) -> None:
-        self._assign(self._result, value)
-        library.check(library.set_variable(self._query, number, self._result))
+        self._enter()
+        try:
+            self._assign(self._result, value)
+            library.check(library.set_variable(self._query, number, self._result))
+        finally:
+            self._is_running = False
 
     def _call(self, method: Method, given: Tuple[Any, ...], named: Dict[str, Any]) -> Any:
         arguments = method.arguments(given, named)
-        self._enter(method)
+        self._enter()
         try:
             self._value(len(arguments))
             for i, argument in enumerate(arguments):
@@ -219,7 +228,7 @@ class QueryCore(QueryWatch):
         when the request failed, the last one tells why and the others are left from an earlier call."""
         method: Method = getattr(type(self), name).method
         count = len(method.parameters)
-        self._enter(method)
+        self._enter()
         try:
             self._value(count)
             self._array[:count] = self._handles[1:count + 1]  # type: ignore[assignment]
@@ -241,9 +250,12 @@ class QueryCore(QueryWatch):
         finally:
             self._is_running = False
 
-    def _enter(self, method: Method) -> None:
-        if self._is_running:  # a signal handler may have come here
-            raise Error(f"{method.name}: another call of the query is running")
+    def _enter(self) -> None:
+        """Begins a call, which uses what the query has for calls. To be followed by "try"."""
+        if self._thread != get_ident():
+            raise WrongThread("the query belongs to another thread")
+        if self._is_running:  # a signal handler has come here
+            raise Error("another call of the query is running")
         self._is_running = True
 
     def _run(self, method: Method, count: int) -> None:
@@ -258,10 +270,11 @@ class QueryCore(QueryWatch):
         "" for an empty text. handled_error() tells whether a record could not be read."""
         number, positions = _plan(getattr(type(self), method).method, tuple(columns))
         rows = self._rows
-        library.check(library.fetch_rows(self._query, number, max, positions, len(positions),
-                                         lib.EVERY_ROW if every_row else lib.UNTIL_END, lib.WINDOWS_1252,
-                                         rows.handle_reference))
+        self._enter()
         try:
+            library.check(library.fetch_rows(self._query, number, max, positions, len(positions),
+                                             lib.EVERY_ROW if every_row else lib.UNTIL_END, lib.WINDOWS_1252,
+                                             rows.handle_reference))
             library.check(library.rows_read(rows.handle, *rows.references))
             count = rows.count.value * rows.width.value
             offsets = string_at(rows.offsets, 4 * (count + 1))
@@ -269,6 +282,9 @@ class QueryCore(QueryWatch):
             return Rows(rows.count.value, rows.width.value, string_at(rows.block.value or 0, length), offsets)
         finally:
             library.rows_free(rows.handle)
+            rows.handle.value = None
+            self._is_running = False
+
 
 _READERS: Dict[int, Callable[[QueryCore, c_void_p], Any]] = {
     lib.EMPTY: lambda query, value: None,
