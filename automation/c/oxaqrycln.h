@@ -5,11 +5,12 @@
 // A query is an instance of the component, for one page request. Its members (variables and methods) are reached by
 // their numbers, which never change; oxaqry_find_member() gives the number of a name. docs/methods.md describes them.
 //
-// Results. A function returns OXAQRY_OK (0) or a negative code for a misuse of this interface; then it has changed
-// nothing, and oxaqry_last_error() tells what was wrong. Failures of the archive, of the database or of a file are no
-// codes but results and status texts of the methods, as docs/methods.md describes them, and the watch below tells more.
-// A code of every function that takes a handle: OXAQRY_E_HANDLE for NULL, a freed handle and what is no handle of the
-// type, OXAQRY_E_THREAD, OXAQRY_E_FORKED, OXAQRY_E_BUSY, OXAQRY_E_MEMORY, OXAQRY_E_INTERNAL.
+// Results. A function returns OXAQRY_OK (0), or a negative code when this interface was misused or memory is short. It
+// has then changed nothing, unless its description says otherwise, and oxaqry_last_error() tells what was wrong. A
+// failure of the archive, the database or a file is not a code: the call succeeds, the method's result and status text
+// report the failure as docs/methods.md describes, and the watch below tells more.
+// Every function that takes a handle may return OXAQRY_E_HANDLE (for NULL, a freed handle, or anything that is not a
+// handle of the type), OXAQRY_E_THREAD, OXAQRY_E_FORKED, OXAQRY_E_BUSY, OXAQRY_E_MEMORY and OXAQRY_E_INTERNAL.
 //
 // Ownership. What a ..._new or oxaqry_fetch_rows() hands out is owned by the caller, who frees it with the function of
 // its type. Every pointer to a text, bytes or offsets that a function hands out is borrowed: it belongs to the library
@@ -17,8 +18,8 @@
 //
 // Threads. A handle belongs to the thread that made it; another thread gets OXAQRY_E_THREAD. Exceptions:
 // - oxaqry_cancel(), oxaqry_resume() and oxaqry_progress() take a query from any thread, also in a signal handler.
-// - A ..._free function takes a handle from any thread. When that is not the owner, the owner frees it when it next
-//   calls this library, or ends.
+// - A ..._free function takes a handle from any thread, and the handle is invalid at once. When that thread is not the
+//   owner, the owner releases the object when it next makes a call with a query, or a new handle, or ends.
 // When a thread ends, everything that it made is freed. (On Windows it is not: free it before.) In a child process
 // after fork(), handles of the parent give OXAQRY_E_FORKED, and new ones can be made. Loading the library has no
 // effect. While a call of a query runs, other calls with the same query or with a value that the call uses, which a
@@ -198,9 +199,9 @@ OXAQRY_API int32_t oxaqry_set_variable(oxaqry_query* query, int32_t member, oxaq
 
 // Calls a method. values are its first count arguments in order; NULL in it, and each argument beyond count, is left
 // out. Outputs are written through the values: one that the method does not write keeps what it holds. A value may be
-// given several times when all those are inputs. result, unless it is NULL, receives the result, Empty of a method
-// without one; it must not be among the values. A method that makes a request returns when that has ended. values may
-// be NULL when count is 0. OXAQRY_E_COUNT when a required argument is left out or there are too many.
+// given several times when all those are inputs; else OXAQRY_E_BUSY. result, unless it is NULL, receives the result,
+// Empty of a method without one; it must not be among the values. A method that makes a request returns when that has
+// ended. values may be NULL when count is 0. OXAQRY_E_COUNT when a required argument is left out or there are too many.
 OXAQRY_API int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value** values, int32_t count,
                                oxaqry_value* result);
 
@@ -215,9 +216,9 @@ enum oxaqry_rows_end {
 // are read. A row is the result of the method, then its outputs at column_count positions among the parameters, counted
 // from 0 and each named once; columns may be NULL when column_count is 0. Everything becomes text as in
 // oxaqry_value_get_text(); an output that the method does not write keeps the text of the row before, "" in the first
-// one. end: an oxaqry_rows_end. When the method fails at a
-// record, the rows before it are returned, and oxaqry_handled_error() tells the error; its number is 0 when all is
-// well. OXAQRY_E_MEMORY when the texts have more than 4 GiB. Owned: oxaqry_rows_free().
+// one. end: an oxaqry_rows_end. When the method fails at a record, the rows before it are returned, and
+// oxaqry_handled_error() tells the error; its number is 0 when all is well. OXAQRY_E_MEMORY also when the texts have
+// more than 4 GiB; the list then continues behind the records that were read. Owned: oxaqry_rows_free().
 OXAQRY_API int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, const int32_t* columns,
                                      int32_t column_count, int32_t end, int32_t encoding, oxaqry_rows** rows);
 // All texts in one block: text number row * columns + column, both from 0, begins at offsets[number] and ends at
