@@ -23,6 +23,7 @@ from .errors import Error, WrongThread
 _MOST_ARGUMENTS = 24
 _MOST_TEXTS = _MOST_ARGUMENTS + 1
 _POINTER = ctypes.sizeof(c_void_p)
+_NOTHING_HELD: List[Any] = [LEFT_OUT] * _MOST_TEXTS
 
 
 class Parameter(NamedTuple):
@@ -111,9 +112,10 @@ class QueryCore(QueryWatch):
         self._values: List[c_void_p] = []
         self._handles: List[Optional[int]] = []
         self._array = (c_void_p * _MOST_ARGUMENTS)()
+        self._arguments = c_void_p(ctypes.addressof(self._array))
         self._result = self._value(0)
         self._text, self._texts, self._rows = Text(), _Texts(), _RowsRead()
-        self._held: List[Any] = [LEFT_OUT] * _MOST_TEXTS  # what the values hold as inputs of call_for_texts()
+        self._held = _NOTHING_HELD.copy()  # what the values hold as inputs of call_for_texts()
         self._thread, self._is_running = get_ident(), False
 
     def close(self) -> None:
@@ -206,14 +208,15 @@ class QueryCore(QueryWatch):
         self._enter()
         try:
             self._value(len(arguments))
+            self._array[:len(arguments)] = self._handles[1:len(arguments) + 1]  # type: ignore[assignment]
+            self._held[:len(arguments)] = _NOTHING_HELD[:len(arguments)]
             for i, argument in enumerate(arguments):
                 if argument is LEFT_OUT:
                     self._array[i] = None
+                elif argument is None:
+                    library.value_set_empty(self._values[i + 1])
                 else:
-                    value = self._values[i + 1]
-                    self._array[i] = self._handles[i + 1]
-                    self._held[i] = LEFT_OUT
-                    self._assign(value, argument)
+                    self._assign(self._values[i + 1], argument)
             self._run(method, len(arguments))
             result = self._read(self._result) if method.type else None
             if not method.outputs:
@@ -238,7 +241,7 @@ class QueryCore(QueryWatch):
                     self._held[i] = LEFT_OUT
                     self._assign(self._values[i + 1], given)
                     self._held[i] = given
-            self._held[first + 1:count] = [LEFT_OUT] * (count - first - 1)
+            self._held[first + 1:count] = _NOTHING_HELD[first + 1:count]
             library.value_set_empty(self._values[count])
             self._run(method, count)
             self._array[first] = self._handles[0]
@@ -259,7 +262,7 @@ class QueryCore(QueryWatch):
         self._is_running = True
 
     def _run(self, method: Method, count: int) -> None:
-        arguments = self._query, method.number, self._array, count, self._result
+        arguments = self._query, method.number, self._arguments, count, self._result
         code = _interrupt.run(self, library.call, arguments) if method.waits else library.call(*arguments)
         if code:
             raise library.error(code)
