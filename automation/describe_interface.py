@@ -2,7 +2,7 @@
 """Reads the description of the component's interface and generates the requested files from it:
 
     automation/describe_interface.py [--record] [--cpp FILE] [--markdown FILE] [--man FILE] [--idl FILE]
-                                     [--php FILE] [--ffi FILE]
+                                     [--php FILE] [--ffi FILE] [--python FILE]
 
     --record         record the next free number for each member without one, in automation/interface_numbers.txt
     --cpp FILE       write the method table that the build compiles
@@ -11,6 +11,7 @@
     --idl FILE       write the source of the type library that the build for Windows compiles
     --php FILE       write bindings/php/src/Raw/Query.php
     --ffi FILE       write bindings/php/oxaqrycln.ffi, the declarations of automation/c/oxaqrycln.h
+    --python FILE    write bindings/python/src/oxaqrycln/raw.pyi
 
 Without an option it only checks the description. An error is one line "FILE:LINE: what is wrong; what is expected".
 

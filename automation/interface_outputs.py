@@ -1,6 +1,7 @@
 """The texts that are generated from the description of the component's interface. Each function makes one text from an
 Interface (interface_header.py); OUTPUTS maps options of describe_interface.py to these functions."""
 import re
+import textwrap
 
 NOTICE = "Made from component/clsQuery.h by automation/describe_interface.py"
 
@@ -235,4 +236,66 @@ coclass clsQuery {{
 """
 
 
-OUTPUTS = {"cpp": cpp_table, "markdown": markdown_page, "man": man_page, "idl": idl_library}
+# The stub of the Python package's raw level: bindings/python/src/oxaqrycln/raw.pyi.
+
+PYTHON_TYPES = {"Long": "int", "String": "str", "Date": "datetime", "Boolean": "bool", "Variant": "Any", "": "None"}
+PYTHON_PARAMETERS = {"in": "{}: Input", "optional in": "{}: OptionalInput = ...", "optional out": "{}: Output = ...",
+                     "in-out": "{}: Input"}
+PYTHON_HEAD = """\
+from datetime import datetime
+from typing import Any, NamedTuple, Union
+
+from ._query import QueryCore, Rows as Rows
+from ._values import LEFT_OUT as LEFT_OUT, NULL as NULL, Byte as Byte, Integer as Integer, LeftOut as LeftOut
+from ._values import Null as Null, Request as Request
+from ._watch import Outcome as Outcome, Progress as Progress, Server as Server
+
+Input = Union[None, bool, int, float, str, bytes, datetime, Null]
+OptionalInput = Union[Input, LeftOut]
+Output = Union[Input, LeftOut]  # the start value; LEFT_OUT leaves the output out
+"""
+
+
+def python_documentation(paragraphs, indent):
+    lines = []
+    for paragraph in paragraphs:
+        lines += ([""] if lines else []) + textwrap.wrap(paragraph.replace("\\", "\\\\"), 116 - len(indent))
+    return f'{indent}"""' + f"\n{indent}".join(lines).replace(f"{indent}\n", "\n") + f'\n{indent}"""\n'
+
+
+def python_outputs(member):
+    return [each.name for each in member.parameters if each.kind in ("optional out", "in-out")]
+
+
+def python_result(member):
+    """The named tuple that a method with outputs returns; "" without one."""
+    if not python_outputs(member):
+        return ""
+    fields = "".join(f"    {name}: Any\n" for name in python_outputs(member))
+    return f"class {member.name}Result(NamedTuple):\n    result: {PYTHON_TYPES[member.type]}\n{fields}\n"
+
+
+def python_member(member):
+    documentation = python_documentation(member.documentation, "        ")
+    if member.kind == "variable":
+        comment = documentation.replace('"""', "").strip().split("\n")
+        return "".join(f"    # {line.strip()}\n" for line in comment) + f"    {member.name}: {PYTHON_TYPES[member.type]}\n"
+    parameters = ", ".join(["self", *(PYTHON_PARAMETERS[each.kind].format(each.name) for each in member.parameters)])
+    if member.kind == "write-only property":
+        return (f"    @property\n    def {member.name}(self) -> Any:\n{documentation}"
+                f"    @{member.name}.setter\n    def {member.name}({parameters}) -> None: ...\n")
+    result = member.name + "Result" if python_outputs(member) else PYTHON_TYPES[member.type]
+    # Broken behind commas only.
+    declared = f"{member.name}({parameters}) -> {result}:".replace(" ", "\u00a0").replace(",\u00a0", ", ")
+    lines = textwrap.wrap("def " + declared, 120, initial_indent="    ", subsequent_indent=" " * 12)
+    return "\n".join(lines).replace("\u00a0", " ") + f"\n{documentation}"
+
+
+def python_stub(interface):
+    members = interface.members()
+    return (f"# {NOTICE} --python; a test compares the two.\n{PYTHON_HEAD}\n"
+            + "".join(python_result(member) for member in members)
+            + "class Query(QueryCore):\n" + "".join(python_member(member) for member in members))
+
+
+OUTPUTS = {"cpp": cpp_table, "markdown": markdown_page, "man": man_page, "idl": idl_library, "python": python_stub}

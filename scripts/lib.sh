@@ -9,7 +9,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly PROJECT_ROOT=$PWD
 readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev libgmock-dev nlohmann-json3-dev
   libcli11-dev libsqlitecpp-dev libtiff-dev libhpdf-dev unixodbc-dev libgcrypt20-dev libbsd-dev libsqliteodbc python3)
-readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils php-cli php-fpm phpunit)
+readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils php-cli php-fpm phpunit mypy python3-build
+  python3-setuptools python3-wheel)
 
 # Prints a line of progress.
 say() { printf '==> %s\n' "$*"; }

@@ -251,7 +251,8 @@ class CheckedInPagesTest(unittest.TestCase):
     def test_the_pages_are_current(self):
         interface = describe_interface.load()
         for output, page in [("markdown", "docs/methods.md"), ("man", "docs/oxaqrycln.3"),
-                             ("php", "bindings/php/src/Raw/Query.php"), ("ffi", "bindings/php/oxaqrycln.ffi")]:
+                             ("php", "bindings/php/src/Raw/Query.php"), ("ffi", "bindings/php/oxaqrycln.ffi"),
+                             ("python", "bindings/python/src/oxaqrycln/raw.pyi")]:
             with self.subTest(page):
                 is_current = (ROOT / page).read_text(encoding="utf-8") == describe_interface.OUTPUTS[output](interface)
                 self.assertTrue(is_current, f"regenerate it: automation/describe_interface.py --{output} {page}")

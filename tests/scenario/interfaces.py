@@ -8,6 +8,7 @@ from typing import Callable
 
 import php_program
 from program import InterfaceFailed, lines_of
+from python_client import run_python
 from session_client import run_session
 from vbscript import SENTINEL, script
 
@@ -57,6 +58,7 @@ INTERFACES = {
     "c": Interface(run_program),
     "session": Interface(run_session),
     "php": Interface(run_php),
+    "python": Interface(run_python),
     # Under Wine 8 an object of a VBScript class, which a page would be, answers IDispatch::Invoke with E_NOTIMPL.
     "com": Interface(run_com, without=("page",), path=windows_path),
 }

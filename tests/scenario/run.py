@@ -5,6 +5,7 @@
     run.py --interface c --program build/debug/tests/scenario/scenario_c
     run.py --interface session --program build/debug/tools/oxaqry/oxaqry
     OXAQRYCLN_LIBRARY=build/debug/liboxaqrycln.so.1 run.py --interface php
+    run.py --interface python --program build/debug/liboxaqrycln.so.1
     run.py --interface com --wine-prefix DIR --dll OXAQryCln.dll
 
 Prints the first line that differs and what the server found wrong; the exit status is 0 if there is no difference.
