@@ -2,7 +2,7 @@
 from . import _library
 from .archive import Archive
 from .documents import (ArchiveEntry, Channel, Content, Document, DocumentName, FieldContent, Mark, MarkedText, Mask,
-                        MaskField, Note, Outliner, OutlinerNode, Properties, Segment, ServerHealth, TextPiece,
+                        MaskField, Note, Outliner, OutlinerNode, ArchiveProperties, Segment, ServerHealth, TextPiece,
                         TransportOrder)
 from .errors import (AllServersBusy, Attempt, BadArgument, Cancelled, ConnectionFailed, DatabaseFailed, Error,
                      LibraryError, Refused, RequestReport, TimedOut, WrongThread)
@@ -16,6 +16,6 @@ __version__ = _library.library.version
 __all__ = ["Account", "AllServersBusy", "Archive", "ArchiveEntry", "ArchivePool", "Attempt", "BadArgument", "Cancelled",
            "Channel", "ColumnKind", "ConnectionFailed", "Content", "DatabaseFailed", "Document", "DocumentCondition",
            "DocumentName", "EditRight", "Error", "FieldContent", "Hit", "HitList", "LibraryError", "Mark", "MarkedText",
-           "Mask", "MaskField", "Note", "Outliner", "OutlinerNode", "Progress", "Properties", "Refused", "RequestReport",
+           "Mask", "MaskField", "Note", "Outliner", "OutlinerNode", "Progress", "ArchiveProperties", "Refused", "RequestReport",
            "SearchRights", "Segment", "Server", "ServerHealth", "TextPiece", "TimedOut", "TransportOrder", "Users",
            "WrongThread"]

@@ -11,7 +11,7 @@ from . import raw
 from ._access import Access, FilePath, Settings, blob_directory, database_records, with_changes
 from ._files import Files
 from .documents import (MARK_OFF, MARK_ON, SEGMENT_COLUMNS, ArchiveEntry, Channel, Document, Mask,
-                        MaskField, Named, Note, Outliner, OutlinerNode, Properties, ServerHealth, TransportOrder,
+                        MaskField, Named, Note, Outliner, OutlinerNode, ArchiveProperties, ServerHealth, TransportOrder,
                         key_of, note_of, segment_of)
 from .errors import BadArgument, Error, Refused, RequestReport
 from .hits import HEAD_LINES, HitList
@@ -83,11 +83,11 @@ class Archive(Files):
             request_text(channel, "the channel"), request_text(archive, "the archive")))
         return [record[0] for record in self._access.records("TELOGetQueryFormatListNext", [], count, "query format")]
 
-    def properties(self, channel: str, archive: str) -> Properties:
+    def properties(self, channel: str, archive: str) -> ArchiveProperties:
         fifth, create, edit, delete, index, status = self.query.TELOGetArchiveProperties(
             request_text(channel, "the channel"), request_text(archive, "the archive"))
         self._access.count(fifth, status)
-        return Properties(is_true(create), is_true(edit), is_true(delete), is_true(index), str(fifth))
+        return ArchiveProperties(is_true(create), is_true(edit), is_true(delete), is_true(index), str(fifth))
 
     def masks(self, channel: str, archive: str) -> List[Mask]:
         masks = []

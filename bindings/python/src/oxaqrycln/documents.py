@@ -51,7 +51,7 @@ class Channel(NamedTuple):
     archives: Tuple[ArchiveEntry, ...] = ()  # filled by Archive.archives() only
 
 
-class Properties(NamedTuple):
+class ArchiveProperties(NamedTuple):
     """What the server says may be done in an archive, whatever the rights of the web user."""
 
     can_create: bool
