@@ -1,8 +1,8 @@
 """The examples against the development archive server."""
 import csv
-import importlib.util
 import io
 import os
+import runpy
 import unittest
 from unittest import mock
 from urllib.parse import urlencode
@@ -19,13 +19,11 @@ class ExamplesTest(ThreadedTest):
 
     def page(self, hosts, **query):
         """The status and the text of the search page."""
-        spec = importlib.util.spec_from_file_location("search_page", EXAMPLES / "search_page.py")
-        module = importlib.util.module_from_spec(spec)
         with mock.patch.dict(os.environ, self.environment(hosts)):
-            spec.loader.exec_module(module)
+            page = runpy.run_path(str(EXAMPLES / "search_page.py"))
         environ, seen = {"QUERY_STRING": urlencode(query, doseq=True)}, []
         setup_testing_defaults(environ)
-        body = b"".join(module.application(environ, lambda status, headers: seen.append(status)))
+        body = b"".join(page["application"](environ, lambda status, headers: seen.append(status)))
         return seen[0], body.decode("utf-8")
 
     def test_the_page_shows_hits_documents_and_failures(self):
