@@ -58,7 +58,7 @@ done < <(grep -rHoE '^\.BR (oxaqry|devserver)[a-z\\-]* \([0-9]\)' "$tree/share/m
 
 printf 'Building programs through find_package\n'
 "$cmake" -G Ninja -S "$source/tests/package/consumer" -B "$work/consumer" -DCMAKE_BUILD_TYPE=Debug \
-  -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$tree" \
+  -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_C_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$tree" \
   -DEXAMPLES="$source/examples" -DHEADERS="$tree/include/oxaqrycln" >"$work/log" 2>&1 ||
   fail "$(cat "$work/log")"
 "$cmake" --build "$work/consumer" --parallel 2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
