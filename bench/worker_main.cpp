@@ -19,7 +19,11 @@ int main(int argc, char** argv) try {
   settings.password = "secret";
   std::map<int, long> answers;
   client::Archive archive(settings);
-  archive.OnRequest([&](const client::RequestReport& request) { ++answers[request.attempts.back().port]; });
+  archive.OnRequest([&](const client::RequestReport& request) {
+    for (const client::Attempt& attempt : request.attempts) {
+      if (attempt.error.empty()) ++answers[attempt.port];
+    }
+  });
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(std::atoi(argv[3]));
   while (std::chrono::steady_clock::now() < end) archive.Search({.query = "copper", .max = 10});
   for (const auto& [port, count] : answers) std::printf("%d %ld\n", port, count);

@@ -188,7 +188,7 @@ class Archive {
   void DeleteNotes(const DocumentName& name);
 
   // --- Transport orders ---
-  // At most max orders, all for 0. Which ones, says a query of the server's own language, "*" for all.
+  // At most max orders, all for 0. The query is in the server's own query language; "*" selects every order.
   std::vector<TransportOrder> Orders(std::string_view query = "*", std::int32_t max = 0);
   void SetOrderStatus(std::string_view order, std::string_view status);
   // The page images of orders as one file, as Fetch does it.

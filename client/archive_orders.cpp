@@ -53,7 +53,7 @@ std::optional<std::filesystem::path> Archive::PrintHits(const SearchOptions& opt
   if (hits.flags_.empty()) return std::nullopt;  // the rights allow no archive
   if (!options.sort.empty()) {
     // The first sort of the class's list is ascending when its first row is greater than the last one, otherwise
-    // descending; each further one is the other way round.
+    // descending; each further sort reverses the direction.
     const std::size_t column = hits.Column(options.sort);
     const int sorts = hits.BeginsGreater(column) == (options.order == Order::Descending) ? 2 : 1;
     for (int i = 0; i < sorts; ++i) query->TELOSortHitlistInit(static_cast<std::int32_t>(column + 1));

@@ -74,7 +74,10 @@ need_test_packages() {
   fi
   # The package starts its service unless that is masked; the name of the service is that of the package behind php-fpm.
   if ! is_installed php-fpm && [[ -d /run/systemd/system ]]; then
-    as_root systemctl mask --quiet "$(apt-cache depends php-fpm | sed -n 's/.*Depends: \(php[0-9.]*-fpm\)$/\1/p')" || true
+    local service
+    service=$(apt-cache depends php-fpm | sed -n 's/.*Depends: \(php[0-9.]*-fpm\)$/\1/p')
+    say "The service $service is masked, so that it does not start; 'systemctl unmask $service' makes it available"
+    as_root systemctl mask --quiet "$service" || true
   fi
   need_packages "${TEST_PACKAGES[@]}"
 }

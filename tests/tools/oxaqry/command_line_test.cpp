@@ -99,7 +99,7 @@ TEST(CommandLine, ReportsWrongUsageWithAStatusOfItsOwn) {
       {"a group alone", {"note"}, "\"note\" needs one of these commands:\n  add "},
       {"two contents", {"fetch", "a/b/1", "--segment", "1", "--pages", "1"}, "--pages"},
       {"no pages", {"fetch", "a/b/1", "--pages", "1,2"}, "1;4-6"},
-      {"size in octal", {"transfer", "x", "--size", "010"}, "not a whole number"},
+      {"size in octal", {"transfer", "x", "--size", "010"}, "--size: \"010\" is no number"},
       {"no terminal to ask on", {"delete", "Mail/Inbox/1"}, "give --yes"},
       {"no number", {"search", "x", "--max", "few"}, "--max: \"few\" is no number from 0 to 2147483647"},
       {"octal", {"search", "x", "--max", "010"}, "--max: \"010\" is no number"},

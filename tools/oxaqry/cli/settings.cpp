@@ -28,7 +28,7 @@ constexpr std::array kEntries{
     SettingEntry{"strTELOUser", "OXAQRY_USER", "--user", "NAME", "name of the archive account"},
     SettingEntry{"strTELOPwd", "OXAQRY_PASSWORD", "", "", "password of the archive account"},
     SettingEntry{"lngRequestTimeout", "OXAQRY_TIMEOUT", "--timeout", "SECONDS",
-                 "seconds one request may take, with all servers that are tried (default 30)"},
+                 "seconds one request may take, with all servers that are tried: 1 to 86400 (default 30)"},
     SettingEntry{"strSessionID", "OXAQRY_SESSION", "--session", "ID",
                  "session id, which names the log file (default \"oxaqry\")"},
     SettingEntry{"strDebugLogPath", "OXAQRY_LOG_DIR", "--log-dir", "DIRECTORY",

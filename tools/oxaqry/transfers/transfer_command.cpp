@@ -10,7 +10,6 @@
 #include "tools/oxaqry/cli/progress.h"
 #include "tools/oxaqry/cli/result.h"
 #include "tools/oxaqry/cli/table.h"
-#include "tools/oxaqry/cli/text.h"
 #include "tools/oxaqry/transfers/fetched_file.h"
 
 namespace oxaqrycln::oxaqry {
@@ -87,12 +86,6 @@ int Upload(const Settings& settings, const std::vector<std::string>& files, cons
   return PrintResult(output, {{"files", std::move(list)}}, "");
 }
 
-// Other forms of numbers are refused: 0x10, and 010, which looks like octal.
-std::string CheckDecimal(const std::string& text) {
-  const bool isDecimal = ParseNumber(text) && (text.size() == 1 || text[0] != '0');
-  return isDecimal ? "" : "\"" + text + "\" is not a whole number from 0 to 2147483647";
-}
-
 }  // namespace
 
 void AddTransferCommands(CommandParser& parser) {
@@ -104,7 +97,7 @@ void AddTransferCommands(CommandParser& parser) {
   transfer->add_option("NAME", request->name, "the file's name")->required();
   transfer->add_option("--size", request->size, "the file's length in bytes")
       ->required()
-      ->check(CLI::Validator(CheckDecimal, ""))
+      ->check(FromZero<std::int32_t>())
       ->type_name("N");
   AddOutput(*transfer, request->output, request->force,
             "file or directory to write to, \"-\" for standard output (default: NAME in the local blob directory)");
