@@ -14,8 +14,6 @@
 namespace oxaqrycln {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
-
 // "FT:title,type:identifier,type:identifier": a pair for each position at which both lists have an element.
 std::string FolderLine(std::string_view title, std::string_view types, std::string_view identifiers) {
   std::string line = "@FOLDER,FT:" + std::string(title);

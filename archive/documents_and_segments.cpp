@@ -9,11 +9,10 @@
 #include "component/clsQuery.h"
 #include "component/query_state.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
-
-constexpr std::string_view kLineEnd = "\r\n";
 
 bool IsTrue(const Variant& value) { return value.type() == Variant::Type::Boolean && value.ToBoolean(); }
 

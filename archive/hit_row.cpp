@@ -65,7 +65,7 @@ void ForEachSeparator(std::string_view line, Visit&& visit) {
   }
 }
 
-void Split(std::string_view line, HitRow& row) {
+void SplitRow(std::string_view line, HitRow& row) {
   // The columns follow the third separator. A separator that shares its first caret with the one before ends no field,
   // but counts.
   row.columns = line.substr(std::min<std::size_t>(1, line.size()));
@@ -107,7 +107,7 @@ void WriteReference(std::string_view reference, Variant* channel, Variant* archi
 
 void ReadHitRow(std::string_view line, bool isTitle, const HitRowOutputs& outputs, std::string& columns) {
   HitRow row;
-  Split(line, row);
+  SplitRow(line, row);
   if (outputs.documentId != nullptr) outputs.documentId->AssignText(row.Field(2));
   if (outputs.version != nullptr) outputs.version->AssignText(row.Field(3));
   if (isTitle) {

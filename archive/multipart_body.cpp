@@ -7,11 +7,11 @@
 
 #include "values/code_page.h"
 #include "values/errors.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kHeaderEnd = "\r\n\r\n";
 constexpr std::size_t kLongestBoundary = 1024;
 constexpr std::size_t kLongestHeader = 65536;

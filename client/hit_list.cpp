@@ -13,7 +13,6 @@
 namespace oxaqrycln::client {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kFieldsInFront = 3;  // reference, document and version
 
 // The columns as those of a line of the class, with a number in the place of the hit's reference.

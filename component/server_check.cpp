@@ -12,8 +12,8 @@ namespace oxaqrycln {
 namespace {
 
 // What an instance for one check has of the page's instance.
-struct Account {
-  explicit Account(const clsQuery& query)
+struct PageSettings {
+  explicit PageSettings(const clsQuery& query)
       : user(query.strTELOUser),
         password(query.strTELOPwd),
         session(query.strSessionID),
@@ -47,14 +47,14 @@ struct Account {
 std::string TextOf(const HandledError& error) { return std::to_string(error.number) + " - " + error.description; }
 
 // On a thread without servers.
-void Check(const Account& account, const std::string& entry, const std::function<bool()>& isCancelled,
+void Check(const PageSettings& settings, const std::string& entry, const std::function<bool()>& isCancelled,
            ServerCheck& check) {
   clsQuery query;
   QueryWatch watch(query);
   watch.OnWait([&](const RequestProgress& /*bytes*/) {
     if (isCancelled()) watch.Cancel();
   });
-  account.GiveTo(query);
+  settings.GiveTo(query);
   query.RemoteHosts(entry);
   const std::vector<ServerState> servers = watch.Servers();
   if (servers.size() != 1 || !query.Init(false)) {
@@ -92,7 +92,7 @@ std::vector<ServerCheck> CheckServers(const clsQuery& query, std::string_view ho
   if (hosts.empty()) return {};
   const std::vector<std::string_view> entries = Split(hosts, '|');
   std::vector<ServerCheck> checks(entries.size());
-  const Account account(query);
+  const PageSettings settings(query);
   Threads threads;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (threads.list.size() == kAtOnce) threads.Join();
@@ -100,7 +100,7 @@ std::vector<ServerCheck> CheckServers(const clsQuery& query, std::string_view ho
     check.host = entries[i].substr(0, entries[i].find(','));
     threads.list.push_back(StartBackgroundThread([&, entry = std::string(entries[i])] {
       try {
-        Check(account, entry, isCancelled, check);
+        Check(settings, entry, isCancelled, check);
       } catch (const std::exception& error) {
         check.text = error.what();
       }

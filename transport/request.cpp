@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::string_view kSeparator =
     "--------------------------------------------------------------------------------";  // 80 dashes
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kSuccess = "Status: OK";
 constexpr std::size_t kStatusWord = 7;  // characters of "Status:"
 constexpr std::string_view kAllBusy = "All query servers are currently busy";

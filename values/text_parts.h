@@ -8,6 +8,9 @@
 
 namespace oxaqrycln {
 
+// Between the lines of requests, of answers and of texts that are sent.
+inline constexpr std::string_view kLineEnd = "\r\n";
+
 // A text cut at its first separator. Without one, before is the whole text.
 struct TextCut {
   std::string_view before;

@@ -9,8 +9,8 @@ namespace oxaqrycln {
 namespace {
 
 constinit std::atomic<std::uint32_t> forkCount = 0;
-using Call = void (*)();
-constinit Call afterFork = nullptr;  // in the child
+using ForkCall = void (*)();
+constinit ForkCall afterFork = nullptr;  // in the child
 
 void InChild() {
   forkCount.fetch_add(1, std::memory_order_relaxed);

@@ -7,11 +7,11 @@
 namespace oxaqrycln {
 namespace {
 
-struct Call {
+struct ExitCall {
   void (*release)(void*) noexcept;
   void* what;
 };
-using Calls = std::vector<Call>;
+using Calls = std::vector<ExitCall>;
 
 // A plain pointer: destructors of the host may come here after the calls have been made.
 thread_local Calls* calls = nullptr;

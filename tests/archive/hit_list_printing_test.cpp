@@ -5,7 +5,7 @@
 namespace oxaqrycln::testing {
 namespace {
 
-Variant Search(clsQuery& query) { return query.TELOQueryArchiveInit("word", 10, 100, "", ""); }
+Variant SearchWord(clsQuery& query) { return query.TELOQueryArchiveInit("word", 10, 100, "", ""); }
 
 TEST(HitListPrinting, SendsTheRowsOfTheLastQueryWithTheTitles) {
   const std::string rows =
@@ -14,11 +14,11 @@ TEST(HitListPrinting, SendsTheRowsOfTheLastQueryWithTheTitles) {
                Answer({"12", "list.pdf"})},
               [&](Page& page) {
                 page.query.strBlobPathRemote = "R:\\blobs";
-                EXPECT_EQ(Search(page.query), Variant::Long(3));
+                EXPECT_EQ(SearchWord(page.query), Variant::Long(3));
                 page.query.TELOQueryArchiveNext();
                 // The hits outlive what comes after them, a query that fails included.
                 EXPECT_EQ(page.query.LiveCheck(), "fine");
-                EXPECT_EQ(Search(page.query), kFailed);
+                EXPECT_EQ(SearchWord(page.query), kFailed);
                 EXPECT_EQ(page.query.FennikPrintHitlistPDF("\xD6l"), Variant::Long(1));
                 EXPECT_EQ(page.LastCommand(), "^PrintHitlistPDF^,^\xD6l^,^" + rows + "^,^R:\\blobs^");
               });
@@ -27,7 +27,7 @@ TEST(HitListPrinting, SendsTheRowsOfTheLastQueryWithTheTitles) {
 TEST(HitListPrinting, SendsNoRequestWithoutATitleRow) {
   for (const bool hasQueried : {false, true}) {
     WithAnswer({"0", "", "0", "^0^"}, [&](Page& page) {
-      if (hasQueried) Search(page.query);
+      if (hasQueried) SearchWord(page.query);
       const int connections = page.server.Connections();
       EXPECT_EQ(page.query.FennikPrintHitlistPDF("T"), kFailed) << hasQueried;
       EXPECT_EQ(page.server.Connections(), connections) << hasQueried;

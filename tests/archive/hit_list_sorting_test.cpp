@@ -32,7 +32,7 @@ Texts Walk(clsQuery& query, std::size_t most = 1000) {
   return NextIds(query, most);
 }
 
-void Search(clsQuery& query) { query.TELOQueryArchiveInit("q", 0, 0, "", ""); }
+void SearchAll(clsQuery& query) { query.TELOQueryArchiveInit("q", 0, 0, "", ""); }
 
 // What a server answers to a query.
 std::string HitAnswer(const Texts& flags, const Texts& rows) {
@@ -79,11 +79,11 @@ TEST(HitListSort, AgreesWithAPlainSortForAnyListAndAnyCalls) {
     }
     WithAnswers({HitAnswer({kText, kText, kText}, rows)}, [&](Page& page) {
       PlainSort plainSort;
-      Search(page.query);
+      SearchAll(page.query);
       const std::vector<Hit> all = hits;
       for (int call = 0; call < 12; ++call) {
         if (call == 6) {  // the same query again
-          Search(page.query);
+          SearchAll(page.query);
           ASSERT_EQ(Walk(page.query).size(), all.size());
           hits = all;
           plainSort = {};
@@ -119,7 +119,7 @@ TEST(HitListSort, RefusesColumnsThatTheTitleRowLacksAndHitsThatTheListLacks) {
         };
         refuses(1);  // no query yet
         EXPECT_EQ(page.query.TELOSortHitlistNext(), "");
-        Search(page.query);
+        SearchAll(page.query);
         page.query.TELOSortHitlistInit(1);
         EXPECT_THAT(Walk(page.query, 1), ElementsAre("2"));
         for (const char* const number : {"0", "-1", "3", "2147483647", "2147483644", "65537", "1e12", "title", ""}) {
@@ -136,7 +136,7 @@ TEST(HitListSort, RefusesColumnsThatTheTitleRowLacksAndHitsThatTheListLacks) {
         page.query.TELODeleteFromHitlist(1);
         EXPECT_EQ(page.query.TELODeleteFromHitlist(1), Variant::Long(0));
         EXPECT_EQ(page.query.TELODeleteFromHitlist(1), kFailed);
-        Search(page.query);
+        SearchAll(page.query);
         refuses(1);  // no title row
         EXPECT_EQ(page.query.TELOSortHitlistNext(), "");
       });
@@ -146,7 +146,7 @@ TEST(HitListSort, IsIndependentOfOtherRequestsAndOfTheQuerysRows) {
   WithAnswers({HitAnswer({kText}, {Row("1", {"a"}), Row("2", {"b"}), Row("3", {"c"})}), Answer({"Mail,x", "Alpha,y"}),
                Framed("Status: No hits\r\n"), Answer({"7", "", "0"})},
               [](Page& page) {
-                Search(page.query);
+                SearchAll(page.query);
                 page.query.TELOSortHitlistInit(1);
                 page.query.TELODeleteFromHitlist(1);
                 Variant id;
@@ -159,8 +159,8 @@ TEST(HitListSort, IsIndependentOfOtherRequestsAndOfTheQuerysRows) {
                 EXPECT_EQ(id, Variant("1"));
                 EXPECT_EQ(page.query.TELOSortHitlistNext(nullptr, nullptr, &id), "");
                 EXPECT_EQ(id, Variant("1"));
-                Search(page.query);  // refused
-                Search(page.query);  // without a head
+                SearchAll(page.query);  // refused
+                SearchAll(page.query);  // without a head
                 EXPECT_EQ(page.query.TELOSortHitlistInit(1), Variant::Long(3));
                 EXPECT_THAT(Walk(page.query), ElementsAre("1", "2"));
               });
@@ -176,7 +176,7 @@ TEST(HitListSort, ReadsRowsAsTheQueryDoes) {
                    "^$(#\x80\xFF)\\" + std::string(1, '\0') + "^,^5^,^1^,^\xE4^,^,^",
                    "^^,^^,^^"};
   WithAnswers({HitAnswer({kText}, {Row("7", {"x"})})}, [&](Page& page) {
-    Search(page.query);
+    SearchAll(page.query);
     Variant out[4];
     page.query.TELOSortHitlistNext();
     EXPECT_EQ(page.query.TELOSortHitlistNext(&out[0], &out[1], &out[2], &out[3]), "^x^");
@@ -195,7 +195,7 @@ TEST(HitLinesSort, HasItsOwnLinesPositionAndDirection) {
     EXPECT_EQ(query.TELOSortHitlist2Init(given, "1"), Variant::Long(3));
     EXPECT_EQ(query.TELOSortHitlist2Next(), "^0^,^0^,^0^,^title^");
     EXPECT_EQ(query.TELOSortHitlist2Next(), Row("2", {"10"}));
-    Search(query);
+    SearchAll(query);
     query.TELOSortHitlistInit(1);
     EXPECT_EQ(query.TELOSortHitlist2Next(), Row("1", {"9"}));
     // The same lines again, in the other direction.

@@ -10,7 +10,7 @@
 namespace oxaqrycln::asphost {
 namespace {
 
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 class Files {
  public:

@@ -10,10 +10,10 @@
 namespace oxaqrycln::asphost {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
-using testing::Pair;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::Pair;
 
 TEST(Encoding, LeavesNoTagAndNoQuoteInHtml) {
   EXPECT_EQ(HtmlEncode(std::string_view("<a href=\"x\" y='z'>&\xe4")),
@@ -75,7 +75,7 @@ TEST(Messages, AnErrorPageShowsTextsAndNoTags) {
   EXPECT_THAT(page.body, Not(HasSubstr("<b>")));
 }
 
-class SessionTableTest : public testing::Test {
+class SessionTableTest : public ::testing::Test {
  protected:
   using Table = SessionTable<int>;
   Table::Clock::time_point At(int seconds) { return start_ + std::chrono::seconds(seconds); }

@@ -15,12 +15,12 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 const std::string kOrders = "@DB,$(#Finance)\\Orders\r\n";
 
-class ChangesTest : public testing::Test {
+class ChangesTest : public ::testing::Test {
  protected:
   void Write(const std::string& name, const std::string& content) const {
     std::ofstream(server_.BlobPath(name), std::ios::binary) << content;
@@ -170,9 +170,9 @@ TEST_F(ChangesTest, NotesKeepTheirLineBreaks) {
   };
   for (const auto& [note, lineBreak, lines] : cases) {
     EXPECT_EQ(server_.Ask("WriteNote" + document + "^,^" + note + "^,^" + lineBreak), "Status: OK\r\n");
-    EXPECT_THAT(server_.Ask("GetNotes" + document), testing::EndsWith(std::string("\r\n") + lines + "\r\n"));
+    EXPECT_THAT(server_.Ask("GetNotes" + document), ::testing::EndsWith(std::string("\r\n") + lines + "\r\n"));
   }
-  EXPECT_THAT(server_.Ask("GetNotes" + document), testing::ContainsRegex("\r\nwebuser,[0-9.]+ [0-9:]+\r\n"));
+  EXPECT_THAT(server_.Ask("GetNotes" + document), ::testing::ContainsRegex("\r\nwebuser,[0-9.]+ [0-9:]+\r\n"));
   EXPECT_THAT(server_.Ask("GetSegmentDescription" + document + "^,^"), StartsWith("Status: OK\r\n5\r\n"));
   EXPECT_EQ(server_.Ask("WriteNote" + document + "^,^^,^"), "Status: The note is empty\r\n");
   EXPECT_EQ(server_.Ask("WriteNote" + document + "^,^" + std::string(8000, 'x') + "^,^"), "Status: OK\r\n");

@@ -12,10 +12,10 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
-class DocumentsTest : public testing::Test {
+class DocumentsTest : public ::testing::Test {
  protected:
   // Both in UTF-8.
   std::string Ask(const std::string& command) const { return ToUtf8(server_.Ask(FromUtf8(command).value_or(""))); }
@@ -43,7 +43,7 @@ TEST_F(DocumentsTest, MarkTheHitsOfAQuery) {
   for (const auto& [query, marked, unmarked] : cases) {
     const std::string answer =
         Ask(std::string("GetSegmentText^,^Finance^,^Invoices^,^1094^,^2^,^") + query + "^,^<^,^>^,^");
-    EXPECT_THAT(answer, testing::AllOf(HasSubstr(marked), Not(HasSubstr(unmarked)))) << query;
+    EXPECT_THAT(answer, ::testing::AllOf(HasSubstr(marked), Not(HasSubstr(unmarked)))) << query;
   }
 }
 

@@ -13,7 +13,7 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 class PrintingTest : public ContentTest {
  protected:
@@ -38,8 +38,8 @@ TEST_F(PrintingTest, ShowsTitlesAndNumberOnEachPageAndEachRowOnce) {
   ASSERT_EQ(pages.size(), 3U);
   std::string all;
   for (std::size_t page = 0; page < pages.size(); ++page) {
-    EXPECT_THAT(pages[page], testing::StartsWith("Größe (1)\n")) << page;
-    EXPECT_THAT(pages[page], testing::ContainsRegex("\nReference +Document +Version +Title\n")) << page;
+    EXPECT_THAT(pages[page], ::testing::StartsWith("Größe (1)\n")) << page;
+    EXPECT_THAT(pages[page], ::testing::ContainsRegex("\nReference +Document +Version +Title\n")) << page;
     EXPECT_THAT(pages[page], HasSubstr("Page " + std::to_string(page + 1) + " of 3\n")) << page;
     all += pages[page];
   }
@@ -83,10 +83,10 @@ TEST_F(PrintingTest, WrapsLongFieldsAndCutsOverlongOnes) {
       Print(std::string(200, 'T'), "^A^,^B^,^C^,^D^\r\n^" + words + "^,^" + words + "^,^" + std::string(900, 'w') +
                                        "^,^end^\r\n^\x01(\\)^\r\n^1^,^2^,^3^,^4^,^more than titles^");
   ASSERT_EQ(pages.size(), 1U);
-  EXPECT_THAT(pages[0], testing::ContainsRegex("^T+…\n"));
-  EXPECT_THAT(pages[0], testing::ContainsRegex("Wort1 .*Wort1 .*ww.*end\n"));
-  EXPECT_THAT(pages[0], testing::ContainsRegex("….*….*…\n"));
-  EXPECT_THAT(pages[0], testing::Not(HasSubstr("Last")));
+  EXPECT_THAT(pages[0], ::testing::ContainsRegex("^T+…\n"));
+  EXPECT_THAT(pages[0], ::testing::ContainsRegex("Wort1 .*Wort1 .*ww.*end\n"));
+  EXPECT_THAT(pages[0], ::testing::ContainsRegex("….*….*…\n"));
+  EXPECT_THAT(pages[0], ::testing::Not(HasSubstr("Last")));
   EXPECT_THAT(pages[0], HasSubstr("(\\)"));
   EXPECT_THAT(pages[0], HasSubstr("more than titles"));
 }
@@ -113,7 +113,7 @@ TEST(Printing, WaitsForRowsThatArriveInPieces) {
     EXPECT_FALSE(client.Readable(50)) << piece;
     client.Send(piece);
   }
-  EXPECT_THAT(client.Answer(), testing::StartsWith("Status: OK\r\n"));
+  EXPECT_THAT(client.Answer(), ::testing::StartsWith("Status: OK\r\n"));
 }
 
 }  // namespace

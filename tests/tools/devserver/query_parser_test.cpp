@@ -92,7 +92,8 @@ TEST(QueryParser, ReportsErrors) {
     try {
       ADD_FAILURE() << query << " gave " << ParseQuery(query);
     } catch (const ServerError& error) {
-      EXPECT_THAT(error.what(), testing::AllOf(testing::StartsWith("Query: "), testing::HasSubstr(text))) << query;
+      EXPECT_THAT(error.what(), ::testing::AllOf(::testing::StartsWith("Query: "), ::testing::HasSubstr(text)))
+          << query;
     }
   }
 }

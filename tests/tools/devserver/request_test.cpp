@@ -81,8 +81,8 @@ TEST(Request, JoinsRows) {
 }
 
 TEST(Request, KeepsLoneCaretsAndCommasInItsFields) {
-  EXPECT_THAT(SplitRequest("^a^b^,^,c^,^^").fields, testing::ElementsAre("a^b", ",c", ""));
-  EXPECT_THAT(SplitRequest("a^,^b^").fields, testing::IsEmpty());
+  EXPECT_THAT(SplitRequest("^a^b^,^,c^,^^").fields, ::testing::ElementsAre("a^b", ",c", ""));
+  EXPECT_THAT(SplitRequest("a^,^b^").fields, ::testing::IsEmpty());
 }
 
 }  // namespace

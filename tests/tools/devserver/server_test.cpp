@@ -19,8 +19,8 @@
 namespace oxaqrycln::devserver {
 namespace {
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 const std::string kQuery = "QueryArchive^,^*^,^0^,^0^,^^,^^,^^,^";
 

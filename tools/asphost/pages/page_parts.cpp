@@ -11,10 +11,10 @@ namespace oxaqrycln::asphost {
 namespace {
 
 constexpr std::string_view kComment = "<!--";
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kWhitespace = " \t\r\n";
 
 std::string_view TrimStart(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+  return text.substr(std::min(text.find_first_not_of(kWhitespace), text.size()));
 }
 
 // The text without the word at its start, in any letter case; nothing if it starts otherwise.

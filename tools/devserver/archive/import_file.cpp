@@ -80,9 +80,9 @@ void ParseFolder(std::string_view text, ImportSet& set, const Converter& convert
   set.title = CleanText(convert(text));
 }
 
-class Parser {
+class ImportParser {
  public:
-  explicit Parser(std::string_view bytes) : lines_(Lines(bytes)) {}
+  explicit ImportParser(std::string_view bytes) : lines_(Lines(bytes)) {}
 
   bool AtEnd() {
     while (next_ < lines_.size() && lines_[next_].empty()) ++next_;
@@ -157,7 +157,7 @@ class Parser {
 
 std::vector<ImportSet> ParseImportFile(std::string_view bytes) {
   std::vector<ImportSet> sets;
-  Parser parser(bytes);
+  ImportParser parser(bytes);
   while (!parser.AtEnd()) {
     if (sets.size() == kMostSets) Fail("more than " + std::to_string(kMostSets) + " documents");
     sets.push_back(parser.Set());

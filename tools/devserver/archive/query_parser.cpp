@@ -17,7 +17,7 @@ constexpr int kDepthLimit = 32;
 constexpr std::size_t kWordLimit = 200;
 constexpr std::size_t kByteLimit = 4096;
 
-[[noreturn]] void Fail(const std::string& text) { throw ServerError("Query: " + text); }
+[[noreturn]] void Refuse(const std::string& text) { throw ServerError("Query: " + text); }
 
 bool IsLetterOrDigit(char character) {
   const auto code = static_cast<unsigned char>(character);
@@ -42,13 +42,13 @@ std::size_t CountWords(std::string_view value) {
 
 bool IsBlank(char character) { return kBlanks.find(character) != std::string_view::npos; }
 
-class Parser {
+class QueryParser {
  public:
-  Parser(std::string_view text, std::span<const QueryField> fields) : rest_(text), fields_(fields) {}
+  QueryParser(std::string_view text, std::span<const QueryField> fields) : rest_(text), fields_(fields) {}
 
   std::string Whole() {
     std::string expression = Query();
-    if (!AtEnd()) Fail("')' without '('");
+    if (!AtEnd()) Refuse("')' without '('");
     return expression;
   }
 
@@ -90,7 +90,7 @@ class Parser {
     std::string excluded;
     do {
       const bool joined = TakeOperator("AND");
-      if (joined && wanted.empty() && excluded.empty()) Fail("AND needs a term on both sides");
+      if (joined && wanted.empty() && excluded.empty()) Refuse("AND needs a term on both sides");
       if (TakeOperator("NOT")) {
         ++exclusions_;
         excluded += " NOT " + Term();
@@ -99,26 +99,26 @@ class Parser {
         wanted += (wanted.empty() ? "" : " AND ") + Term();
       }
     } while (GroupGoesOn());
-    if (wanted.empty()) Fail("NOT needs a term to exclude from");
+    if (wanted.empty()) Refuse("NOT needs a term to exclude from");
     return wanted + excluded;
   }
 
   std::string Term() {
-    if (AtEnd()) Fail("a term is missing at the end");
-    if (rest_.front() == ')') Fail("a term is missing before ')'");
+    if (AtEnd()) Refuse("a term is missing at the end");
+    if (rest_.front() == ')') Refuse("a term is missing before ')'");
     const std::string_view word = Word();
-    if (word == "AND" || word == "OR" || word == "NOT") Fail("a term is missing before " + std::string(word));
+    if (word == "AND" || word == "OR" || word == "NOT") Refuse("a term is missing before " + std::string(word));
     const std::size_t colon = word.find(':');
     if (colon == std::string_view::npos) return Value("");
     const std::string named = LowerCase(word.substr(0, colon));
     const auto found = std::ranges::find_if(
         fields_, [&](const QueryField& each) { return each.name == named || (!each.id.empty() && each.id == named); });
     if (found == fields_.end()) {
-      Fail("there is no field '" + Printable(word.substr(0, colon)) + "' (fields are " + FieldNames() + ")");
+      Refuse("there is no field '" + Printable(word.substr(0, colon)) + "' (fields are " + FieldNames() + ")");
     }
     const std::string field(found->name);
     rest_.remove_prefix(colon + 1);
-    if (rest_.empty() || IsBlank(rest_.front()) || rest_.front() == ')') Fail("field '" + field + "' has no value");
+    if (rest_.empty() || IsBlank(rest_.front()) || rest_.front() == ')') Refuse("field '" + field + "' has no value");
     return Value(field + " : ");
   }
 
@@ -153,16 +153,16 @@ class Parser {
   }
 
   std::string Parentheses() {
-    if (++depth_ > kDepthLimit) Fail("more than " + std::to_string(kDepthLimit) + " nested parentheses");
+    if (++depth_ > kDepthLimit) Refuse("more than " + std::to_string(kDepthLimit) + " nested parentheses");
     std::string expression = Query();
-    if (!Take(')')) Fail("a ')' is missing");
+    if (!Take(')')) Refuse("a ')' is missing");
     --depth_;
     return "(" + expression + ")";
   }
 
   std::string Phrase() {
     const std::size_t close = rest_.find('"');
-    if (close == std::string_view::npos) Fail("a closing '\"' is missing");
+    if (close == std::string_view::npos) Refuse("a closing '\"' is missing");
     const std::string_view phrase = rest_.substr(0, close);
     rest_.remove_prefix(close + 1);
     return Quoted(phrase) + (Take('*') ? "*" : "");
@@ -170,10 +170,10 @@ class Parser {
 
   std::string Quoted(std::string_view value) {
     if (std::none_of(value.begin(), value.end(), IsLetterOrDigit)) {
-      Fail("'" + Printable(value) + "' contains no letter or digit");
+      Refuse("'" + Printable(value) + "' contains no letter or digit");
     }
     wordCount_ += CountWords(value);
-    if (wordCount_ > kWordLimit) Fail("more than " + std::to_string(kWordLimit) + " words");
+    if (wordCount_ > kWordLimit) Refuse("more than " + std::to_string(kWordLimit) + " words");
     return '"' + std::string(value) + '"';
   }
 
@@ -189,12 +189,13 @@ class Parser {
 // The query without surrounding blanks.
 std::string_view Checked(std::string_view query) {
   if (query.size() > kByteLimit) {
-    Fail("it has " + std::to_string(query.size()) + " bytes, more than the " + std::to_string(kByteLimit) + " allowed");
+    Refuse("it has " + std::to_string(query.size()) + " bytes, more than the " + std::to_string(kByteLimit) +
+           " allowed");
   }
   const auto isControl = [](char character) {
     return static_cast<unsigned char>(character) < 0x20 && character != '\t';
   };
-  if (std::ranges::any_of(query, isControl)) Fail("it contains a control character");
+  if (std::ranges::any_of(query, isControl)) Refuse("it contains a control character");
   return Trimmed(query, kBlanks);
 }
 
@@ -202,15 +203,15 @@ std::string_view Checked(std::string_view query) {
 
 std::string ParseQuery(std::string_view query, std::span<const QueryField> fields) {
   query = Checked(query);
-  if (query.empty()) Fail("it is empty ('*' finds every document)");
+  if (query.empty()) Refuse("it is empty ('*' finds every document)");
   if (query == "*") return {};
-  return Parser(query, fields).Whole();
+  return QueryParser(query, fields).Whole();
 }
 
 std::string MarkingExpression(std::string_view query) {
   query = Checked(query);
   if (query.empty() || query == "*") return {};
-  Parser parser(query, kDocumentFields);
+  QueryParser parser(query, kDocumentFields);
   parser.Whole();
   return parser.marks();
 }

@@ -3,6 +3,7 @@
 #include "tools/devserver/content/pdf_table.h"
 #include "tools/devserver/protocol/errors.h"
 #include "tools/devserver/protocol/request.h"
+#include "values/text_parts.h"
 
 namespace oxaqrycln::devserver {
 namespace {
@@ -11,7 +12,6 @@ constexpr std::size_t kMostRows = 10000;
 constexpr std::size_t kMostColumns = 40;
 constexpr std::size_t kMostCells = 100000;  // these limits bound the time that other clients wait
 constexpr std::size_t kLongestTitle = 200;
-constexpr std::string_view kLineEnd = "\r\n";
 
 std::vector<std::vector<std::string>> ParseRows(std::string_view text) {
   std::vector<std::vector<std::string>> rows;

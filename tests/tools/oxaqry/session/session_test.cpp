@@ -13,8 +13,8 @@
 namespace oxaqrycln::oxaqry {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 
 // The answer lines to an input, from a session in an apartment of its own.
 std::vector<std::string> Answers(const std::string& input) {
