@@ -54,10 +54,33 @@ final class RawTest extends TestCase
         self::assertCount(0, $query->fetchRows('TELOSortHitlist2Next', 5, everyRow: false));
     }
 
+    /** PHP destroys no object whose constructor fails, and keeps what it knows of types until the page ends. */
+    public function testALongPageKeepsItsSize(): void
+    {
+        $query = new Query();
+        $run = static function (int $count) use ($query): void {
+            for ($i = 0; $i < $count; ++$i) {
+                try {
+                    $query->fetchRows('HelloWorld', 1);
+                    Value::bytes('bytes')->native();
+                    new Value('Łódź');
+                } catch (BadArgument) {
+                }
+            }
+        };
+        $resident = static fn(): int => (int) preg_replace('/.*VmRSS:\s+(\d+).*/s', '$1', file_get_contents('/proc/self/status'));
+        $run(1000);
+        $before = [memory_get_usage(), $resident()];
+        $run(20000);
+        self::assertLessThan($before[0] + 65536, memory_get_usage());
+        self::assertLessThan($before[1] + 2048, $resident());
+    }
+
     public function testMisuseIsRefusedWithWhatIsWrong(): void
     {
         $query = new Query();
-        $value = new Value();
+        [$value, $free] = [new Value(), new Value()];
+        $free->free();
         $cases = [
             'no such variable' => ['no member none', fn() => $query->none = 1],
             'no such list' => ['no member none', fn() => $query->fetchRows('none', 1)],
@@ -68,6 +91,8 @@ final class RawTest extends TestCase
             'byte out of range' => ['not in the range', fn() => Value::byte(256)],
             'foreign character' => ['character 2', fn() => $query->strUserName = 'aŁ'],
             'no value' => ['stdClass', fn() => $query->Encode(new stdClass())],
+            'freed value' => ['free already', fn() => $query->CheckLogon('anna', $free)],
+            'year out of range' => ['100 to 9999', fn() => new Value(new DateTime('+9000 years'))],
             'one value for two outputs' => ['twice', fn() => $query->TELOQueryArchiveNext($value, $value)],
         ];
         foreach ($cases as $case => [$text, $call]) {

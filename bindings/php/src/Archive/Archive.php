@@ -15,6 +15,7 @@ final class Archive
 {
     use DocumentMethods;
     use FileMethods;
+    use Raw\NotCopied;
 
     private readonly Settings $settings;
     private readonly QueryAccess $access;
@@ -72,7 +73,22 @@ final class Archive
         $this->access = new QueryAccess($this->settings);
     }
 
-    /** The web users of the archive's database. */
+    /**
+     * Gives back the query server and closes the database, at the latest when the object ends. Hit lists and documents stay;
+     * every other use of the archive and its users is an Error.
+     */
+    public function close(): void
+    {
+        $this->access->close();
+    }
+
+    /** The instance that the archive stands on, for what the raw level alone has. */
+    public function query(): Raw\Query
+    {
+        return $this->access->query();
+    }
+
+    /** The web users of the archive's database. Raises BadArgument when the settings name none. */
     public function users(): Users
     {
         return $this->users ??= Users::of($this->access, $this->settings);
@@ -256,6 +272,12 @@ final class Archive
         return $this->access->answer($this->access->query()->LiveCheck());
     }
 
+    /** @return list<Raw\Server> the query servers of this process, from the one on that it asks first */
+    public function servers(): array
+    {
+        return $this->access->servers();
+    }
+
     /** @return list<ServerHealth> each server of the list in its own order, asked at the same time */
     public function health(): array
     {
@@ -269,10 +291,21 @@ final class Archive
      */
     public function direct(string $command): array
     {
-        return explode("\r\n", $this->access->answer($this->access->query()->DirectQuery($command)));
+        $answer = $this->access->query()->DirectQuery(Text::setting($command, 'the command'));
+        return explode("\r\n", $this->access->answer($answer));
     }
 
-    /** Calls $call with the RequestReport of each request, whatever became of it; null calls nothing. */
+    /** What became of the last request; empty before the first one. */
+    public function lastRequest(): RequestReport
+    {
+        return $this->access->report();
+    }
+
+    /**
+     * Calls $call after each request but those of health(), whatever became of it. It cannot use this archive.
+     *
+     * @param ?callable(RequestReport): mixed $call null calls nothing
+     */
     public function onRequest(?callable $call): void
     {
         $this->access->onRequest($call === null ? null : $call(...));

@@ -19,7 +19,7 @@ final class ServerCheck
     /** @var array<int, ServerHealth> */
     private array $done = [];
     private float $start = 0;
-    /** @var list<array{string, int, bool, bool, string}> of this process */
+    /** @var list<Raw\Server> of this process */
     private array $table;
 
     public function __construct(private readonly Settings $settings, QueryAccess $access)
@@ -119,8 +119,8 @@ final class ServerCheck
         [$host, $port] = explode(',', explode('|', $this->settings->hosts)[$at]) + ['', '0'];
         [$isBusy, $session] = [false, ''];
         foreach ($this->table as $server) {
-            if ($server[0] === $host && $server[1] === (int) $port) {
-                [$isBusy, $session] = [$server[3], $server[4]];
+            if ($server->host === $host && $server->port === (int) $port) {
+                [$isBusy, $session] = [$server->isBusy, $server->session];
             }
         }
         $milliseconds = (int) ((microtime(true) - $this->start) * 1000);

@@ -7,15 +7,19 @@ namespace Oxaqrycln\Raw;
 use Oxaqrycln\BadArgument;
 
 /**
- * An instance of the component: what its members, in Query, stand on, and the watch over its requests.
+ * An instance of the component: what its members, in Query, stand on, and the watch over its requests. It belongs to the
+ * process that made it: WrongThread in a forked one.
  *
  * An input takes null (Empty), bool, int, float, string (UTF-8), a date or a Value. An output is a variable, whose content
  * is the start value; when that is a Value, the Value is written. Named arguments leave out the parameters between them.
- * Results are PHP's values; result() has the kind of the last one.
+ * Results are PHP's values; result() has the kind of the last one. BadArgument for a value that cannot be passed; failures
+ * of the archive are results and status texts.
  */
 abstract class Instance extends Owned
 {
     private const UTF8 = 0;
+    private const VARIABLE = 0;
+    private const TRIED_LAST = 1;
 
     /** The values of arguments, by position; used again by each call. */
     private array $values = [];
@@ -26,12 +30,16 @@ abstract class Instance extends Owned
 
     public function __construct()
     {
-        parent::__construct('query');
         $this->result = new Value();
+        parent::__construct('query');
         $this->arguments = $this->library->ffi->new('oxaqry_value*[' . Library::MOST_VALUES . ']');
     }
 
-    /** Reads a variable. */
+    /**
+     * Reads a variable.
+     *
+     * @throws BadArgument for a name that is none of a variable
+     */
     public function __get(string $name): mixed
     {
         $value = $this->given(0, null);
@@ -41,8 +49,20 @@ abstract class Instance extends Owned
         return $value->native();
     }
 
-    /** Assigns a variable, or the property RemoteHosts. */
-    public function __set(string $name, mixed $native): void
+    /** Whether it is a variable that can be read, for "??". */
+    public function __isset(string $name): bool
+    {
+        $kind = $this->library->number;
+        $number = Query::MEMBERS[$name] ?? 0;
+        return $number > 0 && $this->library->ffi->oxaqry_member($number, $kind, null) === 0 && $kind[0] === self::VARIABLE;
+    }
+
+    /**
+     * Assigns a variable, or the property RemoteHosts, whose failure handledError() tells.
+     *
+     * @throws BadArgument for a name that is none, and for a value that cannot be converted to the variable's type
+     */
+    public function __set(string $name, #[\SensitiveParameter] mixed $native): void
     {
         $this->library->check($this->library->ffi->oxaqry_set_variable(
             $this->handle,
@@ -60,8 +80,11 @@ abstract class Instance extends Owned
     /**
      * Calls a method that reads the next record of a list, until the list ends or $max records are read.
      *
+     * @param int $max 0 to 2147483647
      * @param list<int> $columns positions of outputs among the parameters, from 0
      * @param bool $everyRow false: an empty result or a negative number ends the list; true: only $max does
+     *
+     * @throws BadArgument for a method that reads no list. The component's own errors end the list: see handledError()
      */
     public function fetchRows(string $method, int $max, array $columns = [], bool $everyRow = true): Rows
     {
@@ -71,11 +94,11 @@ abstract class Instance extends Owned
         foreach ($columns as $at => $column) {
             $positions[$at] = $column;
         }
-        $rows = $ffi->new('oxaqry_rows*[1]');
+        $rows = $this->library->place('oxaqry_rows*');
         $this->library->check($ffi->oxaqry_fetch_rows(
             $this->handle,
             self::number($method),
-            $max,
+            Value::inRange($max, 0, 2147483647),
             $positions,
             $count,
             (int) $everyRow,
@@ -85,7 +108,7 @@ abstract class Instance extends Owned
         return new Rows($rows[0]);
     }
 
-    /** @return array{int, int, bool, int} an oxaqry_outcome_kind, milliseconds, whether sent, number of attempts */
+    /** @return array{int, int, bool, int} of the last request: an oxaqry_outcome_kind, milliseconds, whether sent, attempts */
     public function outcome(): array
     {
         $library = $this->library;
@@ -134,7 +157,7 @@ abstract class Instance extends Owned
         return $number[0];
     }
 
-    /** @return list<array{string, int, bool, bool, string}> host, port, takes print requests, is busy, session */
+    /** @return list<Server> the query servers of this process; none before RemoteHosts was assigned */
     public function servers(): array
     {
         $library = $this->library;
@@ -153,8 +176,12 @@ abstract class Instance extends Owned
                 $library->text2,
                 $library->length2,
             ));
-            [$takesPrint, $isBusy] = [$library->number2[0] !== 0, $library->number3[0] !== 0];
-            $servers[] = [$library->handedOut(), $library->number[0], $takesPrint, $isBusy, $library->handedOut2()];
+            $isBusy = $library->number3[0] !== 0;
+            $since = $isBusy ? Value::date($library->long[0]) : null;
+            $server = [$library->handedOut(), $library->number[0], $library->number2[0] !== 0, $isBusy, $since,
+                $library->handedOut2()];
+            $library->check($library->ffi->oxaqry_server_failures($this->handle, $i, $library->number));
+            $servers[] = new Server(...[...$server, $library->number[0]]);
         }
         return $servers;
     }
@@ -162,7 +189,7 @@ abstract class Instance extends Owned
     /** Servers that failed are passed over while another one is free. */
     public function trySickServersLast(): void
     {
-        $this->library->check($this->library->ffi->oxaqry_set_sick_servers($this->handle, 1));
+        $this->library->check($this->library->ffi->oxaqry_set_sick_servers($this->handle, self::TRIED_LAST));
     }
 
     /** Ends each later request at once, until resume(). */
@@ -215,6 +242,11 @@ abstract class Instance extends Owned
         $arguments = $this->arguments;
         $count = 0;
         foreach ($inputs as $at => $native) {
+            if ($native instanceof \Stringable) {
+                $inputs[$at] = (string) $native;  // before any argument has its value: this may call a method, too
+            }
+        }
+        foreach ($inputs as $at => $native) {
             if ($native === Argument::LeftOut) {
                 $arguments[$at] = null;
             } else {
@@ -245,10 +277,11 @@ abstract class Instance extends Owned
         return $this->result->native();
     }
 
-    private function given(int $at, mixed $native): Value
+    private function given(int $at, #[\SensitiveParameter] mixed $native): Value
     {
         if ($native instanceof Value) {
-            return $native;
+            // The library would take it for an argument that is left out.
+            return $native->handle === null ? throw new BadArgument('the Value given is free already') : $native;
         }
         $value = $this->values[$at] ??= new Value();
         if ($native === null || ($this->held[$at] ?? null) !== $native) {

@@ -27,6 +27,8 @@ final class Library
 
     private static ?self $opened = null;
 
+    /** @var array<string, \FFI\CData> by type */
+    private array $places = [];
     /** Places for what a function hands out; those with a number for a second and third of a kind. */
     public readonly \FFI\CData $number;
     public readonly \FFI\CData $number2;
@@ -54,6 +56,15 @@ final class Library
         }
         $this->texts = $ffi->new('const char*[' . self::MOST_VALUES . ']');
         $this->lengths = $ffi->new('size_t[' . self::MOST_VALUES . ']');
+    }
+
+    /**
+     * A place for a pointer that a function hands out. There is one for each type, because PHP keeps the type of each
+     * array of pointers that is read, about 110 bytes, until the page ends.
+     */
+    public function place(string $type): \FFI\CData
+    {
+        return $this->places[$type] ??= $this->ffi->new("{$type}[1]");
     }
 
     /** @throws LibraryFailed with what is to be changed */
@@ -135,7 +146,7 @@ final class Library
     private static function checkAllowed(): void
     {
         try {
-            \FFI::type('int');
+            \FFI::cdef();
         } catch (\FFI\Exception $error) {
             $isPreload = strtolower((string) ini_get('ffi.enable')) === 'preload';
             $preload = 'opcache.preload = ' . realpath(self::PACKAGE . '/preload.php');

@@ -11,9 +11,18 @@ namespace Oxaqrycln;
  */
 final class Users
 {
+    use Raw\NotCopied;
+
     private QueryAccess $access;
 
-    /** Raises BadArgument without a database, DatabaseFailed when it cannot be opened. */
+    /**
+     * @param string $database connection string
+     * @param string $session names the log file, "" for "client"
+     * @param string $logDir "" logs nothing
+     *
+     * @throws BadArgument without a database
+     * @throws DatabaseFailed when it cannot be opened
+     */
     public function __construct(#[\SensitiveParameter] string $database, string $session = '', string $logDir = '')
     {
         self::checkNamed($database);
@@ -27,6 +36,12 @@ final class Users
         $users = (new \ReflectionClass(self::class))->newInstanceWithoutConstructor();
         $users->access = $access;
         return $users;
+    }
+
+    /** Closes the database, at the latest when the object ends; of an archive's users the archive, too. */
+    public function close(): void
+    {
+        $this->access->close();
     }
 
     /** The user's ID, or null when the name or the password is wrong. */
