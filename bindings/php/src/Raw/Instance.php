@@ -237,8 +237,11 @@ abstract class Instance extends Owned
      * @param array<int, mixed> $inputs by position
      * @param array<int, mixed> $outputs references by position
      */
-    protected function invoke(int $method, array $inputs, array $outputs): mixed
-    {
+    protected function invoke(
+        int $method,
+        #[\SensitiveParameter] array $inputs,
+        #[\SensitiveParameter] array $outputs,
+    ): mixed {
         $arguments = $this->arguments;
         $count = 0;
         foreach ($inputs as $at => $native) {

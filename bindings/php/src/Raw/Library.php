@@ -19,6 +19,7 @@ final class Library
     /** The arguments of a method, and its result. */
     public const MOST_VALUES = 25;
     private const NAME = PHP_OS_FAMILY === 'Windows' ? 'OXAQryCln.dll' : 'liboxaqrycln.so.1';
+    private const E_HANDLE = -1;
     private const E_ARGUMENT = -2;
     private const E_TEXT = -6;
     private const E_THREAD = -7;
@@ -84,7 +85,9 @@ final class Library
         if ($code === 0) {
             return;
         }
-        $text = $this->ffi->oxaqry_last_error();
+        $text = $code === self::E_HANDLE
+            ? 'the object has been closed or freed: make another one'
+            : $this->ffi->oxaqry_last_error();
         throw match (true) {
             $code <= self::E_ARGUMENT && $code >= self::E_TEXT => new BadArgument($text),
             $code === self::E_THREAD || $code === self::E_FORKED => new WrongThread($text),

@@ -18,7 +18,7 @@ abstract class Owned
 
     /** The objects of this page: null until there is one. */
     private static ?\WeakMap $living = null;
-    /** Files that are removed when the page ends without having done so. */
+    /** Files that are removed when the page ends without having done so, with the process that made them. */
     private static array $files = [];
     /** 64 KiB for the clean-up, where the page has used all memory that it may have. */
     private static ?\SplFixedArray $reserve = null;
@@ -67,7 +67,7 @@ abstract class Owned
     /** Removes the file or empty directory when the page ends without having called removeFile, as after exit(). */
     public static function keepForRemoval(string $file): void
     {
-        self::$files[$file] = true;
+        self::$files[$file] = getmypid();
     }
 
     public static function removeFile(string $file): void
@@ -98,7 +98,7 @@ abstract class Owned
 
     private static function cleanUp(): void
     {
-        foreach (self::$files as $file => $_) {
+        foreach (array_keys(self::$files, getmypid(), true) as $file) {
             self::removeFile($file);
         }
         if (!self::$isFatal && !self::isFatal()) {
