@@ -260,8 +260,10 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
                 \substr($block, $archive, $id - $archive),
                 \substr($block, $id, $version - $id),
                 \substr($block, $version, $offsets[++$at] - $version),
-                // "^column^,^column^", or nothing.
-                $channel === $start ? [] : \explode('^,^', \substr($block, $start + 1, $channel - $start - 2)),
+                // "^column^,^column^", as a rule.
+                $channel > $start + 1 && $block[$start] === '^' && $block[$channel - 1] === '^'
+                    ? \explode('^,^', \substr($block, $start + 1, $channel - $start - 2))
+                    : Text::fields(\substr($block, $start, $channel - $start)),
                 $columns,
             );
         }
