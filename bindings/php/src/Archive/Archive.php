@@ -10,6 +10,9 @@ namespace Oxaqrycln;
  * Every method that makes a request raises Refused, TimedOut, ConnectionFailed, AllServersBusy or Cancelled, and Error
  * for an answer that cannot be read; BadArgument for a value that cannot be sent, before any request. A server that
  * fails is passed over by later requests of the process while another one is free. Nothing that was sent is sent again.
+ *
+ * An archive belongs to the process that made it: WrongThread in a forked one. It carries out one method after the other,
+ * so a signal handler, which PHP may run in the middle of a method, uses an archive of its own.
  */
 final class Archive
 {
@@ -22,12 +25,11 @@ final class Archive
     private ?Users $users = null;
 
     /**
-     * Connects to a server with the first request only. The first archive of a process names its servers; raises
-     * BadArgument for another list later, and DatabaseFailed when the database cannot be opened.
+     * Connects to a server with the first request only. The first archive of a process names its servers.
      *
      * @param string $hosts "host,port[,print flag[,user[,encoded password]]]", joined by "|"
      * @param string $user account of the archive system
-     * @param int $timeout seconds for one request, with all servers that are tried
+     * @param int $timeout seconds for one request, with all servers that are tried, 1 to 86400
      * @param string $session names the log file, "" for "client"
      * @param string $logDir "" logs nothing
      * @param string $blobLocal directory of received files as this machine reaches it
@@ -35,8 +37,13 @@ final class Archive
      * @param string $database connection string of the web user database; "" for none
      * @param string $changedExtensions "OLD-NEW" rules for the extensions of received files, separated by ","
      * @param string $webUser the web user, as the log names him
+     * @param ?\DateTimeInterface $webUserLogOn when he logged on; the log shows the local time of the date
      * @param bool $spread begins the list of servers at a place of each process's own, so that the workers of a pool do
      *     not all ask the first server
+     *
+     * @throws BadArgument for a setting that cannot be used, and for other servers than those of the process
+     * @throws DatabaseFailed when the database cannot be opened
+     * @throws LibraryFailed when the shared library cannot be used
      */
     public function __construct(
         string $hosts = '',
@@ -131,6 +138,7 @@ final class Archive
         return $this->map($access->rows('TELOGetQueryFormatListNext', $count, 'query format'), 'current');
     }
 
+    /** What may be done in the archive. */
     public function properties(string $channel, string $archive): ArchiveProperties
     {
         $access = $this->access;
@@ -153,7 +161,7 @@ final class Archive
         );
     }
 
-    /** @return list<Mask> */
+    /** @return list<Mask> the forms of the archive, in the server's order */
     public function masks(string $channel, string $archive): array
     {
         $access = $this->access;
@@ -183,11 +191,16 @@ final class Archive
     }
 
     /**
+     * Searches the archives of all channels, or those that $folderRights allow.
+     *
+     * @param string $query in the server's query language
      * @param int $max the most hits that are listed; 0: all
      * @param int $queryMax a query with more hits is refused; 0: no limit
      * @param string $format one that formats() lists; "" for all
      * @param ?string $folderRights the archives that may be searched, as Users::folderRights makes it. null restricts
      *     nothing. An empty text allows no archive: the search then has no hits and makes no request.
+     * @param string $layout id of a layout, whose keys and values HitList::$layout has; "" for none
+     * @param string $layoutField id of a field for the layout; "" for none
      * @param string $sort column to sort by, as HitList::column takes it; "" keeps the server's order
      */
     public function search(
@@ -260,13 +273,17 @@ final class Archive
         ));
     }
 
-    /** The query that finds the documents of a node; "" for one without a condition. Needs a database. */
+    /**
+     * The query that finds the documents of a node; "" for one without a condition. Needs a database.
+     *
+     * @param int $node OutlinerNode::$id
+     */
     public function nodeQuery(int $node): string
     {
         return $this->access->fromDatabase($this->access->query()->GetOutlinerSearchExpr($node));
     }
 
-    /** What a server answers when it is asked whether it is alive. */
+    /** What a server answers when it is asked whether it is alive. health() asks each of them. */
     public function live(): string
     {
         return $this->access->answer($this->access->query()->LiveCheck());
@@ -285,7 +302,7 @@ final class Archive
     }
 
     /**
-     * Sends a command as it is, "^Command^,^parameter^".
+     * Sends a command as it is, "^Command^,^parameter^". What comes from a visitor must not be part of it unchecked.
      *
      * @return list<string> the lines of the answer
      */
@@ -317,6 +334,7 @@ final class Archive
         $this->access->cancel();
     }
 
+    /** Takes cancel() back. */
     public function resume(): void
     {
         $this->access->resume();

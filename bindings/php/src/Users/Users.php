@@ -55,14 +55,17 @@ final class Users
         return $id > 0 ? $id : null;
     }
 
-    /** The ID of the first user of that name. */
+    /** The ID of the first user of that name; null without one. */
     public function find(string $name): ?int
     {
         $id = $this->access->fromDatabase($this->access->query()->CheckLogon(Text::request($name, 'the user')));
         return $id > 0 ? $id : null;
     }
 
-    /** Returns the new user's ID. Raises BadArgument for a name or password that cannot be stored. */
+    /**
+     * Returns the new user's ID. Several users may have one name. Raises BadArgument for a name or password that cannot be
+     * stored.
+     */
     public function create(string $name, #[\SensitiveParameter] string $password, ?Account $account = null): int
     {
         $arguments = [Text::request($name, 'the user'), $this->storable($password, 'the password')];
@@ -86,6 +89,7 @@ final class Users
         )) > 0;
     }
 
+    /** Whether the user has the flag that he must change his password. */
     public function mustChangePassword(int $user): bool
     {
         $this->access->fromDatabase($this->access->query()->GetUserChangePasswd($user, $flag));
@@ -111,21 +115,21 @@ final class Users
         return array_map(Text::number(...), Text::fields((string) $list));
     }
 
-    /** @return list<string> */
+    /** @return list<string> names */
     public function groups(int $user): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserGroups($user, $list));
         return \strlen((string) $list) < 2 ? [] : explode('],[', substr($list, 1, -1));
     }
 
-    /** @return list<string> */
+    /** @return list<string> names */
     public function channels(int $user): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserChannels($user, $list));
         return Text::fields((string) $list);
     }
 
-    /** @return list<string> */
+    /** @return list<string> "$(#channel)\archive", or "archive" for that of every channel */
     public function archives(int $user): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserArchives($user, $list));
@@ -148,7 +152,7 @@ final class Users
         }, Text::lines((string) $list));
     }
 
-    /** @return list<DocumentCondition> */
+    /** @return list<DocumentCondition> by which documents of the archive are shown, by definition */
     public function documentConditions(int $user, string $channel, string $archive): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserDocRights(
@@ -163,6 +167,7 @@ final class Users
         );
     }
 
+    /** What restricts the user's searches in the archive. */
     public function searchRights(int $user, string $channel, string $archive): SearchRights
     {
         $this->access->fromDatabase($this->access->query()->GetUserSearchRights(
