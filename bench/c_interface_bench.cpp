@@ -59,12 +59,12 @@ class CQuery {
   // Returns how many rows there were.
   int TakeRowByRow(std::int32_t encoding) {
     for (int rows = 0;; ++rows) {
-      Check(oxaqry_call(query_, next_, values_.data(), 4, values_[4]));
       std::array<const char*, 5> texts{};
       std::array<std::size_t, 5> lengths{};
-      Check(oxaqry_value_get_texts(values_.data(), 5, encoding, texts.data(), lengths.data()));
+      Check(
+          oxaqry_call_for_texts(query_, next_, values_.data(), 4, values_[4], encoding, texts.data(), lengths.data()));
       benchmark::DoNotOptimize(texts);
-      if (lengths[4] == 0) return rows;
+      if (lengths[0] == 0) return rows;
     }
   }
 

@@ -1,14 +1,12 @@
 #include "client/archive.h"
 
 #include <array>
-#include <exception>
-#include <thread>
 #include <utility>
 
 #include "client/blob_files.h"
 #include "client/query_access.h"
 #include "client/text.h"
-#include "platform/threads/background_thread.h"
+#include "component/server_check.h"
 #include "values/code_page.h"
 #include "values/text_parts.h"
 
@@ -43,36 +41,6 @@ std::vector<std::string> ColumnsOf(const std::string& row) {
 bool AllowNothing(const std::optional<std::string>& folderRights) {
   return folderRights && folderRights->find_first_not_of("; ") == std::string::npos;
 }
-
-// On the calling thread, which must not have servers yet.
-ServerHealth CheckServer(const Settings& settings) {
-  ServerHealth health;
-  QueryAccess query(settings);
-  const ServerState server = query.watch().Servers().at(0);
-  health.host = ToUtf8(server.host);
-  health.port = server.port;
-  try {
-    health.text = query.Answer(query->LiveCheck());
-    health.isAlive = true;
-  } catch (const Error& error) {
-    // Where no connection was made, the last attempt says more than the text for the page.
-    const RequestReport& request = error.request();
-    const bool isUnreachable = !request.wasSent && !request.attempts.empty();
-    health.text = isUnreachable ? "no connection: " + request.attempts.back().error : error.what();
-  }
-  health.duration = query.watch().LastRequest().duration;
-  return health;
-}
-
-// Threads that have ended before their results go out of scope.
-struct Threads {
-  ~Threads() { Join(); }
-  void Join() noexcept {
-    for (std::thread& thread : list) thread.join();
-    list.clear();
-  }
-  std::vector<std::thread> list;
-};
 
 }  // namespace
 
@@ -245,25 +213,12 @@ void Archive::TestBlobDirectory() {
 }
 
 std::vector<ServerHealth> Archive::Health() {
-  // The servers of a thread stay the same, so each check has a thread of its own.
-  constexpr std::size_t kAtOnce = 16;
-  const std::vector<std::string_view> entries = Split(settings_.hosts, '|');
-  std::vector<ServerHealth> health(entries.size());
-  Threads threads;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (threads.list.size() == kAtOnce) threads.Join();
-    Settings settings = settings_;
-    settings.hosts = entries[i];
-    settings.database.clear();
-    threads.list.push_back(StartBackgroundThread([&health, i, settings = std::move(settings)] {
-      try {
-        health[i] = CheckServer(settings);
-      } catch (const std::exception& error) {
-        health[i].text = error.what();
-      }
-    }));
+  const QueryWatch& watch = access_->watch();
+  const std::string hosts = FromUtf8(settings_.hosts).value_or("");  // the archive was made with it
+  std::vector<ServerHealth> health;
+  for (ServerCheck& check : CheckServers(access_->query(), hosts, [&] { return watch.IsCancelled(); })) {
+    health.push_back({ToUtf8(check.host), check.port, check.isAlive, ToUtf8(check.text), check.duration});
   }
-  threads.Join();
   return health;
 }
 

@@ -95,7 +95,7 @@ QueryAccess::QueryAccess(const Settings& settings) : watch_(query_) {
     if (watch_.LastError().number != 0) {
       throw BadArgument("the list of query servers is not valid: " + TextOfError(watch_.LastError()));
     }
-    if (!isFirst) CheckServers(settings.hosts);
+    if (!isFirst) CheckSameServers(settings.hosts);
     watch_.SetSickServers(SickServers::TriedLast);
   }
   if (!settings.database.empty()) OpenDatabase();
@@ -116,7 +116,7 @@ void QueryAccess::OpenDatabase() {
 }
 
 // The servers of a thread are those that its first instance named.
-void QueryAccess::CheckServers(const std::string& hosts) {
+void QueryAccess::CheckSameServers(const std::string& hosts) {
   std::multiset<std::pair<std::string, std::int32_t>> used;
   for (const ServerState& server : watch_.Servers()) used.emplace(ToUtf8(server.host), server.port);
   std::multiset<std::pair<std::string, std::int32_t>> wanted;
@@ -131,8 +131,13 @@ void QueryAccess::CheckServers(const std::string& hosts) {
   }
 }
 
+void QueryAccess::ReportRequest() {
+  const RequestOutcome& outcome = watch_.LastRequest();
+  if (std::exchange(reported_, outcome.number) != outcome.number && onRequest_) onRequest_(ReportOf(outcome));
+}
+
 std::int32_t QueryAccess::Count(const Variant& result) {
-  if (onRequest_) onRequest_(ReportOf(watch_.LastRequest()));
+  ReportRequest();
   // The archive properties are a text.
   const std::int32_t count = result.type() == Variant::Type::String ? 0 : result.ToLong();
   // Only a failed request writes the error text.
@@ -143,7 +148,7 @@ std::int32_t QueryAccess::Count(const Variant& result) {
 }
 
 std::string QueryAccess::Answer(const std::string& result) {
-  if (onRequest_) onRequest_(ReportOf(watch_.LastRequest()));
+  ReportRequest();
   if (watch_.LastRequest().result != RequestResult::Succeeded) RaiseFailure(ToUtf8(result));
   return ToUtf8(result);
 }

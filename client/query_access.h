@@ -25,6 +25,7 @@ class QueryAccess {
   explicit QueryAccess(const Settings& settings);
 
   clsQuery* operator->() noexcept { return &query_; }
+  const clsQuery& query() const noexcept { return query_; }
   clsQuery& query() noexcept { return query_; }
   QueryWatch& watch() noexcept { return watch_; }
 
@@ -56,7 +57,8 @@ class QueryAccess {
   }
 
  private:
-  void CheckServers(const std::string& hosts);
+  void ReportRequest();  // to onRequest_, when there was a new one
+  void CheckSameServers(const std::string& hosts);
   void OpenDatabase();
   [[noreturn]] void RaiseMalformed(const char* what, std::int32_t number) const;
   [[noreturn]] void RaiseOwnFailure() const;
@@ -66,6 +68,7 @@ class QueryAccess {
   QueryWatch watch_;
   Variant status_;
   std::function<void(const RequestReport&)> onRequest_;
+  std::int64_t reported_ = 0;  // the number of the last request that onRequest_ was told
 };
 
 // An optional output in UTF-8, "" when it was not written.

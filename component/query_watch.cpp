@@ -35,11 +35,10 @@ void QueryWatch::UseDatabase(std::shared_ptr<Connection> connection) {
 
 void QueryWatch::ForgetParentProcess() noexcept { Apartment::Abandon(); }
 
-void QueryWatch::ReuseText(clsQuery& query, Variant&& text) noexcept {
+void QueryWatch::ReuseText(clsQuery& query, Variant& text) noexcept {
   constexpr std::size_t kLongest = 4096;
-  if (text.type() != Variant::Type::String) return;
-  std::string memory = std::move(text).ToText();
-  if (memory.capacity() <= kLongest) query.state_->spareText = std::move(memory);
+  std::string& spare = query.state_->spareText;
+  if (text.SwapText(spare) && spare.capacity() > kLongest) spare = std::string();
 }
 
 }  // namespace oxaqrycln

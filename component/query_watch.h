@@ -46,6 +46,7 @@ class QueryWatch {
   // its failure value. Holds until Resume. From any thread and from a signal handler.
   void Cancel() noexcept { monitor_->isCancelled = true; }
   void Resume() noexcept { monitor_->isCancelled = false; }
+  bool IsCancelled() const noexcept { return monitor_->isCancelled; }
 
   // The outcome of the last request.
   const RequestOutcome& LastRequest() const noexcept { return monitor_->outcome; }
@@ -74,9 +75,9 @@ class QueryWatch {
   // instances are the parent's, whose connections they share: they must neither be used nor destroyed any more.
   static void ForgetParentProcess() noexcept;
 
-  // Returns the memory of a text that a method of the instance returned, for the next such text. Saves a host that
-  // reads long lists an allocation a row.
-  static void ReuseText(clsQuery& query, Variant&& text) noexcept;
+  // Takes the memory of a text that a method of the instance returned, which is lost, for the next such text. Saves a
+  // host that reads long lists an allocation a row.
+  static void ReuseText(clsQuery& query, Variant& text) noexcept;
 
  private:
   clsQuery& query_;

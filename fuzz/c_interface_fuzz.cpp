@@ -151,6 +151,8 @@ class Caller {
         if (which < kRequests && requests_++ >= kMostRequests) return OXAQRY_OK;
         return answerer_.Ask(
             [&] { return oxaqry_call(query, member, values_.data() + place % 3, number % 14, other); });
+      case 'C':
+        return which < kRequests ? OXAQRY_OK : CallForTexts(query, member, place % 3, number % 14, other);
       case 'R':
         oxaqry_rows_free(rows);
         return which < kRequests ? OXAQRY_OK : Fetch(query, member, number, &rows);
@@ -176,6 +178,17 @@ class Caller {
       default:
         return SetValue(letter, value, argument);
     }
+  }
+
+  std::int32_t CallForTexts(oxaqry_query* query, std::int32_t member, std::size_t first, std::int32_t count,
+                            oxaqry_value* result) {
+    std::array<const char*, 14> texts{};
+    std::array<std::size_t, 14> lengths{};
+    const std::int32_t code = oxaqry_call_for_texts(query, member, values_.data() + first, count, result, OXAQRY_UTF8,
+                                                    texts.data(), lengths.data());
+    const std::size_t given = code == OXAQRY_OK ? static_cast<std::size_t>(count) + 1 : 0;
+    for (std::size_t i = 0; i < given; ++i) IsUtf8(code, texts.at(i), lengths.at(i));
+    return code;
   }
 
   std::int32_t SetValue(char letter, oxaqry_value* value, std::uint8_t argument) {

@@ -36,6 +36,7 @@ struct ServerAttempt {
 };
 
 struct RequestOutcome {
+  std::int64_t number = 0;  // of the request, counted from 1; 0 before the first one
   RequestResult result = RequestResult::None;
   std::string text;                    // what went wrong, Windows-1252; "" on success
   std::vector<ServerAttempt> servers;  // in the order in which they were tried
@@ -63,6 +64,7 @@ struct RequestMonitor {
   RequestProgress Progress() const noexcept { return {sent, received, announced}; }
   // Forgets the last request. A request has failed until it says otherwise.
   void Begin() noexcept {
+    ++outcome.number;
     outcome.result = RequestResult::Failed;
     outcome.text.clear();
     outcome.servers.clear();

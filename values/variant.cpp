@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 #include "values/errors.h"
 
@@ -66,6 +67,17 @@ void Variant::BecomeText(std::string_view text) {
   } else {
     value_.emplace<std::string>(text);
   }
+}
+
+bool Variant::SwapText(std::string& text) noexcept {
+  auto* const held = std::get_if<std::string>(&value_);
+  if (held != nullptr) held->swap(text);
+  return held != nullptr;
+}
+
+void Variant::Replace(Variant& value) noexcept {
+  auto* const held = std::get_if<std::string>(&value_);
+  if (held == nullptr || !value.SwapText(*held)) value_ = std::move(value.value_);
 }
 
 void Variant::AppendText(std::string_view text) {

@@ -111,6 +111,10 @@ class Variant {
 
   // Makes this a String of the text; reuses the memory of a String that it held.
   void AssignText(std::string_view text);
+  // Exchanges the text of a String with text; false for any other type, which stays as it is.
+  bool SwapText(std::string& text) noexcept;
+  // The same as an assignment, but of two Strings value receives the memory of this one.
+  void Replace(Variant& value) noexcept;
   // Adds to the end of a String; Empty becomes the text. Raises as ToText does for any other type.
   void AppendText(std::string_view text);
 

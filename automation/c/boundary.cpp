@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <new>
+#include <string>
 
 #include "component/version.h"
+#include "values/code_page.h"
 #include "values/errors.h"
 
 namespace oxaqrycln::c {
@@ -61,6 +63,12 @@ std::int32_t IsInUse() noexcept {
 }
 
 std::int32_t IsNoEncoding() noexcept { return Fail(OXAQRY_E_ARGUMENT, {"there is no such encoding"}); }
+
+std::int32_t IsBadText(std::string_view utf8) {
+  const std::size_t place = PlaceOfForeignCharacter(utf8);
+  return Fail(OXAQRY_E_TEXT, {"character ", std::to_string(place), " is not UTF-8, or has no place in Windows-1252"},
+              place);
+}
 
 std::int32_t CurrentCode() noexcept {
   try {

@@ -42,6 +42,7 @@ inline void GiveText(const char** text, std::size_t* length, std::string_view gi
 std::int32_t IsNull(std::string_view name) noexcept;  // a pointer that must not be
 std::int32_t IsInUse() noexcept;                      // a handle, by a running call
 std::int32_t IsNoEncoding() noexcept;
+std::int32_t IsBadText(std::string_view utf8);  // has a character without a place in the code page, or is malformed
 
 }  // namespace oxaqrycln::c
 

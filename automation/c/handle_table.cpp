@@ -84,6 +84,7 @@ bool EndHandle(Slot& slot, std::uint64_t tag) noexcept {
 
 // Releases the object of a handle of the calling thread that has ended, and its place.
 void Release(ThreadRecord& owner, Slot& slot) noexcept {
+  ++owner.releases;
   (slot.previous != nullptr ? slot.previous->next : owner.first) = slot.next;
   if (slot.next != nullptr) slot.next->previous = slot.previous;
   const std::unique_ptr<HandleObject> object(std::exchange(slot.object, nullptr));
@@ -95,6 +96,7 @@ void Release(ThreadRecord& owner, Slot& slot) noexcept {
 
 // Releases what other threads have freed. What a running call uses stays in the queue.
 void ReleaseQueued(ThreadRecord& mine) noexcept {
+  ++mine.releases;  // what stays in the queue is no longer live, either
   Slot* queue = nullptr;
   {
     const std::lock_guard lock(mine.mutex);

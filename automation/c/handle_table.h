@@ -38,6 +38,7 @@ struct HandleObject {
 // A thread that made handles, as far as other sources see it.
 struct ThreadState {
   std::atomic<bool> hasQueue = false;  // other threads have freed handles of it
+  std::uint64_t releases = 0;          // how often handles of it were released; of the thread
 };
 struct ThreadRecord;
 
@@ -131,6 +132,8 @@ class Finder {
       ReleaseQueuedObjects();
     }
   }
+  // Another number than before when an object that was found may have been released since.
+  std::uint64_t releases() const noexcept { return thread_ == nullptr ? 0 : thread_->releases; }
 
  private:
   const ThreadState* const thread_ = current;

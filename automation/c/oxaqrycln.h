@@ -205,6 +205,12 @@ OXAQRY_API int32_t oxaqry_set_variable(oxaqry_query* query, int32_t member, oxaq
 // ended. values may be NULL when count is 0. OXAQRY_E_COUNT when a required argument is left out or there are too many.
 OXAQRY_API int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value** values, int32_t count,
                                oxaqry_value* result);
+// The same, and reads the texts of the result and of the outputs as oxaqry_value_get_text() does: texts and lengths
+// have room for count + 1 of them. The first one is that of the result, the others belong to the values; for NULL and
+// for inputs they receive the empty text. OXAQRY_E_TYPE when one of them cannot be read as a text; the call was made
+// then.
+OXAQRY_API int32_t oxaqry_call_for_texts(oxaqry_query* query, int32_t method, oxaqry_value** values, int32_t count,
+                                         oxaqry_value* result, int32_t encoding, const char** texts, size_t* lengths);
 
 // ---- Rows: a whole list in one call ----
 
@@ -258,6 +264,8 @@ enum oxaqry_sick_servers {
 // request was handed to a connection, so that a server may have carried it out; how many attempts were made.
 OXAQRY_API int32_t oxaqry_outcome(oxaqry_query* query, int32_t* kind, int64_t* milliseconds, int32_t* was_sent,
                                   int32_t* attempt_count);
+// How many requests the query has made: the number of the last one.
+OXAQRY_API int32_t oxaqry_request_number(oxaqry_query* query, int64_t* number);
 // What went wrong in it; "" after a success. Of a refused request the server's own text.
 OXAQRY_API int32_t oxaqry_outcome_text(oxaqry_query* query, const char** text, size_t* length);
 // An attempt from 0 in the order in which servers were tried: the server, its error ("10061 - ..."; "" without one),
@@ -285,6 +293,11 @@ OXAQRY_API int32_t oxaqry_server(oxaqry_query* query, int32_t index, const char*
                                  const char** session, size_t* session_length);
 // How many of its last connects and requests failed in a row, by oxaqry_server()'s index; 0 when it is healthy.
 OXAQRY_API int32_t oxaqry_server_failures(oxaqry_query* query, int32_t index, int32_t* failures);
+// Asks each server of a list whether it is alive, up to 16 at once, whatever servers the thread has. hosts, in UTF-8,
+// is a list as RemoteHosts takes it. Account, session, log and time-out are those of the variables of the query, of
+// which nothing else is used or changed. A row for each entry of the list, in its order: host, port, "1" or "0", the
+// server's answer or why there is none, and milliseconds. oxaqry_cancel() ends it. Owned: oxaqry_rows_free().
+OXAQRY_API int32_t oxaqry_check_servers(oxaqry_query* query, const char* hosts, size_t length, oxaqry_rows** rows);
 // How the query chooses a server from now on: an oxaqry_sick_servers.
 OXAQRY_API int32_t oxaqry_set_sick_servers(oxaqry_query* query, int32_t policy);
 

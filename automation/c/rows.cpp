@@ -36,6 +36,12 @@ void TextBlock::Grow(std::size_t room) {
   capacity_ = capacity;
 }
 
+void Rows::Add(std::string_view text, bool isUtf8) {
+  block.Add(text, isUtf8);
+  if (block.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  offsets.push_back(static_cast<std::uint32_t>(block.size()));
+}
+
 namespace {
 
 // What a caller asks for.
@@ -65,7 +71,7 @@ class RowReader {
       Variant result = wanted_.method.call(query_.instance(), pointers_);
       const bool isOver = query_.watch().LastError().number != 0 || (!wanted_.everyRow && IsEnd(result));
       if (!isOver) AddRow(result);
-      query_.Reuse(std::move(result));
+      query_.Reuse(result);
       if (isOver) break;
     }
   }
@@ -76,9 +82,8 @@ class RowReader {
     Variant value;
   };
 
-  static bool IsEnd(const Variant& result) {
-    std::string scratch;
-    return result.type() == Variant::Type::String ? result.TextView(scratch).empty() : result.ToLong() < 0;
+  bool IsEnd(const Variant& result) {
+    return result.type() == Variant::Type::String ? result.TextView(scratch_).empty() : result.ToLong() < 0;
   }
 
   void AddRow(const Variant& result) {
@@ -87,11 +92,7 @@ class RowReader {
     ++rows_.rowCount;
   }
 
-  void Add(const Variant& value) {
-    rows_.block.Add(value.TextView(scratch_), wanted_.isUtf8);
-    if (rows_.block.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    rows_.offsets.push_back(static_cast<std::uint32_t>(rows_.block.size()));
-  }
+  void Add(const Variant& value) { rows_.Add(value.TextView(scratch_), wanted_.isUtf8); }
 
   Query& query_;
   const Wanted& wanted_;

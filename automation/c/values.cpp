@@ -50,26 +50,6 @@ std::int32_t WithText(oxaqry_value* value, const void* text, std::size_t length,
   });
 }
 
-// In UTF-8, kept with the value, whose text it is.
-std::string_view KeptUtf8(Value& value, std::string_view text) {
-  if (IsAscii(text)) return text;
-  value.text.clear();  // only a String has other characters, and the variant holds it
-  AppendUtf8(value.text, text);
-  return value.text;
-}
-
-// The text of a value, valid until the value changes or this is called again. Raises Type mismatch.
-inline std::string_view TextOf(Value& value, std::int32_t encoding) {
-  const std::string_view text = value.variant.TextView(value.text);
-  return encoding == OXAQRY_WINDOWS_1252 ? text : KeptUtf8(value, text);
-}
-
-std::int32_t BadText(std::string_view utf8) {
-  const std::size_t place = PlaceOfForeignCharacter(utf8);
-  return Fail(OXAQRY_E_TEXT, {"character ", std::to_string(place), " is not UTF-8, or has no place in Windows-1252"},
-              place);
-}
-
 bool IsDate(std::int64_t seconds) {
   static const std::int64_t first = DateTime::FromCivil({100, 1, 1, 0, 0, 0}).seconds();
   static const std::int64_t last = DateTime::FromCivil({9999, 12, 31, 23, 59, 59}).seconds();
@@ -77,6 +57,12 @@ bool IsDate(std::int64_t seconds) {
 }
 
 }  // namespace
+
+std::string_view Value::KeptUtf8(std::string_view windows1252) {
+  text.clear();  // only a String has other characters, and the variant holds it
+  AppendUtf8(text, windows1252);
+  return text;
+}
 
 int32_t oxaqry_value_new(oxaqry_value** value) { return Make<Value>(value); }
 
@@ -112,7 +98,7 @@ int32_t oxaqry_value_set_text(oxaqry_value* value, const char* text, size_t leng
       return OXAQRY_OK;
     }
     std::optional<std::string> converted = FromUtf8(given);
-    if (!converted) return BadText(given);
+    if (!converted) return IsBadText(given);
     target.variant = *std::move(converted);
     return OXAQRY_OK;
   });
@@ -158,7 +144,7 @@ int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char*
   return With<Value>(value, [&](Value& source) -> std::int32_t {
     if (text == nullptr || length == nullptr) return IsNull("the place for the text");
     if (!IsEncoding(encoding)) return IsNoEncoding();
-    GiveText(text, length, TextOf(source, encoding));
+    GiveText(text, length, source.Text(encoding));
     return OXAQRY_OK;
   });
 }
@@ -173,7 +159,7 @@ int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t enc
     lengths[i] = 0;
     if (values[i] == nullptr) continue;
     const std::int32_t code = With<Value>(finder, values[i], [&](Value& source) {
-      GiveText(texts + i, lengths + i, TextOf(source, encoding));
+      GiveText(texts + i, lengths + i, source.Text(encoding));
       return OXAQRY_OK;
     });
     if (code != OXAQRY_OK) return code;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "automation/c/handle_table.h"
+#include "values/code_page.h"
 #include "values/variant.h"
 
 namespace oxaqrycln::c {
@@ -18,6 +19,15 @@ struct Value final : HandleObject {
   static constexpr HandleKind kKind = HandleKind::Value;
   Variant variant;
   std::string text;  // what was handed out last, when variant does not hold it
+
+  // In an encoding; valid until the value changes or this is called again. Raises Type mismatch.
+  std::string_view Text(std::int32_t encoding) {
+    const std::string_view windows1252 = variant.TextView(text);
+    return encoding == OXAQRY_WINDOWS_1252 || IsAscii(windows1252) ? windows1252 : KeptUtf8(windows1252);
+  }
+
+ private:
+  std::string_view KeptUtf8(std::string_view windows1252);
 };
 
 // Texts one behind the other. Unlike a std::string it grows without clearing memory that is written next.
@@ -42,6 +52,9 @@ struct Rows final : HandleObject {
   std::int32_t columnCount = 0;
   TextBlock block;
   std::vector<std::uint32_t> offsets{0};
+
+  // Adds a text of the component. Raises std::bad_alloc, also when all have more than 4 GiB.
+  void Add(std::string_view text, bool isUtf8);
 };
 
 inline bool IsEncoding(std::int32_t encoding) noexcept {

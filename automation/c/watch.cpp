@@ -1,10 +1,17 @@
 // The functions that watch and control the requests of a query.
 #include <chrono>
 #include <cstddef>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "automation/c/queries.h"
+#include "automation/c/values.h"
+#include "component/server_check.h"
+#include "values/code_page.h"
 
 using namespace oxaqrycln;
 using namespace oxaqrycln::c;
@@ -48,6 +55,14 @@ int32_t oxaqry_outcome(oxaqry_query* query, int32_t* kind, int64_t* milliseconds
     Give(milliseconds, outcome.duration.count());
     Give(was_sent, outcome.wasSent ? 1 : 0);
     Give(attempt_count, outcome.servers.size());
+    return OXAQRY_OK;
+  });
+}
+
+int32_t oxaqry_request_number(oxaqry_query* query, int64_t* number) {
+  return WithQuery(query, [&](Query& source) -> std::int32_t {
+    if (number == nullptr) return IsNull("number");
+    *number = source.watch().LastRequest().number;
     return OXAQRY_OK;
   });
 }
@@ -133,6 +148,27 @@ int32_t oxaqry_server_failures(oxaqry_query* query, int32_t index, int32_t* fail
     if (failures == nullptr) return IsNull("failures");
     *failures = server.failures;
     return OXAQRY_OK;
+  });
+}
+
+int32_t oxaqry_check_servers(oxaqry_query* query, const char* hosts, size_t length, oxaqry_rows** rows) {
+  return WithQuery(query, [&](Query& source) -> std::int32_t {
+    if (rows == nullptr) return IsNull("rows");
+    if (hosts == nullptr && length != 0) return IsNull("hosts");
+    const std::string_view utf8(hosts, length);
+    const std::optional<std::string> list = FromUtf8(utf8);
+    if (!list) return IsBadText(utf8);
+    auto made = std::make_unique<Rows>();
+    made->columnCount = 5;
+    for (const ServerCheck& check : CheckServers(source.instance(), *list, [&] { return source.IsCancelled(); })) {
+      made->Add(check.host, true);
+      made->Add(std::to_string(check.port), true);
+      made->Add(check.isAlive ? "1" : "0", true);
+      made->Add(check.text, true);
+      made->Add(std::to_string(check.duration.count()), true);
+      ++made->rowCount;
+    }
+    return HandOut(std::move(made), rows);
   });
 }
 

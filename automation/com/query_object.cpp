@@ -84,7 +84,7 @@ HRESULT CallMethod(const MethodEntry& method, clsQuery& query, ArgumentList& arg
   arguments.ConvertOutputs();
   arguments.WriteOutputs();
   Return(result, std::move(converted));
-  QueryWatch::ReuseText(query, std::move(returned));
+  QueryWatch::ReuseText(query, returned);
   return S_OK;
 }
 

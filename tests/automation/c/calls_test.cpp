@@ -166,6 +166,62 @@ TEST(CCalls, CheckTheirArguments) {
   }
 }
 
+TEST(CCalls, ThatAreRepeatedWithTheSameValuesNoticeWhichAreFreed) {
+  const CQuery query;
+  const std::int32_t encode = MemberOf("Encode");
+  for (const bool inOtherThread : {false, true}) {
+    const CValue result;
+    oxaqry_value* text = nullptr;
+    Ok(oxaqry_value_new(&text));
+    Ok(oxaqry_value_set_text(text, "abc", 3, OXAQRY_UTF8));
+    for (int i = 0; i < 3; ++i) Ok(oxaqry_call(query, encode, &text, 1, result));
+    EXPECT_EQ(oxaqry_call(query, encode, &text, 1, text), OXAQRY_E_BUSY);
+    Ok(oxaqry_call(query, encode, &text, 1, nullptr));
+    Ok(oxaqry_call(query, encode, &text, 1, result));
+    if (inOtherThread) {
+      std::thread([text] { Ok(oxaqry_value_free(text)); }).join();
+    } else {
+      Ok(oxaqry_value_free(text));
+    }
+    EXPECT_EQ(oxaqry_call(query, encode, &text, 1, result), OXAQRY_E_HANDLE) << inOtherThread;
+  }
+}
+
+TEST(CCalls, ReadTheTextsOfTheResultAndOfOutputs) {
+  InOwnThread([] {
+    const ScriptedServer server(
+        ScriptedServer::Replies(Answer({"^1^,^\xC4^,^B^,^C^,^x^", "^2^,^\xC4^,^B^,^C^,^y^", "^3^,^D^,^E^,^F^,^z^"})));
+    CQuery query(server.Host());
+    query.Init();
+    const CValue result;
+    const CValue first("x");
+    const CValue second("9");
+    const CValue third;
+    std::vector<std::string> found;
+    std::int32_t code = OXAQRY_OK;
+    const auto call = [&](const char* method, std::vector<oxaqry_value*> values, std::int32_t encoding) {
+      std::vector<const char*> texts(values.size() + 1);
+      std::vector<std::size_t> lengths(texts.size());
+      code = oxaqry_call_for_texts(query, MemberOf(method), values.data(), static_cast<std::int32_t>(values.size()),
+                                   result, encoding, texts.data(), lengths.data());
+      found.clear();
+      for (std::size_t i = 0; i < texts.size() && code == OXAQRY_OK; ++i) found.emplace_back(texts[i], lengths[i]);
+    };
+    call("OstranaQueryFahrauftraegeInit", {first, second, third}, OXAQRY_UTF8);
+    EXPECT_EQ(found, (std::vector<std::string>{"3", "", "", ""})) << "inputs and an empty status";
+    call("OstranaQueryFahrauftraegeNext", {first, nullptr, third}, OXAQRY_UTF8);
+    EXPECT_EQ(found, (std::vector<std::string>{"^1^,^x^", "\xC3\x84", "", "C"}));
+    call("OstranaQueryFahrauftraegeNext", {first}, OXAQRY_WINDOWS_1252);
+    EXPECT_EQ(found, (std::vector<std::string>{"^2^,^y^", "\xC4"}));
+    Ok(oxaqry_value_set_bytes(first, "b", 1));
+    call("OstranaQueryFahrauftraegeNext", {first}, OXAQRY_UTF8);
+    EXPECT_EQ(found, (std::vector<std::string>{"^3^,^z^", "D"}));
+    Ok(oxaqry_value_set_bytes(first, "b", 1));
+    call("OstranaQueryFahrauftraegeNext", {first}, OXAQRY_UTF8);
+    EXPECT_EQ(code, OXAQRY_E_TYPE) << "bytes that the method left as they were at the end";
+  });
+}
+
 TEST(CCalls, ConvertWhatAVariableIsAssigned) {
   CQuery query;
   const CValue value;
@@ -271,6 +327,10 @@ TEST(CWatch, TellsWhatBecameOfARequest) {
       query.Init();
       EXPECT_EQ(query.Outcome(), OXAQRY_NO_REQUEST);
       query.Call("TELOGetChannelsInit");
+      query.Call("HelloWorld");
+      std::int64_t number = -1;
+      Ok(oxaqry_request_number(query, &number));
+      EXPECT_EQ(number, 1) << test.name;
       std::int32_t kind = -1;
       std::int32_t wasSent = -1;
       std::int32_t attempts = -1;
@@ -292,6 +352,38 @@ TEST(CWatch, TellsWhatBecameOfARequest) {
                 OXAQRY_E_ARGUMENT);
     });
   }
+}
+
+TEST(CWatch, ChecksEachServerOfAListApartFromThoseOfTheThread) {
+  const ScriptedServer sound(ScriptedServer::Replies(Framed("Status: OK\r\n\xE4live")));
+  const ScriptedServer refusing(ScriptedServer::Replies(Framed("Status: closed\r\n")));
+  const ScriptedServer silent(ScriptedServer::Silent());
+  InOwnThread([&] {
+    CQuery query(silent.Host());
+    query.Set("lngRequestTimeout", "1");
+    const auto check = [&](std::string_view hosts) {
+      oxaqry_rows* rows = nullptr;
+      Ok(oxaqry_check_servers(query, hosts.data(), hosts.size(), &rows));
+      std::vector<std::string> texts = TextsOf(rows);
+      Ok(oxaqry_rows_free(rows));
+      return texts;
+    };
+    EXPECT_TRUE(check("").empty());
+    const auto texts = check(sound.Host() + "|" + refusing.Host() + "|" + silent.Host() + "|nobody,x");
+    ASSERT_EQ(texts.size(), 20U);
+    const auto alive = [&](std::size_t row) { return texts[5 * row + 2] + " " + texts[5 * row + 3]; };
+    EXPECT_EQ(texts[0] + "," + texts[1], sound.Host());
+    EXPECT_EQ(alive(0), "1 \xC3\xA4live");
+    EXPECT_EQ(alive(1), "0 closed");
+    EXPECT_THAT(alive(2), HasSubstr("0 Timeout of 1 seconds"));
+    EXPECT_THAT(alive(3), HasSubstr("0 13 - "));
+    EXPECT_EQ(texts[15], "nobody");
+    Ok(oxaqry_cancel(query));
+    EXPECT_THAT(check(silent.Host()).at(3), HasSubstr("cancelled"));
+    EXPECT_EQ(query.Outcome(), OXAQRY_NO_REQUEST);
+    oxaqry_rows* none = nullptr;
+    EXPECT_EQ(oxaqry_check_servers(query, "\xFF", 1, &none), OXAQRY_E_TEXT);
+  });
 }
 
 TEST(CWatch, CancelsFromAnotherThreadUntilItIsResumed) {

@@ -34,6 +34,20 @@ std::int32_t Fetch(oxaqry_query* query) {
 
 const std::vector<HandleCall> kQueryCalls = {
     {"call", [](void* it) { return oxaqry_call(AsQuery(it), MemberOf("HelloWorld"), nullptr, 0, nullptr); }},
+    {"call_for_texts",
+     [](void* it) {
+       const char* text = nullptr;
+       std::size_t length = 0;
+       return oxaqry_call_for_texts(AsQuery(it), MemberOf("HelloWorld"), nullptr, 0, nullptr, OXAQRY_UTF8, &text,
+                                    &length);
+     }},
+    {"check_servers",
+     [](void* it) {
+       oxaqry_rows* rows = nullptr;
+       const std::int32_t code = oxaqry_check_servers(AsQuery(it), "", 0, &rows);
+       oxaqry_rows_free(rows);
+       return code;
+     }},
     {"get_variable", [](void* it) { return oxaqry_get_variable(AsQuery(it), 1, CValue()); }},
     {"set_variable", [](void* it) { return oxaqry_set_variable(AsQuery(it), 1, CValue("1")); }},
     {"fetch_rows", [](void* it) { return Fetch(AsQuery(it)); }},
