@@ -275,6 +275,7 @@ final class ArchiveTest extends TestCase
         self::assertTrue($error->request->wasSent);
         self::assertSame([''], array_column($error->request->attempts, 'error'));
         self::assertStringEndsWith(',' . $error->request->attempts[0]->port, getenv('OXAQRY_HOSTS'));
+        self::assertRaises(Error::class, '52', fn() => $this->archive->transfer('..', 1));  // makes no request
         self::assertEquals([$error->request], $reports);
         $this->archive->cancel();
         self::assertRaises(Cancelled::class, '', fn() => $this->archive->channels());

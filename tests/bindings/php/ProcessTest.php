@@ -38,6 +38,7 @@ final class ProcessTest extends TestCase
         $cases = [
             'nobody listens' => ["127.0.0.1,$unused", 'Oxaqrycln\ConnectionFailed', "not sent $unused 10061"],
             'no answer' => ["127.0.0.1,$port", 'Oxaqrycln\TimedOut', "sent $port no answer"],
+            'no servers' => ['', 'Oxaqrycln\BadArgument', 'no query servers'],
             'a list that is none' => ['127.0.0.1,many', 'Oxaqrycln\BadArgument', 'not valid'],
         ];
         foreach ($cases as $case => [$hosts, $class, $text]) {
@@ -70,10 +71,11 @@ final class ProcessTest extends TestCase
         $hosts = '127.0.0.1,1|127.0.0.1,2,0,own,|127.0.0.1,3';
         $make = "new Oxaqrycln\\Archive(hosts: '$hosts');";
         $shown = self::shown("\$archive = $make \$again = $make"
-            . 'echo getmypid() % 3 + 1, " "; foreach ($archive->health() as $each) { echo "$each->port$each->text "; }'
+            . 'echo getmypid() % 3 + 1, " "; foreach ($archive->health() as $each) {'
+            . 'echo $each->port, str_starts_with($each->text, "no connection: 10061"), " "; }'
             . 'foreach ($archive->servers() as $server) { echo $server->port, $server->takesPrintRequests ? "p" : ""; }');
         self::assertSame(1, preg_match('/^(\d) (.*) (\S+)$/', $shown, $part), $shown);
-        self::assertSame('1no connection 2no connection 3no connection', $part[2]);  // in the order of the list
+        self::assertSame('11 21 31', $part[2]);  // in the order of the list
         self::assertSame(['1' => '1p23p', '2' => '23p1p', '3' => '3p1p2'][$part[1]], $part[3]);
     }
 

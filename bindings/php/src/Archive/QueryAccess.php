@@ -31,6 +31,8 @@ final class QueryAccess
     private ?\WeakReference $unread = null;
     private ?\Closure $onRequest = null;
     private bool $isReporting = false;
+    /** Of the last request that was reported. */
+    private int $requestNumber = 0;
 
     public function __construct(Settings $settings)
     {
@@ -102,7 +104,7 @@ final class QueryAccess
     public function request(string $method, array $inputs, int $outputCount): array
     {
         $texts = $this->query()->callForTexts($method, $inputs, $outputCount + 1);
-        $count = (int) array_pop($texts);
+        $count = (int) array_shift($texts);
         $this->status = array_pop($texts);
         return [$this->count($count), $texts];
     }
@@ -169,6 +171,7 @@ final class QueryAccess
     public function onRequest(?\Closure $call): void
     {
         $this->onRequest = $call;
+        $this->requestNumber = $this->query->requestNumber();
     }
 
     /** @return list<Raw\Server> */
@@ -214,9 +217,11 @@ final class QueryAccess
 
     private function reportRequest(): void
     {
-        if ($this->onRequest === null) {
-            return;
+        $number = $this->onRequest === null ? $this->requestNumber : $this->query->requestNumber();
+        if ($number === $this->requestNumber) {
+            return;  // the method failed before it made one
         }
+        $this->requestNumber = $number;
         $this->isReporting = true;
         try {
             ($this->onRequest)($this->report());
@@ -256,7 +261,11 @@ final class QueryAccess
 
     private function failure(string $text): Error
     {
-        $class = match ($this->query->outcome()[0]) {
+        $kind = $this->query->outcome()[0];
+        if ($kind === self::ALL_BUSY && $this->query->servers() === []) {
+            return new BadArgument('the settings name no query servers: give the archive its "hosts"');
+        }
+        $class = match ($kind) {
             self::REFUSED => Refused::class,
             self::TIMED_OUT => TimedOut::class,
             self::CONNECTION_FAILED => ConnectionFailed::class,

@@ -122,6 +122,14 @@ abstract class Instance extends Owned
         return [$library->number[0], $library->long[0], $library->number2[0] !== 0, $library->number3[0]];
     }
 
+    /** How many requests it has made, which is the number of the last one. */
+    public function requestNumber(): int
+    {
+        $number = $this->library->long;
+        $this->library->check($this->library->ffi->oxaqry_request_number($this->handle, $number));
+        return $number[0];
+    }
+
     /** @return array{string, int, string, int} host, port, error, milliseconds of an attempt, from 0 */
     public function attempt(int $index): array
     {
@@ -186,6 +194,22 @@ abstract class Instance extends Owned
         return $servers;
     }
 
+    /**
+     * Asks each server of a list whether it is alive, up to 16 at once, whatever servers the process has, with the account,
+     * the session and the time-out of the variables.
+     *
+     * @param string $hosts as RemoteHosts takes it
+     * @return Rows host, port, "1" or "0", the server's answer or why there is none, milliseconds; in the order of the list
+     */
+    public function checkServers(string $hosts): Rows
+    {
+        $rows = $this->library->place('oxaqry_rows*');
+        $this->library->check(
+            $this->library->ffi->oxaqry_check_servers($this->handle, $hosts, \strlen($hosts), $rows),
+        );
+        return new Rows($rows[0]);
+    }
+
     /** Servers that failed are passed over while another one is free. */
     public function trySickServersLast(): void
     {
@@ -204,7 +228,7 @@ abstract class Instance extends Owned
     }
 
     /**
-     * Calls a method with inputs and the outputs behind them, and reads all texts at once: the outputs, then the result.
+     * Calls a method with inputs and the outputs behind them, and reads all texts at once: the result, then the outputs.
      * An output that the method does not write keeps the text of an earlier call, except for the last one, which is "".
      *
      * @param list<mixed> $inputs
@@ -222,13 +246,17 @@ abstract class Instance extends Owned
             $this->held[$at] = null;
         }
         $this->values[$end - 1]->set(null);
-        $result = $this->result->handle;
-        $this->library->check($ffi->oxaqry_call($this->handle, self::number($method), $arguments, $end, $result));
-        $arguments[$end] = $result;
-        $this->library->check(
-            $ffi->oxaqry_value_get_texts($arguments, $end + 1, self::UTF8, $this->library->texts, $this->library->lengths),
-        );
-        return $this->library->manyHandedOut($count, $end);
+        $this->library->check($ffi->oxaqry_call_for_texts(
+            $this->handle,
+            self::number($method),
+            $arguments,
+            $end,
+            $this->result->handle,
+            self::UTF8,
+            $this->library->texts,
+            $this->library->lengths,
+        ));
+        return [...$this->library->manyHandedOut(0, 0), ...$this->library->manyHandedOut($count + 1, $end)];
     }
 
     /**
