@@ -35,6 +35,7 @@ final class RawTest extends TestCase
         self::assertSame(-1, $query->TELOGetChannelsInit($status));
         self::assertStringContainsString('call Init first', $status);
         self::assertSame([Kind::Integer, 91], [$query->result()->kind(), $query->handledError()[0]]);
+        self::assertSame([1, $status], [$query->requestNumber(), $query->outcomeText()]);
         self::assertSame('AC98A69293A4', $query->Encode('secret'));  // not what the method has written over it
         [$kept, $new, $inValue] = ['kept', null, new Value(5)];
         self::assertSame('', $query->TELOQueryArchiveNext($kept, $new, strVer: $inValue));

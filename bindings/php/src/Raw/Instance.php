@@ -122,6 +122,14 @@ abstract class Instance extends Owned
         return [$library->number[0], $library->long[0], $library->number2[0] !== 0, $library->number3[0]];
     }
 
+    /** What went wrong in the last request, of a refused one the server's own text; "" after a success. */
+    public function outcomeText(): string
+    {
+        $library = $this->library;
+        $library->check($library->ffi->oxaqry_outcome_text($this->handle, $library->text, $library->length));
+        return $library->handedOut();
+    }
+
     /** How many requests it has made, which is the number of the last one. */
     public function requestNumber(): int
     {

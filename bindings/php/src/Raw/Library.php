@@ -11,6 +11,8 @@ use Oxaqrycln\WrongThread;
 
 /**
  * The shared library with the C interface: finds and opens it once for each page, and turns its codes into exceptions.
+ *
+ * @internal but version()
  */
 final class Library
 {
@@ -74,6 +76,7 @@ final class Library
         return self::$opened ??= new self(self::open());
     }
 
+    /** The version of the component, "1.2.3". Raises LibraryFailed. */
     public static function version(): string
     {
         return self::get()->ffi->oxaqry_version();

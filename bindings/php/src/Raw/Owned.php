@@ -33,6 +33,7 @@ abstract class Owned
         $this->library = Library::get();
         $place = $this->library->place("oxaqry_{$kind}*");
         $this->library->check($this->library->ffi->{"oxaqry_{$kind}_new"}($place));
+        $this->free();  // of a constructor that is called twice
         $this->hold($place[0]);
     }
 
