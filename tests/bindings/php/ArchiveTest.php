@@ -92,9 +92,12 @@ final class ArchiveTest extends TestCase
         self::assertEquals([$hits[17], $hits[18]], $hits->slice(17, 5));
         $hits = $this->archive->search('copper', max: 20);
         $copy = clone $hits;
+        $walk = $hits->getIterator();
         $hits->remove(0);
+        self::assertEquals([...$copy], [...$walk]);
+        $unread = $this->archive->search('copper', max: 20);
         $this->archive->close();
-        self::assertEquals([...$hits], \array_slice([...$copy], 1));
+        self::assertEquals([...$hits], $unread->slice(1));
         $this->setUp();
         $sorted = $this->archive->search('copper', max: 20, sort: 'Title', order: Order::Descending);
         self::assertSame($expected[19], $sorted[0]->value('Title'));

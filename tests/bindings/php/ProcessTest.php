@@ -57,13 +57,24 @@ final class ProcessTest extends TestCase
         $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts', timeout: 1); \$hits = \$archive->search('a');"
             . 'try { $archive->channels(); } catch (Oxaqrycln\Error $error) { echo $error::class, " "; }'
             . 'try { $hits->columns(); } catch (Oxaqrycln\Error) { echo count($hits), " "; } echo $hits[0]->id;';
-        $shown = self::shown($code, serve: function () use ($server, $answer): void {
-            $peer = stream_socket_accept($server, 30);
-            fwrite($peer, 'TotalBytes:' . strlen($answer) . "\r\n" . $answer);
-            fread($peer, 65536);
-        });
+        $shown = self::shown($code, serve: static fn() => self::answer($server, $answer));
         // The other request has its own error, and the list keeps its.
         self::assertStringStartsWith('Oxaqrycln\TimedOut 2 Oxaqrycln\Error: hit 3 of the answer is malformed', $shown);
+    }
+
+    public function testValuesAreThoseOfTheirRowWhateverItsForm(): void
+    {
+        $forms = [',^a^,^b^' => ['a', 'b'], ',^^' => [''], ',^' => [''], ',^a^,^b' => ['a', 'b'], '' => [],
+            ',^last^' => ['last']];
+        $rows = array_map(static fn(string $form): string => "^$(#Mail)\Inbox^,^1^,^1^$form", array_keys($forms));
+        $head = ['Status: OK', '6', '10=Title', '0', '^0^,^0^,^0^,^0^,^0^', '^Reference^,^DocID^,^Version^,^Title^,^B^'];
+        $answer = implode("\r\n", [...$head, ...$rows, '']);
+        $server = stream_socket_server('tcp://127.0.0.1:0');
+        $hosts = str_replace(':', ',', stream_socket_get_name($server, false));
+        $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts'); foreach (\$archive->search('a') as \$hit) {"
+            . '$values[] = $hit->values; } echo json_encode($values);';
+        $shown = self::shown($code, serve: static fn() => self::answer($server, $answer));
+        self::assertSame(array_values($forms), json_decode($shown), $shown);
     }
 
     public function testWorkersBeginAtServersOfTheirOwn(): void
@@ -122,6 +133,14 @@ final class ProcessTest extends TestCase
             self::assertStringContainsString($text, $shown, $case);
             self::assertStringNotContainsString('<b>', $shown, $case);
         }
+    }
+
+    /** @param resource $server answers one request */
+    private static function answer($server, string $answer): void
+    {
+        $peer = stream_socket_accept($server, 30);
+        fwrite($peer, 'TotalBytes:' . strlen($answer) . "\r\n" . $answer);
+        fread($peer, 65536);
     }
 
     /** What a PHP of its own prints for the code: at the end class and text of the error, and what was tried. */

@@ -42,6 +42,33 @@ final class RawTest extends TestCase
         self::assertSame(['kept', null, 5], [$kept, $new, $inValue->native()]);
     }
 
+    public function testAVariableHasADefaultOnlyWhenThereIsNone(): void
+    {
+        $query = new Query();
+        $query->strUserName = '';
+        self::assertSame(['', 'default', 'default'], [
+            $query->strUserName ?? 'default',
+            $query->strNone ?? 'default',
+            $query->RemoteHosts ?? 'default',  // which cannot be read
+        ]);
+    }
+
+    public function testAnArgumentMayCallTheInstanceThatItIsFor(): void
+    {
+        $query = new Query();
+        $key = new class($query) implements Stringable {
+            public function __construct(private Query $query)
+            {
+            }
+
+            public function __toString(): string
+            {
+                return substr($this->query->Encode('another'), 0, 0) . 'key4567';
+            }
+        };
+        self::assertSame('text', $query->DecryptBase64($query->EncryptBase64('text', $key), 'key4567'));
+    }
+
     public function testAWholeListComesInOneCall(): void
     {
         $query = new Query();

@@ -32,7 +32,7 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
     private ?array $places = null;
     private int $size;
     /** Why the rows cannot be read. */
-    private ?Error $failure = null;
+    private ?\Throwable $failure = null;
 
     /**
      * @internal
@@ -222,7 +222,7 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
             $this->flags = $query->fetchRows('TELOGetAllArchivesNext', self::FLAG_LINES)->text(self::FLAG_LINES - 1);
             $this->rows = $access->rows('TELOQueryArchiveNext', $this->rowCount, 'hit', [0, 1, 2, 3]);
             $this->columns = $this->rowCount === 0 ? [] : Text::fields($this->rows->text(0));
-        } catch (Error $error) {
+        } catch (\Throwable $error) {
             $this->failure = $error;
         }
     }
