@@ -217,6 +217,7 @@ final class ArchiveTest extends TestCase
             'title with a field' => ['takes for a field', fn() => $archive->create('Finance', 'Orders', 'Rohre,x, 1 : 11')],
             'file' => ['there is no file', fn() => $archive->upload('/none')],
             'file with a path for a name' => ['without directories', fn() => $archive->upload('/none', 'a/b')],
+            'name with a NUL' => ['control character', fn() => $archive->upload('/none', "a\0")],
             'stream without a name' => ['without directories', fn() => $archive->upload(STDIN)],
             'no stream' => ['open stream', fn() => $archive->transfer('a', 1, 'out')],
             'password' => ['the password: character 7', fn() => new Archive(password: 'secretŁ')],

@@ -89,8 +89,12 @@ trait FileMethods
             $this->send($file);
             return;
         }
-        if ($name === '' || $name !== self::nameOf($this->pathText($name))) {
+        Text::line($name, 'the name');
+        if (\in_array($name, ['', '.', '..'], true) || $name !== self::nameOf($name)) {
             throw new BadArgument('a file to send needs a name without directories');
+        }
+        if (\is_string($file) && !is_file($file)) {
+            throw new BadArgument("there is no file \"$file\" to send");
         }
         $directory = sys_get_temp_dir() . '/oxaqrycln-upload-' . bin2hex(random_bytes(16));
         $copy = "$directory/$name";
@@ -99,7 +103,7 @@ trait FileMethods
         $from = \is_string($file) ? @fopen($file, 'rb') : $file;
         try {
             if ($from === false) {
-                throw new BadArgument("there is no file \"$file\" to send");
+                throw new BadArgument("the file \"$file\" cannot be read");
             }
             if (!@mkdir($directory, 0700) || @file_put_contents($copy, $from) === false) {
                 throw new Error("the copy \"$copy\" of the file to send cannot be written");
@@ -183,11 +187,10 @@ trait FileMethods
         if ($query->strBlobPathRemote === '') {
             throw new BadArgument('the settings name no blob directory');
         }
-        $name = self::nameOf($path);
         // The component sends files of its local blob directory only.
-        $query->strBlobPathLocal = substr($path, 0, -\strlen($name));
+        $query->strBlobPathLocal = \dirname($path);
         try {
-            $access->count($query->TELOUploadFile($name, $access->status()));
+            $access->count($query->TELOUploadFile(self::nameOf($path), $access->status()));
         } finally {
             $query->strBlobPathLocal = $before;
         }
