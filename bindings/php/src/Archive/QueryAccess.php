@@ -131,6 +131,9 @@ final class QueryAccess
         if ($this->query->outcome()[0] !== self::SUCCEEDED) {
             throw $this->failure($result);
         }
+        if ($this->query->handledNumber() !== 0) {
+            throw $this->ownFailure();  // the outcome may be that of an earlier request
+        }
         return $result;
     }
 
