@@ -22,7 +22,6 @@ abstract class Owned
     private static array $files = [];
     /** 64 KiB for the clean-up, where the page has used all memory that it may have. */
     private static ?\SplFixedArray $reserve = null;
-    private static bool $isFatal = false;
 
     /** Null after free(). */
     public ?\FFI\CData $handle = null;
@@ -87,10 +86,11 @@ abstract class Owned
         if (self::$living === null) {
             self::$living = new \WeakMap();
             self::$reserve = new \SplFixedArray(4096);
-            // Behind the functions that the page has registered, which may still use its archive.
+            // At once, because a function of the page may fail and end those behind it; and behind those functions, which
+            // may still use the archive.
             register_shutdown_function(static function (): void {
                 self::$reserve = null;
-                self::$isFatal = self::isFatal();
+                self::cleanUp();
                 register_shutdown_function(self::cleanUp(...));
             });
         }
@@ -102,16 +102,11 @@ abstract class Owned
         foreach (array_keys(self::$files, getmypid(), true) as $file) {
             self::removeFile($file);
         }
-        if (!self::$isFatal && !self::isFatal()) {
+        if (((error_get_last()['type'] ?? 0) & self::FATAL) === 0) {
             return;  // PHP destroys the objects
         }
         foreach (self::$living as $object => $_) {
             $object->free();
         }
-    }
-
-    private static function isFatal(): bool
-    {
-        return ((error_get_last()['type'] ?? 0) & self::FATAL) !== 0;
     }
 }

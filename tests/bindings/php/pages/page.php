@@ -31,6 +31,7 @@ try {
         case 'fatal':
             // Between the request and the removal of the import file, with a search whose rows are not read.
             $hits = $archive->search('copper', max: 20);
+            register_shutdown_function(static fn() => no_such_function());  // ends the functions behind it
             $archive->onRequest(function (): void {
                 ini_set('memory_limit', '16M');
                 global $used;  // which a fatal error does not free
