@@ -39,7 +39,9 @@ def php_properties(interface):
 
 def php_parameter(parameter):
     reference = "&" if parameter.kind in ("optional out", "in-out") else ""
-    return f"mixed {reference}${parameter.name}" + (" = Argument::LeftOut" if parameter.kind.startswith("optional") else "")
+    # Stack traces of errors do not show these.
+    secret = "#[\\SensitiveParameter] " if re.search("Passw|Pwd|Key", parameter.name) else ""
+    return f"{secret}mixed {reference}${parameter.name}" + (" = Argument::LeftOut" if parameter.kind.startswith("optional") else "")
 
 
 def php_method(member):

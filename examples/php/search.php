@@ -13,10 +13,10 @@ $h = static fn(string $text): string => htmlspecialchars($text, ENT_QUOTES | ENT
 [$status, $body, $given] = [200, '', array_filter($_GET, 'is_string') + ['q' => '']];
 try {
     $archive = new Archive(
-        hosts: getenv('OXAQRY_REMOTE_HOSTS'),
-        user: getenv('OXAQRY_USER'),
-        password: getenv('OXAQRY_PASSWORD'),
-        database: getenv('OXAQRY_DATABASE'),
+        hosts: getenv('OXAQRY_REMOTE_HOSTS') ?: '',
+        user: getenv('OXAQRY_USER') ?: '',
+        password: getenv('OXAQRY_PASSWORD') ?: '',
+        database: getenv('OXAQRY_DATABASE') ?: '',
     );
     $users = $archive->users();
     if (!$user = $users->logOn($_SERVER['PHP_AUTH_USER'] ?? '', $_SERVER['PHP_AUTH_PW'] ?? '')) {

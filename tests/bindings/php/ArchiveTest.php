@@ -2,6 +2,7 @@
 
 declare(strict_types=1);
 
+use Oxaqrycln\Account;
 use Oxaqrycln\Archive;
 use Oxaqrycln\BadArgument;
 use Oxaqrycln\Cancelled;
@@ -88,6 +89,16 @@ final class ArchiveTest extends TestCase
         self::assertEquals($second, $hits[0]);
         self::assertCount(19, $hits);
         self::assertFalse(isset($hits[19]));
+        self::assertEquals([$hits[17], $hits[18]], $hits->slice(17, 5));
+        $hits = $this->archive->search('copper', max: 20);
+        $copy = clone $hits;
+        $walk = $hits->getIterator();
+        $hits->remove(0);
+        self::assertEquals([...$copy], [...$walk]);
+        $unread = $this->archive->search('copper', max: 20);
+        $this->archive->close();
+        self::assertEquals([...$hits], $unread->slice(1));
+        $this->setUp();
         $sorted = $this->archive->search('copper', max: 20, sort: 'Title', order: Order::Descending);
         self::assertSame($expected[19], $sorted[0]->value('Title'));
     }
@@ -158,8 +169,21 @@ final class ArchiveTest extends TestCase
         file_put_contents($sent, "\0\r\nbytes");
         $archive->upload($sent);
         self::assertSame("\0\r\nbytes", file_get_contents($archive->transfer('Größe.bin', 8)));
+        symlink($sent, $link = "$sent.link");
+        $archive->upload($link);  // under the name of the link
+        $archive->upload($link, 'ä.bin');
+        fwrite($stream = fopen('php://temp', 'w+'), 'streamed') && rewind($stream);
+        $archive->upload($stream, 'b.bin');
+        $into = fopen('php://temp', 'w+');
+        $received = array_map(static fn(string $file): string => $archive->transfer($file, 8, $into), [
+            'Größe.bin.link', 'ä.bin', 'b.bin']);
+        self::assertSame(str_repeat("\0\r\nbytes", 2) . 'streamed', stream_get_contents($into, null, 0));
+        self::assertSame([], array_filter($received, is_file(...)));
+        self::assertSame([], glob(sys_get_temp_dir() . '/oxaqrycln-upload-*'));
+        self::assertFileDoesNotExist($archive->fetch($name, Content::ofSegment(6), $into));
+        self::assertRaises(Error::class, 'copied to the stream', fn() => $archive->transfer('Größe.bin', 8, fopen($sent, 'r')));
         self::assertNotNull($archive->fetch($name, Content::firstFile()));  // into the archive's own directory again
-        self::assertStringStartsWith('%PDF', file_get_contents($archive->printHits('Kupfer', 'copper', sort: 'Title')));
+        self::assertStringStartsWith('%PDF', file_get_contents($archive->printHits('copper', 'Kupfer', sort: 'Title')));
         self::assertRaises(Refused::class, '', fn() => $archive->fetch($name, Content::firstFile('nix')));
         $archive->testBlobDirectory();
     }
@@ -182,7 +206,6 @@ final class ArchiveTest extends TestCase
     public function testWhatCannotBeSentIsRefusedBeforeARequest(): void
     {
         $archive = $this->archive;
-        $archive->onRequest(fn() => self::fail('a request was made'));
         $hits = new HitList();
         $cases = [
             'separator' => ['separates the fields', fn() => $archive->search('a^,^b')],
@@ -193,9 +216,15 @@ final class ArchiveTest extends TestCase
             'title of two lines' => ['control character', fn() => $archive->create('Finance', 'Orders', "two\nlines")],
             'title with a field' => ['takes for a field', fn() => $archive->create('Finance', 'Orders', 'Rohre,x, 1 : 11')],
             'file' => ['there is no file', fn() => $archive->upload('/none')],
+            'file with a path for a name' => ['without directories', fn() => $archive->upload('/none', 'a/b')],
+            'name with a NUL' => ['control character', fn() => $archive->upload('/none', "a\0")],
+            'stream without a name' => ['without directories', fn() => $archive->upload(STDIN)],
+            'no stream' => ['open stream', fn() => $archive->transfer('a', 1, 'out')],
+            'password' => ['the password: character 7', fn() => new Archive(password: 'secretŁ')],
             'note' => ['8000', fn() => $archive->addNote(new DocumentName('a', 'b', 'c'), str_repeat('ä', 8001))],
             'column' => ['no column', fn() => $hits->sort(0)],
             'title of a column' => ['no column "none"', fn() => $hits->column('none')],
+            'title that is no UTF-8' => ['no column "?"; ', fn() => $archive->search('copper', sort: "\xFF")],
             'hit' => ['no hit', fn() => $hits[0]],
             'assignment' => ['assigned', function () use ($hits): void {
                 $hits[0] = 1;
@@ -208,6 +237,38 @@ final class ArchiveTest extends TestCase
         }
     }
 
+    public function testWhatHoldsHandlesOrPasswordsIsNeitherCopiedNorShown(): void
+    {
+        $archive = $this->archive;
+        $cases = [
+            'clone' => ['cannot be cloned', fn() => clone $archive],
+            'clone of the instance' => ['cannot be cloned', fn() => clone $archive->query()],
+            'session' => ['cannot be serialized', fn() => serialize(['archive' => $archive])],
+            'users' => ['cannot be serialized', fn() => serialize($archive->users())],
+            'hit list' => ['keep its hits', fn() => serialize($archive->search('copper'))],
+            'made of a text' => ['cannot be unserialized', fn() => unserialize('O:19:"Oxaqrycln\Raw\Query":0:{}')],
+        ];
+        foreach ($cases as $case => [$text, $call]) {
+            self::assertRaises(BadArgument::class, $text, $call, $case);
+        }
+        self::assertNotSame([], $archive->channels());
+        self::assertStringNotContainsString('secret', print_r([$archive, new Account('webuser', 'secret')], true));
+        ini_set('zend.exception_ignore_args', '0');  // as PHP has it without a php.ini
+        $users = $archive->users();
+        $archive->close();
+        $errors = [
+            self::assertRaises(BadArgument::class, '', fn() => new Archive(password: 'geheimŁ')),
+            self::assertRaises(Error::class, 'closed', fn() => $users->logOn('anna', 'geheim')),
+        ];
+        if (PHP_VERSION_ID >= 80200) {  // older ones show all arguments
+            $traces = array_map(static fn(Error $error): array => $error->getTrace(), $errors);
+            self::assertStringNotContainsString('geheim', print_r($traces, true));
+        }
+        $this->setUp();
+        $hit = $this->archive->search('copper')[0];
+        self::assertSame($hit->value('Title'), unserialize(serialize($hit))->value('Title'));
+    }
+
     public function testARefusalTellsTheServersTextAndWhatWasTried(): void
     {
         $reports = [];
@@ -218,11 +279,14 @@ final class ArchiveTest extends TestCase
         self::assertTrue($error->request->wasSent);
         self::assertSame([''], array_column($error->request->attempts, 'error'));
         self::assertStringEndsWith(',' . $error->request->attempts[0]->port, getenv('OXAQRY_HOSTS'));
+        self::assertRaises(Error::class, '52', fn() => $this->archive->transfer('..', 1));  // makes no request
         self::assertEquals([$error->request], $reports);
         $this->archive->cancel();
         self::assertRaises(Cancelled::class, '', fn() => $this->archive->channels());
         $this->archive->resume();
         self::assertNotSame([], $this->archive->channels());
+        $this->archive->onRequest(fn() => $this->archive->channels());
+        self::assertRaises(BadArgument::class, 'onRequest', fn() => $this->archive->search('copper'));
     }
 
     public function testEveryServerOfTheListIsChecked(): void

@@ -38,6 +38,7 @@ final class ProcessTest extends TestCase
         $cases = [
             'nobody listens' => ["127.0.0.1,$unused", 'Oxaqrycln\ConnectionFailed', "not sent $unused 10061"],
             'no answer' => ["127.0.0.1,$port", 'Oxaqrycln\TimedOut', "sent $port no answer"],
+            'no servers' => ['', 'Oxaqrycln\BadArgument', 'no query servers'],
             'a list that is none' => ['127.0.0.1,many', 'Oxaqrycln\BadArgument', 'not valid'],
         ];
         foreach ($cases as $case => [$hosts, $class, $text]) {
@@ -53,14 +54,27 @@ final class ProcessTest extends TestCase
         $hosts = str_replace(':', ',', stream_socket_get_name($server, false));
         $rows = ['^Reference^,^DocID^,^Version^,^Title^', '^$(#Mail)\Inbox^,^1^,^1^,^a^', '^none^,^2^,^1^,^b^'];
         $answer = implode("\r\n", ['Status: OK', '2', '10=Title', '0', '^0^,^0^,^0^,^0^', ...$rows, '']);
-        $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts'); \$hits = \$archive->search('a');"
-            . 'echo count($hits), " "; echo $hits[0]->id;';
-        $shown = self::shown($code, serve: function () use ($server, $answer): void {
-            $peer = stream_socket_accept($server, 30);
-            fwrite($peer, 'TotalBytes:' . strlen($answer) . "\r\n" . $answer);
-            fread($peer, 65536);
-        });
-        self::assertStringStartsWith('2 Oxaqrycln\Error: hit 3 of the answer is malformed', $shown);
+        $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts', timeout: 1); \$hits = \$archive->search('a');"
+            . 'try { $archive->channels(); } catch (Oxaqrycln\Error $error) { echo $error::class, " "; }'
+            . 'try { $hits->columns(); } catch (Oxaqrycln\Error) { echo count($hits), " "; } echo $hits[0]->id;';
+        $shown = self::shown($code, serve: static fn() => self::answer($server, $answer));
+        // The other request has its own error, and the list keeps its.
+        self::assertStringStartsWith('Oxaqrycln\TimedOut 2 Oxaqrycln\Error: hit 3 of the answer is malformed', $shown);
+    }
+
+    public function testValuesAreThoseOfTheirRowWhateverItsForm(): void
+    {
+        $forms = [',^a^,^b^' => ['a', 'b'], ',^^' => [''], ',^' => [''], ',^a^,^b' => ['a', 'b'], '' => [],
+            ',^last^' => ['last']];
+        $rows = array_map(static fn(string $form): string => "^$(#Mail)\Inbox^,^1^,^1^$form", array_keys($forms));
+        $head = ['Status: OK', '6', '10=Title', '0', '^0^,^0^,^0^,^0^,^0^', '^Reference^,^DocID^,^Version^,^Title^,^B^'];
+        $answer = implode("\r\n", [...$head, ...$rows, '']);
+        $server = stream_socket_server('tcp://127.0.0.1:0');
+        $hosts = str_replace(':', ',', stream_socket_get_name($server, false));
+        $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts'); foreach (\$archive->search('a') as \$hit) {"
+            . '$values[] = $hit->values; } echo json_encode($values);';
+        $shown = self::shown($code, serve: static fn() => self::answer($server, $answer));
+        self::assertSame(array_values($forms), json_decode($shown), $shown);
     }
 
     public function testWorkersBeginAtServersOfTheirOwn(): void
@@ -68,11 +82,11 @@ final class ProcessTest extends TestCase
         $hosts = '127.0.0.1,1|127.0.0.1,2,0,own,|127.0.0.1,3';
         $make = "new Oxaqrycln\\Archive(hosts: '$hosts');";
         $shown = self::shown("\$archive = $make \$again = $make"
-            . 'echo getmypid() % 3 + 1, " "; foreach ($archive->health() as $each) { echo "$each->port$each->text "; }'
-            . '$access = (fn() => $this->access)->call($archive);'
-            . 'foreach ($access->servers() as $server) { echo $server[1], $server[2] ? "p" : ""; }');
+            . 'echo getmypid() % 3 + 1, " "; foreach ($archive->health() as $each) {'
+            . 'echo $each->port, str_starts_with($each->text, "no connection: 10061"), " "; }'
+            . 'foreach ($archive->servers() as $server) { echo $server->port, $server->takesPrintRequests ? "p" : ""; }');
         self::assertSame(1, preg_match('/^(\d) (.*) (\S+)$/', $shown, $part), $shown);
-        self::assertSame('1no connection 2no connection 3no connection', $part[2]);  // in the order of the list
+        self::assertSame('11 21 31', $part[2]);  // in the order of the list
         self::assertSame(['1' => '1p23p', '2' => '23p1p', '3' => '3p1p2'][$part[1]], $part[3]);
     }
 
@@ -85,6 +99,16 @@ final class ProcessTest extends TestCase
             . "\$archive = null; \$archive = $make echo ' ', " . self::CHANNELS . ' exit; }'
             . 'pcntl_wait($status); echo " ", ' . self::CHANNELS);
         self::assertSame('5 refused 5 5', $shown);
+    }
+
+    public function testAPageThatEndsInTheMiddleOfACallLeavesNoFile(): void
+    {
+        [$hosts, $blobs] = [getenv('OXAQRY_HOSTS'), getenv('OXAQRY_BLOBS')];
+        $code = "\$archive = new Oxaqrycln\\Archive(hosts: '$hosts', user: 'webuser', password: 'secret',"
+            . " blobLocal: '$blobs'); \$archive->onRequest(function () { echo count(glob('$blobs/*.import')); exit; });"
+            . '$archive->create("Finance", "Orders", "Pipes");';
+        self::assertSame('1', self::shown($code));
+        self::assertSame([], glob("$blobs/*.import"));
     }
 
     public function testTheExampleShowsWhatItsUserMaySee(): void
@@ -109,6 +133,14 @@ final class ProcessTest extends TestCase
             self::assertStringContainsString($text, $shown, $case);
             self::assertStringNotContainsString('<b>', $shown, $case);
         }
+    }
+
+    /** @param resource $server answers one request */
+    private static function answer($server, string $answer): void
+    {
+        $peer = stream_socket_accept($server, 30);
+        fwrite($peer, 'TotalBytes:' . strlen($answer) . "\r\n" . $answer);
+        fread($peer, 65536);
     }
 
     /** What a PHP of its own prints for the code: at the end class and text of the error, and what was tried. */

@@ -35,10 +35,38 @@ final class RawTest extends TestCase
         self::assertSame(-1, $query->TELOGetChannelsInit($status));
         self::assertStringContainsString('call Init first', $status);
         self::assertSame([Kind::Integer, 91], [$query->result()->kind(), $query->handledError()[0]]);
+        self::assertSame([1, $status], [$query->requestNumber(), $query->outcomeText()]);
         self::assertSame('AC98A69293A4', $query->Encode('secret'));  // not what the method has written over it
         [$kept, $new, $inValue] = ['kept', null, new Value(5)];
         self::assertSame('', $query->TELOQueryArchiveNext($kept, $new, strVer: $inValue));
         self::assertSame(['kept', null, 5], [$kept, $new, $inValue->native()]);
+    }
+
+    public function testAVariableHasADefaultOnlyWhenThereIsNone(): void
+    {
+        $query = new Query();
+        $query->strUserName = '';
+        self::assertSame(['', 'default', 'default'], [
+            $query->strUserName ?? 'default',
+            $query->strNone ?? 'default',
+            $query->RemoteHosts ?? 'default',  // which cannot be read
+        ]);
+    }
+
+    public function testAnArgumentMayCallTheInstanceThatItIsFor(): void
+    {
+        $query = new Query();
+        $key = new class($query) implements Stringable {
+            public function __construct(private Query $query)
+            {
+            }
+
+            public function __toString(): string
+            {
+                return substr($this->query->Encode('another'), 0, 0) . 'key4567';
+            }
+        };
+        self::assertSame('text', $query->DecryptBase64($query->EncryptBase64('text', $key), 'key4567'));
     }
 
     public function testAWholeListComesInOneCall(): void
@@ -54,10 +82,33 @@ final class RawTest extends TestCase
         self::assertCount(0, $query->fetchRows('TELOSortHitlist2Next', 5, everyRow: false));
     }
 
+    /** PHP destroys no object whose constructor fails, and keeps what it knows of types until the page ends. */
+    public function testALongPageKeepsItsSize(): void
+    {
+        $query = new Query();
+        $run = static function (int $count) use ($query): void {
+            for ($i = 0; $i < $count; ++$i) {
+                try {
+                    $query->fetchRows('HelloWorld', 1);
+                    Value::bytes('bytes')->native();
+                    new Value('Łódź');
+                } catch (BadArgument) {
+                }
+            }
+        };
+        $resident = static fn(): int => (int) preg_replace('/.*VmRSS:\s+(\d+).*/s', '$1', file_get_contents('/proc/self/status'));
+        $run(1000);
+        $before = [memory_get_usage(), $resident()];
+        $run(20000);
+        self::assertLessThan($before[0] + 65536, memory_get_usage());
+        self::assertLessThan($before[1] + 4096, $resident());
+    }
+
     public function testMisuseIsRefusedWithWhatIsWrong(): void
     {
         $query = new Query();
-        $value = new Value();
+        [$value, $free] = [new Value(), new Value()];
+        $free->free();
         $cases = [
             'no such variable' => ['no member none', fn() => $query->none = 1],
             'no such list' => ['no member none', fn() => $query->fetchRows('none', 1)],
@@ -68,6 +119,8 @@ final class RawTest extends TestCase
             'byte out of range' => ['not in the range', fn() => Value::byte(256)],
             'foreign character' => ['character 2', fn() => $query->strUserName = 'aŁ'],
             'no value' => ['stdClass', fn() => $query->Encode(new stdClass())],
+            'freed value' => ['free already', fn() => $query->CheckLogon('anna', $free)],
+            'year out of range' => ['100 to 9999', fn() => new Value(new DateTime('+9000 years'))],
             'one value for two outputs' => ['twice', fn() => $query->TELOQueryArchiveNext($value, $value)],
         ];
         foreach ($cases as $case => [$text, $call]) {

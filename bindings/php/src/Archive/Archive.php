@@ -10,23 +10,26 @@ namespace Oxaqrycln;
  * Every method that makes a request raises Refused, TimedOut, ConnectionFailed, AllServersBusy or Cancelled, and Error
  * for an answer that cannot be read; BadArgument for a value that cannot be sent, before any request. A server that
  * fails is passed over by later requests of the process while another one is free. Nothing that was sent is sent again.
+ *
+ * An archive belongs to the process that made it: WrongThread in a forked one. It carries out one method after the other,
+ * so a signal handler, which PHP may run in the middle of a method, uses an archive of its own.
  */
 final class Archive
 {
     use DocumentMethods;
     use FileMethods;
+    use Raw\NotCopied;
 
     private readonly Settings $settings;
     private readonly QueryAccess $access;
     private ?Users $users = null;
 
     /**
-     * Connects to a server with the first request only. The first archive of a process names its servers; raises
-     * BadArgument for another list later, and DatabaseFailed when the database cannot be opened.
+     * Connects to a server with the first request only. The first archive of a process names its servers.
      *
      * @param string $hosts "host,port[,print flag[,user[,encoded password]]]", joined by "|"
      * @param string $user account of the archive system
-     * @param int $timeout seconds for one request, with all servers that are tried
+     * @param int $timeout seconds for one request, with all servers that are tried, 1 to 86400
      * @param string $session names the log file, "" for "client"
      * @param string $logDir "" logs nothing
      * @param string $blobLocal directory of received files as this machine reaches it
@@ -34,8 +37,13 @@ final class Archive
      * @param string $database connection string of the web user database; "" for none
      * @param string $changedExtensions "OLD-NEW" rules for the extensions of received files, separated by ","
      * @param string $webUser the web user, as the log names him
+     * @param ?\DateTimeInterface $webUserLogOn when he logged on; the log shows the local time of the date
      * @param bool $spread begins the list of servers at a place of each process's own, so that the workers of a pool do
      *     not all ask the first server
+     *
+     * @throws BadArgument for a setting that cannot be used, and for other servers than those of the process
+     * @throws DatabaseFailed when the database cannot be opened
+     * @throws LibraryFailed when the shared library cannot be used
      */
     public function __construct(
         string $hosts = '',
@@ -72,7 +80,22 @@ final class Archive
         $this->access = new QueryAccess($this->settings);
     }
 
-    /** The web users of the archive's database. */
+    /**
+     * Gives back the query server and closes the database, at the latest when the object ends. Hit lists and documents stay;
+     * every other use of the archive and its users is an Error.
+     */
+    public function close(): void
+    {
+        $this->access->close();
+    }
+
+    /** The instance that the archive stands on, for what the raw level alone has. */
+    public function query(): Raw\Query
+    {
+        return $this->access->query();
+    }
+
+    /** The web users of the archive's database. Raises BadArgument when the settings name none. */
     public function users(): Users
     {
         return $this->users ??= Users::of($this->access, $this->settings);
@@ -115,6 +138,7 @@ final class Archive
         return $this->map($access->rows('TELOGetQueryFormatListNext', $count, 'query format'), 'current');
     }
 
+    /** What may be done in the archive. */
     public function properties(string $channel, string $archive): ArchiveProperties
     {
         $access = $this->access;
@@ -137,7 +161,7 @@ final class Archive
         );
     }
 
-    /** @return list<Mask> */
+    /** @return list<Mask> the forms of the archive, in the server's order */
     public function masks(string $channel, string $archive): array
     {
         $access = $this->access;
@@ -167,11 +191,16 @@ final class Archive
     }
 
     /**
+     * Searches the archives of all channels, or those that $folderRights allow.
+     *
+     * @param string $query in the server's query language
      * @param int $max the most hits that are listed; 0: all
      * @param int $queryMax a query with more hits is refused; 0: no limit
      * @param string $format one that formats() lists; "" for all
      * @param ?string $folderRights the archives that may be searched, as Users::folderRights makes it. null restricts
      *     nothing. An empty text allows no archive: the search then has no hits and makes no request.
+     * @param string $layout id of a layout, whose keys and values HitList::$layout has; "" for none
+     * @param string $layoutField id of a field for the layout; "" for none
      * @param string $sort column to sort by, as HitList::column takes it; "" keeps the server's order
      */
     public function search(
@@ -244,35 +273,77 @@ final class Archive
         ));
     }
 
-    /** The query that finds the documents of a node; "" for one without a condition. Needs a database. */
+    /**
+     * The query that finds the documents of a node; "" for one without a condition. Needs a database.
+     *
+     * @param int $node OutlinerNode::$id
+     */
     public function nodeQuery(int $node): string
     {
         return $this->access->fromDatabase($this->access->query()->GetOutlinerSearchExpr($node));
     }
 
-    /** What a server answers when it is asked whether it is alive. */
+    /** What a server answers when it is asked whether it is alive. health() asks each of them. */
     public function live(): string
     {
         return $this->access->answer($this->access->query()->LiveCheck());
     }
 
-    /** @return list<ServerHealth> each server of the list in its own order, asked at the same time */
-    public function health(): array
+    /** @return list<Raw\Server> the query servers of this process, from the one on that it asks first */
+    public function servers(): array
     {
-        return (new ServerCheck($this->settings, $this->access))->run();
+        return $this->access->servers();
     }
 
     /**
-     * Sends a command as it is, "^Command^,^parameter^".
+     * Asks each server of the list whether it is alive, up to 16 at once. Cancelled by cancel() like a request.
+     *
+     * @return list<ServerHealth> in the order of the setting
+     */
+    public function health(): array
+    {
+        $table = [];
+        foreach ($this->servers() as $server) {
+            $table["$server->host,$server->port"] = $server;
+        }
+        $rows = $this->access->query()->checkServers($this->settings->hosts);
+        return $this->map($rows, static function (array $row) use ($table): ServerHealth {
+            [$host, $port, $isAlive, $text, $milliseconds] = $row;
+            $used = $table["$host,$port"] ?? null;
+            return new ServerHealth(
+                $host,
+                (int) $port,
+                $isAlive === '1',
+                $text,
+                (int) $milliseconds,
+                $used?->isBusy ?? false,
+                $used?->session ?? '',
+            );
+        });
+    }
+
+    /**
+     * Sends a command as it is, "^Command^,^parameter^". What comes from a visitor must not be part of it unchecked.
      *
      * @return list<string> the lines of the answer
      */
     public function direct(string $command): array
     {
-        return explode("\r\n", $this->access->answer($this->access->query()->DirectQuery($command)));
+        $answer = $this->access->query()->DirectQuery(Text::setting($command, 'the command'));
+        return explode("\r\n", $this->access->answer($answer));
     }
 
-    /** Calls $call with the RequestReport of each request, whatever became of it; null calls nothing. */
+    /** What became of the last request; empty before the first one. */
+    public function lastRequest(): RequestReport
+    {
+        return $this->access->report();
+    }
+
+    /**
+     * Calls $call after each request but those of health(), whatever became of it. It cannot use this archive.
+     *
+     * @param ?callable(RequestReport): mixed $call null calls nothing
+     */
     public function onRequest(?callable $call): void
     {
         $this->access->onRequest($call === null ? null : $call(...));
@@ -284,6 +355,7 @@ final class Archive
         $this->access->cancel();
     }
 
+    /** Takes cancel() back. */
     public function resume(): void
     {
         $this->access->resume();

@@ -8,8 +8,10 @@ use Oxaqrycln\Raw\Query;
 use Oxaqrycln\Raw\Rows;
 
 /**
- * The hits of a search. A hit list owns its rows: other requests do not change it. It makes a Hit of a row when that is
- * asked for.
+ * The hits of a search. A hit list owns its rows: it outlives its archive, and other requests do not change it. It makes a
+ * Hit of a row when that is asked for. A clone is a list of its own.
+ *
+ * What reads hits or columns raises Error when the answer cannot be read. Positions of hits and columns count from 0.
  *
  * @implements \IteratorAggregate<int, Hit>
  * @implements \ArrayAccess<int, Hit>
@@ -29,6 +31,8 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
     /** @var list<int>|null the row of each hit; null: hit number i is in row i + 1 */
     private ?array $places = null;
     private int $size;
+    /** Why the rows cannot be read. */
+    private ?\Throwable $failure = null;
 
     /**
      * @internal
@@ -50,10 +54,25 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         $access?->readLater($this);
     }
 
+    public function __clone()
+    {
+        $this->read();
+    }
+
+    public function __serialize(): array
+    {
+        throw new BadArgument('a hit list cannot be serialized, for a session or a cache: keep its hits, [...$hits]');
+    }
+
+    public function __debugInfo(): array
+    {
+        return ['size' => $this->size, 'total' => $this->total, 'columns' => $this->columns];
+    }
+
     /** @return list<string> the titles of the display columns */
     public function columns(): array
     {
-        $this->read();
+        $this->open();
         return $this->columns;
     }
 
@@ -65,8 +84,13 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
      */
     public function column(string $title): int
     {
-        $columns = $this->columns();
-        $found = array_keys(array_filter($columns, static fn(string $each): bool => Text::isSame($title, $each)));
+        return self::position($this->columns(), $title);
+    }
+
+    /** @internal The same for the titles of a list. */
+    public static function position(array $columns, string $title): int
+    {
+        $found = array_keys(array_filter($columns, static fn(string $each): bool => Text::isTitle($title, $each)));
         if ($found === []) {
             $found = array_filter(array_keys($columns), static fn(int $at): bool => $title === (string) ($at + 1));
         }
@@ -131,6 +155,22 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         --$this->size;
     }
 
+    /**
+     * For a page of a longer list.
+     *
+     * @param ?int $length the most hits, null for all from the first one on
+     * @return list<Hit> empty behind the end of the list
+     */
+    public function slice(int $first, ?int $length = null): array
+    {
+        if ($first < 0 || ($length ?? 0) < 0) {
+            throw new BadArgument('the position and the length of a part of a hit list are 0 or more');
+        }
+        $end = $length === null ? $this->size : min($this->size, $first + $length);
+        return iterator_to_array($this->hits($this->order(), $first, $end), false);
+    }
+
+    /** How many hits the list has now; $total is how many the query has. */
     public function count(): int
     {
         return $this->size;
@@ -139,7 +179,7 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
     /** @return \Generator<int, Hit> the hits as they are now, whatever is sorted or removed meanwhile */
     public function getIterator(): \Generator
     {
-        return $this->hits(0, $this->size);
+        return $this->hits($this->order(), 0, $this->size);
     }
 
     public function offsetExists(mixed $offset): bool
@@ -150,9 +190,9 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
     public function offsetGet(mixed $offset): Hit
     {
         if (!$this->offsetExists($offset)) {
-            throw new BadArgument('there is no hit ' . get_debug_type($offset) . ' ' . $offset);
+            throw new BadArgument('there is no hit ' . (\is_int($offset) ? $offset : get_debug_type($offset)));
         }
-        return $this->hits($offset, $offset + 1)->current();
+        return $this->hits($this->order(), $offset, $offset + 1)->current();
     }
 
     public function offsetSet(mixed $offset, mixed $value): void
@@ -165,19 +205,26 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
         throw new BadArgument('a hit list cannot be assigned to: see remove()');
     }
 
-    /** @internal Reads the rows from the component, before another request replaces them there. */
+    /**
+     * @internal Reads the rows from the component, before another request replaces them there. A failure is for whoever
+     *     asks for the hits, not for the method that makes the other request.
+     */
     public function read(): void
     {
         if ($this->access === null) {
             return;
         }
         [$access, $this->access] = [$this->access, null];
-        $query = $access->query();
-        // Back to the first line, for the one with the flags of the columns; the rows follow it.
-        $query->TELOGetAllArchivesExtFirst();
-        $this->flags = $query->fetchRows('TELOGetAllArchivesNext', self::FLAG_LINES)->text(self::FLAG_LINES - 1);
-        $this->rows = $access->rows('TELOQueryArchiveNext', $this->rowCount, 'hit', [0, 1, 2, 3]);
-        $this->columns = $this->rowCount === 0 ? [] : Text::fields($this->rows->text(0));
+        try {
+            $query = $access->query();
+            // Back to the first line, for the one with the flags of the columns; the rows follow it.
+            $query->TELOGetAllArchivesExtFirst();
+            $this->flags = $query->fetchRows('TELOGetAllArchivesNext', self::FLAG_LINES)->text(self::FLAG_LINES - 1);
+            $this->rows = $access->rows('TELOQueryArchiveNext', $this->rowCount, 'hit', [0, 1, 2, 3]);
+            $this->columns = $this->rowCount === 0 ? [] : Text::fields($this->rows->text(0));
+        } catch (\Throwable $error) {
+            $this->failure = $error;
+        }
     }
 
     /** @internal Whether the first hit comes behind the last one in ascending order. */
@@ -198,10 +245,9 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
      * Cuts the hits out of the block, where columns, channel, archive, id and version of a row stand one after the other.
      * In one function, because a call costs as much as two texts.
      */
-    private function hits(int $first, int $end): \Generator
+    private function hits(?array $places, int $first, int $end): \Generator
     {
-        $this->read();
-        [$places, $block, $offsets] = [$this->places, $this->rows?->block, $this->rows?->offsets];
+        [$block, $offsets, $columns] = [$this->rows?->block, $this->rows?->offsets, $this->columns];
         for ($position = $first; $position < $end; ++$position) {
             $at = ($places === null ? $position + 1 : $places[$position]) * 5;
             $start = $offsets[$at];
@@ -214,18 +260,34 @@ final class HitList implements \ArrayAccess, \Countable, \IteratorAggregate
                 \substr($block, $archive, $id - $archive),
                 \substr($block, $id, $version - $id),
                 \substr($block, $version, $offsets[++$at] - $version),
-                // "^column^,^column^", or nothing.
-                $channel === $start ? [] : \explode('^,^', \substr($block, $start + 1, $channel - $start - 2)),
-                $this,
+                // "^column^,^column^", as a rule.
+                $channel > $start + 1 && $block[$start] === '^' && $block[$channel - 1] === '^'
+                    ? \explode('^,^', \substr($block, $start + 1, $channel - $start - 2))
+                    : Text::fields(\substr($block, $start, $channel - $start)),
+                $columns,
             );
         }
+    }
+
+    private function open(): void
+    {
+        $this->read();
+        if ($this->failure !== null) {
+            throw $this->failure;
+        }
+    }
+
+    /** @return list<int>|null as $places, of a list that has been read */
+    private function order(): ?array
+    {
+        $this->open();
+        return $this->places;
     }
 
     /** @return list<int> */
     private function places(): array
     {
-        $this->read();
-        return $this->places ?? ($this->size === 0 ? [] : range(1, $this->size));
+        return $this->order() ?? ($this->size === 0 ? [] : range(1, $this->size));
     }
 
     /** A row as a line of the component, with a number in the place of the hit's reference. */

@@ -30,38 +30,51 @@ final class QueryAccess
     /** The hits of the last search until they are read. */
     private ?\WeakReference $unread = null;
     private ?\Closure $onRequest = null;
+    private bool $isReporting = false;
+    /** Of the last request that was reported. */
+    private int $requestNumber = 0;
 
     public function __construct(Settings $settings)
     {
         $this->query = $query = new Query();
         $query->strTELOUser = Text::request($settings->user, 'the user');
-        $query->strTELOPwd = $settings->password;
-        $query->strSessionID = Text::request($settings->session ?: 'client', 'the session');
-        $query->strBlobPathLocal = $settings->blobLocal;
-        $query->strBlobPathRemote = $settings->blobRemote ?: $settings->blobLocal;
-        $query->strChangeFileExt = $settings->changedExtensions;
-        $query->strUserName = $settings->webUser;
-        $query->strUserIP = $settings->webUserAddress;
+        $query->strTELOPwd = Text::setting($settings->password, 'the password');
+        $query->strSessionID = Text::request($settings->session === '' ? 'client' : $settings->session, 'the session');
+        $query->strBlobPathLocal = Text::setting($settings->blobLocal, 'the local blob directory');
+        $remote = $settings->blobRemote === '' ? $settings->blobLocal : $settings->blobRemote;
+        $query->strBlobPathRemote = Text::setting($remote, 'the remote blob directory');
+        $query->strChangeFileExt = Text::setting($settings->changedExtensions, 'the changed extensions');
+        $query->strUserName = Text::setting($settings->webUser, 'the web user');
+        $query->strUserIP = Text::setting($settings->webUserAddress, 'the address of the web user');
         $query->lngRequestTimeout = $settings->timeout;
         if ($settings->webUserLogOn !== null) {
             $query->datUserLoginTime = $settings->webUserLogOn;
         }
         if ($settings->hosts !== '') {
-            $this->assignServers($settings->hostsFromOwnPlace());
+            $this->assignServers(Text::setting($settings->hostsFromOwnPlace(), 'the list of query servers'));
         }
-        $query->strDBConnect = $settings->database;
+        $logDir = Text::setting($settings->logDir, 'the log directory');
+        $query->strDBConnect = Text::setting($settings->database, 'the database');
         // Init writes the connection string, which may hold a password, into the log, so it has none yet.
         if (!$query->Init($settings->database !== '')) {
             throw $settings->database === ''
                 ? new Error('the component cannot be initialised: ' . $this->handledText())
                 : new DatabaseFailed('the web user database cannot be opened: ' . $this->handledText());
         }
-        $query->strDebugLogPath = $settings->logDir;
+        $query->strDebugLogPath = $logDir;
     }
 
-    /** The instance, for the next call. Reads the hits of the last search first, if they have not been read. */
+    /**
+     * The instance, for the next call. Reads the hits of the last search first, if they have not been read.
+     *
+     * @throws BadArgument inside onRequest, whose caller still has to read the answer
+     */
     public function query(): Query
     {
+        if ($this->isReporting) {
+            throw new BadArgument('the function given to onRequest() cannot use the archive that calls it: keep the report, '
+                . 'and use the archive later');
+        }
         if ($this->unread !== null) {
             $list = $this->unread->get();
             $this->unread = null;
@@ -91,7 +104,7 @@ final class QueryAccess
     public function request(string $method, array $inputs, int $outputCount): array
     {
         $texts = $this->query()->callForTexts($method, $inputs, $outputCount + 1);
-        $count = (int) array_pop($texts);
+        $count = (int) array_shift($texts);
         $this->status = array_pop($texts);
         return [$this->count($count), $texts];
     }
@@ -99,7 +112,7 @@ final class QueryAccess
     /** Of a method that makes a request: its count. Raises what the failure was. */
     public function count(mixed $result): int
     {
-        $this->onRequest?->__invoke($this->report());
+        $this->reportRequest();
         $count = \is_string($result) ? 0 : (int) $result;  // the archive properties are a text
         // Only a failed request writes the error text.
         if ($count < 0) {
@@ -114,9 +127,12 @@ final class QueryAccess
     /** The same for a method that returns the text of an answer or of an error. */
     public function answer(string $result): string
     {
-        $this->onRequest?->__invoke($this->report());
+        $this->reportRequest();
         if ($this->query->outcome()[0] !== self::SUCCEEDED) {
             throw $this->failure($result);
+        }
+        if ($this->query->handledNumber() !== 0) {
+            throw $this->ownFailure();  // the outcome may be that of an earlier request
         }
         return $result;
     }
@@ -158,9 +174,10 @@ final class QueryAccess
     public function onRequest(?\Closure $call): void
     {
         $this->onRequest = $call;
+        $this->requestNumber = $this->query->requestNumber();
     }
 
-    /** @return list<array{string, int, bool, bool, string}> as Raw\Instance::servers */
+    /** @return list<Raw\Server> */
     public function servers(): array
     {
         return $this->query->servers();
@@ -176,6 +193,46 @@ final class QueryAccess
         $this->query->resume();
     }
 
+    /** What became of the last request. */
+    public function report(): RequestReport
+    {
+        [$kind, $milliseconds, $wasSent, $count] = $this->query->outcome();
+        // What an attempt without an error of its own came to; only the last one ends as the request does.
+        $ownText = match ($kind) {
+            self::SUCCEEDED, self::REFUSED => '',
+            self::CANCELLED => 'cancelled',
+            self::FAILED => 'failed',
+            default => 'no answer',
+        };
+        $attempts = [];
+        for ($i = 0; $i < $count; ++$i) {
+            [$host, $port, $error, $duration] = $this->query->attempt($i);
+            $attempts[] = new Attempt($host, $port, $error === '' ? $ownText : $error, $duration);
+        }
+        return new RequestReport($attempts, $milliseconds, $wasSent);
+    }
+
+    /** Closes the connections to server and database. A list of hits that has not been read is read before. */
+    public function close(): void
+    {
+        $this->query()->free();
+    }
+
+    private function reportRequest(): void
+    {
+        $number = $this->onRequest === null ? $this->requestNumber : $this->query->requestNumber();
+        if ($number === $this->requestNumber) {
+            return;  // the method failed before it made one
+        }
+        $this->requestNumber = $number;
+        $this->isReporting = true;
+        try {
+            ($this->onRequest)($this->report());
+        } finally {
+            $this->isReporting = false;
+        }
+    }
+
     private function assignServers(string $hosts): void
     {
         $before = $this->query->servers();
@@ -184,7 +241,7 @@ final class QueryAccess
             throw new BadArgument('the list of query servers is not valid: ' . $this->handledText());
         }
         // The servers of a process are those that its first instance named, from the place on where its list began.
-        $used = array_map(static fn(array $server): string => "$server[0],$server[1]", $before);
+        $used = array_map(static fn(Raw\Server $server): string => "$server->host,$server->port", $before);
         $wanted = array_map(static function (string $entry): string {
             [$host, $port] = explode(',', $entry) + ['', ''];
             return "$host," . (int) $port;
@@ -207,7 +264,11 @@ final class QueryAccess
 
     private function failure(string $text): Error
     {
-        $class = match ($this->query->outcome()[0]) {
+        $kind = $this->query->outcome()[0];
+        if ($kind === self::ALL_BUSY && $this->query->servers() === []) {
+            return new BadArgument('the settings name no query servers: give the archive its "hosts"');
+        }
+        $class = match ($kind) {
             self::REFUSED => Refused::class,
             self::TIMED_OUT => TimedOut::class,
             self::CONNECTION_FAILED => ConnectionFailed::class,
@@ -216,24 +277,6 @@ final class QueryAccess
             default => Error::class,
         };
         return new $class($text, $this->report());
-    }
-
-    private function report(): RequestReport
-    {
-        [$kind, $milliseconds, $wasSent, $count] = $this->query->outcome();
-        // What an attempt without an error of its own came to; only the last one ends as the request does.
-        $ownText = match ($kind) {
-            self::SUCCEEDED, self::REFUSED => '',
-            self::CANCELLED => 'cancelled',
-            self::FAILED => 'failed',
-            default => 'no answer',
-        };
-        $attempts = [];
-        for ($i = 0; $i < $count; ++$i) {
-            [$host, $port, $error, $duration] = $this->query->attempt($i);
-            $attempts[] = new Attempt($host, $port, $error === '' ? $ownText : $error, $duration);
-        }
-        return new RequestReport($attempts, $milliseconds, $wasSent);
     }
 
     private function handledText(): string

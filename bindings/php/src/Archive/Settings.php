@@ -28,6 +28,16 @@ final class Settings
         }
     }
 
+    /** Without what dumps and logs must not show; the list of servers may hold passwords, too. */
+    public function __debugInfo(): array
+    {
+        $shown = get_object_vars($this);
+        foreach (['hosts', 'password', 'database'] as $name) {
+            $shown[$name] = $shown[$name] === '' ? '' : '(not shown)';
+        }
+        return $shown;
+    }
+
     /** The list of servers, begun at a place of this process's own when they are to be spread. */
     public function hostsFromOwnPlace(): string
     {

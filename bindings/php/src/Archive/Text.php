@@ -39,12 +39,12 @@ final class Text
      *
      * @throws BadArgument for a character that the archive cannot hold, and for a text that would end its field
      */
-    public static function request(string $text, string $what): string
+    public static function request(#[\SensitiveParameter] string $text, string $what): string
     {
         if ($text === '') {
             return '';
         }
-        self::checkCharacters($text, $what);
+        self::setting($text, $what);
         if (\str_contains($text, self::SEPARATOR) || \str_ends_with($text, '^,')) {
             throw new BadArgument(
                 "$what holds \"^,^\", or ends with \"^,\", which separates the fields of a request",
@@ -74,8 +74,7 @@ final class Text
     /** The contents of a field: no line of it can be taken for the end of the field. */
     public static function content(FieldContent $field): string
     {
-        self::checkCharacters($field->text, "field $field->id");
-        return preg_replace('/(^|[\r\n])@/', '$1 @', $field->text);
+        return preg_replace('/(^|[\r\n])@/', '$1 @', self::setting($field->text, "field $field->id"));
     }
 
     /** With the line ends that a note has, "\r\n", and none behind the last line. */
@@ -109,21 +108,26 @@ final class Text
         return (new \DateTimeImmutable("$part[3]-$part[2]-$part[1]"))->setTime($hour, $minute, $second);
     }
 
-    /** Whether two titles differ in letter case at most. */
-    public static function isSame(string $one, string $other): bool
+    /** Whether a title is that of a column, whatever the letter case; it may be any text, also no UTF-8. */
+    public static function isTitle(string $title, string $column): bool
     {
-        return $one === $other || preg_match('/^' . preg_quote($one, '/') . '$/iuD', $other) === 1;
+        return $title === $column || preg_match('/^' . preg_quote($column, '/') . '$/iuD', $title) === 1;
     }
 
-    private static function checkCharacters(string $text, string $what): void
+    /**
+     * A text that the archive can hold, for a setting.
+     *
+     * @throws BadArgument for a character that the archive cannot hold
+     */
+    public static function setting(#[\SensitiveParameter] string $text, string $what): string
     {
-        if (!\preg_match('/[\x80-\xFF]/', $text)) {
-            return;
+        if (\preg_match('/[\x80-\xFF]/', $text)) {
+            try {
+                new Raw\Value($text);
+            } catch (BadArgument $error) {
+                throw new BadArgument("$what: " . $error->getMessage());
+            }
         }
-        try {
-            new Raw\Value($text);
-        } catch (BadArgument $error) {
-            throw new BadArgument("$what: " . $error->getMessage(), previous: $error);
-        }
+        return $text;
     }
 }

@@ -19,7 +19,7 @@ trait DocumentMethods
         return $this->readDocument($name, true, $query);
     }
 
-    /** @return list<Note> */
+    /** @return list<Note> of the document, in the server's order */
     public function notes(DocumentName $name): array
     {
         $access = $this->access;
@@ -28,7 +28,12 @@ trait DocumentMethods
         return $this->map($access->rows('TELOGetNotesNext', $count, 'note'), fn(array $row): Note => $this->note($row[0]));
     }
 
-    /** @param list<FieldContent> $fields */
+    /**
+     * Makes a new document. Writes an import file under a name of its own into the blob directory, and removes it.
+     *
+     * @param list<FieldContent> $fields
+     * @return DocumentName with id and version
+     */
     public function create(string $channel, string $archive, string $title, array $fields = []): DocumentName
     {
         return $this->import($channel, $archive, $title, $fields, function (string $path): string {
@@ -39,9 +44,10 @@ trait DocumentMethods
     }
 
     /**
-     * Makes a new version, in place of the newest one, which $name states.
+     * Makes a new version, in place of the newest one, which $name states. Writes an import file as create() does.
      *
      * @param list<FieldContent> $fields
+     * @return DocumentName with the new version
      */
     public function edit(DocumentName $name, string $title, array $fields = []): DocumentName
     {
@@ -62,6 +68,7 @@ trait DocumentMethods
         $access->count($access->query()->TELODeleteDocument(...$key, strParamStatus: $access->status()));
     }
 
+    /** @param string $text at most 8000 characters, with any line ends */
     public function addNote(DocumentName $name, string $text): void
     {
         $access = $this->access;
@@ -73,6 +80,7 @@ trait DocumentMethods
         $access->count($access->query()->TELOWriteNote(...$key, strNote: $note, strParamStatus: $access->status()));
     }
 
+    /** All notes of the document. */
     public function deleteNotes(DocumentName $name): void
     {
         $access = $this->access;

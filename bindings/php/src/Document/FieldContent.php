@@ -11,9 +11,11 @@ namespace Oxaqrycln;
 final class FieldContent
 {
     public function __construct(
+        /** of the field in its archive, Segment::$fieldId */
         public readonly int $id,
         /** of an image or file field the name of a file in the blob directory */
         public readonly string $text,
+        /** as the server numbers them, 1 for a text */
         public readonly int $type = 1,
     ) {
     }

@@ -10,6 +10,7 @@ final class Segment
     public function __construct(
         /** names the segment in Content::ofSegment */
         public readonly int $index,
+        /** as FieldContent names the field */
         public readonly int $fieldId,
         public readonly string $name,
         public readonly string $title,

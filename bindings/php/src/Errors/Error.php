@@ -15,6 +15,7 @@ class Error extends \RuntimeException
         public readonly RequestReport $request = new RequestReport(),
         ?\Throwable $previous = null,
     ) {
-        parent::__construct($text, 0, $previous);
+        // A text that is refused need not be UTF-8, and is part of the message.
+        parent::__construct(preg_match('//u', $text) ? $text : preg_replace('/[\x80-\xFF]/', '?', $text), 0, $previous);
     }
 }

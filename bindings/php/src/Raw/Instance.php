@@ -7,15 +7,19 @@ namespace Oxaqrycln\Raw;
 use Oxaqrycln\BadArgument;
 
 /**
- * An instance of the component: what its members, in Query, stand on, and the watch over its requests.
+ * An instance of the component: what its members, in Query, stand on, and the watch over its requests. It belongs to the
+ * process that made it: WrongThread in a forked one.
  *
  * An input takes null (Empty), bool, int, float, string (UTF-8), a date or a Value. An output is a variable, whose content
  * is the start value; when that is a Value, the Value is written. Named arguments leave out the parameters between them.
- * Results are PHP's values; result() has the kind of the last one.
+ * Results are PHP's values; result() has the kind of the last one. BadArgument for a value that cannot be passed; failures
+ * of the archive are results and status texts.
  */
 abstract class Instance extends Owned
 {
     private const UTF8 = 0;
+    private const VARIABLE = 0;
+    private const TRIED_LAST = 1;
 
     /** The values of arguments, by position; used again by each call. */
     private array $values = [];
@@ -26,12 +30,16 @@ abstract class Instance extends Owned
 
     public function __construct()
     {
-        parent::__construct('query');
         $this->result = new Value();
+        parent::__construct('query');
         $this->arguments = $this->library->ffi->new('oxaqry_value*[' . Library::MOST_VALUES . ']');
     }
 
-    /** Reads a variable. */
+    /**
+     * Reads a variable.
+     *
+     * @throws BadArgument for a name that is none of a variable
+     */
     public function __get(string $name): mixed
     {
         $value = $this->given(0, null);
@@ -41,8 +49,20 @@ abstract class Instance extends Owned
         return $value->native();
     }
 
-    /** Assigns a variable, or the property RemoteHosts. */
-    public function __set(string $name, mixed $native): void
+    /** Whether it is a variable that can be read, for "??". */
+    public function __isset(string $name): bool
+    {
+        $kind = $this->library->number;
+        $number = Query::MEMBERS[$name] ?? 0;
+        return $number > 0 && $this->library->ffi->oxaqry_member($number, $kind, null) === 0 && $kind[0] === self::VARIABLE;
+    }
+
+    /**
+     * Assigns a variable, or the property RemoteHosts, whose failure handledError() tells.
+     *
+     * @throws BadArgument for a name that is none, and for a value that cannot be converted to the variable's type
+     */
+    public function __set(string $name, #[\SensitiveParameter] mixed $native): void
     {
         $this->library->check($this->library->ffi->oxaqry_set_variable(
             $this->handle,
@@ -60,8 +80,11 @@ abstract class Instance extends Owned
     /**
      * Calls a method that reads the next record of a list, until the list ends or $max records are read.
      *
+     * @param int $max 0 to 2147483647
      * @param list<int> $columns positions of outputs among the parameters, from 0
      * @param bool $everyRow false: an empty result or a negative number ends the list; true: only $max does
+     *
+     * @throws BadArgument for a method that reads no list. The component's own errors end the list: see handledError()
      */
     public function fetchRows(string $method, int $max, array $columns = [], bool $everyRow = true): Rows
     {
@@ -71,11 +94,11 @@ abstract class Instance extends Owned
         foreach ($columns as $at => $column) {
             $positions[$at] = $column;
         }
-        $rows = $ffi->new('oxaqry_rows*[1]');
+        $rows = $this->library->place('oxaqry_rows*');
         $this->library->check($ffi->oxaqry_fetch_rows(
             $this->handle,
             self::number($method),
-            $max,
+            Value::inRange($max, 0, 2147483647),
             $positions,
             $count,
             (int) $everyRow,
@@ -85,7 +108,7 @@ abstract class Instance extends Owned
         return new Rows($rows[0]);
     }
 
-    /** @return array{int, int, bool, int} an oxaqry_outcome_kind, milliseconds, whether sent, number of attempts */
+    /** @return array{int, int, bool, int} of the last request: an oxaqry_outcome_kind, milliseconds, whether sent, attempts */
     public function outcome(): array
     {
         $library = $this->library;
@@ -97,6 +120,22 @@ abstract class Instance extends Owned
             $library->number3,
         ));
         return [$library->number[0], $library->long[0], $library->number2[0] !== 0, $library->number3[0]];
+    }
+
+    /** What went wrong in the last request, of a refused one the server's own text; "" after a success. */
+    public function outcomeText(): string
+    {
+        $library = $this->library;
+        $library->check($library->ffi->oxaqry_outcome_text($this->handle, $library->text, $library->length));
+        return $library->handedOut();
+    }
+
+    /** How many requests it has made, which is the number of the last one. */
+    public function requestNumber(): int
+    {
+        $number = $this->library->long;
+        $this->library->check($this->library->ffi->oxaqry_request_number($this->handle, $number));
+        return $number[0];
     }
 
     /** @return array{string, int, string, int} host, port, error, milliseconds of an attempt, from 0 */
@@ -134,7 +173,7 @@ abstract class Instance extends Owned
         return $number[0];
     }
 
-    /** @return list<array{string, int, bool, bool, string}> host, port, takes print requests, is busy, session */
+    /** @return list<Server> the query servers of this process; none before RemoteHosts was assigned */
     public function servers(): array
     {
         $library = $this->library;
@@ -153,16 +192,36 @@ abstract class Instance extends Owned
                 $library->text2,
                 $library->length2,
             ));
-            [$takesPrint, $isBusy] = [$library->number2[0] !== 0, $library->number3[0] !== 0];
-            $servers[] = [$library->handedOut(), $library->number[0], $takesPrint, $isBusy, $library->handedOut2()];
+            $isBusy = $library->number3[0] !== 0;
+            $since = $isBusy ? Value::date($library->long[0]) : null;
+            $server = [$library->handedOut(), $library->number[0], $library->number2[0] !== 0, $isBusy, $since,
+                $library->handedOut2()];
+            $library->check($library->ffi->oxaqry_server_failures($this->handle, $i, $library->number));
+            $servers[] = new Server(...[...$server, $library->number[0]]);
         }
         return $servers;
+    }
+
+    /**
+     * Asks each server of a list whether it is alive, up to 16 at once, whatever servers the process has, with the account,
+     * the session and the time-out of the variables.
+     *
+     * @param string $hosts as RemoteHosts takes it
+     * @return Rows host, port, "1" or "0", the server's answer or why there is none, milliseconds; in the order of the list
+     */
+    public function checkServers(string $hosts): Rows
+    {
+        $rows = $this->library->place('oxaqry_rows*');
+        $this->library->check(
+            $this->library->ffi->oxaqry_check_servers($this->handle, $hosts, \strlen($hosts), $rows),
+        );
+        return new Rows($rows[0]);
     }
 
     /** Servers that failed are passed over while another one is free. */
     public function trySickServersLast(): void
     {
-        $this->library->check($this->library->ffi->oxaqry_set_sick_servers($this->handle, 1));
+        $this->library->check($this->library->ffi->oxaqry_set_sick_servers($this->handle, self::TRIED_LAST));
     }
 
     /** Ends each later request at once, until resume(). */
@@ -177,7 +236,7 @@ abstract class Instance extends Owned
     }
 
     /**
-     * Calls a method with inputs and the outputs behind them, and reads all texts at once: the outputs, then the result.
+     * Calls a method with inputs and the outputs behind them, and reads all texts at once: the result, then the outputs.
      * An output that the method does not write keeps the text of an earlier call, except for the last one, which is "".
      *
      * @param list<mixed> $inputs
@@ -195,13 +254,17 @@ abstract class Instance extends Owned
             $this->held[$at] = null;
         }
         $this->values[$end - 1]->set(null);
-        $result = $this->result->handle;
-        $this->library->check($ffi->oxaqry_call($this->handle, self::number($method), $arguments, $end, $result));
-        $arguments[$end] = $result;
-        $this->library->check(
-            $ffi->oxaqry_value_get_texts($arguments, $end + 1, self::UTF8, $this->library->texts, $this->library->lengths),
-        );
-        return $this->library->manyHandedOut($count, $end);
+        $this->library->check($ffi->oxaqry_call_for_texts(
+            $this->handle,
+            self::number($method),
+            $arguments,
+            $end,
+            $this->result->handle,
+            self::UTF8,
+            $this->library->texts,
+            $this->library->lengths,
+        ));
+        return [...$this->library->manyHandedOut(0, 0), ...$this->library->manyHandedOut($count + 1, $end)];
     }
 
     /**
@@ -210,10 +273,18 @@ abstract class Instance extends Owned
      * @param array<int, mixed> $inputs by position
      * @param array<int, mixed> $outputs references by position
      */
-    protected function invoke(int $method, array $inputs, array $outputs): mixed
-    {
+    protected function invoke(
+        int $method,
+        #[\SensitiveParameter] array $inputs,
+        #[\SensitiveParameter] array $outputs,
+    ): mixed {
         $arguments = $this->arguments;
         $count = 0;
+        foreach ($inputs as $at => $native) {
+            if ($native instanceof \Stringable) {
+                $inputs[$at] = (string) $native;  // before any argument has its value: this may call a method, too
+            }
+        }
         foreach ($inputs as $at => $native) {
             if ($native === Argument::LeftOut) {
                 $arguments[$at] = null;
@@ -245,10 +316,11 @@ abstract class Instance extends Owned
         return $this->result->native();
     }
 
-    private function given(int $at, mixed $native): Value
+    private function given(int $at, #[\SensitiveParameter] mixed $native): Value
     {
         if ($native instanceof Value) {
-            return $native;
+            // The library would take it for an argument that is left out.
+            return $native->handle === null ? throw new BadArgument('the Value given is free already') : $native;
         }
         $value = $this->values[$at] ??= new Value();
         if ($native === null || ($this->held[$at] ?? null) !== $native) {

@@ -11,6 +11,8 @@ use Oxaqrycln\WrongThread;
 
 /**
  * The shared library with the C interface: finds and opens it once for each page, and turns its codes into exceptions.
+ *
+ * @internal but version()
  */
 final class Library
 {
@@ -19,6 +21,7 @@ final class Library
     /** The arguments of a method, and its result. */
     public const MOST_VALUES = 25;
     private const NAME = PHP_OS_FAMILY === 'Windows' ? 'OXAQryCln.dll' : 'liboxaqrycln.so.1';
+    private const E_HANDLE = -1;
     private const E_ARGUMENT = -2;
     private const E_TEXT = -6;
     private const E_THREAD = -7;
@@ -27,6 +30,8 @@ final class Library
 
     private static ?self $opened = null;
 
+    /** @var array<string, \FFI\CData> by type */
+    private array $places = [];
     /** Places for what a function hands out; those with a number for a second and third of a kind. */
     public readonly \FFI\CData $number;
     public readonly \FFI\CData $number2;
@@ -56,12 +61,22 @@ final class Library
         $this->lengths = $ffi->new('size_t[' . self::MOST_VALUES . ']');
     }
 
+    /**
+     * A place for a pointer that a function hands out. There is one for each type, because PHP keeps the type of each
+     * array of pointers that is read, about 110 bytes, until the page ends.
+     */
+    public function place(string $type): \FFI\CData
+    {
+        return $this->places[$type] ??= $this->ffi->new("{$type}[1]");
+    }
+
     /** @throws LibraryFailed with what is to be changed */
     public static function get(): self
     {
         return self::$opened ??= new self(self::open());
     }
 
+    /** The version of the component, "1.2.3". Raises LibraryFailed. */
     public static function version(): string
     {
         return self::get()->ffi->oxaqry_version();
@@ -73,7 +88,9 @@ final class Library
         if ($code === 0) {
             return;
         }
-        $text = $this->ffi->oxaqry_last_error();
+        $text = $code === self::E_HANDLE
+            ? 'the object has been closed or freed: make another one'
+            : $this->ffi->oxaqry_last_error();
         throw match (true) {
             $code <= self::E_ARGUMENT && $code >= self::E_TEXT => new BadArgument($text),
             $code === self::E_THREAD || $code === self::E_FORKED => new WrongThread($text),
@@ -135,7 +152,7 @@ final class Library
     private static function checkAllowed(): void
     {
         try {
-            \FFI::type('int');
+            \FFI::cdef();
         } catch (\FFI\Exception $error) {
             $isPreload = strtolower((string) ini_get('ffi.enable')) === 'preload';
             $preload = 'opcache.preload = ' . realpath(self::PACKAGE . '/preload.php');

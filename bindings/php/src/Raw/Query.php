@@ -257,7 +257,7 @@ final class Query extends Instance
      * Creates a user, with an account of the archive system when both of its texts are given. Returns the new user's
      * ID (Long), or -1 (Integer) on failure. Names are not kept apart: several users may have one.
      */
-    public function WriteUserToDB(mixed $strUser, mixed $strPasswd, mixed $strTELOUser = Argument::LeftOut, mixed $strTELOPasswd = Argument::LeftOut): mixed
+    public function WriteUserToDB(mixed $strUser, #[\SensitiveParameter] mixed $strPasswd, mixed $strTELOUser = Argument::LeftOut, #[\SensitiveParameter] mixed $strTELOPasswd = Argument::LeftOut): mixed
     {
         return $this->invoke(21, [0 => $strUser, 1 => $strPasswd, 2 => $strTELOUser, 3 => $strTELOPasswd], []);
     }
@@ -278,7 +278,7 @@ final class Query extends Instance
      * Returns the ID of the first user of the name (Long) when strPasswd is his password, or is left out: then he only
      * has to exist. Else, and on failure, 0 (Long).
      */
-    public function CheckLogon(mixed $strUser, mixed $strPasswd = Argument::LeftOut): mixed
+    public function CheckLogon(mixed $strUser, #[\SensitiveParameter] mixed $strPasswd = Argument::LeftOut): mixed
     {
         return $this->invoke(23, [0 => $strUser, 1 => $strPasswd], []);
     }
@@ -289,7 +289,7 @@ final class Query extends Instance
      * Changes the password of all users of the name. Returns the ID of the first one (Integer), 0 when the old
      * password is wrong, the ID is above 32767, or the database refuses the change.
      */
-    public function ChangePasswd(mixed $strUser, mixed $strPasswdOld, mixed $strPasswdNew): mixed
+    public function ChangePasswd(mixed $strUser, #[\SensitiveParameter] mixed $strPasswdOld, #[\SensitiveParameter] mixed $strPasswdNew): mixed
     {
         return $this->invoke(24, [0 => $strUser, 1 => $strPasswdOld, 2 => $strPasswdNew], []);
     }
@@ -300,7 +300,7 @@ final class Query extends Instance
      * Reads the user's account of the archive system. Returns 1 (Long) when there is such a user, with the outputs ""
      * for one without an account; else, and on failure, 0 (Long) with the outputs untouched.
      */
-    public function GetUserTELOUser(mixed $strUserID, mixed &$strTELOUser = Argument::LeftOut, mixed &$strTELOPasswd = Argument::LeftOut): mixed
+    public function GetUserTELOUser(mixed $strUserID, mixed &$strTELOUser = Argument::LeftOut, #[\SensitiveParameter] mixed &$strTELOPasswd = Argument::LeftOut): mixed
     {
         return $this->invoke(25, [0 => $strUserID], [1 => &$strTELOUser, 2 => &$strTELOPasswd]);
     }
@@ -311,7 +311,7 @@ final class Query extends Instance
      * Reads whether the user must change his password. Returns 1 (Long) when the user has the flag set or cleared,
      * which intChangePasswd receives; else, and on failure, 0 (Long), with intChangePasswd 0 (Integer).
      */
-    public function GetUserChangePasswd(mixed $strUserID, mixed &$intChangePasswd = Argument::LeftOut): mixed
+    public function GetUserChangePasswd(mixed $strUserID, #[\SensitiveParameter] mixed &$intChangePasswd = Argument::LeftOut): mixed
     {
         return $this->invoke(26, [0 => $strUserID], [1 => &$intChangePasswd]);
     }
@@ -322,7 +322,7 @@ final class Query extends Instance
      * Says whether the user must change his password: a whole number, or a Boolean, which is stored as 1 or 0. Returns
      * 1 (Long), also when there is no such user; 0 (Long) on failure.
      */
-    public function SetUserChangePasswd(mixed $strUserID, mixed $intChangePasswd): mixed
+    public function SetUserChangePasswd(mixed $strUserID, #[\SensitiveParameter] mixed $intChangePasswd): mixed
     {
         return $this->invoke(27, [0 => $strUserID, 1 => $intChangePasswd], []);
     }
@@ -610,7 +610,7 @@ final class Query extends Instance
      * receives the total as text; strLayoutKeys and strLayoutValues, when both are given, the layout's keys and values
      * joined by ","; blnHitlistMultiTIFF (Boolean) whether the hits can be had as one image file.
      */
-    public function TELOQueryArchiveInit(mixed $strQuery, mixed $lngMaxLines, mixed $lngQueryMax, mixed $strQueryFormat, mixed $strFolderRights, mixed $strLayoutFieldID = Argument::LeftOut, mixed $strLayoutID = Argument::LeftOut, mixed &$strLayoutKeys = Argument::LeftOut, mixed &$strLayoutValues = Argument::LeftOut, mixed &$lngTotalHits = Argument::LeftOut, mixed &$blnHitlistMultiTIFF = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
+    public function TELOQueryArchiveInit(mixed $strQuery, mixed $lngMaxLines, mixed $lngQueryMax, mixed $strQueryFormat, mixed $strFolderRights, mixed $strLayoutFieldID = Argument::LeftOut, mixed $strLayoutID = Argument::LeftOut, #[\SensitiveParameter] mixed &$strLayoutKeys = Argument::LeftOut, mixed &$strLayoutValues = Argument::LeftOut, mixed &$lngTotalHits = Argument::LeftOut, mixed &$blnHitlistMultiTIFF = Argument::LeftOut, mixed &$strParamStatus = Argument::LeftOut): mixed
     {
         return $this->invoke(52, [0 => $strQuery, 1 => $lngMaxLines, 2 => $lngQueryMax, 3 => $strQueryFormat, 4 => $strFolderRights, 5 => $strLayoutFieldID, 6 => $strLayoutID], [7 => &$strLayoutKeys, 8 => &$strLayoutValues, 9 => &$lngTotalHits, 10 => &$blnHitlistMultiTIFF, 11 => &$strParamStatus]);
     }
@@ -1007,7 +1007,7 @@ final class Query extends Instance
      *
      * Encrypts a text, with the result in Base64; "" on failure.
      */
-    public function EncryptBase64(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
+    public function EncryptBase64(mixed $strString, #[\SensitiveParameter] mixed $strParamKey = Argument::LeftOut): string
     {
         return $this->invoke(85, [0 => $strString, 1 => $strParamKey], []);
     }
@@ -1017,7 +1017,7 @@ final class Query extends Instance
      *
      * Encrypts a text; "" on failure.
      */
-    public function Encrypt(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
+    public function Encrypt(mixed $strString, #[\SensitiveParameter] mixed $strParamKey = Argument::LeftOut): string
     {
         return $this->invoke(86, [0 => $strString, 1 => $strParamKey], []);
     }
@@ -1027,7 +1027,7 @@ final class Query extends Instance
      *
      * The inverse of Encrypt; "" on failure, also for a text that was encrypted with another key.
      */
-    public function Decrypt(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
+    public function Decrypt(mixed $strString, #[\SensitiveParameter] mixed $strParamKey = Argument::LeftOut): string
     {
         return $this->invoke(87, [0 => $strString, 1 => $strParamKey], []);
     }
@@ -1037,7 +1037,7 @@ final class Query extends Instance
      *
      * The inverse of EncryptBase64; "" on failure, also for a text that was encrypted with another key.
      */
-    public function DecryptBase64(mixed $strString, mixed $strParamKey = Argument::LeftOut): string
+    public function DecryptBase64(mixed $strString, #[\SensitiveParameter] mixed $strParamKey = Argument::LeftOut): string
     {
         return $this->invoke(88, [0 => $strString, 1 => $strParamKey], []);
     }

@@ -6,7 +6,7 @@ namespace Oxaqrycln\Raw;
 
 use Oxaqrycln\BadArgument;
 
-/** The rows of a list, which one call has read. Row and column count from 0; column 0 is the result of the method. */
+/** The rows of a list in UTF-8, which one call has read. Row and column count from 0; column 0 is the result of the method. */
 final class Rows extends Owned implements \Countable
 {
     public readonly int $columnCount;
@@ -22,8 +22,11 @@ final class Rows extends Owned implements \Countable
         $this->library = Library::get();
         $this->kind = 'rows';
         $this->hold($handle);
-        $this->readAll();
-        $this->free();
+        try {
+            $this->readAll();
+        } finally {
+            $this->free();  // also of an object whose constructor fails, which PHP does not destroy
+        }
     }
 
     public function count(): int
@@ -31,6 +34,7 @@ final class Rows extends Owned implements \Countable
         return $this->rowCount;
     }
 
+    /** @throws BadArgument when there is no such text */
     public function text(int $row, int $column = 0): string
     {
         if ($row < 0 || $row >= $this->rowCount || $column < 0 || $column >= $this->columnCount) {
@@ -40,7 +44,11 @@ final class Rows extends Owned implements \Countable
         return substr($this->block, $this->offsets[$at], $this->offsets[$at + 1] - $this->offsets[$at]);
     }
 
-    /** @return list<string> */
+    /**
+     * @return list<string> the texts of all columns
+     *
+     * @throws BadArgument when there is no such row
+     */
     public function row(int $row): array
     {
         $texts = [];
@@ -53,17 +61,16 @@ final class Rows extends Owned implements \Countable
     private function readAll(): void
     {
         $library = $this->library;
-        $rowCount = $library->ffi->new('int32_t[1]');
-        $offsets = $library->ffi->new('const uint32_t*[1]');
+        $offsets = $library->place('const uint32_t*');
         $library->check($library->ffi->oxaqry_rows_read(
             $this->handle,
-            $rowCount,
             $library->number,
+            $library->number2,
             $library->text,
             $offsets,
         ));
-        $this->rowCount = $rowCount[0];
-        $this->columnCount = $library->number[0];
+        $this->rowCount = $library->number[0];
+        $this->columnCount = $library->number2[0];
         $count = $this->rowCount * $this->columnCount + 1;
         $this->offsets = $library->ffi->new("uint32_t[$count]");
         \FFI::memcpy($this->offsets, $offsets[0], $count * 4);

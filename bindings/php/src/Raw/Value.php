@@ -16,10 +16,19 @@ final class Value extends Owned
     /** 1.1.1970 in seconds since 30.12.1899. */
     private const EPOCH = 25569 * 86400;
 
-    public function __construct(mixed $native = null)
+    /** @throws BadArgument as set() */
+    public function __construct(#[\SensitiveParameter] mixed $native = null)
     {
         parent::__construct('value');
-        $this->set($native);
+        if ($native === null) {
+            return;
+        }
+        try {
+            $this->set($native);
+        } catch (\Throwable $error) {
+            $this->free();  // PHP does not destroy an object whose constructor fails
+            throw $error;
+        }
     }
 
     public static function null(): self
@@ -27,16 +36,19 @@ final class Value extends Owned
         return (new self())->assign('null');
     }
 
+    /** 0 to 255. */
     public static function byte(int $number): self
     {
         return (new self())->assign('byte', self::inRange($number, 0, 255));
     }
 
+    /** 16 bits: -32768 to 32767. */
     public static function integer(int $number): self
     {
         return (new self())->assign('integer', self::inRange($number, -32768, 32767));
     }
 
+    /** As they are, without a conversion between character sets. */
     public static function bytes(string $bytes): self
     {
         return (new self())->assign('bytes', $bytes, \strlen($bytes));
@@ -48,11 +60,18 @@ final class Value extends Owned
         return (new self())->assign('request', $body, \strlen($body));
     }
 
-    /** null is Empty; a date counts as the local time that it shows. */
-    public function set(mixed $native): void
+    /**
+     * null is Empty, an int a Long, a string a text in UTF-8; a date counts as the local time that it shows, without its
+     * fraction of a second.
+     *
+     * @throws BadArgument for another type, an int of more than 32 bits, a year outside 100 to 9999, and a text with a
+     *     character that Windows-1252 lacks; the value is then as before
+     */
+    public function set(#[\SensitiveParameter] mixed $native): void
     {
         $ffi = $this->library->ffi;
         $handle = $this->handle;
+        $native = $native instanceof \Stringable ? (string) $native : $native;
         $this->library->check(match (true) {
             \is_string($native) => $ffi->oxaqry_value_set_text($handle, $native, \strlen($native), self::UTF8),
             $native === null => $ffi->oxaqry_value_set_empty($handle),
@@ -60,13 +79,8 @@ final class Value extends Owned
             \is_bool($native) => $ffi->oxaqry_value_set_boolean($handle, (int) $native),
             \is_float($native) => $ffi->oxaqry_value_set_double($handle, $native),
             $native instanceof \DateTimeInterface => $ffi->oxaqry_value_set_date($handle, self::seconds($native)),
-            $native instanceof \Stringable => $ffi->oxaqry_value_set_text(
-                $handle,
-                (string) $native,
-                \strlen((string) $native),
-                self::UTF8,
-            ),
-            default => throw new BadArgument('a member takes no ' . get_debug_type($native)),
+            default => throw new BadArgument('a value is null, bool, int, float, string or a date, not '
+                . get_debug_type($native)),
         });
     }
 
@@ -114,7 +128,7 @@ final class Value extends Owned
     private function content(): string
     {
         $library = $this->library;
-        $bytes = $library->ffi->new('const uint8_t*[1]');
+        $bytes = $library->place('const uint8_t*');
         $library->check($library->ffi->oxaqry_value_get_bytes($this->handle, $bytes, $library->length));
         return $library->length[0] === 0 ? '' : \FFI::string($bytes[0], $library->length[0]);
     }
@@ -125,7 +139,8 @@ final class Value extends Owned
         return $this;
     }
 
-    private static function inRange(int $number, int $least, int $most): int
+    /** @internal */
+    public static function inRange(int $number, int $least, int $most): int
     {
         return $number >= $least && $number <= $most
             ? $number
@@ -134,11 +149,11 @@ final class Value extends Owned
 
     private static function seconds(\DateTimeInterface $date): int
     {
-        $shown = new \DateTimeImmutable($date->format('Y-m-d H:i:s'), new \DateTimeZone('UTC'));
-        return $shown->getTimestamp() + self::EPOCH;
+        return $date->getTimestamp() + $date->getOffset() + self::EPOCH;
     }
 
-    private static function date(int $seconds): \DateTimeImmutable
+    /** @internal The date of a number of seconds as the library counts them. */
+    public static function date(int $seconds): \DateTimeImmutable
     {
         return new \DateTimeImmutable(gmdate('Y-m-d H:i:s', $seconds - self::EPOCH));
     }

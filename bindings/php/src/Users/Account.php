@@ -12,4 +12,10 @@ final class Account
         #[\SensitiveParameter] public readonly string $password,
     ) {
     }
+
+    /** Without the password. */
+    public function __debugInfo(): array
+    {
+        return ['user' => $this->user];
+    }
 }

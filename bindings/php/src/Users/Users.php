@@ -11,9 +11,18 @@ namespace Oxaqrycln;
  */
 final class Users
 {
+    use Raw\NotCopied;
+
     private QueryAccess $access;
 
-    /** Raises BadArgument without a database, DatabaseFailed when it cannot be opened. */
+    /**
+     * @param string $database connection string
+     * @param string $session names the log file, "" for "client"
+     * @param string $logDir "" logs nothing
+     *
+     * @throws BadArgument without a database
+     * @throws DatabaseFailed when it cannot be opened
+     */
     public function __construct(#[\SensitiveParameter] string $database, string $session = '', string $logDir = '')
     {
         self::checkNamed($database);
@@ -29,6 +38,12 @@ final class Users
         return $users;
     }
 
+    /** Closes the database, at the latest when the object ends; of an archive's users the archive, too. */
+    public function close(): void
+    {
+        $this->access->close();
+    }
+
     /** The user's ID, or null when the name or the password is wrong. */
     public function logOn(string $name, #[\SensitiveParameter] string $password): ?int
     {
@@ -40,14 +55,17 @@ final class Users
         return $id > 0 ? $id : null;
     }
 
-    /** The ID of the first user of that name. */
+    /** The ID of the first user of that name; null without one. */
     public function find(string $name): ?int
     {
         $id = $this->access->fromDatabase($this->access->query()->CheckLogon(Text::request($name, 'the user')));
         return $id > 0 ? $id : null;
     }
 
-    /** Returns the new user's ID. Raises BadArgument for a name or password that cannot be stored. */
+    /**
+     * Returns the new user's ID. Several users may have one name. Raises BadArgument for a name or password that cannot be
+     * stored.
+     */
     public function create(string $name, #[\SensitiveParameter] string $password, ?Account $account = null): int
     {
         $arguments = [Text::request($name, 'the user'), $this->storable($password, 'the password')];
@@ -71,6 +89,7 @@ final class Users
         )) > 0;
     }
 
+    /** Whether the user has the flag that he must change his password. */
     public function mustChangePassword(int $user): bool
     {
         $this->access->fromDatabase($this->access->query()->GetUserChangePasswd($user, $flag));
@@ -96,21 +115,21 @@ final class Users
         return array_map(Text::number(...), Text::fields((string) $list));
     }
 
-    /** @return list<string> */
+    /** @return list<string> names */
     public function groups(int $user): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserGroups($user, $list));
         return \strlen((string) $list) < 2 ? [] : explode('],[', substr($list, 1, -1));
     }
 
-    /** @return list<string> */
+    /** @return list<string> names */
     public function channels(int $user): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserChannels($user, $list));
         return Text::fields((string) $list);
     }
 
-    /** @return list<string> */
+    /** @return list<string> "$(#channel)\archive", or "archive" for that of every channel */
     public function archives(int $user): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserArchives($user, $list));
@@ -133,7 +152,7 @@ final class Users
         }, Text::lines((string) $list));
     }
 
-    /** @return list<DocumentCondition> */
+    /** @return list<DocumentCondition> by which documents of the archive are shown, by definition */
     public function documentConditions(int $user, string $channel, string $archive): array
     {
         $this->access->fromDatabase($this->access->query()->GetUserDocRights(
@@ -148,6 +167,7 @@ final class Users
         );
     }
 
+    /** What restricts the user's searches in the archive. */
     public function searchRights(int $user, string $channel, string $archive): SearchRights
     {
         $this->access->fromDatabase($this->access->query()->GetUserSearchRights(

@@ -31,7 +31,14 @@ try {
         case 'fatal':
             // Between the request and the removal of the import file, with a search whose rows are not read.
             $hits = $archive->search('copper', max: 20);
-            $archive->onRequest(fn() => $_GET['how'] === 'memory' ? str_repeat('x', 1 << 30) : no_such_function());
+            register_shutdown_function(static fn() => no_such_function());  // ends the functions behind it
+            $archive->onRequest(function (): void {
+                ini_set('memory_limit', '16M');
+                global $used;  // which a fatal error does not free
+                for ($used = []; $_GET['how'] === 'memory'; $used = [$used]) {
+                }
+                no_such_function();
+            });
             $archive->create('Finance', 'Orders', 'never', [new FieldContent(11, 'x')]);
             break;
         case 'ffi':
