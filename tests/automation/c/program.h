@@ -2,7 +2,7 @@
 #ifndef OXAQRYCLN_TESTS_AUTOMATION_C_PROGRAM_H_
 #define OXAQRYCLN_TESTS_AUTOMATION_C_PROGRAM_H_
 
-// Runs greet() in a hundred child processes, one after the other, where the system has such; 0 when all returned 0.
-int greet_in_children(int (*greet)(void));
+// Runs body() in a hundred child processes, one after the other, where the system has such; 0 when all returned 0.
+int greet_in_children(int (*body)(void));
 
 #endif  // OXAQRYCLN_TESTS_AUTOMATION_C_PROGRAM_H_

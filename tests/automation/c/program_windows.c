@@ -1,3 +1,3 @@
 #include "tests/automation/c/program.h"
 
-int greet_in_children(int (*greet)(void)) { return greet == 0; }
+int greet_in_children(int (*body)(void)) { return body == 0; }
