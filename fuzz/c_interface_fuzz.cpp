@@ -118,6 +118,9 @@ class Caller {
     return handles[place % kCount];
   }
 
+  // Of the arguments of a call, also a wrong one.
+  static std::int32_t CountOf(std::uint8_t place) { return place / 3 % 15 - 1; }
+
   std::int32_t Do(char letter, std::uint8_t place, std::uint8_t argument) {
     oxaqry_query*& query = At(queries_, place);
     oxaqry_value*& value = At(values_, place);
@@ -150,9 +153,9 @@ class Caller {
       case 'c':
         if (which < kRequests && requests_++ >= kMostRequests) return OXAQRY_OK;
         return answerer_.Ask(
-            [&] { return oxaqry_call(query, member, values_.data() + place % 3, number % 14, other); });
+            [&] { return oxaqry_call(query, member, values_.data() + place % 3, CountOf(place), other); });
       case 'C':
-        return which < kRequests ? OXAQRY_OK : CallForTexts(query, member, place % 3, number % 14, other);
+        return which < kRequests ? OXAQRY_OK : CallForTexts(query, member, place % 3, CountOf(place), other);
       case 'R':
         oxaqry_rows_free(rows);
         return which < kRequests ? OXAQRY_OK : Fetch(query, member, number, &rows);

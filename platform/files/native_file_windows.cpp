@@ -11,39 +11,39 @@
 namespace oxaqrycln {
 namespace {
 
-struct ErrorPair {
+struct NativeError {
   DWORD native;
   std::errc generic;
 };
 
 // The one place where errors of files become those of the generic category.
 std::error_code LastError() noexcept {
-  static constexpr ErrorPair kPairs[] = {{ERROR_FILE_NOT_FOUND, std::errc::no_such_file_or_directory},
-                                         {ERROR_PATH_NOT_FOUND, std::errc::no_such_file_or_directory},
-                                         {ERROR_INVALID_DRIVE, std::errc::no_such_file_or_directory},
-                                         {ERROR_BAD_NETPATH, std::errc::no_such_file_or_directory},
-                                         {ERROR_TOO_MANY_OPEN_FILES, std::errc::too_many_files_open},
-                                         {ERROR_ACCESS_DENIED, std::errc::permission_denied},
-                                         {ERROR_SHARING_VIOLATION, std::errc::device_or_resource_busy},
-                                         {ERROR_LOCK_VIOLATION, std::errc::device_or_resource_busy},
-                                         {ERROR_INVALID_HANDLE, std::errc::bad_file_descriptor},
-                                         {ERROR_NOT_ENOUGH_MEMORY, std::errc::not_enough_memory},
-                                         {ERROR_OUTOFMEMORY, std::errc::not_enough_memory},
-                                         {ERROR_WRITE_PROTECT, std::errc::read_only_file_system},
-                                         {ERROR_HANDLE_DISK_FULL, std::errc::no_space_on_device},
-                                         {ERROR_DISK_FULL, std::errc::no_space_on_device},
-                                         {ERROR_FILE_EXISTS, std::errc::file_exists},
-                                         {ERROR_ALREADY_EXISTS, std::errc::file_exists},
-                                         {ERROR_INVALID_NAME, std::errc::invalid_argument},
-                                         {ERROR_BAD_PATHNAME, std::errc::invalid_argument},
-                                         {ERROR_FILENAME_EXCED_RANGE, std::errc::filename_too_long},
-                                         {ERROR_DIR_NOT_EMPTY, std::errc::directory_not_empty},
-                                         {ERROR_DIRECTORY, std::errc::not_a_directory}};
-  const auto* const known = std::ranges::find(kPairs, GetLastError(), &ErrorPair::native);
+  static constexpr NativeError kPairs[] = {{ERROR_FILE_NOT_FOUND, std::errc::no_such_file_or_directory},
+                                           {ERROR_PATH_NOT_FOUND, std::errc::no_such_file_or_directory},
+                                           {ERROR_INVALID_DRIVE, std::errc::no_such_file_or_directory},
+                                           {ERROR_BAD_NETPATH, std::errc::no_such_file_or_directory},
+                                           {ERROR_TOO_MANY_OPEN_FILES, std::errc::too_many_files_open},
+                                           {ERROR_ACCESS_DENIED, std::errc::permission_denied},
+                                           {ERROR_SHARING_VIOLATION, std::errc::device_or_resource_busy},
+                                           {ERROR_LOCK_VIOLATION, std::errc::device_or_resource_busy},
+                                           {ERROR_INVALID_HANDLE, std::errc::bad_file_descriptor},
+                                           {ERROR_NOT_ENOUGH_MEMORY, std::errc::not_enough_memory},
+                                           {ERROR_OUTOFMEMORY, std::errc::not_enough_memory},
+                                           {ERROR_WRITE_PROTECT, std::errc::read_only_file_system},
+                                           {ERROR_HANDLE_DISK_FULL, std::errc::no_space_on_device},
+                                           {ERROR_DISK_FULL, std::errc::no_space_on_device},
+                                           {ERROR_FILE_EXISTS, std::errc::file_exists},
+                                           {ERROR_ALREADY_EXISTS, std::errc::file_exists},
+                                           {ERROR_INVALID_NAME, std::errc::invalid_argument},
+                                           {ERROR_BAD_PATHNAME, std::errc::invalid_argument},
+                                           {ERROR_FILENAME_EXCED_RANGE, std::errc::filename_too_long},
+                                           {ERROR_DIR_NOT_EMPTY, std::errc::directory_not_empty},
+                                           {ERROR_DIRECTORY, std::errc::not_a_directory}};
+  const auto* const known = std::ranges::find(kPairs, GetLastError(), &NativeError::native);
   return std::make_error_code(known == std::end(kPairs) ? std::errc::io_error : known->generic);
 }
 
-HANDLE Handle(NativeFile file) noexcept { return reinterpret_cast<HANDLE>(file); }  // NOLINT: a handle is a number
+HANDLE HandleOf(NativeFile file) noexcept { return reinterpret_cast<HANDLE>(file); }  // NOLINT: a handle is a number
 
 // The length of one read or write.
 DWORD Length(std::size_t byteCount) noexcept {
@@ -56,9 +56,9 @@ bool IsDirectory(const std::filesystem::path& path) noexcept {
 }
 
 bool IsNameTooLong(const std::filesystem::path& path) noexcept {
-  constexpr std::size_t kLongestName = 255;
+  constexpr std::size_t kMostCharacters = 255;
   const std::wstring& text = path.native();
-  return text.size() - (text.find_last_of(L"/\\") + 1) > kLongestName;
+  return text.size() - (text.find_last_of(L"/\\") + 1) > kMostCharacters;
 }
 
 std::error_code Outcome(BOOL succeeded) noexcept { return succeeded == 0 ? LastError() : std::error_code(); }
@@ -103,11 +103,11 @@ std::error_code RemoveNativeDirectory(const std::filesystem::path& path) noexcep
   return Outcome(RemoveDirectoryW(path.c_str()));
 }
 
-std::error_code CloseNative(NativeFile file) noexcept { return Outcome(CloseHandle(Handle(file))); }
+std::error_code CloseNative(NativeFile file) noexcept { return Outcome(CloseHandle(HandleOf(file))); }
 
 std::error_code ReadNative(NativeFile file, char* to, std::size_t room, std::size_t& byteCount) noexcept {
   DWORD count = 0;
-  const std::error_code failed = Outcome(ReadFile(Handle(file), to, Length(room), &count, nullptr));
+  const std::error_code failed = Outcome(::ReadFile(HandleOf(file), to, Length(room), &count, nullptr));
   byteCount = count;
   return failed;
 }
@@ -115,7 +115,7 @@ std::error_code ReadNative(NativeFile file, char* to, std::size_t room, std::siz
 std::error_code WriteNative(NativeFile file, std::string_view bytes) noexcept {
   while (!bytes.empty()) {
     DWORD count = 0;
-    if (WriteFile(Handle(file), bytes.data(), Length(bytes.size()), &count, nullptr) == 0) return LastError();
+    if (::WriteFile(HandleOf(file), bytes.data(), Length(bytes.size()), &count, nullptr) == 0) return LastError();
     bytes.remove_prefix(count);
   }
   return {};
@@ -131,22 +131,22 @@ std::error_code AppendNative(NativeFile file, std::span<const std::string_view> 
   // Wine writes there in two steps; the lock, of a byte that no file reaches, keeps other writers out meanwhile.
   OVERLAPPED locked{};
   locked.OffsetHigh = 0x7FFFFFFF;
-  const bool isLocked = LockFileEx(Handle(file), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &locked) != 0;
+  const bool isLocked = LockFileEx(HandleOf(file), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &locked) != 0;
   DWORD count = 0;
-  const std::error_code failed = Outcome(WriteFile(Handle(file), text.data(), Length(text.size()), &count, &atEnd));
-  if (isLocked) UnlockFileEx(Handle(file), 0, 1, 0, &locked);
+  const std::error_code failed = Outcome(::WriteFile(HandleOf(file), text.data(), Length(text.size()), &count, &atEnd));
+  if (isLocked) UnlockFileEx(HandleOf(file), 0, 1, 0, &locked);
   byteCount = count;
   return failed;
 }
 
 std::int64_t PositionOf(NativeFile file) noexcept {
   LARGE_INTEGER position{};
-  return SetFilePointerEx(Handle(file), {}, &position, FILE_CURRENT) == 0 ? -1 : position.QuadPart;
+  return SetFilePointerEx(HandleOf(file), {}, &position, FILE_CURRENT) == 0 ? -1 : position.QuadPart;
 }
 
 std::int64_t SizeOf(NativeFile file) noexcept {
   BY_HANDLE_FILE_INFORMATION information{};
-  if (GetFileType(Handle(file)) != FILE_TYPE_DISK || GetFileInformationByHandle(Handle(file), &information) == 0 ||
+  if (GetFileType(HandleOf(file)) != FILE_TYPE_DISK || GetFileInformationByHandle(HandleOf(file), &information) == 0 ||
       (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
     return -1;
   }
@@ -156,7 +156,7 @@ std::int64_t SizeOf(NativeFile file) noexcept {
 void Truncate(NativeFile file, std::int64_t byteCount) noexcept {
   LARGE_INTEGER position{};
   position.QuadPart = byteCount;
-  if (SetFilePointerEx(Handle(file), position, nullptr, FILE_BEGIN) != 0) SetEndOfFile(Handle(file));
+  if (SetFilePointerEx(HandleOf(file), position, nullptr, FILE_BEGIN) != 0) SetEndOfFile(HandleOf(file));
 }
 
 }  // namespace oxaqrycln
