@@ -45,7 +45,7 @@ constexpr std::uint32_t GenerationOf(std::uint64_t tag) noexcept { return static
 const void* HandleOf(const Slot& slot, std::uint32_t generation) noexcept {
   const std::uintptr_t number =
       (std::uintptr_t{generation} << (kIndexBits + 1)) | (std::uintptr_t{slot.index} << 1U) | 1U;
-  return reinterpret_cast<const void*>(number);
+  return reinterpret_cast<const void*>(number);  // NOLINT: never followed
 }
 
 std::int32_t NotLive(const void* handle) noexcept {

@@ -46,9 +46,9 @@
 #define OXAQRY_API OXAQRY_LINKAGE
 #endif
 
-typedef struct oxaqry_query oxaqry_query;
-typedef struct oxaqry_value oxaqry_value;
-typedef struct oxaqry_rows oxaqry_rows;
+typedef struct oxaqry_query oxaqry_query;  // NOLINT: this is C
+typedef struct oxaqry_value oxaqry_value;  // NOLINT: this is C
+typedef struct oxaqry_rows oxaqry_rows;    // NOLINT: this is C
 
 enum oxaqry_code {
   OXAQRY_OK = 0,
