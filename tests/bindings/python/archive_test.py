@@ -1,15 +1,18 @@
 """The upper level against the development archive server."""
+import copy
 import io
+import pickle
 import tempfile
 import threading
 import unittest
 from datetime import datetime
 from pathlib import Path
+from unittest import mock
 
 from support import CannedServer, SilentServer, ThreadedTest, unused_server
 
 from oxaqrycln import (AllServersBusy, Archive, BadArgument, Cancelled, ColumnKind, ConnectionFailed, Content, DatabaseFailed, DocumentName,
-                       Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut)
+                       Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut, WrongThread)
 from oxaqrycln._files import content_text, title_text
 from oxaqrycln.documents import note_of, without_marks
 from oxaqrycln.text import date_of, fields, with_network_line_ends
@@ -56,6 +59,49 @@ class ArchiveTest(ThreadedTest):
         for wrong in (lambda: hits.sort(4), lambda: hits.column("none"), lambda: hits.remove(9), lambda: hits.kind_of(-1)):
             self.assertRaises(BadArgument, wrong)
         self.assertRaises(IndexError, lambda: hits[9])
+
+    def test_rows_are_read_before_they_would_be_lost_and_only_if_the_list_is_still_there(self):
+        query = self.archive.query
+        want = list(self.archive.search("copper", max=5))
+        for name, use in [("remove", lambda hits: hits.remove(4)), ("copy", copy.copy), ("pickle", pickle.dumps),
+                          ("a call of the raw query", lambda _: query.TELOGetChannelsInit()),
+                          ("another search", lambda _: self.archive.search("paper").total), ("close", lambda _: self.archive.close())]:
+            with self.subTest(name):
+                hits = self.archive.search("copper", max=5)
+                use(hits)
+                self.assertEqual([hits.total, *hits][:5], [21, *want[:4]])
+        with Archive(**self.server.settings) as archive:
+            with mock.patch.object(archive.query, "fetch_rows") as fetch:
+                for _ in range(2):
+                    self.assertEqual(len(archive.search("copper", max=5)), 5)
+            fetch.assert_not_called()
+
+    def test_an_error_in_the_rows_is_that_of_the_list_and_an_interrupt_leaves_them_to_be_read(self):
+        with mock.patch.object(self.archive.query, "fetch_rows", side_effect=Error("no rows")):
+            hits = self.archive.search("copper")
+            self.archive.live()
+        for _ in range(2):
+            self.assertRaisesRegex(Error, "no rows", lambda: hits[0])
+        hits = self.archive.search("copper")
+        with mock.patch.object(self.archive.query, "fetch_rows", side_effect=KeyboardInterrupt):
+            self.assertRaises(KeyboardInterrupt, self.archive.live)
+        self.archive.live()
+        self.assertEqual(len(list(hits)), 21)
+
+    def test_a_list_belongs_to_any_thread_once_it_is_read(self):
+        def failure(call):
+            try:
+                call()
+            except Error as error:
+                return error
+        hits = self.archive.search("copper")
+        error = self.in_own_thread(lambda: failure(lambda: hits[0]))
+        self.assertTrue(isinstance(error, WrongThread) and "read()" in error.text, error)
+        self.assertEqual(len(hits.read()), 21)
+        self.assertEqual(self.in_own_thread(lambda: hits[0].value("title")), hits[0].value("title"))
+        hits = self.archive.search("copper")
+        self.in_own_thread(self.archive.close)  # which cannot read them
+        self.assertRaisesRegex(Error, "closed", lambda: hits[0])
 
     def test_rights_restrict_a_search_and_fail_closed(self):
         self.assertEqual({hit.channel for hit in self.archive.search("copper", rights="$(#Mail);")}, {"Mail"})
@@ -191,7 +237,7 @@ class RowsTest(ThreadedTest):
     def test_a_malformed_row_is_an_error(self):
         for row in ("^$(#Mail^,^1^,^2^,^a^", "^)\\^,^1^,^2^,^a^", "^1^,^2^"):
             with self.subTest(row):
-                hits = self.in_own_thread(lambda row=row: self.search([ROWS[0], row])[1])
+                hits = self.in_own_thread(lambda row=row: self.search([ROWS[0], row])[1].read())
                 self.assertEqual(hits[0].channel, "Büro")
                 self.assertRaisesRegex(Error, "malformed", list, hits)
 

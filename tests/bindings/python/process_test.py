@@ -55,7 +55,8 @@ class ThreadsTest(ThreadedTest):
 
 # argv: hosts
 FORK = """
-import os, sys, traceback
+import os, sys, traceback, warnings
+warnings.simplefilter("ignore", DeprecationWarning)  # of a fork beside the thread that reads signals
 from oxaqrycln import Archive, ArchivePool, WrongThread, raw
 settings = {"hosts": sys.argv[1], "user": "webuser", "password": "secret"}
 
@@ -138,6 +139,69 @@ exec(sys.argv[3])
 """
 
 
+# The signal comes when the request has just ended, before the thread that reads it can run.
+LATE_INTERRUPT = """
+import os, signal, time
+from oxaqrycln import _interrupt
+
+class Query:
+    interrupts, is_cancelled = 0, False
+
+    def _interrupt(self):
+        self.interrupts, self.is_cancelled = self.interrupts + 1, True
+
+    def _end_interrupt(self):
+        self.is_cancelled = False
+
+query, following = Query(), Query()
+_interrupt.run(query, int, ())
+try:
+    _interrupt.run(query, os.kill, (os.getpid(), signal.SIGINT))
+except KeyboardInterrupt:
+    pass
+_interrupt.run(following, time.sleep, (0.2,))
+print(query.is_cancelled, following.interrupts)
+"""
+
+# argv: hosts. A host that runs Python on a thread of its own.
+OTHER_MAIN_THREAD = """
+import _thread, sys
+sys.modules.pop("threading", None)  # which some installations import before
+
+def search():
+    from oxaqrycln import Archive
+    with Archive(hosts=sys.argv[1], user="webuser", password="secret") as archive:
+        print(archive.search("copper").total)
+    ended.release()
+
+ended = _thread.allocate_lock()
+ended.acquire()
+_thread.start_new_thread(search, ())
+ended.acquire(True, 20)
+"""
+
+# argv: hosts. A thread forks while the main thread waits.
+FORK_IN_A_REQUEST = """
+import os, signal, sys, threading, warnings
+warnings.simplefilter("ignore", DeprecationWarning)
+from oxaqrycln import Archive, Cancelled
+archive = Archive(hosts=sys.argv[1], timeout=60)
+
+def fork():
+    process = os.fork()
+    if process == 0:
+        os._exit(signal.set_wakeup_fd(-1) + 2)
+    print(os.waitpid(process, 0)[1] >> 8)
+    archive.cancel()
+
+threading.Timer(0.3, fork).start()
+try:
+    archive.channels()
+except Cancelled:
+    print("cancelled")
+"""
+
+
 class ProcessesTest(ThreadedTest):
     def check(self, run, output):
         self.assertEqual((run.stdout, run.stderr, run.returncode), (output, "", 0))
@@ -160,6 +224,16 @@ class ProcessesTest(ThreadedTest):
                                "signal.set_wakeup_fd(a.fileno())",
                                "assert b.recv(9) == bytes([signal.SIGINT] * 2) and signal.set_wakeup_fd(-1) == a.fileno()"),
                    "KeyboardInterrupt\n" * 2)
+
+    def test_a_late_interrupt_does_not_cancel_the_next_request(self):
+        self.check(run_program(LATE_INTERRUPT), "False 0\n")
+
+    def test_a_thread_that_python_takes_no_signals_on_makes_requests(self):
+        self.check(run_program(OTHER_MAIN_THREAD, self.server.hosts), "21\n")
+
+    def test_a_child_has_no_descriptor_of_the_parents_for_its_signals(self):
+        silent = self.started(SilentServer)
+        self.check(run_program(FORK_IN_A_REQUEST, silent.hosts), "1\ncancelled\n")
 
     def test_a_terminal_interrupt_ends_the_program(self):
         silent = self.started(SilentServer)

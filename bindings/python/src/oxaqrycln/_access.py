@@ -169,7 +169,7 @@ class Access:
     def rows(self, method: str, columns: Sequence[str], count: int, what: str) -> raw.Rows:
         """The records of an answer in one crossing. Raises Error when one cannot be read."""
         rows = self.query.fetch_rows(method, columns, max=count, every_row=True)
-        if self.query.error_number():
+        if rows.row_count < count:
             number, text = self.query.handled_error()
             raise Error(f"{what} {rows.row_count + 1} of the answer is malformed: {number} - {text}")
         return rows

@@ -11,7 +11,8 @@ from ctypes import byref, c_double, c_int32, c_int64, c_size_t, c_uint32, c_void
 from datetime import datetime, timedelta
 from functools import lru_cache
 from threading import get_ident
-from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence, Tuple, Type
+from typing import Any, Callable, Dict, List, NamedTuple, Optional, Protocol, Sequence, Tuple, Type
+from weakref import ReferenceType
 
 from . import _interrupt
 from . import _library as lib
@@ -103,6 +104,12 @@ def _plan(method: Method, columns: Tuple[str, ...]) -> Tuple[int, Any]:
     return method.number, (c_int32 * len(columns))(*(names.index(column) for column in columns))
 
 
+class UnreadList(Protocol):
+    """A list whose records are still in the query. Keeps what goes wrong while it takes them."""
+
+    def take_records(self) -> None: ...
+
+
 class QueryCore(QueryWatch):
     """Belongs to the thread that made it. May be dropped on any thread."""
 
@@ -116,12 +123,19 @@ class QueryCore(QueryWatch):
         self._result = self._value(0)
         self._text, self._texts, self._rows = Text(), _Texts(), _RowsRead()
         self._held = _NOTHING_HELD.copy()  # what the values hold as inputs of call_for_texts()
+        self._unread: Optional[ReferenceType[UnreadList]] = None
         self._thread, self._is_running = get_ident(), False
+
+    @property
+    def is_closed(self) -> bool:
+        return not self._query
 
     def close(self) -> None:
         """Closes what the query has open and gives its query server back. Leaves a query of the parent process alone."""
         if self._is_running:
             raise Error("a call of the query is running")
+        if self._unread and self._thread == get_ident():
+            self.read_unread()
         query, self._query = self._query, c_void_p()
         library.query_free(query)
         for value in self._values:
@@ -256,9 +270,11 @@ class QueryCore(QueryWatch):
     def _enter(self) -> None:
         """Begins a call, which uses what the query has for calls. To be followed by "try"."""
         if self._thread != get_ident():
-            raise WrongThread("the query belongs to another thread")
+            raise WrongThread("the query or archive belongs to another thread; an ArchivePool has an archive for each thread")
         if self._is_running:  # a signal handler has come here
             raise Error("another call of the query is running")
+        if self._unread:
+            self.read_unread()
         self._is_running = True
 
     def _run(self, method: Method, count: int) -> None:
@@ -266,6 +282,26 @@ class QueryCore(QueryWatch):
         code = _interrupt.run(self, library.call, arguments) if method.waits else library.call(*arguments)
         if code:
             raise library.error(code)
+
+    def read_later(self, records: UnreadList) -> None:
+        """Has a list take its records before the next call of any kind, which may replace them, unless it is dropped
+        before."""
+        self._unread = ReferenceType(records)
+
+    def read_unread(self) -> None:
+        """Has it take them now."""
+        if self._thread != get_ident():
+            raise WrongThread("the hits are still to be read, on the thread of their archive: call read() of the hit list "
+                              "there before another thread uses it")
+        unread = self._unread
+        records = unread() if unread else None
+        try:
+            self._unread = None
+            if records is not None:
+                records.take_records()
+        except BaseException:  # of a signal handler, which has interrupted it
+            self._unread = unread
+            raise
 
     def fetch_rows(self, method: str, columns: Sequence[str] = (), *, max: int, every_row: bool = False) -> Rows:
         """Calls a method that reads the next record until the list ends, or max rows are read, in one crossing. A row is

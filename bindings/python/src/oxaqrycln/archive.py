@@ -14,7 +14,7 @@ from .documents import (MARK_OFF, MARK_ON, SEGMENT_COLUMNS, ArchiveEntry, Channe
                         MaskField, Named, Note, Outliner, OutlinerNode, ArchiveProperties, ServerHealth, TransportOrder,
                         key_of, note_of, segment_of)
 from .errors import BadArgument, Error, Refused, RequestReport
-from .hits import HEAD_LINES, HitList
+from .hits import HitList
 from .text import date_of, fields, is_true, number_of, request_text, setting_text, with_network_line_ends
 from .users import Users
 
@@ -122,11 +122,7 @@ class Archive(Files):
             request_text(rights or "", "the folder rights"), request_text(layout_field, "the layout field"),
             request_text(layout, "the layout"))
         count = self._access.count(int(rows), status)
-        # From the first line on, for the one with the flags of the columns. The rows are read as lines, because a hit list
-        # splits those that are asked for only.
-        self.query.TELOGetAllArchivesExtFirst()
-        lines = self._access.rows("TELOGetAllArchivesNext", [], count + HEAD_LINES, "line")
-        hits = HitList(lines, number_of(total), is_image == "True", (keys, values))
+        hits = HitList(self._access, count, number_of(total), is_image == "True", (keys, values))
         if sort and hits.columns:
             hits.sort(hits.column(sort), descending)
         return hits
