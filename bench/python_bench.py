@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Measures the Python package against the class and against json.loads, in interleaved rounds; bench/compare calls it.
 
 usage: bench/python_bench.py [--rounds N] PROGRAM LIBRARY
@@ -6,7 +6,7 @@ usage: bench/python_bench.py [--rounds N] PROGRAM LIBRARY
 PROGRAM is the benchmark program, LIBRARY the shared library of the same build. Prints a JSON object of ratios:
 
 raw_requests      requests a second of raw.Query with answers of 100 rows, none of them taken, to those of the class
-archive_requests  the same by Archive.search(), which fetches the rows
+archive_requests  the same by Archive.search(), whose lists are dropped unread
 hit_list          the processor time in which the texts of 1,000 rows are fetched and taken from a hit list, to that in which
                   json.loads makes the same rows (an object for each, with channel, archive, id, version and the list of
                   values) and they are taken from it; both after a request for the rows, whose own time is subtracted

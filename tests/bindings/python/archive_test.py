@@ -15,7 +15,7 @@ from oxaqrycln import (AllServersBusy, Archive, BadArgument, Cancelled, ColumnKi
                        Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut, WrongThread)
 from oxaqrycln._files import content_text, title_text
 from oxaqrycln.documents import note_of, without_marks
-from oxaqrycln.text import date_of, fields, with_network_line_ends
+from oxaqrycln.text import date_of, fields, number_of, with_network_line_ends
 
 LETTER = DocumentName("Mail", "Inbox", "1262")
 
@@ -163,7 +163,8 @@ class ArchiveTest(ThreadedTest):
         stream = io.BytesIO()
         self.assertFalse(archive.transfer("stream.bin", 2 * len(content), stream).exists())
         self.assertEqual(stream.getvalue(), content * 2)
-        self.assertRaises(BadArgument, archive.upload, io.BytesIO(b""), "a/b")
+        for name in ("a/b", "..", "a\0", ""):
+            self.assertRaises(BadArgument, archive.upload, io.BytesIO(b""), name)
         for options in ({}, {"sort": "Date", "descending": True}):
             self.assertEqual(archive.print_hits("copper", "Titel", **options).read_bytes()[:5], b"%PDF-")
         self.assertIsNone(archive.print_hits("copper", "Titel", rights=""))
@@ -194,11 +195,13 @@ class ArchiveTest(ThreadedTest):
                              (lambda: self.archive.search(5), "must be a text"),
                              (lambda: self.archive.add_note(LETTER, "x" * 8001), "8000"),
                              (lambda: Archive(hosts="127.0.0.1,9"), "another thread"),
-                             (lambda: Archive(timeout=0), "time-out"), (lambda: self.archive.users, "no web user")]:
+                             (lambda: Archive(timeout=0), "time-out"), (lambda: Archive(hosts=["a,1"]), "not list"), (lambda: self.archive.users, "no web user")]:
             with self.subTest(reason), self.assertRaisesRegex(BadArgument, reason):
                 call()
         self.assertEqual(self.archive.last_request, before)
-        Archive(**self.server.settings, session="second").close()  # the same servers
+        same = {**self.server.settings, "hosts": self.server.hosts.replace(",", ",0")}
+        with Archive(**same, session="second") as archive:
+            self.assertNotIn("secret", repr(vars(archive)))
 
     def test_servers_are_shown_and_asked(self):
         self.assertIn("alive", self.archive.live())
@@ -262,6 +265,16 @@ class FailuresTest(ThreadedTest):
         self.assertRegex(error.attempts[0].error, "^10061 - ")
         self.assertFalse(error.was_sent)
 
+    def test_a_host_is_told_of_each_request(self):
+        seen = []
+        with Archive(**self.server.settings) as archive:
+            archive.on_request(seen.append)
+            archive.search("copper")
+            self.assertRaises(Refused, archive.document, LETTER._replace(id="999999"))
+            archive.on_request(None)
+            archive.live()
+        self.assertEqual([report.was_sent for report in seen], [True, True])
+
     def test_no_free_server(self):
         self.assertEqual(self.failure(AllServersBusy, hosts="").attempts, ())
 
@@ -302,7 +315,7 @@ class TextTest(unittest.TestCase):
                 (["*" * marked + text for text, marked in MarkedText("ä€ price", (Mark(1, 1), Mark(3, 5))).pieces()],
                  ["ä", "*€", " ", "*price"]),
                 (content_text(FieldContent(1, 2, "@a\r\n@b\n@c@")), " @a\r\n @b\n @c@"),
-                (len(HitList()), 0)]:
+                (len(HitList()), 0), (number_of("9" * 5000), 0), (number_of(" 1,6 "), 1)]:
             self.assertEqual(have, want)
         for title in ("Rohre,1:11", "Rohre,x, 1 : 11", "a,1:2,b"):
             self.assertRaises(BadArgument, title_text, title)

@@ -25,6 +25,8 @@ class ThreadsTest(ThreadedTest):
                 for _ in range(20):
                     assert pool.archive() is own
                     assert own.search("copper").total == 21
+                own.close()
+                assert pool.archive().search("copper").total == 21
             except Exception as error:
                 failures.append(error)
         threads = [threading.Thread(target=work) for _ in range(8)]
@@ -83,19 +85,21 @@ for _ in range(20):  # the library is loaded, and no query was made yet
 pool.archive().channels()
 
 def use_parents():
-    try:
-        parent.channels()
-    except WrongThread:
-        pass
-    else:
-        raise AssertionError("the parent's archive answers")
+    for call in (parent.channels, hits.read):
+        try:
+            call()
+        except WrongThread:
+            pass
+        else:
+            raise AssertionError("the parent's archive answers")
     parent.close()
     assert pool.archive().search("copper").total == 21
 
 parent = pool.archive()
+hits = parent.search("copper")
 for _ in range(20):
     assert child(use_parents) == 0
-assert parent.search("copper").total == 21
+assert parent.search("copper").total == len(list(hits)) == 21
 print("done")
 """
 

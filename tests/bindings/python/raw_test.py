@@ -40,6 +40,8 @@ class MembersTest(unittest.TestCase):
             query.RemoteHosts
         with self.assertRaisesRegex(TypeError, "no output strNone"):
             query.fetch_rows("TELOGetChannelsNext", ["strNone"], max=1)
+        for most in (-1, 1 << 31):
+            self.assertRaises(BadArgument, query.fetch_rows, "TELOGetChannelsNext", max=most)
 
 
 class ValuesTest(unittest.TestCase):

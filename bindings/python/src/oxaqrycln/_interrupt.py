@@ -19,7 +19,8 @@ class Query(Protocol):
 class _Watcher:
     """Reads the numbers of the signals that arrive while the main thread waits. One per process. Raises ValueError where
     Python takes no signals: in another interpreter than the main one, and on a thread that only seems the main one
-    because it was the first to import threading."""
+    because it was the first to import threading. Raises RuntimeError when no thread can be started any more, at the end of
+    the interpreter."""
 
     def __init__(self) -> None:
         self.former = signal.set_wakeup_fd(-1)  # the descriptor to which the host has signals written
@@ -34,7 +35,11 @@ class _Watcher:
         self.thread = get_ident()  # the main one
         self.query: Optional[Query] = None  # whose request is running
         self.is_cancelled = False
-        threading.Thread(target=self._read, name="oxaqrycln-signals", daemon=True).start()
+        try:
+            threading.Thread(target=self._read, name="oxaqrycln-signals", daemon=True).start()
+        except RuntimeError:
+            self.close()
+            raise
 
     def _read(self) -> None:
         while True:
@@ -100,7 +105,7 @@ def _start() -> Optional[_Watcher]:
     if _is_possible and threading.current_thread() is threading.main_thread():
         try:
             _watcher = _Watcher()
-        except (ValueError, RuntimeError):  # RuntimeError: the interpreter ends and starts no thread
+        except (ValueError, RuntimeError):
             _is_possible = False
     return _watcher
 

@@ -19,10 +19,11 @@ from . import _library as lib
 from ._library import library
 from ._values import EPOCH, LEFT_OUT, NULL, SETTERS, Byte, Integer, Text, new_handle
 from ._watch import QueryWatch
-from .errors import Error, WrongThread
+from .errors import BadArgument, Error, WrongThread
 
 _MOST_ARGUMENTS = 24
 _MOST_TEXTS = _MOST_ARGUMENTS + 1
+_MOST_ROWS = 0x7FFFFFFF
 _POINTER = ctypes.sizeof(c_void_p)
 _NOTHING_HELD: List[Any] = [LEFT_OUT] * _MOST_TEXTS
 
@@ -90,7 +91,6 @@ class _RowsRead:
     def __init__(self) -> None:
         self.handle, self.count, self.width = c_void_p(), c_int32(), c_int32()
         self.block, self.offsets = c_void_p(), ctypes.POINTER(c_uint32)()
-        self.handle_reference = byref(self.handle)
         self.references = byref(self.count), byref(self.width), byref(self.block), byref(self.offsets)
 
 
@@ -121,7 +121,7 @@ class QueryCore(QueryWatch):
         self._array = (c_void_p * _MOST_ARGUMENTS)()
         self._arguments = c_void_p(ctypes.addressof(self._array))
         self._result = self._value(0)
-        self._text, self._texts, self._rows = Text(), _Texts(), _RowsRead()
+        self._text, self._texts = Text(), _Texts()
         self._held = _NOTHING_HELD.copy()  # what the values hold as inputs of call_for_texts()
         self._unread: Optional[ReferenceType[UnreadList]] = None
         self._thread, self._is_running = get_ident(), False
@@ -204,6 +204,7 @@ class QueryCore(QueryWatch):
     def _get(self, number: int) -> Any:
         self._enter()
         try:
+            self._is_running = True
             library.check(library.get_variable(self._query, number, self._result))
             return self._read(self._result)
         finally:
@@ -212,6 +213,7 @@ class QueryCore(QueryWatch):
     def _set(self, number: int, value: Any) -> None:
         self._enter()
         try:
+            self._is_running = True
             self._assign(self._result, value)
             library.check(library.set_variable(self._query, number, self._result))
         finally:
@@ -221,6 +223,7 @@ class QueryCore(QueryWatch):
         arguments = method.arguments(given, named)
         self._enter()
         try:
+            self._is_running = True
             self._value(len(arguments))
             self._array[:len(arguments)] = self._handles[1:len(arguments) + 1]  # type: ignore[assignment]
             self._held[:len(arguments)] = _NOTHING_HELD[:len(arguments)]
@@ -247,6 +250,7 @@ class QueryCore(QueryWatch):
         count = len(method.parameters)
         self._enter()
         try:
+            self._is_running = True
             self._value(count)
             self._array[:count] = self._handles[1:count + 1]  # type: ignore[assignment]
             first = len(inputs) - 1
@@ -268,14 +272,14 @@ class QueryCore(QueryWatch):
             self._is_running = False
 
     def _enter(self) -> None:
-        """Begins a call, which uses what the query has for calls. To be followed by "try"."""
+        """Before a call, which uses what the query has for calls. Marks nothing itself, so that a signal handler that
+        raises cannot leave the mark."""
         if self._thread != get_ident():
             raise WrongThread("the query or archive belongs to another thread; an ArchivePool has an archive for each thread")
         if self._is_running:  # a signal handler has come here
             raise Error("another call of the query is running")
         if self._unread:
             self.read_unread()
-        self._is_running = True
 
     def _run(self, method: Method, count: int) -> None:
         arguments = self._query, method.number, self._arguments, count, self._result
@@ -307,22 +311,24 @@ class QueryCore(QueryWatch):
         """Calls a method that reads the next record until the list ends, or max rows are read, in one crossing. A row is
         its result and the outputs that columns names. every_row: only max ends the list, for methods that also return
         "" for an empty text. handled_error() tells whether a record could not be read."""
+        if not 0 <= max <= _MOST_ROWS:
+            raise BadArgument(f"the most rows are 0 to {_MOST_ROWS}")
         number, positions = _plan(getattr(type(self), method).method, tuple(columns))
-        rows = self._rows
+        rows = _RowsRead()
         self._enter()
         try:
+            self._is_running = True
             library.check(library.fetch_rows(self._query, number, max, positions, len(positions),
                                              lib.EVERY_ROW if every_row else lib.UNTIL_END, lib.WINDOWS_1252,
-                                             rows.handle_reference))
+                                             byref(rows.handle)))
             library.check(library.rows_read(rows.handle, *rows.references))
             count = rows.count.value * rows.width.value
             offsets = string_at(rows.offsets, 4 * (count + 1))
             length = int.from_bytes(offsets[-4:], sys.byteorder)
             return Rows(rows.count.value, rows.width.value, string_at(rows.block.value or 0, length), offsets)
         finally:
-            library.rows_free(rows.handle)
-            rows.handle.value = None
             self._is_running = False
+            library.rows_free(rows.handle)
 
 
 _READERS: Dict[int, Callable[[QueryCore, c_void_p], Any]] = {

@@ -99,8 +99,9 @@ class QueryWatch:
         library.cancel(self._query)
 
     def _end_interrupt(self) -> None:
-        if not self._is_cancelled:
-            library.resume(self._query)
+        library.resume(self._query)
+        if self._is_cancelled:  # also by another thread at this moment
+            library.cancel(self._query)
 
     def servers(self) -> List[Server]:
         """The query servers of the thread; none before RemoteHosts was assigned."""
