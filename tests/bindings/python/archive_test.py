@@ -5,6 +5,7 @@ import pickle
 import tempfile
 import threading
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 from datetime import datetime
 from pathlib import Path
 from unittest import mock
@@ -89,14 +90,9 @@ class ArchiveTest(ThreadedTest):
         self.assertEqual(len(list(hits)), 21)
 
     def test_a_list_belongs_to_any_thread_once_it_is_read(self):
-        def failure(call):
-            try:
-                call()
-            except Error as error:
-                return error
         hits = self.archive.search("copper")
-        error = self.in_own_thread(lambda: failure(lambda: hits[0]))
-        self.assertTrue(isinstance(error, WrongThread) and "read()" in error.text, error)
+        with self.assertRaisesRegex(WrongThread, r"read\(\)"), ThreadPoolExecutor() as pool:
+            pool.submit(lambda: hits[0]).result()
         self.assertEqual(len(hits.read()), 21)
         self.assertEqual(self.in_own_thread(lambda: hits[0].value("title")), hits[0].value("title"))
         hits = self.archive.search("copper")

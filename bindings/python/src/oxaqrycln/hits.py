@@ -111,7 +111,7 @@ class HitList(Sequence[Hit]):
                 self._at, self._text = lines.positions(), decode(lines.text)
                 self._columns = tuple(fields(self._line(_HEAD_LINES))[_FIELDS_IN_FRONT:])
             except Exception as error:  # of whoever asks for the rows
-                self._failure = error
+                self._failure = error.with_traceback(None)
             self._access = None
 
     def __getstate__(self) -> Dict[str, Any]:
