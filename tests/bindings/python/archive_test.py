@@ -13,7 +13,7 @@ from unittest import mock
 from support import CannedServer, SilentServer, ThreadedTest, unused_server
 
 from oxaqrycln import (AllServersBusy, Archive, BadArgument, Cancelled, ColumnKind, ConnectionFailed, Content, DatabaseFailed, DocumentName,
-                       Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut, WrongThread)
+                       Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut, WrongThread, raw)
 from oxaqrycln._files import content_text, title_text
 from oxaqrycln.documents import note_of, without_marks
 from oxaqrycln.text import date_of, fields, number_of, with_network_line_ends
@@ -72,19 +72,19 @@ class ArchiveTest(ThreadedTest):
                 use(hits)
                 self.assertEqual([hits.total, *hits][:5], [21, *want[:4]])
         with Archive(**self.server.settings) as archive:
-            with mock.patch.object(archive.query, "fetch_rows") as fetch:
+            with mock.patch.object(raw.Query, "fetch_rows") as fetch:
                 for _ in range(2):
                     self.assertEqual(len(archive.search("copper", max=5)), 5)
             fetch.assert_not_called()
 
     def test_an_error_in_the_rows_is_that_of_the_list_and_an_interrupt_leaves_them_to_be_read(self):
-        with mock.patch.object(self.archive.query, "fetch_rows", side_effect=Error("no rows")):
+        with mock.patch.object(raw.Query, "fetch_rows", side_effect=Error("no rows")):
             hits = self.archive.search("copper")
             self.archive.live()
         for _ in range(2):
             self.assertRaisesRegex(Error, "no rows", lambda: hits[0])
         hits = self.archive.search("copper")
-        with mock.patch.object(self.archive.query, "fetch_rows", side_effect=KeyboardInterrupt):
+        with mock.patch.object(raw.Query, "fetch_rows", side_effect=KeyboardInterrupt):
             self.assertRaises(KeyboardInterrupt, self.archive.live)
         self.archive.live()
         self.assertEqual(len(list(hits)), 21)

@@ -113,6 +113,10 @@ class UnreadList(Protocol):
 class QueryCore(QueryWatch):
     """Belongs to the thread that made it. May be dropped on any thread."""
 
+    # So that the assignment to a variable whose name is misspelt is an error.
+    __slots__ = ("_values", "_handles", "_array", "_arguments", "_result", "_text", "_texts", "_held", "_unread", "_thread",
+                 "_is_running", "__weakref__")
+
     def __init__(self) -> None:
         super().__init__()
         self._query = new_handle(library.query_new)

@@ -43,6 +43,7 @@ class Progress(NamedTuple):
 
 
 class QueryWatch:
+    __slots__ = "_query", "_is_cancelled", "_number", "_number_reference"
     _query: c_void_p
 
     def __init__(self) -> None:
