@@ -270,8 +270,8 @@ class QueryCore(QueryWatch):
             texts = self._texts
             library.check(library.value_get_texts(byref(self._array, first * _POINTER), count - first, lib.UTF8,
                                                   texts.pointers, texts.lengths))
-            return [string_at(texts.pointers[i] or 0, texts.lengths[i]).decode() if texts.lengths[i] else ""
-                    for i in range(count - first)]
+            return [string_at(texts.pointers[i] or 0, length).decode() if length else ""
+                    for i, length in enumerate(texts.lengths[:count - first])]
         finally:
             self._is_running = False
 
