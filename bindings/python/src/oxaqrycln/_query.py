@@ -132,6 +132,7 @@ class QueryCore(QueryWatch):
 
     @property
     def is_closed(self) -> bool:
+        """Whether close() was called."""
         return not self._query
 
     def close(self) -> None:

@@ -57,6 +57,7 @@ class Archive(Files):
 
     @property
     def is_closed(self) -> bool:
+        """Whether close() was called. From any thread."""
         return self._access.query.is_closed
 
     @property
@@ -308,8 +309,8 @@ class Archive(Files):
         return self._access.report()
 
     def on_request(self, call: Optional[Callable[[RequestReport], None]]) -> None:
-        """Has a function called after each request but those of health(), whatever became of it; none for None. What it
-        raises, the method raises that has made the request."""
+        """Has a function called after each request but those of health(), whatever became of it; None ends that. It must
+        not use the archive. What it raises, the method raises that has made the request."""
         self._access.on_request = call
 
     def progress(self) -> raw.Progress:
