@@ -1,12 +1,12 @@
-#!/usr/bin/env python3
-"""Measures the Python package against the class and against json.loads, in interleaved rounds; bench/compare calls it.
+#!/usr/bin/python3
+"""Measures the Python package against the class and against json.loads, in rounds of random order; bench/compare calls it.
 
 usage: bench/python_bench.py [--rounds N] PROGRAM LIBRARY
 
 PROGRAM is the benchmark program, LIBRARY the shared library of the same build. Prints a JSON object of ratios:
 
 raw_requests      requests a second of raw.Query with answers of 100 rows, none of them taken, to those of the class
-archive_requests  the same by Archive.search(), which fetches the rows
+archive_requests  the same by Archive.search(), whose lists are dropped unread
 hit_list          the processor time in which the texts of 1,000 rows are fetched and taken from a hit list, to that in which
                   json.loads makes the same rows (an object for each, with channel, archive, id, version and the list of
                   values) and they are taken from it; both after a request for the rows, whose own time is subtracted
@@ -14,6 +14,7 @@ hit_list          the processor time in which the texts of 1,000 rows are fetche
 import argparse
 import json
 import os
+import random
 import statistics
 import subprocess
 import sys
@@ -81,7 +82,7 @@ def measure(program, rounds, port):
             "json_1000": lambda: processor_seconds(lambda: (raw_search(1000), take_json(text)))}
     times = {name: [] for name in what}
     for _ in range(rounds):
-        for name, run in what.items():
+        for name, run in random.sample(list(what.items()), len(what)):
             times[name].append(run())
     median = {name: statistics.median(values) for name, values in times.items()}
     return {"raw_requests": median["class"] / median["raw_requests"],

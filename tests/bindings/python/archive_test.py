@@ -1,18 +1,22 @@
 """The upper level against the development archive server."""
+import copy
 import io
+import pickle
 import tempfile
 import threading
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 from datetime import datetime
 from pathlib import Path
+from unittest import mock
 
 from support import CannedServer, SilentServer, ThreadedTest, unused_server
 
 from oxaqrycln import (AllServersBusy, Archive, BadArgument, Cancelled, ColumnKind, ConnectionFailed, Content, DatabaseFailed, DocumentName,
-                       Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut)
+                       Error, FieldContent, HitList, Mark, MarkedText, Refused, TimedOut, WrongThread, raw)
 from oxaqrycln._files import content_text, title_text
 from oxaqrycln.documents import note_of, without_marks
-from oxaqrycln.text import date_of, fields, with_network_line_ends
+from oxaqrycln.text import date_of, fields, number_of, with_network_line_ends
 
 LETTER = DocumentName("Mail", "Inbox", "1262")
 
@@ -56,6 +60,44 @@ class ArchiveTest(ThreadedTest):
         for wrong in (lambda: hits.sort(4), lambda: hits.column("none"), lambda: hits.remove(9), lambda: hits.kind_of(-1)):
             self.assertRaises(BadArgument, wrong)
         self.assertRaises(IndexError, lambda: hits[9])
+
+    def test_rows_are_read_before_they_would_be_lost_and_only_if_the_list_is_still_there(self):
+        query = self.archive.query
+        want = list(self.archive.search("copper", max=5))
+        for name, use in [("remove", lambda hits: hits.remove(4)), ("copy", copy.copy), ("pickle", pickle.dumps),
+                          ("a call of the raw query", lambda _: query.TELOGetChannelsInit()),
+                          ("another search", lambda _: self.archive.search("paper").total), ("close", lambda _: self.archive.close())]:
+            with self.subTest(name):
+                hits = self.archive.search("copper", max=5)
+                use(hits)
+                self.assertEqual([hits.total, *hits][:5], [21, *want[:4]])
+        with Archive(**self.server.settings) as archive:
+            with mock.patch.object(raw.Query, "fetch_rows") as fetch:
+                for _ in range(2):
+                    self.assertEqual(len(archive.search("copper", max=5)), 5)
+            fetch.assert_not_called()
+
+    def test_an_error_in_the_rows_is_that_of_the_list_and_an_interrupt_leaves_them_to_be_read(self):
+        with mock.patch.object(raw.Query, "fetch_rows", side_effect=Error("no rows")):
+            hits = self.archive.search("copper")
+            self.archive.live()
+        for _ in range(2):
+            self.assertRaisesRegex(Error, "no rows", lambda: hits[0])
+        hits = self.archive.search("copper")
+        with mock.patch.object(raw.Query, "fetch_rows", side_effect=KeyboardInterrupt):
+            self.assertRaises(KeyboardInterrupt, self.archive.live)
+        self.archive.live()
+        self.assertEqual(len(list(hits)), 21)
+
+    def test_a_list_belongs_to_any_thread_once_it_is_read(self):
+        hits = self.archive.search("copper")
+        with self.assertRaisesRegex(WrongThread, r"read\(\)"), ThreadPoolExecutor() as pool:
+            pool.submit(lambda: hits[0]).result()
+        self.assertEqual(len(hits.read()), 21)
+        self.assertEqual(self.in_own_thread(lambda: hits[0].value("title")), hits[0].value("title"))
+        hits = self.archive.search("copper")
+        self.in_own_thread(self.archive.close)  # which cannot read them
+        self.assertRaisesRegex(Error, "closed", lambda: hits[0])
 
     def test_rights_restrict_a_search_and_fail_closed(self):
         self.assertEqual({hit.channel for hit in self.archive.search("copper", rights="$(#Mail);")}, {"Mail"})
@@ -117,7 +159,8 @@ class ArchiveTest(ThreadedTest):
         stream = io.BytesIO()
         self.assertFalse(archive.transfer("stream.bin", 2 * len(content), stream).exists())
         self.assertEqual(stream.getvalue(), content * 2)
-        self.assertRaises(BadArgument, archive.upload, io.BytesIO(b""), "a/b")
+        for name in ("a/b", "..", "a\0", ""):
+            self.assertRaises(BadArgument, archive.upload, io.BytesIO(b""), name)
         for options in ({}, {"sort": "Date", "descending": True}):
             self.assertEqual(archive.print_hits("copper", "Titel", **options).read_bytes()[:5], b"%PDF-")
         self.assertIsNone(archive.print_hits("copper", "Titel", rights=""))
@@ -148,11 +191,13 @@ class ArchiveTest(ThreadedTest):
                              (lambda: self.archive.search(5), "must be a text"),
                              (lambda: self.archive.add_note(LETTER, "x" * 8001), "8000"),
                              (lambda: Archive(hosts="127.0.0.1,9"), "another thread"),
-                             (lambda: Archive(timeout=0), "time-out"), (lambda: self.archive.users, "no web user")]:
+                             (lambda: Archive(timeout=0), "time-out"), (lambda: Archive(hosts=["a,1"]), "not list"), (lambda: self.archive.users, "no web user")]:
             with self.subTest(reason), self.assertRaisesRegex(BadArgument, reason):
                 call()
         self.assertEqual(self.archive.last_request, before)
-        Archive(**self.server.settings, session="second").close()  # the same servers
+        same = {**self.server.settings, "hosts": self.server.hosts.replace(",", ",0")}
+        with Archive(**same, session="second") as archive:
+            self.assertNotIn("secret", repr(vars(archive)))
 
     def test_servers_are_shown_and_asked(self):
         self.assertIn("alive", self.archive.live())
@@ -191,7 +236,7 @@ class RowsTest(ThreadedTest):
     def test_a_malformed_row_is_an_error(self):
         for row in ("^$(#Mail^,^1^,^2^,^a^", "^)\\^,^1^,^2^,^a^", "^1^,^2^"):
             with self.subTest(row):
-                hits = self.in_own_thread(lambda row=row: self.search([ROWS[0], row])[1])
+                hits = self.in_own_thread(lambda row=row: self.search([ROWS[0], row])[1].read())
                 self.assertEqual(hits[0].channel, "Büro")
                 self.assertRaisesRegex(Error, "malformed", list, hits)
 
@@ -215,6 +260,16 @@ class FailuresTest(ThreadedTest):
         error = self.failure(ConnectionFailed, hosts=unused_server())
         self.assertRegex(error.attempts[0].error, "^10061 - ")
         self.assertFalse(error.was_sent)
+
+    def test_a_host_is_told_of_each_request(self):
+        seen = []
+        with Archive(**self.server.settings) as archive:
+            archive.on_request(seen.append)
+            archive.search("copper")
+            self.assertRaises(Refused, archive.document, LETTER._replace(id="999999"))
+            archive.on_request(None)
+            archive.live()
+        self.assertEqual([report.was_sent for report in seen], [True, True])
 
     def test_no_free_server(self):
         self.assertEqual(self.failure(AllServersBusy, hosts="").attempts, ())
@@ -256,7 +311,7 @@ class TextTest(unittest.TestCase):
                 (["*" * marked + text for text, marked in MarkedText("ä€ price", (Mark(1, 1), Mark(3, 5))).pieces()],
                  ["ä", "*€", " ", "*price"]),
                 (content_text(FieldContent(1, 2, "@a\r\n@b\n@c@")), " @a\r\n @b\n @c@"),
-                (len(HitList()), 0)]:
+                (len(HitList()), 0), (number_of("9" * 5000), 0), (number_of(" 1,6 "), 1)]:
             self.assertEqual(have, want)
         for title in ("Rohre,1:11", "Rohre,x, 1 : 11", "a,1:2,b"):
             self.assertRaises(BadArgument, title_text, title)

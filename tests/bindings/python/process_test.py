@@ -25,6 +25,8 @@ class ThreadsTest(ThreadedTest):
                 for _ in range(20):
                     assert pool.archive() is own
                     assert own.search("copper").total == 21
+                own.close()
+                assert pool.archive().search("copper").total == 21
             except Exception as error:
                 failures.append(error)
         threads = [threading.Thread(target=work) for _ in range(8)]
@@ -55,7 +57,8 @@ class ThreadsTest(ThreadedTest):
 
 # argv: hosts
 FORK = """
-import os, sys, traceback
+import os, sys, traceback, warnings
+warnings.simplefilter("ignore", DeprecationWarning)  # of a fork beside the thread that reads signals
 from oxaqrycln import Archive, ArchivePool, WrongThread, raw
 settings = {"hosts": sys.argv[1], "user": "webuser", "password": "secret"}
 
@@ -82,19 +85,21 @@ for _ in range(20):  # the library is loaded, and no query was made yet
 pool.archive().channels()
 
 def use_parents():
-    try:
-        parent.channels()
-    except WrongThread:
-        pass
-    else:
-        raise AssertionError("the parent's archive answers")
+    for call in (parent.channels, hits.read):
+        try:
+            call()
+        except WrongThread:
+            pass
+        else:
+            raise AssertionError("the parent's archive answers")
     parent.close()
     assert pool.archive().search("copper").total == 21
 
 parent = pool.archive()
+hits = parent.search("copper")
 for _ in range(20):
     assert child(use_parents) == 0
-assert parent.search("copper").total == 21
+assert parent.search("copper").total == len(list(hits)) == 21
 print("done")
 """
 
@@ -138,6 +143,58 @@ exec(sys.argv[3])
 """
 
 
+# The signal comes when the request has just ended, before the thread that reads it can run.
+LATE_INTERRUPT = """
+import os, signal, time
+from unittest import mock
+from oxaqrycln import _interrupt
+query, following = mock.Mock(), mock.Mock()
+_interrupt.run(query, int, ())
+try:
+    _interrupt.run(query, os.kill, (os.getpid(), signal.SIGINT))
+except KeyboardInterrupt:
+    _interrupt.run(following, time.sleep, (0.2,))
+print(query.mock_calls[-1], following.mock_calls)
+"""
+
+# argv: hosts. A host that runs Python on a thread of its own.
+OTHER_MAIN_THREAD = """
+import _thread, sys
+sys.modules.pop("threading", None)  # which some installations import before
+
+def search():
+    from oxaqrycln import Archive
+    print(Archive(hosts=sys.argv[1], user="webuser", password="secret").search("copper").total)
+    ended.release()
+
+ended = _thread.allocate_lock()
+ended.acquire()
+_thread.start_new_thread(search, ())
+ended.acquire(True, 20)
+"""
+
+# argv: hosts. A thread forks while the main thread waits; the child looks for a descriptor that is left for its signals.
+FORK_IN_A_REQUEST = """
+import os, signal, sys, threading, warnings
+warnings.simplefilter("ignore", DeprecationWarning)
+from oxaqrycln import Archive, Cancelled
+archive = Archive(hosts=sys.argv[1], timeout=60)
+
+def fork():
+    process = os.fork()
+    if process == 0:
+        os._exit(signal.set_wakeup_fd(-1) == -1)
+    print(os.waitpid(process, 0)[1] >> 8)
+    archive.cancel()
+
+threading.Timer(0.3, fork).start()
+try:
+    archive.channels()
+except Cancelled:
+    print("cancelled")
+"""
+
+
 class ProcessesTest(ThreadedTest):
     def check(self, run, output):
         self.assertEqual((run.stdout, run.stderr, run.returncode), (output, "", 0))
@@ -160,6 +217,15 @@ class ProcessesTest(ThreadedTest):
                                "signal.set_wakeup_fd(a.fileno())",
                                "assert b.recv(9) == bytes([signal.SIGINT] * 2) and signal.set_wakeup_fd(-1) == a.fileno()"),
                    "KeyboardInterrupt\n" * 2)
+
+    def test_signals_in_hosts_with_threads_and_forks(self):
+        silent = self.started(SilentServer)
+        for name, program, hosts, output in [
+                ("a late interrupt cancels no later request", LATE_INTERRUPT, "", "call._end_interrupt() []\n"),
+                ("a thread that Python takes no signals on", OTHER_MAIN_THREAD, self.server.hosts, "21\n"),
+                ("a fork during a request", FORK_IN_A_REQUEST, silent.hosts, "1\ncancelled\n")]:
+            with self.subTest(name):
+                self.check(run_program(program, hosts), output)
 
     def test_a_terminal_interrupt_ends_the_program(self):
         silent = self.started(SilentServer)

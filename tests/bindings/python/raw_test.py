@@ -38,8 +38,12 @@ class MembersTest(unittest.TestCase):
         self.assertEqual(query.Encode(strText="a"), query.Encode("a"))
         with self.assertRaises(AttributeError):
             query.RemoteHosts
+        with self.assertRaises(AttributeError):
+            query.strTeloUser = "a"
         with self.assertRaisesRegex(TypeError, "no output strNone"):
             query.fetch_rows("TELOGetChannelsNext", ["strNone"], max=1)
+        for most in (-1, 1 << 31):
+            self.assertRaises(BadArgument, query.fetch_rows, "TELOGetChannelsNext", max=most)
 
 
 class ValuesTest(unittest.TestCase):
@@ -113,8 +117,9 @@ class QueryTest(ThreadedTest):
     def test_a_query_in_a_cycle_is_collected_on_another_thread(self):
         for _ in range(20):
             query = self.query()
-            query.cycle = query
-            del query
+            cycle = [query]
+            cycle.append(cycle)
+            del query, cycle
         collector = threading.Thread(target=gc.collect)
         collector.start()
         collector.join()

@@ -4,17 +4,17 @@ from __future__ import annotations
 import itertools
 import os
 import threading
-from dataclasses import dataclass, replace
+from dataclasses import dataclass, field, replace
 from datetime import datetime, timedelta
 from pathlib import Path
-from typing import Any, Dict, Iterator, List, NoReturn, Optional, Sequence, Type, Union
+from typing import Any, Callable, Dict, Iterator, List, NoReturn, Optional, Sequence, Type, Union
 
 from . import _watch as watch
 from . import raw
 from ._library import TRIED_LAST
 from .errors import (AllServersBusy, Attempt, BadArgument, Cancelled, ConnectionFailed, DatabaseFailed, Error, Refused,
                      RequestReport, TimedOut)
-from .text import decode, fields, request_text, setting_text
+from .text import decode, fields, number_of, request_text, setting_text
 
 FilePath = Union[str, "os.PathLike[str]"]
 
@@ -31,17 +31,17 @@ _thread = threading.local()
 
 @dataclass(frozen=True)
 class Settings:
-    """How a page reaches the archive and the web users."""
+    """How a page reaches the archive and the web users. Those that may hold a password are not shown."""
 
-    hosts: str = ""  # "host,port[,print flag[,user[,encoded password]]]", joined by "|"
+    hosts: str = field(default="", repr=False)  # "host,port[,print flag[,user[,encoded password]]]", joined by "|"
     user: str = ""  # account of the archive system
-    password: str = ""
+    password: str = field(default="", repr=False)
     timeout: int = 30  # seconds for one request, with all servers that are tried
     session: str = ""  # names the log file, "" for "client"
     log_dir: FilePath = ""  # "" logs nothing
     blob_local: FilePath = ""  # directory of received files as this machine reaches it
     blob_remote: str = ""  # the same one as the query servers reach it; "" for the local path
-    database: str = ""  # connection string of the web user database; "" for none
+    database: str = field(default="", repr=False)  # connection string of the web user database; "" for none
     changed_extensions: str = ""  # "OLD-NEW" rules for the extensions of received files, separated by ","
     web_user: str = ""  # as the log names him
     web_user_address: str = ""
@@ -60,7 +60,8 @@ def _spread(hosts: str) -> str:
 
 
 def _address(entry: str) -> str:
-    return ",".join(entry.split(",")[:2])
+    host, port = entry.split(",")[:2]
+    return f"{host},{number_of(port)}"
 
 
 class Access:
@@ -70,6 +71,7 @@ class Access:
     def __init__(self, settings: Settings) -> None:
         if not 1 <= settings.timeout <= 86400:
             raise BadArgument("the time-out must be from 1 second to a day")
+        self.on_request: Optional[Callable[[RequestReport], None]] = None
         query = self.query = raw.Query()
         query.lngRequestTimeout = settings.timeout
         query.strTELOUser = request_text(settings.user, "the user")
@@ -85,13 +87,14 @@ class Access:
             query.datUserLoginTime = settings.web_user_logon
         query.strDBConnect = setting_text(settings.database, "the database")
         log = setting_text(os.fspath(settings.log_dir), "the log directory")
-        if settings.hosts:
-            self._use_servers(_spread(settings.hosts) if settings.spread else settings.hosts)
+        hosts = setting_text(settings.hosts, "the list of query servers")
+        if hosts:
+            self._use_servers(_spread(hosts) if settings.spread else hosts)
         self._initialise(log)
 
     def _use_servers(self, hosts: str) -> None:
         is_first = not self.query.servers()
-        self.query.RemoteHosts = setting_text(hosts, "the list of query servers")
+        self.query.RemoteHosts = hosts
         number, text = self.query.handled_error()
         if number:
             raise BadArgument(f"the list of query servers is not valid: {number} - {text}")
@@ -118,6 +121,8 @@ class Access:
 
     def count(self, result: Any, status: Optional[str]) -> int:
         """Of a method that makes a request: its count. Raises what the failure was."""
+        if self.on_request:
+            self.on_request(self.report())
         count = 0 if isinstance(result, str) else int(result)  # the archive properties are a text
         if count < 0 and not status:  # only a failed request writes the status
             self._raise_own_failure()
@@ -129,6 +134,8 @@ class Access:
 
     def answer(self, result: str) -> str:
         """The same for a method that returns the text of an answer or of an error."""
+        if self.on_request:
+            self.on_request(self.report())
         if self.query.outcome().kind != watch.SUCCEEDED:
             self._raise_failure(result)
         return result
@@ -169,7 +176,7 @@ class Access:
     def rows(self, method: str, columns: Sequence[str], count: int, what: str) -> raw.Rows:
         """The records of an answer in one crossing. Raises Error when one cannot be read."""
         rows = self.query.fetch_rows(method, columns, max=count, every_row=True)
-        if self.query.error_number():
+        if rows.row_count < count:
             number, text = self.query.handled_error()
             raise Error(f"{what} {rows.row_count + 1} of the answer is malformed: {number} - {text}")
         return rows

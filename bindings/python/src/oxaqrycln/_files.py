@@ -75,8 +75,10 @@ class Files:
     def fetch(self, name: Named, content: Content, into: Optional[BinaryIO] = None,
               progress: Optional[OnProgress] = None) -> Optional[Path]:
         """Has the server put a file into the blob directory: its path there, or None when there is no such content. The
-        caller removes it; with into, a file object that it is copied to, it is removed here. Raises Error when the file
-        is not there or has another length than the server says."""
+        caller removes it; with into, a binary file object that it is copied to, it is removed here. Raises Error when the
+        file is not there or has another length than the server says, OSError when it cannot be copied. progress is called
+        about ten times a second on a thread of its own, and once at the end on the calling one; it may call cancel(), and
+        must not raise."""
         method = getattr(self._access.query, content.method)
         argument = request_text(content.argument, "what is fetched")
         return self._fetched(lambda: method(*key_of(name), argument), into, progress)
@@ -109,8 +111,8 @@ class Files:
 
     def transfer(self, file: str, byte_count: int, into: Optional[BinaryIO] = None,
                  progress: Optional[OnProgress] = None) -> Path:
-        """Receives a file of the server's blob directory over the connection, complete or not at all. With into, a file
-        object that it is copied to, it is removed from the local directory."""
+        """Receives a file of the server's blob directory over the connection into the local one, complete or not at all:
+        its path there. byte_count is its length as the server knows it. into and progress are those of fetch()."""
         name = request_text(file, "the file")
         query = self._access.query
         directory = blob_directory(self._settings)
@@ -124,10 +126,11 @@ class Files:
 
     def upload(self, file: Union[FilePath, BinaryIO], name: str = "", progress: Optional[OnProgress] = None) -> None:
         """Sends a file, wherever it is, into the server's blob directory under its own name; or what can be read from a
-        file object, under the name."""
+        binary file object, under the name. progress is that of fetch(). Raises BadArgument for a file that is not there
+        or has more than 2147483647 bytes."""
         if isinstance(file, (str, os.PathLike)):
             return self._send(Path(file), progress)
-        if not name or path_text(name) != os.path.basename(name):
+        if path_text(name) != os.path.basename(name) or name in ("", ".", "..") or "\0" in name:
             raise BadArgument("a file object needs a file name without directories")
         with tempfile.TemporaryDirectory(prefix="oxaqrycln-") as directory:
             path = Path(directory, name)
@@ -155,6 +158,7 @@ class Files:
     # create() and edit() write an import file under a name of its own into the blob directory, and remove it.
 
     def create(self, channel: str, archive: str, title: str, fields: Sequence[FieldContent]) -> DocumentName:
+        """A new document: its name, with the first version. Raises Error when the import file cannot be written."""
         query = self._access.query
 
         def ask(path: str) -> str:
@@ -164,7 +168,7 @@ class Files:
         return self._import(channel, archive, title, fields, ask)
 
     def edit(self, name: Named, title: str, fields: Sequence[FieldContent]) -> DocumentName:
-        """A new version, in place of the newest one, which the name states."""
+        """A new version, in place of the newest one, which the name states: its name. Raises what create() does."""
         key = key_of(name)
         query = self._access.query
 

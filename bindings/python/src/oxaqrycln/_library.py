@@ -130,7 +130,7 @@ class Library:
             self.error_position(ctypes.byref(position))
             text = f"character {position.value} has no place in the archive's code page (Windows-1252)"
         elif code == _E_HANDLE:
-            text = "it is closed, or the thread that made it has ended"
+            text = "the query or archive is closed, or the thread that made it has ended"
         elif code == _E_MEMORY:
             text = "out of memory"
         return _ERRORS.get(code, Error)(text)

@@ -11,17 +11,19 @@ from ctypes import byref, c_double, c_int32, c_int64, c_size_t, c_uint32, c_void
 from datetime import datetime, timedelta
 from functools import lru_cache
 from threading import get_ident
-from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence, Tuple, Type
+from typing import Any, Callable, Dict, List, NamedTuple, Optional, Protocol, Sequence, Tuple, Type
+from weakref import ReferenceType
 
 from . import _interrupt
 from . import _library as lib
 from ._library import library
 from ._values import EPOCH, LEFT_OUT, NULL, SETTERS, Byte, Integer, Text, new_handle
 from ._watch import QueryWatch
-from .errors import Error, WrongThread
+from .errors import BadArgument, Error, WrongThread
 
 _MOST_ARGUMENTS = 24
 _MOST_TEXTS = _MOST_ARGUMENTS + 1
+_MOST_ROWS = 0x7FFFFFFF
 _POINTER = ctypes.sizeof(c_void_p)
 _NOTHING_HELD: List[Any] = [LEFT_OUT] * _MOST_TEXTS
 
@@ -89,7 +91,6 @@ class _RowsRead:
     def __init__(self) -> None:
         self.handle, self.count, self.width = c_void_p(), c_int32(), c_int32()
         self.block, self.offsets = c_void_p(), ctypes.POINTER(c_uint32)()
-        self.handle_reference = byref(self.handle)
         self.references = byref(self.count), byref(self.width), byref(self.block), byref(self.offsets)
 
 
@@ -103,8 +104,18 @@ def _plan(method: Method, columns: Tuple[str, ...]) -> Tuple[int, Any]:
     return method.number, (c_int32 * len(columns))(*(names.index(column) for column in columns))
 
 
+class UnreadList(Protocol):
+    """A list whose records are still in the query. Keeps what goes wrong while it takes them."""
+
+    def take_records(self) -> None: ...
+
+
 class QueryCore(QueryWatch):
     """Belongs to the thread that made it. May be dropped on any thread."""
+
+    # So that the assignment to a variable whose name is misspelt is an error.
+    __slots__ = ("_values", "_handles", "_array", "_arguments", "_result", "_text", "_texts", "_held", "_unread", "_thread",
+                 "_is_running", "__weakref__")
 
     def __init__(self) -> None:
         super().__init__()
@@ -114,14 +125,22 @@ class QueryCore(QueryWatch):
         self._array = (c_void_p * _MOST_ARGUMENTS)()
         self._arguments = c_void_p(ctypes.addressof(self._array))
         self._result = self._value(0)
-        self._text, self._texts, self._rows = Text(), _Texts(), _RowsRead()
+        self._text, self._texts = Text(), _Texts()
         self._held = _NOTHING_HELD.copy()  # what the values hold as inputs of call_for_texts()
+        self._unread: Optional[ReferenceType[UnreadList]] = None
         self._thread, self._is_running = get_ident(), False
+
+    @property
+    def is_closed(self) -> bool:
+        """Whether close() was called."""
+        return not self._query
 
     def close(self) -> None:
         """Closes what the query has open and gives its query server back. Leaves a query of the parent process alone."""
         if self._is_running:
             raise Error("a call of the query is running")
+        if self._unread and self._thread == get_ident():
+            self.read_unread()
         query, self._query = self._query, c_void_p()
         library.query_free(query)
         for value in self._values:
@@ -190,6 +209,7 @@ class QueryCore(QueryWatch):
     def _get(self, number: int) -> Any:
         self._enter()
         try:
+            self._is_running = True
             library.check(library.get_variable(self._query, number, self._result))
             return self._read(self._result)
         finally:
@@ -198,6 +218,7 @@ class QueryCore(QueryWatch):
     def _set(self, number: int, value: Any) -> None:
         self._enter()
         try:
+            self._is_running = True
             self._assign(self._result, value)
             library.check(library.set_variable(self._query, number, self._result))
         finally:
@@ -207,6 +228,7 @@ class QueryCore(QueryWatch):
         arguments = method.arguments(given, named)
         self._enter()
         try:
+            self._is_running = True
             self._value(len(arguments))
             self._array[:len(arguments)] = self._handles[1:len(arguments) + 1]  # type: ignore[assignment]
             self._held[:len(arguments)] = _NOTHING_HELD[:len(arguments)]
@@ -233,6 +255,7 @@ class QueryCore(QueryWatch):
         count = len(method.parameters)
         self._enter()
         try:
+            self._is_running = True
             self._value(count)
             self._array[:count] = self._handles[1:count + 1]  # type: ignore[assignment]
             first = len(inputs) - 1
@@ -248,18 +271,20 @@ class QueryCore(QueryWatch):
             texts = self._texts
             library.check(library.value_get_texts(byref(self._array, first * _POINTER), count - first, lib.UTF8,
                                                   texts.pointers, texts.lengths))
-            return [string_at(texts.pointers[i] or 0, texts.lengths[i]).decode() if texts.lengths[i] else ""
-                    for i in range(count - first)]
+            return [string_at(texts.pointers[i] or 0, length).decode() if length else ""
+                    for i, length in enumerate(texts.lengths[:count - first])]
         finally:
             self._is_running = False
 
     def _enter(self) -> None:
-        """Begins a call, which uses what the query has for calls. To be followed by "try"."""
+        """Before a call, which uses what the query has for calls. Marks nothing itself, so that a signal handler that
+        raises cannot leave the mark."""
         if self._thread != get_ident():
-            raise WrongThread("the query belongs to another thread")
+            raise WrongThread("the query or archive belongs to another thread; an ArchivePool has an archive for each thread")
         if self._is_running:  # a signal handler has come here
             raise Error("another call of the query is running")
-        self._is_running = True
+        if self._unread:
+            self.read_unread()
 
     def _run(self, method: Method, count: int) -> None:
         arguments = self._query, method.number, self._arguments, count, self._result
@@ -267,26 +292,48 @@ class QueryCore(QueryWatch):
         if code:
             raise library.error(code)
 
+    def read_later(self, records: UnreadList) -> None:
+        """Has a list take its records before the next call of any kind, which may replace them, unless it is dropped
+        before."""
+        self._unread = ReferenceType(records)
+
+    def read_unread(self) -> None:
+        """Has it take them now."""
+        if self._thread != get_ident():
+            raise WrongThread("the hits are still to be read, on the thread of their archive: call read() of the hit list "
+                              "there before another thread uses it")
+        unread = self._unread
+        records = unread() if unread else None
+        try:
+            self._unread = None
+            if records is not None:
+                records.take_records()
+        except BaseException:  # of a signal handler, which has interrupted it
+            self._unread = unread
+            raise
+
     def fetch_rows(self, method: str, columns: Sequence[str] = (), *, max: int, every_row: bool = False) -> Rows:
         """Calls a method that reads the next record until the list ends, or max rows are read, in one crossing. A row is
         its result and the outputs that columns names. every_row: only max ends the list, for methods that also return
         "" for an empty text. handled_error() tells whether a record could not be read."""
+        if not 0 <= max <= _MOST_ROWS:
+            raise BadArgument(f"the most rows are 0 to {_MOST_ROWS}")
         number, positions = _plan(getattr(type(self), method).method, tuple(columns))
-        rows = self._rows
+        rows = _RowsRead()
         self._enter()
         try:
+            self._is_running = True
             library.check(library.fetch_rows(self._query, number, max, positions, len(positions),
                                              lib.EVERY_ROW if every_row else lib.UNTIL_END, lib.WINDOWS_1252,
-                                             rows.handle_reference))
+                                             byref(rows.handle)))
             library.check(library.rows_read(rows.handle, *rows.references))
             count = rows.count.value * rows.width.value
             offsets = string_at(rows.offsets, 4 * (count + 1))
             length = int.from_bytes(offsets[-4:], sys.byteorder)
             return Rows(rows.count.value, rows.width.value, string_at(rows.block.value or 0, length), offsets)
         finally:
-            library.rows_free(rows.handle)
-            rows.handle.value = None
             self._is_running = False
+            library.rows_free(rows.handle)
 
 
 _READERS: Dict[int, Callable[[QueryCore, c_void_p], Any]] = {

@@ -43,6 +43,7 @@ class Progress(NamedTuple):
 
 
 class QueryWatch:
+    __slots__ = "_query", "_is_cancelled", "_number", "_number_reference"
     _query: c_void_p
 
     def __init__(self) -> None:
@@ -99,8 +100,9 @@ class QueryWatch:
         library.cancel(self._query)
 
     def _end_interrupt(self) -> None:
-        if not self._is_cancelled:
-            library.resume(self._query)
+        library.resume(self._query)
+        if self._is_cancelled:  # also by another thread at this moment
+            library.cancel(self._query)
 
     def servers(self) -> List[Server]:
         """The query servers of the thread; none before RemoteHosts was assigned."""

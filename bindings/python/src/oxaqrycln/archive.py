@@ -5,7 +5,7 @@ import threading
 from datetime import datetime
 from pathlib import Path
 from types import TracebackType
-from typing import Any, BinaryIO, List, Optional, Type, TypeVar
+from typing import Any, BinaryIO, Callable, List, Optional, Type, TypeVar
 
 from . import raw
 from ._access import Access, FilePath, Settings, blob_directory, database_records, with_changes
@@ -14,7 +14,7 @@ from .documents import (MARK_OFF, MARK_ON, SEGMENT_COLUMNS, ArchiveEntry, Channe
                         MaskField, Named, Note, Outliner, OutlinerNode, ArchiveProperties, ServerHealth, TransportOrder,
                         key_of, note_of, segment_of)
 from .errors import BadArgument, Error, Refused, RequestReport
-from .hits import HEAD_LINES, HitList
+from .hits import HitList
 from .text import date_of, fields, is_true, number_of, request_text, setting_text, with_network_line_ends
 from .users import Users
 
@@ -51,12 +51,18 @@ class Archive(Files):
         self.close()
 
     def close(self) -> None:
-        """Gives back the query server and closes the database. From any thread, but not during a call."""
+        """Gives back the query server and closes the database. From any thread, but not during a call. The last hit list
+        is read before, if that is still to be done; on another thread it cannot be and is lost."""
         self._access.query.close()
 
     @property
+    def is_closed(self) -> bool:
+        """Whether close() was called. From any thread."""
+        return self._access.query.is_closed
+
+    @property
     def query(self) -> raw.Query:
-        """The query that the archive stands on, for what the raw level alone has."""
+        """The query that the archive stands on, for what only the raw level has. It ends with the archive."""
         return self._access.query
 
     # ---- Lists ----
@@ -79,17 +85,20 @@ class Archive(Files):
         return channels
 
     def formats(self, channel: str, archive: str) -> List[str]:
+        """The names of the query formats of an archive, as search() takes them."""
         count = self._access.count(*self.query.TELOGetQueryFormatListInit(
             request_text(channel, "the channel"), request_text(archive, "the archive")))
         return [record[0] for record in self._access.records("TELOGetQueryFormatListNext", [], count, "query format")]
 
     def properties(self, channel: str, archive: str) -> ArchiveProperties:
+        """What the server says may be done in an archive."""
         fifth, create, edit, delete, index, status = self.query.TELOGetArchiveProperties(
             request_text(channel, "the channel"), request_text(archive, "the archive"))
         self._access.count(fifth, status)
         return ArchiveProperties(is_true(create), is_true(edit), is_true(delete), is_true(index), str(fifth))
 
     def masks(self, channel: str, archive: str) -> List[Mask]:
+        """The input masks of an archive with their fields, in the server's order."""
         masks = []
         count = self._access.count(*self.query.TELOGetMasksInit(request_text(channel, "the channel"),
                                                                 request_text(archive, "the archive")))
@@ -111,8 +120,10 @@ class Archive(Files):
         """max: the most hits that are listed, 0 for all. query_max: a query with more hits is refused, 0 for no limit.
         format: one that formats() lists, "" for all. rights: the archives that may be searched, as
         Users.folder_rights() makes them; None does not restrict the search, and a text that allows no archive has no
-        hits and makes no request. sort: the column to sort by, as HitList.column() takes it; "" keeps the server's
-        order."""
+        hits and makes no request. layout and layout_field: what the server takes for HitList.layout. sort: the column to
+        sort by, as HitList.column() takes it; "" keeps the server's order.
+
+        The rows are read when they are asked for; see HitList."""
         if rights is not None and not rights.strip("; "):
             return HitList()  # the server would take such an expression for no restriction
         if max < 0 or query_max < 0:
@@ -122,11 +133,7 @@ class Archive(Files):
             request_text(rights or "", "the folder rights"), request_text(layout_field, "the layout field"),
             request_text(layout, "the layout"))
         count = self._access.count(int(rows), status)
-        # From the first line on, for the one with the flags of the columns. The rows are read as lines, because a hit list
-        # splits those that are asked for only.
-        self.query.TELOGetAllArchivesExtFirst()
-        lines = self._access.rows("TELOGetAllArchivesNext", [], count + HEAD_LINES, "line")
-        hits = HitList(lines, number_of(total), is_image == "True", (keys, values))
+        hits = HitList(self._access, count, number_of(total), is_image == "True", (keys, values))
         if sort and hits.columns:
             hits.sort(hits.column(sort), descending)
         return hits
@@ -136,7 +143,7 @@ class Archive(Files):
         key = key_of(name)
         answer = self.query.TELOGetDocumentInfo(*key)
         if self._access.count(answer.result, answer.strParamStatus) == 0:
-            raise Refused("there is no such document")
+            raise Refused("there is no such document", self._access.report())
         self._access.check_own("the information about the document cannot be read")
         return Document(key, number_of(answer.lngLaenge), date_of(answer.strErstelldat or ""),
                         date_of(answer.strAenderDat or ""), answer.strTitel or "", number_of(answer.intFelderGes),
@@ -157,6 +164,7 @@ class Archive(Files):
         return document._replace(name=found, segments=tuple(map(segment_of, records)), notes=tuple(notes))
 
     def notes(self, name: Named) -> List[Note]:
+        """The notes of a document, in the server's order."""
         count = self._access.count(*self.query.TELOGetNotesInit(*key_of(name)))
         return [note_of(record[0]) for record in self._access.records("TELOGetNotesNext", [], count, "note")]
 
@@ -174,7 +182,8 @@ class Archive(Files):
             # descending; each further one is the other way round.
             column = hits.column(sort)
             for _ in range(2 if hits.begins_greater(column) == descending else 1):
-                self._access.count(self.query.TELOSortHitlistInit(column + 1), "")
+                self.query.TELOSortHitlistInit(column + 1)
+                self._access.check_own("the hit list cannot be sorted")
         return self._fetched(lambda: self.query.FennikPrintHitlistPDF(title), into, None)
 
     # ---- Changing; see Files for create() and edit() ----
@@ -184,18 +193,20 @@ class Archive(Files):
         self._access.count(*self.query.TELODeleteDocument(*key_of(name)))
 
     def add_note(self, name: Named, text: str) -> None:
+        """A note of at most 8000 characters, a line end counted as two."""
         note = with_network_line_ends(request_text(text, "the note"))
         if len(note) > _LONGEST_NOTE:
             raise BadArgument(f"a note has at most {_LONGEST_NOTE} characters")
         self._access.count(*self.query.TELOWriteNote(*key_of(name), note))
 
     def delete_notes(self, name: Named) -> None:
+        """All notes of the document."""
         self._access.count(*self.query.TELODeleteNotes(*key_of(name)))
 
     # ---- Transport orders ----
 
     def orders(self, query: str = "*", max: int = 0) -> List[TransportOrder]:
-        """At most max orders, all for 0. Which ones, says a query of the server's own language, "*" for all."""
+        """At most max orders, all for 0. The query is in the server's own query language; "*" selects every order."""
         if max < 0:
             raise BadArgument("the limit of a list is 0 or more")
         count = self._access.count(*self.query.OstranaQueryFahrauftraegeInit(request_text(query, "the query"),
@@ -207,6 +218,7 @@ class Archive(Files):
                 for parts, status, document, version in split if parts]
 
     def set_order_status(self, order: str, status: str) -> None:
+        """order is the id of a TransportOrder."""
         self._access.count(*self.query.OstranaUpdateFahrauftraegeStatus(request_text(order, "the order"),
                                                                        request_text(status, "the status")))
 
@@ -214,25 +226,27 @@ class Archive(Files):
 
     @property
     def users(self) -> Users:
+        """The web users of the archive's database. Raises BadArgument when the settings name none."""
         if self._users is None:
             self._users = Users._of(self._access)
         return self._users
 
     def outline(self, channel: str, archive: str) -> List[Outliner]:
+        """The outliners of an archive."""
         answer = self.query.GetOutliner(request_text(channel, "the channel"), request_text(archive, "the archive"))
         self._access.check_database()
         return [Outliner(*record) for record in database_records(answer.strOutliner, 2)]
 
     def nodes(self, outliner_id: str, parent: int = 0) -> List[OutlinerNode]:
-        """The roots for the parent 0."""
+        """The nodes of an outliner below a node, by its id; the roots for the parent 0."""
         count = self.query.GetOutlinerContentInit(request_text(outliner_id, "the outliner"), parent)
         self._access.check_database()
         nodes = []
-        for _ in range(count):
+        for _ in range(number_of(count)):
             node = self.query.GetOutlinerContentNext()
             self._access.check_own("a node cannot be read")
             nodes.append(OutlinerNode(number_of(node.lngID), number_of(node.intLevel), node.result, node.strFieldID or "",
-                                      node.strDescription or "", node.strDataType or "", bool(node.blnExpand),
+                                      node.strDescription or "", node.strDataType or "", is_true(str(node.blnExpand or "")),
                                       number_of(node.lngChildren)))
         return nodes
 
@@ -291,18 +305,25 @@ class Archive(Files):
 
     @property
     def last_request(self) -> RequestReport:
-        """What became of the last request."""
+        """What became of the last request; empty before the first one."""
         return self._access.report()
+
+    def on_request(self, call: Optional[Callable[[RequestReport], None]]) -> None:
+        """Has a function called after each request but those of health(), whatever became of it; None ends that. It must
+        not use the archive. What it raises, the method raises that has made the request."""
+        self._access.on_request = call
 
     def progress(self) -> raw.Progress:
         """Of the running request, or of the last one. From any thread."""
         return self.query.progress()
 
     def cancel(self) -> None:
-        """From any thread: ends the running request, or the next one, with Cancelled, until resume() is called."""
+        """From any thread and in a signal handler: ends the running request, or each later one, with Cancelled, until
+        resume() is called."""
         self.query.cancel()
 
     def resume(self) -> None:
+        """From any thread: lets requests be made again after cancel()."""
         self.query.resume()
 
 

@@ -66,7 +66,7 @@ class AllServersBusy(Error):
 
 
 class Cancelled(Error):
-    """Archive.cancel() was called."""
+    """Archive.cancel() was called, or Ctrl-C pressed, with a handler that raises nothing."""
 
 
 class BadArgument(Error, ValueError):

@@ -1,18 +1,19 @@
-"""The hits of a search. A hit list owns its rows, which come in one block: other requests do not change them, and a hit
-is made when it is asked for."""
+"""The hits of a search. A hit list owns its rows: other requests do not change them. They come in one block, when the
+first one is asked for, and a hit is made when it is asked for."""
 from __future__ import annotations
 
 from copy import copy
 from enum import Enum
-from typing import Dict, Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple, Union, overload
+from typing import Any, Dict, Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple, Union, overload
 
 from . import raw
+from ._access import Access
 from .documents import DocumentName
 from .errors import BadArgument, Error
 from .text import SEPARATOR, decode, fields, number_of
 
 # Lines of the answer: the flags of the columns are in the last one of the head, then come the titles and the hits.
-HEAD_LINES = 4
+_HEAD_LINES = 4
 _FIELDS_IN_FRONT = 3  # of a row: reference, document and version
 _NEW = tuple.__new__
 
@@ -68,28 +69,54 @@ def _names_of(reference: str) -> Tuple[str, str]:
 
 
 class HitList(Sequence[Hit]):
-    """Raises Error when a hit that is asked for is malformed in the answer."""
+    """The rows stay in the archive until one of them or a column is asked for, or until the archive is next used or
+    closed; a list that is dropped before costs nothing. len(), total, layout and is_multi_page_image are known at once.
+    Raises Error when the rows cannot be read, or a hit that is asked for is malformed in the answer.
 
-    def __init__(self, lines: Optional[raw.Rows] = None, total: int = 0, is_multi_page_image: bool = False,
-                 layout: Tuple[str, str] = ("", "")) -> None:
+    A list that is read belongs to whoever holds it. One that is not can be read on the thread of the archive only; on
+    others it raises WrongThread."""
+
+    def __init__(self, access: Optional[Access] = None, row_count: int = 0, total: int = 0,
+                 is_multi_page_image: bool = False, layout: Tuple[str, str] = ("", "")) -> None:
         self.total = total  # how many hits the query has; more than len() when a limit cut the list
         self.is_multi_page_image = is_multi_page_image  # the server can put the hits together as one image file
         self._layout = layout  # the keys and the values, separated by ","
-        self._lines = lines
+        self._access = access  # None when the rows are read
+        self._failure: Optional[Exception] = None  # why they could not be read
         self._text = ""
         self._at: List[int] = []  # where the lines begin, and the last one ends
         self._known: Dict[str, Tuple[str, str]] = {}  # channel and archive of each reference that was read
-        self._columns: Optional[Tuple[str, ...]] = None
-        self._order: Sequence[int] = range(HEAD_LINES + 1, lines.row_count if lines else 0)  # lines of the hits
+        self._columns: Tuple[str, ...] = ()
+        self._line_count = _HEAD_LINES + row_count
+        self._order: Sequence[int] = range(_HEAD_LINES + 1, self._line_count)  # lines of the hits
+        if access:
+            access.query.read_later(self)
 
-    def _open(self) -> Tuple[str, ...]:
-        """Makes the lines accessible; returns the titles."""
-        if self._columns is None:
-            if self._lines:
-                self._at, self._text = self._lines.positions(), decode(self._lines.text)
-            self._lines = None
-            self._columns = tuple(fields(self._line(HEAD_LINES))[_FIELDS_IN_FRONT:])
-        return self._columns
+    def read(self) -> HitList:
+        """Reads the rows, unless that has been done, so that any thread can use the list. Returns the list itself."""
+        if self._access:
+            self._access.query.read_unread()
+        if self._failure:
+            raise self._failure.with_traceback(None)
+        return self
+
+    def take_records(self) -> None:
+        """For the query. The rows are read as lines, because only those that are asked for are split; from the first line
+        on, for the one with the flags of the columns."""
+        access = self._access
+        if access:
+            try:
+                access.query.TELOGetAllArchivesExtFirst()
+                lines = access.rows("TELOGetAllArchivesNext", [], self._line_count, "line")
+                self._at, self._text = lines.positions(), decode(lines.text)
+                self._columns = tuple(fields(self._line(_HEAD_LINES))[_FIELDS_IN_FRONT:])
+            except Exception as error:  # of whoever asks for the rows
+                self._failure = error.with_traceback(None)
+            self._access = None
+
+    def __getstate__(self) -> Dict[str, Any]:
+        """A copy owns its rows, too."""
+        return self.read().__dict__
 
     def _line(self, number: int) -> str:
         """"" when there is none."""
@@ -98,7 +125,7 @@ class HitList(Sequence[Hit]):
     @property
     def columns(self) -> Tuple[str, ...]:
         """The titles of the display columns."""
-        return self._open()
+        return self.read()._columns
 
     @property
     def layout(self) -> List[Tuple[str, str]]:
@@ -109,8 +136,7 @@ class HitList(Sequence[Hit]):
     @property
     def flags(self) -> str:
         """The line of the answer that says what the columns hold; "" of a list without a search."""
-        self._open()
-        return self._line(HEAD_LINES - 1)
+        return self.read()._line(_HEAD_LINES - 1)
 
     def column(self, title: str) -> int:
         """The position of a column, as column_number() finds it."""
@@ -152,7 +178,7 @@ class HitList(Sequence[Hit]):
 
     # The loop over all hits is what a page spends its time in, so each of its steps is one operation of the interpreter.
     def _hits(self, order: Sequence[int]) -> Iterator[Hit]:
-        columns, text, known = self._open(), self._text, self._known
+        columns, text, known = self.columns, self._text, self._known
         for start, end in self._places(order):
             try:
                 reference, id_, version, values = text[start + 1:end - 1].split(SEPARATOR, _FIELDS_IN_FRONT)

@@ -3,22 +3,24 @@ from __future__ import annotations
 
 import os
 import threading
-from typing import Any
+from typing import Any, Optional
 
 from .archive import Archive
 
 
 class ArchivePool:
-    """The settings are those of Archive. May be made before a fork; a child process gets archives of its own."""
+    """The settings are those of Archive, which checks them for each thread. The pool may be made before a fork; a child
+    process gets archives of its own."""
 
     def __init__(self, **settings: Any) -> None:
         self._settings = settings
         self._thread = threading.local()
 
     def archive(self) -> Archive:
-        """The archive of the calling thread, which the pool closes with the thread."""
-        if getattr(self._thread, "process", None) != os.getpid():
-            self._thread.archive = Archive(**self._settings)
+        """The archive of the calling thread, which ends with the thread. A new one when the thread has closed its own.
+        Raises what Archive does."""
+        archive: Optional[Archive] = getattr(self._thread, "archive", None)
+        if archive is None or archive.is_closed or self._thread.process != os.getpid():
+            archive = self._thread.archive = Archive(**self._settings)
             self._thread.process = os.getpid()
-        archive: Archive = self._thread.archive
         return archive

@@ -26,6 +26,8 @@ _ALSO_WAITING = ("LiveCheck", "DirectQuery")  # besides the methods with a statu
 class Query(QueryCore):
     """An instance of the component, for one page request: assign its variables, then call Init."""
 
+    __slots__ = ()
+
 
 def _number(ask: Callable[..., int], *arguments: Any) -> int:
     number = c_int32()

@@ -65,9 +65,9 @@ def date_of(text: str) -> Optional[datetime]:
 
 def number_of(text: object) -> int:
     """The whole number that a text or an output spells, 0 when it spells none."""
-    if type(text) is str and text.isdecimal():
-        return int(text)
     try:
+        if type(text) is str and text.isdecimal():
+            return int(text)
         return int(float(str(text).strip().replace(",", ".") or 0))
     except (ValueError, OverflowError):
         return 0

@@ -2,7 +2,8 @@
 "no restriction". Users belong to the thread that made them."""
 from __future__ import annotations
 
-from typing import Any, List, NamedTuple, Optional, Tuple
+from types import TracebackType
+from typing import Any, List, NamedTuple, Optional, Tuple, Type
 
 from ._access import Access, FilePath, Settings, database_records
 from .errors import BadArgument, DatabaseFailed
@@ -81,7 +82,15 @@ class Users:
         users._access = access
         return users
 
+    def __enter__(self) -> Users:
+        return self
+
+    def __exit__(self, kind: Optional[Type[BaseException]], error: Optional[BaseException],
+                 trace: Optional[TracebackType]) -> None:
+        self.close()
+
     def close(self) -> None:
+        """Closes the database. Those of Archive.users close the archive, whose connection they share."""
         self._access.query.close()
 
     def _checked(self, result: Any) -> Any:
@@ -125,6 +134,7 @@ class Users:
             self._storable(new, "the new password"))) > 0)
 
     def must_change_password(self, user: int) -> bool:
+        """Whether a user, by ID, has to change the password at the next log-on."""
         return number_of(self._checked(self._access.query.GetUserChangePasswd(user)).intChangePasswd) != 0
 
     def set_must_change_password(self, user: int, must: bool) -> None:
@@ -138,28 +148,35 @@ class Users:
     # ---- What a user has himself and through the groups he is a member of ----
 
     def rights(self, user: int) -> List[int]:
+        """The numbers of the rights, as the site defines them."""
         return [number_of(right) for right in fields(self._checked(self._access.query.GetUserRights(user)).strRights)]
 
     def groups(self, user: int) -> List[str]:
+        """The names of the groups."""
         listed: str = self._checked(self._access.query.GetUserGroups(user)).strGroups
         return listed[1:-1].split("],[") if len(listed) >= 2 else []
 
     def channels(self, user: int) -> List[str]:
+        """The names of the channels, in any order."""
         return fields(self._checked(self._access.query.GetUserChannels(user)).strChannels)
 
     def archives(self, user: int) -> List[str]:
+        """The archives, "$(#channel)\\archive" or a name alone for every channel, in any order."""
         return fields(self._checked(self._access.query.GetUserArchives(user)).strArchives)
 
     def edit_rights(self, user: int) -> List[EditRight]:
+        """What the user may change, an entry for each archive that is listed."""
         listed = self._checked(self._access.query.GetUserEditRights(user)).strEditRights
         return [_edit_right(line) for line in listed.split("\r\n") if line]
 
     def document_conditions(self, user: int, channel: str, archive: str) -> List[DocumentCondition]:
+        """The conditions for documents of an archive."""
         answer = self._checked(self._access.query.GetUserDocRights(user, request_text(channel, "the channel"),
                                                                   request_text(archive, "the archive")))
         return [DocumentCondition(*record) for record in database_records(answer.strDocRights, 5)]
 
     def rights_to_search(self, user: int, channel: str, archive: str) -> SearchRights:
+        """What restricts the user's searches in an archive."""
         answer = self._checked(self._access.query.GetUserSearchRights(user, request_text(channel, "the channel"),
                                                                      request_text(archive, "the archive")))
         values = tuple((field, value) for field, value in database_records(answer.strFixedValues, 2))
