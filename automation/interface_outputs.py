@@ -248,7 +248,7 @@ from typing import Any, NamedTuple, Union
 from ._query import QueryCore, Rows as Rows
 from ._values import LEFT_OUT as LEFT_OUT, NULL as NULL, Byte as Byte, Integer as Integer, LeftOut as LeftOut
 from ._values import Null as Null, Request as Request
-from ._watch import Outcome as Outcome, Progress as Progress, Server as Server
+from ._watch import Outcome as Outcome, Progress as Progress, Server as Server, ServerHealth as ServerHealth
 
 Input = Union[None, bool, int, float, str, bytes, datetime, Null]
 OptionalInput = Union[Input, LeftOut]

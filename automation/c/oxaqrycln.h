@@ -177,11 +177,6 @@ OXAQRY_API int32_t oxaqry_value_get_double(oxaqry_value* value, double* number);
 OXAQRY_API int32_t oxaqry_value_get_date(oxaqry_value* value, int64_t* seconds);
 // Borrowed until the value is read as a text again, changed (also by a call) or freed.
 OXAQRY_API int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char** text, size_t* length);
-// The same for several values at once, as one row of a list: texts and lengths have room for count of them. For a NULL
-// among the values they receive the empty text. Ends at the first value that cannot be read, with its code. Does
-// nothing when count is 0 or less.
-OXAQRY_API int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t encoding, const char** texts,
-                                          size_t* lengths);
 // Of a value of the kind OXAQRY_BYTES only. Borrowed until the value is changed or freed.
 OXAQRY_API int32_t oxaqry_value_get_bytes(oxaqry_value* value, const uint8_t** bytes, size_t* length);
 

@@ -149,24 +149,6 @@ int32_t oxaqry_value_get_text(oxaqry_value* value, int32_t encoding, const char*
   });
 }
 
-int32_t oxaqry_value_get_texts(oxaqry_value** values, int32_t count, int32_t encoding, const char** texts,
-                               size_t* lengths) {
-  if (count > 0 && (values == nullptr || texts == nullptr || lengths == nullptr)) return IsNull("a list");
-  if (!IsEncoding(encoding)) return IsNoEncoding();
-  const Finder finder;
-  for (std::int32_t i = 0; i < count; ++i) {
-    texts[i] = "";
-    lengths[i] = 0;
-    if (values[i] == nullptr) continue;
-    const std::int32_t code = With<Value>(finder, values[i], [&](Value& source) {
-      GiveText(texts + i, lengths + i, source.Text(encoding));
-      return OXAQRY_OK;
-    });
-    if (code != OXAQRY_OK) return code;
-  }
-  return OXAQRY_OK;
-}
-
 int32_t oxaqry_value_get_bytes(oxaqry_value* value, const uint8_t** bytes, size_t* length) {
   return With<Value>(value, [&](Value& source) -> std::int32_t {
     if (bytes == nullptr || length == nullptr) return IsNull("the place for the bytes");

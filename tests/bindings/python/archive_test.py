@@ -290,6 +290,9 @@ class FailuresTest(ThreadedTest):
         with self.assertRaises(Cancelled) as raised:
             archive.live()
         self.assertLess(raised.exception.elapsed.total_seconds(), 30)
+        archive.resume()
+        threading.Timer(0.2, archive.cancel).start()
+        self.assertEqual([(check.is_alive, "cancelled" in check.text) for check in archive.health()], [(False, True)])
 
     def test_settings_that_do_not_fit(self):
         for settings, kind in [({"hosts": "127.0.0.1,many"}, BadArgument), ({"database": "Driver={No such driver}"},

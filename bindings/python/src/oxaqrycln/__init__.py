@@ -2,13 +2,13 @@
 from . import _library
 from .archive import Archive
 from .documents import (ArchiveEntry, Channel, Content, Document, DocumentName, FieldContent, Mark, MarkedText, Mask,
-                        MaskField, Note, Outliner, OutlinerNode, ArchiveProperties, Segment, ServerHealth, TextPiece,
+                        MaskField, Note, Outliner, OutlinerNode, ArchiveProperties, Segment, TextPiece,
                         TransportOrder)
 from .errors import (AllServersBusy, Attempt, BadArgument, Cancelled, ConnectionFailed, DatabaseFailed, Error,
                      LibraryError, Refused, RequestReport, TimedOut, WrongThread)
 from .hits import ColumnKind, Hit, HitList
 from .pool import ArchivePool
-from .raw import Progress, Server
+from .raw import Progress, Server, ServerHealth
 from .users import Account, DocumentCondition, EditRight, SearchRights, Users
 
 __version__ = _library.library.version

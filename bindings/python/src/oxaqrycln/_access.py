@@ -4,7 +4,7 @@ from __future__ import annotations
 import itertools
 import os
 import threading
-from dataclasses import dataclass, field, replace
+from dataclasses import dataclass, field
 from datetime import datetime, timedelta
 from pathlib import Path
 from typing import Any, Callable, Dict, Iterator, List, NoReturn, Optional, Sequence, Type, Union
@@ -72,6 +72,7 @@ class Access:
         if not 1 <= settings.timeout <= 86400:
             raise BadArgument("the time-out must be from 1 second to a day")
         self.on_request: Optional[Callable[[RequestReport], None]] = None
+        self._reported = 0  # the number of the last request that on_request was told
         query = self.query = raw.Query()
         query.lngRequestTimeout = settings.timeout
         query.strTELOUser = request_text(settings.user, "the user")
@@ -122,7 +123,7 @@ class Access:
     def count(self, result: Any, status: Optional[str]) -> int:
         """Of a method that makes a request: its count. Raises what the failure was."""
         if self.on_request:
-            self.on_request(self.report())
+            self._report_request(self.on_request)
         count = 0 if isinstance(result, str) else int(result)  # the archive properties are a text
         if count < 0 and not status:  # only a failed request writes the status
             self._raise_own_failure()
@@ -135,10 +136,17 @@ class Access:
     def answer(self, result: str) -> str:
         """The same for a method that returns the text of an answer or of an error."""
         if self.on_request:
-            self.on_request(self.report())
+            self._report_request(self.on_request)
         if self.query.outcome().kind != watch.SUCCEEDED:
             self._raise_failure(result)
         return result
+
+    def _report_request(self, on_request: Callable[[RequestReport], None]) -> None:
+        """When there was a new one: a method may fail before it makes one."""
+        number = self.query.request_number()
+        if number != self._reported:
+            self._reported = number
+            on_request(self.report())
 
     def check_own(self, what: str) -> None:
         """Of a method that makes no request: raises an Error when it failed."""
@@ -212,7 +220,3 @@ def path_text(path: FilePath) -> str:
     if os.sep == "/" and "\\" in text:
         raise BadArgument(f'the path "{text}" holds a "\\"')
     return request_text(text, f'the path "{text}"')
-
-
-def with_changes(settings: Settings, **changes: Any) -> Settings:
-    return replace(settings, **changes)

@@ -52,16 +52,17 @@ _FUNCTIONS: Dict[str, List[Any]] = {
     "value_get_double": [c_void_p, POINTER(c_double)],
     "value_get_date": [c_void_p, _long],
     "value_get_text": [c_void_p, c_int32, _text, _size],
-    "value_get_texts": [c_void_p, c_int32, c_int32, c_void_p, c_void_p],
     "value_get_bytes": [c_void_p, _text, _size],
     "query_new": [POINTER(c_void_p)],
     "query_free": [c_void_p],
     "get_variable": [c_void_p, c_int32, c_void_p],
     "set_variable": [c_void_p, c_int32, c_void_p],
     "call": [c_void_p, c_int32, c_void_p, c_int32, c_void_p],
+    "call_for_texts": [c_void_p, c_int32, c_void_p, c_int32, c_void_p, c_int32, c_void_p, c_void_p],
     "fetch_rows": [c_void_p, c_int32, c_int32, _int, c_int32, c_int32, c_int32, POINTER(c_void_p)],
     "rows_read": [c_void_p, _int, _int, _text, POINTER(POINTER(c_uint32))],
     "rows_free": [c_void_p],
+    "request_number": [c_void_p, _long],
     "outcome": [c_void_p, _int, _long, _int, _int],
     "outcome_text": [c_void_p, _text, _size],
     "attempt": [c_void_p, c_int32, _text, _size, _int, _text, _size, _long],
@@ -72,10 +73,11 @@ _FUNCTIONS: Dict[str, List[Any]] = {
     "server_count": [c_void_p, _int],
     "server": [c_void_p, c_int32, _text, _size, _int, _int, _int, _long, _text, _size],
     "server_failures": [c_void_p, c_int32, _int],
+    "check_servers": [c_void_p, c_char_p, c_size_t, POINTER(c_void_p)],
     "set_sick_servers": [c_void_p, c_int32],
 }
 # These may wait for a server, a database or a file, and let other threads run.
-_WAITING = ("call", "set_variable", "fetch_rows", "query_free")
+_WAITING = ("call", "call_for_texts", "set_variable", "fetch_rows", "check_servers", "query_free")
 
 
 def _candidates() -> List[str]:

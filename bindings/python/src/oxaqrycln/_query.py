@@ -18,13 +18,12 @@ from . import _interrupt
 from . import _library as lib
 from ._library import library
 from ._values import EPOCH, LEFT_OUT, NULL, SETTERS, Byte, Integer, Text, new_handle
-from ._watch import QueryWatch
+from ._watch import QueryWatch, ServerHealth
 from .errors import BadArgument, Error, WrongThread
 
 _MOST_ARGUMENTS = 24
 _MOST_TEXTS = _MOST_ARGUMENTS + 1
 _MOST_ROWS = 0x7FFFFFFF
-_POINTER = ctypes.sizeof(c_void_p)
 _NOTHING_HELD: List[Any] = [LEFT_OUT] * _MOST_TEXTS
 
 
@@ -258,21 +257,21 @@ class QueryCore(QueryWatch):
             self._is_running = True
             self._value(count)
             self._array[:count] = self._handles[1:count + 1]  # type: ignore[assignment]
-            first = len(inputs) - 1
             for i, given in enumerate(inputs):
                 if given != self._held[i]:  # most inputs are those of the call before
                     self._held[i] = LEFT_OUT
                     self._assign(self._values[i + 1], given)
                     self._held[i] = given
-            self._held[first + 1:count] = _NOTHING_HELD[first + 1:count]
+            self._held[len(inputs):count] = _NOTHING_HELD[len(inputs):count]
             library.value_set_empty(self._values[count])
-            self._run(method, count)
-            self._array[first] = self._handles[0]
             texts = self._texts
-            library.check(library.value_get_texts(byref(self._array, first * _POINTER), count - first, lib.UTF8,
-                                                  texts.pointers, texts.lengths))
-            return [string_at(texts.pointers[i] or 0, length).decode() if length else ""
-                    for i, length in enumerate(texts.lengths[:count - first])]
+            code = _interrupt.run(self, library.call_for_texts, (self._query, method.number, self._arguments, count,
+                                                                 self._result, lib.UTF8, texts.pointers, texts.lengths))
+            if code:
+                raise library.error(code)
+            lengths = texts.lengths[:count + 1]
+            return [string_at(texts.pointers[i] or 0, lengths[i]).decode() if lengths[i] else ""
+                    for i in (0, *range(len(inputs) + 1, count + 1))]
         finally:
             self._is_running = False
 
@@ -331,6 +330,24 @@ class QueryCore(QueryWatch):
             offsets = string_at(rows.offsets, 4 * (count + 1))
             length = int.from_bytes(offsets[-4:], sys.byteorder)
             return Rows(rows.count.value, rows.width.value, string_at(rows.block.value or 0, length), offsets)
+        finally:
+            self._is_running = False
+            library.rows_free(rows.handle)
+
+    def check_servers(self, hosts: str) -> List[ServerHealth]:
+        """Asks each server of a list, which is one as RemoteHosts takes it, whether it is alive, up to 16 at once, with the
+        account, session, log and time-out of the query."""
+        rows, data = _RowsRead(), hosts.encode("utf-8", "surrogatepass")
+        self._enter()
+        try:
+            self._is_running = True
+            library.check(_interrupt.run(self, library.check_servers, (self._query, data, len(data), byref(rows.handle))))
+            library.check(library.rows_read(rows.handle, *rows.references))
+            at = rows.offsets[:rows.count.value * rows.width.value + 1]
+            block = string_at(rows.block.value or 0, at[-1])
+            texts = [block[start:end].decode() for start, end in zip(at, at[1:])]
+            return [ServerHealth(host, int(port), is_alive == "1", text, int(milliseconds))
+                    for host, port, is_alive, text, milliseconds in zip(*[iter(texts)] * rows.width.value)]
         finally:
             self._is_running = False
             library.rows_free(rows.handle)

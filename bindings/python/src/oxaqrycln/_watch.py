@@ -34,6 +34,16 @@ class Server(NamedTuple):
     failures: int  # of its last connects and requests, in a row
 
 
+class ServerHealth(NamedTuple):
+    """Whether a query server is alive."""
+
+    host: str
+    port: int
+    is_alive: bool
+    text: str  # the server's answer, or why there is none
+    milliseconds: int
+
+
 class Progress(NamedTuple):
     """Bytes of the running request; announced is the length of the answer, 0 while that is unknown."""
 
@@ -50,6 +60,12 @@ class QueryWatch:
         self._is_cancelled = False  # by the host
         self._number = c_int32()
         self._number_reference = byref(self._number)
+
+    def request_number(self) -> int:
+        """How many requests the query has made: the number of the last one."""
+        number = c_int64()
+        library.check(library.request_number(self._query, byref(number)))
+        return number.value
 
     def outcome(self) -> Outcome:
         """What became of the last request."""

@@ -1,17 +1,16 @@
 """The archive for page authors: lists, searches, documents and files. An archive belongs to the thread that made it."""
 from __future__ import annotations
 
-import threading
 from datetime import datetime
 from pathlib import Path
 from types import TracebackType
 from typing import Any, BinaryIO, Callable, List, Optional, Type, TypeVar
 
 from . import raw
-from ._access import Access, FilePath, Settings, blob_directory, database_records, with_changes
+from ._access import Access, FilePath, Settings, blob_directory, database_records
 from ._files import Files
 from .documents import (MARK_OFF, MARK_ON, SEGMENT_COLUMNS, ArchiveEntry, Channel, Document, Mask,
-                        MaskField, Named, Note, Outliner, OutlinerNode, ArchiveProperties, ServerHealth, TransportOrder,
+                        MaskField, Named, Note, Outliner, OutlinerNode, ArchiveProperties, TransportOrder,
                         key_of, note_of, segment_of)
 from .errors import BadArgument, Error, Refused, RequestReport
 from .hits import HitList
@@ -21,7 +20,6 @@ from .users import Users
 _LONGEST_NOTE = 8000
 _MASK_FIELD_COLUMNS = ("lngTabIndex", "lngWidth", "strAlign", "strName", "blnMandatory", "strInitText", "blnListOnly",
                        "strList")
-_CHECKS_AT_ONCE = 16
 
 Self = TypeVar("Self", bound="Archive")
 
@@ -271,30 +269,9 @@ class Archive(Files):
         """The table of the thread's query servers."""
         return self.query.servers()
 
-    def health(self) -> List[ServerHealth]:
-        """Asks each server of the list, up to 16 at once."""
-        # The servers of a thread stay the same, so each check has a thread of its own.
-        entries = self._settings.hosts.split("|") if self._settings.hosts else []
-        checks: List[Any] = [None] * len(entries)
-
-        def check(number: int) -> None:
-            settings = with_changes(self._settings, hosts=entries[number], database="", spread=False)
-            try:
-                checks[number] = _check_server(settings)
-            except Exception as error:  # what the thread raises is the caller's
-                checks[number] = error
-
-        for first in range(0, len(entries), _CHECKS_AT_ONCE):
-            threads = [threading.Thread(target=check, args=[number])
-                       for number in range(first, min(first + _CHECKS_AT_ONCE, len(entries)))]
-            for thread in threads:
-                thread.start()
-            for thread in threads:
-                thread.join()
-        for each in checks:
-            if isinstance(each, Exception):
-                raise each
-        return checks
+    def health(self) -> List[raw.ServerHealth]:
+        """Asks each server of the list whether it is alive, up to 16 at once. cancel() and Ctrl-C end it."""
+        return self.query.check_servers(self._settings.hosts)
 
     def test_blob_directory(self) -> None:
         """Writes a test file into the local blob directory and removes it. Raises Error when that fails. Makes no
@@ -325,19 +302,3 @@ class Archive(Files):
     def resume(self) -> None:
         """From any thread: lets requests be made again after cancel()."""
         self.query.resume()
-
-
-def _check_server(settings: Settings) -> ServerHealth:
-    """On the calling thread, which must not have servers yet."""
-    access = Access(settings)
-    try:
-        server = access.query.servers()[0]
-        try:
-            text, is_alive = access.answer(access.query.LiveCheck()), True
-        except Error as error:
-            text, is_alive = error.text, False
-            if error.attempts and not error.was_sent:  # the last attempt says more than the text for the page
-                text = "no connection: " + error.attempts[-1].error
-        return ServerHealth(server.host, server.port, is_alive, text, access.query.outcome().milliseconds)
-    finally:
-        access.query.close()

@@ -199,14 +199,6 @@ class OutlinerNode(NamedTuple):
     child_count: int
 
 
-class ServerHealth(NamedTuple):
-    host: str
-    port: int
-    is_alive: bool
-    text: str  # the server's answer, or the error
-    milliseconds: int
-
-
 def without_marks(text: str) -> MarkedText:
     """Takes the marks out of a text of the class."""
     plain: List[str] = []

@@ -13,10 +13,10 @@ from typing import Any, Callable, List
 from ._library import library
 from ._query import IN, IN_OUT, OPTIONAL_OUT, Method, Parameter, QueryCore, Rows, result_type
 from ._values import LEFT_OUT, NULL, Byte, Integer, LeftOut, Null, Request, Text
-from ._watch import Outcome, Progress, Server
+from ._watch import Outcome, Progress, Server, ServerHealth
 
 __all__ = ["LEFT_OUT", "NULL", "Byte", "Integer", "LeftOut", "Null", "Outcome", "Progress", "Query", "Request", "Rows",
-           "Server"]
+           "Server", "ServerHealth"]
 
 _VARIABLE, _METHOD, _PROPERTY = range(3)
 _NAME, _DOCUMENTATION = 0, 2
