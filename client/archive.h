@@ -204,7 +204,7 @@ class Archive {
   // --- Servers ---
   // What a server answers when it is asked whether it is alive.
   std::string Live();
-  // Asks each server of the list, up to 16 at once.
+  // Asks each server of the list whether it is alive, up to 16 at once. Cancel ends it.
   std::vector<ServerHealth> Health();
   // Sends a command as it is, "^Command^,^parameter^". Returns the lines of the answer.
   std::vector<std::string> Direct(std::string_view command);
