@@ -4,9 +4,11 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "automation/c/arguments.h"
 #include "automation/c/handle_table.h"
@@ -41,7 +43,8 @@ class Query final : public HandleObject {
   void Run(Body&& body) {
     TakeCancellation();
     body();
-    KeepProgress(watch_.Progress());
+    const std::int64_t request = watch_.LastRequest().number;
+    if (std::exchange(lastRequest_, request) != request) KeepProgress(watch_.Progress());
   }
   // Has the instance use the memory of a result for the next one.
   void Reuse(Variant& result) noexcept { QueryWatch::ReuseText(instance_, result); }
@@ -49,6 +52,8 @@ class Query final : public HandleObject {
   clsQuery& instance() noexcept { return instance_; }
   QueryWatch& watch() noexcept { return watch_; }
   Arguments& arguments() noexcept { return arguments_; }
+  // What the lists of the query are written into, one at a time.
+  const std::shared_ptr<RowMemory>& rowMemory() const noexcept { return rowMemory_; }
   // Whether the handle is cancelled; from any thread.
   bool IsCancelled() const noexcept {
     return handle_.shared->cancelled.load(std::memory_order_relaxed) == handle_.generation;
@@ -68,8 +73,10 @@ class Query final : public HandleObject {
   clsQuery instance_;
   QueryWatch watch_;
   Arguments arguments_;
+  const std::shared_ptr<RowMemory> rowMemory_ = std::make_shared<RowMemory>();
   SharedHandle handle_;
   bool isCancelled_ = false;
+  std::int64_t lastRequest_ = 0;  // the number of the one whose progress is kept
   std::array<std::string, 2> texts_;
   const MethodEntry* lastMethod_ = nullptr;  // a page calls one over and over
 };

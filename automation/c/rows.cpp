@@ -36,10 +36,21 @@ void TextBlock::Grow(std::size_t room) {
   capacity_ = capacity;
 }
 
+Rows::Rows(std::shared_ptr<RowMemory> spare) : memory_(std::exchange(*spare, {})), spare_(std::move(spare)) {
+  memory_.block.Clear();
+  memory_.offsets.assign(1, 0);
+}
+
+Rows::~Rows() {
+  constexpr std::size_t kMostKept = std::size_t{1} << 20U;
+  const std::size_t held = memory_.block.capacity() + memory_.offsets.capacity() * sizeof(std::uint32_t);
+  if (held <= kMostKept) *spare_ = std::move(memory_);
+}
+
 void Rows::Add(std::string_view text, bool isUtf8) {
-  block.Add(text, isUtf8);
-  if (block.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-  offsets.push_back(static_cast<std::uint32_t>(block.size()));
+  memory_.block.Add(text, isUtf8);
+  if (memory_.block.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  memory_.offsets.push_back(static_cast<std::uint32_t>(memory_.block.size()));
 }
 
 namespace {
@@ -63,7 +74,7 @@ class RowReader {
     for (Output& output : outputs_) pointers_[output.position] = &output.value;
     rows_.columnCount = static_cast<std::int32_t>(wanted.columns.size()) + 1;
     constexpr std::size_t kUsualRows = 1024;
-    rows_.offsets.reserve(std::min(static_cast<std::size_t>(wanted.max), kUsualRows) * (outputs_.size() + 1) + 1);
+    rows_.Reserve(std::min(static_cast<std::size_t>(wanted.max), kUsualRows) * (outputs_.size() + 1));
   }
 
   void ReadAll() {
@@ -144,7 +155,7 @@ int32_t oxaqry_fetch_rows(oxaqry_query* query, int32_t method, int32_t max, cons
     if (rows == nullptr) return IsNull("rows");
     const Wanted wanted{*entry, max, std::span(columns, static_cast<std::size_t>(column_count)),
                         end == OXAQRY_EVERY_ROW, encoding == OXAQRY_UTF8};
-    auto made = std::make_unique<Rows>();
+    auto made = std::make_unique<Rows>(source.rowMemory());
     RowReader reader(source, wanted, *made);
     source.Run([&] { reader.ReadAll(); });
     return HandOut(std::move(made), rows);
@@ -156,8 +167,8 @@ int32_t oxaqry_rows_read(oxaqry_rows* rows, int32_t* row_count, int32_t* column_
   return With<Rows>(rows, [&](Rows& source) {
     Give(row_count, source.rowCount);
     Give(column_count, source.columnCount);
-    Give(block, source.block.data());
-    Give(offsets, source.offsets.data());
+    Give(block, source.block());
+    Give(offsets, source.offsets());
     return OXAQRY_OK;
   });
 }

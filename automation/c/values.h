@@ -35,6 +35,9 @@ class TextBlock {
  public:
   const char* data() const noexcept { return bytes_.get(); }
   std::size_t size() const noexcept { return size_; }
+  std::size_t capacity() const noexcept { return capacity_; }
+  // Keeps the memory.
+  void Clear() noexcept { size_ = 0; }
   // Adds a text of the component in an encoding.
   void Add(std::string_view text, bool isUtf8);
 
@@ -46,15 +49,34 @@ class TextBlock {
   std::size_t capacity_ = 0;
 };
 
-struct Rows final : HandleObject {
-  static constexpr HandleKind kKind = HandleKind::Rows;
-  std::int32_t rowCount = 0;
-  std::int32_t columnCount = 0;
+// What a list is written into.
+struct RowMemory {
   TextBlock block;
-  std::vector<std::uint32_t> offsets{0};
+  std::vector<std::uint32_t> offsets;
+};
+
+class Rows final : public HandleObject {
+ public:
+  static constexpr HandleKind kKind = HandleKind::Rows;
+
+  // Takes the memory of spare, which its query keeps, and gives it back at its end: a page that reads list after list
+  // uses the same.
+  explicit Rows(std::shared_ptr<RowMemory> spare);
+  ~Rows() override;
 
   // Adds a text of the component. Raises std::bad_alloc, also when all have more than 4 GiB.
   void Add(std::string_view text, bool isUtf8);
+  void Reserve(std::size_t textCount) { memory_.offsets.reserve(textCount + 1); }
+
+  const char* block() const noexcept { return memory_.block.data(); }
+  const std::uint32_t* offsets() const noexcept { return memory_.offsets.data(); }
+
+  std::int32_t rowCount = 0;
+  std::int32_t columnCount = 0;
+
+ private:
+  RowMemory memory_;
+  const std::shared_ptr<RowMemory> spare_;
 };
 
 inline bool IsEncoding(std::int32_t encoding) noexcept {

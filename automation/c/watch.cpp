@@ -158,7 +158,7 @@ int32_t oxaqry_check_servers(oxaqry_query* query, const char* hosts, size_t leng
     const std::string_view utf8(hosts, length);
     const std::optional<std::string> list = FromUtf8(utf8);
     if (!list) return IsBadText(utf8);
-    auto made = std::make_unique<Rows>();
+    auto made = std::make_unique<Rows>(source.rowMemory());
     made->columnCount = 5;
     for (const ServerCheck& check : CheckServers(source.instance(), *list, [&] { return source.IsCancelled(); })) {
       made->Add(check.host, true);
