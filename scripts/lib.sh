@@ -12,6 +12,9 @@ readonly BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libgtest-dev li
 readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils php-cli php-fpm phpunit mypy python3-build
   python3-setuptools python3-wheel)
 
+# What serves the portal.
+readonly PORTAL_PACKAGES=(php-cli php-sqlite3)
+
 # Prints a line of progress.
 say() { printf '==> %s\n' "$*"; }
 
@@ -80,6 +83,16 @@ need_test_packages() {
     as_root systemctl mask --quiet "$service" || true
   fi
   need_packages "${TEST_PACKAGES[@]}"
+}
+
+# Installs what the browser tests need: the web server does not start as a service of the machine.
+need_portal_test_packages() {
+  if ! is_installed nginx-light && [[ -d /run/systemd/system ]]; then
+    say "The service nginx is masked, so that it does not start; 'systemctl unmask nginx' makes it available"
+    as_root systemctl mask --quiet nginx || true
+  fi
+  need_test_packages
+  need_packages "${PORTAL_PACKAGES[@]}" nginx-light chromium nodejs npm
 }
 
 # build PRESET [TARGET ...]: configures if that has not been done yet, then builds everything or the targets.

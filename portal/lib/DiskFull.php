@@ -1,0 +1,10 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/** A file of the portal cannot be written. */
+final class DiskFull extends \RuntimeException
+{
+}

@@ -1,0 +1,34 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/**
+ * Ends a page with another one that says what happened and what to do: the texts "failure-KIND" and "failure-KIND-help" of
+ * the locale.
+ */
+final class Failure extends \RuntimeException
+{
+    /** @param string $detail for the user, as the server's own text; "" for none */
+    public function __construct(public readonly string $kind, public readonly int $status, public readonly string $detail = '')
+    {
+        parent::__construct($kind . ($detail === '' ? '' : ": $detail"));
+    }
+
+    public static function notFound(): self
+    {
+        return new self('not-found', 404);
+    }
+
+    /** A document or archive that the user may not see is told apart from one that does not exist by nobody. */
+    public static function noDocument(): self
+    {
+        return new self('no-document', 404);
+    }
+
+    public static function forbidden(): self
+    {
+        return new self('forbidden', 403);
+    }
+}

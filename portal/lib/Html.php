@@ -1,0 +1,94 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\MarkedText;
+
+/** What templates print with: everything is escaped here. Called like a function it takes a text or a SafeHtml. */
+final class Html
+{
+    public function __construct(public readonly Locale $locale)
+    {
+    }
+
+    /** A text between tags or in a quoted attribute. */
+    public function __invoke(string|int|SafeHtml|null $value): string
+    {
+        return $value instanceof SafeHtml ? (string) $value : self::escape((string) $value);
+    }
+
+    /** A text of the interface in the user's language; {0}, {1}, ... are replaced. */
+    public function text(string $key, string|int|SafeHtml ...$values): string
+    {
+        $places = [];
+        foreach ($values as $number => $value) {
+            $places["{{$number}}"] = $this($value);
+        }
+        return strtr(self::escape($this->locale->text($key)), $places);
+    }
+
+    /**
+     * A URL of this site, for an attribute.
+     *
+     * @param array<string, string|int> $query entries "" are left out
+     */
+    public function url(string $path, array $query = [], string $fragment = ''): string
+    {
+        return self::escape(self::plainUrl($path, $query, $fragment));
+    }
+
+    /**
+     * The same for a header.
+     *
+     * @param array<string, string|int> $query
+     */
+    public static function plainUrl(string $path, array $query = [], string $fragment = ''): string
+    {
+        $given = array_filter($query, static fn(string|int $value): bool => $value !== '');
+        $url = $path . ($given === [] ? '' : '?' . http_build_query($given, '', '&', PHP_QUERY_RFC3986));
+        return $url . ($fragment === '' ? '' : '#' . rawurlencode($fragment));
+    }
+
+    /** A value for an attribute that a script reads. */
+    public function json(mixed $value): string
+    {
+        return self::escape(json_encode($value, JSON_THROW_ON_ERROR | JSON_UNESCAPED_UNICODE | JSON_INVALID_UTF8_SUBSTITUTE));
+    }
+
+    /** The name of an attribute without a value, as "checked", or nothing. */
+    public function flag(bool $isSet, string $name): string
+    {
+        return $isSet ? ' ' . self::escape($name) : '';
+    }
+
+    public function number(int $number): string
+    {
+        return self::escape($this->locale->number($number));
+    }
+
+    public function time(?\DateTimeInterface $time): string
+    {
+        return $time === null ? '' : '<time datetime="' . self::escape($time->format('Y-m-d\TH:i')) . '">'
+            . self::escape($this->locale->time($time)) . '</time>';
+    }
+
+    /** A text of a document: its hits are marked and numbered from $first on, so that links can name them. */
+    public function marked(MarkedText $text, int $first): string
+    {
+        $html = '';
+        foreach ($text->pieces() as $piece) {
+            $escaped = self::escape($piece->text);
+            $html .= $piece->isMarked ? '<mark id="hit-' . $first++ . "\" tabindex=\"-1\">$escaped</mark>" : $escaped;
+        }
+        return $html;
+    }
+
+    /** Control characters, which no browser shows, become a sign that can be seen. */
+    private static function escape(string $text): string
+    {
+        $visible = preg_replace('/[\x00-\x08\x0B\x0C\x0E-\x1F\x7F]|\xC2[\x80-\x9F]/', "\u{FFFD}", $text) ?? '';
+        return htmlspecialchars($visible, ENT_QUOTES | ENT_SUBSTITUTE | ENT_HTML5, 'UTF-8');
+    }
+}

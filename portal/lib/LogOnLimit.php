@@ -1,0 +1,56 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/** Slows down guessing: after some wrong passwords of an account from an address, each further one makes it wait longer. */
+final class LogOnLimit
+{
+    private const FREE_ATTEMPTS = 4;
+    private const LONGEST_WAIT = 900;
+    /** Wrong attempts of an address alone, with any accounts, count a tenth. */
+    private const OF_ADDRESS = 10;
+
+    /** @var list<array{StateFile, int}> file, and how many attempts are free */
+    private readonly array $counters;
+
+    public function __construct(Settings $settings, string $account, string $address)
+    {
+        $this->counters = [
+            [new StateFile($settings, 'log-on', 'account ' . strtolower($account) . " $address"), self::FREE_ATTEMPTS],
+            [new StateFile($settings, 'log-on', "address $address"), self::FREE_ATTEMPTS * self::OF_ADDRESS],
+        ];
+    }
+
+    /** Seconds until the next attempt is looked at; 0 when it is now. */
+    public function wait(): int
+    {
+        $wait = 0;
+        foreach ($this->counters as [$file, $free]) {
+            $state = $file->read();
+            $over = (int) ($state['count'] ?? 0) - $free;
+            if ($over >= 0) {
+                $pause = min(self::LONGEST_WAIT, 2 ** min($over + 1, 20));
+                $wait = max($wait, (int) ($state['last'] ?? 0) + $pause - time());
+            }
+        }
+        return $wait;
+    }
+
+    public function count(): void
+    {
+        foreach ($this->counters as [$file]) {
+            $file->change(static function (array $state): array {
+                $isOld = (int) ($state['last'] ?? 0) < time() - 2 * self::LONGEST_WAIT;
+                return ['count' => $isOld ? 1 : (int) ($state['count'] ?? 0) + 1, 'last' => time()];
+            });
+        }
+    }
+
+    /** After a success. The address stays slow for other accounts. */
+    public function clear(): void
+    {
+        $this->counters[0][0]->change(static fn(): array => []);
+    }
+}

@@ -1,0 +1,12 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/** A page; a new object answers each request. */
+interface Page
+{
+    /** Raises Failure, or an error of the archive, which become pages of their own. */
+    public function answer(Request $request, Visit $visit): Response;
+}

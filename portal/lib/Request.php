@@ -1,0 +1,129 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/** What the browser sent. Texts are valid UTF-8; anything else that it sends is taken for not sent. */
+final class Request
+{
+    private const LONGEST = 20000;
+
+    /**
+     * @param array<mixed> $query as $_GET
+     * @param array<mixed> $form as $_POST
+     * @param array<mixed> $server as $_SERVER
+     */
+    public function __construct(
+        private readonly array $query,
+        private readonly array $form,
+        private readonly array $server,
+    ) {
+    }
+
+    public static function ofBrowser(): self
+    {
+        return new self($_GET, $_POST, $_SERVER);
+    }
+
+    public function method(): string
+    {
+        $method = (string) ($this->server['REQUEST_METHOD'] ?? 'GET');
+        return $method === 'HEAD' ? 'GET' : $method;
+    }
+
+    /** Decoded, without the query. */
+    public function path(): string
+    {
+        $target = (string) ($this->server['REQUEST_URI'] ?? '/');
+        $path = rawurldecode(substr($target, 0, strcspn($target, '?#')));
+        return preg_match('//u', $path) ? $path : '/';
+    }
+
+    /** Path and query as sent, to come back to. */
+    public function target(): string
+    {
+        $target = (string) ($this->server['REQUEST_URI'] ?? '/');
+        return self::isLocal($target) ? $target : '/';
+    }
+
+    /** Of the query of the URL; "" when it is missing. */
+    public function text(string $name): string
+    {
+        return self::valid($this->query[$name] ?? null) ?? '';
+    }
+
+    /** Of the form that was sent. */
+    public function field(string $name): string
+    {
+        return self::valid($this->form[$name] ?? null) ?? '';
+    }
+
+    /** @return array<string, string> */
+    public function fields(): array
+    {
+        return array_filter(array_map(self::valid(...), $this->form), \is_string(...));
+    }
+
+    /** @return array<string, string> of the query of the URL */
+    public function texts(): array
+    {
+        return array_filter(array_map(self::valid(...), $this->query), \is_string(...));
+    }
+
+    /** A whole number of the query of the URL, kept within limits; $default when it is none. */
+    public function number(string $name, int $default, int $least, int $most): int
+    {
+        $text = $this->text($name);
+        $number = preg_match('/^-?\d{1,9}$/D', $text) ? (int) $text : $default;
+        return max($least, min($most, $number));
+    }
+
+    public function header(string $name): string
+    {
+        return (string) ($this->server['HTTP_' . strtoupper(strtr($name, '-', '_'))] ?? '');
+    }
+
+    /** Of the machine that asks. Behind a proxy that is the proxy's, unless the web server sets it. */
+    public function address(): string
+    {
+        return (string) ($this->server['REMOTE_ADDR'] ?? '');
+    }
+
+    public function host(): string
+    {
+        return (string) ($this->server['HTTP_HOST'] ?? '');
+    }
+
+    public function isSecure(): bool
+    {
+        return !\in_array($this->server['HTTPS'] ?? '', ['', 'off'], true);
+    }
+
+    public function isLoopback(): bool
+    {
+        return preg_match('/^(localhost|127\.\d+\.\d+\.\d+|\[::1\])(:\d+)?$/D', $this->host()) === 1;
+    }
+
+    /** Whether a page of this site sent it, as far as the browser tells. */
+    public function isFromThisSite(): bool
+    {
+        $site = $this->header('Sec-Fetch-Site');
+        $origin = $this->header('Origin');
+        if ($site !== '' && $site !== 'same-origin' && $site !== 'none') {
+            return false;
+        }
+        return $origin === '' || $origin === ($this->isSecure() ? 'https://' : 'http://') . $this->host();
+    }
+
+    /** Whether a URL stays on this site. */
+    public static function isLocal(string $target): bool
+    {
+        return preg_match('~^/(?![/\\\\])[\x21-\x7E]*$~D', $target) === 1;
+    }
+
+    private static function valid(mixed $value): ?string
+    {
+        return \is_string($value) && \strlen($value) <= self::LONGEST && preg_match('//u', $value) === 1 ? $value : null;
+    }
+}

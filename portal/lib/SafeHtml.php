@@ -1,0 +1,24 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/** Text that is HTML already. Only Html and Template make it. */
+final class SafeHtml implements \Stringable
+{
+    private function __construct(private readonly string $html)
+    {
+    }
+
+    /** @internal $html must be escaped wherever it comes from outside. */
+    public static function of(string $html): self
+    {
+        return new self($html);
+    }
+
+    public function __toString(): string
+    {
+        return $this->html;
+    }
+}

@@ -1,0 +1,132 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/**
+ * What the portal remembers of a browser: PHP's session, which is open only while it is read or changed, so that no page
+ * waits for another one of the same user.
+ */
+final class Session
+{
+    private const COOKIE = 'portal';
+
+    /** @var array<string, mixed> */
+    private array $data = [];
+    private bool $isExpired = false;
+
+    public function __construct(Request $request, private readonly Settings $settings)
+    {
+        $directory = "$settings->stateDir/sessions";
+        is_dir($directory) || @mkdir($directory, 0700);
+        session_name(self::COOKIE);
+        session_save_path($directory);
+        session_set_cookie_params([
+            'path' => '/',
+            'httponly' => true,
+            'samesite' => 'Lax',
+            'secure' => $request->isSecure() || !$request->isLoopback(),
+        ]);
+        ini_set('session.use_strict_mode', '1');
+        ini_set('session.use_only_cookies', '1');
+        ini_set('session.cache_limiter', '');
+        ini_set('session.gc_maxlifetime', (string) ($settings->sessionHours * 3600));
+        if (isset($_COOKIE[self::COOKIE])) {
+            $this->start(['read_and_close' => true]);
+            $this->data = $_SESSION;
+            $this->checkAge();
+        }
+    }
+
+    public function get(string $key): mixed
+    {
+        return $this->data[$key] ?? null;
+    }
+
+    public function set(string $key, mixed $value): void
+    {
+        $this->change(static fn(array $data): array => [$key => $value] + $data);
+    }
+
+    /** Whether a user was logged on whose session is over. */
+    public function isExpired(): bool
+    {
+        return $this->isExpired;
+    }
+
+    /** What a form must send back. */
+    public function token(): string
+    {
+        if (!isset($this->data['token'])) {
+            $this->set('token', bin2hex(random_bytes(16)));
+        }
+        return $this->data['token'];
+    }
+
+    public function isToken(string $token): bool
+    {
+        return isset($this->data['token']) && hash_equals($this->data['token'], $token);
+    }
+
+    /** Names the session in logs; the cookie cannot be told from it. */
+    public function logName(): string
+    {
+        return 'portal-' . substr(hash('sha256', 'log ' . session_id()), 0, 16);
+    }
+
+    /**
+     * Logs a user on, under a new id.
+     *
+     * @param array<string, mixed> $data
+     */
+    public function begin(array $data): void
+    {
+        $this->start();
+        session_regenerate_id(true);
+        $_SESSION = $this->data = $data + ['token' => bin2hex(random_bytes(16)), 'start' => time(), 'last' => time()];
+        session_write_close();
+        $this->isExpired = false;
+    }
+
+    /** Logs the user off. */
+    public function end(): void
+    {
+        $this->start();
+        $_SESSION = $this->data = [];
+        session_regenerate_id(true);
+        session_write_close();
+    }
+
+    /** @param \Closure(array<string, mixed>): array<string, mixed> $change */
+    private function change(\Closure $change): void
+    {
+        $this->start();
+        $_SESSION = $this->data = $change($this->isExpired ? [] : $_SESSION);
+        session_write_close();
+    }
+
+    private function checkAge(): void
+    {
+        if (!isset($this->data['user'])) {
+            return;
+        }
+        $now = time();
+        $idle = $now - (int) ($this->data['last'] ?? 0);
+        $age = $now - (int) ($this->data['start'] ?? 0);
+        if ($idle > $this->settings->idleMinutes * 60 || $age > $this->settings->sessionHours * 3600) {
+            $this->isExpired = true;
+            $this->data = [];
+        } elseif ($idle >= 60) {
+            $this->set('last', $now);
+        }
+    }
+
+    /** @param array<string, mixed> $options */
+    private function start(array $options = []): void
+    {
+        if (!session_start($options)) {
+            throw new DiskFull('the session cannot be opened');
+        }
+    }
+}

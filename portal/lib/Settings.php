@@ -1,0 +1,84 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+/** The settings of a site: an .ini file whose name is in the environment variable or FastCGI parameter PORTAL_SETTINGS. */
+final class Settings
+{
+    private const DEFAULTS = [
+        'title' => 'Archive',
+        'hosts' => '',
+        'user' => '',
+        'password' => '',
+        'timeout' => '30',
+        'blob_local' => '',
+        'blob_remote' => '',
+        'log_dir' => '',
+        'database' => '',
+        'state_dir' => '',
+        'idle_minutes' => '30',
+        'session_hours' => '10',
+        'search_limit' => '1000',
+    ];
+
+    private function __construct(
+        public readonly string $title,
+        public readonly string $hosts,
+        public readonly string $user,
+        #[\SensitiveParameter] public readonly string $password,
+        public readonly int $timeout,
+        public readonly string $blobLocal,
+        public readonly string $blobRemote,
+        public readonly string $logDir,
+        #[\SensitiveParameter] public readonly string $database,
+        public readonly string $stateDir,
+        public readonly int $idleMinutes,
+        public readonly int $sessionHours,
+        public readonly int $searchLimit,
+    ) {
+    }
+
+    /** Raises \RuntimeException, which says what to change in which file. */
+    public static function read(string $file): self
+    {
+        $given = $file === '' ? false : @parse_ini_file($file, false, INI_SCANNER_RAW);
+        if ($given === false) {
+            throw new \RuntimeException("PORTAL_SETTINGS names no .ini file that can be read: \"$file\"");
+        }
+        foreach ($given as $name => $value) {
+            if (!isset(self::DEFAULTS[$name]) || !\is_string($value)) {
+                throw new \RuntimeException("$file: there is no setting \"$name\"; see portal/README.md");
+            }
+        }
+        $text = static fn(string $name): string => $given[$name] ?? self::DEFAULTS[$name];
+        $number = static function (string $name, int $most) use ($text, $file): int {
+            if (!preg_match('/^\d{1,9}$/D', $text($name)) || (int) $text($name) < 1 || (int) $text($name) > $most) {
+                throw new \RuntimeException("$file: the setting \"$name\" is a number from 1 to $most");
+            }
+            return (int) $text($name);
+        };
+        foreach (['hosts', 'database', 'state_dir'] as $needed) {
+            $text($needed) !== '' || throw new \RuntimeException("$file: the setting \"$needed\" is missing");
+        }
+        if (!is_dir($text('state_dir')) || !is_writable($text('state_dir'))) {
+            throw new \RuntimeException("$file: the directory \"state_dir\" does not exist, or cannot be written to");
+        }
+        return new self(
+            $text('title'),
+            $text('hosts'),
+            $text('user'),
+            $text('password'),
+            $number('timeout', 86400),
+            $text('blob_local'),
+            $text('blob_remote'),
+            $text('log_dir'),
+            $text('database'),
+            $text('state_dir'),
+            $number('idle_minutes', 1440),
+            $number('session_hours', 168),
+            $number('search_limit', 100000),
+        );
+    }
+}

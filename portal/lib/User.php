@@ -1,0 +1,73 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\EditRight;
+use Oxaqrycln\Users;
+
+/** The user who is logged on, with the rights that he has at this moment. */
+final class User
+{
+    private const ADMINISTRATOR = 1;
+
+    /** @var list<int>|null */
+    private ?array $rights = null;
+    private ?string $folders = null;
+    /** @var list<EditRight>|null */
+    private ?array $editRights = null;
+
+    public function __construct(private readonly Users $users, public readonly int $id, public readonly string $name)
+    {
+    }
+
+    public function isAdministrator(): bool
+    {
+        return \in_array(self::ADMINISTRATOR, $this->rights ??= $this->users->rights($this->id), true);
+    }
+
+    public function mustChangePassword(): bool
+    {
+        return $this->users->mustChangePassword($this->id);
+    }
+
+    /** What a search is restricted to; "" when he may see nothing. */
+    public function folderRights(): string
+    {
+        return $this->folders ??= $this->users->folderRights($this->id);
+    }
+
+    public function maySee(string $channel, string $archive): bool
+    {
+        $folders = explode(';', $this->folderRights());
+        return \in_array("$(#$channel)", $folders, true) || \in_array("$(#$channel)\\$archive", $folders, true);
+    }
+
+    public function mayCreate(string $channel, string $archive): bool
+    {
+        return $this->hasRight($channel, $archive, static fn(EditRight $right): bool => $right->canCreate);
+    }
+
+    public function mayEdit(string $channel, string $archive): bool
+    {
+        return $this->hasRight($channel, $archive, static fn(EditRight $right): bool => $right->canEdit);
+    }
+
+    public function mayDelete(string $channel, string $archive): bool
+    {
+        return $this->hasRight($channel, $archive, static fn(EditRight $right): bool => $right->canDelete);
+    }
+
+    /** @param \Closure(EditRight): bool $allows */
+    private function hasRight(string $channel, string $archive, \Closure $allows): bool
+    {
+        $this->editRights ??= $this->users->editRights($this->id);
+        foreach ($this->editRights as $right) {
+            if (\in_array($right->archive, ["$(#$channel)\\$archive", $archive], true) && $allows($right)) {
+                return $this->maySee($channel, $archive);
+            }
+        }
+        return false;
+    }
+}

@@ -1,0 +1,116 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\Archive;
+use Oxaqrycln\Users;
+
+/** What a page works with besides the request: settings, session, user, archive and templates. */
+final class Visit
+{
+    public readonly Session $session;
+    public readonly Html $h;
+    public readonly Template $templates;
+    private ?Archive $archive = null;
+    private ?User $user = null;
+
+    public function __construct(public readonly Settings $settings, public readonly Request $request)
+    {
+        $this->session = new Session($request, $settings);
+        $this->h = new Html(Locale::of($request->header('Accept-Language'), (string) $this->session->get('language')));
+        $this->templates = new Template($this->h);
+    }
+
+    /** Null for a visitor. */
+    public function user(): ?User
+    {
+        $id = $this->session->get('user');
+        if ($this->user === null && \is_int($id)) {
+            $generation = (int) ($this->state($id)->read()['generation'] ?? 0);
+            if ($generation === $this->session->get('generation')) {
+                $this->user = new User($this->users(), $id, (string) $this->session->get('name'));
+            }
+        }
+        return $this->user;
+    }
+
+    /** Of a route that has one. */
+    public function knownUser(): User
+    {
+        return $this->user() ?? throw new \LogicException('the route does not need a user');
+    }
+
+    public function users(): Users
+    {
+        return $this->open()->users();
+    }
+
+    /** With the user's own account, when he has one. */
+    public function archive(): Archive
+    {
+        $archive = $this->open();
+        $account = $this->users()->accountOf($this->knownUser()->id);
+        if ($account !== null) {
+            $archive->query()->strTELOUser = $account->user;
+            $archive->query()->strTELOPwd = $account->password;
+        }
+        return $archive;
+    }
+
+    /** What the portal remembers of a user from one session to the next. */
+    public function state(int $user): StateFile
+    {
+        return new StateFile($this->settings, 'users', "user $user");
+    }
+
+    /** Logs the user on. */
+    public function begin(int $user, string $name): void
+    {
+        $generation = (int) ($this->state($user)->read()['generation'] ?? 0);
+        $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $generation]);
+        $this->user = null;
+    }
+
+    /** Ends all sessions of a user. */
+    public function endEverywhere(int $user): void
+    {
+        $this->state($user)->change(static fn(array $state): array =>
+            ['generation' => (int) ($state['generation'] ?? 0) + 1] + $state);
+    }
+
+    /**
+     * A page of the portal.
+     *
+     * @param array<string, mixed> $values of the template
+     */
+    public function page(string $template, string $title, array $values = [], int $status = 200): Response
+    {
+        $body = $this->templates->render($template, $values + ['token' => $this->session->token()]);
+        return Response::page($this->templates->render('layout', [
+            'title' => $title,
+            'siteTitle' => $this->settings->title,
+            'body' => $body,
+            'userName' => $this->user()?->name,
+            'token' => $this->session->token(),
+        ]), $status);
+    }
+
+    private function open(): Archive
+    {
+        return $this->archive ??= new Archive(
+            hosts: $this->settings->hosts,
+            user: $this->settings->user,
+            password: $this->settings->password,
+            timeout: $this->settings->timeout,
+            session: $this->session->logName(),
+            logDir: $this->settings->logDir,
+            blobLocal: $this->settings->blobLocal,
+            blobRemote: $this->settings->blobRemote,
+            database: $this->settings->database,
+            webUser: (string) $this->session->get('name'),
+            webUserAddress: $this->request->address(),
+        );
+    }
+}

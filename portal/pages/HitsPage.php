@@ -1,0 +1,64 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Oxaqrycln\Hit;
+use Portal\Html;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\SearchRequest;
+use Portal\Visit;
+
+/** The hits of a search, a page of them at a time. */
+final class HitsPage implements Page
+{
+    private const RECENT = 10;
+
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $search = SearchRequest::of($request);
+        if ($search->query === '') {
+            return Response::redirect(Html::plainUrl('/', ['in' => $search->place]));
+        }
+        $user = $visit->knownUser();
+        $limit = $visit->settings->searchLimit;
+        $hits = $search->run($visit->archive(), $user, $limit);
+        $count = \count($hits);
+        $pageCount = max(1, intdiv($count + $search->size - 1, $search->size));
+        $page = min($search->page, $pageCount);
+        $first = ($page - 1) * $search->size;
+        if ($request->text('page') === '') {
+            $this->remember($visit, $user->id, $search);
+        }
+        return $visit->page($count === 0 ? 'no-hits' : 'hits', $search->query, [
+            'search' => $search,
+            'columns' => $hits->columns(),
+            'kinds' => array_map($hits->kindOf(...), array_keys($hits->columns())),
+            'hits' => array_map(
+                fn(Hit $hit, int $at): array => ['hit' => $hit, 'at' => $at],
+                $shown = $hits->slice($first, $search->size),
+                array_keys($shown),
+            ),
+            'first' => $first,
+            'count' => $count,
+            'total' => max($count, $hits->total),
+            'isCut' => $count >= $limit && $hits->total > $count,
+            'limit' => $limit,
+            'page' => $page,
+            'pageCount' => $pageCount,
+            'wasBeyond' => $search->page > $pageCount,
+        ]);
+    }
+
+    private function remember(Visit $visit, int $user, SearchRequest $search): void
+    {
+        $entry = ['q' => $search->query, 'in' => $search->place];
+        $visit->state($user)->change(static function (array $state) use ($entry): array {
+            $others = array_filter($state['recent'] ?? [], static fn(array $each): bool => $each !== $entry);
+            return ['recent' => \array_slice([$entry, ...$others], 0, self::RECENT)] + $state;
+        });
+    }
+}

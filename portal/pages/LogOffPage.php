@@ -1,0 +1,24 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** Ends the session, and all others of the user when he asks for it. */
+final class LogOffPage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $user = $visit->user();
+        if ($user !== null && $request->field('everywhere') !== '') {
+            $visit->endEverywhere($user->id);
+        }
+        $visit->session->end();
+        return Response::redirect('/log-on');
+    }
+}

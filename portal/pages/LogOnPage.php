@@ -1,0 +1,52 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Portal\LogOnLimit;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** Logs a user of the web user database on, and goes on where he wanted to go. */
+final class LogOnPage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        if ($request->method() === 'GET') {
+            return $this->form($visit, $request->text('to'), '', $visit->session->isExpired() ? 'expired' : '');
+        }
+        [$name, $to] = [$request->field('name'), $request->field('to')];
+        $limit = new LogOnLimit($visit->settings, $name, $request->address());
+        $wait = $limit->wait();
+        if ($wait > 0) {
+            return $this->form($visit, $to, $name, 'wait', $wait, 429)->with('Retry-After', (string) $wait);
+        }
+        $user = $visit->users()->logOn($name, $request->field('password'));
+        if ($user === null) {
+            $limit->count();
+            return $this->form($visit, $to, $name, 'wrong', 0, 403);
+        }
+        $limit->clear();
+        $visit->begin($user, $name);
+        return Response::redirect($to);
+    }
+
+    private function form(
+        Visit $visit,
+        string $to,
+        string $name,
+        string $problem,
+        int $wait = 0,
+        int $status = 200,
+    ): Response {
+        return $visit->page('log-on', $visit->h->locale->text('log-on'), [
+            'to' => Request::isLocal($to) ? $to : '',
+            'name' => $name,
+            'problem' => $problem,
+            'wait' => $wait,
+        ], $status);
+    }
+}

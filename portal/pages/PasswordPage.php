@@ -1,0 +1,61 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Oxaqrycln\BadArgument;
+use Portal\LogOnLimit;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** Changes the password of the user, and ends his other sessions. */
+final class PasswordPage implements Page
+{
+    private const SHORTEST = 8;
+
+    public function answer(Request $request, Visit $visit): Response
+    {
+        return $request->method() === 'GET' ? $this->form($visit) : $this->change($request, $visit);
+    }
+
+    private function change(Request $request, Visit $visit): Response
+    {
+        $user = $visit->knownUser();
+        [$old, $new] = [$request->field('old'), $request->field('new')];
+        $limit = new LogOnLimit($visit->settings, $user->name, $request->address());
+        if ($limit->wait() > 0) {
+            return $this->form($visit, 'wait', 429);
+        }
+        if ($new !== $request->field('again')) {
+            return $this->form($visit, 'differ', 422);
+        }
+        if (preg_match_all('/./us', $new) < self::SHORTEST || $new === $old) {
+            return $this->form($visit, 'weak', 422);
+        }
+        try {
+            $isChanged = $visit->users()->changePassword($user->name, $old, $new);
+        } catch (BadArgument) {
+            return $this->form($visit, 'characters', 422);
+        }
+        if (!$isChanged) {
+            $limit->count();
+            return $this->form($visit, 'wrong', 403);
+        }
+        $visit->users()->setMustChangePassword($user->id, false);
+        $visit->endEverywhere($user->id);
+        $visit->begin($user->id, $user->name);
+        return Response::redirect('/');
+    }
+
+    private function form(Visit $visit, string $problem = '', int $status = 200): Response
+    {
+        return $visit->page('password', $visit->h->locale->text('change-password'), [
+            'problem' => $problem,
+            'isForced' => $visit->knownUser()->mustChangePassword(),
+            'shortest' => self::SHORTEST,
+        ], $status);
+    }
+}

@@ -1,0 +1,9 @@
+<?php
+
+// The only file that the web server runs.
+
+declare(strict_types=1);
+
+require __DIR__ . '/../bootstrap.php';
+
+Portal\Portal::answer();

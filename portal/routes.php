@@ -1,0 +1,19 @@
+<?php
+
+// Every page: its path, the methods it answers, its class, and who may use it. A path without an entry is "not found",
+// and an entry without a right does not exist.
+
+declare(strict_types=1);
+
+use Portal\Pages;
+use Portal\Right;
+use Portal\Route;
+
+return [
+    new Route('/', ['GET'], Pages\SearchPage::class, Right::User),
+    new Route('/log-on', ['GET', 'POST'], Pages\LogOnPage::class, Right::Anyone),
+    new Route('/log-off', ['POST'], Pages\LogOffPage::class, Right::Anyone),
+    new Route('/password', ['GET', 'POST'], Pages\PasswordPage::class, Right::NewPassword),
+    new Route('/hits', ['GET'], Pages\HitsPage::class, Right::User),
+    new Route('/document', ['GET'], Pages\DocumentPage::class, Right::User),
+];

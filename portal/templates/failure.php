@@ -1,0 +1,19 @@
+<h1><?= $h->text("failure-$kind") ?></h1>
+<?php if ($detail !== '') { ?>
+<p class="problem"><?= $h($detail) ?></p>
+<?php } ?>
+<p><?= $h->text("failure-$kind-help") ?></p>
+<?php if ($attempts !== []) { ?>
+<h2><?= $h->text('servers-tried', $milliseconds) ?></h2>
+<ul>
+<?php foreach ($attempts as [$server, $number, $time]) { ?>
+<li><?= $h->text('server-tried', $server, $number, $time) ?></li>
+<?php } ?>
+</ul>
+<?php } ?>
+<ul>
+<?php if ($again !== '') { ?>
+<li><a href="<?= $h($again) ?>"><?= $h->text('again') ?></a></li>
+<?php } ?>
+<li><a href="<?= $h->url('/', ['q' => $query]) ?>"><?= $h->text('back-to-search') ?></a></li>
+</ul>

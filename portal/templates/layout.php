@@ -1,0 +1,30 @@
+<!DOCTYPE html>
+<html lang="<?= $h($h->locale->language) ?>">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<meta name="color-scheme" content="light dark">
+<title><?= $h($title) ?> - <?= $h($siteTitle) ?></title>
+<link rel="stylesheet" href="/portal.css">
+</head>
+<body>
+<a class="skip" href="#content"><?= $h->text('skip') ?></a>
+<header class="site">
+<a class="home" href="/"><?= $h($siteTitle) ?></a>
+<?php if ($userName !== null) { ?>
+<nav aria-label="<?= $h->text('account') ?>">
+<span><?= $h($userName) ?></span>
+<a href="/password"><?= $h->text('change-password') ?></a>
+<form method="post" action="/log-off">
+<input type="hidden" name="token" value="<?= $h($token) ?>">
+<button><?= $h->text('log-off') ?></button>
+<button name="everywhere" value="1"><?= $h->text('log-off-everywhere') ?></button>
+</form>
+</nav>
+<?php } ?>
+</header>
+<main id="content" tabindex="-1">
+<?= $h($body) ?>
+</main>
+</body>
+</html>

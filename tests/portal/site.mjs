@@ -1,0 +1,79 @@
+// Starts a site for the tests, and a browser that sees every violation of its policy.
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { fileURLToPath } from 'node:url';
+import assert from 'node:assert/strict';
+import { chromium } from 'playwright-core';
+
+const root = fileURLToPath(new URL('../..', import.meta.url));
+
+/** A portal with a development archive of its own; options are passed on to the archive server. */
+export class Site {
+  static async start(...devserverOptions) {
+    const site = new Site();
+    const build = `${root}build/debug`;
+    site.process = spawn('python3', [`${root}scripts/portal_site.py`, '--nginx', '--tools', `${build}/tools`, '--library',
+      `${build}/liboxaqrycln.so.1`, ...devserverOptions.map((option) => `--devserver=${option}`)],
+    { stdio: ['pipe', 'pipe', 'inherit'] });
+    let text = '';
+    for await (const piece of site.process.stdout) {
+      text += piece;
+      if (text.includes('\n')) break;
+    }
+    Object.assign(site, JSON.parse(text));
+    return site;
+  }
+
+  async stop() {
+    this.process.stdin.end();
+    if (this.process.exitCode === null) await once(this.process, 'exit');
+  }
+}
+
+export class Browser {
+  static async start() {
+    const browser = new Browser();
+    browser.chromium = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
+    return browser;
+  }
+
+  stop() {
+    return this.chromium.close();
+  }
+
+  /** Runs body(page) in a window of its own, which fails on a violation of the policy and on any error of a script. */
+  async visit(site, body, options = {}) {
+    const context = await this.chromium.newContext({ baseURL: site.address, locale: 'en-GB', ...options });
+    const faults = [];
+    const page = await context.newPage();
+    page.on('console', (message) => {
+      if (/Content Security Policy/.test(message.text())) faults.push(message.text());
+    });
+    page.on('pageerror', (error) => faults.push(String(error)));
+    page.on('dialog', (dialog) => {
+      faults.push(`a dialog: ${dialog.message()}`);
+      dialog.dismiss();
+    });
+    try {
+      await body(page, context);
+    } finally {
+      await context.close();
+    }
+    assert.deepEqual(faults, []);
+  }
+
+  /** The same for a user who has logged on. */
+  asUser(site, name, body, options = {}) {
+    return this.visit(site, async (page, context) => {
+      await logOn(page, name, site.users[name]);
+      await body(page, context);
+    }, options);
+  }
+}
+
+export async function logOn(page, name, password) {
+  if (!page.url().includes('/log-on')) await page.goto('/log-on');
+  await page.getByLabel('User name').fill(name);
+  await page.getByLabel('Password').fill(password);
+  await page.getByRole('main').getByRole('button', { name: 'Log on' }).click();
+}

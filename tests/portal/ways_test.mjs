@@ -1,0 +1,130 @@
+// The ways of the users through the portal, with the archive of the development server.
+import { after, before, describe, test } from 'node:test';
+import assert from 'node:assert/strict';
+import AxeBuilder from '@axe-core/playwright';
+import { Browser, Site, logOn } from './site.mjs';
+
+let site;
+let browser;
+before(async () => {
+  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
+});
+after(async () => {
+  await Promise.all([browser?.stop(), site?.stop()]);
+});
+
+const search = async (page, query) => {
+  await page.goto('/');
+  await page.getByLabel('Query').fill(query);
+  await page.getByRole('main').getByRole('button', { name: 'Search' }).click();
+};
+
+describe('ways', () => {
+  for (const [name, hitCount] of [['administrator', 21], ['clerk', 21], ['reader', 8]]) {
+    test(`${name} logs on, searches, reads a document, comes back and logs off`, () => browser.asUser(site, name, async (page) => {
+      await search(page, 'copper');
+      assert.match(await page.getByRole('status').innerText(), new RegExp(`^${hitCount} hits`));
+      const rows = page.locator('table.hits tbody tr');
+      assert.equal(await rows.count(), Math.min(20, hitCount));
+      const title = await rows.first().getByRole('link').innerText();
+      await rows.first().getByRole('link').click();
+      assert.equal(await page.getByRole('heading', { level: 1 }).innerText(), title);
+      await page.goBack();
+      assert.equal(await rows.count(), Math.min(20, hitCount));
+      await page.getByRole('button', { name: 'Log off', exact: true }).click();
+      await page.goto('/hits?q=copper');
+      assert.match(page.url(), /\/log-on\?to=/);
+      await logOn(page, name, site.users[name]);
+      assert.match(page.url(), /\/hits\?q=copper$/);
+    }));
+  }
+
+  test('the hits in a text are marked and can be gone to', () => browser.asUser(site, 'clerk', async (page) => {
+    await search(page, 'Zahlung');
+    await page.locator('table.hits tbody tr').first().getByRole('link').click();
+    assert.deepEqual(new Set(await page.locator('mark').allInnerTexts()), new Set(['Zahlung']));
+    await page.getByRole('link', { name: 'Go to the first hit in the text' }).click();
+    assert.equal(await page.locator('mark:target').count(), 1);
+  }));
+
+  test('a list is sorted by the component, in both directions, and paged', () => browser.asUser(site, 'clerk', async (page) => {
+    await page.goto('/hits?q=*&size=50');
+    const titles = () => page.locator('tbody tr td:first-child').allInnerTexts();
+    await page.getByRole('link', { name: 'Title', exact: true }).click();
+    const ascending = await titles();
+    assert.equal(await page.getByRole('columnheader', { name: 'Title' }).getAttribute('aria-sort'), 'ascending');
+    await page.getByRole('link', { name: 'Title', exact: true }).click();
+    assert.notDeepEqual(await titles(), ascending);
+    await page.goto('/hits?q=*&size=50&page=999');
+    assert.match(await page.getByRole('status').innerText(), /There is no such page; this is the last one, 6\./);
+  }));
+});
+
+describe('refusals', () => {
+  test('a user reaches nothing outside of his rights', () => browser.asUser(site, 'reader', async (page) => {
+    for (const target of ['/document?channel=Finance&archive=Invoices&id=1085&version=1', '/hits?q=copper&in=Finance/Invoices',
+      '/document?channel=Mail\\..&archive=x&id=1', '/nothing']) {
+      const answer = await page.goto(target);
+      assert.equal(answer.status(), 404, target);
+    }
+  }));
+
+  test('wrong passwords make an account wait, and tell nothing about users', () => browser.visit(site, async (page) => {
+    const texts = new Set();
+    for (const name of ['clerk', 'nobody', "o'clerk"]) {
+      await page.goto('/log-on');
+      await logOn(page, name, 'wrong');
+      texts.add(await page.getByRole('alert').innerText());
+    }
+    assert.deepEqual([...texts], ['The user name or the password is wrong.']);
+    for (let i = 0; i < 4; ++i) await logOn(page, 'guessed', 'wrong');
+    await logOn(page, 'guessed', 'wrong');
+    assert.match(await page.getByRole('alert').innerText(), /Too many attempts/);
+  }));
+
+  test('a form without its token, or from another site, changes nothing', () => browser.asUser(site, 'clerk', async (page, context) => {
+    for (const [form, headers] of [[{}, {}], [{ token: 'x' }, {}]]) {
+      const answer = await context.request.post('/log-off', { form, headers, maxRedirects: 0 });
+      assert.equal(answer.status(), 403);
+    }
+    const token = await page.locator('input[name=token]').first().inputValue();
+    const answer = await context.request.post('/log-off', { form: { token }, headers: { Origin: 'http://elsewhere.example' }, maxRedirects: 0 });
+    assert.equal(answer.status(), 403);
+    await page.reload();
+    assert.equal(await page.getByRole('button', { name: 'Log off', exact: true }).count(), 1);
+  }));
+
+  test('hostile texts are shown as text', () => browser.asUser(site, 'clerk', async (page) => {
+    for (const query of ['<script>alert(1)</script>', '"><img src=x onerror=alert(1)>', "'; DROP TABLE Users; --", '\u0085\u009f\u0001',
+      '^,^', '@x', '\u{1F600}', '()']) {
+      const answer = await page.goto(`/hits?q=${encodeURIComponent(query)}`);
+      assert.ok([200, 400, 422].includes(answer.status()), `${query}: ${answer.status()}`);
+      assert.equal(await page.locator('main script, main img').count(), 0);
+      assert.equal(await page.getByLabel('Query').count() + await page.getByRole('link', { name: 'Back to the search' }).count(), 1);
+    }
+  }));
+
+  test('every answer has the security headers', () => browser.asUser(site, 'clerk', async (page, context) => {
+    for (const target of ['/', '/nothing', '/hits?q=copper', '/hits?q=((', '/portal.css']) {
+      const headers = (await context.request.get(target)).headers();
+      assert.match(headers['content-security-policy'], /^default-src 'none'/, target);
+      assert.equal(headers['x-content-type-options'], 'nosniff', target);
+    }
+  }));
+});
+
+describe('accessibility', () => {
+  const looks = [{ colorScheme: 'light' }, { colorScheme: 'dark' }, { forcedColors: 'active' }];
+  for (const look of looks) {
+    test(`axe finds nothing at 320 pixels, ${Object.values(look)}`, () => browser.asUser(site, 'clerk', async (page) => {
+      for (const target of ['/', '/hits?q=copper', '/hits?q=nothingatall', '/hits?q=((', '/password', '/nothing',
+        '/document?channel=Mail&archive=Inbox&id=1199&version=1&q=copper']) {
+        await page.goto(target);
+        const { violations } = await new AxeBuilder({ page }).analyze();
+        assert.deepEqual(violations.map((each) => `${target}: ${each.id} ${each.nodes[0].html}`), []);
+        const width = await page.evaluate(() => document.documentElement.scrollWidth);
+        assert.ok(width <= 320, `${target} is ${width} pixels wide`);
+      }
+    }, { ...look, viewport: { width: 320, height: 640 } }));
+  }
+});
