@@ -64,6 +64,8 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/oxaqrycln.3 DESTINATION ${CMAKE_INSTALL
 install(FILES ${PROJECT_SOURCE_DIR}/docs/oxaqry-log.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# The portal, to copy from. Its pages find the PHP package by opcache.preload.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/portal DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # The PHP package; the shared library is where the system's loader finds it, or named in php.ini.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings/php/ DESTINATION ${CMAKE_INSTALL_DATADIR}/php/oxaqrycln)
