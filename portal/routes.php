@@ -16,4 +16,10 @@ return [
     new Route('/password', ['GET', 'POST'], Pages\PasswordPage::class, Right::NewPassword),
     new Route('/hits', ['GET'], Pages\HitsPage::class, Right::User),
     new Route('/document', ['GET'], Pages\DocumentPage::class, Right::User),
+    new Route('/document/delete', ['GET', 'POST'], Pages\DeletePage::class, Right::User),
+    new Route('/document/neighbour', ['GET'], Pages\NeighbourPage::class, Right::User),
+    new Route('/document/notes', ['POST'], Pages\NotesPage::class, Right::User),
+    new Route('/document/notes/delete', ['GET', 'POST'], Pages\DeleteNotesPage::class, Right::User),
+    new Route('/image', ['GET'], Pages\ImagePage::class, Right::User),
+    new Route('/file', ['GET'], Pages\FilePage::class, Right::User),
 ];

@@ -27,6 +27,11 @@ final class Failure extends \RuntimeException
         return new self('no-document', 404);
     }
 
+    public static function noFile(): self
+    {
+        return new self('no-file', 404);
+    }
+
     public static function forbidden(): self
     {
         return new self('forbidden', 403);

@@ -74,15 +74,39 @@ final class Html
             . self::escape($this->locale->time($time)) . '</time>';
     }
 
-    /** A text of a document: its hits are marked and numbered from $first on, so that links can name them. */
-    public function marked(MarkedText $text, int $first): string
+    /**
+     * A text of a document: its hits are marked and numbered from $first on, so that links can name them. With $total, each
+     * mark is followed by its number and the links to those beside it, which the style sheet shows at the mark gone to.
+     *
+     * @param ?\Closure(int): string $url of a mark by its number, not escaped
+     */
+    public function marked(MarkedText $text, int $first, int $total = 0, ?\Closure $url = null): string
     {
         $html = '';
         foreach ($text->pieces() as $piece) {
             $escaped = self::escape($piece->text);
-            $html .= $piece->isMarked ? '<mark id="hit-' . $first++ . "\" tabindex=\"-1\">$escaped</mark>" : $escaped;
+            if (!$piece->isMarked) {
+                $html .= $escaped;
+                continue;
+            }
+            $html .= "<mark id=\"hit-$first\" tabindex=\"-1\">$escaped</mark>";
+            $html .= $url === null ? '' : $this->markSteps($first, $total, $url);
+            ++$first;
         }
         return $html;
+    }
+
+    /** @param \Closure(int): string $url */
+    private function markSteps(int $number, int $total, \Closure $url): string
+    {
+        $html = '<span class="steps"> ' . $this->text('mark-of', $number, $total);
+        if ($number > 1) {
+            $html .= ' <a href="' . self::escape($url($number - 1)) . '">' . $this->text('mark-previous') . '</a>';
+        }
+        if ($number < $total) {
+            $html .= ' <a href="' . self::escape($url($number + 1)) . '">' . $this->text('mark-next') . '</a>';
+        }
+        return "$html</span>";
     }
 
     /** Control characters, which no browser shows, become a sign that can be seen. */

@@ -16,8 +16,8 @@ final class Portal
     public static function answer(): void
     {
         ini_set('display_errors', '0');
+        $request = Request::ofBrowser();
         try {
-            $request = Request::ofBrowser();
             $settings = Settings::read((string) ($_SERVER['PORTAL_SETTINGS'] ?? getenv('PORTAL_SETTINGS')));
             $portal = new self(require __DIR__ . '/../routes.php', new Visit($settings, $request));
             $response = $portal->respond($request);
@@ -25,7 +25,7 @@ final class Portal
             error_log("portal: $error");
             $response = new Response("The portal is not available at present.\n", 500, ['Content-Type' => 'text/plain']);
         }
-        $response->send();
+        $response->send(!$request->isHead());
     }
 
     public function respond(Request $request): Response

@@ -26,10 +26,23 @@ final class Request
         return new self($_GET, $_POST, $_SERVER);
     }
 
+    /** The request that a link of this site makes. */
+    public static function ofUrl(string $url): self
+    {
+        parse_str((string) parse_url($url, PHP_URL_QUERY), $query);
+        return new self($query, [], ['REQUEST_URI' => $url]);
+    }
+
+    /** "GET" for HEAD, too, whose answer is the same without its body. */
     public function method(): string
     {
         $method = (string) ($this->server['REQUEST_METHOD'] ?? 'GET');
         return $method === 'HEAD' ? 'GET' : $method;
+    }
+
+    public function isHead(): bool
+    {
+        return ($this->server['REQUEST_METHOD'] ?? '') === 'HEAD';
     }
 
     /** Decoded, without the query. */

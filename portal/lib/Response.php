@@ -17,9 +17,12 @@ final class Response
         'Cache-Control' => 'no-store',
     ];
 
-    /** @param array<string, string> $headers in place of those of POLICY, or besides them */
+    /**
+     * @param string|\Closure(): void $body a closure writes it to the output, piece by piece
+     * @param array<string, string> $headers in place of those of POLICY, or besides them
+     */
     public function __construct(
-        public readonly string $body,
+        public readonly string|\Closure $body,
         public readonly int $status = 200,
         public readonly array $headers = [],
     ) {
@@ -41,13 +44,21 @@ final class Response
         return new self($this->body, $this->status, [$header => $value] + $this->headers);
     }
 
-    public function send(): void
+    /** @param bool $isWhole without it, the headers only */
+    public function send(bool $isWhole = true): void
     {
         header_remove('X-Powered-By');
         http_response_code($this->status);
         foreach ($this->headers + self::POLICY as $name => $value) {
             header("$name: " . preg_replace('/[\x00-\x1F\x7F]/', '', $value));
         }
-        echo $this->body;
+        if ($this->body instanceof \Closure && $isWhole) {
+            while (ob_get_level() > 0) {
+                ob_end_clean();
+            }
+            ($this->body)();
+        } elseif ($isWhole) {
+            echo $this->body;
+        }
     }
 }

@@ -4,46 +4,64 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
-use Oxaqrycln\DocumentName;
-use Oxaqrycln\Refused;
+use Oxaqrycln\Document;
+use Portal\DocumentRequest;
+use Portal\DocumentView;
 use Portal\Failure;
 use Portal\Page;
 use Portal\Request;
 use Portal\Response;
 use Portal\Visit;
 
-/** A document: its segments with the hits of the query marked, its properties and notes. */
+/**
+ * A document: all its texts, or a segment ("segment", or "page" for an image), or its properties ("view"), each under a URL
+ * of its own; "view=print" is the whole document without what a printer has no use for.
+ */
 final class DocumentPage implements Page
 {
     public function answer(Request $request, Visit $visit): Response
     {
-        $name = new DocumentName(
-            $request->text('channel'),
-            $request->text('archive'),
-            $request->text('id'),
-            $request->text('version'),
-        );
-        // The name comes from the browser, so the user's rights decide, not the hit list that he was shown.
-        if (!$visit->knownUser()->maySee($name->channel, $name->archive)) {
-            throw Failure::noDocument();
-        }
-        try {
-            $document = $visit->archive()->document($name, $request->text('q'));
-        } catch (Refused $refused) {
-            throw new Failure('no-document', 404, $refused->getMessage());
-        }
-        $segments = [];
-        $marks = 0;
-        foreach ($document->segments as $segment) {
-            $segments[] = ['segment' => $segment, 'firstMark' => $marks + 1];
-            $marks += \count($segment->text->marks);
-        }
-        return $visit->page('document', $document->title, [
+        return self::show($request, $visit);
+    }
+
+    /** @param string $problem key of a text about $note, which was not stored; "" for none */
+    public static function show(
+        Request $request,
+        Visit $visit,
+        string $note = '',
+        string $problem = '',
+        int $status = 200,
+    ): Response {
+        $asked = DocumentRequest::of($request);
+        [$document, $refusal] = self::read($asked, $visit);
+        $view = new DocumentView($asked, $document, $request);
+        $properties = $view->tab === 'properties'
+            ? $visit->archive()->properties($document->name->channel, $document->name->archive)
+            : null;
+        return $visit->page($view->tab === 'print' ? 'document-print' : 'document', $document->title, [
+            'asked' => $asked,
             'document' => $document,
-            'segments' => $segments,
-            'marks' => $marks,
-            'query' => $request->text('q'),
-            'back' => Request::isLocal($request->text('back')) ? $request->text('back') : '',
-        ]);
+            'view' => $view,
+            'refusal' => $refusal,
+            'properties' => $properties,
+            'end' => \in_array($request->text('end'), ['first', 'last'], true) ? $request->text('end') : '',
+            'mayAnnotate' => $asked->mayAnnotate($visit),
+            'mayDelete' => $view->tab !== 'print' && $asked->mayDelete($visit),
+            'note' => $note,
+            'problem' => $problem,
+        ], $status);
+    }
+
+    /** @return array{Document, string} what the server says when it does not take the query, whose hits are not marked then */
+    private static function read(DocumentRequest $asked, Visit $visit): array
+    {
+        try {
+            return [$asked->read($visit, $asked->query), ''];
+        } catch (Failure $failure) {
+            if ($asked->query === '' || $failure->detail === '') {
+                throw $failure;
+            }
+            return [$asked->read($visit), $failure->detail];
+        }
     }
 }

@@ -1,44 +1,69 @@
 <?php $name = $document->name; ?>
-<?php if ($back !== '') { ?>
-<p><a href="<?= $h($back) ?>"><?= $h->text('back-to-hits') ?></a></p>
+<?php if ($asked->back !== '') { ?>
+<nav class="pages" aria-label="<?= $h->text('hit-list') ?>">
+<a class="back" href="<?= $h($asked->backUrl()) ?>"><?= $h->text('back-to-hits') ?></a>
+<?php if ($asked->at > 0) { ?>
+<?php if ($asked->at > 1) { ?>
+<a rel="prev" href="<?= $h->url('/document/neighbour', $asked->with(['step' => 'previous'])) ?>"><?= $h->text('hit-previous') ?></a>
 <?php } ?>
-<h1><?= $h($document->title) ?></h1>
-<p class="counts"><?= $h($name->channel) ?>/<?= $h($name->archive) ?>, <?= $h->text('document-version', $name->id, $name->version) ?>
-<?php if ($query !== '') { ?>
-<?= $h->text('marks', $marks, $query) ?>
+<span><?= $h->text('hit-of', $h->locale->number($asked->at), $h->locale->number($asked->of)) ?></span>
+<?php if ($asked->at < $asked->of) { ?>
+<a rel="next" href="<?= $h->url('/document/neighbour', $asked->with(['step' => 'next'])) ?>"><?= $h->text('hit-next') ?></a>
+<?php } ?>
+<?php } ?>
+</nav>
+<?php } ?>
+<?php if ($end !== '') { ?>
+<p class="problem" role="status"><?= $h->text("hit-$end") ?></p>
+<?php } ?>
+<h1><?= $h($document->title === '' ? $name->id : $document->title) ?></h1>
+<p class="counts"><?= $h($name->channel) ?>/<?= $h($name->archive) ?>, <?= $h->text('document-version', $name->id, $name->version) ?></p>
+<?php if ($refusal !== '') { ?>
+<p class="problem" role="status"><?= $h->text('marks-refused', $asked->query, $refusal) ?></p>
+<?php } elseif ($asked->query !== '') { ?>
+<p class="counts" id="marks"><?= $h->text('marks', $h->locale->number($view->markCount), $asked->query) ?>
+<?php if ($view->markCount > 0) { ?>
+ <a class="first-mark" href="<?= $h($view->markUrl(1)) ?>"><?= $h->text('first-mark') ?></a>
+ <a href="<?= $h($view->markUrl($view->markCount)) ?>"><?= $h->text('last-mark') ?></a>
 <?php } ?>
 </p>
-<?php if ($marks > 0) { ?>
-<p><a href="#hit-1"><?= $h->text('first-mark') ?></a></p>
 <?php } ?>
-<?php foreach ($segments as ['segment' => $segment, 'firstMark' => $firstMark]) { ?>
-<section class="segment" aria-labelledby="segment-<?= $h($segment->index) ?>">
-<h2 id="segment-<?= $h($segment->index) ?>"><?= $h($segment->title === '' ? $segment->name : $segment->title) ?></h2>
-<?php if ($segment->text->text !== '') { ?>
-<p class="text"><?= $h->marked($segment->text, $firstMark) ?></p>
+<div class="tools">
+<a href="<?= $h->url('/document', $asked->with(['view' => 'print'])) ?>"><?= $h->text('print-view') ?></a>
+<a href="<?= $h->url('/file', ['channel' => $name->channel, 'archive' => $name->archive, 'id' => $name->id, 'version' => $name->version, 'print' => 'all']) ?>"><?= $h->text('print-file') ?></a>
+<a href="<?= $h->url('/document', ['channel' => $name->channel, 'archive' => $name->archive, 'id' => $name->id, 'version' => $name->version]) ?>"><?= $h->text('permanent-link') ?></a>
+<?php if ($mayDelete) { ?>
+<a href="<?= $h->url('/document/delete', $asked->with(['version' => $name->version])) ?>"><?= $h->text('delete-document') ?></a>
 <?php } ?>
-<?php if ($segment->contentLength > 0) { ?>
-<p class="file"><?= $h->text('stored-file', $segment->extension, $segment->contentLength) ?></p>
+<form method="get" action="/document">
+<?php foreach ($asked->with(['version' => '']) as $key => $value) { ?>
+<?php if ($value !== '') { ?>
+<input type="hidden" name="<?= $h($key) ?>" value="<?= $h($value) ?>">
 <?php } ?>
-</section>
 <?php } ?>
-<section aria-labelledby="properties">
-<h2 id="properties"><?= $h->text('properties') ?></h2>
-<dl>
-<dt><?= $h->text('created') ?></dt>
-<dd><?= $h->time($document->created) ?></dd>
-<dt><?= $h->text('changed') ?></dt>
-<dd><?= $h->time($document->changed) ?></dd>
-</dl>
-</section>
-<?php if ($document->notes !== []) { ?>
-<section aria-labelledby="notes">
-<h2 id="notes"><?= $h->text('notes') ?></h2>
-<?php foreach ($document->notes as $note) { ?>
-<article class="note">
-<p class="counts"><?= $h($note->author) ?> <?= $h->time($note->time) ?></p>
-<p class="text"><?= $h($note->text) ?></p>
-</article>
+<label for="version"><?= $h->text('version') ?></label>
+<input id="version" name="version" type="number" min="1" value="<?= $h($name->version) ?>" required>
+<button><?= $h->text('open') ?></button>
+<?php if ($asked->name->version !== '') { ?>
+<a href="<?= $h->url('/document', $asked->with(['version' => ''])) ?>"><?= $h->text('newest-version') ?></a>
+<?php } else { ?>
+<span><?= $h->text('is-newest-version') ?></span>
 <?php } ?>
-</section>
+</form>
+</div>
+<nav class="tabs" aria-label="<?= $h->text('segments') ?>">
+<ul>
+<li><a href="<?= $h->url('/document', $asked->with()) ?>"<?php if ($view->tab === 'all') { ?> aria-current="page"<?php } ?>><?= $h->text('whole-document') ?></a></li>
+<?php foreach ($document->segments as $segment) { ?>
+<li><a href="<?= $h->url('/document', $asked->with(['segment' => $segment->index])) ?>"<?php if ($view->segment === $segment) { ?> aria-current="page"<?php } ?>><?= $h($view->titleOf($segment)) ?><?php if ($segment->text->marks !== []) { ?> <span class="badge"><?= $h->text('tab-marks', count($segment->text->marks)) ?></span><?php } ?></a></li>
 <?php } ?>
+<li><a href="<?= $h->url('/document', $asked->with(['view' => 'properties'])) ?>"<?php if ($view->tab === 'properties') { ?> aria-current="page"<?php } ?>><?= $h->text('properties') ?></a></li>
+</ul>
+</nav>
+<?php foreach ($view->shown as $segment) { ?>
+<?= $h($templates->render('segment', ['segment' => $segment, 'view' => $view, 'asked' => $asked, 'name' => $name, 'isPrint' => false])) ?>
+<?php } ?>
+<?php if ($properties !== null) { ?>
+<?= $h($templates->render('properties', ['document' => $document, 'properties' => $properties])) ?>
+<?php } ?>
+<?= $h($templates->render('notes', ['asked' => $asked, 'notes' => $document->notes, 'mayAnnotate' => $mayAnnotate, 'note' => $note, 'problem' => $problem, 'token' => $token])) ?>

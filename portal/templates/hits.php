@@ -28,7 +28,7 @@ $here = $h::plainUrl('/hits', $search->with());
 </thead>
 <tbody>
 <?php foreach ($hits as ['hit' => $hit, 'at' => $at]) { ?>
-<?php $link = ['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version, 'q' => $search->query, 'back' => $here]; ?>
+<?php $link = ['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version, 'q' => $search->query, 'back' => $here, 'at' => $first + $at + 1, 'of' => $count]; ?>
 <tr id="hit-<?= $h($first + $at + 1) ?>">
 <?php foreach ($columns as $number => $title) { ?>
 <?php $value = $hit->values[$number] ?? ''; ?>

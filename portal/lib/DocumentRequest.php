@@ -1,0 +1,121 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\Document;
+use Oxaqrycln\DocumentName;
+use Oxaqrycln\Refused;
+
+/** A document as a URL names it, with the way back to the hit list that it was opened from. */
+final class DocumentRequest
+{
+    private function __construct(
+        /** an empty version is the newest one */
+        public readonly DocumentName $name,
+        /** whose hits are marked */
+        public readonly string $query,
+        /** of the hit list; "" without one */
+        public readonly string $back,
+        /** position in the hit list, counted from 1, and its length, as the list was when the link was made; 0 without one */
+        public readonly int $at,
+        public readonly int $of,
+    ) {
+    }
+
+    public static function of(Request $request): self
+    {
+        $back = $request->text('back');
+        $isList = Request::isLocal($back) && Request::ofUrl($back)->path() === '/hits';
+        return new self(
+            new DocumentName(
+                $request->text('channel'),
+                $request->text('archive'),
+                $request->text('id'),
+                $request->text('version'),
+            ),
+            $request->text('q'),
+            $isList ? $back : '',
+            $isList ? $request->number('at', 0, 0, 999999999) : 0,
+            $isList ? $request->number('of', 0, 0, 999999999) : 0,
+        );
+    }
+
+    /**
+     * The query of its URL, with changes.
+     *
+     * @param array<string, string|int> $changes
+     * @return array<string, string|int>
+     */
+    public function with(array $changes = []): array
+    {
+        return $changes + [
+            'channel' => $this->name->channel,
+            'archive' => $this->name->archive,
+            'id' => $this->name->id,
+            'version' => $this->name->version,
+            'q' => $this->query,
+            'back' => $this->back,
+            'at' => $this->at === 0 ? '' : $this->at,
+            'of' => $this->of === 0 ? '' : $this->of,
+        ];
+    }
+
+    /** The URL of the hit list with the place of this document; "" without a list. */
+    public function backUrl(): string
+    {
+        return $this->back === '' ? '' : strtok($this->back, '#') . ($this->at === 0 ? '' : "#hit-$this->at");
+    }
+
+    /** The document, when the user may see it, with the hits of $query marked. Raises Failure. */
+    public function read(Visit $visit, string $query = ''): Document
+    {
+        $conditions = $this->conditions($visit);
+        try {
+            $document = $visit->archive()->document($this->name, $query);
+        } catch (Refused $refused) {
+            throw new Failure('no-document', 404, $refused->getMessage());
+        }
+        if (!DocumentConditions::areMet($conditions, $document)) {
+            throw Failure::noDocument();
+        }
+        return $document;
+    }
+
+    /** Raises Failure when the user may not see the document. Reads it only if that depends on what is in it. */
+    public function check(Visit $visit): void
+    {
+        if ($this->conditions($visit) !== []) {
+            $this->read($visit);
+        }
+    }
+
+    /** Whether the user may write and delete notes. */
+    public function mayAnnotate(Visit $visit): bool
+    {
+        return $visit->knownUser()->mayEdit($this->name->channel, $this->name->archive);
+    }
+
+    /** Whether both the user's rights and the archive allow it. */
+    public function mayDelete(Visit $visit): bool
+    {
+        [$channel, $archive] = [$this->name->channel, $this->name->archive];
+        return $visit->knownUser()->mayDelete($channel, $archive) && $visit->archive()->properties($channel, $archive)->canDelete;
+    }
+
+    /**
+     * Raises Failure for an archive that the user may not see: the name comes from the browser, so his rights decide, not
+     * the hit list that he was shown.
+     *
+     * @return list<\Oxaqrycln\DocumentCondition>
+     */
+    private function conditions(Visit $visit): array
+    {
+        $user = $visit->knownUser();
+        if ($this->name->id === '' || !$user->maySee($this->name->channel, $this->name->archive)) {
+            throw Failure::noDocument();
+        }
+        return $visit->users()->documentConditions($user->id, $this->name->channel, $this->name->archive);
+    }
+}

@@ -1,0 +1,107 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\Archive;
+use Oxaqrycln\Content;
+use Oxaqrycln\DocumentName;
+use Oxaqrycln\Error;
+
+/**
+ * A file of a document, in a temporary file that goes with the object. It is sent piece by piece, so that its size takes no
+ * memory.
+ */
+final class StoredFile
+{
+    /** Whatever the file is, a browser runs nothing of it, as on a site of its own. */
+    public const POLICY = "default-src 'none'; img-src 'self'; style-src 'unsafe-inline'; sandbox; frame-ancestors 'none'; "
+        . "base-uri 'none'; form-action 'none'";
+    private const PIECE = 262144;
+
+    public readonly FileType $type;
+
+    /** @param resource $stream */
+    private function __construct(private readonly mixed $stream, public readonly int $size)
+    {
+        rewind($stream);
+        $this->type = FileType::of((string) stream_get_contents($stream, FileType::HEAD));
+    }
+
+    /** Null when there is no such content. */
+    public static function fetch(Archive $archive, DocumentName $name, Content $content): ?self
+    {
+        $stream = tmpfile();
+        if ($stream === false) {
+            throw new DiskFull('no temporary file can be made');
+        }
+        try {
+            $path = $archive->fetch($name, $content, $stream);
+        } catch (Error $error) {
+            // The package copies the file last; its error does not tell whose disk is full.
+            throw $error::class === Error::class && @fwrite($stream, str_repeat("\0", 65536)) !== 65536
+                ? new DiskFull('a temporary file cannot be written', 0, $error)
+                : $error;
+        }
+        return $path === null ? null : new self($stream, (int) fstat($stream)['size']);
+    }
+
+    /** All of it; null when it is larger than $most bytes. */
+    public function content(int $most): ?string
+    {
+        rewind($this->stream);
+        return $this->size > $most ? null : (string) stream_get_contents($this->stream);
+    }
+
+    /** The part that the browser asks for, or all. */
+    public function answer(Request $request, string $name, bool $isAttachment): Response
+    {
+        $tag = $this->tag();
+        $condition = $request->header('If-Range');
+        $range = ByteRange::of($condition === '' || $condition === $tag ? $request->header('Range') : '', $this->size);
+        $headers = [
+            'Content-Type' => $this->type->contentType,
+            'Content-Disposition' => FileName::disposition(FileName::fitting($name, $this->type), $isAttachment || !$this->type->isShown),
+            'Content-Security-Policy' => self::POLICY,
+            'Cross-Origin-Resource-Policy' => 'same-origin',
+            'Accept-Ranges' => 'bytes',
+            'ETag' => $tag,
+        ];
+        if ($range === null) {
+            return $this->part(0, $this->size, 200, $headers);
+        }
+        if (!$range->isSatisfiable()) {
+            return new Response('', 416, ['Content-Range' => "bytes */$this->size", 'Content-Length' => '0'] + $headers);
+        }
+        $last = $range->first + $range->length - 1;
+        $headers['Content-Range'] = "bytes $range->first-$last/$this->size";
+        return $this->part($range->first, $range->length, 206, $headers);
+    }
+
+    /** @param array<string, string> $headers */
+    private function part(int $first, int $length, int $status, array $headers): Response
+    {
+        $send = function () use ($first, $length): void {
+            fseek($this->stream, $first);
+            for ($left = $length; $left > 0; $left -= \strlen($piece)) {
+                $piece = (string) fread($this->stream, min(self::PIECE, $left));
+                if ($piece === '') {
+                    return;  // the browser notices the missing bytes by Content-Length
+                }
+                echo $piece;
+                flush();
+            }
+        };
+        return new Response($send, $status, ['Content-Length' => (string) $length] + $headers);
+    }
+
+    /** Names the content, so that a browser joins parts of the same one only. */
+    private function tag(): string
+    {
+        rewind($this->stream);
+        $hash = hash_init('xxh128');
+        hash_update_stream($hash, $this->stream);
+        return '"' . hash_final($hash) . '"';
+    }
+}

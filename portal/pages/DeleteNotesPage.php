@@ -1,0 +1,45 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Portal\DocumentRequest;
+use Portal\Failure;
+use Portal\Html;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** Deletes the notes of a document, after a question. */
+final class DeleteNotesPage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $asked = DocumentRequest::of($request);
+        $document = $asked->read($visit);
+        if (!$asked->mayAnnotate($visit)) {
+            throw Failure::forbidden();
+        }
+        // Notes that somebody has written since the question are not deleted unseen.
+        $seen = hash('sha256', serialize($document->notes));
+        $isSeen = hash_equals($seen, $request->field('seen'));
+        if ($request->method() === 'POST' && $isSeen) {
+            $visit->archive()->deleteNotes($asked->name);
+            return Response::redirect(Html::plainUrl('/document', $asked->with(), 'notes'));
+        }
+        $hasChanged = $request->method() === 'POST';
+        return $visit->page('delete', $visit->h->locale->text('delete-notes'), [
+            'heading' => 'delete-notes',
+            'action' => '/document/notes/delete',
+            'asked' => $asked,
+            'title' => $document->title,
+            'version' => $document->name->version,
+            'noteCount' => \count($document->notes),
+            'seen' => $seen,
+            'choices' => [],
+            'problem' => $hasChanged ? 'notes-changed' : '',
+        ], $hasChanged ? 409 : 200);
+    }
+}

@@ -1,0 +1,78 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Oxaqrycln\Content;
+use Oxaqrycln\Refused;
+use Portal\DocumentRequest;
+use Portal\Failure;
+use Portal\FileName;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\StoredFile;
+use Portal\Visit;
+
+/**
+ * A file of a document: the content of a segment ("segment"), page images as one file ("pages", as "1" or "1,3"; all with
+ * "all"), or a file to print ("print", a field's ID or "all").
+ */
+final class FilePage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $asked = DocumentRequest::of($request);
+        $asked->check($visit);
+        $archive = $visit->archive();
+        $content = $this->content($request);
+        try {
+            $file = StoredFile::fetch($archive, $asked->name, $content) ?? throw Failure::noFile();
+        } catch (Refused $refused) {
+            throw new Failure('no-file', 404, $refused->getMessage());
+        }
+        $isAttachment = $request->text('download') !== '' || !$file->type->isShown;
+        $name = $file->type->isImage && !$isAttachment ? '' : $this->name($request, $asked, $visit);
+        $archive->close();  // the browser may take its time
+        return $file->answer($request, FileName::of($name), $isAttachment);
+    }
+
+    private function content(Request $request): Content
+    {
+        foreach (['segment', 'pages', 'print'] as $kind) {
+            $value = $request->text($kind);
+            if ($value === '') {
+                continue;
+            }
+            if (!preg_match($kind === 'pages' ? '/^(all|\d{1,4}(,\d{1,4}){0,99})$/D' : '/^(all|\d{1,5})$/D', $value)) {
+                throw Failure::noFile();
+            }
+            $argument = $value === 'all' ? '' : $value;
+            return match ($kind) {
+                'segment' => $argument === '' ? throw Failure::noFile() : Content::ofSegment((int) $argument),
+                'pages' => Content::pages($argument),
+                'print' => Content::printable($argument),
+            };
+        }
+        throw Failure::noFile();
+    }
+
+    /** As the archive names the file. The name is no part of the URL, so that no link can give a file another one. */
+    private function name(Request $request, DocumentRequest $asked, Visit $visit): string
+    {
+        if ($request->text('pages') !== '') {
+            return "{$asked->name->id}-pages.tif";
+        }
+        if ($request->text('print') !== '') {
+            return "{$asked->name->id}.txt";
+        }
+        foreach ($visit->archive()->document($asked->name)->segments as $segment) {
+            if ((string) $segment->index === $request->text('segment')) {
+                $extension = $segment->contentLength > 0 ? $segment->extension : 'txt';
+                return $segment->fileName !== '' ? $segment->fileName : "{$asked->name->id}-$segment->name.$extension";
+            }
+        }
+        return '';
+    }
+}

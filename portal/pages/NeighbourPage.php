@@ -1,0 +1,72 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Oxaqrycln\DocumentName;
+use Oxaqrycln\HitList;
+use Portal\DocumentRequest;
+use Portal\Failure;
+use Portal\Html;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\SearchRequest;
+use Portal\Visit;
+
+/**
+ * Goes to the hit before or behind a document. The search runs again only here, not for each document that is shown, and
+ * the list as it is now decides.
+ */
+final class NeighbourPage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $asked = DocumentRequest::of($request);
+        if ($asked->back === '' || $asked->at === 0) {
+            throw Failure::notFound();
+        }
+        $search = SearchRequest::of(Request::ofUrl($asked->back));
+        if ($search->query === '') {
+            throw Failure::notFound();
+        }
+        $hits = $search->run($visit->archive(), $visit->knownUser(), $visit->settings->searchLimit);
+        $isNext = $request->text('step') !== 'previous';
+        $here = $this->find($hits, $asked);
+        // Where the document was and is no longer, the next one is now.
+        $target = $here === null ? $asked->at - ($isNext ? 1 : 2) : $here + ($isNext ? 1 : -1);
+        if (!isset($hits[$target])) {
+            $end = ['at' => $here === null ? '' : $here + 1, 'of' => \count($hits), 'end' => $isNext ? 'last' : 'first'];
+            return Response::redirect(Html::plainUrl('/document', $asked->with($end)));
+        }
+        $hit = $hits[$target];
+        $page = intdiv($target, $search->size) + 1;
+        return Response::redirect(Html::plainUrl('/document', [
+            'channel' => $hit->channel,
+            'archive' => $hit->archive,
+            'id' => $hit->id,
+            'version' => $hit->version,
+            'q' => $search->query,
+            'back' => Html::plainUrl('/hits', $search->with(['page' => $page === 1 ? '' : $page])),
+            'at' => $target + 1,
+            'of' => \count($hits),
+        ]));
+    }
+
+    /** The position of a document, counted from 0; in most cases that of the link. Null when the list lacks it. */
+    private function find(HitList $hits, DocumentRequest $asked): ?int
+    {
+        $isIt = static fn(DocumentName $hit): bool => $hit->id === $asked->name->id
+            && $hit->channel === $asked->name->channel && $hit->archive === $asked->name->archive;
+        if (isset($hits[$asked->at - 1]) && $isIt($hits[$asked->at - 1])) {
+            return $asked->at - 1;
+        }
+        foreach ($hits as $position => $hit) {
+            if ($isIt($hit)) {
+                return $position;
+            }
+        }
+        return null;
+    }
+}
