@@ -109,6 +109,22 @@ final class Html
         return "$html</span>";
     }
 
+    /** The beginning of a text of a document, with its hits marked: at most some thousand characters. */
+    public function markedStart(MarkedText $text, int $longest): string
+    {
+        $html = '';
+        foreach ($text->pieces() as $piece) {
+            preg_match('/^.{0,' . min($longest, 10000) . '}/us', $piece->text, $part);
+            $escaped = self::escape($part[0] ?? '');
+            $html .= $piece->isMarked ? "<mark tabindex=\"-1\">$escaped</mark>" : $escaped;
+            $longest -= \strlen($part[0] ?? '');
+            if ($longest <= 0) {
+                return "$html \u{2026}";
+            }
+        }
+        return $html;
+    }
+
     /** Control characters, which no browser shows, become a sign that can be seen. */
     private static function escape(string $text): string
     {

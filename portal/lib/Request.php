@@ -8,16 +8,19 @@ namespace Portal;
 final class Request
 {
     private const LONGEST = 20000;
+    private const LONGEST_BODY = 1000000;
 
     /**
      * @param array<mixed> $query as $_GET
      * @param array<mixed> $form as $_POST
      * @param array<mixed> $server as $_SERVER
+     * @param ?string $body of the form, null for what the browser sends
      */
     public function __construct(
         private readonly array $query,
         private readonly array $form,
         private readonly array $server,
+        private readonly ?string $body = null,
     ) {
     }
 
@@ -70,6 +73,24 @@ final class Request
     public function field(string $name): string
     {
         return self::valid($this->form[$name] ?? null) ?? '';
+    }
+
+    /**
+     * The values of a field of the form that comes once for each row of a list. Taken from the body, because PHP keeps
+     * the last one of a name only, and a limited number of fields.
+     *
+     * @return list<string>
+     */
+    public function repeated(string $name): array
+    {
+        $body = $this->body ?? (string) file_get_contents('php://input', length: self::LONGEST_BODY);
+        $values = [];
+        foreach (explode('&', $body) as $pair) {
+            if (str_starts_with($pair, "$name=")) {
+                $values[] = self::valid(urldecode(substr($pair, \strlen($name) + 1)));
+            }
+        }
+        return array_values(array_filter($values, \is_string(...)));
     }
 
     /** @return array<string, string> */

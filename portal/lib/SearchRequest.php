@@ -11,7 +11,7 @@ use Oxaqrycln\Order;
 /** A search as the URL of a hit list describes it. Nothing else has a part in what the list shows. */
 final class SearchRequest
 {
-    public const SIZES = [20, 50, 100];
+    public const SIZES = [20, 50, 100, 1000];
 
     private function __construct(
         public readonly string $query,
@@ -23,12 +23,15 @@ final class SearchRequest
         public readonly int $size,
         /** counted from 1, as the URL says */
         public readonly int $page,
+        /** names the selection of this list; a new one when the URL names none */
+        public readonly string $selection,
     ) {
     }
 
     public static function of(Request $request): self
     {
-        $size = $request->number('size', self::SIZES[0], 1, 100);
+        $size = $request->number('size', self::SIZES[0], 1, max(self::SIZES));
+        $selection = $request->text('sel');
         return new self(
             trim($request->text('q')),
             $request->text('in'),
@@ -36,6 +39,7 @@ final class SearchRequest
             $request->text('order') === 'down',
             \in_array($size, self::SIZES, true) ? $size : self::SIZES[0],
             $request->number('page', 1, 1, 100000),
+            preg_match('/^[0-9a-f]{8}$/D', $selection) ? $selection : bin2hex(random_bytes(4)),
         );
     }
 
@@ -67,7 +71,16 @@ final class SearchRequest
             'order' => $this->isDescending ? 'down' : '',
             'size' => $this->size === self::SIZES[0] ? '' : $this->size,
             'page' => $this->page === 1 ? '' : $this->page,
+            'sel' => $this->selection,
         ];
+    }
+
+    /** The same for all URLs that find the same hits, in whatever order and on whatever page they show them. */
+    public function identity(): string
+    {
+        $list = $this->with(['sort' => '', 'order' => '', 'size' => '', 'page' => '', 'sel' => '']);
+        ksort($list);
+        return hash('sha256', Html::plainUrl('/', $list));
     }
 
     private function folderRights(User $user): string

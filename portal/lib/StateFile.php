@@ -50,6 +50,12 @@ final class StateFile
         }
     }
 
+    public function remove(): void
+    {
+        @unlink($this->path);
+        @unlink("$this->path.lock");
+    }
+
     /** @return array<string, mixed> */
     private static function decoded(string $text): array
     {

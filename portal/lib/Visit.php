@@ -65,6 +65,12 @@ final class Visit
         return new StateFile($this->settings, 'users', "user $user");
     }
 
+    /** Whether single keys do something for the user. */
+    public function hasKeys(): bool
+    {
+        return (bool) ($this->state($this->knownUser()->id)->read()['keys'] ?? true);
+    }
+
     /** Logs the user on. */
     public function begin(int $user, string $name): void
     {
@@ -94,6 +100,7 @@ final class Visit
             'body' => $body,
             'userName' => $this->user()?->name,
             'token' => $this->session->token(),
+            'hasKeys' => $this->user() !== null && $this->hasKeys(),
         ]), $status);
     }
 

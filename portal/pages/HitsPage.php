@@ -6,10 +6,12 @@ namespace Portal\Pages;
 
 use Oxaqrycln\Hit;
 use Portal\Html;
+use Portal\ListView;
 use Portal\Page;
 use Portal\Request;
 use Portal\Response;
 use Portal\SearchRequest;
+use Portal\Selection;
 use Portal\Visit;
 
 /** The hits of a search, a page of them at a time. */
@@ -35,8 +37,9 @@ final class HitsPage implements Page
         }
         return $visit->page($count === 0 ? 'no-hits' : 'hits', $search->query, [
             'search' => $search,
-            'columns' => $hits->columns(),
-            'kinds' => array_map($hits->kindOf(...), array_keys($hits->columns())),
+            'view' => ListView::of($visit, $search->place, $hits, $visit->h->locale->text('archive')),
+            'selection' => new Selection($visit, $search),
+            'hasImages' => $hits->isMultiPageImage,
             'hits' => array_map(
                 fn(Hit $hit, int $at): array => ['hit' => $hit, 'at' => $at],
                 $shown = $hits->slice($first, $search->size),
@@ -45,7 +48,7 @@ final class HitsPage implements Page
             'first' => $first,
             'count' => $count,
             'total' => max($count, $hits->total),
-            'isCut' => $count >= $limit && $hits->total > $count,
+            'isCut' => $hits->total > $count,
             'limit' => $limit,
             'page' => $page,
             'pageCount' => $pageCount,

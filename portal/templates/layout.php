@@ -5,9 +5,11 @@
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <meta name="color-scheme" content="light dark">
 <title><?= $h($title) ?> - <?= $h($siteTitle) ?></title>
+<link rel="icon" href="/icon.svg">
 <link rel="stylesheet" href="/portal.css">
+<script src="/portal.js" defer></script>
 </head>
-<body>
+<body<?= $h->flag($hasKeys, 'data-keys') ?>>
 <a class="skip" href="#content"><?= $h->text('skip') ?></a>
 <header class="site">
 <a class="home" href="/"><?= $h($siteTitle) ?></a>
@@ -15,6 +17,7 @@
 <nav aria-label="<?= $h->text('account') ?>">
 <span><?= $h($userName) ?></span>
 <a href="/password"><?= $h->text('change-password') ?></a>
+<a href="/keys" data-key="?" data-close="<?= $h->text('close') ?>"><?= $h->text('keys') ?></a>
 <form method="post" action="/log-off">
 <input type="hidden" name="token" value="<?= $h($token) ?>">
 <button><?= $h->text('log-off') ?></button>

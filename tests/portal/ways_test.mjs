@@ -26,8 +26,8 @@ describe('ways', () => {
       assert.match(await page.getByRole('status').innerText(), new RegExp(`^${hitCount} hits`));
       const rows = page.locator('table.hits tbody tr');
       assert.equal(await rows.count(), Math.min(20, hitCount));
-      const title = await rows.first().getByRole('link').innerText();
-      await rows.first().getByRole('link').click();
+      const title = await rows.first().locator('a.hit').innerText();
+      await rows.first().locator('a.hit').click();
       assert.equal(await page.getByRole('heading', { level: 1 }).innerText(), title);
       await page.goBack();
       assert.equal(await rows.count(), Math.min(20, hitCount));
@@ -41,7 +41,7 @@ describe('ways', () => {
 
   test('the hits in a text are marked and can be gone to', () => browser.asUser(site, 'clerk', async (page) => {
     await search(page, 'Zahlung');
-    await page.locator('table.hits tbody tr').first().getByRole('link').click();
+    await page.locator('table.hits tbody a.hit').first().click();
     assert.deepEqual(new Set(await page.locator('mark').allInnerTexts()), new Set(['Zahlung']));
     await page.getByRole('link', { name: 'Go to the first hit in the text' }).click();
     assert.equal(await page.locator('mark:target').count(), 1);
@@ -49,7 +49,7 @@ describe('ways', () => {
 
   test('a list is sorted by the component, in both directions, and paged', () => browser.asUser(site, 'clerk', async (page) => {
     await page.goto('/hits?q=*&size=50');
-    const titles = () => page.locator('tbody tr td:first-child').allInnerTexts();
+    const titles = () => page.locator('tbody a.hit').allInnerTexts();
     await page.getByRole('link', { name: 'Title', exact: true }).click();
     const ascending = await titles();
     assert.equal(await page.getByRole('columnheader', { name: 'Title' }).getAttribute('aria-sort'), 'ascending');

@@ -1,0 +1,72 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\Content;
+use Oxaqrycln\DocumentName;
+use Oxaqrycln\Refused;
+
+/** The page images of documents, as one file. */
+final class HitImages
+{
+    public const MOST = 200;
+    private const SECONDS_EACH = 60;
+
+    /** @var resource */
+    private readonly mixed $file;
+    private int $documents = 0;
+    private readonly TiffJoiner $joiner;
+
+    public function __construct(private readonly Visit $visit)
+    {
+        $file = tmpfile();
+        if ($file === false) {
+            throw new DiskFull('no temporary file can be made');
+        }
+        $this->file = $file;
+        $this->joiner = new TiffJoiner($file);
+    }
+
+    /** A document without page images, or one that the user may not see, adds none. Raises what the archive does. */
+    public function add(DocumentName $name): void
+    {
+        set_time_limit(self::SECONDS_EACH + $this->visit->settings->timeout);
+        $page = tmpfile();
+        if ($page === false) {
+            throw new DiskFull('no temporary file can be made');
+        }
+        try {
+            DocumentRequest::of(Request::ofUrl(Html::plainUrl('/', [
+                'channel' => $name->channel,
+                'archive' => $name->archive,
+                'id' => $name->id,
+                'version' => $name->version,
+            ])))->check($this->visit);
+            $isThere = $this->visit->archive()->fetch($name, Content::pages(''), into: $page) !== null;
+        } catch (Refused | Failure) {
+            return;
+        }
+        if ($isThere && $this->joiner->add($page)) {
+            ++$this->documents;
+        }
+    }
+
+    /** How many documents have added pages. */
+    public function documents(): int
+    {
+        return $this->documents;
+    }
+
+    public function length(): int
+    {
+        return (int) fstat($this->file)['size'];
+    }
+
+    public function write(): void
+    {
+        rewind($this->file);
+        fpassthru($this->file);
+    }
+}

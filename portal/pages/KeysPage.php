@@ -1,0 +1,28 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** What the keys do, and whether single keys do anything at all. */
+final class KeysPage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $state = $visit->state($visit->knownUser()->id);
+        if ($request->method() === 'GET') {
+            return $visit->page('keys', $visit->h->locale->text('keys'), [
+                'isOn' => $visit->hasKeys(),
+                'back' => Request::isLocal($request->text('back')) ? $request->text('back') : '',
+            ]);
+        }
+        $isOn = $request->field('keys') !== '';
+        $state->change(static fn(array $content): array => ['keys' => $isOn] + $content);
+        return Response::redirect($request->field('back') === '' ? '/keys' : $request->field('back'));
+    }
+}

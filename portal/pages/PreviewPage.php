@@ -1,0 +1,69 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Oxaqrycln\Document;
+use Oxaqrycln\Segment;
+use Portal\DocumentRequest;
+use Portal\Failure;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** The beginning of a document with its hits: a page of its own, which the script shows beside the hit list. */
+final class PreviewPage implements Page
+{
+    private const LONGEST = 4000;
+
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $wanted = DocumentRequest::of($request);
+        $document = self::read($wanted, $visit);
+        $marks = array_sum(array_map(static fn(Segment $segment): int => \count($segment->text->marks), $document->segments));
+        return $visit->page('preview', $document->title, [
+            'document' => $document,
+            'texts' => $this->texts($document->segments),
+            'marks' => $marks,
+            'longest' => self::LONGEST,
+            'wanted' => $wanted,
+        ]);
+    }
+
+    /** Without marks when the server does not take the query for them. */
+    private static function read(DocumentRequest $wanted, Visit $visit): Document
+    {
+        try {
+            return $wanted->read($visit, $wanted->query);
+        } catch (Failure $failure) {
+            if ($wanted->query === '' || $failure->detail === '') {
+                throw $failure;
+            }
+            return $wanted->read($visit);
+        }
+    }
+
+    /**
+     * The first texts, as many as a look at them takes in, but at least one with hits where there is one.
+     *
+     * @param list<Segment> $segments
+     * @return list<Segment>
+     */
+    private function texts(array $segments): array
+    {
+        $texts = array_values(array_filter($segments, static fn(Segment $segment): bool => $segment->text->text !== ''));
+        $shown = [];
+        $length = 0;
+        $hasMarks = false;
+        foreach ($texts as $segment) {
+            if ($length < self::LONGEST || (!$hasMarks && $segment->text->marks !== [])) {
+                $shown[] = $segment;
+                $length += \strlen($segment->text->text);
+                $hasMarks = $hasMarks || $segment->text->marks !== [];
+            }
+        }
+        return $shown;
+    }
+}
