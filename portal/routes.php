@@ -6,6 +6,7 @@
 declare(strict_types=1);
 
 use Portal\Pages;
+use Portal\Pages\Administration;
 use Portal\Right;
 use Portal\Route;
 
@@ -27,4 +28,13 @@ return [
     new Route('/document/notes/delete', ['GET', 'POST'], Pages\DeleteNotesPage::class, Right::User),
     new Route('/image', ['GET'], Pages\ImagePage::class, Right::User),
     new Route('/file', ['GET'], Pages\FilePage::class, Right::User),
+    new Route('/administration', ['GET'], Administration\AccountsPage::class, Right::Administrator),
+    new Route('/administration/add', ['GET', 'POST'], Administration\AddPage::class, Right::Administrator),
+    new Route('/administration/account', ['GET', 'POST'], Administration\AccountPage::class, Right::Administrator),
+    new Route('/administration/remove', ['GET', 'POST'], Administration\RemovePage::class, Right::Administrator),
+    new Route('/administration/why', ['GET'], Administration\WhyPage::class, Right::Administrator),
+    new Route('/administration/definitions', ['GET'], Administration\DefinitionsPage::class, Right::Administrator),
+    new Route('/administration/servers', ['GET'], Administration\ServersPage::class, Right::Administrator),
+    new Route('/administration/logs', ['GET'], Administration\LogsPage::class, Right::Administrator),
+    new Route('/administration/log', ['GET'], Administration\LogPage::class, Right::Administrator),
 ];

@@ -101,7 +101,8 @@ class Site:
         file = self.directory / "portal.ini"
         settings = {"title": "Harbour office archive", "hosts": f"127.0.0.1,{archive_port}", "user": "webuser",
                     "password": "secret", "timeout": 10, "database": self.database, "blob_local": self.directory / "blobs",
-                    "log_dir": self.directory / "logs", "state_dir": self.directory / "state"}
+                    "log_dir": self.directory / "logs", "state_dir": self.directory / "state",
+                    "administration": f"sqlite:{self.directory}/users.sqlite"}
         file.write_text("".join(f'{name} = "{value}"\n' for name, value in settings.items()), encoding="utf-8")
         file.chmod(0o600)
         return file

@@ -24,7 +24,12 @@ final class User
 
     public function isAdministrator(): bool
     {
-        return \in_array(self::ADMINISTRATOR, $this->rights ??= $this->users->rights($this->id), true);
+        return $this->hasGeneralRight(self::ADMINISTRATOR);
+    }
+
+    public function hasGeneralRight(int $right): bool
+    {
+        return \in_array($right, $this->rights ??= $this->users->rights($this->id), true);
     }
 
     public function mustChangePassword(): bool

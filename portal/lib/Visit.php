@@ -5,11 +5,15 @@ declare(strict_types=1);
 namespace Portal;
 
 use Oxaqrycln\Archive;
+use Oxaqrycln\Error;
 use Oxaqrycln\Users;
 
 /** What a page works with besides the request: settings, session, user, archive and templates. */
 final class Visit
 {
+    /** How many of a user's sessions are remembered, for the administration. */
+    private const SESSIONS = 10;
+
     public readonly Session $session;
     public readonly Html $h;
     public readonly Template $templates;
@@ -77,6 +81,11 @@ final class Visit
         $generation = (int) ($this->state($user)->read()['generation'] ?? 0);
         $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $generation]);
         $this->user = null;
+        if ($this->settings->logDir !== '') {
+            $entry = ['log' => $this->session->logName() . '.log', 'time' => time()];
+            $this->state($user)->change(static fn(array $state): array =>
+                ['sessions' => \array_slice([$entry, ...$state['sessions'] ?? []], 0, self::SESSIONS)] + $state);
+        }
     }
 
     /** Ends all sessions of a user. */
@@ -99,9 +108,20 @@ final class Visit
             'siteTitle' => $this->settings->title,
             'body' => $body,
             'userName' => $this->user()?->name,
+            'isAdministrator' => $this->isAdministrator(),
             'token' => $this->session->token(),
             'hasKeys' => $this->user() !== null && $this->hasKeys(),
         ]), $status);
+    }
+
+    /** For the navigation, which the page of a failing database has, too. */
+    private function isAdministrator(): bool
+    {
+        try {
+            return $this->user()?->isAdministrator() ?? false;
+        } catch (Error) {
+            return false;
+        }
     }
 
     private function open(): Archive

@@ -16,6 +16,9 @@
 <?php if ($userName !== null) { ?>
 <nav aria-label="<?= $h->text('account') ?>">
 <span><?= $h($userName) ?></span>
+<?php if ($isAdministrator) { ?>
+<a href="/administration"><?= $h->text('administration') ?></a>
+<?php } ?>
 <a href="/password"><?= $h->text('change-password') ?></a>
 <a href="/keys" data-key="?" data-close="<?= $h->text('close') ?>"><?= $h->text('keys') ?></a>
 <form method="post" action="/log-off">

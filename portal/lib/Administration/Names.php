@@ -1,0 +1,67 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Administration;
+
+/** Which texts the component takes from the web user database, and how archives are written there. */
+final class Names
+{
+    private const LONGEST = 255;
+    /** What the code page Windows-1252 has besides U+00A0 to U+00FF. */
+    private const OF_CODE_PAGE = '€‚ƒ„…†‡ˆ‰Š‹ŒŽ‘’“”•–—˜™š›œžŸ';
+
+    /** Raises Refusal for a name that the component cannot read. */
+    public static function checked(string $text): string
+    {
+        $text = trim($text);
+        $pattern = '/^[\x20-\x7E\x{A0}-\x{FF}' . self::OF_CODE_PAGE . ']{1,' . self::LONGEST . '}$/uD';
+        if ($text === '') {
+            throw new Refusal('empty');
+        }
+        if (preg_match($pattern, $text) !== 1 || str_contains($text, "'")) {
+            throw new Refusal('name', $text);
+        }
+        return $text;
+    }
+
+    /** A name in lists of rights: without the signs that separate the entries of lists. */
+    public static function entry(string $text): string
+    {
+        $name = self::checked($text);
+        return strpbrk($name, '^,;') === false ? $name : throw new Refusal('entry', $name);
+    }
+
+    /** A search expression takes none of the signs. */
+    public static function channel(string $text): string
+    {
+        $name = self::entry($text);
+        return strpbrk($name, '()') === false ? $name : throw new Refusal('entry', $name);
+    }
+
+    /** The entry for "channel/archive", or for a name alone, which stands for archives of that name in every channel. */
+    public static function archive(string $text): string
+    {
+        $parts = explode('/', $text);
+        $isPlace = \count($parts) === 2 && $parts[0] !== '' && $parts[1] !== '' && !str_starts_with($text, '$(#');
+        return self::entry($isPlace ? self::reference(self::channel($parts[0]), $parts[1]) : $text);
+    }
+
+    public static function reference(string $channel, string $archive): string
+    {
+        return "$(#$channel)\\$archive";
+    }
+
+    /** As people write it: "channel/archive" for a reference. */
+    public static function shown(string $entry): string
+    {
+        return preg_match('/^\$\(#([^()]+)\)\\\\(.+)$/sD', $entry, $part) ? "$part[1]/$part[2]" : $entry;
+    }
+
+    /** A whole number that the database can hold. */
+    public static function number(string $text): int
+    {
+        $number = trim($text);
+        return preg_match('/^-?\d{1,9}$/D', $number) ? (int) $number : throw new Refusal('number', $number);
+    }
+}

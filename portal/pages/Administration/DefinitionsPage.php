@@ -1,0 +1,25 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages\Administration;
+
+use Portal\Administration\DatabasePage;
+use Portal\Administration\Definitions;
+use Portal\Administration\UserDatabase;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** The definitions of document rights and search rights, and who has them. */
+final class DefinitionsPage extends DatabasePage
+{
+    protected function answerWith(Request $request, Visit $visit, UserDatabase $database): Response
+    {
+        $definitions = new Definitions($database);
+        return $visit->page('administration/definitions', $visit->h->locale->text('admin-definitions'), [
+            'documents' => $definitions->ofDocuments(),
+            'searches' => $definitions->ofSearches(),
+        ]);
+    }
+}

@@ -1,0 +1,55 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages\Administration;
+
+use Portal\Administration\Accounts;
+use Portal\Administration\DatabasePage;
+use Portal\Administration\Refusal;
+use Portal\Administration\UserDatabase;
+use Portal\Html;
+use Portal\Request;
+use Portal\Response;
+use Portal\Visit;
+
+/** Asks whether a user or group is to be removed, and removes it. */
+final class RemovePage extends DatabasePage
+{
+    protected function answerWith(Request $request, Visit $visit, UserDatabase $database): Response
+    {
+        if ($request->method() === 'GET') {
+            return $this->form($visit, $database, self::idOf($request->text('id')));
+        }
+        $id = self::idOf($request->field('id'));
+        try {
+            $this->remove($request, $visit, $database, $id);
+        } catch (Refusal $refusal) {
+            return $this->form($visit, $database, $id, $refusal);
+        }
+        return Response::redirect(Html::plainUrl('/administration', ['done' => 'removed']));
+    }
+
+    private function remove(Request $request, Visit $visit, UserDatabase $database, int $id): void
+    {
+        $request->field('confirmed') !== '' || throw new Refusal('unconfirmed');
+        $accounts = new Accounts($database);
+        // A later user may get the ID: the sessions end, and nothing that was remembered of this one stays.
+        $forget = static fn() => $visit->state($id)->change(static fn(array $state): array =>
+            ['generation' => (int) ($state['generation'] ?? 0) + 1]);
+        $database->change(static fn() => $accounts->remove($accounts->unchanged($id, $request->field('stamp'))), $forget);
+        $forget();  // sessions that have begun in the meantime
+    }
+
+    private function form(Visit $visit, UserDatabase $database, int $id, ?Refusal $refusal = null): Response
+    {
+        $accounts = new Accounts($database);
+        $account = $accounts->get($id);
+        return $visit->page('administration/remove', $visit->h->locale->text('admin-remove'), [
+            'account' => $account,
+            'memberCount' => $accounts->memberCount($id),
+            'isSelf' => $id === $visit->knownUser()->id,
+            'refusal' => $refusal,
+        ], $refusal->status ?? 200);
+    }
+}

@@ -1,0 +1,19 @@
+<?= $h($templates->render('administration/navigation', ['here' => ''])) ?>
+<h1><?= $h->text($isGroup ? 'admin-add-group' : 'admin-add-user') ?></h1>
+<?= $h($templates->render('administration/refusal', ['refusal' => $refusal])) ?>
+<form class="fields" method="post" action="/administration/add">
+<input type="hidden" name="token" value="<?= $h($token) ?>">
+<input type="hidden" name="kind" value="<?= $h($isGroup ? 'group' : 'user') ?>">
+<label for="name"><?= $h->text('admin-name') ?></label>
+<input id="name" name="name" value="<?= $h($name) ?>" maxlength="255" autocomplete="off" autocapitalize="none" required>
+<?php if ($isGroup) { ?>
+<p class="help"><?= $h->text('admin-group-help') ?></p>
+<?php } else { ?>
+<label for="password"><?= $h->text('password') ?></label>
+<input id="password" name="password" type="password" autocomplete="new-password" minlength="8" required>
+<label for="again"><?= $h->text('password-again') ?></label>
+<input id="again" name="again" type="password" autocomplete="new-password" required>
+<label class="choice"><input type="checkbox" name="must-change" value="1"<?= $h->flag($mustChange, 'checked') ?>> <?= $h->text('admin-must-change') ?></label>
+<?php } ?>
+<button class="chief"><?= $h->text($isGroup ? 'admin-add-group' : 'admin-add-user') ?></button>
+</form>
