@@ -37,4 +37,8 @@ return [
     new Route('/administration/servers', ['GET'], Administration\ServersPage::class, Right::Administrator),
     new Route('/administration/logs', ['GET'], Administration\LogsPage::class, Right::Administrator),
     new Route('/administration/log', ['GET'], Administration\LogPage::class, Right::Administrator),
+    new Route('/outline', ['GET'], Pages\OutlinePage::class, Right::User),
+    new Route('/document', ['GET'], Pages\DocumentPage::class, Right::User),
+    new Route('/create', ['GET', 'POST'], Pages\CreatePage::class, Right::User, ['title', 'f*']),
+    new Route('/edit', ['GET', 'POST'], Pages\EditPage::class, Right::User, ['title', 'f*']),
 ];

@@ -102,7 +102,8 @@ class Site:
         settings = {"title": "Harbour office archive", "hosts": f"127.0.0.1,{archive_port}", "user": "webuser",
                     "password": "secret", "timeout": 10, "database": self.database, "blob_local": self.directory / "blobs",
                     "log_dir": self.directory / "logs", "state_dir": self.directory / "state",
-                    "administration": f"sqlite:{self.directory}/users.sqlite"}
+                    "administration": f"sqlite:{self.directory}/users.sqlite",
+                    "layouts": "1=Standard, 2=By customer, 3=Titles alone"}
         file.write_text("".join(f'{name} = "{value}"\n' for name, value in settings.items()), encoding="utf-8")
         file.chmod(0o600)
         return file

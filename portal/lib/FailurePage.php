@@ -21,25 +21,36 @@ final class FailurePage
     {
     }
 
-    public function answer(\Throwable $error, Request $request): Response
+    /** @param array<string, string> $typed fields of the form that was sent, to go back to it with them */
+    public function answer(\Throwable $error, Request $request, array $typed = []): Response
     {
         $failure = self::failureOf($error);
-        if ($failure->status >= 500) {
-            error_log('portal: ' . ($error instanceof Error ? $error::class . ': ' . $error->getMessage() : $error));
-        }
         $attempts = $error instanceof Error ? $error->request->attempts : [];
         $response = $this->visit->page('failure', $this->visit->h->locale->text("failure-$failure->kind"), [
             'kind' => $failure->kind,
             'detail' => $failure->detail,
             'attempts' => array_map(self::shown(...), $attempts),
             'milliseconds' => $error instanceof Error ? $error->request->milliseconds : 0,
-            'again' => $request->method() === 'GET' ? $request->target() : '',
+            'again' => $request->method() === 'GET' || $failure->kind === 'too-large' ? $request->target() : '',
+            'typed' => $failure->kind === 'forbidden' ? [] : $typed,
+            'target' => $request->target(),
             'query' => $request->text('q'),
+            'place' => \in_array($failure->kind, ['no-document', 'forbidden'], true) ? '' : $request->text('in'),
         ], $failure->status);
         return $failure->status === 503 ? $response->with('Retry-After', '10') : $response;
     }
 
-    private static function failureOf(\Throwable $error): Failure
+    /** What the user is told about an error. What is not his own fault goes into the log as well. */
+    public static function failureOf(\Throwable $error): Failure
+    {
+        $failure = self::kindOf($error);
+        if ($failure->status >= 500) {
+            error_log('portal: ' . ($error instanceof Error ? $error::class . ': ' . $error->getMessage() : $error));
+        }
+        return $failure;
+    }
+
+    private static function kindOf(\Throwable $error): Failure
     {
         return match (true) {
             $error instanceof Failure => $error,

@@ -19,6 +19,16 @@ final class Html
         return $value instanceof SafeHtml ? (string) $value : self::escape((string) $value);
     }
 
+    /** A number of bytes as people read it, for text(). */
+    public static function bytes(int $bytes): string
+    {
+        $units = ['B', 'KB', 'MB', 'GB'];
+        for ($unit = 0; $bytes >= 1024 && $unit < \count($units) - 1; ++$unit) {
+            $bytes = intdiv($bytes, 1024);
+        }
+        return "$bytes\u{A0}$units[$unit]";
+    }
+
     /** A text of the interface in the user's language; {0}, {1}, ... are replaced. */
     public function text(string $key, string|int|SafeHtml ...$values): string
     {
@@ -125,10 +135,14 @@ final class Html
         return $html;
     }
 
-    /** Control characters, which no browser shows, become a sign that can be seen. */
+    /** The text as pages show it: control characters, which no browser shows, become a sign that can be seen. */
+    public static function visible(string $text): string
+    {
+        return preg_replace('/[\x00-\x08\x0B\x0C\x0E-\x1F\x7F]|\xC2[\x80-\x9F]/', "\u{FFFD}", $text) ?? '';
+    }
+
     private static function escape(string $text): string
     {
-        $visible = preg_replace('/[\x00-\x08\x0B\x0C\x0E-\x1F\x7F]|\xC2[\x80-\x9F]/', "\u{FFFD}", $text) ?? '';
-        return htmlspecialchars($visible, ENT_QUOTES | ENT_SUBSTITUTE | ENT_HTML5, 'UTF-8');
+        return htmlspecialchars(self::visible($text), ENT_QUOTES | ENT_SUBSTITUTE | ENT_HTML5, 'UTF-8');
     }
 }

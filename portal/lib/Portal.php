@@ -33,7 +33,7 @@ final class Portal
         try {
             return $this->run($request);
         } catch (\Throwable $error) {
-            return (new FailurePage($this->visit))->answer($error, $request);
+            return (new FailurePage($this->visit))->answer($error, $request, $this->typed($request));
         }
     }
 
@@ -44,16 +44,49 @@ final class Portal
             return (new FailurePage($this->visit))->answer(new Failure('method', 405), $request)
                 ->with('Allow', implode(', ', $route->methods));
         }
-        $refusal = $this->refusal($route->right, $request);
+        $refusal = $this->refusal($route, $request);
         if ($refusal !== null) {
             return $refusal;
         }
-        if ($request->method() !== 'GET') {
-            if (!$request->isFromThisSite() || !$this->visit->session->isToken($request->field('token'))) {
+        if ($request->method() === 'GET') {
+            $request = $this->filledIn($route, $request);
+        } else {
+            if ($request->isTooLarge()) {
+                throw new Failure('too-large', 413);
+            }
+            if (!$request->isFromThisSite()) {
                 throw new Failure('form', 403);
+            }
+            if (!$this->visit->session->isToken($request->field('token'))) {
+                // The user has logged on anew since the form was shown: it is shown again, and not carried out.
+                $kept = $request->chosenFields($route->kept);
+                $request = $kept === [] ? throw new Failure('form', 403) : $request->shownAgain($kept);
             }
         }
         return (new ($route->page)())->answer($request, $this->visit);
+    }
+
+    /** The request with what was typed into the form of this page when the session was over. */
+    private function filledIn(Route $route, Request $request): Request
+    {
+        $kept = $route->kept === [] ? null : $this->visit->session->get('kept');
+        if (!\is_array($kept) || $kept['target'] !== $request->target()) {
+            return $request;
+        }
+        $this->visit->session->take('kept');
+        $filled = $request->shownAgain($kept['fields']);
+        return $filled->shownAgain($filled->chosenFields($route->kept));
+    }
+
+    /** @return array<string, string> what a form of this site has for its route to keep */
+    private function typed(Request $request): array
+    {
+        foreach ($request->method() !== 'GET' && $request->isFromThisSite() ? $this->routes : [] as $route) {
+            if ($route->path === $request->path()) {
+                return $request->chosenFields($route->kept);
+            }
+        }
+        return [];
     }
 
     private function routeOf(string $path): Route
@@ -67,14 +100,19 @@ final class Portal
     }
 
     /** Null when the route may be used. */
-    private function refusal(Right $right, Request $request): ?Response
+    private function refusal(Route $route, Request $request): ?Response
     {
+        $right = $route->right;
         if ($right === Right::Anyone) {
             return null;
         }
         $user = $this->visit->user();
         if ($user === null) {
-            $target = $request->method() === 'GET' ? $request->target() : '/';
+            $target = \in_array('GET', $route->methods, true) ? $request->target() : '/';
+            $kept = $this->typed($request);
+            if ($kept !== []) {
+                return (new Pages\LogOnPage())->interrupted($this->visit, $target, $kept);
+            }
             return Response::redirect(Html::plainUrl('/log-on', ['to' => $target === '/' ? '' : $target]));
         }
         if ($right === Right::NewPassword) {

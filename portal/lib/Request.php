@@ -9,24 +9,39 @@ final class Request
 {
     private const LONGEST = 20000;
     private const LONGEST_BODY = 1000000;
+    private const LONGEST_FIELD = 1 << 20;
 
     /**
      * @param array<mixed> $query as $_GET
      * @param array<mixed> $form as $_POST
      * @param array<mixed> $server as $_SERVER
+     * @param array<mixed> $files as $_FILES
+     * @param string $warning of PHP about the form
      * @param ?string $body of the form, null for what the browser sends
      */
     public function __construct(
         private readonly array $query,
         private readonly array $form,
         private readonly array $server,
+        private readonly array $files = [],
+        private readonly string $warning = '',
         private readonly ?string $body = null,
     ) {
     }
 
     public static function ofBrowser(): self
     {
-        return new self($_GET, $_POST, $_SERVER);
+        return new self($_GET, $_POST, $_SERVER, $_FILES, error_get_last()['message'] ?? '');
+    }
+
+    /**
+     * A request for the page with a form that was sent, to show the form filled in again.
+     *
+     * @param array<string, string> $fields
+     */
+    public function shownAgain(array $fields): self
+    {
+        return new self($this->query, $fields, ['REQUEST_METHOD' => 'GET'] + $this->server);
     }
 
     /** The request that a link of this site makes. */
@@ -72,7 +87,7 @@ final class Request
     /** Of the form that was sent. */
     public function field(string $name): string
     {
-        return self::valid($this->form[$name] ?? null) ?? '';
+        return self::valid($this->form[$name] ?? null, self::LONGEST_FIELD) ?? '';
     }
 
     /**
@@ -96,7 +111,58 @@ final class Request
     /** @return array<string, string> */
     public function fields(): array
     {
-        return array_filter(array_map(self::valid(...), $this->form), \is_string(...));
+        $valid = static fn(mixed $value): ?string => self::valid($value, self::LONGEST_FIELD);
+        return array_filter(array_map($valid, $this->form), \is_string(...));
+    }
+
+    /**
+     * The fields of the form that have one of the names, up to a megabyte in all.
+     *
+     * @param list<string> $names "f*" is each name that begins with "f"
+     * @return array<string, string>
+     */
+    public function chosenFields(array $names): array
+    {
+        $chosen = [];
+        $left = self::LONGEST_FIELD;
+        foreach ($this->fields() as $name => $text) {
+            $name = (string) $name;
+            foreach ($names as $each) {
+                $isMeant = str_ends_with($each, '*') ? str_starts_with($name, substr($each, 0, -1)) : $name === $each;
+                if ($isMeant && \strlen($name . $text) <= $left) {
+                    $chosen[$name] = $text;
+                    $left -= \strlen($name . $text);
+                    break;
+                }
+            }
+        }
+        return $chosen;
+    }
+
+    /** @return list<UploadedFile> of a field "NAME[]" */
+    public function files(string $name): array
+    {
+        $sent = $this->files[$name] ?? [];
+        $files = [];
+        foreach (\is_array($sent['name'] ?? null) ? $sent['name'] : [] as $number => $original) {
+            $error = (int) ($sent['error'][$number] ?? UPLOAD_ERR_NO_FILE);
+            if ($error !== UPLOAD_ERR_NO_FILE) {
+                $files[] = new UploadedFile(self::valid($original) ?? '', (string) $sent['tmp_name'][$number], $error);
+            }
+        }
+        return $files;
+    }
+
+    /** Whether PHP has discarded the whole form because of its size. */
+    public function isTooLarge(): bool
+    {
+        return $this->form === [] && str_starts_with($this->warning, 'POST Content-Length');
+    }
+
+    /** Whether PHP has left out some of the files because of their number. */
+    public function hasTooManyFiles(): bool
+    {
+        return str_starts_with($this->warning, 'Maximum number of allowable file uploads');
     }
 
     /** @return array<string, string> of the query of the URL */
@@ -156,8 +222,8 @@ final class Request
         return preg_match('~^/(?![/\\\\])[\x21-\x7E]*$~D', $target) === 1;
     }
 
-    private static function valid(mixed $value): ?string
+    private static function valid(mixed $value, int $longest = self::LONGEST): ?string
     {
-        return \is_string($value) && \strlen($value) <= self::LONGEST && preg_match('//u', $value) === 1 ? $value : null;
+        return \is_string($value) && \strlen($value) <= $longest && preg_match('//u', $value) === 1 ? $value : null;
     }
 }

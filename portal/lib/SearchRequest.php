@@ -13,6 +13,8 @@ final class SearchRequest
 {
     public const SIZES = [20, 50, 100, 1000];
 
+    private ?SearchScope $scope = null;
+
     private function __construct(
         public readonly string $query,
         /** "channel/archive", or "" for all that the user may see */
@@ -25,6 +27,10 @@ final class SearchRequest
         public readonly int $page,
         /** names the selection of this list; a new one when the URL names none */
         public readonly string $selection,
+        /** one of the archive's query formats; "" for all fields */
+        public readonly string $format = '',
+        /** id of a layout of the settings; "" for the server's own */
+        public readonly string $layout = '',
     ) {
     }
 
@@ -32,6 +38,8 @@ final class SearchRequest
     {
         $size = $request->number('size', self::SIZES[0], 1, max(self::SIZES));
         $selection = $request->text('sel');
+        // The form offers the formats of one archive, "of", and may be sent with another one.
+        $isOther = $request->text('of') !== '' && $request->text('of') !== $request->text('in');
         return new self(
             trim($request->text('q')),
             $request->text('in'),
@@ -40,20 +48,42 @@ final class SearchRequest
             \in_array($size, self::SIZES, true) ? $size : self::SIZES[0],
             $request->number('page', 1, 1, 100000),
             preg_match('/^[0-9a-f]{8}$/D', $selection) ? $selection : bin2hex(random_bytes(4)),
+            $isOther ? '' : $request->text('format'),
+            $request->text('layout'),
         );
     }
 
-    /** Raises Failure for an archive that the user may not see, before the archive is asked. */
+    /**
+     * Raises Failure for an archive that the user may not see, and for a query that his search rights refuse, before the
+     * archive is searched. What these rights add has no part in $query.
+     */
     public function run(Archive $archive, User $user, int $limit): HitList
     {
+        $this->scope = SearchScope::of($archive, $user, $this->place);
+        $restriction = $this->scope->restriction;
         return $archive->search(
-            $this->query,
+            $restriction->applied($this->query),
             max: $limit,
             queryMax: 0,
-            folderRights: $this->folderRights($user),
+            // A format searches some fields alone, where the fixed values of others are never found.
+            format: $restriction->hasFixedValues() ? '' : $this->format,
+            folderRights: $this->scope->folderRights,
+            layout: $this->layout,
             sort: $this->sort,
             order: $this->isDescending ? Order::Descending : Order::Ascending,
         );
+    }
+
+    /** @return list<string> "channel/archive", which run() has left out because the search rights for them are others */
+    public function leftOut(): array
+    {
+        return $this->scope?->leftOut ?? [];
+    }
+
+    /** @return list<array{string, string}> field and value that run() has added */
+    public function fixedValues(): array
+    {
+        return $this->scope?->restriction->fixedValues() ?? [];
     }
 
     /**
@@ -72,6 +102,8 @@ final class SearchRequest
             'size' => $this->size === self::SIZES[0] ? '' : $this->size,
             'page' => $this->page === 1 ? '' : $this->page,
             'sel' => $this->selection,
+            'format' => $this->format,
+            'layout' => $this->layout,
         ];
     }
 
@@ -81,17 +113,5 @@ final class SearchRequest
         $list = $this->with(['sort' => '', 'order' => '', 'size' => '', 'page' => '', 'sel' => '']);
         ksort($list);
         return hash('sha256', Html::plainUrl('/', $list));
-    }
-
-    private function folderRights(User $user): string
-    {
-        if ($this->place === '') {
-            return $user->folderRights();
-        }
-        [$channel, $archive] = explode('/', $this->place, 2) + ['', ''];
-        if (!$user->maySee($channel, $archive)) {
-            throw Failure::noDocument();
-        }
-        return "$(#$channel)\\$archive;";
     }
 }

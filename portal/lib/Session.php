@@ -49,6 +49,16 @@ final class Session
         $this->change(static fn(array $data): array => [$key => $value] + $data);
     }
 
+    /** What is set, which is not any more then. */
+    public function take(string $key): mixed
+    {
+        $value = $this->get($key);
+        if ($value !== null) {
+            $this->change(static fn(array $data): array => array_diff_key($data, [$key => true]));
+        }
+        return $value;
+    }
+
     /** Whether a user was logged on whose session is over. */
     public function isExpired(): bool
     {

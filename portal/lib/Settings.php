@@ -24,6 +24,11 @@ final class Settings
         'idle_minutes' => '30',
         'session_hours' => '10',
         'search_limit' => '1000',
+        'fields' => '10=title, 11=author, 12=customer, 13=type, 14=date, 15=amount, 16=text',
+        'layouts' => '',
+        'image_field' => '20',
+        'file_field' => '30',
+        'upload_megabytes' => '64',
     ];
 
     private function __construct(
@@ -43,6 +48,15 @@ final class Settings
         public readonly int $idleMinutes,
         public readonly int $sessionHours,
         public readonly int $searchLimit,
+        /** @var array<int|string, string> names of the archive's fields by id, as masks and queries name them */
+        public readonly array $fields,
+        /** @var array<int|string, string> titles of the layouts of hit lists by id */
+        public readonly array $layouts,
+        /** ids of the first field for images and for other files of a document */
+        public readonly int $imageField,
+        public readonly int $fileField,
+        /** the most megabytes of an uploaded file, if PHP takes as many */
+        public readonly int $uploadMegabytes,
     ) {
     }
 
@@ -64,6 +78,16 @@ final class Settings
                 throw new \RuntimeException("$file: the setting \"$name\" is a number from 1 to $most");
             }
             return (int) $text($name);
+        };
+        $pairs = static function (string $name) use ($text, $file): array {
+            $pairs = [];
+            foreach (preg_split('/\s*,\s*/', trim($text($name)), -1, PREG_SPLIT_NO_EMPTY) as $pair) {
+                if (!preg_match('/^(\w+)\s*=\s*(\S.*)$/uD', $pair, $part)) {
+                    throw new \RuntimeException("$file: the setting \"$name\" is a list ID=NAME, separated by \",\"");
+                }
+                $pairs[$part[1]] = $part[2];
+            }
+            return $pairs;
         };
         foreach (['hosts', 'database', 'state_dir'] as $needed) {
             $text($needed) !== '' || throw new \RuntimeException("$file: the setting \"$needed\" is missing");
@@ -88,6 +112,11 @@ final class Settings
             $number('idle_minutes', 1440),
             $number('session_hours', 168),
             $number('search_limit', 100000),
+            $pairs('fields'),
+            $pairs('layouts'),
+            $number('image_field', 32767),
+            $number('file_field', 32767),
+            $number('upload_megabytes', 2047),
         );
     }
 }

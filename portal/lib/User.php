@@ -18,8 +18,13 @@ final class User
     /** @var list<EditRight>|null */
     private ?array $editRights = null;
 
-    public function __construct(private readonly Users $users, public readonly int $id, public readonly string $name)
-    {
+    /** @param array<int|string, string> $fields names of the archive's fields by id */
+    public function __construct(
+        private readonly Users $users,
+        public readonly int $id,
+        public readonly string $name,
+        private readonly array $fields = [],
+    ) {
     }
 
     public function isAdministrator(): bool
@@ -62,6 +67,12 @@ final class User
     public function mayDelete(string $channel, string $archive): bool
     {
         return $this->hasRight($channel, $archive, static fn(EditRight $right): bool => $right->canDelete);
+    }
+
+    /** Of an archive that he may see. */
+    public function searchRestriction(string $channel, string $archive): SearchRestriction
+    {
+        return new SearchRestriction($this->users->searchRights($this->id, $channel, $archive), $this->fields);
     }
 
     /** @param \Closure(EditRight): bool $allows */

@@ -34,7 +34,7 @@ final class Visit
         if ($this->user === null && \is_int($id)) {
             $generation = (int) ($this->state($id)->read()['generation'] ?? 0);
             if ($generation === $this->session->get('generation')) {
-                $this->user = new User($this->users(), $id, (string) $this->session->get('name'));
+                $this->user = new User($this->users(), $id, (string) $this->session->get('name'), $this->settings->fields);
             }
         }
         return $this->user;

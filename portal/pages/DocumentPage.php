@@ -46,6 +46,7 @@ final class DocumentPage implements Page
             'properties' => $properties,
             'end' => \in_array($request->text('end'), ['first', 'last'], true) ? $request->text('end') : '',
             'mayAnnotate' => $asked->mayAnnotate($visit),
+            'mayEdit' => $asked->mayAnnotate($visit),
             'mayDelete' => $view->tab !== 'print' && $asked->mayDelete($visit),
             'note' => $note,
             'problem' => $problem,

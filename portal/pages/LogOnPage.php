@@ -10,15 +10,38 @@ use Portal\Request;
 use Portal\Response;
 use Portal\Visit;
 
-/** Logs a user of the web user database on, and goes on where he wanted to go. */
+/**
+ * Logs a user of the web user database on, and goes on where he wanted to go. What he had typed into a form when his session
+ * was over goes with him: in hidden fields of this form, and then in the new session until that form is shown again.
+ */
 final class LogOnPage implements Page
 {
+    /** Begins the names of these hidden fields. */
+    private const KEPT = 'kept-';
+
+    /** @var array<string, string> */
+    private array $kept = [];
+
+    /**
+     * The form in place of a page that a form was sent to.
+     *
+     * @param array<string, string> $kept fields of that form
+     */
+    public function interrupted(Visit $visit, string $target, array $kept): Response
+    {
+        $this->kept = $kept;
+        return $this->form($visit, $target, '', 'kept', 0, 403);
+    }
+
     public function answer(Request $request, Visit $visit): Response
     {
         if ($request->method() === 'GET') {
             return $this->form($visit, $request->text('to'), '', $visit->session->isExpired() ? 'expired' : '');
         }
         [$name, $to] = [$request->field('name'), $request->field('to')];
+        foreach ($request->chosenFields([self::KEPT . '*']) as $key => $value) {
+            $this->kept[substr($key, \strlen(self::KEPT))] = $value;
+        }
         $limit = new LogOnLimit($visit->settings, $name, $request->address());
         $wait = $limit->wait();
         if ($wait > 0) {
@@ -31,6 +54,9 @@ final class LogOnPage implements Page
         }
         $limit->clear();
         $visit->begin($user, $name);
+        if ($this->kept !== []) {
+            $visit->session->set('kept', ['target' => $to, 'fields' => $this->kept]);
+        }
         return Response::redirect($to);
     }
 
@@ -47,6 +73,7 @@ final class LogOnPage implements Page
             'name' => $name,
             'problem' => $problem,
             'wait' => $wait,
+            'kept' => $this->kept,
         ], $status);
     }
 }

@@ -32,6 +32,9 @@
 <a href="<?= $h->url('/document', $asked->with(['view' => 'print'])) ?>"><?= $h->text('print-view') ?></a>
 <a href="<?= $h->url('/file', ['channel' => $name->channel, 'archive' => $name->archive, 'id' => $name->id, 'version' => $name->version, 'print' => 'all']) ?>"><?= $h->text('print-file') ?></a>
 <a href="<?= $h->url('/document', ['channel' => $name->channel, 'archive' => $name->archive, 'id' => $name->id, 'version' => $name->version]) ?>"><?= $h->text('permanent-link') ?></a>
+<?php if ($mayEdit) { ?>
+<a href="<?= $h->url('/edit', ['channel' => $name->channel, 'archive' => $name->archive, 'id' => $name->id, 'version' => $name->version]) ?>"><?= $h->text('edit-document') ?></a>
+<?php } ?>
 <?php if ($mayDelete) { ?>
 <a href="<?= $h->url('/document/delete', $asked->with(['version' => $name->version])) ?>"><?= $h->text('delete-document') ?></a>
 <?php } ?>

@@ -11,9 +11,17 @@
 <?php } ?>
 </ul>
 <?php } ?>
+<?php if ($typed !== []) { ?>
+<form method="post" action="<?= $h($target) ?>">
+<?php foreach ($typed as $key => $value) { ?>
+<input type="hidden" name="<?= $h($key) ?>" value="<?= $h($value) ?>">
+<?php } ?>
+<button class="chief"><?= $h->text('back-to-form') ?></button>
+</form>
+<?php } ?>
 <ul>
 <?php if ($again !== '') { ?>
 <li><a href="<?= $h($again) ?>"><?= $h->text('again') ?></a></li>
 <?php } ?>
-<li><a href="<?= $h->url('/', ['q' => $query]) ?>"><?= $h->text('back-to-search') ?></a></li>
+<li><a href="<?= $h->url('/', ['q' => $query, 'in' => $place]) ?>"><?= $h->text('back-to-search') ?></a></li>
 </ul>

@@ -5,6 +5,9 @@
 <form class="fields" method="post" action="/log-on">
 <input type="hidden" name="token" value="<?= $h($token) ?>">
 <input type="hidden" name="to" value="<?= $h($to) ?>">
+<?php foreach ($kept as $key => $value) { ?>
+<input type="hidden" name="kept-<?= $h($key) ?>" value="<?= $h($value) ?>">
+<?php } ?>
 <label for="name"><?= $h->text('user-name') ?></label>
 <input id="name" name="name" value="<?= $h($name) ?>" autocomplete="username" autocapitalize="none" required autofocus>
 <label for="password"><?= $h->text('password') ?></label>

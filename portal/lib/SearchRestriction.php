@@ -1,0 +1,104 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal;
+
+use Oxaqrycln\SearchRights;
+
+/**
+ * What the user's search rights make of the searches in an archive: conditions that every query gets, and fields that no
+ * query may name.
+ */
+final class SearchRestriction
+{
+    /** @param array<int|string, string> $names of the archive's fields by id */
+    public function __construct(private readonly SearchRights $rights, private readonly array $names)
+    {
+    }
+
+    /** The same text for restrictions that make the same of every query; "" for none. */
+    public function key(): string
+    {
+        $parts = [$this->rights->fixedValues, $this->rights->hiddenFields];
+        return $parts === [[], []] ? '' : serialize($parts);
+    }
+
+    public function hasFixedValues(): bool
+    {
+        return $this->rights->fixedValues !== [];
+    }
+
+    /** @return list<array{string, string}> name of the field, or its id where no setting names it, and its fixed value */
+    public function fixedValues(): array
+    {
+        return array_map(fn(array $pair): array => [$this->names[$pair[0]] ?? $pair[0], $pair[1]], $this->rights->fixedValues);
+    }
+
+    public function isFixed(string $field): bool
+    {
+        return $this->holds(array_column($this->rights->fixedValues, 0), $field);
+    }
+
+    public function isHidden(string $field): bool
+    {
+        return $this->holds($this->rights->hiddenFields, $field);
+    }
+
+    public function hasMatchcode(string $field): bool
+    {
+        return !$this->holds($this->rights->fieldsWithoutMatchcode, $field);
+    }
+
+    /** The query with the fixed values. Raises Failure for a query that names a hidden field, or that could get around them. */
+    public function applied(string $query): string
+    {
+        $this->check($query);
+        $conditions = [];
+        foreach ($this->rights->fixedValues as [$field, $value]) {
+            $conditions[] = QueryText::condition($field, $value);
+        }
+        if ($conditions === []) {
+            return $query;
+        }
+        return implode(' AND ', trim($query) === '*' ? $conditions : [...$conditions, "($query)"]);
+    }
+
+    /** Raises Failure as applied() does. */
+    public function check(string $query): void
+    {
+        if ($this->hasFixedValues() && !QueryText::isClosed($query)) {
+            throw new Failure('query-open', 422);
+        }
+        if ($this->rights->hiddenFields === []) {
+            return;
+        }
+        foreach (QueryText::fields($query) as $field) {
+            // A field that no setting names could be a hidden one under its name.
+            if ($this->isHidden($field) || !$this->isKnown($field)) {
+                throw new Failure('query-field', 422, $field);
+            }
+        }
+    }
+
+    /** @param list<string> $ids */
+    private function holds(array $ids, string $field): bool
+    {
+        foreach ($ids as $id) {
+            if ($id === $field || self::isSame($this->names[$id] ?? $id, $field)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    private function isKnown(string $field): bool
+    {
+        return $this->holds(array_map(strval(...), array_keys($this->names)), $field);
+    }
+
+    private static function isSame(string $one, string $other): bool
+    {
+        return preg_match('/^' . preg_quote($one, '/') . '$/iuD', $other) === 1;
+    }
+}

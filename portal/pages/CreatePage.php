@@ -1,0 +1,39 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Pages;
+
+use Oxaqrycln\DocumentName;
+use Portal\DocumentForm;
+use Portal\Failure;
+use Portal\Html;
+use Portal\Page;
+use Portal\Request;
+use Portal\Response;
+use Portal\SearchScope;
+use Portal\Visit;
+
+/** Makes a document in an archive where the user and the archive allow it: texts by a mask, and files. */
+final class CreatePage implements Page
+{
+    public function answer(Request $request, Visit $visit): Response
+    {
+        $user = $visit->knownUser();
+        [$channel, $name] = SearchScope::parts($request->text('in'));
+        if (!$user->maySee($channel, $name)) {
+            throw Failure::noDocument();
+        }
+        $archive = $visit->archive();
+        if (!$user->mayCreate($channel, $name) || !$archive->properties($channel, $name)->canCreate) {
+            throw Failure::forbidden();
+        }
+        $form = new DocumentForm($request, $visit, $archive, new DocumentName($channel, $name, ''));
+        $made = $request->method() === 'GET' ? null : $form->stored(
+            fn(string $title, array $fields): DocumentName => $archive->create($channel, $name, $title, $fields),
+        );
+        return $made === null
+            ? $form->page($visit->h->locale->text('create'))
+            : Response::redirect(Html::plainUrl('/document', get_object_vars($made)));
+    }
+}
