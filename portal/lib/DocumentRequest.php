@@ -112,10 +112,10 @@ final class DocumentRequest
      */
     private function conditions(Visit $visit): array
     {
-        $user = $visit->knownUser();
-        if ($this->name->id === '' || !$user->maySee($this->name->channel, $this->name->archive)) {
+        if ($this->name->id === '') {
             throw Failure::noDocument();
         }
-        return $visit->users()->documentConditions($user->id, $this->name->channel, $this->name->archive);
+        $visit->requireArchive($this->name->channel, $this->name->archive);
+        return $visit->users()->documentConditions($visit->knownUser()->id, $this->name->channel, $this->name->archive);
     }
 }

@@ -61,9 +61,7 @@ final class ListView
     {
         // What is kept of it stays small: for archives that there are, and a density that there is.
         [$channel, $archive] = explode('/', $place, 2) + ['', ''];
-        if ($place !== '' && !$visit->knownUser()->maySee($channel, $archive)) {
-            throw Failure::noDocument();
-        }
+        $place === '' || $visit->requireArchive($channel, $archive);
         if (!\in_array($density, self::DENSITIES, true)) {
             throw new Failure('argument', 400);
         }

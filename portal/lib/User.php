@@ -48,6 +48,10 @@ final class User
         return $this->folders ??= $this->users->folderRights($this->id);
     }
 
+    /**
+     * Whether the rights name the archive or its whole channel. A server may take "INVOICES" for Invoices: names that come from
+     * a browser are checked by Visit::requireArchive.
+     */
     public function maySee(string $channel, string $archive): bool
     {
         $folders = explode(';', $this->folderRights());

@@ -18,6 +18,8 @@ final class Visit
     public readonly Html $h;
     public readonly Template $templates;
     private ?Archive $archive = null;
+    /** @var list<string>|null "channel/archive" of all archives that the user may see */
+    private ?array $places = null;
     private ?User $user = null;
 
     public function __construct(public readonly Settings $settings, public readonly Request $request)
@@ -61,6 +63,21 @@ final class Visit
             $archive->query()->strTELOPwd = $account->password;
         }
         return $archive;
+    }
+
+    /**
+     * Raises Failure unless the user may see the archive, and it has exactly that name: search rights and document rights have
+     * that name alone, whereas a server also takes others for it.
+     */
+    public function requireArchive(string $channel, string $archive): void
+    {
+        if ($this->knownUser()->maySee($channel, $archive)) {
+            $this->places ??= SearchScope::places(SearchScope::visible($this->archive(), $this->knownUser()));
+            if (\in_array("$channel/$archive", $this->places, true)) {
+                return;
+            }
+        }
+        throw Failure::noDocument();
     }
 
     /** What the portal remembers of a user from one session to the next. */

@@ -21,9 +21,7 @@ final class CreatePage implements Page
     {
         $user = $visit->knownUser();
         [$channel, $name] = SearchScope::parts($request->text('in'));
-        if (!$user->maySee($channel, $name)) {
-            throw Failure::noDocument();
-        }
+        $visit->requireArchive($channel, $name);
         $archive = $visit->archive();
         if (!$user->mayCreate($channel, $name) || !$archive->properties($channel, $name)->canCreate) {
             throw Failure::forbidden();

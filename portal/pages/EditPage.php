@@ -5,8 +5,8 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
-use Oxaqrycln\Refused;
 use Portal\DocumentForm;
+use Portal\DocumentRequest;
 use Portal\Failure;
 use Portal\Html;
 use Portal\Page;
@@ -26,18 +26,12 @@ final class EditPage implements Page
             $request->text('id'),
             $request->text('version'),
         );
-        if (!$user->maySee($name->channel, $name->archive)) {
-            throw Failure::noDocument();
-        }
+        $visit->requireArchive($name->channel, $name->archive);
         $archive = $visit->archive();
         if (!$user->mayEdit($name->channel, $name->archive) || !$archive->properties($name->channel, $name->archive)->canEdit) {
             throw Failure::forbidden();
         }
-        try {
-            $document = $archive->document($name);
-        } catch (Refused $refused) {
-            throw new Failure('no-document', 404, $refused->getMessage());
-        }
+        $document = DocumentRequest::of($request)->read($visit);
         $form = new DocumentForm($request, $visit, $archive, $document->name, $document);
         // The archive refuses the change when another user has made a newer version in the meantime.
         $made = $request->method() === 'GET' ? null : $form->stored(

@@ -34,9 +34,7 @@ final class OutlinePage implements Page
         $user = $visit->knownUser();
         $place = $request->text('in');
         [$channel, $name] = SearchScope::parts($place);
-        if (!$user->maySee($channel, $name)) {
-            throw Failure::noDocument();
-        }
+        $visit->requireArchive($channel, $name);
         $archive = $visit->archive();
         $tree = $this->tree($archive->outline($channel, $name), $request->text('tree'));
         $go = $request->text('go');

@@ -62,9 +62,7 @@ final class SearchPage implements Page
     {
         $user = $visit->knownUser();
         [$channel, $name] = SearchScope::parts($place);
-        if (!$user->maySee($channel, $name)) {
-            throw Failure::noDocument();
-        }
+        $visit->requireArchive($channel, $name);
         $archive = $visit->archive();
         $restriction = $user->searchRestriction($channel, $name);
         $masks = $archive->masks($channel, $name);
