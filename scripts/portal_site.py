@@ -168,6 +168,7 @@ http {{
       fastcgi_param REQUEST_URI $request_uri;
       fastcgi_param REMOTE_ADDR $remote_addr;
       fastcgi_param HTTP_HOST $http_host;
+      fastcgi_param HTTPS $https if_not_empty;
     }}
   }}
 }}
