@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 
 #include "automation/c/arguments.h"
 #include "automation/c/handle_table.h"
@@ -43,8 +42,7 @@ class Query final : public HandleObject {
   void Run(Body&& body) {
     TakeCancellation();
     body();
-    const std::int64_t request = watch_.LastRequest().number;
-    if (std::exchange(lastRequest_, request) != request) KeepProgress(watch_.Progress());
+    KeepProgress(watch_.Progress());
   }
   // Has the instance use the memory of a result for the next one.
   void Reuse(Variant& result) noexcept { QueryWatch::ReuseText(instance_, result); }
@@ -76,7 +74,6 @@ class Query final : public HandleObject {
   const std::shared_ptr<RowMemory> rowMemory_ = std::make_shared<RowMemory>();
   SharedHandle handle_;
   bool isCancelled_ = false;
-  std::int64_t lastRequest_ = 0;  // the number of the one whose progress is kept
   std::array<std::string, 2> texts_;
   const MethodEntry* lastMethod_ = nullptr;  // a page calls one over and over
 };
