@@ -75,8 +75,8 @@ class QueryWatch {
   // instances are the parent's, whose connections they share: they must neither be used nor destroyed any more.
   static void ForgetParentProcess() noexcept;
 
-  // Takes the memory of a text that a method of the instance returned, which is lost, for the next such text. Saves a
-  // host that reads long lists an allocation a row.
+  // Keeps the memory of a text that a method of the instance returned for the next such text; the content of text is
+  // lost. Saves a host that reads long lists an allocation a row.
   static void ReuseText(clsQuery& query, Variant& text) noexcept;
 
  private:

@@ -11,7 +11,7 @@
 namespace oxaqrycln {
 namespace {
 
-// What an instance for one check has of the page's instance.
+// The variables of the page's instance that the instance of each check copies.
 struct PageSettings {
   explicit PageSettings(const clsQuery& query)
       : user(query.strTELOUser),

@@ -202,8 +202,8 @@ OXAQRY_API int32_t oxaqry_call(oxaqry_query* query, int32_t method, oxaqry_value
                                oxaqry_value* result);
 // The same, and reads the texts of the result and of the outputs as oxaqry_value_get_text() does: texts and lengths
 // have room for count + 1 of them. The first one is that of the result, the others belong to the values; for NULL and
-// for inputs they receive the empty text. OXAQRY_E_TYPE when one of them cannot be read as a text; the call was made
-// then.
+// for inputs they receive the empty text. OXAQRY_E_TYPE when one of them cannot be read as a text, although the call
+// has been made.
 OXAQRY_API int32_t oxaqry_call_for_texts(oxaqry_query* query, int32_t method, oxaqry_value** values, int32_t count,
                                          oxaqry_value* result, int32_t encoding, const char** texts, size_t* lengths);
 

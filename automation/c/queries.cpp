@@ -27,7 +27,7 @@ std::int32_t CallMethod(oxaqry_query* handle, std::int32_t number, const GivenVa
     query.Run([&] {
       Variant returned = method->call(query.instance(), arguments.pointers());
       if (Variant* const result = arguments.result()) result->Replace(returned);
-      query.Reuse(returned);  // a text, or the memory of the one that result held
+      query.Reuse(returned);  // the text, or the memory of the former text of result
     });
     after(arguments);
     return OXAQRY_OK;

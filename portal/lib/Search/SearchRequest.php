@@ -8,7 +8,7 @@ use Oxaqrycln\Archive;
 use Oxaqrycln\HitList;
 use Oxaqrycln\Order;
 
-/** A search as the URL of a hit list describes it. Nothing else has a part in what the list shows. */
+/** A search as the URL of a hit list describes it. The URL and the rights of the user alone decide what the list shows. */
 final class SearchRequest
 {
     public const SIZES = [20, 50, 100, 1000];

@@ -4,12 +4,15 @@ declare(strict_types=1);
 
 namespace Portal;
 
-/** Slows down guessing: after some wrong passwords of an account from an address, each further one makes it wait longer. */
+/**
+ * Slows down the guessing of passwords: after some wrong ones for an account from one address, each further one has to wait
+ * longer.
+ */
 final class LogOnLimit
 {
     private const FREE_ATTEMPTS = 4;
     private const LONGEST_WAIT = 900;
-    /** Wrong attempts of an address alone, with any accounts, count a tenth. */
+    /** An address may try so many times as often in all, whatever the accounts. */
     private const OF_ADDRESS = 10;
 
     /** @var list<array{StateFile, int}> file, and how many attempts are free */

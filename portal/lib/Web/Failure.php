@@ -21,7 +21,7 @@ final class Failure extends \RuntimeException
         return new self('not-found', 404);
     }
 
-    /** A document or archive that the user may not see is told apart from one that does not exist by nobody. */
+    /** The same for what does not exist and what the user may not see, so that nobody can tell the two apart. */
     public static function noDocument(): self
     {
         return new self('no-document', 404);
