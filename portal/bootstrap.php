@@ -1,26 +1,16 @@
 <?php
 
-// Makes the classes of the portal and of the package bindings/php known.
+// Makes the classes of the portal and of the package bindings/php known: Portal\Web\Request is in lib/Web/Request.php, and
+// the classes of Portal\Pages are in pages/.
 
 declare(strict_types=1);
 
 spl_autoload_register(static function (string $class): void {
-    $parts = explode('\\', $class);
-    if (array_shift($parts) !== 'Portal') {
-        return;
-    }
-    $folders = ['lib/Web', 'lib/Output', 'lib/Search', 'lib/Documents', 'lib/Forms', 'lib/Files', 'lib/Users'];
-    if ($parts[0] === 'Pages') {
-        $folders = ['pages'];
-        array_shift($parts);
-    } elseif ($parts[0] === 'Administration') {
-        $folders = ['lib'];
-    }
-    foreach ($folders as $folder) {
-        $file = __DIR__ . "/$folder/" . implode('/', $parts) . '.php';
+    if (str_starts_with($class, 'Portal\\')) {
+        $path = strtr(substr($class, \strlen('Portal\\')), '\\', '/') . '.php';
+        $file = __DIR__ . (str_starts_with($path, 'Pages/') ? '/pages' . substr($path, \strlen('Pages')) : "/lib/$path");
         if (is_file($file)) {
             require $file;
-            return;
         }
     }
 });

@@ -7,8 +7,8 @@ declare(strict_types=1);
 
 use Portal\Pages;
 use Portal\Pages\Administration;
-use Portal\Right;
-use Portal\Route;
+use Portal\Users\Right;
+use Portal\Web\Route;
 
 return [
     new Route('/', ['GET'], Pages\SearchPage::class, Right::User),
@@ -38,7 +38,6 @@ return [
     new Route('/administration/logs', ['GET'], Administration\LogsPage::class, Right::Administrator),
     new Route('/administration/log', ['GET'], Administration\LogPage::class, Right::Administrator),
     new Route('/outline', ['GET'], Pages\OutlinePage::class, Right::User),
-    new Route('/document', ['GET'], Pages\DocumentPage::class, Right::User),
     new Route('/create', ['GET', 'POST'], Pages\CreatePage::class, Right::User, ['title', 'f*']),
     new Route('/edit', ['GET', 'POST'], Pages\EditPage::class, Right::User, ['title', 'f*']),
 ];

@@ -5,14 +5,14 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
-use Portal\DocumentForm;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchScope;
-use Portal\Visit;
+use Portal\Forms\DocumentForm;
+use Portal\Output\Html;
+use Portal\Search\SearchScope;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Makes a document in an archive where the user and the archive allow it: texts by a mask, and files. */
 final class CreatePage implements Page

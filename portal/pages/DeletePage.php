@@ -5,13 +5,13 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Output\Html;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Deletes a document or one of its versions, after a question. */
 final class DeletePage implements Page

@@ -5,13 +5,13 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\Document;
-use Portal\DocumentRequest;
-use Portal\DocumentView;
-use Portal\Failure;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Documents\DocumentView;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * A document: all its texts, or a segment ("segment", or "page" for an image), or its properties ("view"), each under a URL

@@ -5,18 +5,18 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\Hit;
-use Portal\DocumentsZip;
-use Portal\Failure;
-use Portal\FileName;
-use Portal\HitExport;
-use Portal\HitImages;
-use Portal\ListView;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchRequest;
-use Portal\Selection;
-use Portal\Visit;
+use Portal\Files\DocumentsZip;
+use Portal\Files\FileName;
+use Portal\Search\HitExport;
+use Portal\Search\HitImages;
+use Portal\Search\ListView;
+use Portal\Search\SearchRequest;
+use Portal\Search\Selection;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * A hit list, or what is selected of it, as a file. The search is made again, with the rights that the user has now: the

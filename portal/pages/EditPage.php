@@ -5,14 +5,14 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
-use Portal\DocumentForm;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Forms\DocumentForm;
+use Portal\Output\Html;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Makes a new version of a document, where the user and the archive allow it: changed texts, and more files. */
 final class EditPage implements Page

@@ -6,14 +6,14 @@ namespace Portal\Pages;
 
 use Oxaqrycln\Content;
 use Oxaqrycln\Refused;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\FileName;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\StoredFile;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Files\FileName;
+use Portal\Files\StoredFile;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * A file of a document: the content of a segment ("segment"), page images as one file ("pages", as "1" or "1,3"; all with

@@ -5,14 +5,14 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\Hit;
-use Portal\Html;
-use Portal\ListView;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchRequest;
-use Portal\Selection;
-use Portal\Visit;
+use Portal\Output\Html;
+use Portal\Search\ListView;
+use Portal\Search\SearchRequest;
+use Portal\Search\Selection;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The hits of a search, a page of them at a time. */
 final class HitsPage implements Page

@@ -6,15 +6,15 @@ namespace Portal\Pages;
 
 use Oxaqrycln\Content;
 use Oxaqrycln\Refused;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\FileName;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\StoredFile;
-use Portal\TiffImage;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Files\FileName;
+use Portal\Files\StoredFile;
+use Portal\Files\TiffImage;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The image of a segment, as browsers show it: a scanned page, which is a TIFF file, becomes PNG. */
 final class ImagePage implements Page

@@ -4,11 +4,11 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
-use Portal\ListView;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Search\ListView;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Remembers the columns and the density of an archive's hit lists, and goes back to the list. */
 final class ListViewPage implements Page

@@ -4,10 +4,10 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Ends the session, and all others of the user when he asks for it. */
 final class LogOffPage implements Page

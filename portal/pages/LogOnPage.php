@@ -4,11 +4,11 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
-use Portal\LogOnLimit;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Users\LogOnLimit;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * Logs a user of the web user database on, and goes on where he wanted to go. What he had typed into a form when his session

@@ -6,14 +6,14 @@ namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\HitList;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchRequest;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Output\Html;
+use Portal\Search\SearchRequest;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * Goes to the hit before or behind a document. The search runs again only here, not for each document that is shown, and

@@ -6,13 +6,13 @@ namespace Portal\Pages;
 
 use Oxaqrycln\BadArgument;
 use Oxaqrycln\Refused;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Output\Html;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Adds a note to a document. A note that cannot be stored stays in its field. */
 final class NotesPage implements Page

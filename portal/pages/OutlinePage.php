@@ -7,14 +7,14 @@ namespace Portal\Pages;
 use Oxaqrycln\Archive;
 use Oxaqrycln\Outliner;
 use Oxaqrycln\OutlinerNode;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchRestriction;
-use Portal\SearchScope;
-use Portal\Visit;
+use Portal\Output\Html;
+use Portal\Search\SearchRestriction;
+use Portal\Search\SearchScope;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * A tree of predefined searches in an archive. The URL says which nodes are open, "open=1.4", or leaves it to the tree;

@@ -5,11 +5,11 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\BadArgument;
-use Portal\LogOnLimit;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Users\LogOnLimit;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Changes the password of the user, and ends his other sessions. */
 final class PasswordPage implements Page

@@ -6,12 +6,12 @@ namespace Portal\Pages;
 
 use Oxaqrycln\Document;
 use Oxaqrycln\Segment;
-use Portal\DocumentRequest;
-use Portal\Failure;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Documents\DocumentRequest;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The beginning of a document with its hits: a page of its own, which the script shows beside the hit list. */
 final class PreviewPage implements Page

@@ -5,14 +5,14 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\Mask;
-use Portal\Failure;
-use Portal\Html;
-use Portal\MaskForm;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchScope;
-use Portal\Visit;
+use Portal\Forms\MaskForm;
+use Portal\Output\Html;
+use Portal\Search\SearchScope;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /**
  * The form of a search, over the channels and archives that the user may see. When an archive is chosen, it offers the

@@ -5,14 +5,14 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\SearchRequest;
-use Portal\Selection;
-use Portal\Visit;
+use Portal\Output\Html;
+use Portal\Search\SearchRequest;
+use Portal\Search\Selection;
+use Portal\Web\Failure;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Keeps what is ticked in a hit list, and goes on with the list or with a download of the selection. */
 final class SelectionPage implements Page

@@ -6,4 +6,4 @@ declare(strict_types=1);
 
 require __DIR__ . '/../bootstrap.php';
 
-Portal\Portal::answer();
+Portal\Web\Portal::answer();

@@ -4,7 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
-use Portal\Failure;
+use Portal\Web\Failure;
 
 /** The users and groups. Changes belong into UserDatabase::change. */
 final class Accounts

@@ -4,10 +4,10 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** A page of the administration that works with the web user database itself, where the site is set up for it. */
 abstract class DatabasePage implements Page

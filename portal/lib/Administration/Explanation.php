@@ -4,7 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
-use Portal\User;
+use Portal\Users\User;
 
 /** Why a user may do something, or may not: what the pages find, and the entries that it follows from. */
 final class Explanation

@@ -4,8 +4,8 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
-use Portal\Failure;
-use Portal\Settings;
+use Portal\Web\Failure;
+use Portal\Web\Settings;
 
 /** The log files of sessions. Only plain files of the log directory itself are read. */
 final class SessionLogs

@@ -4,8 +4,8 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
-use Portal\Failure;
-use Portal\Settings;
+use Portal\Web\Failure;
+use Portal\Web\Settings;
 
 /**
  * The web user database for statements of the administration, which the component has no methods for: SQLite or PostgreSQL.

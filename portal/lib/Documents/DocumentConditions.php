@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Documents;
 
 use Oxaqrycln\Document;
 use Oxaqrycln\DocumentCondition;

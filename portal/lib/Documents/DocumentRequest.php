@@ -2,11 +2,14 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Documents;
 
 use Oxaqrycln\Document;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Refused;
+use Portal\Web\Failure;
+use Portal\Web\Request;
+use Portal\Web\Visit;
 
 /** A document as a URL names it, with the way back to the hit list that it was opened from. */
 final class DocumentRequest

@@ -2,10 +2,13 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Documents;
 
 use Oxaqrycln\Document;
 use Oxaqrycln\Segment;
+use Portal\Output\Html;
+use Portal\Web\Failure;
+use Portal\Web\Request;
 
 /** What the page of a document shows of it: the tab, its segments, and where the marks are. */
 final class DocumentView

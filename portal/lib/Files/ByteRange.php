@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 /** The part of a file that the header Range asks for. */
 final class ByteRange

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 use Oxaqrycln\AllServersBusy;
 use Oxaqrycln\Cancelled;
@@ -12,6 +12,11 @@ use Oxaqrycln\Error;
 use Oxaqrycln\Hit;
 use Oxaqrycln\Refused;
 use Oxaqrycln\TimedOut;
+use Portal\Documents\DocumentRequest;
+use Portal\Output\Html;
+use Portal\Web\Failure;
+use Portal\Web\Request;
+use Portal\Web\Visit;
 
 /**
  * Writes the first stored file of each of some documents to the output as a ZIP archive, one after the other, with a report

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 /**
  * Decodes ITU-T T.6 ("Group 4"), in which scanned pages are stored: black and white, each row by its differences from the

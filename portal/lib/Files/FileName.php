@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 /** The name under which a browser stores a file. */
 final class FileName

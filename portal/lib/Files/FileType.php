@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 /** What a stored file is, told by its first bytes and never by its name. */
 final class FileType

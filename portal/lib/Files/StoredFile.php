@@ -2,12 +2,15 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 use Oxaqrycln\Archive;
 use Oxaqrycln\Content;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Error;
+use Portal\Web\DiskFull;
+use Portal\Web\Request;
+use Portal\Web\Response;
 
 /**
  * A file of a document, in a temporary file that goes with the object. It is sent piece by piece, so that its size takes no

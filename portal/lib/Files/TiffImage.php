@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 /**
  * The first image of a TIFF file, for browsers, which show none: black and white, grey or colour with eight bits; stored

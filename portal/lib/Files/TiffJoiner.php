@@ -2,7 +2,9 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
+
+use Portal\Web\DiskFull;
 
 /**
  * Puts TIFF files together as one with all their pages. The files are copied as they are, one behind the other; then the

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Files;
 
 /**
  * Writes a ZIP archive to a stream as it goes: the files are stored as they are, and only their list is kept in memory.

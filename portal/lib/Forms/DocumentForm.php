@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Forms;
 
 use Oxaqrycln\Archive;
 use Oxaqrycln\Document;
@@ -11,6 +11,12 @@ use Oxaqrycln\Error;
 use Oxaqrycln\FieldContent;
 use Oxaqrycln\Mask;
 use Oxaqrycln\Refused;
+use Portal\Output\Html;
+use Portal\Web\DiskFull;
+use Portal\Web\FailurePage;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The form of a new document or a new version: a title, the fields of a mask, and files. */
 final class DocumentForm

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Forms;
 
 /** A field of a mask as a form shows it. */
 final class MaskEntry

@@ -2,10 +2,12 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Forms;
 
 use Oxaqrycln\Mask;
 use Oxaqrycln\MaskField;
+use Portal\Search\QueryText;
+use Portal\Search\SearchRestriction;
 
 /** A mask of an archive as a form, for a search or for a document. */
 final class MaskForm

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Forms;
 
 use Oxaqrycln\BadArgument;
 use Oxaqrycln\Raw\Value;

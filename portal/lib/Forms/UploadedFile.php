@@ -2,7 +2,9 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Forms;
+
+use Portal\Web\DiskFull;
 
 /** A file that the browser sent with a form. PHP removes it when the page has ended. */
 final class UploadedFile

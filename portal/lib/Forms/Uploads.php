@@ -2,7 +2,10 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Forms;
+
+use Portal\Web\DiskFull;
+use Portal\Web\Settings;
 
 /**
  * Files on their way into a document. They are in the blob directory for as long as the archive needs to take them over, under

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Output;
 
 /** The texts, numbers and times of a language: a file of locale/. */
 final class Locale

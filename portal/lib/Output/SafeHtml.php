@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Output;
 
 /** Text that is HTML already. Only Html and Template make it. */
 final class SafeHtml implements \Stringable

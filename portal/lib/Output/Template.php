@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Output;
 
 /**
  * A file of templates/. It sees $h, which prints, and the values it is given. It prints with "<?= $h(...) ?>" or a method

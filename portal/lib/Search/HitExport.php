@@ -2,10 +2,11 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\Hit;
 use Oxaqrycln\HitList;
+use Portal\Output\Locale;
 
 /** A hit list as a table for other programs, written to the output row by row. */
 final class HitExport

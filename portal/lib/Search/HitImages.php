@@ -2,11 +2,18 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\Content;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Refused;
+use Portal\Documents\DocumentRequest;
+use Portal\Files\TiffJoiner;
+use Portal\Output\Html;
+use Portal\Web\DiskFull;
+use Portal\Web\Failure;
+use Portal\Web\Request;
+use Portal\Web\Visit;
 
 /** The page images of documents, as one file. */
 final class HitImages

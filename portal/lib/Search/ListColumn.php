@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 /** A column of a hit list as its user wants to see it. */
 final class ListColumn

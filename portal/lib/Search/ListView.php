@@ -2,10 +2,12 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\ColumnKind;
 use Oxaqrycln\HitList;
+use Portal\Web\Failure;
+use Portal\Web\Visit;
 
 /** How a user wants to see the hit lists of an archive: which columns, in which order, how dense. */
 final class ListView

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 /** Queries in the language of the query server: words, "phrases", field:value, parentheses, AND, OR, NOT. */
 final class QueryText

@@ -2,11 +2,14 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\Archive;
 use Oxaqrycln\HitList;
 use Oxaqrycln\Order;
+use Portal\Output\Html;
+use Portal\Users\User;
+use Portal\Web\Request;
 
 /** A search as the URL of a hit list describes it. The URL and the rights of the user alone decide what the list shows. */
 final class SearchRequest

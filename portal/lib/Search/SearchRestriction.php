@@ -2,9 +2,10 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\SearchRights;
+use Portal\Web\Failure;
 
 /**
  * What the user's search rights make of the searches in an archive: conditions that every query gets, and fields that no

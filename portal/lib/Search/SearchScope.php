@@ -2,12 +2,14 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\Archive;
 use Oxaqrycln\ArchiveEntry;
 use Oxaqrycln\Channel;
 use Oxaqrycln\SearchRights;
+use Portal\Users\User;
+use Portal\Web\Failure;
 
 /**
  * The archives of a search, and what the user's search rights make of it. One request has one query for all of its archives, so

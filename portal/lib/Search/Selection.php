@@ -2,9 +2,11 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Search;
 
 use Oxaqrycln\DocumentName;
+use Portal\Web\StateFile;
+use Portal\Web\Visit;
 
 /**
  * The hits of a search that its user has selected, on all pages of the list. The URL names the selection, so that two tabs

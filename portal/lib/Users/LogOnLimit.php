@@ -2,7 +2,10 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Users;
+
+use Portal\Web\Settings;
+use Portal\Web\StateFile;
 
 /**
  * Slows down the guessing of passwords: after some wrong ones for an account from one address, each further one has to wait

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Users;
 
 /** Who may use a route. What a page shows of an archive depends on the user's rights besides. */
 enum Right

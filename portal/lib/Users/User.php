@@ -2,10 +2,11 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Users;
 
 use Oxaqrycln\EditRight;
 use Oxaqrycln\Users;
+use Portal\Search\SearchRestriction;
 
 /** The user who is logged on, with the rights that he has at this moment. */
 final class User

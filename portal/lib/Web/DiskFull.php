@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 /** A file of the portal cannot be written. */
 final class DiskFull extends \RuntimeException

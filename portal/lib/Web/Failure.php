@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 /**
  * Ends a page with another one that says what happened and what to do: the texts "failure-KIND" and "failure-KIND-help" of

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 use Oxaqrycln\AllServersBusy;
 use Oxaqrycln\Attempt;

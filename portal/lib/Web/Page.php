@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 /** A page; a new object answers each request. */
 interface Page

@@ -2,7 +2,11 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
+
+use Portal\Output\Html;
+use Portal\Pages\LogOnPage;
+use Portal\Users\Right;
 
 /** Answers one request: finds its route, checks the right, runs the page, and makes pages of failures. */
 final class Portal
@@ -111,7 +115,7 @@ final class Portal
             $target = \in_array('GET', $route->methods, true) ? $request->target() : '/';
             $kept = $this->typed($request);
             if ($kept !== []) {
-                return (new Pages\LogOnPage())->interrupted($this->visit, $target, $kept);
+                return (new LogOnPage())->interrupted($this->visit, $target, $kept);
             }
             return Response::redirect(Html::plainUrl('/log-on', ['to' => $target === '/' ? '' : $target]));
         }

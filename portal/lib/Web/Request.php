@@ -2,7 +2,9 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
+
+use Portal\Forms\UploadedFile;
 
 /** What the browser sent. Texts are valid UTF-8; anything else that it sends is taken for not sent. */
 final class Request

@@ -2,7 +2,9 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
+
+use Portal\Output\SafeHtml;
 
 /** An answer to the browser. Every one has the headers of POLICY. */
 final class Response

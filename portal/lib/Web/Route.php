@@ -2,7 +2,9 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
+
+use Portal\Users\Right;
 
 /** An entry of routes.php. */
 final class Route

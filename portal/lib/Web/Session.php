@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 /**
  * What the portal remembers of a browser: PHP's session, which is open only while it is read or changed, so that no page

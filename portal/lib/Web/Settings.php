@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 /** The settings of a site: an .ini file whose name is in the environment variable or FastCGI parameter PORTAL_SETTINGS. */
 final class Settings

@@ -2,7 +2,7 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 /** A small file of the portal's own data, as JSON, in a folder of the state directory. Several requests may use it at once. */
 final class StateFile

@@ -2,11 +2,16 @@
 
 declare(strict_types=1);
 
-namespace Portal;
+namespace Portal\Web;
 
 use Oxaqrycln\Archive;
 use Oxaqrycln\Error;
 use Oxaqrycln\Users;
+use Portal\Output\Html;
+use Portal\Output\Locale;
+use Portal\Output\Template;
+use Portal\Search\SearchScope;
+use Portal\Users\User;
 
 /** What a page works with besides the request: settings, session, user, archive and templates. */
 final class Visit

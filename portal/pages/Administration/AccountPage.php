@@ -14,11 +14,11 @@ use Portal\Administration\Refusal;
 use Portal\Administration\Rights;
 use Portal\Administration\SessionLogs;
 use Portal\Administration\UserDatabase;
-use Portal\Failure;
-use Portal\Html;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Output\Html;
+use Portal\Web\Failure;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** A user or group: name, password, account of the archive system, memberships and rights, each with a form. */
 final class AccountPage extends DatabasePage

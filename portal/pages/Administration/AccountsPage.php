@@ -8,9 +8,9 @@ use Portal\Administration\Accounts;
 use Portal\Administration\DatabasePage;
 use Portal\Administration\Paging;
 use Portal\Administration\UserDatabase;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The users and groups, a page of them at a time, and the members of a group. */
 final class AccountsPage extends DatabasePage

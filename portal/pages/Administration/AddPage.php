@@ -10,10 +10,10 @@ use Portal\Administration\Names;
 use Portal\Administration\Passwords;
 use Portal\Administration\Refusal;
 use Portal\Administration\UserDatabase;
-use Portal\Html;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Output\Html;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Adds a user or a group. */
 final class AddPage extends DatabasePage

@@ -7,9 +7,9 @@ namespace Portal\Pages\Administration;
 use Portal\Administration\DatabasePage;
 use Portal\Administration\Definitions;
 use Portal\Administration\UserDatabase;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The definitions of document rights and search rights, and who has them. */
 final class DefinitionsPage extends DatabasePage

@@ -6,10 +6,10 @@ namespace Portal\Pages\Administration;
 
 use Portal\Administration\Paging;
 use Portal\Administration\SessionLogs;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The log of a session, a page of its entries at a time, with a choice of their kind. */
 final class LogPage implements Page

@@ -8,10 +8,10 @@ use Portal\Administration\Accounts;
 use Portal\Administration\DatabasePage;
 use Portal\Administration\Refusal;
 use Portal\Administration\UserDatabase;
-use Portal\Html;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Output\Html;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Asks whether a user or group is to be removed, and removes it. */
 final class RemovePage extends DatabasePage

@@ -5,10 +5,10 @@ declare(strict_types=1);
 namespace Portal\Pages\Administration;
 
 use Oxaqrycln\ServerHealth;
-use Portal\Page;
-use Portal\Request;
-use Portal\Response;
-use Portal\Visit;
+use Portal\Web\Page;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** The archive servers: what each of them answers now, and how this process uses them. */
 final class ServersPage implements Page

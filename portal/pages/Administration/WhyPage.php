@@ -10,10 +10,10 @@ use Portal\Administration\DatabasePage;
 use Portal\Administration\Explanation;
 use Portal\Administration\Refusal;
 use Portal\Administration\UserDatabase;
-use Portal\Request;
-use Portal\Response;
-use Portal\User;
-use Portal\Visit;
+use Portal\Users\User;
+use Portal\Web\Request;
+use Portal\Web\Response;
+use Portal\Web\Visit;
 
 /** Why a user may do something: the answer of the pages, and his own entries and those of his groups behind it. */
 final class WhyPage extends DatabasePage
