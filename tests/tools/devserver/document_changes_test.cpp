@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 #include <string>
 #include <tuple>
 
+#include "tests/tools/devserver/fetched_content.h"
 #include "tests/tools/devserver/wire_client.h"
 #include "tools/devserver/archive/import_file.h"
 #include "tools/devserver/protocol/errors.h"
@@ -144,6 +146,21 @@ TEST_F(ChangesTest, EditsReplaceTheFieldsTheyName) {
   EXPECT_EQ(Edit(import + "\r\n" + import, "1091,2"), "Status: The import file contains 2 documents\r\n");
   EXPECT_EQ(Edit("@DB,$(#Finance)\\Invoices\r\n@FOLDER,FT:T\r\n", "1004,1"),
             "Status: Documents cannot be edited in $(#Finance)\\Invoices\r\n");
+}
+
+TEST_F(ChangesTest, FilesOfAnyLengthComeBackUnchanged) {
+  std::size_t document = 1091;
+  for (const std::size_t length : {0U, 1U, 1U << 20U, (1U << 20U) + 1, 3'000'000U}) {
+    std::string bytes(length, '\0');
+    std::ranges::generate(bytes, [random = std::minstd_rand(1)]() mutable { return static_cast<char>(random()); });
+    Write("long.bin", bytes);
+    Create(kOrders + "@FOLDER,FT:T,3:30\r\nlong.bin\r\n");
+    const std::string place = "Finance^,^Orders^,^" + std::to_string(document++);
+    const std::string name = std::to_string(document - 1) + "_1_1.bin";
+    EXPECT_EQ(server_.Ask("GetSegmentData^,^" + place + "^,^1^,^1^,^"),
+              "Status: OK\r\n" + std::to_string(length) + "\r\n" + name + "\r\n");
+    EXPECT_TRUE(Content(server_.BlobPath(name)) == bytes) << length;
+  }
 }
 
 TEST_F(ChangesTest, DeletesAVersionOrTheWholeDocument) {

@@ -76,7 +76,7 @@ std::string Segment::Title() const {
 
 std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version) {
   Statement query(database,
-                  "SELECT position, field_id, type, file_name, page_count, text, content_id, length(bytes) "
+                  "SELECT position, field_id, type, file_name, page_count, text, content_id, byte_count "
                   "FROM segment LEFT JOIN content ON content.id = content_id "
                   "WHERE document_id = ? AND version = ? ORDER BY position",
                   documentId, version);
@@ -96,10 +96,48 @@ std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, s
   return segments;
 }
 
-std::string ReadContent(Database& database, std::int64_t contentId) {
-  Statement query(database, "SELECT bytes FROM content WHERE id = ?", contentId);
+std::int64_t AddContent(Database& database, std::string_view bytes) {
+  return AddContent(database, [&](char* to, std::size_t room) {
+    const std::size_t count = bytes.copy(to, room);
+    bytes.remove_prefix(count);
+    return count;
+  });
+}
+
+std::int64_t AddContent(Database& database, const std::function<std::size_t(char*, std::size_t)>& read) {
+  constexpr std::size_t kPieceByteCount = std::size_t{1} << 20U;
+  Statement(database, "INSERT INTO content (byte_count) VALUES (0)").Run();
+  const std::int64_t id = database.getLastInsertRowid();
+  Statement insert(database, "INSERT INTO content_piece VALUES (?, ?, ?)");
+  std::string piece(kPieceByteCount, '\0');
+  std::int64_t position = 0;
+  while (const std::size_t count = read(piece.data(), piece.size())) {
+    insert.bindNoCopy(3, piece.data(), static_cast<int>(count));
+    insert.Run(id, position);
+    position += static_cast<std::int64_t>(count);
+  }
+  Statement(database, "UPDATE content SET byte_count = ? WHERE id = ?", position, id).Run();
+  return id;
+}
+
+std::int64_t ContentLength(Database& database, std::int64_t contentId) {
+  Statement query(database, "SELECT byte_count FROM content WHERE id = ?", contentId);
   query.executeStep();
-  return query.getColumn(0).getString();
+  return query.Number(0);
+}
+
+void CopyContent(Database& database, std::int64_t contentId, const std::function<void(std::string_view)>& write) {
+  Statement query(database, "SELECT bytes FROM content_piece WHERE content_id = ? ORDER BY position", contentId);
+  while (query.executeStep()) {
+    const SQLite::Column bytes = query.getColumn(0);
+    write({static_cast<const char*>(bytes.getBlob()), static_cast<std::size_t>(bytes.getBytes())});
+  }
+}
+
+std::string ReadContent(Database& database, std::int64_t contentId) {
+  std::string bytes;
+  CopyContent(database, contentId, [&](std::string_view piece) { bytes += piece; });
+  return bytes;
 }
 
 std::string ColumnOfField(std::int64_t fieldId) {

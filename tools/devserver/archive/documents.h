@@ -3,9 +3,11 @@
 #define OXAQRYCLN_TOOLS_DEVSERVER_ARCHIVE_DOCUMENTS_H_
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/devserver/archive/database.h"
@@ -64,7 +66,14 @@ struct Segment {
 // All segments of a version in order; none when the version is unknown.
 std::vector<Segment> ReadSegments(Database& database, std::int64_t documentId, std::int64_t version);
 
-// The stored bytes of a segment.
+// Stores the bytes as new content and returns its number.
+std::int64_t AddContent(Database& database, std::string_view bytes);
+// The same for what read(to, room) supplies; it returns the number of bytes read, 0 at the end only.
+std::int64_t AddContent(Database& database, const std::function<std::size_t(char*, std::size_t)>& read);
+std::int64_t ContentLength(Database& database, std::int64_t contentId);
+// Calls write with one piece of the content after the other.
+void CopyContent(Database& database, std::int64_t contentId, const std::function<void(std::string_view)>& write);
+// All bytes of the content.
 std::string ReadContent(Database& database, std::int64_t contentId);
 
 // The column of the full-text index that holds the field; "text" for fields without a column of their own.

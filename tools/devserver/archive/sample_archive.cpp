@@ -8,7 +8,7 @@ namespace oxaqrycln::devserver {
 namespace {
 
 // The version of schema.sql, kept in the database's user version.
-constexpr int kSchemaVersion = 3;
+constexpr int kSchemaVersion = 4;
 
 void Fill(Database& database, int documentCount) {
   Transaction transaction(database);

@@ -121,11 +121,11 @@ class Writer {
                   Utf8{document.author}, Utf8{document.customer}, Utf8{document.kind.type},
                   Utf8{document.Date(document.day)}, Utf8{document.amount},
                   Utf8{document.Text(document.sentences.size())});
+    std::optional<std::int64_t> contentId;
     if (document.HasFile()) {
-      content_.Run(Utf8{"Position;Article;Pieces\r\n1;" + document.thing + ";" +
-                        std::to_string(document.index % 40 + 1) + "\r\n2;packing;1\r\n"});
+      contentId = AddContent(database_, "Position;Article;Pieces\r\n1;" + document.thing + ";" +
+                                            std::to_string(document.index % 40 + 1) + "\r\n2;packing;1\r\n");
     }
-    const std::int64_t contentId = database_.getLastInsertRowid();
     for (std::size_t version = 1; version <= document.version; ++version) AddVersion(document, version, contentId);
     const std::size_t noteCount = document.index % 5 == 2 ? 1 + document.index % 2 : 0;
     for (std::size_t note = 0; note < noteCount; ++note) {
@@ -136,7 +136,7 @@ class Writer {
 
  private:
   // Each version has one sentence more than the previous one.
-  void AddVersion(const SampleDocument& document, std::size_t version, std::int64_t contentId) {
+  void AddVersion(const SampleDocument& document, std::size_t version, std::optional<std::int64_t> contentId) {
     const std::string date = document.Date(document.day);
     const std::string changed = document.Date(std::min(kLastDay, document.day + 3 * (version - 1)));
     version_.Run(document.id, static_cast<std::int64_t>(version), Utf8{document.title}, Utf8{date}, Utf8{changed});
@@ -146,7 +146,7 @@ class Writer {
       const bool isFile = type == SegmentType::kFile;
       segment_.Run(document.id, static_cast<std::int64_t>(version), ++position, fieldId,
                    static_cast<std::int64_t>(type), Utf8{fileName}, std::int64_t{type == SegmentType::kImage ? 1 : 0},
-                   Utf8{text}, isFile ? std::optional(contentId) : std::nullopt);
+                   Utf8{text}, isFile ? contentId : std::nullopt);
     };
     add(kAuthorField, SegmentType::kText, "", document.author);
     add(kCustomerField, SegmentType::kText, "", document.customer);
@@ -165,7 +165,6 @@ class Writer {
   Statement document_{database_, "INSERT INTO document VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
   Statement version_{database_, "INSERT INTO version VALUES (?, ?, ?, ?, ?)"};
   Statement segment_{database_, "INSERT INTO segment VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"};
-  Statement content_{database_, "INSERT INTO content (bytes) VALUES (CAST(? AS BLOB))"};
   Statement note_{database_, "INSERT INTO note (document_id, author, written, text) VALUES (?, ?, ?, ?)"};
 };
 

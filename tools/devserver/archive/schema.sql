@@ -92,10 +92,18 @@ CREATE TABLE version (
   PRIMARY KEY (document_id, version)
 ) WITHOUT ROWID;
 
--- The bytes of stored files; the versions of a document share unchanged ones.
+-- Stored files; the versions of a document share unchanged ones.
 CREATE TABLE content (
-  id    INTEGER PRIMARY KEY,
-  bytes BLOB NOT NULL
+  id         INTEGER PRIMARY KEY,
+  byte_count INTEGER NOT NULL
+);
+
+-- The bytes of a stored file, in pieces, so that its size takes no memory.
+CREATE TABLE content_piece (
+  content_id INTEGER NOT NULL REFERENCES content (id) ON DELETE CASCADE,
+  position   INTEGER NOT NULL,          -- of its first byte
+  bytes      BLOB NOT NULL,
+  UNIQUE (content_id, position)
 );
 
 CREATE TABLE segment (

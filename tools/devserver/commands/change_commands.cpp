@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <limits>
 
 #include "tools/devserver/archive/documents.h"
 #include "tools/devserver/archive/import_file.h"
@@ -14,8 +15,9 @@ namespace oxaqrycln::devserver {
 namespace {
 
 constexpr std::int64_t kLargestImportFile = 16LL << 20U;
-constexpr std::int64_t kLargestFile = 256LL << 20U;
-constexpr std::int64_t kLargestDocument = 1LL << 30U;
+constexpr std::int64_t kLargestImage = 256LL << 20U;
+constexpr std::int64_t kLargestFile = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kLargestDocument = 1LL << 32U;
 constexpr std::size_t kMostSegments = 1000;
 
 std::vector<ImportSet> ReadImportFile(const Call& call) {
@@ -38,20 +40,17 @@ std::optional<std::string> SortDate(std::string_view date) {
 
 // Copies the file of the blob directory that the segment names into the archive.
 void TakeFile(const Call& call, Segment& segment) {
-  const std::string bytes = call.blobs.Read(segment.fileName, kLargestFile);
+  const bool isImage = segment.type == SegmentType::kImage;
+  const auto file = call.blobs.Open(segment.fileName, isImage ? kLargestImage : kLargestFile);
   segment.fileName = LastPathPart(segment.fileName);
-  if (segment.type == SegmentType::kImage) {
-    try {
-      segment.pageCount = TiffReader(bytes).pageCount();
-    } catch (const ServerError& error) {
-      throw ServerError("'" + segment.fileName + "': " + error.what());
-    }
+  segment.contentId = AddContent(call.database, [&](char* to, std::size_t room) { return file->Read(to, room); });
+  segment.byteCount = ContentLength(call.database, *segment.contentId);
+  if (!isImage) return;
+  try {
+    segment.pageCount = TiffReader(ReadContent(call.database, *segment.contentId)).pageCount();
+  } catch (const ServerError& error) {
+    throw ServerError("'" + segment.fileName + "': " + error.what());
   }
-  Statement insert(call.database, "INSERT INTO content (bytes) VALUES (?)");
-  insert.bindNoCopy(1, bytes.data(), static_cast<int>(bytes.size()));
-  insert.Run();
-  segment.contentId = call.database.getLastInsertRowid();
-  segment.byteCount = std::ssize(bytes);
 }
 
 // The segments of the set, with their files taken into the archive.
@@ -124,7 +123,7 @@ void StoreVersion(Database& database, const Document& document, const std::vecto
     insert.Run(document.id, document.version, ++position, segment.fieldId, static_cast<std::int64_t>(segment.type),
                segment.fileName, segment.pageCount, segment.text, segment.contentId);
   }
-  if (byteCount > kLargestDocument) throw ServerError("A document has at most 1 GiB");
+  if (byteCount > kLargestDocument) throw ServerError("A document has at most 4 GiB");
   UpdateRow(database, document.id);
 }
 

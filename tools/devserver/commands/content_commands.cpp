@@ -25,15 +25,17 @@ std::string FileName(const Document& document, const std::string& part, const st
   return extension.empty() ? name : name + "." + extension;
 }
 
-std::string ContentOf(Database& database, const Document& document, const Segment& segment) {
-  if (segment.contentId) return ReadContent(database, *segment.contentId);
-  if (segment.type == SegmentType::kImage) return SamplePageTiff(document.id, segment.firstPage);
-  return WithLineEnds(segment.text);
-}
-
 Reply StoreSegment(const Call& call, const Document& document, const Segment& segment) {
-  return StoreContent(call, FileName(document, std::to_string(segment.position), segment.Extension()),
-                      ContentOf(call.database, document, segment));
+  const std::string name = FileName(document, std::to_string(segment.position), segment.Extension());
+  if (segment.contentId) {
+    const std::string stored = call.blobs.Store(name, [&](ReplacementFile& file) {
+      CopyContent(call.database, *segment.contentId, [&](std::string_view piece) { file.Write(piece); });
+    });
+    return std::to_string(segment.byteCount) + "\r\n" + stored + "\r\n";
+  }
+  const bool isImage = segment.type == SegmentType::kImage;
+  return StoreContent(call, name,
+                      isImage ? SamplePageTiff(document.id, segment.firstPage) : WithLineEnds(segment.text));
 }
 
 std::vector<std::int64_t> ParsePages(const std::string& list, const Document& document, std::int64_t pageCount) {

@@ -4,6 +4,7 @@
 #define OXAQRYCLN_TOOLS_DEVSERVER_CONTENT_BLOB_DIRECTORY_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -31,13 +32,17 @@ class BlobDirectory {
   void Require(std::string_view directory) const;
   // Opens the file of a client's path, which must lie in this directory. Refuses links, and anything but regular files.
   std::unique_ptr<InputFile> Open(std::string_view path) const;
-  // The bytes of such a file, which may not be larger than that.
+  // The same for a file that may not be larger than that.
+  std::unique_ptr<InputFile> Open(std::string_view path, std::int64_t mostByteCount) const;
+  // The bytes of such a file.
   std::string Read(std::string_view path, std::int64_t mostByteCount) const;
   // A file that replaces any older one of that plain name when it is committed.
   std::unique_ptr<ReplacementFile> Replace(std::string_view name) const;
   // Stores the bytes in a new file and returns its name: the given one, or one like "name-3f9a01bc.csv" when a file
   // "name" exists with any extension (clients may change the extension of a file they were given).
   std::string Store(const std::string& name, std::string_view bytes) const;
+  // The same for what write(file) writes.
+  std::string Store(const std::string& name, const std::function<void(ReplacementFile&)>& write) const;
 
  private:
   BlobDirectory(const std::string& path, bool isPrivate);

@@ -80,14 +80,18 @@ std::unique_ptr<InputFile> BlobDirectory::Open(std::string_view path) const {
   return std::make_unique<InputFile>(file);
 }
 
-std::string BlobDirectory::Read(std::string_view path, std::int64_t mostByteCount) const {
-  const auto file = Open(path);
-  const std::int64_t byteCount = file->Size();
-  if (byteCount > mostByteCount) {
-    throw ServerError("'" + Printable(LastPathPart(path)) + "' is larger than " + std::to_string(mostByteCount >> 20U) +
-                      " MiB");
+std::unique_ptr<InputFile> BlobDirectory::Open(std::string_view path, std::int64_t mostByteCount) const {
+  auto file = Open(path);
+  if (file->Size() > mostByteCount) {
+    throw ServerError("'" + Printable(LastPathPart(path)) + "' is larger than " + std::to_string(mostByteCount) +
+                      " bytes");
   }
-  std::string bytes(static_cast<std::size_t>(byteCount), '\0');
+  return file;
+}
+
+std::string BlobDirectory::Read(std::string_view path, std::int64_t mostByteCount) const {
+  const auto file = Open(path, mostByteCount);
+  std::string bytes(static_cast<std::size_t>(file->Size()), '\0');
   std::size_t end = 0;
   while (const std::size_t count = file->Read(bytes.data() + end, bytes.size() - end)) end += count;
   bytes.resize(end);
@@ -105,6 +109,10 @@ bool BlobDirectory::HoldsStem(const std::string& stem) const {
 }
 
 std::string BlobDirectory::Store(const std::string& name, std::string_view bytes) const {
+  return Store(name, [&](ReplacementFile& file) { file.Write(bytes); });
+}
+
+std::string BlobDirectory::Store(const std::string& name, const std::function<void(ReplacementFile&)>& write) const {
   const std::size_t dot = std::min(name.rfind('.'), name.size());
   const auto otherName = [&] { return name.substr(0, dot) + "-" + RandomDigits() + name.substr(dot); };
   std::string free = HoldsStem(name.substr(0, dot)) ? otherName() : name;
@@ -121,7 +129,7 @@ std::string BlobDirectory::Store(const std::string& name, std::string_view bytes
   }
   try {
     const auto file = Replace(free);
-    file->Write(bytes);
+    write(*file);
     file->Commit();
   } catch (const RuntimeError&) {
     RemoveFile(PathOf(free));
