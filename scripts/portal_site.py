@@ -2,11 +2,12 @@
 """Runs the archive portal with a development archive server and invented users, all on the loopback address.
 
 usage: scripts/portal_site.py --tools DIRECTORY --library FILE [--port N] [--nginx] [--people] [--devserver OPTION ...]
+                             [--setting NAME=VALUE ...]
 
 Prints one JSON object: the address, the users and their passwords, the ports and directories. Serves until its standard input
 ends or it is terminated, then stops what it has started and removes its files. --nginx serves with nginx and php-fpm as a site
 would (PHP's default "ffi.enable = preload"); otherwise PHP's own server does. --devserver passes an option on to the archive
-server."""
+server, and --setting changes one of the portal."""
 import argparse
 import json
 import os
@@ -39,16 +40,20 @@ def free_port():
         return server.getsockname()[1]
 
 
-def wait_for(port, process, log, seconds=20):
+def wait_for(address, process, log, seconds=20):
+    """Of a port on the loopback address, or of a socket's path."""
+    is_port = isinstance(address, int)
     for _ in range(int(seconds / 0.05)):
         if process.poll() is not None:
             break
         try:
-            socket.create_connection(("127.0.0.1", port), 1).close()
+            with socket.socket(socket.AF_INET if is_port else socket.AF_UNIX) as client:
+                client.settimeout(1)
+                client.connect(("127.0.0.1", address) if is_port else str(address))
             return
         except OSError:
             time.sleep(0.05)
-    raise SystemExit(f"{process.args[0]} does not listen on port {port}:\n{log.read_text(errors='replace')}")
+    raise SystemExit(f"{process.args[0]} does not listen on {address}:\n{log.read_text(errors='replace')}")
 
 
 class Site:
@@ -103,7 +108,8 @@ class Site:
                     "password": "secret", "timeout": 10, "database": self.database, "blob_local": self.directory / "blobs",
                     "log_dir": self.directory / "logs", "state_dir": self.directory / "state",
                     "administration": f"sqlite:{self.directory}/users.sqlite",
-                    "layouts": "1=Standard, 2=By customer, 3=Titles alone"}
+                    "layouts": "1=Standard, 2=By customer, 3=Titles alone",
+                    **dict(setting.split("=", 1) for setting in self.options.setting)}
         file.write_text("".join(f'{name} = "{value}"\n' for name, value in settings.items()), encoding="utf-8")
         file.chmod(0o600)
         return file
@@ -127,7 +133,8 @@ class Site:
             lines += ["user=root", "group=root"]
         (directory / "fpm.conf").write_text("\n".join(lines) + "\n", encoding="utf-8")
         options = [part for name, value in PRELOAD.items() for part in ("-d", f"{name}={value}")]
-        self.start("fpm", [fpm, "-R", "-F", "-y", directory / "fpm.conf", *options])
+        process, log = self.start("fpm", [fpm, "-R", "-F", "-y", directory / "fpm.conf", *options])
+        wait_for(directory / "fpm.sock", process, log)
         (directory / "nginx.conf").write_text(NGINX.format(directory=directory, port=port, public=PORTAL / "public",
                                                            user="user root;" if os.geteuid() == 0 else ""), encoding="utf-8")
         process, log = self.start("nginx", [shutil.which("nginx") or "/usr/sbin/nginx", "-c", directory / "nginx.conf", "-e",
@@ -190,6 +197,7 @@ def main():
     parser.add_argument("--people", action="store_true", help="print for people, and serve until Ctrl-C")
     parser.add_argument("--nginx", action="store_true")
     parser.add_argument("--devserver", action="append", default=[])
+    parser.add_argument("--setting", action="append", default=[])
     options = parser.parse_args()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(0))
     with tempfile.TemporaryDirectory(prefix="portal-") as directory:
