@@ -13,7 +13,7 @@ readonly TEST_PACKAGES=(odbcinst odbc-postgresql postgresql poppler-utils php-cl
   python3-setuptools python3-wheel)
 
 # What serves the portal.
-readonly PORTAL_PACKAGES=(php-cli php-sqlite3)
+readonly PORTAL_PACKAGES=(php-cli php-sqlite3 php-imagick libtiff-tools)
 
 # Prints a line of progress.
 say() { printf '==> %s\n' "$*"; }
@@ -92,7 +92,7 @@ need_portal_test_packages() {
     as_root systemctl mask --quiet nginx || true
   fi
   need_test_packages
-  need_packages "${PORTAL_PACKAGES[@]}" nginx-light chromium
+  need_packages "${PORTAL_PACKAGES[@]}" nginx-light chromium unzip
   # Those of another source than Debian's, which its packages do not go with, serve as well.
   command -v node >/dev/null || need_packages nodejs
   command -v npm >/dev/null || need_packages npm

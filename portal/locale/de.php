@@ -299,6 +299,8 @@ return [
     'failure-no-segment-help' => 'Öffnen Sie das ganze Dokument und wählen Sie eines seiner Segmente.',
     'failure-not-found' => 'Diese Seite gibt es nicht',
     'failure-not-found-help' => 'Prüfen Sie die Adresse, oder beginnen Sie mit der Suche.',
+    'failure-not-installed' => 'Etwas ist nicht installiert',
+    'failure-not-installed-help' => 'Die Seite braucht die oben genannte Software, und diese Website hat sie nicht. Wenden Sie sich an die Verwaltung.',
     'failure-nothing-selected' => 'Nichts ist ausgewählt',
     'failure-nothing-selected-help' => 'Gehen Sie zurück, haken Sie Treffer der Liste an und versuchen Sie es erneut.',
     'failure-query-field' => 'In diesem Feld dürfen Sie nicht suchen',

@@ -299,6 +299,8 @@ return [
     'failure-no-segment-help' => 'Open the whole document and choose one of its segments.',
     'failure-not-found' => 'There is no such page',
     'failure-not-found-help' => 'Check the address, or begin with the search.',
+    'failure-not-installed' => 'Something is not installed',
+    'failure-not-installed-help' => 'The page needs the software that is named above, and this site does not have it. Tell the administrator.',
     'failure-nothing-selected' => 'Nothing is selected',
     'failure-nothing-selected-help' => 'Go back, tick hits of the list, and try again.',
     'failure-query-field' => 'You may not search in this field',

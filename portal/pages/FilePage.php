@@ -8,6 +8,7 @@ use Oxaqrycln\Content;
 use Oxaqrycln\Refused;
 use Portal\Documents\DocumentRequest;
 use Portal\Files\FileName;
+use Portal\Files\KeptFiles;
 use Portal\Files\StoredFile;
 use Portal\Web\Failure;
 use Portal\Web\Page;
@@ -25,17 +26,38 @@ final class FilePage implements Page
     {
         $asked = DocumentRequest::of($request);
         $asked->check($visit);
-        $archive = $visit->archive();
         $content = $this->content($request);
+        $kept = new KeptFiles($visit->settings);
+        $place = get_object_vars($asked->name);
+        $key = json_encode([$visit->knownUser()->id, $place, $content->method, $content->argument], JSON_THROW_ON_ERROR);
+        // The newest version may be another one for each part.
+        $isPart = $request->header('Range') !== '' && $asked->name->version !== '';
+        [$file, $name] = ($isPart ? $kept->find($key) : null) ?? $this->fetch($request, $asked, $visit, $content, $kept, $key);
+        $visit->archive()->close();  // the browser may take its time
+        $isAttachment = $request->text('download') !== '';
+        return $file->answer($request, FileName::of($name), $isAttachment);
+    }
+
+    /** @return array{StoredFile, string} with its name */
+    private function fetch(
+        Request $request,
+        DocumentRequest $asked,
+        Visit $visit,
+        Content $content,
+        KeptFiles $kept,
+        string $key,
+    ): array {
+        $into = $kept->begin();
         try {
-            $file = StoredFile::fetch($archive, $asked->name, $content) ?? throw Failure::noFile();
+            $file = StoredFile::fetch($visit->archive(), $asked->name, $content, $into) ?? throw Failure::noFile();
+            $name = $this->name($request, $asked, $visit);
+            $kept->keep($key, $into, $file, $name);
+            return [$file, $name];
         } catch (Refused $refused) {
             throw new Failure('no-file', 404, $refused->getMessage());
+        } finally {
+            $kept->finish($into);
         }
-        $isAttachment = $request->text('download') !== '' || !$file->type->isShown;
-        $name = $file->type->isImage && !$isAttachment ? '' : $this->name($request, $asked, $visit);
-        $archive->close();  // the browser may take its time
-        return $file->answer($request, FileName::of($name), $isAttachment);
     }
 
     private function content(Request $request): Content

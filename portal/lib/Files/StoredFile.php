@@ -13,29 +13,40 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 
 /**
- * A file of a document, in a temporary file that goes with the object. It is sent piece by piece, so that its size takes no
- * memory.
+ * A file of a document, as an open file. It is sent piece by piece, so that its size takes no memory.
  */
 final class StoredFile
 {
     /** Whatever the file is, a browser runs nothing of it, as on a site of its own. */
-    public const POLICY = "default-src 'none'; img-src 'self'; style-src 'unsafe-inline'; sandbox; frame-ancestors 'none'; "
+    private const POLICY = "default-src 'none'; img-src 'self'; style-src 'unsafe-inline'; sandbox; frame-ancestors 'none'; "
         . "base-uri 'none'; form-action 'none'";
     private const PIECE = 262144;
 
     public readonly FileType $type;
+    public readonly int $size;
+    /** Names the content, so that a browser joins parts of the same one only. */
+    public readonly string $tag;
 
-    /** @param resource $stream */
-    private function __construct(private readonly mixed $stream, public readonly int $size)
+    /**
+     * @param resource $stream
+     * @param string $tag "" when it is not known yet
+     */
+    public function __construct(private readonly mixed $stream, string $tag = '')
     {
         rewind($stream);
         $this->type = FileType::of((string) stream_get_contents($stream, FileType::HEAD));
+        $this->size = (int) fstat($stream)['size'];
+        $this->tag = $tag !== '' ? $tag : self::hash($stream);
     }
 
-    /** Null when there is no such content. */
-    public static function fetch(Archive $archive, DocumentName $name, Content $content): ?self
+    /**
+     * Null when there is no such content.
+     *
+     * @param ?resource $into an empty file; null takes a temporary one
+     */
+    public static function fetch(Archive $archive, DocumentName $name, Content $content, mixed $into = null): ?self
     {
-        $stream = tmpfile();
+        $stream = $into ?? tmpfile();
         if ($stream === false) {
             throw new DiskFull('no temporary file can be made');
         }
@@ -47,22 +58,22 @@ final class StoredFile
                 ? new DiskFull('a temporary file cannot be written', 0, $error)
                 : $error;
         }
-        return $path === null ? null : new self($stream, (int) fstat($stream)['size']);
+        return $path === null ? null : new self($stream);
     }
 
-    /** All of it; null when it is larger than $most bytes. */
-    public function content(int $most): ?string
+    /** The image of a page of a TIFF file; see PageImage. */
+    public function page(int $page): self
     {
-        rewind($this->stream);
-        return $this->size > $most ? null : (string) stream_get_contents($this->stream);
+        return new self(PageImage::png($this->stream, $page));
     }
 
     /** The part that the browser asks for, or all. */
     public function answer(Request $request, string $name, bool $isAttachment): Response
     {
-        $tag = $this->tag();
-        $condition = $request->header('If-Range');
-        $range = ByteRange::of($condition === '' || $condition === $tag ? $request->header('Range') : '', $this->size);
+        $tag = "\"$this->tag\"";
+        $range = $request->isHead() || !\in_array($request->header('If-Range'), ['', $tag], true)
+            ? null
+            : ByteRange::of($request->header('Range'), $this->size);
         $headers = [
             'Content-Type' => $this->type->contentType,
             'Content-Disposition' => FileName::disposition(FileName::fitting($name, $this->type), $isAttachment || !$this->type->isShown),
@@ -99,12 +110,12 @@ final class StoredFile
         return new Response($send, $status, ['Content-Length' => (string) $length] + $headers);
     }
 
-    /** Names the content, so that a browser joins parts of the same one only. */
-    private function tag(): string
+    /** @param resource $stream */
+    private static function hash(mixed $stream): string
     {
-        rewind($this->stream);
+        rewind($stream);
         $hash = hash_init('xxh128');
-        hash_update_stream($hash, $this->stream);
-        return '"' . hash_final($hash) . '"';
+        hash_update_stream($hash, $stream);
+        return hash_final($hash);
     }
 }

@@ -32,6 +32,12 @@ final class Failure extends \RuntimeException
         return new self('no-file', 404);
     }
 
+    /** @param string $packages of Debian */
+    public static function notInstalled(string $packages): self
+    {
+        return new self('not-installed', 501, $packages);
+    }
+
     public static function forbidden(): self
     {
         return new self('forbidden', 403);

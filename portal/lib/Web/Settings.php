@@ -29,6 +29,7 @@ final class Settings
         'image_field' => '20',
         'file_field' => '30',
         'upload_megabytes' => '64',
+        'kept_megabytes' => '2048',
     ];
 
     private function __construct(
@@ -57,6 +58,8 @@ final class Settings
         public readonly int $fileField,
         /** the most megabytes of an uploaded file, if PHP takes as many */
         public readonly int $uploadMegabytes,
+        /** the most megabytes of files that are kept for the further parts that a browser asks for */
+        public readonly int $keptMegabytes,
     ) {
     }
 
@@ -117,6 +120,7 @@ final class Settings
             $number('image_field', 32767),
             $number('file_field', 32767),
             $number('upload_megabytes', 2047),
+            $number('kept_megabytes', 1000000),
         );
     }
 }

@@ -12,10 +12,16 @@ final class StateFile
     /** @param string $key any text; the file's name is made from it */
     public function __construct(Settings $settings, string $folder, string $key)
     {
+        $this->path = self::directory($settings, $folder) . '/' . hash('sha256', $key) . '.json';
+    }
+
+    /** The path of a folder of the state directory, which is made if need be. */
+    public static function directory(Settings $settings, string $folder): string
+    {
         $directory = "$settings->stateDir/$folder";
         is_dir($directory) || @mkdir($directory, 0700) || is_dir($directory)
             || throw new \RuntimeException("the directory \"$directory\" cannot be made");
-        $this->path = "$directory/" . hash('sha256', $key) . '.json';
+        return $directory;
     }
 
     /** @return array<string, mixed> empty without a file */

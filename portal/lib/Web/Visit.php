@@ -7,6 +7,7 @@ namespace Portal\Web;
 use Oxaqrycln\Archive;
 use Oxaqrycln\Error;
 use Oxaqrycln\Users;
+use Portal\Files\KeptFiles;
 use Portal\Output\Html;
 use Portal\Output\Locale;
 use Portal\Output\Template;
@@ -102,6 +103,7 @@ final class Visit
     {
         $generation = (int) ($this->state($user)->read()['generation'] ?? 0);
         $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $generation]);
+        (new KeptFiles($this->settings))->removeOld();
         $this->user = null;
         if ($this->settings->logDir !== '') {
             $entry = ['log' => $this->session->logName() . '.log', 'time' => time()];

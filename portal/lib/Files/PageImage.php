@@ -1,0 +1,117 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Portal\Files;
+
+use Portal\Web\DiskFull;
+use Portal\Web\Failure;
+
+/** A page of a TIFF file as PNG, for browsers, which show no TIFF. By the extension imagick. */
+final class PageImage
+{
+    private const MOST_PIXELS = 40000000;
+    /** of processor time, after which PHP ends the process */
+    private const SECONDS = 60;
+    /** Bytes and pixels. What does not fit into the memory goes into files that are mapped into it. */
+    private const LIMITS = [
+        \Imagick::RESOURCETYPE_THREAD => 1,
+        \Imagick::RESOURCETYPE_AREA => 16000000,
+        \Imagick::RESOURCETYPE_MEMORY => 160000000,
+        \Imagick::RESOURCETYPE_MAP => 640000000,
+        \Imagick::RESOURCETYPE_DISK => 640000000,
+        // Not RESOURCETYPE_TIME: it counts from the first image of a process on, and ends the process.
+    ];
+    /** How images of these types are stored; all others in colour. */
+    private const FORMS = [
+        \Imagick::IMGTYPE_BILEVEL => ['png:color-type' => '0', 'png:bit-depth' => '1'],
+        \Imagick::IMGTYPE_GRAYSCALE => ['png:color-type' => '0', 'png:bit-depth' => '8'],
+        \Imagick::IMGTYPE_TRUECOLORMATTE => ['png:color-type' => '6', 'png:bit-depth' => '8'],
+    ];
+    private const COLOUR = ['png:color-type' => '2', 'png:bit-depth' => '8'];
+    /** Scanned pages need no better ones. */
+    private const COMPRESSION = ['png:compression-level' => '3', 'png:compression-filter' => '0'];
+
+    /**
+     * Raises Failure without the extension, for a file that is no TIFF file, or damaged, and for a page that it does
+     * not have.
+     *
+     * @param resource $file of tmpfile()
+     * @param int $page counted from 1
+     * @return resource a temporary file
+     */
+    public static function png(mixed $file, int $page): mixed
+    {
+        \extension_loaded('imagick') || throw Failure::notInstalled('php-imagick');
+        rewind($file);
+        if (!\in_array(fread($file, 4), ["II*\0", "MM\0*"], true)) {
+            throw new Failure('no-image', 415);
+        }
+        set_time_limit(self::SECONDS);
+        foreach (self::LIMITS as $resource => $limit) {
+            \Imagick::setResourceLimit($resource, $limit);
+        }
+        $path = stream_get_meta_data($file)['uri'];
+        try {
+            return self::encoded(self::read($path, $page));
+        } catch (\ImagickException $error) {
+            error_log('portal: ' . str_replace($path, 'the image', $error->getMessage()));
+            throw $page > 1 && !self::hasPage($path, $page) ? Failure::noFile() : new Failure('no-image', 415);
+        }
+    }
+
+    private static function read(string $path, int $page): \Imagick
+    {
+        $image = self::withOptions();
+        $image->pingImage(self::name($path, $page));
+        if ($image->getImageWidth() * $image->getImageHeight() > self::MOST_PIXELS) {
+            throw new Failure('no-image', 415);
+        }
+        $image = self::withOptions();
+        $image->readImage(self::name($path, $page));
+        $image->autoOrient();
+        $image->stripImage();
+        if ($image->getImageColorspace() === \Imagick::COLORSPACE_CMYK) {
+            $image->transformImageColorspace(\Imagick::COLORSPACE_SRGB);
+        }
+        return $image;
+    }
+
+    /** Photoshop's layers, which a TIFF file may hold, have a decoder of their own. */
+    private static function withOptions(): \Imagick
+    {
+        $image = new \Imagick();
+        $image->setOption('tiff:ignore-layers', 'true');
+        return $image;
+    }
+
+    /** The prefix keeps Imagick from choosing another decoder. */
+    private static function name(string $path, int $page): string
+    {
+        return "tiff:{$path}[" . ($page - 1) . ']';
+    }
+
+    private static function hasPage(string $path, int $page): bool
+    {
+        try {
+            return self::withOptions()->pingImage(self::name($path, $page));
+        } catch (\ImagickException) {
+            return false;
+        }
+    }
+
+    /** @return resource */
+    private static function encoded(\Imagick $image): mixed
+    {
+        $image->setImageFormat('png');
+        foreach ((self::FORMS[$image->getImageType()] ?? self::COLOUR) + self::COMPRESSION as $option => $value) {
+            $image->setOption($option, $value);
+        }
+        $png = tmpfile();
+        if ($png === false) {
+            throw new DiskFull('no temporary file can be made');
+        }
+        $image->writeImageFile($png, 'png');
+        return $png;
+    }
+}
