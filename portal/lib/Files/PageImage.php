@@ -4,13 +4,17 @@ declare(strict_types=1);
 
 namespace Portal\Files;
 
-use Portal\Web\DiskFull;
 use Portal\Web\Failure;
 
-/** A page of a TIFF file as PNG, for browsers, which show no TIFF. By the extension imagick. */
+/**
+ * A page of a TIFF file as PNG, for browsers, which show no TIFF. By the extension imagick, which gets a copy of the page that
+ * another process has made: Imagick shows the rest of a damaged page as if it were whole.
+ */
 final class PageImage
 {
     private const MOST_PIXELS = 40000000;
+    /** of the copy, which is not compressed */
+    private const MOST_BYTES = 200000000;
     /** of processor time, after which PHP ends the process */
     private const SECONDS = 60;
     /** Bytes and pixels. What does not fit into the memory goes into files that are mapped into it. */
@@ -33,8 +37,8 @@ final class PageImage
     private const COMPRESSION = ['png:compression-level' => '3', 'png:compression-filter' => '0'];
 
     /**
-     * Raises Failure without the extension, for a file that is no TIFF file, or damaged, and for a page that it does
-     * not have.
+     * Raises Failure without the extension or the program, for a file that is no TIFF file or damaged, and for a page that
+     * it does not have.
      *
      * @param resource $file of tmpfile()
      * @param int $page counted from 1
@@ -43,32 +47,35 @@ final class PageImage
     public static function png(mixed $file, int $page): mixed
     {
         \extension_loaded('imagick') || throw Failure::notInstalled('php-imagick');
-        rewind($file);
-        if (!\in_array(fread($file, 4), ["II*\0", "MM\0*"], true)) {
-            throw new Failure('no-image', 415);
+        TiffCopy::require();
+        $copy = TiffCopy::emptyFile();
+        if (!TiffCopy::run($file, $copy, self::MOST_BYTES, $page, '-c', 'none')) {
+            throw $page > 1 && TiffCopy::run($file, $copy, self::MOST_BYTES, 1, '-c', 'none')
+                ? Failure::noFile()
+                : new Failure('no-image', 415);
         }
         set_time_limit(self::SECONDS);
         foreach (self::LIMITS as $resource => $limit) {
             \Imagick::setResourceLimit($resource, $limit);
         }
-        $path = stream_get_meta_data($file)['uri'];
         try {
-            return self::encoded(self::read($path, $page));
+            return self::encoded(self::read(TiffCopy::path($copy)));
         } catch (\ImagickException $error) {
-            error_log('portal: ' . str_replace($path, 'the image', $error->getMessage()));
-            throw $page > 1 && !self::hasPage($path, $page) ? Failure::noFile() : new Failure('no-image', 415);
+            error_log('portal: ' . $error->getMessage());
+            throw new Failure('no-image', 415);
         }
     }
 
-    private static function read(string $path, int $page): \Imagick
+    private static function read(string $path): \Imagick
     {
+        // The prefix keeps Imagick from choosing another decoder.
         $image = self::withOptions();
-        $image->pingImage(self::name($path, $page));
+        $image->pingImage("tiff:{$path}[0]");
         if ($image->getImageWidth() * $image->getImageHeight() > self::MOST_PIXELS) {
             throw new Failure('no-image', 415);
         }
         $image = self::withOptions();
-        $image->readImage(self::name($path, $page));
+        $image->readImage("tiff:{$path}[0]");
         $image->autoOrient();
         $image->stripImage();
         if ($image->getImageColorspace() === \Imagick::COLORSPACE_CMYK) {
@@ -85,21 +92,6 @@ final class PageImage
         return $image;
     }
 
-    /** The prefix keeps Imagick from choosing another decoder. */
-    private static function name(string $path, int $page): string
-    {
-        return "tiff:{$path}[" . ($page - 1) . ']';
-    }
-
-    private static function hasPage(string $path, int $page): bool
-    {
-        try {
-            return self::withOptions()->pingImage(self::name($path, $page));
-        } catch (\ImagickException) {
-            return false;
-        }
-    }
-
     /** @return resource */
     private static function encoded(\Imagick $image): mixed
     {
@@ -107,10 +99,7 @@ final class PageImage
         foreach ((self::FORMS[$image->getImageType()] ?? self::COLOUR) + self::COMPRESSION as $option => $value) {
             $image->setOption($option, $value);
         }
-        $png = tmpfile();
-        if ($png === false) {
-            throw new DiskFull('no temporary file can be made');
-        }
+        $png = TiffCopy::emptyFile();
         $image->writeImageFile($png, 'png');
         return $png;
     }
