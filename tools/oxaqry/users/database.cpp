@@ -167,6 +167,29 @@ std::string UserDatabase::Entry(const std::string& utf8, const std::string& what
   if (text.find_first_of("^,") != std::string::npos) {
     throw CommandError(what + " contains \"^\" or \",\", which separate the entries of the lists that pages read");
   }
+  if (text.find(';') != std::string::npos) {
+    throw CommandError(what + " contains \";\", which separates the folder rights of a search");
+  }
+  return text;
+}
+
+std::string UserDatabase::ChannelEntry(const std::string& utf8, const std::string& what) const {
+  std::string text = Entry(utf8, what);
+  if (text.find_first_of("()") != std::string::npos) {
+    throw CommandError(what + " contains a parenthesis, which ends the channel in the folder rights of a search");
+  }
+  return text;
+}
+
+std::string UserDatabase::ArchiveEntry(const std::string& utf8, const std::string& what) const {
+  constexpr std::string_view kStart = "$(#";
+  std::string text = Entry(utf8, what);
+  if (!text.starts_with(kStart)) return text;
+  const std::size_t end = text.find(")\\");
+  const std::size_t close = text.find_first_of("()", kStart.size());
+  if (end != close || end == kStart.size() || end == std::string::npos || end + 2 == text.size()) {
+    throw CommandError(what + " is not of the form CHANNEL/ARCHIVE, with a channel without parentheses");
+  }
   return text;
 }
 

@@ -83,10 +83,13 @@ class UserDatabase {
   // Text from outside for this database, from UTF-8. Both raise CommandError, which says what the text is for.
   // The name of a user or group, or of an account of the archive system.
   std::string Name(const std::string& utf8, const std::string& what) const;
-  // The name of an archive or channel, which becomes an entry of the lists that pages read.
-  std::string Entry(const std::string& utf8, const std::string& what) const;
+  // The name of an archive or channel, which becomes an entry of the lists that pages read and a term of the expression
+  // that restricts searches; "$(#CHANNEL)\ARCHIVE" for an archive of one channel.
+  std::string ArchiveEntry(const std::string& utf8, const std::string& what) const;
+  std::string ChannelEntry(const std::string& utf8, const std::string& what) const;
 
  private:
+  std::string Entry(const std::string& utf8, const std::string& what) const;
   std::vector<WebUser> UsersWhere(const std::string& condition, const Values& values);
   std::string Literal(const std::string& text, const std::string& what) const;
   std::string Fill(std::string_view statement, const Values& values) const;

@@ -42,8 +42,8 @@ struct ExplainRequest {
 Variant EntryValue(const UserDatabase& database, const ExplainRequest& request) {
   const Kind kind = request.kind->kind;
   if (kind == Kind::Right) return *ParseInteger(request.entry);
-  if (kind == Kind::Channel) return database.Entry(request.entry, "the channel");
-  return database.Entry(ArchiveEntryOf(request.entry), "the archive");
+  if (kind == Kind::Channel) return database.Name(request.entry, "the channel");
+  return database.Name(ArchiveEntryOf(request.entry), "the archive");
 }
 
 constexpr std::array kActions{"new", "edit", "delete"};

@@ -72,6 +72,15 @@ class Changes {
     Change(kind, "User" + definitions, column, id, std::to_string(id));
   }
 
+  void ChangeArchive(const std::string& name) {
+    Change("archive", "UserArchives", "Archive", Archive(name, "the archive"), name);
+  }
+
+  void ChangeChannel(const std::string& name) {
+    const Variant entry = isGrant_ ? database_.ChannelEntry(name, "the channel") : database_.Name(name, "the channel");
+    Change("channel", "UserChannels", "Channel", entry, name);
+  }
+
   void ChangeMembership(const std::string& group) {
     const WebUser found = database_.Group(group);
     if (isGrant_ && user_.IsGroup()) {
@@ -82,7 +91,7 @@ class Changes {
 
   void ChangeEdit(const EditGrant& grant) {
     using Numbers = std::array<std::int32_t, 3>;
-    const std::string archive = database_.Entry(ArchiveEntryOf(grant.archive), "the archive of --edit");
+    const std::string archive = Archive(grant.archive, "the archive of --edit");
     const UserDatabase::Values key{user_.id, archive};
     const std::string condition = " WHERE UserID=? AND Archive=?";
     const auto rows = database_.Rows(3, "SELECT New, Edit, Del FROM UserEditRights" + condition, key);
@@ -113,6 +122,12 @@ class Changes {
   }
 
  private:
+  // An entry that another program has stored can be revoked whatever it contains.
+  std::string Archive(const std::string& name, const std::string& what) const {
+    const std::string entry = ArchiveEntryOf(name);
+    return isGrant_ ? database_.ArchiveEntry(entry, what) : database_.Name(entry, what);
+  }
+
   void Record(const std::string& kind, const std::string& shown, bool isChanged) {
     changes_.push_back({{"kind", kind}, {"entry", shown}, {"changed", isChanged}});
     std::string words = kind + ' ' + shown;
@@ -154,12 +169,8 @@ int ChangeGrants(UserDatabase& database, const GrantRequest& request, const Outp
     changes.ChangeDefinition("search-right", "SearchRights", "SearchRightID", id);
   }
   for (const EditGrant& grant : request.edits) changes.ChangeEdit(grant);
-  for (const std::string& name : request.archives) {
-    changes.Change("archive", "UserArchives", "Archive", database.Entry(ArchiveEntryOf(name), "the archive"), name);
-  }
-  for (const std::string& name : request.channels) {
-    changes.Change("channel", "UserChannels", "Channel", database.Entry(name, "the channel"), name);
-  }
+  for (const std::string& name : request.archives) changes.ChangeArchive(name);
+  for (const std::string& name : request.channels) changes.ChangeChannel(name);
   for (const std::string& name : request.groups) changes.ChangeMembership(name);
   transaction.Commit();
   return changes.PrintTo(output, WarningsOf(database, request, output));

@@ -82,6 +82,25 @@ TEST_P(UserRightCommands, AGrantThatFailsInPartChangesNothing) {
   }
 }
 
+TEST_P(UserRightCommands, OnlyEntriesThatASearchCanBeRestrictedToAreGrantedButAllCanBeRevoked) {
+  const UserTestDatabase database(GetParam());
+  AddAnnaAndGroups(database);
+  using Case = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [option, entry, message] :
+       {Case{"--channel", "Mail;Finance", "contains \";\""}, Case{"--channel", "Mail (old)", "contains a parenthesis"},
+        Case{"--archive", "Mail/In;box", "contains \";\""}, Case{"--archive", "Mail (old)/Inbox", "CHANNEL/ARCHIVE"},
+        Case{"--archive", "$(#Mail", "CHANNEL/ARCHIVE"}, Case{"--edit", "Mail;/Inbox=N", "contains \";\""}}) {
+    SCOPED_TRACE(entry);
+    ExpectError(database.User({"grant", "anna", "--right", "5", option, entry}), 1, message);
+  }
+  EXPECT_EQ(database.Count("UserRights"), 0);
+  database.Must({"grant", "anna", "--archive", "Mail/Inbox (old)"});
+  database.Run("INSERT INTO UserChannels(UserID,Channel) VALUES(1,'Mail (old)')");
+  database.Must({"explain", "anna", "--channel", "Mail (old)"});
+  database.Must({"revoke", "anna", "--channel", "Mail (old)"});
+  EXPECT_EQ(database.Count("UserChannels"), 0);
+}
+
 TEST_P(UserRightCommands, ExplainNamesTheEntriesThatCount) {
   const UserTestDatabase database(GetParam());
   AddAnnaAndGroups(database);
