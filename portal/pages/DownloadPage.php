@@ -38,7 +38,7 @@ final class DownloadPage implements Page
         if ($selection !== null && $selection->count() === 0) {
             throw new Failure('nothing-selected', 422);
         }
-        $hits = $search->run($visit->archive(), $visit->knownUser(), $visit->settings->searchLimit);
+        $hits = $search->run($visit);
         $view = ListView::of($visit, $search->place, $hits, '');
         $export = new HitExport($hits, $view->shown(), $selection, $visit->h->locale);
         return match ($request->text('as')) {

@@ -31,7 +31,7 @@ final class EditPage implements Page
         if (!$user->mayEdit($name->channel, $name->archive) || !$archive->properties($name->channel, $name->archive)->canEdit) {
             throw Failure::forbidden();
         }
-        $document = DocumentRequest::of($request)->read($visit);
+        $document = DocumentRequest::of($request)->readToEdit($visit);
         $form = new DocumentForm($request, $visit, $archive, $document->name, $document);
         // The archive refuses the change when another user has made a newer version in the meantime.
         $made = $request->method() === 'GET' ? null : $form->stored(

@@ -25,8 +25,9 @@ final class FilePage implements Page
     public function answer(Request $request, Visit $visit): Response
     {
         $asked = DocumentRequest::of($request);
-        $asked->check($visit);
         $content = $this->content($request);
+        $segment = $request->text('segment');
+        $asked->checkFile($visit, $segment === '' ? null : (int) $segment, $request->text('print') !== '');
         $kept = new KeptFiles($visit->settings);
         $place = get_object_vars($asked->name);
         $key = json_encode([$visit->knownUser()->id, $place, $content->method, $content->argument], JSON_THROW_ON_ERROR);

@@ -27,11 +27,12 @@ final class HitsPage implements Page
         }
         $user = $visit->knownUser();
         $limit = $visit->settings->searchLimit;
-        $hits = $search->run($visit->archive(), $user, $limit);
+        $hits = $search->run($visit);
         $count = \count($hits);
         $pageCount = max(1, intdiv($count + $search->size - 1, $search->size));
         $page = min($search->page, $pageCount);
         $first = ($page - 1) * $search->size;
+        $shown = $hits->slice($first, $search->size);
         if ($request->text('page') === '') {
             $this->remember($visit, $user->id, $search);
         }
@@ -41,10 +42,11 @@ final class HitsPage implements Page
             'selection' => new Selection($visit, $search),
             'hasImages' => $hits->isMultiPageImage,
             'hits' => array_map(
-                fn(Hit $hit, int $at): array => ['hit' => $hit, 'at' => $at],
-                $shown = $hits->slice($first, $search->size),
+                fn(?Hit $hit, int $at): array => ['hit' => $hit, 'at' => $at],
+                $shown,
                 array_keys($shown),
             ),
+            'withheld' => \count($shown) - \count(array_filter($shown)),
             'first' => $first,
             'count' => $count,
             'total' => max($count, $hits->total),

@@ -21,8 +21,8 @@ final class ImagePage implements Page
     public function answer(Request $request, Visit $visit): Response
     {
         $asked = DocumentRequest::of($request);
-        $asked->check($visit);
         $segment = $request->number('segment', 0, 0, 99999);
+        $asked->checkFile($visit, $segment);
         $archive = $visit->archive();
         try {
             $file = StoredFile::fetch($archive, $asked->name, Content::ofSegment($segment)) ?? throw Failure::noFile();

@@ -18,7 +18,7 @@ final class LogOffPage implements Page
         if ($user !== null && $request->field('everywhere') !== '') {
             $visit->endEverywhere($user->id);
         }
-        $visit->session->end();
+        $visit->end();
         return Response::redirect('/log-on');
     }
 }

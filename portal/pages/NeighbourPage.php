@@ -5,9 +5,9 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
-use Oxaqrycln\HitList;
 use Portal\Documents\DocumentRequest;
 use Portal\Output\Html;
+use Portal\Search\FoundHits;
 use Portal\Search\SearchRequest;
 use Portal\Web\Failure;
 use Portal\Web\Page;
@@ -21,6 +21,9 @@ use Portal\Web\Visit;
  */
 final class NeighbourPage implements Page
 {
+    /** hits in a row that the user may not see and that are passed over; each is read to find that out */
+    private const MOST_SKIPPED = 100;
+
     public function answer(Request $request, Visit $visit): Response
     {
         $asked = DocumentRequest::of($request);
@@ -31,16 +34,19 @@ final class NeighbourPage implements Page
         if ($search->query === '') {
             throw Failure::notFound();
         }
-        $hits = $search->run($visit->archive(), $visit->knownUser(), $visit->settings->searchLimit);
+        $hits = $search->run($visit);
         $isNext = $request->text('step') !== 'previous';
         $here = $this->find($hits, $asked);
         // Where the document was and is no longer, the next one is now.
         $target = $here === null ? $asked->at - ($isNext ? 1 : 2) : $here + ($isNext ? 1 : -1);
-        if (!isset($hits[$target])) {
+        for ($tries = 0; $tries < self::MOST_SKIPPED && $hits->name($target) !== null && !$hits->isShown($target); ++$tries) {
+            $target += $isNext ? 1 : -1;
+        }
+        $hit = $hits->name($target);
+        if ($hit === null) {
             $end = ['at' => $here === null ? '' : $here + 1, 'of' => \count($hits), 'end' => $isNext ? 'last' : 'first'];
             return Response::redirect(Html::plainUrl('/document', $asked->with($end)));
         }
-        $hit = $hits[$target];
         $page = intdiv($target, $search->size) + 1;
         return Response::redirect(Html::plainUrl('/document', [
             'channel' => $hit->channel,
@@ -55,15 +61,15 @@ final class NeighbourPage implements Page
     }
 
     /** The position of a document, counted from 0; in most cases that of the link. Null when the list lacks it. */
-    private function find(HitList $hits, DocumentRequest $asked): ?int
+    private function find(FoundHits $hits, DocumentRequest $asked): ?int
     {
-        $isIt = static fn(DocumentName $hit): bool => $hit->id === $asked->name->id
+        $isIt = static fn(?DocumentName $hit): bool => $hit !== null && $hit->id === $asked->name->id
             && $hit->channel === $asked->name->channel && $hit->archive === $asked->name->archive;
-        if (isset($hits[$asked->at - 1]) && $isIt($hits[$asked->at - 1])) {
+        if ($isIt($hits->name($asked->at - 1))) {
             return $asked->at - 1;
         }
-        foreach ($hits as $position => $hit) {
-            if ($isIt($hit)) {
+        for ($position = 0; $position < \count($hits); ++$position) {
+            if ($isIt($hits->name($position))) {
                 return $position;
             }
         }

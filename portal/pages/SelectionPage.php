@@ -59,9 +59,9 @@ final class SelectionPage implements Page
     /** @return list<string> of the hits of the page that is shown, or of the whole list */
     private function keys(Visit $visit, SearchRequest $search, bool $isPage): array
     {
-        $hits = $search->run($visit->archive(), $visit->knownUser(), $visit->settings->searchLimit);
+        $hits = $search->run($visit);
         $page = min($search->page, max(1, intdiv(\count($hits) + $search->size - 1, $search->size)));
         $shown = $isPage ? $hits->slice(($page - 1) * $search->size, $search->size) : $hits->slice(0, Selection::MOST);
-        return array_map(static fn(DocumentName $hit): string => Selection::key($hit), $shown);
+        return array_map(static fn(DocumentName $hit): string => Selection::key($hit), array_values(array_filter($shown)));
     }
 }

@@ -11,6 +11,9 @@ $columns = $view->shown();
 <?php } elseif ($isCut) { ?>
  <?= $h->text('counts-partial', $h->number($count)) ?>
 <?php } ?>
+<?php if ($withheld > 0) { ?>
+ <?= $h->text('counts-withheld', $h->number($withheld)) ?>
+<?php } ?>
 <?php if ($wasBeyond) { ?>
  <?= $h->text('counts-beyond', $h->number($pageCount)) ?>
 <?php } ?>
@@ -55,6 +58,9 @@ $columns = $view->shown();
 <tbody>
 <?php foreach ($hits as ['hit' => $hit, 'at' => $at]) { ?>
 <?php $number = $first + $at + 1; ?>
+<?php if ($hit === null) { ?>
+<tr id="hit-<?= $h($number) ?>"><td colspan="<?= $h(count($columns) + 2) ?>"><?= $h->text('withheld') ?></td></tr>
+<?php continue; } ?>
 <?php $link = ['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version, 'q' => $search->query, 'back' => $here, 'at' => $number, 'of' => $count]; ?>
 <?php $place = "$hit->channel/$hit->archive"; ?>
 <?php $title = $columns[0]->number === null ? $place : $hit->values[$columns[0]->number] ?? ''; ?>

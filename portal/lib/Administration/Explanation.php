@@ -4,6 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
+use Portal\Users\FolderRights;
 use Portal\Users\User;
 
 /** Why a user may do something, or may not: what the pages find, and the entries that it follows from. */
@@ -56,14 +57,12 @@ final class Explanation
     private static function sight(UserDatabase $database, User $user, string $channel, string $archive): self
     {
         $channels = self::sources($database, $user->id, 'UserChannels', 'Channel', static fn(int|string $held): string =>
-            $held === $channel ? 'gives' : '');
-        $wanted = [Names::reference($channel, $archive), $archive];
-        $start = Names::reference($channel, '');
+            $held !== $channel ? '' : (FolderRights::isChannel($channel) ? 'gives' : 'unusable'));
         $effect = static fn(int|string $held): string => match (true) {
-            $held === '' => '',
-            \in_array($held, $wanted, true) => 'lists',
-            str_starts_with((string) $held, $start) || !str_starts_with((string) $held, '$(#') => 'narrows',
-            default => '',
+            !FolderRights::concerns((string) $held, $channel) => '',
+            FolderRights::lists((string) $held, $channel, $archive) => 'lists',
+            FolderRights::isArchive((string) $held) => 'narrows',
+            default => 'unusable',
         };
         $archives = self::sources($database, $user->id, 'UserArchives', 'Archive', $effect);
         $isListed = array_filter($archives, static fn(Source $source): bool => $source->effect === 'lists');
@@ -81,7 +80,7 @@ final class Explanation
                 . ' WHERE Users.UserID=UserEditRights.UserID AND Archive IN (?, ?)'
                 . ' AND (Users.UserID=? OR Users.UserID IN (SELECT GroupID FROM UserGroups WHERE UserID=?))'
                 . ' ORDER BY Archive, CASE WHEN Users.UserID=? THEN 0 ELSE 1 END, UserName, Users.UserID',
-            [Names::reference($channel, $archive), $archive, $user->id, $user->id, $user->id],
+            [FolderRights::reference($channel, $archive), $archive, $user->id, $user->id, $user->id],
         );
         $sources = $sums = [];
         foreach ($rows as [$id, $name, $entry, $new, $edit, $delete]) {

@@ -4,6 +4,8 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
+use Portal\Users\FolderRights;
+
 /** Which texts the component takes from the web user database, and how archives are written there. */
 final class Names
 {
@@ -25,18 +27,10 @@ final class Names
         return $text;
     }
 
-    /** A name in lists of rights: without the signs that separate the entries of lists. */
-    public static function entry(string $text): string
-    {
-        $name = self::checked($text);
-        return strpbrk($name, '^,;') === false ? $name : throw new Refusal('entry', $name);
-    }
-
-    /** A search expression takes none of the signs. */
     public static function channel(string $text): string
     {
         $name = self::entry($text);
-        return strpbrk($name, '()') === false ? $name : throw new Refusal('entry', $name);
+        return FolderRights::isChannel($name) ? $name : throw new Refusal('entry', $name);
     }
 
     /** The entry for "channel/archive", or for a name alone, which stands for archives of that name in every channel. */
@@ -44,12 +38,8 @@ final class Names
     {
         $parts = explode('/', $text);
         $isPlace = \count($parts) === 2 && $parts[0] !== '' && $parts[1] !== '' && !str_starts_with($text, '$(#');
-        return self::entry($isPlace ? self::reference(self::channel($parts[0]), $parts[1]) : $text);
-    }
-
-    public static function reference(string $channel, string $archive): string
-    {
-        return "$(#$channel)\\$archive";
+        $entry = self::entry($isPlace ? FolderRights::reference(self::channel($parts[0]), $parts[1]) : $text);
+        return FolderRights::isArchive($entry) ? $entry : throw new Refusal('entry', $entry);
     }
 
     /** As people write it: "channel/archive" for a reference. */
@@ -63,5 +53,12 @@ final class Names
     {
         $number = trim($text);
         return preg_match('/^-?\d{1,9}$/D', $number) ? (int) $number : throw new Refusal('number', $number);
+    }
+
+    /** A name in lists of rights: without the signs that separate the entries of lists. */
+    private static function entry(string $text): string
+    {
+        $name = self::checked($text);
+        return strpbrk($name, '^,') === false ? $name : throw new Refusal('entry', $name);
     }
 }

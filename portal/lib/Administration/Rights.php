@@ -4,6 +4,8 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
+use Portal\Users\FolderRights;
+
 /** The rights that are given to an account itself. Changes belong into UserDatabase::change. */
 final class Rights
 {
@@ -31,6 +33,16 @@ final class Rights
     public static function isNumber(string $kind): bool
     {
         return self::KINDS[$kind][2];
+    }
+
+    /** Whether an entry that another program may have stored gives anything: a search can be restricted to it. */
+    public static function isUsable(string $kind, int|string $entry): bool
+    {
+        return match ($kind) {
+            'channel' => FolderRights::isChannel((string) $entry),
+            'archive' => FolderRights::isArchive((string) $entry),
+            default => true,
+        };
     }
 
     /** The value that the database holds for what was typed. Raises Refusal. */

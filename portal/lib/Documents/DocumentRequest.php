@@ -7,6 +7,7 @@ namespace Portal\Documents;
 use Oxaqrycln\Document;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Refused;
+use Portal\Search\SearchRestriction;
 use Portal\Web\Failure;
 use Portal\Web\Request;
 use Portal\Web\Visit;
@@ -71,8 +72,50 @@ final class DocumentRequest
         return $this->back === '' ? '' : strtok($this->back, '#') . ($this->at === 0 ? '' : "#hit-$this->at");
     }
 
-    /** The document, when the user may see it, with the hits of $query marked. Raises Failure. */
+    /**
+     * The document, when the user may see it, with the hits of $query marked and without the fields that his search rights
+     * hide. Raises Failure.
+     */
     public function read(Visit $visit, string $query = ''): Document
+    {
+        return $this->restriction($visit)->shownOf($this->readWhole($visit, $query));
+    }
+
+    /** The same to change it. The user may not when its title, which comes with each change, is hidden from him. */
+    public function readToEdit(Visit $visit): Document
+    {
+        $document = $this->readWhole($visit);
+        $restriction = $this->restriction($visit);
+        return $restriction->showsTitle($document) ? $restriction->shownOf($document) : throw Failure::forbidden();
+    }
+
+    /** Raises Failure when the user may not see the document. Reads it only if that depends on what is in it. */
+    public function check(Visit $visit): void
+    {
+        if ($this->conditions($visit) !== []) {
+            $this->readWhole($visit);
+        }
+    }
+
+    /**
+     * The same for a file of the document.
+     *
+     * @param ?int $segment whose content it is; null for one made of several, which no hidden field may be part of
+     * @param bool $hasTexts whether the texts of the fields are part of it as well
+     */
+    public function checkFile(Visit $visit, ?int $segment, bool $hasTexts = false): void
+    {
+        $this->check($visit);
+        $restriction = $this->restriction($visit);
+        foreach ($restriction->hidesFields() ? $this->readWhole($visit)->segments : [] as $each) {
+            $isPart = $segment === null ? $hasTexts || $each->contentLength > 0 : $each->index === $segment;
+            if ($isPart && $restriction->hides($each)) {
+                throw Failure::noFile();
+            }
+        }
+    }
+
+    private function readWhole(Visit $visit, string $query = ''): Document
     {
         $conditions = $this->conditions($visit);
         try {
@@ -86,14 +129,6 @@ final class DocumentRequest
         return $document;
     }
 
-    /** Raises Failure when the user may not see the document. Reads it only if that depends on what is in it. */
-    public function check(Visit $visit): void
-    {
-        if ($this->conditions($visit) !== []) {
-            $this->read($visit);
-        }
-    }
-
     /** Whether the user may write and delete notes. */
     public function mayAnnotate(Visit $visit): bool
     {
@@ -105,6 +140,11 @@ final class DocumentRequest
     {
         [$channel, $archive] = [$this->name->channel, $this->name->archive];
         return $visit->knownUser()->mayDelete($channel, $archive) && $visit->archive()->properties($channel, $archive)->canDelete;
+    }
+
+    private function restriction(Visit $visit): SearchRestriction
+    {
+        return $visit->knownUser()->searchRestriction($this->name->channel, $this->name->archive);
     }
 
     /**

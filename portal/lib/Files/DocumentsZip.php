@@ -64,7 +64,7 @@ final class DocumentsZip
             return $this->text('zip-failed');
         }
         try {
-            DocumentRequest::of(Request::ofUrl(Html::plainUrl('/', self::queryOf($hit))))->check($this->visit);
+            DocumentRequest::of(Request::ofUrl(Html::plainUrl('/', self::queryOf($hit))))->checkFile($this->visit, null);
             $path = $this->visit->archive()->fetch($hit, Content::firstFile(), into: $file);
         } catch (Failure) {
             return $this->text('zip-forbidden');

@@ -12,6 +12,7 @@ use Oxaqrycln\FieldContent;
 use Oxaqrycln\Mask;
 use Oxaqrycln\Refused;
 use Portal\Output\Html;
+use Portal\Search\SearchRestriction;
 use Portal\Web\DiskFull;
 use Portal\Web\FailurePage;
 use Portal\Web\Request;
@@ -29,6 +30,7 @@ final class DocumentForm
     private readonly array $masks;
     private readonly ?MaskForm $form;
     private readonly string $title;
+    private readonly SearchRestriction $restriction;
     /** @var array<string, int> */
     private readonly array $ids;
     /** @var array<string, string> values of the document by the names of its fields */
@@ -53,6 +55,7 @@ final class DocumentForm
             $archive->masks($name->channel, $name->archive),
             static fn(Mask $mask): bool => $mask->fields !== [],
         ));
+        $this->restriction = $visit->knownUser()->searchRestriction($name->channel, $name->archive);
         [$this->ids, $this->stored] = $this->fieldsOf($document);
         $given = $request->fields() === [] ? null : $request->fields();
         $mask = $this->chosenMask();
@@ -139,7 +142,9 @@ final class DocumentForm
     {
         [$ids, $texts] = [[], []];
         foreach ($this->visit->settings->fields as $id => $name) {
-            $ids[strtolower($name)] = (int) $id;
+            if (!$this->restriction->isHidden((string) $id)) {
+                $ids[strtolower($name)] = (int) $id;
+            }
         }
         foreach ($document?->segments ?? [] as $segment) {
             if ($segment->type === self::TEXT) {
@@ -224,7 +229,7 @@ final class DocumentForm
         foreach ($this->document?->segments ?? [] as $segment) {
             $used[$segment->fieldId] = true;
         }
-        while (isset($used[$first])) {
+        while (isset($used[$first]) || $this->restriction->isHidden((string) $first)) {
             ++$first;
         }
         return $first;

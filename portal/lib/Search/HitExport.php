@@ -5,7 +5,6 @@ declare(strict_types=1);
 namespace Portal\Search;
 
 use Oxaqrycln\Hit;
-use Oxaqrycln\HitList;
 use Portal\Output\Locale;
 
 /** A hit list as a table for other programs, written to the output row by row. */
@@ -18,7 +17,7 @@ final class HitExport
 
     /** @param list<ListColumn> $columns */
     public function __construct(
-        private readonly HitList $hits,
+        private readonly FoundHits $hits,
         array $columns,
         private readonly ?Selection $selection,
         private readonly Locale $locale,
@@ -61,11 +60,11 @@ final class HitExport
         echo "\n]}\n";
     }
 
-    /** @return iterable<Hit> the whole list, or what is selected of it */
+    /** @return iterable<Hit> the whole list, or what is selected of it; without hits that the user may not see */
     public function rows(): iterable
     {
         foreach ($this->hits as $hit) {
-            if ($this->selection === null || $this->selection->has($hit)) {
+            if ($hit !== null && ($this->selection === null || $this->selection->has($hit))) {
                 yield $hit;
             }
         }

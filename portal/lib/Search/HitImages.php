@@ -50,7 +50,7 @@ final class HitImages
                 'archive' => $name->archive,
                 'id' => $name->id,
                 'version' => $name->version,
-            ])))->check($this->visit);
+            ])))->checkFile($this->visit, null);
             $isThere = $this->visit->archive()->fetch($name, Content::pages(''), into: $page) !== null;
         } catch (Refused | Failure) {
             return;

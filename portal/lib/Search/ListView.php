@@ -5,7 +5,6 @@ declare(strict_types=1);
 namespace Portal\Search;
 
 use Oxaqrycln\ColumnKind;
-use Oxaqrycln\HitList;
 use Portal\Web\Failure;
 use Portal\Web\Visit;
 
@@ -25,14 +24,14 @@ final class ListView
     }
 
     /** @param string $archiveTitle of the column with the archive's name */
-    public static function of(Visit $visit, string $place, HitList $hits, string $archiveTitle): self
+    public static function of(Visit $visit, string $place, FoundHits $hits, string $archiveTitle): self
     {
         $chosen = $visit->state($visit->knownUser()->id)->read()['lists'][$place] ?? [];
         $ranks = array_flip($chosen['order'] ?? []);
         $hidden = array_flip($chosen['hidden'] ?? []);
         $columns = [];
         $seen = [];
-        foreach ([...$hits->columns(), null] as $number => $title) {
+        foreach ($hits->columns + [-1 => null] as $number => $title) {
             $isArchive = $title === null;
             $title ??= $archiveTitle;
             // Several columns may have one title.

@@ -4,12 +4,11 @@ declare(strict_types=1);
 
 namespace Portal\Search;
 
-use Oxaqrycln\Archive;
-use Oxaqrycln\HitList;
 use Oxaqrycln\Order;
+use Portal\Documents\DocumentRights;
 use Portal\Output\Html;
-use Portal\Users\User;
 use Portal\Web\Request;
+use Portal\Web\Visit;
 
 /** A search as the URL of a hit list describes it. The URL and the rights of the user alone decide what the list shows. */
 final class SearchRequest
@@ -60,21 +59,24 @@ final class SearchRequest
      * Raises Failure for an archive that the user may not see, and for a query that his search rights refuse, before the
      * archive is searched. What these rights add has no part in $query.
      */
-    public function run(Archive $archive, User $user, int $limit): HitList
+    public function run(Visit $visit): FoundHits
     {
-        $this->scope = SearchScope::of($archive, $user, $this->place);
+        $archive = $visit->archive();
+        $this->scope = SearchScope::of($archive, $visit->knownUser(), $this->place);
         $restriction = $this->scope->restriction;
-        return $archive->search(
+        $hits = new FoundHits($archive->search(
             $restriction->applied($this->query),
-            max: $limit,
+            max: $visit->settings->searchLimit,
             queryMax: 0,
             // A format searches some fields alone, where the fixed values of others are never found.
             format: $restriction->hasFixedValues() ? '' : $this->format,
             folderRights: $this->scope->folderRights,
             layout: $this->layout,
-            sort: $this->sort,
-            order: $this->isDescending ? Order::Descending : Order::Ascending,
-        );
+        ), $restriction, new DocumentRights($visit));
+        if ($this->sort !== '') {
+            $hits->sort($this->sort, $this->isDescending ? Order::Descending : Order::Ascending);
+        }
+        return $hits;
     }
 
     /** @return list<string> "channel/archive", which run() has left out because the search rights for them are others */

@@ -4,7 +4,9 @@ declare(strict_types=1);
 
 namespace Portal\Search;
 
+use Oxaqrycln\Document;
 use Oxaqrycln\SearchRights;
+use Oxaqrycln\Segment;
 use Portal\Web\Failure;
 
 /**
@@ -46,6 +48,53 @@ final class SearchRestriction
         return $this->holds($this->rights->hiddenFields, $field);
     }
 
+    public function hidesFields(): bool
+    {
+        return $this->rights->hiddenFields !== [];
+    }
+
+    /** Whether a column of a hit list may be shown. Where fields are hidden, one of an unknown title could be theirs. */
+    public function showsColumn(string $title): bool
+    {
+        return !$this->hidesFields() || (!$this->isHidden($title) && $this->isKnown($title));
+    }
+
+    public function hides(Segment $segment): bool
+    {
+        return $this->isHidden((string) $segment->fieldId) || $this->isHidden($segment->name);
+    }
+
+    /** Whether the title does not say what a hidden field does. */
+    public function showsTitle(Document $document): bool
+    {
+        $isTitle = static fn(Segment $segment): bool => trim($segment->text->text) === trim($document->title);
+        return array_filter(array_filter($document->segments, $this->hides(...)), $isTitle) === [];
+    }
+
+    /** The document without hidden fields. A title that says what such a field does gives way to the document's ID. */
+    public function shownOf(Document $document): Document
+    {
+        $hidden = array_filter($document->segments, $this->hides(...));
+        if ($hidden === []) {
+            return $document;
+        }
+        $segments = array_values(array_diff_key($document->segments, $hidden));
+        $isText = static fn(Segment $segment): bool => $segment->textLength > 0;
+        return new Document(
+            $document->name,
+            $document->length,
+            $document->created,
+            $document->changed,
+            $this->showsTitle($document) ? $document->title : $document->name->id,
+            $document->fieldCount - \count($hidden),
+            $document->textCount - \count(array_filter($hidden, $isText)),
+            $document->imageCount,
+            $document->fileCount,
+            $segments,
+            $document->notes,
+        );
+    }
+
     public function hasMatchcode(string $field): bool
     {
         return !$this->holds($this->rights->fieldsWithoutMatchcode, $field);
@@ -71,7 +120,7 @@ final class SearchRestriction
         if ($this->hasFixedValues() && !QueryText::isClosed($query)) {
             throw new Failure('query-open', 422);
         }
-        if ($this->rights->hiddenFields === []) {
+        if (!$this->hidesFields()) {
             return;
         }
         foreach (QueryText::fields($query) as $field) {

@@ -8,6 +8,7 @@ use Oxaqrycln\Archive;
 use Oxaqrycln\ArchiveEntry;
 use Oxaqrycln\Channel;
 use Oxaqrycln\SearchRights;
+use Portal\Users\FolderRights;
 use Portal\Users\User;
 use Portal\Web\Failure;
 
@@ -49,7 +50,7 @@ final class SearchScope
     public static function visible(Archive $archive, User $user): array
     {
         $visible = [];
-        foreach ($user->folderRights() === '' ? [] : $archive->archives() as $channel) {
+        foreach ($user->folders()->isEmpty() ? [] : $archive->archives() as $channel) {
             $maySee = fn(ArchiveEntry $each): bool => $user->maySee($channel->name, $each->name);
             $archives = array_values(array_filter($channel->archives, $maySee));
             if ($archives !== []) {
@@ -76,9 +77,10 @@ final class SearchScope
 
     private static function ofAll(Archive $archive, User $user): self
     {
+        $visible = self::visible($archive, $user);
         $groups = [];
         $restrictions = [];
-        foreach (self::visible($archive, $user) as $channel) {
+        foreach ($visible as $channel) {
             foreach ($channel->archives as $each) {
                 $restriction = $user->searchRestriction($channel->name, $each->name);
                 $groups[$restriction->key()][] = [$channel->name, $each->name];
@@ -87,22 +89,56 @@ final class SearchScope
         }
         if (\count($groups) <= 1) {
             $only = reset($restrictions) ?: new SearchRestriction(new SearchRights([], [], []), []);
-            return new self($groups === [] ? '' : $user->folderRights(), $only);
+            return new self(self::folderRightsOf($visible, $user), $only);
         }
         uasort($groups, static fn(array $one, array $other): int => \count($other) <=> \count($one));
         $chosen = isset($groups['']) ? '' : array_key_first($groups);
-        $searched = array_map(static fn(array $each): string => self::reference(...$each), $groups[$chosen]);
-        $others = array_merge(...array_values(array_diff_key($groups, [$chosen => true])));
-        $leftOut = array_map(static fn(array $each): string => implode('/', $each), $others);
-        return new self(implode('', $searched), $restrictions[$chosen], $leftOut);
+        $isSearched = static fn(array $each): bool => self::isReferable($each[1]);
+        $searched = array_filter($groups[$chosen], $isSearched);
+        $others = array_merge(
+            array_filter($groups[$chosen], static fn(array $each): bool => !$isSearched($each)),
+            ...array_values(array_diff_key($groups, [$chosen => true])),
+        );
+        return new self(
+            implode('', array_map(static fn(array $each): string => self::reference(...$each), $searched)),
+            $restrictions[$chosen],
+            array_map(static fn(array $each): string => implode('/', $each), $others),
+        );
+    }
+
+    /**
+     * The folder rights of a search in all archives of the channels, by the names that the servers have for them: they would
+     * take "MAIL" in a right for Mail, whose search rights have that name alone.
+     *
+     * @param list<Channel> $channels as visible() gives them
+     */
+    private static function folderRightsOf(array $channels, User $user): string
+    {
+        $expression = '';
+        foreach ($channels as $channel) {
+            if ($user->folders()->isWhole($channel->name)) {
+                $expression .= "$(#$channel->name);";
+                continue;
+            }
+            foreach ($channel->archives as $each) {
+                $expression .= self::reference($channel->name, $each->name);
+            }
+        }
+        return $expression;
     }
 
     /** Raises Failure for a name that would change the expression. */
     private static function reference(string $channel, string $archive): string
     {
-        if (strpbrk($channel, ';()') !== false || str_contains($archive, ';') || $archive === '' || $archive === '*') {
+        if (!FolderRights::isChannel($channel) || !self::isReferable($archive)) {
             throw Failure::noDocument();
         }
-        return "$(#$channel)\\$archive;";
+        return FolderRights::reference($channel, $archive) . ';';
+    }
+
+    /** Whether folder rights can name the archive of that name alone. */
+    private static function isReferable(string $archive): bool
+    {
+        return $archive !== '' && $archive !== '*' && !str_contains($archive, ';');
     }
 }

@@ -5,6 +5,7 @@ declare(strict_types=1);
 namespace Portal\Search;
 
 use Oxaqrycln\DocumentName;
+use Portal\Users\UserFiles;
 use Portal\Web\StateFile;
 use Portal\Web\Visit;
 
@@ -19,17 +20,18 @@ final class Selection
     private const KEPT = 20;
     private const LONGEST_KEY = 400;
 
+    private readonly UserFiles $files;
     private readonly StateFile $file;
     private readonly StateFile $list;
     private readonly string $search;
     /** @var array<string, true> by the keys of the hits */
     private array $hits;
 
-    public function __construct(private readonly Visit $visit, private readonly SearchRequest $request)
+    public function __construct(Visit $visit, private readonly SearchRequest $request)
     {
-        $user = $visit->knownUser()->id;
-        $this->file = self::fileOf($visit, $user, $request->selection);
-        $this->list = new StateFile($visit->settings, 'selections', "list of user $user");
+        $this->files = $visit->files($visit->knownUser()->id);
+        $this->file = $this->files->selection($request->selection);
+        $this->list = $this->files->selections();
         $this->search = $request->identity();
         $this->hits = $this->hitsOf($this->file->read());
     }
@@ -104,13 +106,8 @@ final class Selection
             return ['ids' => \array_slice($ids, 0, self::KEPT)];
         });
         foreach ($old as $each) {
-            self::fileOf($this->visit, $this->visit->knownUser()->id, $each)->remove();
+            $this->files->selection($each)->remove();
         }
-    }
-
-    private static function fileOf(Visit $visit, int $user, string $id): StateFile
-    {
-        return new StateFile($visit->settings, 'selections', "selection $id of user $user");
     }
 
     private static function isKey(string $key): bool

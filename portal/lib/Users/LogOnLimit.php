@@ -15,13 +15,17 @@ final class LogOnLimit
 {
     private const FREE_ATTEMPTS = 4;
     private const LONGEST_WAIT = 900;
+    /** seconds after which wrong passwords do not count any more */
+    private const FORGOTTEN = 2 * self::LONGEST_WAIT;
+    /** files of the folder that a wrong password looks at, and removes when they are old: each makes two and their locks */
+    private const MOST_REMOVED = 100;
     /** An address may try so many times as often in all, whatever the accounts. */
     private const OF_ADDRESS = 10;
 
     /** @var list<array{StateFile, int}> file, and how many attempts are free */
     private readonly array $counters;
 
-    public function __construct(Settings $settings, string $account, string $address)
+    public function __construct(private readonly Settings $settings, string $account, string $address)
     {
         $this->counters = [
             [new StateFile($settings, 'log-on', 'account ' . strtolower($account) . " $address"), self::FREE_ATTEMPTS],
@@ -48,15 +52,16 @@ final class LogOnLimit
     {
         foreach ($this->counters as [$file]) {
             $file->change(static function (array $state): array {
-                $isOld = (int) ($state['last'] ?? 0) < time() - 2 * self::LONGEST_WAIT;
+                $isOld = (int) ($state['last'] ?? 0) < time() - self::FORGOTTEN;
                 return ['count' => $isOld ? 1 : (int) ($state['count'] ?? 0) + 1, 'last' => time()];
             });
         }
+        StateFile::removeOld($this->settings, 'log-on', self::FORGOTTEN, self::MOST_REMOVED);
     }
 
     /** After a success. The address stays slow for other accounts. */
     public function clear(): void
     {
-        $this->counters[0][0]->change(static fn(): array => []);
+        $this->counters[0][0]->remove();
     }
 }

@@ -12,10 +12,12 @@ use Portal\Search\SearchRestriction;
 final class User
 {
     private const ADMINISTRATOR = 1;
+    /** entries that no search can be restricted to, of which a line of the log names at most so many */
+    private const LOGGED = 5;
 
     /** @var list<int>|null */
     private ?array $rights = null;
-    private ?string $folders = null;
+    private ?FolderRights $folders = null;
     /** @var list<EditRight>|null */
     private ?array $editRights = null;
 
@@ -43,10 +45,15 @@ final class User
         return $this->users->mustChangePassword($this->id);
     }
 
-    /** What a search is restricted to; "" when he may see nothing. */
-    public function folderRights(): string
+    /** Whether the database still has the user under his name: it may give the ID of a removed user to a new one. */
+    public function exists(): bool
     {
-        return $this->folders ??= $this->users->folderRights($this->id);
+        return $this->users->find($this->name) === $this->id;
+    }
+
+    public function folders(): FolderRights
+    {
+        return $this->folders ??= $this->readFolders();
     }
 
     /**
@@ -55,8 +62,7 @@ final class User
      */
     public function maySee(string $channel, string $archive): bool
     {
-        $folders = explode(';', $this->folderRights());
-        return \in_array("$(#$channel)", $folders, true) || \in_array("$(#$channel)\\$archive", $folders, true);
+        return $this->folders()->maySee($channel, $archive);
     }
 
     public function mayCreate(string $channel, string $archive): bool
@@ -85,10 +91,25 @@ final class User
     {
         $this->editRights ??= $this->users->editRights($this->id);
         foreach ($this->editRights as $right) {
-            if (\in_array($right->archive, ["$(#$channel)\\$archive", $archive], true) && $allows($right)) {
+            $isMeant = \in_array($right->archive, [FolderRights::reference($channel, $archive), $archive], true);
+            if ($isMeant && $allows($right)) {
                 return $this->maySee($channel, $archive);
             }
         }
         return false;
+    }
+
+    private function readFolders(): FolderRights
+    {
+        [$channels, $archives] = [$this->users->channels($this->id), $this->users->archives($this->id)];
+        $unusable = [
+            ...array_filter($channels, static fn(string $entry): bool => $entry !== '' && !FolderRights::isChannel($entry)),
+            ...array_filter($archives, static fn(string $entry): bool => $entry !== '' && !FolderRights::isArchive($entry)),
+        ];
+        if ($unusable !== []) {
+            $shown = json_encode(\array_slice($unusable, 0, self::LOGGED), JSON_UNESCAPED_UNICODE | JSON_INVALID_UTF8_SUBSTITUTE);
+            error_log("portal: user $this->id has " . \count($unusable) . " rights that no search can be restricted to: $shown");
+        }
+        return new FolderRights($channels, $archives);
     }
 }

@@ -111,6 +111,10 @@ final class Portal
             return null;
         }
         $user = $this->visit->user();
+        if ($user !== null && !$user->exists()) {
+            $this->visit->end();
+            $user = null;
+        }
         if ($user === null) {
             $target = \in_array('GET', $route->methods, true) ? $request->target() : '/';
             $kept = $this->typed($request);

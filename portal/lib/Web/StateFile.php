@@ -7,6 +7,8 @@ namespace Portal\Web;
 /** A small file of the portal's own data, as JSON, in a folder of the state directory. Several requests may use it at once. */
 final class StateFile
 {
+    private const LOCK_TRIES = 10;
+
     private readonly string $path;
 
     /** @param string $key any text; the file's name is made from it */
@@ -24,6 +26,23 @@ final class StateFile
         return $directory;
     }
 
+    /** Removes files of a folder that were not changed for so many seconds, of the first $most that the system names. */
+    public static function removeOld(Settings $settings, string $folder, int $seconds, int $most): void
+    {
+        $directory = @opendir("$settings->stateDir/$folder");
+        while ($directory !== false && $most > 0 && ($name = readdir($directory)) !== false) {
+            if (preg_match('/^[0-9a-f]{64}\.json/', $name, $part) !== 1) {
+                continue;
+            }
+            --$most;
+            // A lock has the time at which it was made, and is needed as long as its file.
+            $last = max((int) @filemtime("$settings->stateDir/$folder/$name"), (int) @filemtime("$settings->stateDir/$folder/$part[0]"));
+            if ($last < time() - $seconds) {
+                @unlink("$settings->stateDir/$folder/$name");
+            }
+        }
+    }
+
     /** @return array<string, mixed> empty without a file */
     public function read(): array
     {
@@ -38,10 +57,7 @@ final class StateFile
      */
     public function change(\Closure $change): array
     {
-        $lock = fopen("$this->path.lock", 'c');
-        if ($lock === false || !flock($lock, LOCK_EX)) {
-            throw new \RuntimeException("the file \"$this->path.lock\" cannot be locked");
-        }
+        $lock = $this->lock();
         try {
             $content = $change($this->read());
             $new = "$this->path." . bin2hex(random_bytes(8));
@@ -54,6 +70,23 @@ final class StateFile
         } finally {
             fclose($lock);
         }
+    }
+
+    /** @return resource the lock, which the file does not lose when it is removed meanwhile */
+    private function lock(): mixed
+    {
+        for ($tries = 0; $tries < self::LOCK_TRIES; ++$tries) {
+            $lock = @fopen("$this->path.lock", 'c');
+            if ($lock === false || !flock($lock, LOCK_EX)) {
+                break;
+            }
+            clearstatcache(true, "$this->path.lock");
+            if (fstat($lock)['ino'] === @fileinode("$this->path.lock")) {
+                return $lock;
+            }
+            fclose($lock);  // another request has removed it
+        }
+        throw new DiskFull("the file \"$this->path.lock\" cannot be locked");
     }
 
     public function remove(): void

@@ -13,6 +13,7 @@ use Portal\Output\Locale;
 use Portal\Output\Template;
 use Portal\Search\SearchScope;
 use Portal\Users\User;
+use Portal\Users\UserFiles;
 
 /** What a page works with besides the request: settings, session, user, archive and templates. */
 final class Visit
@@ -40,9 +41,10 @@ final class Visit
     {
         $id = $this->session->get('user');
         if ($this->user === null && \is_int($id)) {
-            $generation = (int) ($this->state($id)->read()['generation'] ?? 0);
-            if ($generation === $this->session->get('generation')) {
-                $this->user = new User($this->users(), $id, (string) $this->session->get('name'), $this->settings->fields);
+            $name = (string) $this->session->get('name');
+            $generation = $this->files($id, $name)->generation();
+            if ($generation !== '' && $generation === $this->session->get('generation')) {
+                $this->user = new User($this->users(), $id, $name, $this->settings->fields);
             }
         }
         return $this->user;
@@ -86,10 +88,16 @@ final class Visit
         throw Failure::noDocument();
     }
 
-    /** What the portal remembers of a user from one session to the next. */
-    public function state(int $user): StateFile
+    /** What the portal remembers of the user who is logged on, or of another one, from one session to the next. */
+    public function state(int $user, string $name = ''): StateFile
     {
-        return new StateFile($this->settings, 'users', "user $user");
+        return $this->files($user, $name)->state();
+    }
+
+    /** The user who is logged on has no need of a name here. */
+    public function files(int $user, string $name = ''): UserFiles
+    {
+        return new UserFiles($this->settings, $user, $name === '' ? (string) $this->session->get('name') : $name);
     }
 
     /** Whether single keys do something for the user. */
@@ -101,22 +109,29 @@ final class Visit
     /** Logs the user on. */
     public function begin(int $user, string $name): void
     {
-        $generation = (int) ($this->state($user)->read()['generation'] ?? 0);
-        $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $generation]);
+        $files = $this->files($user, $name);
+        $files->generation() === '' && $files->renewGeneration();
+        $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $files->generation()]);
         (new KeptFiles($this->settings))->removeOld();
         $this->user = null;
         if ($this->settings->logDir !== '') {
             $entry = ['log' => $this->session->logName() . '.log', 'time' => time()];
-            $this->state($user)->change(static fn(array $state): array =>
+            $files->state()->change(static fn(array $state): array =>
                 ['sessions' => \array_slice([$entry, ...$state['sessions'] ?? []], 0, self::SESSIONS)] + $state);
         }
     }
 
-    /** Ends all sessions of a user. */
-    public function endEverywhere(int $user): void
+    /** Ends all sessions of the user who is logged on, or of another one. */
+    public function endEverywhere(int $user, string $name = ''): void
     {
-        $this->state($user)->change(static fn(array $state): array =>
-            ['generation' => (int) ($state['generation'] ?? 0) + 1] + $state);
+        $this->files($user, $name)->renewGeneration();
+    }
+
+    /** Logs the user off. */
+    public function end(): void
+    {
+        $this->session->end();
+        $this->user = null;
     }
 
     /**

@@ -15,6 +15,7 @@ use Portal\Administration\Rights;
 use Portal\Administration\SessionLogs;
 use Portal\Administration\UserDatabase;
 use Portal\Output\Html;
+use Portal\Users\FolderRights;
 use Portal\Web\Failure;
 use Portal\Web\Request;
 use Portal\Web\Response;
@@ -68,10 +69,13 @@ final class AccountPage extends DatabasePage
         if (!\in_array($action, self::ENDS_SESSIONS, true)) {
             $database->change($change);
         } else {
+            $files = $visit->files($id, $accounts->get($id)->name);
             // Within the change, so that nothing is changed when the sessions cannot be ended.
-            $database->change($change, static fn() => $visit->endEverywhere($id));
-            $visit->endEverywhere($id);  // those that have begun in the meantime
-            $id === $visit->knownUser()->id && $visit->begin($id, $accounts->get($id)->name);
+            $database->change($change, $files->renewGeneration(...));
+            $name = $accounts->get($id)->name;
+            // Once more, for those that have begun in the meantime.
+            $action === 'rename' ? $files->moveTo($visit->files($id, $name)) : $files->renewGeneration();
+            $id === $visit->knownUser()->id && $visit->begin($id, $name);
         }
     }
 
@@ -157,7 +161,7 @@ final class AccountPage extends DatabasePage
         try {
             foreach ($visit->archive()->archives() as $channel) {
                 foreach ($kind === 'channel' ? [] : $channel->archives as $archive) {
-                    if (\in_array($wanted, [$archive->name, Names::reference($channel->name, $archive->name)], true)) {
+                    if (\in_array($wanted, [$archive->name, FolderRights::reference($channel->name, $archive->name)], true)) {
                         return false;
                     }
                 }
@@ -193,7 +197,7 @@ final class AccountPage extends DatabasePage
             ),
             'editRights' => $editRights,
             'edited' => $this->edited($request, $editRights),
-            'sessions' => $this->sessionsOf($visit, $id),
+            'sessions' => $this->sessionsOf($visit, $account),
             'done' => $done === 'added' || isset(self::ACTIONS[$done]) ? $done : '',
             'isUnknown' => $request->text('unknown') !== '' && $request->method() === 'GET',
             'refusal' => $refusal,
@@ -203,11 +207,11 @@ final class AccountPage extends DatabasePage
     }
 
     /** @return list<array{log: string, time: \DateTimeImmutable}> the last sessions that have a log */
-    private function sessionsOf(Visit $visit, int $id): array
+    private function sessionsOf(Visit $visit, Account $account): array
     {
         $logs = new SessionLogs($visit->settings, '');
         $sessions = [];
-        foreach ($visit->state($id)->read()['sessions'] ?? [] as ['log' => $log, 'time' => $time]) {
+        foreach ($visit->state($account->id, $account->name)->read()['sessions'] ?? [] as ['log' => $log, 'time' => $time]) {
             if ($logs->has($log)) {
                 $sessions[] = ['log' => $log, 'time' => new \DateTimeImmutable(date('Y-m-d H:i:s', $time))];
             }

@@ -34,11 +34,10 @@ final class RemovePage extends DatabasePage
     {
         $request->field('confirmed') !== '' || throw new Refusal('unconfirmed');
         $accounts = new Accounts($database);
-        // A later user may get the ID: the sessions end, and nothing that was remembered of this one stays.
-        $forget = static fn() => $visit->state($id)->change(static fn(array $state): array =>
-            ['generation' => (int) ($state['generation'] ?? 0) + 1]);
-        $database->change(static fn() => $accounts->remove($accounts->unchanged($id, $request->field('stamp'))), $forget);
-        $forget();  // sessions that have begun in the meantime
+        $files = $visit->files($id, $accounts->get($id)->name);
+        $remove = static fn() => $accounts->remove($accounts->unchanged($id, $request->field('stamp')));
+        $database->change($remove, $files->remove(...));
+        $files->remove();  // sessions that have begun in the meantime
     }
 
     private function form(Visit $visit, UserDatabase $database, int $id, ?Refusal $refusal = null): Response

@@ -4,7 +4,6 @@ declare(strict_types=1);
 
 namespace Portal\Pages\Administration;
 
-use Oxaqrycln\DatabaseFailed;
 use Portal\Administration\Accounts;
 use Portal\Administration\DatabasePage;
 use Portal\Administration\Explanation;
@@ -30,14 +29,12 @@ final class WhyPage extends DatabasePage
                 $user = new User($visit->users(), $account->id, $account->name);
                 $explanation = Explanation::of($database, $user, $kind, $asked);
             } catch (Refusal $refusal) {
-            } catch (DatabaseFailed) {
-                // The names of his entries are such that every search of his fails, too.
-                $refusal = new Refusal('unreadable');
             }
         }
         return $visit->page('administration/why', $visit->h->locale->text('admin-why'), [
             'account' => $account,
             'kind' => $kind,
+            'kinds' => Explanation::KINDS,
             'asked' => $asked,
             'explanation' => $explanation,
             'refusal' => $refusal,

@@ -1,5 +1,6 @@
 <?php
 use Portal\Administration\Names;
+use Portal\Administration\Rights;
 
 $path = '/administration/account';
 $head = static fn(string $action) => $templates->render('administration/form-head', ['token' => $token, 'account' => $account, 'action' => $action]);
@@ -45,11 +46,7 @@ $hasPassword = !$account->isGroup() || $account->hasPassword;
 <?php if (!$account->isGroup()) { ?>
 <form class="fields" method="post" action="<?= $h($path) ?>">
 <?= $h($head('password')) ?>
-<label for="new-password"><?= $h->text('password-new') ?></label>
-<input id="new-password" name="password" type="password" autocomplete="new-password" minlength="8" required>
-<label for="again"><?= $h->text('password-again') ?></label>
-<input id="again" name="again" type="password" autocomplete="new-password" required>
-<label class="choice"><input type="checkbox" name="must-change" value="1"<?= $h->flag(!$isSelf, 'checked') ?>> <?= $h->text('admin-must-change') ?></label>
+<?= $h($templates->render('administration/new-password', ['label' => 'password-new', 'mustChange' => !$isSelf])) ?>
 <button><?= $h->text('admin-set-password') ?></button>
 </form>
 <?php } ?>
@@ -103,7 +100,7 @@ $hasPassword = !$account->isGroup() || $account->hasPassword;
 <?php } ?>
 <?php if ($memberships !== []) { ?>
 <table class="hits">
-<thead><tr><th scope="col"><?= $h->text('admin-group') ?></th><th scope="col"><?= $h->text('admin-change') ?></th></tr></thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-group', 'admin-change']])) ?>
 <tbody>
 <?php foreach ($memberships as $group) { ?>
 <tr>
@@ -142,12 +139,12 @@ $hasPassword = !$account->isGroup() || $account->hasPassword;
 <p><?= $h->text('admin-none') ?></p>
 <?php } else { ?>
 <table class="hits">
-<thead><tr><th scope="col"><?= $h->text('admin-entry') ?></th><th scope="col"><?= $h->text('admin-change') ?></th></tr></thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-entry', 'admin-change']])) ?>
 <tbody>
 <?php foreach ($entries as $entry) { ?>
 <?php $shown = $kind === 'general' && $entry === 1 ? "1 ({$h->locale->text('administration')})" : Names::shown((string) $entry); ?>
 <tr>
-<td><?= $h($shown) ?></td>
+<td><?= $h($shown) ?><?php if (!Rights::isUsable($kind, $entry)) { ?> <strong class="problem"><?= $h->text('admin-unusable') ?></strong><?php } ?></td>
 <td><form method="post" action="<?= $h($path) ?>">
 <?= $h($head('take')) ?>
 <input type="hidden" name="kind" value="<?= $h($kind) ?>">
@@ -162,7 +159,7 @@ $hasPassword = !$account->isGroup() || $account->hasPassword;
 <?= $h($head('give')) ?>
 <input type="hidden" name="kind" value="<?= $h($kind) ?>">
 <label for="value-<?= $h($kind) ?>"><?= $h->text("admin-value-$kind") ?></label>
-<input id="value-<?= $h($kind) ?>" name="value-<?= $h($kind) ?>" value="<?= $h($typed["value-$kind"] ?? '') ?>" maxlength="255" autocomplete="off" required<?php if (in_array($kind, ['general', 'document', 'search'], true)) { ?> inputmode="numeric"<?php } ?>>
+<input id="value-<?= $h($kind) ?>" name="value-<?= $h($kind) ?>" value="<?= $h($typed["value-$kind"] ?? '') ?>" maxlength="255" autocomplete="off" required<?php if (Rights::isNumber($kind)) { ?> inputmode="numeric"<?php } ?>>
 <button aria-describedby="right-<?= $h($kind) ?>"><?= $h->text('admin-give') ?></button>
 </form>
 <?php } ?>
@@ -174,15 +171,7 @@ $hasPassword = !$account->isGroup() || $account->hasPassword;
 <?php if ($editRights !== []) { ?>
 <div class="wide" role="group" aria-labelledby="edit-rights-title" tabindex="0">
 <table class="hits">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('archive') ?></th>
-<th scope="col"><?= $h->text('admin-new') ?></th>
-<th scope="col"><?= $h->text('admin-edit') ?></th>
-<th scope="col"><?= $h->text('admin-delete') ?></th>
-<th scope="col"><?= $h->text('admin-change') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['archive', 'admin-new', 'admin-edit', 'admin-delete', 'admin-change']])) ?>
 <tbody>
 <?php foreach ($editRights as [$archive, $new, $edit, $delete]) { ?>
 <tr>

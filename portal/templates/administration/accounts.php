@@ -16,26 +16,14 @@
 <?php } ?>
 <label for="q"><?= $h->text('admin-name-part') ?></label>
 <input id="q" name="q" type="search" value="<?= $h($text) ?>">
-<label for="kind"><?= $h->text('admin-kind') ?></label>
-<select id="kind" name="kind">
-<?php foreach ($kinds as $each) { ?>
-<option value="<?= $h($each) ?>"<?= $h->flag($each === $kind, 'selected') ?>><?= $h->text($each === '' ? 'admin-kind-all' : "admin-kind-$each") ?></option>
-<?php } ?>
-</select>
+<?= $h($templates->render('administration/choice', ['label' => 'admin-kind', 'kinds' => $kinds, 'texts' => 'admin-kind', 'chosen' => $kind])) ?>
 <button><?= $h->text('search') ?></button>
 </form>
 <p class="counts" role="status"><?= $h->text('admin-count', $h->locale->number($paging->count)) ?> <?php if ($paging->wasBeyond) { ?><?= $h->text('counts-beyond', $paging->pageCount) ?><?php } ?></p>
 <?php if ($accounts !== []) { ?>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-accounts') ?>" tabindex="0">
 <table class="hits">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('admin-name') ?></th>
-<th scope="col"><?= $h->text('admin-kind') ?></th>
-<th scope="col"><?= $h->text('admin-archive-account') ?></th>
-<th scope="col"><?= $h->text('admin-id') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-name', 'admin-kind', 'admin-archive-account', 'admin-id']])) ?>
 <tbody>
 <?php foreach ($accounts as $account) { ?>
 <tr>

@@ -9,11 +9,7 @@
 <?php if ($isGroup) { ?>
 <p class="help"><?= $h->text('admin-group-help') ?></p>
 <?php } else { ?>
-<label for="password"><?= $h->text('password') ?></label>
-<input id="password" name="password" type="password" autocomplete="new-password" minlength="8" required>
-<label for="again"><?= $h->text('password-again') ?></label>
-<input id="again" name="again" type="password" autocomplete="new-password" required>
-<label class="choice"><input type="checkbox" name="must-change" value="1"<?= $h->flag($mustChange, 'checked') ?>> <?= $h->text('admin-must-change') ?></label>
+<?= $h($templates->render('administration/new-password', ['label' => 'password', 'mustChange' => $mustChange])) ?>
 <?php } ?>
 <button class="chief"><?= $h->text($isGroup ? 'admin-add-group' : 'admin-add-user') ?></button>
 </form>

@@ -9,14 +9,7 @@
 <?php } else { ?>
 <div class="wide" role="group" aria-labelledby="<?= $h($kind) ?>" tabindex="0">
 <table class="hits">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('admin-number') ?></th>
-<th scope="col"><?= $h->text('admin-applies-to') ?></th>
-<th scope="col"><?= $h->text('admin-fields') ?></th>
-<th scope="col"><?= $h->text('admin-given-to') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-number', 'admin-applies-to', 'admin-fields', 'admin-given-to']])) ?>
 <tbody>
 <?php foreach ($definitions as $definition) { ?>
 <tr id="<?= $h("$kind-" . $definition['id']) ?>">

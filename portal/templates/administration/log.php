@@ -2,25 +2,14 @@
 <h1><?= $h->text('admin-log-of', $name) ?></h1>
 <form class="query" method="get" action="/administration/log">
 <input type="hidden" name="name" value="<?= $h($name) ?>">
-<label for="kind"><?= $h->text('admin-kind') ?></label>
-<select id="kind" name="kind">
-<?php foreach ($kinds as $each) { ?>
-<option value="<?= $h($each) ?>"<?= $h->flag($each === $kind, 'selected') ?>><?= $h->text($each === '' ? 'admin-kind-all' : "admin-level-$each") ?></option>
-<?php } ?>
-</select>
+<?= $h($templates->render('administration/choice', ['label' => 'admin-kind', 'kinds' => $kinds, 'texts' => 'admin-level', 'chosen' => $kind])) ?>
 <button><?= $h->text('admin-show') ?></button>
 </form>
 <p class="counts" role="status"><?= $h->text('admin-entry-count', $h->locale->number($count)) ?> <?php if ($isCut) { ?><?= $h->text('admin-log-cut') ?><?php } ?> <?php if ($paging->wasBeyond) { ?><?= $h->text('counts-beyond', $paging->pageCount) ?><?php } ?></p>
 <?php if ($entries !== []) { ?>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-log') ?>" tabindex="0">
 <table class="hits log">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('admin-time') ?></th>
-<th scope="col"><?= $h->text('admin-kind') ?></th>
-<th scope="col"><?= $h->text('admin-text') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-time', 'admin-kind', 'admin-text']])) ?>
 <tbody>
 <?php foreach ($entries as $entry) { ?>
 <tr>

@@ -13,13 +13,7 @@
 <?php if ($files !== []) { ?>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-logs') ?>" tabindex="0">
 <table class="hits">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('admin-log') ?></th>
-<th scope="col"><?= $h->text('changed') ?></th>
-<th scope="col"><?= $h->text('admin-size') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-log', 'changed', 'admin-size']])) ?>
 <tbody>
 <?php foreach ($files as $file) { ?>
 <tr>

@@ -4,17 +4,7 @@
 <p><?= $h->text('admin-servers-help', $process) ?></p>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-servers') ?>" tabindex="0">
 <table class="hits">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('admin-server') ?></th>
-<th scope="col"><?= $h->text('admin-state') ?></th>
-<th scope="col"><?= $h->text('admin-answer') ?></th>
-<th scope="col"><?= $h->text('admin-milliseconds') ?></th>
-<th scope="col"><?= $h->text('admin-tries') ?></th>
-<th scope="col"><?= $h->text('admin-use') ?></th>
-<th scope="col"><?= $h->text('admin-prints') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-server', 'admin-state', 'admin-answer', 'admin-milliseconds', 'admin-tries', 'admin-use', 'admin-prints']])) ?>
 <tbody>
 <?php foreach ($servers as ['health' => $health, 'server' => $server]) { ?>
 <tr>

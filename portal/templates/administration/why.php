@@ -1,19 +1,11 @@
-<?php
-use Portal\Administration\Explanation;
-use Portal\Administration\Names;
-?>
+<?php use Portal\Administration\Names; ?>
 <?= $h($templates->render('administration/navigation', ['here' => ''])) ?>
 <h1><?= $h->text('admin-why-of', $account->name) ?></h1>
 <p><a href="<?= $h->url('/administration/account', ['id' => $account->id]) ?>"><?= $h->text('admin-back') ?></a></p>
 <?= $h($templates->render('administration/refusal', ['refusal' => $refusal])) ?>
 <form class="fields" method="get" action="/administration/why">
 <input type="hidden" name="id" value="<?= $h($account->id) ?>">
-<label for="kind"><?= $h->text('admin-why-kind') ?></label>
-<select id="kind" name="kind">
-<?php foreach (Explanation::KINDS as $each) { ?>
-<option value="<?= $h($each) ?>"<?= $h->flag($each === $kind, 'selected') ?>><?= $h->text("admin-why-$each") ?></option>
-<?php } ?>
-</select>
+<?= $h($templates->render('administration/choice', ['label' => 'admin-why-kind', 'kinds' => $kinds, 'texts' => 'admin-why', 'chosen' => $kind])) ?>
 <label for="entry"><?= $h->text('admin-why-entry') ?></label>
 <input id="entry" name="entry" value="<?= $h($asked) ?>" required autocomplete="off">
 <button class="chief"><?= $h->text('admin-why') ?></button>
@@ -38,18 +30,7 @@ use Portal\Administration\Names;
 <div class="wide" role="group" aria-labelledby="answer" tabindex="0">
 <table class="hits">
 <caption><?= $h->text('admin-why-sources') ?></caption>
-<thead>
-<tr>
-<th scope="col"><?= $h->text('admin-from') ?></th>
-<th scope="col"><?= $h->text('admin-entry') ?></th>
-<?php if ($kind === 'edit') { ?>
-<th scope="col"><?= $h->text('admin-new') ?></th>
-<th scope="col"><?= $h->text('admin-edit') ?></th>
-<th scope="col"><?= $h->text('admin-delete') ?></th>
-<?php } ?>
-<th scope="col"><?= $h->text('admin-effect') ?></th>
-</tr>
-</thead>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-from', 'admin-entry', ...($kind === 'edit' ? ['admin-new', 'admin-edit', 'admin-delete'] : []), 'admin-effect']])) ?>
 <tbody>
 <?php foreach ($explanation->sources as $source) { ?>
 <tr>
