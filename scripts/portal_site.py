@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Runs the archive portal with a development archive server and invented users, all on the loopback address.
 
-usage: scripts/portal_site.py --tools DIRECTORY --library FILE [--port N] [--nginx] [--people] [--devserver OPTION ...]
-                             [--setting NAME=VALUE ...]
+usage: scripts/portal_site.py --tools DIRECTORY --library FILE [--port N] [--nginx] [--people] [--postgresql]
+                              [--devserver OPTION ...] [--setting NAME=VALUE ...]
 
 Prints one JSON object: the address, the users and their passwords, the ports and directories. Serves until its standard input
 ends or it is terminated, then stops what it has started and removes its files. --nginx serves with nginx and php-fpm as a site
-would (PHP's default "ffi.enable = preload"); otherwise PHP's own server does. --devserver passes an option on to the archive
-server, and --setting changes one of the portal."""
+would (PHP's default "ffi.enable = preload"); otherwise PHP's own server does. --postgresql keeps the users in a PostgreSQL
+server of the site's own, otherwise they are in an SQLite file. --devserver passes an option on to the archive server, and
+--setting changes one of the portal."""
 import argparse
 import json
 import os
@@ -63,6 +64,8 @@ class Site:
         for name in ("state", "blobs", "logs"):
             (directory / name).mkdir(mode=0o700)
         self.database = f"Driver=SQLite3;Database={directory}/users.sqlite"
+        self.odbc = {}
+        self.administration = {"administration": f"sqlite:{directory}/users.sqlite"}
 
     def start(self, name, command, **environment):
         log = self.directory / f"{name}.log"
@@ -81,9 +84,24 @@ class Site:
                 process.kill()
                 process.wait(10)
 
+    def start_postgresql(self):
+        command, directory = ROOT / "scripts/private-postgres", self.directory / "postgresql"
+        done = subprocess.run([command, "start", directory], capture_output=True, text=True, timeout=120, check=False)
+        if done.returncode != 0:
+            raise SystemExit(f"PostgreSQL does not start: {done.stdout}{done.stderr}")
+        self.database = (directory / "connection").read_text(encoding="utf-8")
+        given = dict(part.split("=", 1) for part in self.database.split(";"))
+        self.administration = {"administration": f"pgsql:host=127.0.0.1;port={given['Port']};dbname={given['Database']}",
+                               "administration_user": given["UID"], "administration_password": given["PWD"]}
+        self.odbc = {"ODBCSYSINI": str(directory)}
+
+    def stop_postgresql(self):
+        subprocess.run([ROOT / "scripts/private-postgres", "stop", self.directory / "postgresql"], timeout=60, check=False)
+
     def user_command(self, *arguments, text=""):
-        done = subprocess.run([f"{self.options.tools}/oxaqry/oxaqry", "user", *arguments, "--database", self.database],
-                              input=text, capture_output=True, text=True, timeout=60, check=False)
+        done = subprocess.run([f"{self.options.tools}/oxaqry/oxaqry", "user", *arguments], input=text,
+                              env={**os.environ, **self.odbc, "OXAQRY_DATABASE": self.database},
+                              capture_output=True, text=True, timeout=60, check=False)
         if done.returncode != 0:
             raise SystemExit(f"oxaqry user {arguments[0]}: {done.stderr}")
 
@@ -107,15 +125,14 @@ class Site:
         settings = {"title": "Harbour office archive", "hosts": f"127.0.0.1,{archive_port}", "user": "webuser",
                     "password": "secret", "timeout": 10, "database": self.database, "blob_local": self.directory / "blobs",
                     "log_dir": self.directory / "logs", "state_dir": self.directory / "state",
-                    "administration": f"sqlite:{self.directory}/users.sqlite",
-                    "layouts": "1=Standard, 2=By customer, 3=Titles alone",
+                    "layouts": "1=Standard, 2=By customer, 3=Titles alone", **self.administration,
                     **dict(setting.split("=", 1) for setting in self.options.setting)}
         file.write_text("".join(f'{name} = "{value}"\n' for name, value in settings.items()), encoding="utf-8")
         file.chmod(0o600)
         return file
 
     def environment(self, settings):
-        return {"PORTAL_SETTINGS": str(settings), "OXAQRYCLN_LIBRARY": str(self.options.library)}
+        return {"PORTAL_SETTINGS": str(settings), "OXAQRYCLN_LIBRARY": str(self.options.library), **self.odbc}
 
     def serve_with_php(self, port, settings):
         options = [part for name, value in PRELOAD.items() for part in ("-d", f"{name}={value}")]
@@ -196,6 +213,7 @@ def main():
     parser.add_argument("--port", type=int, default=0)
     parser.add_argument("--people", action="store_true", help="print for people, and serve until Ctrl-C")
     parser.add_argument("--nginx", action="store_true")
+    parser.add_argument("--postgresql", action="store_true")
     parser.add_argument("--devserver", action="append", default=[])
     parser.add_argument("--setting", action="append", default=[])
     options = parser.parse_args()
@@ -203,6 +221,8 @@ def main():
     with tempfile.TemporaryDirectory(prefix="portal-") as directory:
         site = Site(options, Path(directory))
         try:
+            if options.postgresql:
+                site.start_postgresql()
             site.make_users()
             archive_port = site.start_devserver()
             settings = site.write_settings(archive_port)
@@ -219,6 +239,8 @@ def main():
             pass
         finally:
             site.stop()
+            if options.postgresql:
+                site.stop_postgresql()
 
 
 if __name__ == "__main__":

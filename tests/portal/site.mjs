@@ -7,13 +7,13 @@ import { chromium } from 'playwright-core';
 
 const root = fileURLToPath(new URL('../..', import.meta.url));
 
-/** A portal with a development archive of its own; options are passed on to the archive server, but "--setting=NAME=VALUE". */
+/** A portal with a development archive of its own; takes options of scripts/portal_site.py. */
 export class Site {
   static async start(...options) {
     const site = new Site();
     const build = `${root}build/debug`;
     site.process = spawn('python3', [`${root}scripts/portal_site.py`, '--nginx', '--tools', `${build}/tools`, '--library',
-      `${build}/liboxaqrycln.so.1`, ...options.map((option) => (option.startsWith('--setting=') ? option : `--devserver=${option}`))],
+      `${build}/liboxaqrycln.so.1`, ...options],
     { stdio: ['pipe', 'pipe', 'inherit'] });
     let text = '';
     for await (const piece of site.process.stdout) {

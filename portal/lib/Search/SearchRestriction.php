@@ -15,6 +15,9 @@ use Portal\Web\Failure;
  */
 final class SearchRestriction
 {
+    /** the name of the field that is the title of a document */
+    private const TITLE = 'title';
+
     /** @param array<int|string, string> $names of the archive's fields by id */
     public function __construct(private readonly SearchRights $rights, private readonly array $names)
     {
@@ -64,9 +67,12 @@ final class SearchRestriction
         return $this->isHidden((string) $segment->fieldId) || $this->isHidden($segment->name);
     }
 
-    /** Whether the title does not say what a hidden field does. */
+    /** Whether the title is no hidden field, and does not say what one does. */
     public function showsTitle(Document $document): bool
     {
+        if ($this->isHidden(self::TITLE)) {
+            return false;
+        }
         $isTitle = static fn(Segment $segment): bool => trim($segment->text->text) === trim($document->title);
         return array_filter(array_filter($document->segments, $this->hides(...)), $isTitle) === [];
     }
@@ -74,10 +80,10 @@ final class SearchRestriction
     /** The document without hidden fields. A title that says what such a field does gives way to the document's ID. */
     public function shownOf(Document $document): Document
     {
-        $hidden = array_filter($document->segments, $this->hides(...));
-        if ($hidden === []) {
+        if (!$this->hidesFields()) {
             return $document;
         }
+        $hidden = array_filter($document->segments, $this->hides(...));
         $segments = array_values(array_diff_key($document->segments, $hidden));
         $isText = static fn(Segment $segment): bool => $segment->textLength > 0;
         return new Document(

@@ -72,6 +72,12 @@ final class StateFile
         }
     }
 
+    public function remove(): void
+    {
+        @unlink($this->path);
+        @unlink("$this->path.lock");
+    }
+
     /** @return resource the lock, which the file does not lose when it is removed meanwhile */
     private function lock(): mixed
     {
@@ -87,12 +93,6 @@ final class StateFile
             fclose($lock);  // another request has removed it
         }
         throw new DiskFull("the file \"$this->path.lock\" cannot be locked");
-    }
-
-    public function remove(): void
-    {
-        @unlink($this->path);
-        @unlink("$this->path.lock");
     }
 
     /** @return array<string, mixed> */

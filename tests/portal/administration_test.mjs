@@ -1,0 +1,294 @@
+// Users, their rights, and what the pages make of them.
+import { after, before, describe, test } from 'node:test';
+import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+import { readFileSync, readdirSync, utimesSync, writeFileSync } from 'node:fs';
+import { createServer } from 'node:net';
+import { once } from 'node:events';
+import { fileURLToPath } from 'node:url';
+import { request } from 'playwright-core';
+import { Browser, Site, logOn } from './site.mjs';
+
+const oxaqryProgram = fileURLToPath(new URL('../../build/debug/tools/oxaqry/oxaqry', import.meta.url));
+let site;
+let browser;
+before(async () => {
+  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
+});
+after(async () => {
+  await Promise.all([browser?.stop(), site?.stop()]);
+});
+
+const oxaqry = (...parameters) => execFileSync(oxaqryProgram, ['user', ...parameters], {
+  input: 'invented-pass1\n',
+  env: { ...process.env, OXAQRY_DATABASE: `Driver=SQLite3;Database=${site.directory}/users.sqlite` },
+});
+const sql = (statements) => JSON.parse(execFileSync('python3', ['-c', `import json, sqlite3, sys
+database = sqlite3.connect(sys.argv[1], timeout=10)
+rows = [row for each in sys.stdin.read().split(";\\n") for row in database.execute(each)]
+database.commit()
+print(json.dumps(rows))`, `${site.directory}/users.sqlite`], { input: statements, encoding: 'utf8' }));
+const idOf = (name) => sql(`SELECT UserID FROM Users WHERE UserName='${name}'`)[0][0];
+const addUser = (name, ...rights) => {
+  oxaqry('add', name, '--password-stdin');
+  site.users[name] = 'invented-pass1';
+  if (rights.length > 0) oxaqry('grant', name, ...rights);
+};
+const decoded = (html) => html.replace(/<[^>]*>/g, ' ').replace(/&quot;/g, '"').replace(/&amp;/g, '&').replace(/\s+/g, ' ');
+
+/** The requests of a user without a window. */
+class Client {
+  static async as(name, body) {
+    const context = await request.newContext({ baseURL: site.address, extraHTTPHeaders: { 'Accept-Language': 'en' } });
+    try {
+      const client = new Client(context);
+      assert.equal(await client.logOn(name, site.users[name]), 303, `${name} logs on`);
+      return await body(client);
+    } finally {
+      await context.dispose();
+    }
+  }
+
+  constructor(context) {
+    this.request = context;
+  }
+
+  async logOn(name, password) {
+    const token = (await (await this.get('/log-on')).text()).match(/name="token" value="([^"]*)"/)[1];
+    return (await this.request.post('/log-on', { form: { token, name, password }, maxRedirects: 0 })).status();
+  }
+
+  async get(target) {
+    return this.request.get(target, { maxRedirects: 0 });
+  }
+
+  async status(target) {
+    return (await this.get(target)).status();
+  }
+
+  async text(target) {
+    return decoded(await (await this.get(target)).text());
+  }
+
+  async hits(query) {
+    return JSON.parse(await (await this.get(`/download?as=json&${query}`)).text());
+  }
+
+  /** Sends the form of an account, with the token and stamp of the page as it is now, or those given. */
+  async change(id, action, form = {}, page = '/administration/account') {
+    const html = await (await this.get(`${page}?id=${id}`)).text();
+    const hidden = (name) => html.match(new RegExp(`name="${name}" value="([^"]*)"`))?.[1] ?? '';
+    const answer = await this.request.post(page, {
+      form: { token: hidden('token'), stamp: hidden('stamp'), id, action, ...form }, maxRedirects: 0,
+    });
+    return answer.status();
+  }
+}
+
+describe('why a user may do something', () => {
+  const places = [['Mail', 'Inbox'], ['Mail', 'Outbox'], ['Finance', 'Orders']];
+  // Each user: what oxaqry grants, SQL for what it refuses, the places that he sees, and whose entries say so.
+  const users = [
+    ['by-group', ['--group', 'Post'], '', 'Mail/Inbox Mail/Outbox', ['Post']],
+    ['narrowed', ['--group', 'Post', '--archive', 'Mail/Inbox'], '', 'Mail/Inbox', ['Post', 'own']],
+    ['by-name', ['--channel', 'Finance', '--archive', 'Orders'], '', 'Finance/Orders', ['own']],
+    ['nested', ['--group', 'Inner'], '', '', []],
+    ['wildcard', ['--channel', 'Mail', '--archive', 'Mail/*'], '', 'Mail/Inbox Mail/Outbox', ['own']],
+    ['other-case', ['--channel', 'MAIL', '--channel', 'Finance'], '', 'Finance/Orders', ['own']],
+    ['bad-channel', ['--channel', 'Finance'], "INSERT INTO UserChannels VALUES (?, 'Mail;x'), (?, 'Mail (old)')",
+      'Finance/Orders', ['own']],
+    ['bad-archive', ['--channel', 'Mail', '--channel', 'Finance'], "INSERT INTO UserArchives VALUES (?, '$(#Mail)\\In;box')",
+      'Finance/Orders', ['own']],
+    ['no-rights', [], '', '', []],
+    ['editor', ['--group', 'Post', '--group', 'Books', '--edit', 'Mail/Inbox=N'], '', 'Mail/Inbox Mail/Outbox Finance/Orders',
+      ['Post', 'Books', 'own']],
+    ['cancelled', ['--group', 'Books'], "INSERT INTO UserEditRights VALUES (?, '$(#Finance)\\Orders', 0, -1, 0)",
+      'Finance/Orders', ['Books', 'own']],
+  ];
+  const documents = {};
+
+  before(async () => {
+    for (const group of ['Post', 'Books', 'Inner', 'Outer']) oxaqry('add', group, '--group');
+    oxaqry('grant', 'Post', '--channel', 'Mail', '--right', '7');
+    oxaqry('grant', 'Books', '--channel', 'Finance', '--edit', 'Finance/Orders=NED');
+    oxaqry('grant', 'Outer', '--channel', 'Mail', '--right', '7');
+    for (const [name, rights, statement] of users) {
+      addUser(name, ...rights);
+      if (statement !== '') sql(statement.replaceAll('?', idOf(name)));
+    }
+    sql(`INSERT INTO UserGroups VALUES (${idOf('Inner')}, ${idOf('Outer')})`);
+    await Client.as('clerk', async (client) => {
+      for (const [channel, archive] of places) {
+        const [hit] = (await client.hits(`q=*&in=${channel}/${archive}`)).hits;
+        documents[`${channel}/${archive}`] = `channel=${channel}&archive=${archive}&id=${hit.document}`;
+      }
+    });
+  });
+
+  for (const [name, , , expected, sources] of users) {
+    test(`${name}: the answers are what his pages do`, () => Client.as('administrator', async (administrator) => {
+      const why = (kind, entry) => administrator.text(`/administration/why?id=${idOf(name)}&kind=${kind}&entry=${encodeURIComponent(entry)}`);
+      await Client.as(name, async (client) => {
+        const seen = new Set((await client.hits('q=*')).hits.map((hit) => `${hit.channel}/${hit.archive}`));
+        let answers = '';
+        for (const place of places.map((each) => each.join('/'))) {
+          const isSeen = expected.split(' ').includes(place);
+          const answer = await why('see', place);
+          answers += answer;
+          assert.equal(/Sees the archive/.test(answer), isSeen, `${place}: ${answer}`);
+          assert.equal(seen.has(place), isSeen, `${place} in a search of everything`);
+          assert.equal(await client.status(`/?in=${place}`), isSeen ? 200 : 404, place);
+          const edit = await why('edit', place);
+          answers += edit;
+          // Of these archives of the development server, only Finance/Orders allows documents to be deleted.
+          const allows = { create: true, edit: true, delete: place === 'Finance/Orders' };
+          for (const [right, target] of [['create', `/create?in=${place}`], ['edit', `/edit?${documents[place]}`], ['delete', `/document/delete?${documents[place]}`]]) {
+            const may = !new RegExp(`May not ${right}`).test(edit);
+            assert.equal(await client.status(target), isSeen ? (may && allows[right] ? 200 : 403) : 404, `${right} ${place}: ${edit}`);
+          }
+        }
+        const right = await why('general', '7');
+        assert.equal(/Has the right/.test(right), sql(`SELECT 1 FROM UserGroups WHERE UserID=${idOf(name)} AND GroupID=${idOf('Post')}`).length > 0, right);
+        const named = ['Post', 'Books', 'Outer'].filter((group) => answers.includes(`group ${group}`));
+        if (/own entry/.test(answers)) named.push('own');
+        assert.deepEqual(named.sort(), [...sources].sort(), answers);
+      });
+    }));
+  }
+
+  test('a right that no search can hold is named in the log and in the administration', () => Client.as('administrator', async (client) => {
+    assert.match(readFileSync(`${site.directory}/fpm-errors.log`, 'utf8'), /user \d+ has 2 rights that no search can be restricted to: .*"Mail;x"/);
+    assert.match(await client.text(`/administration/account?id=${idOf('bad-channel')}`), /Mail \(old\) gives nothing/);
+    assert.equal(await client.change(idOf('bad-channel'), 'give', { kind: 'channel', 'value-channel': 'Mail;y' }), 422);
+    assert.equal(await client.change(idOf('bad-channel'), 'give', { kind: 'archive', 'value-archive': '$(#Mail' }), 422);
+    assert.equal(await client.change(idOf('bad-channel'), 'take', { kind: 'channel', entry: 'Mail;x' }), 303);
+  }));
+});
+
+describe('search rights and document rights', () => {
+  const titles = (html) => [...html.matchAll(/<th scope="col"[^>]*>(?:<a [^>]*>)?([^<]*)/g)].map((match) => match[1]);
+  let all;
+
+  before(async () => {
+    sql(`INSERT INTO SearchRights VALUES (70);
+      INSERT INTO SearchRightArchives VALUES (70, 'Finance', '');
+      INSERT INTO SearchRightFields VALUES (70, 12, '', 1, 0);
+      INSERT INTO DocRights VALUES (71, 'Finance', 'Invoices');
+      INSERT INTO DocRightFields VALUES (71, 15, '<', '3000', 'NUM', 1)`);
+    addUser('unseeing', '--channel', 'Finance', '--edit', 'Finance/Orders=NED', '--search-right', '70');
+    addUser('small-sums', '--channel', 'Finance', '--doc-right', '71');
+    all = await Client.as('clerk', (client) => client.hits('q=*&in=Finance/Invoices&layout=2'));
+  });
+
+  test('a hidden field is no column, cannot be sorted by, and is in no page or file of a document', () => Client.as('unseeing', async (client) => {
+    const list = 'q=*&in=Finance/Invoices&layout=2';
+    assert.deepEqual(all.columns, ['Customer', 'Title', 'Date', 'Amount']);
+    assert.deepEqual((await client.hits(list)).columns, ['Title', 'Date', 'Amount']);
+    const csv = await (await client.get(`/download?as=csv&${list}`)).text();
+    assert.ok(!all.hits.some((hit) => csv.includes(hit.values[0])));
+    assert.deepEqual(titles(await (await client.get(`/hits?${list}`)).text()).filter((each) => each === 'Customer'), []);
+    for (const [sort, status] of [['Title', 200], ['2', 200], ['Customer', 422], ['1', 422]]) {
+      assert.equal(await client.status(`/hits?${list}&sort=${sort}`), status, sort);
+    }
+    const document = `channel=Finance&archive=Invoices&id=${all.hits[0].document}`;
+    for (const page of [`/document?${document}`, `/document?${document}&view=properties`, `/document?${document}&view=print`, `/preview?${document}`]) {
+      const text = await client.text(page);
+      assert.match(text, /Invoice for|Amount/, page);
+      assert.doesNotMatch(text, /customer/i, page);
+    }
+    await Client.as('clerk', async (clerk) => {
+      const index = (await (await clerk.get(`/document?${document}`)).text()).match(/segment=(\d+)[^>]*>Customer/)[1];
+      for (const [file, status] of [[`segment=${index}`, 404], ['print=all', 404], [`segment=${Number(index) + 1}`, 200]]) {
+        assert.equal(await clerk.status(`/file?${document}&${file}`), 200, file);
+        assert.equal(await client.status(`/file?${document}&${file}`), status, file);
+      }
+    });
+  }));
+
+  test('a document is edited without its hidden field, which stays as it is', () => browser.asUser(site, 'unseeing', async (page, context) => {
+    const properties = (id) => Client.as('clerk', (clerk) => clerk.text(`/document?channel=Finance&archive=Orders&id=${id}`));
+    const [hit] = (await new Client(context.request).hits('q=*&in=Finance/Orders')).hits;
+    const customer = (await properties(hit.document)).match(/Customer .*?Date/g).pop();
+    await page.goto(`/edit?channel=Finance&archive=Orders&id=${hit.document}`);
+    assert.doesNotMatch(await page.getByRole('main').innerText(), /customer/i);
+    await page.locator('input[name=title]').fill('Order with a new title');
+    await page.locator('main form button.chief').last().click();
+    await page.waitForURL(/\/document\?/);
+    assert.match(await properties(hit.document), /Order with a new title/);
+    assert.ok((await properties(hit.document)).includes(customer), customer);
+  }));
+
+  test('a hit whose document is withheld shows nothing of it, in lists, files and steps', () => Client.as('small-sums', async (client) => {
+    const list = 'q=*&in=Finance/Invoices&layout=2';
+    const isShown = (hit) => Number(hit.values[3].replace('.', '').replace(',', '.')) < 3000;
+    const withheld = all.hits.filter((hit) => !isShown(hit)).map((hit) => hit.document);
+    assert.ok(withheld.length > 3 && withheld.length < all.hits.length);
+    assert.deepEqual((await client.hits(list)).hits.map((hit) => hit.document), all.hits.filter(isShown).map((hit) => hit.document));
+    const html = await (await client.get(`/hits?${list}&size=1000`)).text();
+    assert.match(decoded(html), new RegExp(`${all.hits.length} hits.*${withheld.length} of those on this page may not be shown`));
+    assert.equal(html.split('Your rights do not include').length - 1, withheld.length);
+    assert.deepEqual(withheld.filter((id) => html.includes(`id=${id}`) || html.includes(`/${id}/`)), []);
+    // From each shown hit, one step on is the next shown one.
+    const shown = [...all.hits.entries()].filter(([, hit]) => isShown(hit));
+    const back = encodeURIComponent(`/hits?${list}`);
+    for (const [i, [at, hit]] of shown.slice(0, 4).entries()) {
+      const step = `/document/neighbour?channel=Finance&archive=Invoices&id=${hit.document}&back=${back}&at=${at + 1}&of=${all.hits.length}`;
+      assert.match((await client.get(step)).headers().location, new RegExp(`id=${shown[i + 1][1].document}&`));
+    }
+    const form = { token: html.match(/name="token" value="([^"]*)"/)[1], do: 'all' };
+    const selection = await client.request.post(`/selection?${list}&sel=01234567`, { form, maxRedirects: 0 });
+    assert.equal(selection.status(), 303);
+    const zip = await (await client.get(`/download?${list}&sel=01234567&as=zip&what=selection`)).text();
+    assert.match(zip, new RegExp(`Finance/Invoices, ${shown[0][1].document}/`));
+    assert.deepEqual(withheld.filter((id) => zip.includes(` ${id}/`)), []);
+  }));
+});
+
+describe('what is remembered', () => {
+  const files = (folder) => readdirSync(`${site.directory}/state/${folder}`).filter((name) => name.endsWith('.json'));
+
+  for (const [how, remove] of [
+    ['in the administration', (id) => Client.as('administrator', (client) => client.change(id, 'remove', { confirmed: 1 }, '/administration/remove'))],
+    ['with oxaqry', () => oxaqry('remove', 'leaver', '--yes')],
+  ]) {
+    test(`a user who gets the ID of one removed ${how} inherits nothing, and the old session ends`, async () => {
+      addUser('leaver', '--channel', 'Mail');
+      const id = idOf('leaver');
+      const before = files('users').length;
+      await Client.as('leaver', async (client) => {
+        assert.equal(await client.status('/hits?q=copper'), 200);
+        assert.match(await client.text('/'), /copper/);
+        await remove(id);
+        addUser('newcomer', '--channel', 'Mail');
+        assert.equal(idOf('newcomer'), id);
+        assert.equal(await client.status('/'), 303);
+        await Client.as('newcomer', async (other) => assert.doesNotMatch(await other.text('/'), /copper/));
+        if (how === 'in the administration') {
+          assert.equal(files('users').length, before + 1);  // that of the newcomer
+          oxaqry('remove', 'newcomer', '--yes');
+          addUser('leaver', '--channel', 'Mail');
+          assert.equal(await client.status('/'), 303);
+          await Client.as('leaver', async (other) => assert.doesNotMatch(await other.text('/'), /copper/));
+          oxaqry('remove', 'leaver', '--yes');
+        }
+      });
+    });
+  }
+
+  test('old counters of wrong passwords are removed, a limited number at each further one', () => Client.as('clerk', async (client) => {
+    const old = [...Array(150).keys()].map((number) => `${String(number).padStart(64, '0')}.json`);
+    assert.equal(await client.logOn('nobody', 'wrong'), 403);
+    for (const name of old) {
+      const file = `${site.directory}/state/log-on/${name}`;
+      writeFileSync(file, '{}');
+      utimesSync(file, 1e9, 1e9);
+    }
+    const left = () => files('log-on').filter((name) => old.includes(name)).length;
+    await client.logOn('nobody', 'wrong');
+    assert.ok(left() >= 50 && left() < 150, `${left()} are left`);
+    await client.logOn('nobody', 'wrong');
+    await client.logOn('nobody', 'wrong');
+    assert.equal(left(), 0);
+    assert.ok(files('log-on').length > 0);
+  }));
+});
