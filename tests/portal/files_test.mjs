@@ -244,7 +244,7 @@ describe('a file of a gibibyte', () => {
   const blocks = 1024;
   let large;
   before(async () => {
-    large = await Site.start(`--database=${directory}/archive.sqlite`, '--setting=timeout=120');
+    large = await Site.start(`--devserver=--database=${directory}/archive.sqlite`, '--setting=timeout=120');
   });
   after(() => large?.stop());
   const statusOf = (process) => fs.readFileSync(`/proc/${process}/status`, 'utf8');
