@@ -5,6 +5,7 @@ import { execFileSync } from 'node:child_process';
 import { readFileSync, readdirSync, utimesSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:net';
 import { once } from 'node:events';
+import { setTimeout } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
 import { request } from 'playwright-core';
 import { Browser, Site, logOn } from './site.mjs';
@@ -20,7 +21,7 @@ after(async () => {
 });
 
 const oxaqry = (...parameters) => execFileSync(oxaqryProgram, ['user', ...parameters], {
-  input: 'invented-pass1\n',
+  input: parameters[0] === 'add' && parameters.at(-1) !== '--group' ? 'invented-pass1\n' : '',
   env: { ...process.env, OXAQRY_DATABASE: `Driver=SQLite3;Database=${site.directory}/users.sqlite` },
 });
 const sql = (statements) => JSON.parse(execFileSync('python3', ['-c', `import json, sqlite3, sys
@@ -256,19 +257,19 @@ describe('what is remembered', () => {
       const id = idOf('leaver');
       const before = files('users').length;
       await Client.as('leaver', async (client) => {
-        assert.equal(await client.status('/hits?q=copper'), 200);
-        assert.match(await client.text('/'), /copper/);
+        assert.equal(await client.status('/hits?q=Zahlung'), 200);
+        assert.match(await client.text('/'), /Zahlung/);
         await remove(id);
         addUser('newcomer', '--channel', 'Mail');
         assert.equal(idOf('newcomer'), id);
         assert.equal(await client.status('/'), 303);
-        await Client.as('newcomer', async (other) => assert.doesNotMatch(await other.text('/'), /copper/));
+        await Client.as('newcomer', async (other) => assert.doesNotMatch(await other.text('/'), /Zahlung/));
         if (how === 'in the administration') {
           assert.equal(files('users').length, before + 1);  // that of the newcomer
           oxaqry('remove', 'newcomer', '--yes');
           addUser('leaver', '--channel', 'Mail');
           assert.equal(await client.status('/'), 303);
-          await Client.as('leaver', async (other) => assert.doesNotMatch(await other.text('/'), /copper/));
+          await Client.as('leaver', async (other) => assert.doesNotMatch(await other.text('/'), /Zahlung/));
           oxaqry('remove', 'leaver', '--yes');
         }
       });
@@ -290,5 +291,156 @@ describe('what is remembered', () => {
     await client.logOn('nobody', 'wrong');
     assert.equal(left(), 0);
     assert.ok(files('log-on').length > 0);
+  }));
+});
+
+describe('changes', () => {
+  let subject;
+  let crew;
+  before(() => {
+    oxaqry('add', 'Crew', '--group');
+    addUser('subject');
+    [subject, crew] = [idOf('subject'), idOf('Crew')];
+    sql(`INSERT INTO DocRights VALUES (81, '', '');
+      INSERT INTO SearchRights VALUES (82)`);
+  });
+
+  const table = [
+    // action, form, status, condition of a row that is there afterwards
+    ['give', { kind: 'general', 'value-general': '12' }, 303, 'UserRights WHERE UserID=? AND RightID=12'],
+    ['give', { kind: 'channel', 'value-channel': 'Büro' }, 303, "UserChannels WHERE UserID=? AND Channel='Büro'"],
+    ['give', { kind: 'archive', 'value-archive': 'Mail/Fax' }, 303, "UserArchives WHERE UserID=? AND Archive='$(#Mail)\\Fax'"],
+    ['give', { kind: 'document', 'value-document': '81' }, 303, 'UserDocRights WHERE UserID=? AND DocRightID=81'],
+    ['give', { kind: 'search', 'value-search': '82' }, 303, 'UserSearchRights WHERE UserID=? AND SearchRightID=82'],
+    ['edit-right', { archive: 'Mail/Fax', new: 1, edit: -1, delete: 0 }, 303, 'UserEditRights WHERE UserID=? AND New=1 AND Edit=-1'],
+    ['give', { kind: 'document', 'value-document': '99' }, 422, 'Users WHERE UserID=? AND NOT EXISTS (SELECT 1 FROM UserDocRights WHERE DocRightID=99)'],
+    ['give', { kind: 'channel', 'value-channel': "O'Mail" }, 422, ''],
+    ['give', { kind: 'other', 'value-other': '1' }, 400, ''],
+    ['edit-right', { archive: 'Mail/Fax', new: 1, edit: 0, delete: 0, was: '1,1,0' }, 409, 'UserEditRights WHERE UserID=? AND Edit=-1'],
+    ['edit-right', { archive: 'Mail/Fax', new: 1, edit: 0, delete: 0 }, 409, 'UserEditRights WHERE UserID=? AND Edit=-1'],
+    ['edit-right', { archive: '$(#Mail)\\Fax', new: 0, edit: 0, delete: 2, was: '1,-1,0' }, 303, 'UserEditRights WHERE UserID=? AND Del=2'],
+    ['take', { kind: 'general', entry: '12' }, 303, 'Users WHERE UserID=? AND NOT EXISTS (SELECT 1 FROM UserRights WHERE RightID=12)'],
+    ['take', { kind: 'channel', entry: 'Büro' }, 303, 'Users WHERE UserID=? AND UserID NOT IN (SELECT UserID FROM UserChannels)'],
+    ['must-change', { 'must-change': 1 }, 303, 'Users WHERE UserID=? AND ChangePasswd=1'],
+    ['archive-account', { 'archive-user': 'WEB' }, 422, 'Users WHERE UserID=? AND TELOUser IS NULL'],
+    ['archive-account', { 'archive-user': 'WEB', 'archive-password': 'x1' }, 303, "Users WHERE UserID=? AND TELOUser='WEB' AND TELOPasswd<>'x1'"],
+    ['archive-account', { 'archive-user': '' }, 303, 'Users WHERE UserID=? AND TELOUser IS NULL AND TELOPasswd IS NULL'],
+    ['rename', { name: 'clerk' }, 409, "Users WHERE UserID=? AND UserName='subject'"],
+    ['rename', { name: 'renamed' }, 303, "Users WHERE UserID=? AND UserName='renamed'"],
+    ['rename', { name: 'subject', stamp: 'of before' }, 409, "Users WHERE UserID=? AND UserName='renamed'"],
+    ['password', { password: 'short', again: 'short' }, 422, ''],
+    ['password', { password: 'long enough', again: 'other' }, 422, ''],
+  ];
+
+  test('every kind of right and every other change is made, or refused with its reason', () => Client.as('administrator', async (client) => {
+    for (const [action, form, status, row] of table) {
+      const what = `${action} ${JSON.stringify(form)}`;
+      assert.equal(await client.change(subject, action, form), status, what);
+      if (row !== '') assert.equal(sql(`SELECT 1 FROM ${row.replace('?', subject)}`).length, 1, what);
+    }
+    assert.equal(await client.change(subject, 'join', { group: crew }), 303);
+    assert.equal(await client.change(crew, 'join', { group: crew }), 422);
+    assert.equal(await client.change(subject, 'leave', { group: crew }), 303);
+    assert.equal(sql(`SELECT 1 FROM UserGroups WHERE GroupID=${crew}`).length, 0);
+  }));
+
+  test('a new password must be changed at the log-on, and who is disabled is logged off', () => Client.as('administrator', async (client) => {
+    const name = sql(`SELECT UserName FROM Users WHERE UserID=${subject}`)[0][0];
+    site.users[name] = 'given-pass2';
+    assert.equal(await client.change(subject, 'password', { password: 'given-pass2', again: 'given-pass2', 'must-change': 1 }), 303);
+    await Client.as(name, async (user) => {
+      assert.equal((await user.get('/')).headers().location, '/password');
+      assert.equal(await client.change(subject, 'must-change'), 303);
+      assert.equal(await user.status('/'), 200);
+      assert.equal(await client.change(subject, 'disable'), 303);
+      assert.match((await user.get('/')).headers().location, /^\/log-on/);
+      assert.equal(await user.logOn(name, 'given-pass2'), 403);
+    });
+  }));
+
+  test('an administrator cannot take away what makes him one, and nobody else changes anything', () => Client.as('administrator', async (client) => {
+    const administrator = idOf('administrator');
+    assert.equal(await client.change(administrator, 'take', { kind: 'general', entry: '1' }), 409);
+    assert.equal(await client.change(administrator, 'disable'), 409);
+    assert.equal(await client.change(administrator, 'remove', { confirmed: 1 }, '/administration/remove'), 409);
+    assert.equal(await client.change(subject, 'rename', { name: 'untokened', token: '' }), 403);
+    await Client.as('clerk', async (clerk) => {
+      assert.equal(await clerk.change(idOf('clerk'), 'give', { kind: 'general', 'value-general': '1' }), 403);
+    });
+    assert.equal(await client.status('/administration'), 200);
+    assert.equal(sql("SELECT 1 FROM Users WHERE UserName='untokened'").length, 0);
+  }));
+});
+
+describe('servers and logs', () => {
+  test('a server that is down is shown with its error and time beside one that answers', () => Client.as('administrator', async (client) => {
+    const server = createServer().listen(0, '127.0.0.1');
+    await once(server, 'listening');
+    const { port } = server.address();
+    server.close();
+    const file = `${site.directory}/portal.ini`;
+    writeFileSync(file, readFileSync(file, 'utf8').replace(/hosts = "(.*)"/, `hosts = "127.0.0.1,${port}|$1"`));
+    // A process keeps the list of servers that it began with.
+    process.kill(site.processes[1], 'SIGUSR2');
+    const begun = () => readFileSync(`${site.directory}/fpm-errors.log`, 'utf8').split('ready to handle connections').length > 2;
+    for (let i = 0; i < 200 && !begun(); ++i) await setTimeout(50);
+    const text = await client.text('/administration/servers');
+    assert.match(text, /1 of 2 servers answer/);
+    assert.match(text, new RegExp(`127\\.0\\.0\\.1:${port} does not answer \\S.*? \\d+ .*127\\.0\\.0\\.1:${site.archive_port} answers`));
+  }));
+
+  test('the log of a session shows its lines, and no password, connection string or directory', () => Client.as('administrator', async (client) => {
+    assert.equal(await client.status('/hits?q=harbour'), 200);
+    const own = (await client.text('/administration/logs')).match(/(portal-[0-9a-f]{16}\.log) \(this session\)/)[1];
+    assert.match(await client.text(`/administration/log?name=${own}`), /harbour/);
+    writeFileSync(`${site.directory}/logs/page-7.log`, [
+      '01.02.2026 10:11:12     Initializing new /srv/lib/liboxaqrycln.so.1',
+      '01.02.2026 10:11:12     Opening database connection: Driver=x;UID=web;PWD=b\xe4d-word',
+      `01.02.2026 10:11:13 ### <ERROR> Cannot open ${site.directory}/blobs/file7.tif`, ''].join('\r\n'), 'latin1');
+    const text = await client.text('/administration/log?name=page-7.log');
+    assert.match(text, /Initializing new liboxaqrycln.*error Cannot open .*file7\.tif/i);
+    assert.deepEqual(['/srv/lib', 'UID=', 'd-word', site.directory].filter((secret) => text.includes(secret)), []);
+    assert.doesNotMatch(await client.text('/administration/log?name=page-7.log&kind=error'), /Initializing/);
+    for (const name of ['../portal.ini', 'none.log', '../logs/page-7.log']) {
+      assert.equal(await client.status(`/administration/log?name=${encodeURIComponent(name)}`), 404, name);
+    }
+  }));
+});
+
+describe('users in PostgreSQL', () => {
+  let sqliteSite;
+  before(async () => {
+    sqliteSite = site;
+    site = await Site.startWith(['--postgresql']);
+  });
+  after(async () => {
+    await site.stop();
+    site = sqliteSite;
+  });
+
+  test('an administrator adds a user, gives him a channel and takes it away', () => Client.as('administrator', async (client) => {
+    const html = await (await client.get('/administration/add')).text();
+    const form = { token: html.match(/name="token" value="([^"]*)"/)[1], name: 'Jörg', password: 'invented-pass1', again: 'invented-pass1' };
+    const added = await client.request.post('/administration/add', { form, maxRedirects: 0 });
+    const id = added.headers().location.match(/id=(\d+)/)[1];
+    site.users['Jörg'] = 'invented-pass1';
+    assert.equal((await client.request.post('/administration/add', { form, maxRedirects: 0 })).status(), 409);
+    assert.equal(await client.change(id, 'give', { kind: 'channel', 'value-channel': 'Büro' }), 303);
+    assert.equal(await client.change(id, 'edit-right', { archive: 'Büro/Protokolle', new: 1, edit: 1, delete: 0 }), 303);
+    assert.match(await client.text(`/administration/why?id=${id}&kind=edit&entry=${encodeURIComponent('Büro/Protokolle')}`), /May create documents.*own entry/);
+    assert.match(await client.text('/administration?q=j%C3%B6r'), /Jörg/);
+    await Client.as('Jörg', async (user) => {
+      const { hits } = await user.hits('q=*');
+      assert.deepEqual([...new Set(hits.map((hit) => hit.channel))], ['Büro']);
+      assert.equal(await user.status('/create?in=B%C3%BCro/Protokolle'), 200);
+      assert.equal(await client.change(id, 'take', { kind: 'channel', entry: 'Büro' }), 303);
+      assert.deepEqual((await user.hits('q=*')).hits, []);
+      const [, stamp] = (await (await client.get(`/administration/account?id=${id}`)).text()).match(/name="stamp" value="([^"]*)"/);
+      const both = ['rename', 'rename'].map((action, i) => client.change(id, action, { name: `Renamed ${i}`, stamp }));
+      assert.deepEqual((await Promise.all(both)).sort(), [303, 409]);
+      assert.equal(await user.status('/'), 303);
+      assert.equal(await client.change(id, 'remove', { confirmed: 1 }, '/administration/remove'), 303);
+      assert.equal(await client.status(`/administration/account?id=${id}`), 404);
+    });
   }));
 });

@@ -17,7 +17,7 @@ const directory = fs.mkdtempSync(`${os.tmpdir()}/portal-files-`);
 let site;
 let browser;
 before(async () => {
-  [site, browser] = await Promise.all([Site.start('--log', '--setting=kept_megabytes=1'), Browser.start()]);
+  [site, browser] = await Promise.all([Site.start('--devserver=--log', '--setting=kept_megabytes=1'), Browser.start()]);
 });
 after(async () => {
   await Promise.all([browser?.stop(), site?.stop()]);
