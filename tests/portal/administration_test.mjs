@@ -411,7 +411,7 @@ describe('users in PostgreSQL', () => {
   let sqliteSite;
   before(async () => {
     sqliteSite = site;
-    site = await Site.startWith(['--postgresql']);
+    site = await Site.start('--postgresql');
   });
   after(async () => {
     await site.stop();
