@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the archive portal with a development archive server and invented users, all on the loopback address.
 
-usage: scripts/portal_site.py --tools DIRECTORY --library FILE [--port N] [--nginx] [--people] [--postgresql]
+usage: scripts/portal_site.py --tools DIRECTORY --library FILE [--port N] [--nginx [--workers N]] [--people] [--postgresql]
                               [--devserver OPTION ...] [--setting NAME=VALUE ...]
 
 Prints one JSON object: the address, the users and their passwords, the ports and directories. Serves until its standard input
@@ -24,7 +24,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 PORTAL = ROOT / "portal"
-PRELOAD = {"ffi.enable": "preload", "opcache.enable": "1", "opcache.preload": ROOT / "bindings/php/preload.php",
+PRELOAD = {"ffi.enable": "preload", "opcache.enable": "1", "opcache.preload": PORTAL / "preload.php",
            "opcache.preload_user": pwd.getpwuid(os.geteuid()).pw_name, "opcache.jit": "tracing",
            "opcache.jit_buffer_size": "16M"}
 CHANNELS = ("Mail", "Finance", "Technik", "Büro")
@@ -142,7 +142,7 @@ class Site:
     def serve_with_nginx(self, port, settings):
         directory, fpm = self.directory, shutil.which("php-fpm") or sorted(Path("/usr/sbin").glob("php-fpm*"))[-1]
         lines = ["[global]", f"error_log={directory}/fpm-errors.log", "daemonize=no", "[portal]", f"listen={directory}/fpm.sock",
-                 "pm=static", "pm.max_children=4", "catch_workers_output=yes",
+                 "pm=static", f"pm.max_children={self.options.workers}", "catch_workers_output=yes",
                  *(f"env[{name}]={value}" for name, value in self.environment(settings).items())]
         if os.geteuid() == 0:
             lines += ["user=root", "group=root"]
@@ -211,6 +211,7 @@ def main():
     parser.add_argument("--port", type=int, default=0)
     parser.add_argument("--people", action="store_true", help="print for people, and serve until Ctrl-C")
     parser.add_argument("--nginx", action="store_true")
+    parser.add_argument("--workers", type=int, default=4, help="of php-fpm")
     parser.add_argument("--postgresql", action="store_true")
     parser.add_argument("--devserver", action="append", default=[])
     parser.add_argument("--setting", action="append", default=[])

@@ -4,6 +4,6 @@
 
 declare(strict_types=1);
 
-require __DIR__ . '/../bootstrap.php';
+require \dirname(__DIR__) . '/bootstrap.php';
 
 Portal\Web\Portal::answer();

@@ -2,6 +2,7 @@
 $last = $first + count($hits);
 $here = $h::plainUrl('/hits', $search->with());
 $columns = $view->shown();
+$list = $h->query(['q' => $search->query, 'back' => $here, 'of' => $count]);
 ?>
 <?= $h($templates->render('query-line', ['search' => $search])) ?>
 <h1><?= $h->text('hits-for', $search->query) ?></h1>
@@ -61,7 +62,7 @@ $columns = $view->shown();
 <?php if ($hit === null) { ?>
 <tr id="hit-<?= $h($number) ?>"><td colspan="<?= $h(count($columns) + 2) ?>"><?= $h->text('withheld') ?></td></tr>
 <?php continue; } ?>
-<?php $link = ['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version, 'q' => $search->query, 'back' => $here, 'at' => $number, 'of' => $count]; ?>
+<?php $link = $h->query(['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version, 'at' => $number]); ?>
 <?php $place = "$hit->channel/$hit->archive"; ?>
 <?php $title = $columns[0]->number === null ? $place : $hit->values[$columns[0]->number] ?? ''; ?>
 <?php $title = $title === '' ? $hit->id : $title; ?>
@@ -70,9 +71,9 @@ $columns = $view->shown();
 <tr id="hit-<?= $h($number) ?>">
 <td class="tick"><label><input type="checkbox" name="hit" value="<?= $h($key) ?>"<?= $h->flag($isSelected, 'checked') ?> aria-label="<?= $h->text('select-hit', $title) ?>"></label><?php if ($isSelected) { ?><input type="hidden" name="was" value="<?= $h($key) ?>"><?php } ?></td>
 <?php foreach ($columns as $order => $column) { ?>
-<td<?php if ($column->isFigure) { ?> class="figure"<?php } ?>><?php if ($order === 0) { ?><a class="hit" href="<?= $h->url('/document', $link) ?>"><?= $h($title) ?></a><?php } else { ?><?= $h($column->number === null ? $place : $hit->values[$column->number] ?? '') ?><?php } ?></td>
+<td<?php if ($column->isFigure) { ?> class="figure"<?php } ?>><?php if ($order === 0) { ?><a class="hit" href="/document?<?= $h($link) ?>&amp;<?= $h($list) ?>"><?= $h($title) ?></a><?php } else { ?><?= $h($column->number === null ? $place : $hit->values[$column->number] ?? '') ?><?php } ?></td>
 <?php } ?>
-<td><a class="look" href="<?= $h->url('/preview', $link) ?>" aria-label="<?= $h->text('preview-of', $title) ?>"><?= $h->text('preview') ?></a></td>
+<td><a class="look" href="/preview?<?= $h($link) ?>&amp;<?= $h($list) ?>" aria-label="<?= $h->text('preview-of', $title) ?>"><?= $h->text('preview') ?></a></td>
 </tr>
 <?php } ?>
 </tbody>

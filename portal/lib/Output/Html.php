@@ -9,6 +9,9 @@ use Oxaqrycln\MarkedText;
 /** What templates print with: everything is escaped here. Called like a function it takes a text or a SafeHtml. */
 final class Html
 {
+    /** @var array<string, string> escaped texts of the locale, by key */
+    private array $texts = [];
+
     public function __construct(public readonly Locale $locale)
     {
     }
@@ -32,11 +35,15 @@ final class Html
     /** A text of the interface in the user's language; {0}, {1}, ... are replaced. */
     public function text(string $key, string|int|SafeHtml ...$values): string
     {
+        $text = $this->texts[$key] ??= self::escape($this->locale->text($key));
+        if ($values === []) {
+            return $text;
+        }
         $places = [];
         foreach ($values as $number => $value) {
             $places["{{$number}}"] = $this($value);
         }
-        return strtr(self::escape($this->locale->text($key)), $places);
+        return strtr($text, $places);
     }
 
     /**
@@ -56,9 +63,18 @@ final class Html
      */
     public static function plainUrl(string $path, array $query = [], string $fragment = ''): string
     {
-        $given = array_filter($query, static fn(string|int $value): bool => $value !== '');
-        $url = $path . ($given === [] ? '' : '?' . http_build_query($given, '', '&', PHP_QUERY_RFC3986));
-        return $url . ($fragment === '' ? '' : '#' . rawurlencode($fragment));
+        $text = self::plainQuery($query);
+        return $path . ($text === '' ? '' : "?$text") . ($fragment === '' ? '' : '#' . rawurlencode($fragment));
+    }
+
+    /**
+     * The query of such a URL, without its "?": for several links that have a part of it in common.
+     *
+     * @param array<string, string|int> $query
+     */
+    public function query(array $query): SafeHtml
+    {
+        return SafeHtml::of(self::escape(self::plainQuery($query)));
     }
 
     /** A value for an attribute that a script reads. */
@@ -141,8 +157,22 @@ final class Html
         return preg_replace('/[\x00-\x08\x0B\x0C\x0E-\x1F\x7F]|\xC2[\x80-\x9F]/', "\u{FFFD}", $text) ?? '';
     }
 
+    /** @param array<string, string|int> $query */
+    private static function plainQuery(array $query): string
+    {
+        foreach ($query as $name => $value) {
+            if ($value === '') {
+                unset($query[$name]);
+            }
+        }
+        return http_build_query($query, '', '&', PHP_QUERY_RFC3986);
+    }
+
     private static function escape(string $text): string
     {
+        if (preg_match('~^[A-Za-z0-9_ .,:/+*()-]*+$~D', $text) === 1) {
+            return $text;  // as most texts are
+        }
         return htmlspecialchars(self::visible($text), ENT_QUOTES | ENT_SUBSTITUTE | ENT_HTML5, 'UTF-8');
     }
 }

@@ -31,7 +31,7 @@ final class Locale
         arsort($wanted);
         foreach ([$chosen, ...array_keys($wanted), 'en'] as $language) {
             if (\in_array($language, self::LANGUAGES, true)) {
-                return new self($language, require __DIR__ . "/../../locale/$language.php");
+                return new self($language, require \dirname(__DIR__, 2) . "/locale/$language.php");
             }
         }
         throw new \LogicException('there is always English');

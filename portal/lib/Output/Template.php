@@ -26,6 +26,6 @@ final class Template
             } finally {
                 ob_end_clean();
             }
-        })(__DIR__ . "/../../templates/$template.php", $this->h, $this, $values));
+        })(\dirname(__DIR__, 2) . "/templates/$template.php", $this->h, $this, $values));
     }
 }

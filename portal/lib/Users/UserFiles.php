@@ -14,6 +14,7 @@ use Portal\Web\StateFile;
 final class UserFiles
 {
     private readonly string $owner;
+    private ?StateFile $state = null;
 
     public function __construct(private readonly Settings $settings, int $id, string $name)
     {
@@ -22,7 +23,7 @@ final class UserFiles
 
     public function state(): StateFile
     {
-        return new StateFile($this->settings, 'users', $this->owner);
+        return $this->state ??= new StateFile($this->settings, 'users', $this->owner);
     }
 
     /** The hits of one of his selections. */

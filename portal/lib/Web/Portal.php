@@ -23,7 +23,7 @@ final class Portal
         $request = Request::ofBrowser();
         try {
             $settings = Settings::read((string) ($_SERVER['PORTAL_SETTINGS'] ?? getenv('PORTAL_SETTINGS')));
-            $portal = new self(require __DIR__ . '/../../routes.php', new Visit($settings, $request));
+            $portal = new self(require \dirname(__DIR__, 2) . '/routes.php', new Visit($settings, $request));
             $response = $portal->respond($request);
         } catch (\Throwable $error) {
             error_log("portal: $error");

@@ -10,6 +10,8 @@ final class StateFile
     private const LOCK_TRIES = 10;
 
     private readonly string $path;
+    /** @var array<string, mixed>|null as this object has read or written it last */
+    private ?array $content = null;
 
     /** @param string $key any text; the file's name is made from it */
     public function __construct(Settings $settings, string $folder, string $key)
@@ -43,10 +45,10 @@ final class StateFile
         }
     }
 
-    /** @return array<string, mixed> empty without a file */
+    /** @return array<string, mixed> empty without a file; read once, whatever other requests write meanwhile */
     public function read(): array
     {
-        return self::decoded((string) @file_get_contents($this->path));
+        return $this->content ??= $this->readAgain();
     }
 
     /**
@@ -59,14 +61,14 @@ final class StateFile
     {
         $lock = $this->lock();
         try {
-            $content = $change($this->read());
+            $content = $change($this->readAgain());
             $new = "$this->path." . bin2hex(random_bytes(8));
             $text = json_encode($content, JSON_THROW_ON_ERROR | JSON_UNESCAPED_UNICODE);
             if (@file_put_contents($new, $text) !== \strlen($text) || !rename($new, $this->path)) {
                 @unlink($new);
                 throw new DiskFull("the file \"$this->path\" cannot be written");
             }
-            return $content;
+            return $this->content = $content;
         } finally {
             fclose($lock);
         }
@@ -74,6 +76,7 @@ final class StateFile
 
     public function remove(): void
     {
+        $this->content = null;
         @unlink($this->path);
         @unlink("$this->path.lock");
     }
@@ -96,9 +99,10 @@ final class StateFile
     }
 
     /** @return array<string, mixed> */
-    private static function decoded(string $text): array
+    private function readAgain(): array
     {
-        $content = json_decode($text, true);
+        // Most files that are asked for do not exist.
+        $content = is_file($this->path) ? json_decode((string) @file_get_contents($this->path), true) : [];
         return \is_array($content) ? $content : [];
     }
 }

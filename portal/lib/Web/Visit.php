@@ -28,6 +28,8 @@ final class Visit
     /** @var list<string>|null "channel/archive" of all archives that the user may see */
     private ?array $places = null;
     private ?User $user = null;
+    /** @var array<string, UserFiles> by ID and name */
+    private array $files = [];
 
     public function __construct(public readonly Settings $settings, public readonly Request $request)
     {
@@ -97,7 +99,8 @@ final class Visit
     /** The user who is logged on has no need of a name here. */
     public function files(int $user, string $name = ''): UserFiles
     {
-        return new UserFiles($this->settings, $user, $name === '' ? (string) $this->session->get('name') : $name);
+        $name = $name === '' ? (string) $this->session->get('name') : $name;
+        return $this->files["$user $name"] ??= new UserFiles($this->settings, $user, $name);
     }
 
     /** Whether single keys do something for the user. */
