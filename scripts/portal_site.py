@@ -175,6 +175,7 @@ http {{
     listen 127.0.0.1:{port};
     root {public};
     client_max_body_size 64m;
+    fastcgi_read_timeout 300s;
     location ~ ^/[a-z-]+\\.(css|js|svg)$ {{
       add_header X-Content-Type-Options nosniff always;
       add_header Content-Security-Policy "default-src 'none'; frame-ancestors 'none'" always;

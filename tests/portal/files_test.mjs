@@ -82,6 +82,13 @@ describe('stored files', () => {
     assert.equal(kept().length, 1);
     assert.ok(large.equals(await (await request.get(big)).body()));
     assert.equal(kept().length, 1, 'a file over the limit is not kept, and leaves the others');
+    const file = `${site.directory}/state/files/${kept()[0]}`;
+    fs.writeFileSync(`${site.directory}/state/files/new-left`, 'of a process that was ended');
+    for (const old of [file, `${site.directory}/state/files/new-left`]) fs.utimesSync(old, Date.now() / 1000 - 320, Date.now() / 1000 - 320);
+    const first = fetches();
+    await request.get(small[1], part);
+    assert.equal(fetches() - first, 1);
+    assert.equal(kept().length, 1);
     const user = (...words) => execFileSync(oxaqry, ['user', ...words, '--database', `Driver=SQLite3;Database=${site.directory}/users.sqlite`]);
     const before = fetches();
     await browser.asUser(site, 'reader', async (other, context) => {
@@ -175,6 +182,12 @@ describe('page images', () => {
       if (start) assert.deepEqual([...png.rows.subarray(1, 1 + (size[2] === 1 ? 8 : start.length))].filter((byte, at, all) => size[2] > 1 || byte !== all[at - 1]), start, name);
     }
   }));
+
+  test('need Imagick, and a failure says so', () => {
+    const code = `require '${root}portal/bootstrap.php';
+      try { Portal\\Files\\PageImage::png(tmpfile(), 1); } catch (Portal\\Web\\Failure $failure) { echo "$failure->kind $failure->detail"; }`;
+    assert.equal(execFileSync('php', ['-n', '-r', code], { encoding: 'utf8' }), 'not-installed php-imagick');
+  });
 
   test('are joined without the files that are damaged or no images', () => {
     const [fax, photo] = [bilevel(64, 40), colour(32, 24, [200, 30, 40])];

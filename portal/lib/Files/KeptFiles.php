@@ -63,7 +63,7 @@ final class KeptFiles
         $start = "$this->directory/" . hash('sha256', $key);
         $entry = "$this->directory/new-" . bin2hex(random_bytes(16));
         $text = json_encode(['tag' => $file->tag, 'name' => $name], JSON_THROW_ON_ERROR);
-        if (@file_put_contents($entry, $text) === \strlen($text) && @rename(self::path($stream), "$start-$file->tag")) {
+        if (@file_put_contents($entry, $text) === \strlen($text) && @rename(TemporaryFile::path($stream), "$start-$file->tag")) {
             @rename($entry, "$start.json");
         }
         @unlink($entry);
@@ -76,7 +76,7 @@ final class KeptFiles
      */
     public function finish(mixed $stream): void
     {
-        @unlink(self::path($stream));
+        @unlink(TemporaryFile::path($stream));
     }
 
     /** Removes what was kept long enough, and what a process has left behind that was ended in the middle. */
@@ -123,11 +123,5 @@ final class KeptFiles
     private static function isNew(string $path): bool
     {
         return str_starts_with(basename($path), 'new-');
-    }
-
-    /** @param resource $stream */
-    private static function path(mixed $stream): string
-    {
-        return stream_get_meta_data($stream)['uri'];
     }
 }

@@ -40,7 +40,7 @@ final class PageImage
      * Raises Failure without the extension or the program, for a file that is no TIFF file or damaged, and for a page that
      * it does not have.
      *
-     * @param resource $file of tmpfile()
+     * @param resource $file a temporary file
      * @param int $page counted from 1
      * @return resource a temporary file
      */
@@ -48,7 +48,7 @@ final class PageImage
     {
         \extension_loaded('imagick') || throw Failure::notInstalled('php-imagick');
         TiffCopy::require();
-        $copy = TiffCopy::emptyFile();
+        $copy = TemporaryFile::open();
         if (!TiffCopy::run($file, $copy, self::MOST_BYTES, $page, '-c', 'none')) {
             throw $page > 1 && TiffCopy::run($file, $copy, self::MOST_BYTES, 1, '-c', 'none')
                 ? Failure::noFile()
@@ -59,7 +59,7 @@ final class PageImage
             \Imagick::setResourceLimit($resource, $limit);
         }
         try {
-            return self::encoded(self::read(TiffCopy::path($copy)));
+            return self::encoded(self::read(TemporaryFile::path($copy)));
         } catch (\ImagickException $error) {
             error_log('portal: ' . $error->getMessage());
             throw new Failure('no-image', 415);
@@ -99,7 +99,7 @@ final class PageImage
         foreach ((self::FORMS[$image->getImageType()] ?? self::COLOUR) + self::COMPRESSION as $option => $value) {
             $image->setOption($option, $value);
         }
-        $png = TiffCopy::emptyFile();
+        $png = TemporaryFile::open();
         $image->writeImageFile($png, 'png');
         return $png;
     }

@@ -46,10 +46,7 @@ final class StoredFile
      */
     public static function fetch(Archive $archive, DocumentName $name, Content $content, mixed $into = null): ?self
     {
-        $stream = $into ?? tmpfile();
-        if ($stream === false) {
-            throw new DiskFull('no temporary file can be made');
-        }
+        $stream = $into ?? TemporaryFile::open();
         try {
             $path = $archive->fetch($name, $content, $stream);
         } catch (Error $error) {

@@ -4,7 +4,6 @@ declare(strict_types=1);
 
 namespace Portal\Files;
 
-use Portal\Web\DiskFull;
 use Portal\Web\Failure;
 
 /**
@@ -25,15 +24,8 @@ final class TiffCopy
         }
     }
 
-    /** @return resource */
-    public static function emptyFile(): mixed
-    {
-        $file = tmpfile();
-        return $file !== false ? $file : throw new DiskFull('no temporary file can be made');
-    }
-
     /**
-     * @param resource $from of tmpfile(), as the others
+     * @param resource $from a temporary file, as the others
      * @param resource $to
      * @param int $largest bytes of $to
      * @param ?int $page the only one to copy, counted from 1
@@ -49,20 +41,14 @@ final class TiffCopy
         $limits = ['--cpu=' . self::SECONDS, '--as=' . self::MEMORY, "--fsize=$largest", '--core=0'];
         $nothing = ['file', '/dev/null', 'r+'];
         // Without their directory, because the program takes what follows a comma for page numbers.
-        [$source, $target] = [basename(self::path($from)), basename(self::path($to))];
+        [$source, $target] = [basename(TemporaryFile::path($from)), basename(TemporaryFile::path($to))];
         $program = proc_open(
             [$limit, ...$limits, $copy, ...$options, $page === null ? $source : $source . ',' . ($page - 1), $target],
             [$nothing, $nothing, $nothing],
             $pipes,
-            \dirname(self::path($to)),
+            \dirname(TemporaryFile::path($to)),
             [],
         );
         return $program !== false && proc_close($program) === 0;
-    }
-
-    /** @param resource $file of tmpfile() */
-    public static function path(mixed $file): string
-    {
-        return stream_get_meta_data($file)['uri'];
     }
 }

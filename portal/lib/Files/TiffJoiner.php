@@ -15,7 +15,7 @@ final class TiffJoiner
     /**
      * Raises Failure when the program for it is not installed.
      *
-     * @param resource $out an empty file of tmpfile()
+     * @param resource $out an empty temporary file
      */
     public function __construct(private readonly mixed $out)
     {
@@ -23,12 +23,12 @@ final class TiffJoiner
     }
 
     /**
-     * @param resource $file of tmpfile()
+     * @param resource $file a temporary file
      * @return bool false, with nothing added, for a file that is damaged, no TIFF file, or does not fit any more
      */
     public function add(mixed $file): bool
     {
-        $checked = TiffCopy::emptyFile();
+        $checked = TemporaryFile::open();
         $room = self::LARGEST - (int) fstat($this->out)['size'];
         if (!TiffCopy::run($file, $checked, max(1, $room)) || fstat($checked)['size'] > $room) {
             return false;

@@ -8,14 +8,14 @@ use Oxaqrycln\Content;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Refused;
 use Portal\Documents\DocumentRequest;
+use Portal\Files\TemporaryFile;
 use Portal\Files\TiffJoiner;
 use Portal\Output\Html;
-use Portal\Web\DiskFull;
 use Portal\Web\Failure;
 use Portal\Web\Request;
 use Portal\Web\Visit;
 
-/** The page images of documents, as one file. */
+/** The page images of documents, as one file. Raises Failure when the program that makes it is not installed. */
 final class HitImages
 {
     public const MOST = 200;
@@ -28,22 +28,15 @@ final class HitImages
 
     public function __construct(private readonly Visit $visit)
     {
-        $file = tmpfile();
-        if ($file === false) {
-            throw new DiskFull('no temporary file can be made');
-        }
-        $this->file = $file;
-        $this->joiner = new TiffJoiner($file);
+        $this->file = TemporaryFile::open();
+        $this->joiner = new TiffJoiner($this->file);
     }
 
     /** A document without page images, or one that the user may not see, adds none. Raises what the archive does. */
     public function add(DocumentName $name): void
     {
         set_time_limit(self::SECONDS_EACH + $this->visit->settings->timeout);
-        $page = tmpfile();
-        if ($page === false) {
-            throw new DiskFull('no temporary file can be made');
-        }
+        $page = TemporaryFile::open();
         try {
             DocumentRequest::of(Request::ofUrl(Html::plainUrl('/', [
                 'channel' => $name->channel,
