@@ -69,26 +69,18 @@ final class PageImage
     private static function read(string $path): \Imagick
     {
         // The prefix keeps Imagick from choosing another decoder.
-        $image = self::withOptions();
+        $image = new \Imagick();
         $image->pingImage("tiff:{$path}[0]");
         if ($image->getImageWidth() * $image->getImageHeight() > self::MOST_PIXELS) {
             throw new Failure('no-image', 415);
         }
-        $image = self::withOptions();
+        $image = new \Imagick();
         $image->readImage("tiff:{$path}[0]");
         $image->autoOrient();
         $image->stripImage();
         if ($image->getImageColorspace() === \Imagick::COLORSPACE_CMYK) {
             $image->transformImageColorspace(\Imagick::COLORSPACE_SRGB);
         }
-        return $image;
-    }
-
-    /** Photoshop's layers, which a TIFF file may hold, have a decoder of their own. */
-    private static function withOptions(): \Imagick
-    {
-        $image = new \Imagick();
-        $image->setOption('tiff:ignore-layers', 'true');
         return $image;
     }
 
