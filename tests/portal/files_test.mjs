@@ -259,7 +259,10 @@ describe('a file of a gibibyte', () => {
   before(async () => {
     large = await Site.start(`--devserver=--database=${directory}/archive.sqlite`, '--setting=timeout=120');
   });
-  after(() => large?.stop());
+  after(async () => {
+    await large?.stop();
+    fs.rmSync(`${directory}/archive.sqlite`, { force: true });
+  });
   const statusOf = (process) => fs.readFileSync(`/proc/${process}/status`, 'utf8');
   const workers = () => fs.readdirSync('/proc').filter((name) => /^\d+$/.test(name)).filter((name) => {
     try {
