@@ -43,16 +43,15 @@ final class LogOnPage implements Page
             $this->kept[substr($key, \strlen(self::KEPT))] = $value;
         }
         $limit = new LogOnLimit($visit->settings, $name, $request->address());
-        $wait = $limit->wait();
+        $wait = $limit->attempt();
         if ($wait > 0) {
             return $this->form($visit, $to, $name, 'wait', $wait, 429)->with('Retry-After', (string) $wait);
         }
         $user = $visit->users()->logOn($name, $request->field('password'));
         if ($user === null) {
-            $limit->count();
             return $this->form($visit, $to, $name, 'wrong', 0, 403);
         }
-        $limit->clear();
+        $limit->succeeded();
         $visit->begin($user, $name);
         if ($this->kept !== []) {
             $visit->session->set('kept', ['target' => $to, 'fields' => $this->kept]);

@@ -25,15 +25,15 @@ final class PasswordPage implements Page
     {
         $user = $visit->knownUser();
         [$old, $new] = [$request->field('old'), $request->field('new')];
-        $limit = new LogOnLimit($visit->settings, $user->name, $request->address());
-        if ($limit->wait() > 0) {
-            return $this->form($visit, 'wait', 429);
-        }
         if ($new !== $request->field('again')) {
             return $this->form($visit, 'differ', 422);
         }
         if (preg_match_all('/./us', $new) < self::SHORTEST || $new === $old) {
             return $this->form($visit, 'weak', 422);
+        }
+        $limit = new LogOnLimit($visit->settings, $user->name, $request->address());
+        if ($limit->attempt() > 0) {
+            return $this->form($visit, 'wait', 429);
         }
         try {
             $isChanged = $visit->users()->changePassword($user->name, $old, $new);
@@ -41,9 +41,9 @@ final class PasswordPage implements Page
             return $this->form($visit, 'characters', 422);
         }
         if (!$isChanged) {
-            $limit->count();
             return $this->form($visit, 'wrong', 403);
         }
+        $limit->succeeded();
         $visit->users()->setMustChangePassword($user->id, false);
         $visit->endEverywhere($user->id);
         $visit->begin($user->id, $user->name);

@@ -33,35 +33,48 @@ final class LogOnLimit
         ];
     }
 
-    /** Seconds until the next attempt is looked at; 0 when it is now. */
-    public function wait(): int
+    /**
+     * Counts an attempt before it is made, so that many at the same time are not free.
+     *
+     * @return int 0 when it may be made, else how many seconds to wait; it has not been counted then
+     */
+    public function attempt(): int
     {
-        $wait = 0;
         foreach ($this->counters as [$file, $free]) {
-            $state = $file->read();
-            $over = (int) ($state['count'] ?? 0) - $free;
-            if ($over >= 0) {
-                $pause = min(self::LONGEST_WAIT, 2 ** min($over + 1, 20));
-                $wait = max($wait, (int) ($state['last'] ?? 0) + $pause - time());
+            $wait = self::wait($file->read(), $free);
+            if ($wait === 0) {
+                $file->change(static function (array $state) use ($free, &$wait): array {
+                    $wait = self::wait($state, $free);
+                    return $wait > 0 ? $state : ['count' => self::count($state) + 1, 'last' => time()];
+                });
+            }
+            if ($wait > 0) {
+                return $wait;
             }
         }
-        return $wait;
-    }
-
-    public function count(): void
-    {
-        foreach ($this->counters as [$file]) {
-            $file->change(static function (array $state): array {
-                $isOld = (int) ($state['last'] ?? 0) < time() - self::FORGOTTEN;
-                return ['count' => $isOld ? 1 : (int) ($state['count'] ?? 0) + 1, 'last' => time()];
-            });
-        }
         StateFile::removeOld($this->settings, 'log-on', self::FORGOTTEN, self::MOST_REMOVED);
+        return 0;
     }
 
-    /** After a success. The address stays slow for other accounts. */
-    public function clear(): void
+    /** After an attempt with the right password. The address stays slow for other accounts. */
+    public function succeeded(): void
     {
-        $this->counters[0][0]->remove();
+        [[$account], [$address]] = $this->counters;
+        $account->remove();
+        $address->change(static fn(array $state): array => ['count' => max(0, self::count($state) - 1)] + $state);
+    }
+
+    /** @param array<string, mixed> $state */
+    private static function wait(array $state, int $free): int
+    {
+        $over = self::count($state) - $free;
+        $pause = $over < 0 ? 0 : min(self::LONGEST_WAIT, 2 ** min($over + 1, 20));
+        return max(0, (int) ($state['last'] ?? 0) + $pause - time());
+    }
+
+    /** @param array<string, mixed> $state */
+    private static function count(array $state): int
+    {
+        return (int) ($state['last'] ?? 0) < time() - self::FORGOTTEN ? 0 : (int) ($state['count'] ?? 0);
     }
 }
