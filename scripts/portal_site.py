@@ -41,18 +41,20 @@ def free_port():
         return server.getsockname()[1]
 
 
-def wait_for(place, process, log, seconds=20):
-    """Until the process listens at a port of the loopback address, or at a socket of the file system."""
-    family = socket.AF_INET if isinstance(place, int) else socket.AF_UNIX
+def wait_for(address, process, log, seconds=20):
+    """Of a port on the loopback address, or of a socket's path."""
+    is_port = isinstance(address, int)
     for _ in range(int(seconds / 0.05)):
         if process.poll() is not None:
             break
-        with socket.socket(family) as client:
-            client.settimeout(1)
-            if client.connect_ex(("127.0.0.1", place) if isinstance(place, int) else str(place)) == 0:
-                return
-        time.sleep(0.05)
-    raise SystemExit(f"{process.args[0]} does not listen at {place}:\n{log.read_text(errors='replace')}")
+        try:
+            with socket.socket(socket.AF_INET if is_port else socket.AF_UNIX) as client:
+                client.settimeout(1)
+                client.connect(("127.0.0.1", address) if is_port else str(address))
+            return
+        except OSError:
+            time.sleep(0.05)
+    raise SystemExit(f"{process.args[0]} does not listen on {address}:\n{log.read_text(errors='replace')}")
 
 
 class Site:

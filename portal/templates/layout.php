@@ -7,12 +7,15 @@
 <title><?= $h($title) ?> - <?= $h($siteTitle) ?></title>
 <link rel="icon" href="/icon.svg">
 <link rel="stylesheet" href="/portal.css">
+<?php if ($style !== '') { ?>
+<link rel="stylesheet" href="<?= $h($style) ?>">
+<?php } ?>
 <script src="/portal.js" defer></script>
 </head>
 <body<?= $h->flag($hasKeys, 'data-keys') ?>>
 <a class="skip" href="#content"><?= $h->text('skip') ?></a>
 <header class="site">
-<a class="home" href="/"><?= $h($siteTitle) ?></a>
+<a class="home" href="/"><?php if ($logo !== '') { ?><img src="<?= $h($logo) ?>" alt=""> <?php } ?><?= $h($siteTitle) ?></a>
 <?php if ($userName !== null) { ?>
 <nav aria-label="<?= $h->text('account') ?>">
 <span><?= $h($userName) ?></span>

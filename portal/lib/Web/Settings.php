@@ -9,6 +9,8 @@ final class Settings
 {
     private const DEFAULTS = [
         'title' => 'Archive',
+        'style' => '',
+        'logo' => '',
         'hosts' => '',
         'user' => '',
         'password' => '',
@@ -34,6 +36,9 @@ final class Settings
 
     private function __construct(
         public readonly string $title,
+        /** paths on this site; "" for none */
+        public readonly string $style,
+        public readonly string $logo,
         public readonly string $hosts,
         public readonly string $user,
         #[\SensitiveParameter] public readonly string $password,
@@ -92,6 +97,10 @@ final class Settings
             }
             return $pairs;
         };
+        // The policy of the pages lets a browser load nothing from elsewhere.
+        $place = static fn(string $name): string => $text($name) === '' || Request::isLocal($text($name))
+            ? $text($name)
+            : throw new \RuntimeException("$file: the setting \"$name\" is a path on this site, as \"/site/name.css\"");
         foreach (['hosts', 'database', 'state_dir'] as $needed) {
             $text($needed) !== '' || throw new \RuntimeException("$file: the setting \"$needed\" is missing");
         }
@@ -100,6 +109,8 @@ final class Settings
         }
         return new self(
             $text('title'),
+            $place('style'),
+            $place('logo'),
             $text('hosts'),
             $text('user'),
             $text('password'),

@@ -148,6 +148,8 @@ final class Visit
         return Response::page($this->templates->render('layout', [
             'title' => $title,
             'siteTitle' => $this->settings->title,
+            'style' => $this->settings->style,
+            'logo' => $this->settings->logo,
             'body' => $body,
             'userName' => $this->user()?->name,
             'isAdministrator' => $this->isAdministrator(),
