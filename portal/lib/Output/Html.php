@@ -32,7 +32,7 @@ final class Html
         return "$bytes\u{A0}$units[$unit]";
     }
 
-    /** A text of the interface in the user's language; {0}, {1}, ... are replaced. */
+    /** A text of the interface in the user's language; {0}, {1}, ... are replaced, and Locale::inflected(). */
     public function text(string $key, string|int|SafeHtml ...$values): string
     {
         $text = $this->texts[$key] ??= self::escape($this->locale->text($key));
@@ -43,7 +43,7 @@ final class Html
         foreach ($values as $number => $value) {
             $places["{{$number}}"] = $this($value);
         }
-        return strtr($text, $places);
+        return strtr($this->locale->inflected($text, $values), $places);
     }
 
     /**

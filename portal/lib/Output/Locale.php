@@ -14,14 +14,8 @@ final class Locale
     {
     }
 
-    /** @return list<string> */
-    public static function languages(): array
-    {
-        return self::LANGUAGES;
-    }
-
-    /** The first language of a browser's list that there is; $chosen before it. */
-    public static function of(string $accepted, string $chosen = ''): self
+    /** The first language of a browser's list that there is. */
+    public static function of(string $accepted): self
     {
         $wanted = [];
         foreach (explode(',', $accepted) as $place => $entry) {
@@ -29,7 +23,7 @@ final class Locale
             $wanted[substr($part[0], 0, 2)] ??= [(float) ($part[1] ?? 1), -$place];
         }
         arsort($wanted);
-        foreach ([$chosen, ...array_keys($wanted), 'en'] as $language) {
+        foreach ([...array_keys($wanted), 'en'] as $language) {
             if (\in_array($language, self::LANGUAGES, true)) {
                 return new self($language, require \dirname(__DIR__, 2) . "/locale/$language.php");
             }
@@ -42,6 +36,21 @@ final class Locale
         return $this->texts[$key] ?? throw new \LogicException("locale/$this->language.php has no text \"$key\"");
     }
 
+    /**
+     * A text with the form of a word that the number in a place asks for: of "{0} {0:hit|hits}" the first one for 1.
+     *
+     * @param array<int, string|int|\Stringable> $values of the places; numbers as number() writes them
+     */
+    public function inflected(string $text, array $values): string
+    {
+        $inflect = function (array $part) use ($values): string {
+            $number = (int) preg_replace('/\D/', '', (string) ($values[(int) $part[1]] ?? ''));
+            $forms = explode('|', $part[2]);
+            return $forms[min($this->form($number), \count($forms) - 1)];
+        };
+        return str_contains($text, '|') ? preg_replace_callback('/\{(\d):([^{}]*)\}/', $inflect, $text) : $text;
+    }
+
     public function number(int $number): string
     {
         return number_format($number, 0, '', $this->text('thousands'));
@@ -50,5 +59,19 @@ final class Locale
     public function time(\DateTimeInterface $time): string
     {
         return $time->format($this->text($time->format('H:i:s') === '00:00:00' ? 'date' : 'date-time'));
+    }
+
+    /** Which form of a word a number asks for, counted from 0, by the rule that the language's file names. */
+    private function form(int $number): int
+    {
+        [$unit, $ten] = [$number % 10, $number % 100];
+        return match ($this->text('plural')) {
+            'none' => 0,
+            'one' => $number === 1 ? 0 : 1,
+            'to-one' => $number <= 1 ? 0 : 1,
+            'one-few' => $number === 1 ? 0 : ($unit >= 2 && $unit <= 4 && ($ten < 12 || $ten > 14) ? 1 : 2),
+            'unit-few' => $unit === 1 && $ten !== 11 ? 0 : ($unit >= 2 && $unit <= 4 && ($ten < 12 || $ten > 14) ? 1 : 2),
+            default => throw new \LogicException("locale/$this->language.php: there is no rule \"{$this->text('plural')}\""),
+        };
     }
 }

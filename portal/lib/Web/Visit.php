@@ -34,7 +34,7 @@ final class Visit
     public function __construct(public readonly Settings $settings, public readonly Request $request)
     {
         $this->session = new Session($request, $settings);
-        $this->h = new Html(Locale::of($request->header('Accept-Language'), (string) $this->session->get('language')));
+        $this->h = new Html(Locale::of($request->header('Accept-Language')));
         $this->templates = new Template($this->h);
     }
 
