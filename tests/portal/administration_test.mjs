@@ -7,6 +7,7 @@ import { createServer } from 'node:net';
 import { once } from 'node:events';
 import { setTimeout } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
+import AxeBuilder from '@axe-core/playwright';
 import { request } from 'playwright-core';
 import { Browser, Site, logOn } from './site.mjs';
 
@@ -229,6 +230,12 @@ describe('search rights and document rights', () => {
     assert.match(decoded(html), new RegExp(`${all.hits.length} hits.*${withheld.length} of those on this page may not be shown`));
     assert.equal(html.split('Your rights do not include').length - 1, withheld.length);
     assert.deepEqual(withheld.filter((id) => html.includes(`id=${id}`) || html.includes(`/${id}/`)), []);
+    await Client.as('administrator', async (administrator) => {
+      for (const [name, place, answers] of [['small-sums', 'Finance/Invoices', /Document rights apply.*No search right applies.*#71/],
+        ['small-sums', 'Finance/Orders', /No document right applies.*No search right applies/], ['unseeing', 'Finance/Orders', /No document right applies.*Search rights apply.*#70/]]) {
+        assert.match(await administrator.text(`/administration/why?id=${idOf(name)}&kind=restrictions&entry=${place}`), answers, `${name} ${place}`);
+      }
+    });
     // From each shown hit, one step on is the next shown one.
     const shown = [...all.hits.entries()].filter(([, hit]) => isShown(hit));
     const back = encodeURIComponent(`/hits?${list}`);
@@ -243,6 +250,20 @@ describe('search rights and document rights', () => {
     assert.match(zip, new RegExp(`Finance/Invoices, ${shown[0][1].document}/`));
     assert.deepEqual(withheld.filter((id) => zip.includes(` ${id}/`)), []);
   }));
+});
+
+test('axe finds nothing on a list with withheld hits, on an entry without effect, and on an answer why', async () => {
+  const unusable = idOf('bad-channel');
+  for (const [name, target] of [['small-sums', '/hits?q=*&in=Finance/Invoices'], ['administrator', `/administration/account?id=${unusable}`],
+    ['administrator', `/administration/why?id=${unusable}&kind=see&entry=Mail/Inbox`]]) {
+    await browser.asUser(site, name, async (page) => {
+      await page.goto(target);
+      const { violations } = await new AxeBuilder({ page }).analyze();
+      assert.deepEqual(violations.map((each) => `${target}: ${each.id} ${each.nodes[0].html}`), []);
+      const width = await page.evaluate(() => document.documentElement.scrollWidth);
+      assert.ok(width <= 320, `${target} is ${width} pixels wide`);
+    }, { viewport: { width: 320, height: 640 }, colorScheme: 'dark' });
+  }
 });
 
 describe('what is remembered', () => {
@@ -342,6 +363,14 @@ describe('changes', () => {
     assert.equal(await client.change(crew, 'join', { group: crew }), 422);
     assert.equal(await client.change(subject, 'leave', { group: crew }), 303);
     assert.equal(sql(`SELECT 1 FROM UserGroups WHERE GroupID=${crew}`).length, 0);
+    for (const [kind, value, entries] of [['general', '12', 'UserRights'], ['channel', 'Mail', 'UserChannels'], ['archive', 'Fax', 'UserArchives'],
+      ['document', '81', 'UserDocRights'], ['search', '82', 'UserSearchRights']]) {
+      const count = () => sql(`SELECT 1 FROM ${entries} WHERE UserID=${crew}`).length;
+      assert.equal(await client.change(crew, 'give', { kind, [`value-${kind}`]: value }), 303, `a group gets ${kind}`);
+      assert.equal(count(), 1, kind);
+      assert.equal(await client.change(crew, 'take', { kind, entry: value }), 303, `a group loses ${kind}`);
+      assert.equal(count(), 0, kind);
+    }
   }));
 
   test('a new password must be changed at the log-on, and who is disabled is logged off', () => Client.as('administrator', async (client) => {
@@ -364,6 +393,17 @@ describe('changes', () => {
     assert.equal(await client.change(administrator, 'disable'), 409);
     assert.equal(await client.change(administrator, 'remove', { confirmed: 1 }, '/administration/remove'), 409);
     assert.equal(await client.change(subject, 'rename', { name: 'untokened', token: '' }), 403);
+    oxaqry('add', 'Admins', '--group');
+    oxaqry('grant', 'Admins', '--right', '1');
+    addUser('second', '--group', 'Admins');
+    const admins = idOf('Admins');
+    await Client.as('second', async (second) => {
+      assert.equal(await second.change(idOf('second'), 'leave', { group: admins }), 409);
+      assert.equal(await second.change(admins, 'take', { kind: 'general', entry: '1' }), 409);
+      assert.equal(await second.change(admins, 'remove', { confirmed: 1 }, '/administration/remove'), 409);
+      assert.equal(await client.change(admins, 'take', { kind: 'general', entry: '1' }), 303);
+      assert.equal(await second.status('/administration'), 403);
+    });
     await Client.as('clerk', async (clerk) => {
       assert.equal(await clerk.change(idOf('clerk'), 'give', { kind: 'general', 'value-general': '1' }), 403);
     });

@@ -104,7 +104,10 @@ final class Explanation
         $documents = $definitions->applying($user->id, 'document', $channel, $archive);
         $searches = $definitions->applying($user->id, 'search', $channel, $archive);
         return new self(
-            ['restricted-documents' => $documents !== [], 'restricted-searches' => $searches !== []],
+            [
+                'restricted-documents' => $user->documentConditions($channel, $archive) !== [],
+                'restricted-searches' => $user->searchRestriction($channel, $archive)->restricts(),
+            ],
             [...$documents, ...$searches],
         );
     }

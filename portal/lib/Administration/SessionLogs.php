@@ -123,12 +123,13 @@ final class SessionLogs
         $text = (string) preg_replace('/^(Opening database connection: ).*/s', '$1', $text, -1, $count);
         $text = $count > 0 ? $text . $this->hidden : self::unicode($text);
         $text = (string) preg_replace('~^(Initializing new ).*[\\\\/]~', '$1', $text);  // the library's directory
-        foreach (['database', 'stateDir', 'logDir', 'blobLocal', 'blobRemote', 'password'] as $setting) {
+        foreach (['database', 'stateDir', 'logDir', 'blobLocal', 'blobRemote', 'password', 'administrationPassword'] as $setting) {
             $value = $this->settings->$setting;
             $text = \strlen($value) < 6 ? $text : str_replace($value, $this->hidden, $text);
         }
-        $isLong = \strlen($text) >= self::LONGEST_LINE;
-        return trim(strtr($text, ["\r\n" => "\n"])) . ($isLong ? ' …' : '');
+        // The end of a long text could be a part of what is hidden.
+        preg_match('/^.{0,' . self::LONGEST_LINE . '}/us', $text, $start);
+        return trim(strtr($start[0], ["\r\n" => "\n"])) . ($start[0] === $text ? '' : ' …');
     }
 
     private static function unicode(string $text): string

@@ -66,9 +66,19 @@ final class DocumentConditions
             return 'text ' . strtolower($text);  // "10" and "1e1" are different texts
         }
         if ($type === 'NUM') {
-            $number = str_contains($text, ',') ? strtr($text, ['.' => '', ',' => '.']) : $text;
-            return is_numeric($number) ? (float) $number : null;
+            return self::number($text);
         }
         return $type === 'DAT' ? Text::date($text)?->format('YmdHis') : null;
+    }
+
+    /** With a decimal comma and points between thousands, or with a decimal point. Null for "1.234", which could be either. */
+    private static function number(string $text): ?float
+    {
+        $hasPoint = preg_match('/^[-+]?\d+(\.\d+)?$/D', $text) === 1;
+        $hasComma = preg_match('/^[-+]?(\d+|\d{1,3}(\.\d{3})+)(,\d+)?$/D', $text) === 1;
+        if ($hasPoint === $hasComma && ($hasPoint === false || str_contains($text, '.'))) {
+            return null;
+        }
+        return (float) ($hasComma ? strtr($text, ['.' => '', ',' => '.']) : $text);
     }
 }

@@ -159,6 +159,6 @@ final class DocumentRequest
             throw Failure::noDocument();
         }
         $visit->requireArchive($this->name->channel, $this->name->archive);
-        return $visit->users()->documentConditions($visit->knownUser()->id, $this->name->channel, $this->name->archive);
+        return $visit->knownUser()->documentConditions($this->name->channel, $this->name->archive);
     }
 }

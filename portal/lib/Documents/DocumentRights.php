@@ -26,11 +26,8 @@ final class DocumentRights
     /** False also for a document that is gone. */
     public function maySee(DocumentName $name): bool
     {
-        $conditions = $this->conditions["$name->channel/$name->archive"] ??= $this->visit->users()->documentConditions(
-            $this->visit->knownUser()->id,
-            $name->channel,
-            $name->archive,
-        );
+        $conditions = $this->conditions["$name->channel/$name->archive"] ??= $this->visit->knownUser()
+            ->documentConditions($name->channel, $name->archive);
         $key = "$name->channel/$name->archive/$name->id/$name->version";
         return $conditions === [] || ($this->found[$key] ??= $this->read($name, $conditions));
     }

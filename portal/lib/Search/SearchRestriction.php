@@ -30,6 +30,11 @@ final class SearchRestriction
         return $parts === [[], []] ? '' : serialize($parts);
     }
 
+    public function restricts(): bool
+    {
+        return $this->key() !== '' || $this->rights->fieldsWithoutMatchcode !== [];
+    }
+
     public function hasFixedValues(): bool
     {
         return $this->rights->fixedValues !== [];

@@ -4,6 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Users;
 
+use Oxaqrycln\DocumentCondition;
 use Oxaqrycln\EditRight;
 use Oxaqrycln\Users;
 use Portal\Search\SearchRestriction;
@@ -84,6 +85,12 @@ final class User
     public function searchRestriction(string $channel, string $archive): SearchRestriction
     {
         return new SearchRestriction($this->users->searchRights($this->id, $channel, $archive), $this->fields);
+    }
+
+    /** @return list<DocumentCondition> by which documents of the archive are shown to him */
+    public function documentConditions(string $channel, string $archive): array
+    {
+        return $this->users->documentConditions($this->id, $channel, $archive);
     }
 
     /** @param \Closure(EditRight): bool $allows */

@@ -36,8 +36,9 @@ final class RemovePage extends DatabasePage
         $accounts = new Accounts($database);
         $files = $visit->files($id, $accounts->get($id)->name);
         $remove = static fn() => $accounts->remove($accounts->unchanged($id, $request->field('stamp')));
-        $database->change($remove, $files->remove(...));
-        $files->remove();  // sessions that have begun in the meantime
+        // Within the change, so that the user is not removed when his sessions cannot be ended.
+        $database->change($remove, $files->renewGeneration(...));
+        $files->remove();
     }
 
     private function form(Visit $visit, UserDatabase $database, int $id, ?Refusal $refusal = null): Response
