@@ -12,7 +12,7 @@ use Portal\Web\Settings;
 
 require \dirname(__DIR__) . '/portal/bootstrap.php';
 
-/** The connection, the rights of the user, the archives that there are, the search, and its rows. */
+/** The connection, the rights of the user, the archives that there are, the search, its rows, and the conditions for them. */
 function ask(Settings $settings, Session $session, Request $request): int
 {
     $archive = new Oxaqrycln\Archive(
@@ -30,6 +30,7 @@ function ask(Settings $settings, Session $session, Request $request): int
     );
     $users = $archive->users();
     $user = (int) $session->get('user');
+    $users->find((string) $session->get('name'));
     $users->mustChangePassword($user);
     $users->accountOf($user);
     $rights = $users->folderRights($user);
@@ -41,7 +42,12 @@ function ask(Settings $settings, Session $session, Request $request): int
     $hits = $archive->search($request->text('q'), max: $settings->searchLimit, queryMax: 0, folderRights: $rights);
     $hits->columns();
     $users->rights($user);
-    return \count($hits->slice(0, $request->number('size', 20, 1, 1000)));
+    $shown = $hits->slice(0, $request->number('size', 20, 1, 1000));
+    $places = [];
+    foreach ($shown as $hit) {
+        $places["$hit->channel/$hit->archive"] ??= $users->documentConditions($user, $hit->channel, $hit->archive);
+    }
+    return \count($shown);
 }
 
 $request = Request::ofBrowser();

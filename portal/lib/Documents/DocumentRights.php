@@ -28,8 +28,11 @@ final class DocumentRights
     {
         $conditions = $this->conditions["$name->channel/$name->archive"] ??= $this->visit->knownUser()
             ->documentConditions($name->channel, $name->archive);
+        if ($conditions === []) {
+            return true;
+        }
         $key = "$name->channel/$name->archive/$name->id/$name->version";
-        return $conditions === [] || ($this->found[$key] ??= $this->read($name, $conditions));
+        return $this->found[$key] ??= $this->read($name, $conditions);
     }
 
     /** @param list<DocumentCondition> $conditions */

@@ -24,6 +24,7 @@ final class FoundHits implements \Countable, \IteratorAggregate
     public readonly bool $isMultiPageImage;
     /** @var array<int, string> titles of the columns that the user may see, by their number in the archive's list */
     public readonly array $columns;
+    private readonly bool $hidesColumns;
 
     public function __construct(
         private readonly HitList $hits,
@@ -32,6 +33,7 @@ final class FoundHits implements \Countable, \IteratorAggregate
     ) {
         [$this->total, $this->isMultiPageImage] = [$hits->total, $hits->isMultiPageImage];
         $this->columns = array_filter($hits->columns(), $restriction->showsColumn(...));
+        $this->hidesColumns = \count($this->columns) < \count($hits->columns());
     }
 
     /** @param string $column its title, or its number counted from 1. Raises Failure for one that the user has not. */
@@ -85,14 +87,13 @@ final class FoundHits implements \Countable, \IteratorAggregate
         if (!$this->rights->maySee($hit)) {
             return null;
         }
-        $titles = $this->hits->columns();
-        if (\count($this->columns) === \count($titles)) {
+        if (!$this->hidesColumns) {
             return $hit;
         }
         $values = $hit->values;
         foreach (array_keys(array_diff_key($values, $this->columns)) as $number) {
             $values[$number] = '';
         }
-        return new Hit($hit->channel, $hit->archive, $hit->id, $hit->version, $values, $titles);
+        return new Hit($hit->channel, $hit->archive, $hit->id, $hit->version, $values, $this->hits->columns());
     }
 }
