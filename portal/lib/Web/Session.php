@@ -35,6 +35,9 @@ final class Session
         ini_set('session.gc_probability', '1');
         ini_set('session.gc_divisor', '1000');
         ini_set('session.gc_maxlifetime', (string) ($settings->sessionHours * 3600));
+        // Distributions switch this off, and remove the files of their own directory by other means.
+        ini_set('session.gc_probability', '1');
+        ini_set('session.gc_divisor', '1000');
         if (isset($_COOKIE[self::COOKIE])) {
             $this->start(['read_and_close' => true]);
             $this->data = $_SESSION;
