@@ -67,7 +67,7 @@ $list = $h->query(['q' => $search->query, 'back' => $here, 'of' => $count]);
 <?php $title = $columns[0]->number === null ? $place : $hit->values[$columns[0]->number] ?? ''; ?>
 <?php $title = $title === '' ? $hit->id : $title; ?>
 <?php $key = $selection::key($hit); ?>
-<?php $isSelected = $selection->has($hit); ?>
+<?php $isSelected = $selection->hasKey($key); ?>
 <tr id="hit-<?= $h($number) ?>">
 <td class="tick"><label><input type="checkbox" name="hit" value="<?= $h($key) ?>"<?= $h->flag($isSelected, 'checked') ?> aria-label="<?= $h->text('select-hit', $title) ?>"></label><?php if ($isSelected) { ?><input type="hidden" name="was" value="<?= $h($key) ?>"><?php } ?></td>
 <?php foreach ($columns as $order => $column) { ?>

@@ -22,7 +22,6 @@ final class Selection
 
     private readonly UserFiles $files;
     private readonly StateFile $file;
-    private readonly StateFile $list;
     private readonly string $search;
     /** @var array<string, true> by the keys of the hits */
     private array $hits;
@@ -31,7 +30,6 @@ final class Selection
     {
         $this->files = $visit->files($visit->knownUser()->id);
         $this->file = $this->files->selection($request->selection);
-        $this->list = $this->files->selections();
         $this->search = $request->identity();
         $this->hits = $this->hitsOf($this->file->read());
     }
@@ -39,12 +37,18 @@ final class Selection
     /** Names a hit in a form. */
     public static function key(DocumentName $name): string
     {
-        return implode('/', array_map('rawurlencode', [$name->channel, $name->archive, $name->id, $name->version]));
+        return rawurlencode($name->channel) . '/' . rawurlencode($name->archive) . '/' . rawurlencode($name->id) . '/'
+            . rawurlencode($name->version);
     }
 
     public function has(DocumentName $name): bool
     {
-        return isset($this->hits[self::key($name)]);
+        return $this->hasKey(self::key($name));
+    }
+
+    public function hasKey(string $key): bool
+    {
+        return isset($this->hits[$key]);
     }
 
     public function count(): int
@@ -96,11 +100,12 @@ final class Selection
     private function removeOld(): void
     {
         $id = $this->request->selection;
-        if (($this->list->read()['ids'][0] ?? '') === $id) {
+        $list = $this->files->selections();
+        if (($list->read()['ids'][0] ?? '') === $id) {
             return;
         }
         $old = [];
-        $this->list->change(static function (array $content) use ($id, &$old): array {
+        $list->change(static function (array $content) use ($id, &$old): array {
             $ids = [$id, ...array_diff($content['ids'] ?? [], [$id])];
             $old = \array_slice($ids, self::KEPT);
             return ['ids' => \array_slice($ids, 0, self::KEPT)];
