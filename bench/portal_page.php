@@ -41,12 +41,12 @@ function ask(Settings $settings, Session $session, Request $request): int
     }
     $hits = $archive->search($request->text('q'), max: $settings->searchLimit, queryMax: 0, folderRights: $rights);
     $hits->columns();
-    $users->rights($user);
     $shown = $hits->slice(0, $request->number('size', 20, 1, 1000));
-    $places = [];
+    $found = [];
     foreach ($shown as $hit) {
-        $places["$hit->channel/$hit->archive"] ??= $users->documentConditions($user, $hit->channel, $hit->archive);
+        $found["$hit->channel/$hit->archive"] ??= $users->documentConditions($user, $hit->channel, $hit->archive);
     }
+    $users->rights($user);
     return \count($shown);
 }
 
