@@ -12,7 +12,7 @@ use Portal\Web\Route;
 
 return [
     new Route('/', ['GET'], Pages\SearchPage::class, Right::User),
-    new Route('/log-on', ['GET', 'POST'], Pages\LogOnPage::class, Right::Anyone),
+    new Route('/log-on', ['GET', 'POST'], Pages\LogOnPage::class, Right::Anyone, ['name', 'to', 'kept-*']),
     new Route('/log-off', ['POST'], Pages\LogOffPage::class, Right::Anyone),
     new Route('/password', ['GET', 'POST'], Pages\PasswordPage::class, Right::NewPassword),
     new Route('/hits', ['GET'], Pages\HitsPage::class, Right::User),
@@ -21,10 +21,10 @@ return [
     new Route('/list-view', ['POST'], Pages\ListViewPage::class, Right::User),
     new Route('/preview', ['GET'], Pages\PreviewPage::class, Right::User),
     new Route('/selection', ['POST'], Pages\SelectionPage::class, Right::User),
-    new Route('/document', ['GET'], Pages\DocumentPage::class, Right::User),
+    new Route('/document', ['GET'], Pages\DocumentPage::class, Right::User, ['note']),
     new Route('/document/delete', ['GET', 'POST'], Pages\DeletePage::class, Right::User),
     new Route('/document/neighbour', ['GET'], Pages\NeighbourPage::class, Right::User),
-    new Route('/document/notes', ['POST'], Pages\NotesPage::class, Right::User),
+    new Route('/document/notes', ['POST'], Pages\NotesPage::class, Right::User, ['note'], '/document#notes'),
     new Route('/document/notes/delete', ['GET', 'POST'], Pages\DeleteNotesPage::class, Right::User),
     new Route('/image', ['GET'], Pages\ImagePage::class, Right::User),
     new Route('/file', ['GET'], Pages\FilePage::class, Right::User),
@@ -38,6 +38,6 @@ return [
     new Route('/administration/logs', ['GET'], Administration\LogsPage::class, Right::Administrator),
     new Route('/administration/log', ['GET'], Administration\LogPage::class, Right::Administrator),
     new Route('/outline', ['GET'], Pages\OutlinePage::class, Right::User),
-    new Route('/create', ['GET', 'POST'], Pages\CreatePage::class, Right::User, ['title', 'f*']),
+    new Route('/create', ['GET', 'POST'], Pages\CreatePage::class, Right::User, ['title', 'as', 'f*']),
     new Route('/edit', ['GET', 'POST'], Pages\EditPage::class, Right::User, ['title', 'f*']),
 ];

@@ -8,7 +8,8 @@ Prints one JSON object: the address, the users and their passwords, the ports an
 ends or it is terminated, then stops what it has started and removes its files. --nginx serves with nginx and php-fpm as a site
 would (PHP's default "ffi.enable = preload"); otherwise PHP's own server does. --postgresql keeps the users in a PostgreSQL
 server of the site's own, otherwise they are in an SQLite file. --devserver passes an option on to the archive server, and
---setting changes one of the portal."""
+--setting changes one of the portal. A process whose file size is limited (prlimit --fsize) gets an error when it writes more, as
+with a full disk."""
 import argparse
 import json
 import os
@@ -61,7 +62,7 @@ class Site:
     def __init__(self, options, directory):
         self.options, self.directory = options, directory
         self.processes = []
-        for name in ("state", "blobs", "logs"):
+        for name in ("state", "blobs", "logs", "uploads"):
             (directory / name).mkdir(mode=0o700)
         self.database = f"Driver=SQLite3;Database={directory}/users.sqlite"
         self.odbc = {}
@@ -70,8 +71,9 @@ class Site:
     def start(self, name, command, **environment):
         log = self.directory / f"{name}.log"
         with open(log, "ab") as output:
+            # Python ignores SIGXFSZ, and so do the processes: beyond a limit writing fails instead of ending them.
             process = subprocess.Popen(list(map(str, command)), stdin=subprocess.DEVNULL, stdout=output, stderr=output,
-                                       env={**os.environ, **environment})
+                                       env={**os.environ, **environment}, restore_signals=False)
         self.processes.append(process)
         return process, log
 
@@ -149,7 +151,8 @@ class Site:
         if os.geteuid() == 0:
             lines += ["user=root", "group=root"]
         (directory / "fpm.conf").write_text("\n".join(lines) + "\n", encoding="utf-8")
-        options = [part for name, value in PRELOAD.items() for part in ("-d", f"{name}={value}")]
+        options = [part for name, value in {**PRELOAD, "upload_tmp_dir": directory / "uploads"}.items()
+                   for part in ("-d", f"{name}={value}")]
         process, log = self.start("fpm", [fpm, "-R", "-F", "-y", directory / "fpm.conf", *options])
         wait_for(directory / "fpm.sock", process, log)
         (directory / "nginx.conf").write_text(NGINX.format(directory=directory, port=port, public=PORTAL / "public",
@@ -182,18 +185,24 @@ http {{
       add_header X-Content-Type-Options nosniff always;
       add_header Content-Security-Policy "default-src 'none'; frame-ancestors 'none'" always;
     }}
+    fastcgi_buffering off;
+    fastcgi_param SCRIPT_FILENAME {public}/index.php;
+    fastcgi_param QUERY_STRING $query_string;
+    fastcgi_param REQUEST_METHOD $request_method;
+    fastcgi_param CONTENT_TYPE $content_type;
+    fastcgi_param CONTENT_LENGTH $content_length;
+    fastcgi_param REQUEST_URI $request_uri;
+    fastcgi_param REMOTE_ADDR $remote_addr;
+    fastcgi_param HTTP_HOST $http_host;
+    fastcgi_param HTTPS $https if_not_empty;
     location / {{
       fastcgi_pass unix:{directory}/fpm.sock;
-      fastcgi_buffering off;
-      fastcgi_param SCRIPT_FILENAME {public}/index.php;
-      fastcgi_param QUERY_STRING $query_string;
-      fastcgi_param REQUEST_METHOD $request_method;
-      fastcgi_param CONTENT_TYPE $content_type;
-      fastcgi_param CONTENT_LENGTH $content_length;
-      fastcgi_param REQUEST_URI $request_uri;
-      fastcgi_param REMOTE_ADDR $remote_addr;
-      fastcgi_param HTTP_HOST $http_host;
-      fastcgi_param HTTPS $https if_not_empty;
+    }}
+    error_page 413 = @too_large;
+    location @too_large {{
+      client_max_body_size 0;
+      fastcgi_pass unix:{directory}/fpm.sock;
+      fastcgi_pass_request_body off;
     }}
   }}
 }}

@@ -6,7 +6,6 @@ namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
 use Portal\Forms\DocumentForm;
-use Portal\Output\Html;
 use Portal\Search\SearchScope;
 use Portal\Web\Failure;
 use Portal\Web\Page;
@@ -27,11 +26,9 @@ final class CreatePage implements Page
             throw Failure::forbidden();
         }
         $form = new DocumentForm($request, $visit, $archive, new DocumentName($channel, $name, ''));
-        $made = $request->method() === 'GET' ? null : $form->stored(
-            fn(string $title, array $fields): DocumentName => $archive->create($channel, $name, $title, $fields),
+        return $form->answer(
+            $visit->h->locale->text('create'),
+            static fn(string $title, array $fields): DocumentName => $archive->create($channel, $name, $title, $fields),
         );
-        return $made === null
-            ? $form->page($visit->h->locale->text('create'))
-            : Response::redirect(Html::plainUrl('/document', get_object_vars($made)));
     }
 }

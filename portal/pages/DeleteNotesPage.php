@@ -4,7 +4,10 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
+use Oxaqrycln\Document;
 use Portal\Documents\DocumentRequest;
+use Portal\Forms\OneTimeForm;
+use Portal\Forms\Outcome;
 use Portal\Output\Html;
 use Portal\Web\Failure;
 use Portal\Web\Page;
@@ -18,18 +21,35 @@ final class DeleteNotesPage implements Page
     public function answer(Request $request, Visit $visit): Response
     {
         $asked = DocumentRequest::of($request);
-        $document = $asked->read($visit);
-        if (!$asked->mayAnnotate($visit)) {
-            throw Failure::forbidden();
+        if ($request->method() === 'GET') {
+            return $this->question($asked, $visit);
         }
-        // Notes that somebody has written since the question are not deleted unseen.
-        $seen = hash('sha256', serialize($document->notes));
-        $isSeen = hash_equals($seen, $request->field('seen'));
-        if ($request->method() === 'POST' && $isSeen) {
+        $seen = $request->field('seen');
+        $outcomes = OneTimeForm::sent($request, $visit)->carryOut(static function () use ($asked, $visit, $seen): \Generator {
+            $document = $asked->read($visit);
+            $asked->mayAnnotate($visit) || throw Failure::forbidden();
+            if (!hash_equals(self::stateOf($document), $seen)) {
+                yield new Outcome(problem: 'notes-changed');
+                return;
+            }
             $visit->archive()->deleteNotes($asked->name);
-            return Response::redirect(Html::plainUrl('/document', $asked->with(), 'notes'));
-        }
-        $hasChanged = $request->method() === 'POST';
+            yield new Outcome();
+        });
+        return $outcomes !== [] && !$outcomes[0]->isWithoutEffect()
+            ? Response::redirect(Html::plainUrl('/document', $asked->with(), 'notes'))
+            : $this->question($asked, $visit, $outcomes[0]->problem ?? 'delete-unknown', 409);
+    }
+
+    /** Of the notes: those that somebody has written since the question are not deleted unseen. */
+    private static function stateOf(Document $document): string
+    {
+        return hash('sha256', serialize($document->notes));
+    }
+
+    private function question(DocumentRequest $asked, Visit $visit, string $problem = '', int $status = 200): Response
+    {
+        $document = $asked->read($visit);
+        $asked->mayAnnotate($visit) || throw Failure::forbidden();
         return $visit->page('delete', $visit->h->locale->text('delete-notes'), [
             'heading' => 'delete-notes',
             'action' => '/document/notes/delete',
@@ -37,9 +57,10 @@ final class DeleteNotesPage implements Page
             'title' => $document->title,
             'version' => $document->name->version,
             'noteCount' => \count($document->notes),
-            'seen' => $seen,
+            'number' => OneTimeForm::newNumber(),
+            'seen' => self::stateOf($document),
             'choices' => [],
-            'problem' => $hasChanged ? 'notes-changed' : '',
-        ], $hasChanged ? 409 : 200);
+            'problem' => $problem,
+        ], $status);
     }
 }

@@ -7,6 +7,7 @@ namespace Portal\Pages;
 use Oxaqrycln\Document;
 use Portal\Documents\DocumentRequest;
 use Portal\Documents\DocumentView;
+use Portal\Forms\OneTimeForm;
 use Portal\Web\Failure;
 use Portal\Web\Page;
 use Portal\Web\Request;
@@ -21,10 +22,13 @@ final class DocumentPage implements Page
 {
     public function answer(Request $request, Visit $visit): Response
     {
-        return self::show($request, $visit);
+        return self::show($request, $visit, $request->field('note'));
     }
 
-    /** @param string $problem key of a text about $note, which was not stored; "" for none */
+    /**
+     * @param string $note that was typed before, which was not stored
+     * @param string $problem key of a text about it; "" for none
+     */
     public static function show(
         Request $request,
         Visit $visit,
@@ -50,6 +54,8 @@ final class DocumentPage implements Page
             'mayDelete' => $view->tab !== 'print' && $asked->mayDelete($visit),
             'note' => $note,
             'problem' => $problem,
+            'by' => $visit->knownUser()->id,
+            'number' => OneTimeForm::newNumber(),
         ], $status);
     }
 

@@ -7,7 +7,6 @@ namespace Portal\Pages;
 use Oxaqrycln\DocumentName;
 use Portal\Documents\DocumentRequest;
 use Portal\Forms\DocumentForm;
-use Portal\Output\Html;
 use Portal\Web\Failure;
 use Portal\Web\Page;
 use Portal\Web\Request;
@@ -34,11 +33,9 @@ final class EditPage implements Page
         $document = DocumentRequest::of($request)->readToEdit($visit);
         $form = new DocumentForm($request, $visit, $archive, $document->name, $document);
         // The archive refuses the change when another user has made a newer version in the meantime.
-        $made = $request->method() === 'GET' ? null : $form->stored(
-            fn(string $title, array $fields): DocumentName => $archive->edit($document->name, $title, $fields),
+        return $form->answer(
+            $visit->h->locale->text('edit'),
+            static fn(string $title, array $fields): DocumentName => $archive->edit($document->name, $title, $fields),
         );
-        return $made === null
-            ? $form->page($visit->h->locale->text('edit'))
-            : Response::redirect(Html::plainUrl('/document', get_object_vars($made)));
     }
 }

@@ -9,6 +9,7 @@ use Portal\Output\Html;
 use Portal\Search\ListView;
 use Portal\Search\SearchRequest;
 use Portal\Search\Selection;
+use Portal\Web\DiskFull;
 use Portal\Web\Page;
 use Portal\Web\Request;
 use Portal\Web\Response;
@@ -34,7 +35,11 @@ final class HitsPage implements Page
         $first = ($page - 1) * $search->size;
         $shown = $hits->slice($first, $search->size);
         if ($request->text('page') === '') {
-            $this->remember($visit, $user->id, $search);
+            try {
+                $this->remember($visit, $user->id, $search);
+            } catch (DiskFull $error) {
+                error_log("portal: $error");  // the user can search without it
+            }
         }
         return $visit->page($count === 0 ? 'no-hits' : 'hits', $search->query, [
             'search' => $search,

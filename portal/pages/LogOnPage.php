@@ -8,11 +8,13 @@ use Portal\Users\LogOnLimit;
 use Portal\Web\Page;
 use Portal\Web\Request;
 use Portal\Web\Response;
+use Portal\Web\Route;
 use Portal\Web\Visit;
 
 /**
  * Logs a user of the web user database on, and goes on where he wanted to go. What he had typed into a form when his session
- * was over goes with him: in hidden fields of this form, and then in the new session until that form is shown again.
+ * was over goes with him: in hidden fields of this form, and then in the new session until that form is shown again. Another
+ * user, who logs on instead of him, begins with the search.
  */
 final class LogOnPage implements Page
 {
@@ -36,12 +38,10 @@ final class LogOnPage implements Page
     public function answer(Request $request, Visit $visit): Response
     {
         if ($request->method() === 'GET') {
-            return $this->form($visit, $request->text('to'), '', $visit->session->isExpired() ? 'expired' : '');
+            return $this->show($request, $visit);
         }
         [$name, $to] = [$request->field('name'), $request->field('to')];
-        foreach ($request->chosenFields([self::KEPT . '*']) as $key => $value) {
-            $this->kept[substr($key, \strlen(self::KEPT))] = $value;
-        }
+        $this->readKept($request);
         $limit = new LogOnLimit($visit->settings, $name, $request->address());
         $wait = $limit->attempt();
         if ($wait > 0) {
@@ -53,10 +53,34 @@ final class LogOnPage implements Page
         }
         $limit->succeeded();
         $visit->begin($user, $name);
-        if ($this->kept !== []) {
-            $visit->session->set('kept', ['target' => $to, 'fields' => $this->kept]);
+        $by = $this->kept[Route::BY] ?? '';
+        if ($by !== '' && $by !== (string) $user) {
+            return Response::redirect('/');
+        }
+        $typed = array_diff_key($this->kept, [Route::BY => '']);
+        if ($typed !== []) {
+            $visit->session->set('kept', ['target' => $to, 'fields' => $typed]);
         }
         return Response::redirect($to);
+    }
+
+    private function show(Request $request, Visit $visit): Response
+    {
+        if ($request->fields() !== []) {
+            // The form itself was too old.
+            $this->readKept($request);
+            return $this->form($visit, $request->field('to'), $request->field('name'), 'repeat', 0, 403);
+        }
+        $by = $visit->session->expiredUser();
+        $this->kept = $by === null ? [] : [Route::BY => (string) $by];
+        return $this->form($visit, $request->text('to'), '', $visit->session->isExpired() ? 'expired' : '');
+    }
+
+    private function readKept(Request $request): void
+    {
+        foreach ($request->chosenFields([self::KEPT . '*']) as $key => $value) {
+            $this->kept[substr($key, \strlen(self::KEPT))] = $value;
+        }
     }
 
     private function form(

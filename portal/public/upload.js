@@ -1,5 +1,5 @@
-// Files of a document's form: they can be dropped, are checked before they are sent, and sending shows its progress.
-// Without this script the form works as a plain one.
+// Files of a document's form: they can be dropped, are checked before they are sent, and sending shows its progress and can be
+// cancelled. Without this script the form works as a plain one.
 'use strict';
 
 function element(name, text, attributes = {}) {
@@ -16,9 +16,10 @@ function enhance(form, kept = []) {
   const list = element('ul', '', {class: 'files'});
   const status = element('p', '', {class: 'problem', role: 'alert'});
   const bar = element('progress', '', {max: '1', value: '0', 'aria-label': texts['upload-progress']});
-  bar.hidden = true;
-  form.querySelector('#files-help').after(drop, list, bar, status);
+  const cancel = element('button', texts.cancel, {type: 'button'});
+  const buttons = form.querySelectorAll('button');
   let files = [];
+  let request = null;  // while the form is being sent
 
   function problem() {
     const tooLarge = files.find(file => file.size > Number(form.dataset.largest));
@@ -45,48 +46,69 @@ function enhance(form, kept = []) {
     status.textContent = problem();
   }
 
+  // A folder, and a file that was changed or removed since it was chosen.
+  async function unreadable() {
+    for (const file of files) {
+      try {
+        await file.slice(0, 1).arrayBuffer();
+      } catch {
+        return `${texts['upload-unreadable']} ${file.name}`;
+      }
+    }
+    return '';
+  }
+
   function show(page) {
     // The form again, with what is wrong; the browser would lose the files.
     for (const script of page.querySelectorAll('script')) script.remove();  // they run already
     document.title = page.title;
     document.body.replaceChildren(...document.importNode(page.body, true).childNodes);
     const again = document.getElementById('document-form');
-    if (again) enhance(again, files);
+    // Those that have become documents are not sent again.
+    const left = again?.dataset.left ? JSON.parse(again.dataset.left) : files.keys();
+    if (again) enhance(again, [...left].map(number => files[number]));
     window.scrollTo(0, 0);
     document.getElementById('content').focus();
   }
 
-  function fail(reason) {
-    bar.hidden = true;
+  function setSending(isSending) {
+    bar.hidden = cancel.hidden = !isSending;
+    bar.value = 0;
+    for (const button of [...buttons, ...list.querySelectorAll('button')]) button.disabled = isSending;
+  }
+
+  function stop(reason) {
+    request = null;
+    setSending(false);
     status.textContent = texts[reason];
-    for (const button of form.querySelectorAll('button')) button.disabled = false;
   }
 
   function send() {
-    const request = new XMLHttpRequest();
+    let isSent = false;
+    request = new XMLHttpRequest();
     request.open('POST', form.action);
     request.responseType = 'document';
     request.upload.addEventListener('progress', event => {
       if (event.lengthComputable) bar.value = event.loaded / event.total;
     });
-    request.addEventListener('load', () => {
-      const isStored = request.status === 200 && new URL(request.responseURL).pathname === '/document';
-      if (isStored) location.assign(request.responseURL);
-      else if (request.response?.getElementById('content')) show(request.response);
-      else fail(request.status === 413 ? 'upload-total' : 'form-unknown');
-    });
-    let isSent = false;
     request.upload.addEventListener('load', () => { isSent = true; });
-    const stop = () => fail(isSent ? 'form-unknown' : 'upload-failed');
-    request.addEventListener('error', stop);
-    request.addEventListener('abort', stop);
+    request.addEventListener('load', event => {
+      const answer = event.target;
+      if (answer.status === 200 && answer.responseURL !== form.action) location.assign(answer.responseURL);
+      else if (answer.response?.getElementById('content')) show(answer.response);
+      else stop(answer.status === 413 ? 'upload-total' : 'upload-again');
+    });
+    request.addEventListener('error', () => stop(isSent ? 'upload-again' : 'upload-failed'));
+    request.addEventListener('abort', () => stop(isSent ? 'upload-again' : 'upload-cancelled'));
     const data = new FormData(form);
-    for (const button of form.querySelectorAll('button')) button.disabled = true;
-    bar.value = 0;
-    bar.hidden = false;
+    setSending(true);
+    cancel.focus();
     request.send(data);
   }
 
+  form.querySelector('#files-help').after(drop, list, bar, cancel, status);
+  setSending(false);
+  cancel.addEventListener('click', () => request?.abort());
   input.addEventListener('change', () => choose([...input.files]));
   form.addEventListener('dragover', event => {
     event.preventDefault();
@@ -98,11 +120,12 @@ function enhance(form, kept = []) {
     drop.classList.remove('over');
     choose([...files, ...event.dataTransfer.files]);
   });
-  form.addEventListener('submit', event => {
+  form.addEventListener('submit', async event => {
     if (files.length === 0) return;
     event.preventDefault();
-    status.textContent = problem();
-    if (status.textContent === '') send();
+    if (request) return;
+    status.textContent = problem() || await unreadable();
+    if (status.textContent === '' && !request) send();
   });
   if (kept.length > 0) choose(kept);
   else if (input.files.length > 0) choose([...input.files]);

@@ -7,6 +7,7 @@
 <p><?= $h->text("$heading-help", $noteCount) ?></p>
 <form class="fields" method="post" action="<?= $h->url($action, $asked->with(['version' => $version])) ?>">
 <input type="hidden" name="token" value="<?= $h($token) ?>">
+<input type="hidden" name="number" value="<?= $h($number) ?>">
 <input type="hidden" name="seen" value="<?= $h($seen) ?>">
 <?php if ($choices !== []) { ?>
 <fieldset>

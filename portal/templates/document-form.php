@@ -12,8 +12,15 @@
 <?php if ($help !== '') { ?>
 <p><?= $h->text($help) ?></p>
 <?php } ?>
-<p><?= $h->text($isUncertain ? 'form-unknown' : 'form-again') ?></p>
+<?php if ($isUncertain) { ?>
+<p><?= $h->text('form-unknown') ?></p>
+<?php } elseif ($outcomes === []) { ?>
+<p><?= $h->text('form-again') ?></p>
+<?php } ?>
 </div>
+<?php } ?>
+<?php if ($outcomes !== []) { ?>
+<?= $h($templates->render('document-outcomes', ['outcomes' => $outcomes])) ?>
 <?php } ?>
 <?php if ($isKept) { ?>
 <p class="problem" role="status"><?= $h->text('form-kept') ?></p>
@@ -26,16 +33,35 @@
 <?php } ?>
 </nav>
 <?php } ?>
-<form class="fields" id="document-form" method="post" enctype="multipart/form-data" action="<?= $h->url($path, $state + ['mask' => $form === null ? '' : $form->name]) ?>" data-largest="<?= $h($largest) ?>" data-largest-form="<?= $h($largestForm) ?>" data-most-files="<?= $h($mostFiles) ?>" data-texts="<?= $h->json($texts) ?>">
+<form class="fields" id="document-form" method="post" enctype="multipart/form-data" action="<?= $h->url($path, $state + ['mask' => $form === null ? '' : $form->name]) ?>" data-largest="<?= $h($largest) ?>" data-largest-form="<?= $h($largestForm) ?>" data-most-files="<?= $h($mostFiles) ?>" data-texts="<?= $h->json($texts) ?>"<?php if ($outcomes !== []) { ?> data-left="<?= $h->json($left) ?>"<?php } ?>>
 <input type="hidden" name="token" value="<?= $h($token) ?>">
+<input type="hidden" name="by" value="<?= $h($by) ?>">
+<input type="hidden" name="number" value="<?= $h($number) ?>">
 <label for="title"><?= $h->text('title') ?> <span class="needed"><?= $h->text('needed') ?></span></label>
-<input id="title" name="title" value="<?= $h($documentTitle) ?>" required autofocus>
+<input id="title" name="title" value="<?= $h($documentTitle) ?>" required autofocus<?php if ($titleProblem !== '') { ?> aria-invalid="true" aria-describedby="title-problem"<?php } ?>>
+<?php if ($titleProblem !== '') { ?>
+<p class="problem" id="title-problem"><?= $h->text($titleProblem) ?></p>
+<?php } ?>
 <?php if ($form !== null) { ?>
 <?= $h($templates->render('mask-fields', ['form' => $form, 'isChecked' => $isChecked, 'hasLongTexts' => true])) ?>
 <?php } ?>
 <label for="files"><?= $h->text($isNew ? 'files' : 'files-more') ?></label>
-<input id="files" name="files[]" type="file" multiple aria-describedby="files-help">
+<input id="files" name="files[]" type="file" multiple aria-describedby="files-help<?php if ($fileProblems !== []) { ?> files-problem<?php } ?>"<?php if ($fileProblems !== []) { ?> aria-invalid="true"<?php } ?>>
 <p class="help" id="files-help"><?= $h->text('files-help', $mostFiles, $h::bytes($largest)) ?><?php if ($largestForm > 0) { ?> <?= $h->text('files-total', $h::bytes($largestForm)) ?><?php } ?></p>
+<?php if ($fileProblems !== []) { ?>
+<ul class="problem" id="files-problem">
+<?php foreach ($fileProblems as [$text, $file]) { ?>
+<li><?= $h->text($text) ?> <?= $h($file) ?></li>
+<?php } ?>
+</ul>
+<?php } ?>
+<?php if ($isNew) { ?>
+<fieldset>
+<legend><?= $h->text('files-as') ?></legend>
+<label><input type="radio" name="as" value="one"<?= $h->flag(!$isEach, 'checked') ?>> <?= $h->text('files-as-one') ?></label>
+<label><input type="radio" name="as" value="each"<?= $h->flag($isEach, 'checked') ?>> <?= $h->text('files-as-each') ?></label>
+</fieldset>
+<?php } ?>
 <button class="chief"><?= $h->text($isNew ? 'create' : 'save') ?></button>
 </form>
 <script src="/upload.js" defer></script>

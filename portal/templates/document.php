@@ -69,4 +69,4 @@
 <?php if ($properties !== null) { ?>
 <?= $h($templates->render('properties', ['document' => $document, 'properties' => $properties])) ?>
 <?php } ?>
-<?= $h($templates->render('notes', ['asked' => $asked, 'notes' => $document->notes, 'mayAnnotate' => $mayAnnotate, 'note' => $note, 'problem' => $problem, 'token' => $token])) ?>
+<?= $h($templates->render('notes', ['asked' => $asked, 'notes' => $document->notes, 'mayAnnotate' => $mayAnnotate, 'note' => $note, 'problem' => $problem, 'token' => $token, 'by' => $by, 'number' => $number])) ?>

@@ -7,7 +7,7 @@
 <h2><?= $h->text('servers-tried', $milliseconds) ?></h2>
 <ul>
 <?php foreach ($attempts as [$server, $number, $time]) { ?>
-<li><?= $h->text('server-tried', $server, $number, $time) ?></li>
+<li><?= $h->text($number > 0 ? 'server-tried' : 'server-silent', $server, $number, $time) ?></li>
 <?php } ?>
 </ul>
 <?php } ?>
@@ -23,5 +23,11 @@
 <?php if ($again !== '') { ?>
 <li><a href="<?= $h($again) ?>"><?= $h->text('again') ?></a></li>
 <?php } ?>
-<li><a href="<?= $h->url('/', ['q' => $query, 'in' => $place]) ?>"><?= $h->text('back-to-search') ?></a></li>
+<?php if ($document !== '') { ?>
+<li><a href="<?= $h($document) ?>"><?= $h->text('back-to-document') ?></a></li>
+<?php } ?>
+<?php if ($hits !== '') { ?>
+<li><a href="<?= $h($hits) ?>"><?= $h->text('back-to-hits') ?></a></li>
+<?php } ?>
+<li><a href="<?= $h->url('/', $search) ?>"><?= $h->text('back-to-search') ?></a></li>
 </ul>

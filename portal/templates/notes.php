@@ -11,12 +11,17 @@
 <?php } ?>
 <?php if ($mayAnnotate) { ?>
 <?php if ($problem !== '') { ?>
-<p class="problem" role="alert"><?= $h->text($problem) ?></p>
+<p class="problem" id="note-problem" role="alert"><?= $h->text($problem) ?></p>
+<?php } elseif ($note !== '') { ?>
+<p class="problem" role="status"><?= $h->text('note-kept') ?></p>
 <?php } ?>
 <form class="fields" method="post" action="<?= $h->url('/document/notes', $asked->with()) ?>">
 <input type="hidden" name="token" value="<?= $h($token) ?>">
+<input type="hidden" name="by" value="<?= $h($by) ?>">
+<input type="hidden" name="number" value="<?= $h($number) ?>">
 <label for="note"><?= $h->text('note-new') ?></label>
-<textarea id="note" name="note" rows="3" maxlength="8000" required><?= $h($note) ?></textarea>
+<textarea id="note" name="note" rows="3" maxlength="8000" required<?php if ($problem !== '') { ?> aria-invalid="true" aria-describedby="note-problem"<?php } ?>>
+<?= $h($note) ?></textarea>
 <button class="chief"><?= $h->text('note-add') ?></button>
 </form>
 <?php if ($notes !== []) { ?>

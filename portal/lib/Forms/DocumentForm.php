@@ -7,14 +7,10 @@ namespace Portal\Forms;
 use Oxaqrycln\Archive;
 use Oxaqrycln\Document;
 use Oxaqrycln\DocumentName;
-use Oxaqrycln\Error;
 use Oxaqrycln\FieldContent;
 use Oxaqrycln\Mask;
-use Oxaqrycln\Refused;
 use Portal\Output\Html;
 use Portal\Search\SearchRestriction;
-use Portal\Web\DiskFull;
-use Portal\Web\FailurePage;
 use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
@@ -23,14 +19,14 @@ use Portal\Web\Visit;
 final class DocumentForm
 {
     private const TEXT = 1;
-    private const IMAGE = 2;
-    private const FILE = 3;
 
     /** @var list<Mask> with fields */
     private readonly array $masks;
     private readonly ?MaskForm $form;
     private readonly string $title;
     private readonly SearchRestriction $restriction;
+    /** Whether several files become a document each. */
+    private readonly bool $isEach;
     /** @var array<string, int> */
     private readonly array $ids;
     /** @var array<string, string> values of the document by the names of its fields */
@@ -40,8 +36,13 @@ final class DocumentForm
     private string $detail = '';
     private string $help = '';
     private int $status = 200;
+    private string $titleProblem = '';
+    /** @var list<array{string, string}> text and name */
+    private array $fileProblems = [];
     /** Whether the archive may have stored the document although it has not said so. */
     private bool $isUncertain = false;
+    /** @var list<Outcome> of the documents that were to be stored, when there were several */
+    private array $outcomes = [];
 
     /** @param ?Document $document the one that is edited; null for a new one */
     public function __construct(
@@ -61,70 +62,108 @@ final class DocumentForm
         $mask = $this->chosenMask();
         $this->form = $mask === null ? null : MaskForm::forDocument($mask, $this->ids, $given, $this->stored);
         $this->title = $given === null ? (string) $document?->title : $request->field('title');
+        $this->isEach = $document === null && $request->field('as') === 'each';
     }
 
     /**
-     * Has the archive store what was sent, if anything has changed. Null when it was not stored; the page then says why.
+     * Has the archive store what was sent, once, if anything has changed; goes on with the document then, or with the form,
+     * which says why it was not stored.
      *
      * @param \Closure(string, list<FieldContent>): DocumentName $store takes title and fields
      */
-    public function stored(\Closure $store): ?DocumentName
+    public function answer(string $heading, \Closure $store): Response
     {
+        if ($this->request->method() === 'GET') {
+            $made = $this->request->text('made');
+            $this->outcomes = $made === '' ? [] : (new OneTimeForm($this->visit, $made))->outcomes() ?? [];
+            return $this->page($heading);
+        }
         $files = $this->request->files('files');
         $this->check($files);
         if ($this->problem !== '') {
-            return null;
+            return $this->page($heading);
         }
-        $title = trim($this->title);
-        if ($this->document !== null && self::isSame($title, trim($this->document->title))) {
-            if ($files === [] && $this->texts() === []) {
-                return $this->document->name;
-            }
-            $title = $this->document->title;
+        if ($this->document !== null && $files === [] && $this->texts() === [] && $this->storedTitle() === $this->document->title) {
+            return Response::redirect(Html::plainUrl('/document', get_object_vars($this->document->name)));
         }
-        $uploads = new Uploads($this->visit->settings);
-        try {
-            return $store($title, [...$this->texts(), ...$this->placed($files, $uploads)]);
-        } catch (Error | DiskFull $error) {
-            $failure = FailurePage::failureOf($error);
-            $this->fail("failure-$failure->kind", $failure->status, $failure->detail);
-            // The others speak of a query.
-            $hasHelp = !\in_array($failure->kind, ['refused', 'timed-out'], true);
-            $this->help = $hasHelp ? "failure-$failure->kind-help" : '';
-            $this->isUncertain = $error instanceof Error && !$error instanceof Refused && $error->request->wasSent;
-            return null;
-        } finally {
-            $uploads->remove();
-        }
+        $storage = new DocumentStorage($this->visit->settings, $store, $this->texts(), $this->document);
+        $isEach = $this->isEach && $files !== [];
+        $form = OneTimeForm::sent($this->request, $this->visit);
+        $this->outcomes = $form->carryOut(fn(): \Generator => $isEach
+            ? $storage->each($this->storedTitle(), $files)
+            : $storage->whole($this->storedTitle(), $files));
+        return $this->result($heading, \count($isEach ? $files : [1]));
     }
 
-    public function page(string $heading): Response
+    /** @param int $count of the documents that were to be stored */
+    private function result(string $heading, int $count): Response
+    {
+        $failed = array_values(array_filter($this->outcomes, static fn(Outcome $each): bool => $each->made === ''));
+        $isWhole = \count($this->outcomes) === $count;
+        if ($failed === [] && $isWhole) {
+            return Response::redirect($count === 1 ? $this->outcomes[0]->made : Html::plainUrl('/create', [
+                ...$this->state(),
+                'made' => $this->request->field(OneTimeForm::FIELD),
+            ]));
+        }
+        $first = $failed[0] ?? new Outcome(problem: 'form-broken-off', status: 409, isUncertain: true);
+        if ($count === 1) {
+            $this->outcomes = [];
+            $this->fail($first->problem, $first->status, $first->detail);
+            [$this->help, $this->isUncertain] = [$first->help, $first->isUncertain];
+        } else {
+            $this->fail($isWhole ? 'made-in-part' : 'form-broken-off', $first->status);
+            $this->isUncertain = !$isWhole;
+        }
+        return $this->page($heading);
+    }
+
+    private function page(string $heading): Response
     {
         $settings = $this->visit->settings;
-        $path = $this->document === null ? '/create' : '/edit';
-        $state = $this->document === null
-            ? ['in' => "{$this->name->channel}/{$this->name->archive}"]
-            : get_object_vars($this->name);
         return $this->visit->page('document-form', $heading, [
             'heading' => $heading,
             'name' => $this->name,
             'isNew' => $this->document === null,
-            'path' => $path,
-            'state' => $state,
+            'path' => $this->document === null ? '/create' : '/edit',
+            'state' => $this->state(),
+            'by' => $this->visit->knownUser()->id,
+            'number' => OneTimeForm::newNumber(),
             'masks' => $this->masks,
             'form' => $this->form,
             'documentTitle' => $this->title,
+            'isEach' => $this->isEach,
             'problem' => $this->problem,
             'detail' => $this->detail,
             'help' => $this->help,
+            'titleProblem' => $this->titleProblem,
+            'fileProblems' => $this->fileProblems,
             'isUncertain' => $this->isUncertain,
             'isChecked' => $this->status !== 200,
             'isKept' => $this->request->method() === 'GET' && $this->request->fields() !== [],
+            'outcomes' => $this->outcomes,
+            'left' => array_keys(array_filter($this->outcomes, static fn(Outcome $each): bool => $each->isWithoutEffect())),
             'largest' => Uploads::largest($settings),
             'largestForm' => Uploads::largestForm(),
             'mostFiles' => Uploads::mostFiles(),
             'texts' => $this->scriptTexts(),
         ], $this->status);
+    }
+
+    /** @return array<string, string> of the form's URL, besides the mask */
+    private function state(): array
+    {
+        return $this->document === null
+            ? ['in' => "{$this->name->channel}/{$this->name->archive}"]
+            : get_object_vars($this->name);
+    }
+
+    /** The title to store: the document's own, when the form has only made it visible. */
+    private function storedTitle(): string
+    {
+        $title = trim($this->title);
+        $before = $this->document?->title;
+        return $before !== null && self::isSame($title, trim($before)) ? $before : $title;
     }
 
     private function chosenMask(): ?Mask
@@ -165,23 +204,34 @@ final class DocumentForm
     /** @param list<UploadedFile> $files */
     private function check(array $files): void
     {
-        if (trim($this->title) === '') {
-            $this->fail('title-needed', 422);
-        } elseif (array_diff_key(array_column($this->form?->entries ?? [], null, 'key'), $this->request->fields()) !== []) {
+        $this->checkFiles($files);
+        $this->titleProblem = match (true) {
+            trim($this->title) === '' => 'title-needed',
+            ArchiveText::isStorable(trim($this->title)) => '',
+            default => 'mask-characters',
+        };
+        if (array_diff_key(array_column($this->form?->entries ?? [], null, 'key'), $this->request->fields()) !== []) {
             $this->fail('form-incomplete', 422);
-        } elseif ($this->form !== null && !$this->form->isValid()) {
+        } elseif ($this->titleProblem !== '' || ($this->form !== null && !$this->form->isValid())) {
             $this->fail('mask-problem', 422);
+        } elseif ($this->fileProblems !== []) {
+            $isLarge = \in_array('upload-large', array_column($this->fileProblems, 0), true);
+            $this->fail('files-problem', $isLarge ? 413 : 422);
         } elseif ($this->request->hasTooManyFiles()) {
             $this->fail('upload-count', 413);
         }
+    }
+
+    /** @param list<UploadedFile> $files */
+    private function checkFiles(array $files): void
+    {
         foreach ($files as $file) {
             $problem = $file->problem();
             if ($problem === '' && filesize($file->path) > Uploads::largest($this->visit->settings)) {
                 $problem = 'upload-large';
             }
             if ($problem !== '') {
-                $this->fail($problem, $problem === 'upload-large' ? 413 : 422, $file->name);
-                return;
+                $this->fileProblems[] = [$problem, $file->name];
             }
         }
     }
@@ -206,35 +256,6 @@ final class DocumentForm
         return $value === $stored || $value === Html::visible($stored);
     }
 
-    /**
-     * @param list<UploadedFile> $files
-     * @return list<FieldContent>
-     */
-    private function placed(array $files, Uploads $uploads): array
-    {
-        $settings = $this->visit->settings;
-        $fields = [];
-        foreach ($files as $file) {
-            $type = $file->isImage() ? self::IMAGE : self::FILE;
-            $first = $type === self::IMAGE ? $settings->imageField : $settings->fileField;
-            $fields[] = new FieldContent($this->freeField($first), $uploads->place($file), $type);
-        }
-        return $fields;
-    }
-
-    /** The archive replaces the segments of a field that is sent, so that what the document has stays under other fields. */
-    private function freeField(int $first): int
-    {
-        $used = [];
-        foreach ($this->document?->segments ?? [] as $segment) {
-            $used[$segment->fieldId] = true;
-        }
-        while (isset($used[$first]) || $this->restriction->isHidden((string) $first)) {
-            ++$first;
-        }
-        return $first;
-    }
-
     private function fail(string $problem, int $status, string $detail = ''): void
     {
         [$this->problem, $this->status, $this->detail] = [$problem, $status, $detail];
@@ -244,7 +265,9 @@ final class DocumentForm
     private function scriptTexts(): array
     {
         $keys = [
-            'form-unknown',
+            'cancel',
+            'upload-again',
+            'upload-cancelled',
             'upload-count',
             'upload-drop',
             'upload-failed',
@@ -252,6 +275,7 @@ final class DocumentForm
             'upload-progress',
             'upload-remove',
             'upload-total',
+            'upload-unreadable',
         ];
         return array_combine($keys, array_map($this->visit->h->locale->text(...), $keys));
     }

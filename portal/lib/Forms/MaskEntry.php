@@ -23,12 +23,13 @@ final class MaskEntry
     ) {
     }
 
-    /** What is wrong with the value: "mandatory", "list", or "". */
+    /** What is wrong with the value: "mandatory", "list", "characters", or "". */
     public function problem(): string
     {
         return match (true) {
             trim($this->value) === '' => $this->isMandatory ? 'mandatory' : '',
             $this->isListOnly && !\in_array($this->value, $this->choices, true) => 'list',
+            !ArchiveText::isStorable($this->value) => 'characters',
             default => '',
         };
     }

@@ -4,9 +4,6 @@ declare(strict_types=1);
 
 namespace Portal\Forms;
 
-use Oxaqrycln\BadArgument;
-use Oxaqrycln\Raw\Value;
-
 /** The names under which the archive stores files: plain ones, which no system takes for a path or a device. */
 final class StoredName
 {
@@ -18,8 +15,9 @@ final class StoredName
     {
         // "@" begins a line of the archive's own in the file that describes a new document.
         $last = ltrim(preg_replace('~^.*[\\\\/]~s', '', $name), ' @');
-        $isPlain = preg_match('/^[^\x00-\x1F\x7F:]*[^\x00-\x1F\x7F:. ]$/uD', $last) === 1 && !preg_match(self::DEVICE, $last);
-        return $isPlain && \strlen($last) <= self::LONGEST && self::hasCharactersOfArchive($last) ? $last : null;
+        $isPlain = preg_match('/^[^\x00-\x1F\x7F-\x{9F}:]*[^\x00-\x1F\x7F-\x{9F}:. ]$/uD', $last) === 1
+            && !preg_match(self::DEVICE, $last);
+        return $isPlain && \strlen($last) <= self::LONGEST && ArchiveText::isStorable($last) ? $last : null;
     }
 
     /** The same with a random part before its extension, for a name that is in use. */
@@ -27,15 +25,5 @@ final class StoredName
     {
         $dot = strrpos($name, '.') ?: \strlen($name);
         return substr($name, 0, $dot) . '-' . bin2hex(random_bytes(4)) . substr($name, $dot);
-    }
-
-    private static function hasCharactersOfArchive(string $name): bool
-    {
-        try {
-            (new Value($name))->free();
-            return true;
-        } catch (BadArgument) {
-            return false;
-        }
     }
 }

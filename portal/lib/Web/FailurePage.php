@@ -11,8 +11,12 @@ use Oxaqrycln\Cancelled;
 use Oxaqrycln\ConnectionFailed;
 use Oxaqrycln\DatabaseFailed;
 use Oxaqrycln\Error;
+use Oxaqrycln\FileFailed;
 use Oxaqrycln\Refused;
 use Oxaqrycln\TimedOut;
+use Portal\Documents\DocumentRequest;
+use Portal\Output\Html;
+use Portal\Output\Locale;
 
 /** The page of a failure: what happened, what to do, and the way back with the query kept. */
 final class FailurePage
@@ -25,19 +29,60 @@ final class FailurePage
     public function answer(\Throwable $error, Request $request, array $typed = []): Response
     {
         $failure = self::failureOf($error);
-        $attempts = $error instanceof Error ? $error->request->attempts : [];
-        $response = $this->visit->page('failure', $this->visit->h->locale->text("failure-$failure->kind"), [
+        $title = $this->visit->h->locale->text("failure-$failure->kind");
+        $values = self::values($failure, $error, $request, $typed);
+        try {
+            $response = $this->visit->page('failure', $title, $values, $failure->status);
+        } catch (\Throwable) {
+            // The user or the session cannot be read, most probably for the same reason.
+            $response = Visit::bare($this->visit->settings, $this->visit->h, 'failure', $title, $values, $failure->status);
+        }
+        return self::withRetry($response);
+    }
+
+    /** The same before there is a visit. */
+    public static function bare(Settings $settings, \Throwable $error, Request $request): Response
+    {
+        $failure = self::failureOf($error);
+        $h = new Html(Locale::of($request->header('Accept-Language')));
+        $title = $h->locale->text("failure-$failure->kind");
+        $values = self::values($failure, $error, $request, []);
+        return self::withRetry(Visit::bare($settings, $h, 'failure', $title, $values, $failure->status));
+    }
+
+    /**
+     * @param array<string, string> $typed
+     * @return array<string, mixed> of the template
+     */
+    private static function values(Failure $failure, \Throwable $error, Request $request, array $typed): array
+    {
+        // A server that has refused the request was none that failed.
+        $hasAttempts = $error instanceof Error && !$error instanceof Refused;
+        $isHidden = \in_array($failure->kind, ['no-document', 'forbidden'], true);
+        $asked = DocumentRequest::of($request);
+        $canRepeat = $request->method() === 'GET' || $failure->kind === 'too-large';
+        return [
             'kind' => $failure->kind,
             'detail' => $failure->detail,
-            'attempts' => array_map(self::shown(...), $attempts),
+            'attempts' => array_map(self::shown(...), $hasAttempts ? $error->request->attempts : []),
             'milliseconds' => $error instanceof Error ? $error->request->milliseconds : 0,
-            'again' => $request->method() === 'GET' || $failure->kind === 'too-large' ? $request->target() : '',
+            'again' => $canRepeat ? $request->target() : '',
             'typed' => $failure->kind === 'forbidden' ? [] : $typed,
             'target' => $request->target(),
-            'query' => $request->text('q'),
-            'place' => \in_array($failure->kind, ['no-document', 'forbidden'], true) ? '' : $request->text('in'),
-        ], $failure->status);
-        return $failure->status === 503 ? $response->with('Retry-After', '10') : $response;
+            'document' => $asked->name->id === '' || $isHidden || $canRepeat ? '' : Html::plainUrl('/document', $asked->with()),
+            'hits' => $asked->backUrl(),
+            'search' => [
+                'q' => $request->text('q'),
+                'in' => $isHidden ? '' : $request->text('in'),
+                'format' => $isHidden ? '' : $request->text('format'),
+                'layout' => $request->text('layout'),
+            ],
+        ];
+    }
+
+    private static function withRetry(Response $response): Response
+    {
+        return $response->status === 503 ? $response->with('Retry-After', '10') : $response;
     }
 
     /** What the user is told about an error. What is not his own fault goes into the log as well. */
@@ -61,13 +106,14 @@ final class FailurePage
             $error instanceof ConnectionFailed => new Failure('connection', 502),
             $error instanceof Cancelled => new Failure('cancelled', 503),
             $error instanceof DatabaseFailed => new Failure('database', 503),
+            $error instanceof FileFailed => new Failure('disk', 507),
             $error instanceof Error => new Failure('answer', 502),
             $error instanceof DiskFull => new Failure('disk', 507),
             default => new Failure('internal', 500),
         };
     }
 
-    /** @return array{string, int, int} the server as the list names it, the error's number or 0, milliseconds */
+    /** @return array{string, int, int} the server as the list names it, the error's number or 0 for none, milliseconds */
     private static function shown(Attempt $attempt): array
     {
         return ["$attempt->host:$attempt->port", (int) $attempt->error, $attempt->milliseconds];

@@ -23,8 +23,7 @@ final class Portal
         $request = Request::ofBrowser();
         try {
             $settings = Settings::read((string) ($_SERVER['PORTAL_SETTINGS'] ?? getenv('PORTAL_SETTINGS')));
-            $portal = new self(require \dirname(__DIR__, 2) . '/routes.php', new Visit($settings, $request));
-            $response = $portal->respond($request);
+            $response = self::responseOf($settings, $request);
         } catch (\Throwable $error) {
             error_log("portal: $error");
             $response = new Response("The portal is not available at present.\n", 500, ['Content-Type' => 'text/plain']);
@@ -63,7 +62,7 @@ final class Portal
             }
             if (!$this->visit->session->isToken($request->field('token'))) {
                 // The user has logged on anew since the form was shown: it is shown again, and not carried out.
-                $kept = $request->chosenFields($route->kept);
+                $kept = $this->typed($request);
                 $request = $kept === [] ? throw new Failure('form', 403) : $request->shownAgain($kept);
             }
         }
@@ -74,7 +73,7 @@ final class Portal
     private function filledIn(Route $route, Request $request): Request
     {
         $kept = $route->kept === [] ? null : $this->visit->session->get('kept');
-        if (!\is_array($kept) || $kept['target'] !== $request->target()) {
+        if (!\is_array($kept) || strtok($kept['target'], '#') !== $request->target()) {
             return $request;
         }
         $this->visit->session->take('kept');
@@ -82,25 +81,46 @@ final class Portal
         return $filled->shownAgain($filled->chosenFields($route->kept));
     }
 
-    /** @return array<string, string> what a form of this site has for its route to keep */
+    /**
+     * What a form of this site has for its route to keep; nothing for a user who has not typed it.
+     *
+     * @return array<string, string>
+     */
     private function typed(Request $request): array
     {
-        foreach ($request->method() !== 'GET' && $request->isFromThisSite() ? $this->routes : [] as $route) {
-            if ($route->path === $request->path()) {
-                return $request->chosenFields($route->kept);
-            }
+        $route = $request->method() !== 'GET' && $request->isFromThisSite() ? $this->routeFor($request->path()) : null;
+        $kept = $route === null ? [] : $request->chosenFields($route->kept);
+        if ($kept === [] || $route->right === Right::Anyone) {
+            return $kept;
         }
-        return [];
+        $user = $this->visit->session->get('user');
+        $by = $request->field(Route::BY);
+        return $user === null || $by === (string) $user ? $kept + [Route::BY => $by] : [];
     }
 
     private function routeOf(string $path): Route
+    {
+        return $this->routeFor($path) ?? throw Failure::notFound();
+    }
+
+    private function routeFor(string $path): ?Route
     {
         foreach ($this->routes as $route) {
             if ($route->path === $path) {
                 return $route;
             }
         }
-        throw Failure::notFound();
+        return null;
+    }
+
+    /** Where the form is that was sent to a route, to go back to it. */
+    private function formOf(Route $route, Request $request): string
+    {
+        if ($route->form === '') {
+            return \in_array('GET', $route->methods, true) ? $request->target() : '/';
+        }
+        [$path, $fragment] = explode('#', $route->form, 2) + ['', ''];
+        return $path . substr($request->target(), strcspn($request->target(), '?')) . ($fragment === '' ? '' : "#$fragment");
     }
 
     /** Null when the route may be used. */
@@ -116,7 +136,7 @@ final class Portal
             $user = null;
         }
         if ($user === null) {
-            $target = \in_array('GET', $route->methods, true) ? $request->target() : '/';
+            $target = $this->formOf($route, $request);
             $kept = $this->typed($request);
             if ($kept !== []) {
                 return (new LogOnPage())->interrupted($this->visit, $target, $kept);

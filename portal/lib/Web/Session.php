@@ -15,6 +15,7 @@ final class Session
     /** @var array<string, mixed> */
     private array $data = [];
     private bool $isExpired = false;
+    private ?int $expiredUser = null;
 
     public function __construct(Request $request, private readonly Settings $settings)
     {
@@ -71,6 +72,12 @@ final class Session
         return $this->isExpired;
     }
 
+    /** Whose session is over; null when that is not known. */
+    public function expiredUser(): ?int
+    {
+        return $this->expiredUser;
+    }
+
     /** What a form must send back. */
     public function token(): string
     {
@@ -100,8 +107,7 @@ final class Session
     {
         $this->start();
         session_regenerate_id(true);
-        $_SESSION = $this->data = $data + ['token' => bin2hex(random_bytes(16)), 'start' => time(), 'last' => time()];
-        session_write_close();
+        $this->write($data + ['token' => bin2hex(random_bytes(16)), 'start' => time(), 'last' => time()]);
         $this->isExpired = false;
     }
 
@@ -109,17 +115,15 @@ final class Session
     public function end(): void
     {
         $this->start();
-        $_SESSION = $this->data = [];
         session_regenerate_id(true);
-        session_write_close();
+        $this->write([]);
     }
 
     /** @param \Closure(array<string, mixed>): array<string, mixed> $change */
     private function change(\Closure $change): void
     {
         $this->start();
-        $_SESSION = $this->data = $change($this->isExpired ? [] : $_SESSION);
-        session_write_close();
+        $this->write($change($this->isExpired ? [] : $_SESSION));
     }
 
     private function checkAge(): void
@@ -132,17 +136,34 @@ final class Session
         $age = $now - (int) ($this->data['start'] ?? 0);
         if ($idle > $this->settings->idleMinutes * 60 || $age > $this->settings->sessionHours * 3600) {
             $this->isExpired = true;
+            $this->expiredUser = (int) $this->data['user'];
             $this->data = [];
         } elseif ($idle >= 60) {
-            $this->set('last', $now);
+            try {
+                $this->set('last', $now);
+            } catch (DiskFull) {
+                // Pages that store nothing work without it.
+            }
         }
     }
 
     /** @param array<string, mixed> $options */
     private function start(array $options = []): void
     {
-        if (!session_start($options)) {
+        if (!@session_start($options)) {
             throw new DiskFull('the session cannot be opened');
         }
+    }
+
+    /** @param array<string, mixed> $data */
+    private function write(array $data): void
+    {
+        $_SESSION = $data;
+        error_clear_last();
+        @session_write_close();  // its result does not tell whether the file was written
+        if (error_get_last() !== null) {
+            throw new DiskFull('the session cannot be written');
+        }
+        $this->data = $data;
     }
 }

@@ -24,7 +24,7 @@ final class StateFile
     {
         $directory = "$settings->stateDir/$folder";
         is_dir($directory) || @mkdir($directory, 0700) || is_dir($directory)
-            || throw new \RuntimeException("the directory \"$directory\" cannot be made");
+            || throw new DiskFull("the directory \"$directory\" cannot be made");
         return $directory;
     }
 
@@ -59,16 +59,30 @@ final class StateFile
      */
     public function change(\Closure $change): array
     {
-        $lock = $this->lock();
-        try {
+        return $this->alone(function () use ($change): array {
             $content = $change($this->readAgain());
             $new = "$this->path." . bin2hex(random_bytes(8));
             $text = json_encode($content, JSON_THROW_ON_ERROR | JSON_UNESCAPED_UNICODE);
-            if (@file_put_contents($new, $text) !== \strlen($text) || !rename($new, $this->path)) {
+            if (@file_put_contents($new, $text) !== \strlen($text) || !@rename($new, $this->path)) {
                 @unlink($new);
                 throw new DiskFull("the file \"$this->path\" cannot be written");
             }
             return $this->content = $content;
+        });
+    }
+
+    /**
+     * Runs $work while no other request runs work or a change of this file. $work must not change this file.
+     *
+     * @template T
+     * @param \Closure(): T $work
+     * @return T what $work returns
+     */
+    public function alone(\Closure $work): mixed
+    {
+        $lock = $this->lock();
+        try {
+            return $work();
         } finally {
             fclose($lock);
         }

@@ -5,6 +5,7 @@ declare(strict_types=1);
 namespace Portal\Web;
 
 use Oxaqrycln\Archive;
+use Oxaqrycln\BadArgument;
 use Oxaqrycln\Error;
 use Oxaqrycln\Users;
 use Portal\Files\KeptFiles;
@@ -144,18 +145,53 @@ final class Visit
      */
     public function page(string $template, string $title, array $values = [], int $status = 200): Response
     {
-        $body = $this->templates->render($template, $values + ['token' => $this->session->token()]);
-        return Response::page($this->templates->render('layout', [
-            'title' => $title,
-            'siteTitle' => $this->settings->title,
-            'style' => $this->settings->style,
-            'logo' => $this->settings->logo,
-            'body' => $body,
+        return self::laidOut($this->settings, $this->templates, $template, $title, $values, $status, [
             'userName' => $this->user()?->name,
             'isAdministrator' => $this->isAdministrator(),
             'token' => $this->session->token(),
             'hasKeys' => $this->user() !== null && $this->hasKeys(),
-        ]), $status);
+        ]);
+    }
+
+    /**
+     * A page as page() makes it that needs neither session nor user, for when these cannot be read.
+     *
+     * @param array<string, mixed> $values of the template
+     */
+    public static function bare(
+        Settings $settings,
+        Html $h,
+        string $template,
+        string $title,
+        array $values,
+        int $status,
+    ): Response {
+        $nobody = ['userName' => null, 'isAdministrator' => false, 'token' => '', 'hasKeys' => false];
+        return self::laidOut($settings, new Template($h), $template, $title, $values, $status, $nobody);
+    }
+
+    /**
+     * @param array<string, mixed> $values of the template
+     * @param array<string, mixed> $visitor what the layout shows of him
+     */
+    private static function laidOut(
+        Settings $settings,
+        Template $templates,
+        string $template,
+        string $title,
+        array $values,
+        int $status,
+        array $visitor,
+    ): Response {
+        $body = $templates->render($template, $values + ['token' => $visitor['token']]);
+        $page = [
+            'title' => $title,
+            'siteTitle' => $settings->title,
+            'style' => $settings->style,
+            'logo' => $settings->logo,
+            'body' => $body,
+        ];
+        return Response::page($templates->render('layout', $page + $visitor), $status);
     }
 
     /** For the navigation, which the page of a failing database has, too. */
@@ -170,7 +206,17 @@ final class Visit
 
     private function open(): Archive
     {
-        return $this->archive ??= new Archive(
+        try {
+            return $this->archive ??= $this->connected();
+        } catch (BadArgument $error) {
+            // Nothing that the user has typed is part of them.
+            throw new \RuntimeException('the settings of the archive cannot be used', 0, $error);
+        }
+    }
+
+    private function connected(): Archive
+    {
+        return new Archive(
             hosts: $this->settings->hosts,
             user: $this->settings->user,
             password: $this->settings->password,

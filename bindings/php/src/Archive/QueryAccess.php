@@ -145,6 +145,14 @@ final class QueryAccess
         }
     }
 
+    /** Of a method that writes a file of its own. */
+    public function checkFile(string $what): void
+    {
+        if ($this->query->handledNumber() !== 0) {
+            throw new FileFailed("$what: " . $this->handledText());
+        }
+    }
+
     /** Of a method on the database. */
     public function fromDatabase(mixed $result): mixed
     {

@@ -206,7 +206,7 @@ trait DocumentMethods
         try {
             $written = $query->CreateImportFile($path, ...$lines, ...[implode(',', $types), implode(',', $ids), $contents]);
             if ($written < 0) {
-                $this->access->checkOwn('the import file cannot be written');
+                $this->access->checkFile('the import file cannot be written');
             }
             [$id, $version] = explode(',', $ask("$query->strBlobPathRemote\\$file"), 2) + ['', ''];
         } finally {
