@@ -266,7 +266,7 @@ return [
     'edit' => 'Dokument bearbeiten',
     'edit-document' => 'Dieses Dokument bearbeiten',
     'everywhere' => 'alle Archive',
-    'failure-answer' => 'Die Antwort des Archivs ist nicht lesbar',
+    'failure-answer' => 'Die Antwort des Archivs ist unvollständig oder nicht lesbar',
     'failure-answer-help' => 'Versuchen Sie es erneut; tritt es wieder auf, wenden Sie sich an die Verwaltung.',
     'failure-argument' => 'Das Archiv nimmt diesen Text nicht an',
     'failure-argument-help' => 'Lassen Sie Zeichen weg, die nicht zu westeuropäischen Sprachen gehören, etwa Emoji, und versuchen Sie es erneut.',

@@ -266,7 +266,7 @@ return [
     'edit' => 'Edit document',
     'edit-document' => 'Edit this document',
     'everywhere' => 'all archives',
-    'failure-answer' => 'The archive\'s answer cannot be read',
+    'failure-answer' => 'The archive\'s answer did not arrive whole, or cannot be read',
     'failure-answer-help' => 'Try again; if it happens again, tell the administrator.',
     'failure-argument' => 'The archive cannot take this text',
     'failure-argument-help' => 'Leave out characters that are not of Western European languages, such as emoji, and try again.',

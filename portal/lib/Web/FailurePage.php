@@ -103,7 +103,7 @@ final class FailurePage
             $error instanceof BadArgument => new Failure('argument', 400, $error->getMessage()),
             $error instanceof TimedOut => new Failure('timed-out', 504),
             $error instanceof AllServersBusy => new Failure('busy', 503),
-            $error instanceof ConnectionFailed => new Failure('connection', 502),
+            $error instanceof ConnectionFailed => new Failure($error->request->wasSent ? 'answer' : 'connection', 502),
             $error instanceof Cancelled => new Failure('cancelled', 503),
             $error instanceof DatabaseFailed => new Failure('database', 503),
             $error instanceof FileFailed => new Failure('disk', 507),
