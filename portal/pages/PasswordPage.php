@@ -46,8 +46,12 @@ final class PasswordPage implements Page
         $limit->succeeded();
         $visit->users()->setMustChangePassword($user->id, false);
         $visit->endEverywhere($user->id);
+        $kept = $visit->session->get('kept');
         $visit->begin($user->id, $user->name);
-        return Response::redirect('/');
+        if ($kept !== null) {
+            $visit->session->set('kept', $kept);
+        }
+        return Response::redirect($kept['target'] ?? '/');
     }
 
     private function form(Visit $visit, string $problem = '', int $status = 200): Response

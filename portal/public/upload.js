@@ -81,6 +81,7 @@ function enhance(form, kept = []) {
     request = null;
     setSending(false);
     status.textContent = texts[reason];
+    form.querySelector('button.chief').focus();
   }
 
   function send() {

@@ -339,6 +339,16 @@ describe('sessions and forms', () => {
     }));
   }
 
+  test('a double click logs on once', () => browser.visit(site, async (page) => {
+    await page.goto('/log-on?to=/keys');
+    await page.getByLabel('User name').fill('clerk');
+    await page.getByLabel('Password').fill(site.users.clerk);
+    await page.getByRole('main').getByRole('button', { name: 'Log on' }).dblclick();
+    await page.waitForURL('**/keys');
+    await page.reload();
+    assert.equal(new URL(page.url()).pathname, '/keys');
+  }));
+
   test('a form that another user was shown is refused, without what is in it', () => browser.asUser(site, 'clerk', async (page, context) => {
     await page.goto('/create?in=Mail/Inbox');
     await fillIn(page, 'For my eyes alone');

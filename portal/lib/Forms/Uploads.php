@@ -54,8 +54,8 @@ final class Uploads
             if ($to !== false) {
                 $this->paths[] = $path;
                 $from = fopen($file->path, 'rb');
-                $isCopied = $from !== false && stream_copy_to_stream($from, $to) === filesize($file->path);
-                if (!fclose($to) || !$isCopied) {
+                $isCopied = $from !== false && @stream_copy_to_stream($from, $to) === filesize($file->path);
+                if (!@fclose($to) || !$isCopied) {
                     throw new DiskFull("the file \"$path\" cannot be written");
                 }
                 return $name;

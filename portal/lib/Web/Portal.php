@@ -31,6 +31,16 @@ final class Portal
         $response->send(!$request->isHead());
     }
 
+    private static function responseOf(Settings $settings, Request $request): Response
+    {
+        try {
+            $visit = new Visit($settings, $request);
+        } catch (\Throwable $error) {
+            return FailurePage::bare($settings, $error, $request);
+        }
+        return (new self(require __DIR__ . '/../../routes.php', $visit))->respond($request);
+    }
+
     public function respond(Request $request): Response
     {
         try {
@@ -82,7 +92,7 @@ final class Portal
     }
 
     /**
-     * What a form of this site has for its route to keep; nothing for a user who has not typed it.
+     * What a form of this site has for its route to keep; nothing for a user who was not shown the form.
      *
      * @return array<string, string>
      */
@@ -95,7 +105,7 @@ final class Portal
         }
         $user = $this->visit->session->get('user');
         $by = $request->field(Route::BY);
-        return $user === null || $by === (string) $user ? $kept + [Route::BY => $by] : [];
+        return $by !== '' && \in_array($user, [null, (int) $by], true) ? $kept + [Route::BY => $by] : [];
     }
 
     private function routeOf(string $path): Route

@@ -106,7 +106,8 @@ final class Session
     public function begin(array $data): void
     {
         $this->start();
-        session_regenerate_id(true);
+        // A session of a visitor stays, so that the second click of a double one logs on as well.
+        session_regenerate_id(isset($_SESSION['user']));
         $this->write($data + ['token' => bin2hex(random_bytes(16)), 'start' => time(), 'last' => time()]);
         $this->isExpired = false;
     }

@@ -11,6 +11,7 @@ use Oxaqrycln\Content;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Error;
 use Oxaqrycln\FieldContent;
+use Oxaqrycln\FileFailed;
 use Oxaqrycln\Hit;
 use Oxaqrycln\HitList;
 use Oxaqrycln\Mark;
@@ -201,6 +202,18 @@ final class ArchiveTest extends TestCase
         );
         $name = new DocumentName('Mail', 'Inbox', '1262', '2');
         self::assertRaises(Error::class, 'is not there', fn() => $archive->fetch($name, Content::ofSegment(6)));
+    }
+
+    public function testADocumentWhoseImportFileCannotBeWrittenIsNotMade(): void
+    {
+        $archive = new Archive(
+            hosts: getenv('OXAQRY_HOSTS'),
+            user: 'webuser',
+            password: 'secret',
+            blobLocal: getenv('OXAQRY_DIRECTORY') . '/missing',
+        );
+        self::assertRaises(FileFailed::class, 'import file', fn() => $archive->create('Finance', 'Orders', 'a'));
+        self::assertFalse($archive->lastRequest()->wasSent);
     }
 
     public function testWhatCannotBeSentIsRefusedBeforeARequest(): void
