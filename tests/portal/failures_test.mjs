@@ -17,7 +17,7 @@ let site;
 let browser;
 let archive;
 before(async () => {
-  [site, browser] = await Promise.all([Site.startWith('--setting=timeout=2'), Browser.start()]);
+  [site, browser] = await Promise.all([Site.start('--setting=timeout=2'), Browser.start()]);
   archive = new ArchiveServer(site);
   // No server of the list takes print requests, so that all of those for them are busy.
   changeSettings((text) => text.replace(/^(hosts = "[^"]*)"/m, '$1,0"'));

@@ -86,7 +86,7 @@ final class DocumentForm
         if ($this->document !== null && $files === [] && $this->texts() === [] && $this->storedTitle() === $this->document->title) {
             return Response::redirect(Html::plainUrl('/document', get_object_vars($this->document->name)));
         }
-        $storage = new DocumentStorage($this->visit->settings, $store, $this->texts(), $this->document);
+        $storage = new DocumentStorage($this->visit->settings, $this->restriction, $store, $this->texts(), $this->document);
         $isEach = $this->isEach && $files !== [];
         $form = OneTimeForm::sent($this->request, $this->visit);
         $this->outcomes = $form->carryOut(fn(): \Generator => $isEach

@@ -8,6 +8,7 @@ use Oxaqrycln\Document;
 use Oxaqrycln\DocumentName;
 use Oxaqrycln\Error;
 use Oxaqrycln\FieldContent;
+use Portal\Search\SearchRestriction;
 use Portal\Web\DiskFull;
 use Portal\Web\Settings;
 
@@ -24,6 +25,7 @@ final class DocumentStorage
      */
     public function __construct(
         private readonly Settings $settings,
+        private readonly SearchRestriction $restriction,
         private readonly \Closure $store,
         private readonly array $texts,
         private readonly ?Document $document = null,
@@ -95,7 +97,7 @@ final class DocumentStorage
         foreach ($this->document?->segments ?? [] as $segment) {
             $used[$segment->fieldId] = true;
         }
-        while (isset($used[$first])) {
+        while (isset($used[$first]) || $this->restriction->isHidden((string) $first)) {
             ++$first;
         }
         return $first;

@@ -29,9 +29,9 @@ final class OneTimeForm
     public function __construct(Visit $visit, string $number)
     {
         preg_match('/^[0-9a-f]{16}$/D', $number) || throw new Failure('form', 403);
-        $user = $visit->knownUser()->id;
-        $this->file = new StateFile($visit->settings, 'forms', "user $user");
-        $this->turn = new StateFile($visit->settings, 'forms', "turn $number[0] of user $user");
+        $files = $visit->files($visit->knownUser()->id);
+        $this->file = $files->forms();
+        $this->turn = $files->turn($number[0]);
         $this->key = "form $number";
     }
 

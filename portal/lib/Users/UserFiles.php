@@ -38,6 +38,18 @@ final class UserFiles
         return new StateFile($this->settings, 'selections', "list of $this->owner");
     }
 
+    /** What became of the forms that he has sent. */
+    public function forms(): StateFile
+    {
+        return new StateFile($this->settings, 'forms', $this->owner);
+    }
+
+    /** Held while one of his forms is carried out. */
+    public function turn(string $name): StateFile
+    {
+        return new StateFile($this->settings, 'forms', "turn $name of $this->owner");
+    }
+
     /** What a session must have been begun with to be one of his; "" ends all of them. */
     public function generation(): string
     {
@@ -57,6 +69,7 @@ final class UserFiles
             $this->selection($id)->remove();
         }
         $this->selections()->remove();
+        $this->forms()->remove();
         $this->state()->remove();
     }
 

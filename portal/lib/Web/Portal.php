@@ -38,7 +38,7 @@ final class Portal
         } catch (\Throwable $error) {
             return FailurePage::bare($settings, $error, $request);
         }
-        return (new self(require __DIR__ . '/../../routes.php', $visit))->respond($request);
+        return (new self(require \dirname(__DIR__, 2) . '/routes.php', $visit))->respond($request);
     }
 
     public function respond(Request $request): Response
