@@ -107,7 +107,7 @@ final class Session
     {
         $this->start();
         // A session of a visitor stays, so that the second click of a double one logs on as well.
-        session_regenerate_id(isset($_SESSION['user']));
+        $this->renew(isset($_SESSION['user']));
         $this->write($data + ['token' => bin2hex(random_bytes(16)), 'start' => time(), 'last' => time()]);
         $this->isExpired = false;
     }
@@ -116,7 +116,8 @@ final class Session
     public function end(): void
     {
         $this->start();
-        session_regenerate_id(true);
+        $this->renew(true);
+        $this->data = [];
         $this->write([]);
     }
 
@@ -153,6 +154,15 @@ final class Session
     {
         if (!@session_start($options)) {
             throw new DiskFull('the session cannot be opened');
+        }
+    }
+
+    /** Gives the session that is open a new id. */
+    private function renew(bool $removesOld): void
+    {
+        if (!@session_regenerate_id($removesOld)) {
+            @session_abort();
+            throw new DiskFull('the session cannot be written');
         }
     }
 
