@@ -62,6 +62,9 @@ describe('a form that is sent twice', () => {
     assert.deepEqual(answers.map((answer) => answer.status()), [303, 303, 303]);
     assert.equal(new Set(answers.map((answer) => answer.headers().location)).size, 1);
     assert.equal(await count(page, 'Twice at once'), 1);
+    const changed = await context.request.post(target, { multipart: { ...multipart, title: 'Twice, and changed' }, maxRedirects: 0 });
+    assert.notEqual(changed.headers().location, answers[0].headers().location);
+    assert.equal(await count(page, 'Twice, and changed'), 1);
   }, { javaScriptEnabled: true }));
 
   test('adds one note, makes one version, and deletes once', () => browser.asUser(site, 'clerk', async (page, context) => {

@@ -92,18 +92,18 @@ final class DocumentForm
         $this->outcomes = $form->carryOut(fn(): \Generator => $isEach
             ? $storage->each($this->storedTitle(), $files)
             : $storage->whole($this->storedTitle(), $files));
-        return $this->result($heading, \count($isEach ? $files : [1]));
+        return $this->result($heading, $form, $isEach ? \count($files) : 1);
     }
 
     /** @param int $count of the documents that were to be stored */
-    private function result(string $heading, int $count): Response
+    private function result(string $heading, OneTimeForm $form, int $count): Response
     {
         $failed = array_values(array_filter($this->outcomes, static fn(Outcome $each): bool => $each->made === ''));
         $isWhole = \count($this->outcomes) === $count;
         if ($failed === [] && $isWhole) {
             return Response::redirect($count === 1 ? $this->outcomes[0]->made : Html::plainUrl('/create', [
                 ...$this->state(),
-                'made' => $this->request->field(OneTimeForm::FIELD),
+                'made' => $form->id,
             ]));
         }
         $first = $failed[0] ?? new Outcome(problem: 'form-broken-off', status: 409, isUncertain: true);

@@ -25,19 +25,28 @@ final class OneTimeForm
     private readonly StateFile $turn;
     private readonly string $key;
 
-    /** Raises Failure for a number that newNumber() has not made. */
-    public function __construct(Visit $visit, string $number)
+    /**
+     * Raises Failure for an ID that no form can have.
+     *
+     * @param string $id number and fingerprint of the form
+     */
+    public function __construct(Visit $visit, public readonly string $id)
     {
-        preg_match('/^[0-9a-f]{16}$/D', $number) || throw new Failure('form', 403);
+        preg_match('/^[0-9a-f]{16}-[0-9a-f]{16}$/D', $id) || throw new Failure('form', 403);
         $files = $visit->files($visit->knownUser()->id);
         $this->file = $files->forms();
-        $this->turn = $files->turn($number[0]);
-        $this->key = "form $number";
+        $this->turn = $files->turn($id[0]);
+        $this->key = "form $id";
     }
 
+    /** With other texts or files it is another form, although its number is the same: nothing that was typed is lost. */
     public static function sent(Request $request, Visit $visit): self
     {
-        return new self($visit, $request->field(self::FIELD));
+        $parts = [array_diff_key($request->fields(), ['token' => true])];
+        foreach ($request->files('files') as $file) {
+            $parts[] = [$file->name, $file->error, (int) @filesize($file->path)];
+        }
+        return new self($visit, $request->field(self::FIELD) . '-' . substr(hash('sha256', serialize($parts)), 0, 16));
     }
 
     public static function newNumber(): string
