@@ -2,7 +2,10 @@
 <?php if ($detail !== '') { ?>
 <p class="problem"><?= $h($detail) ?></p>
 <?php } ?>
-<p><?= $h->text("failure-$kind-help") ?></p>
+<p><?= $h->text($help) ?></p>
+<?php if ($isUncertain) { ?>
+<p><?= $h->text('failure-uncertain') ?></p>
+<?php } ?>
 <?php if ($attempts !== []) { ?>
 <h2><?= $h->text('servers-tried', $milliseconds) ?></h2>
 <ul>

@@ -126,12 +126,15 @@ describe('the archive', () => {
   test('fails when a note is sent: its text can be sent again', () => browser.asUser(site, 'clerk', async (page) => {
     await page.goto(`/document?${letter}`);
     await page.getByLabel('New note').fill('A "note" with <b> and\nlines');
-    await archive.stop();
-    const answer = await submit(page, page.getByRole('button', { name: 'Add the note' }));
-    await expectFailure(page, answer, 502, 'No archive server can be reached');
-    await archive.replace();
-    await page.getByRole('button', { name: 'Back to the form' }).click();
-    assert.equal(await page.getByLabel('New note').inputValue(), 'A "note" with <b> and\nlines');
+    for (const [mode, status, text] of [['silent', 504, /It is not known whether this was carried out/], [null, 502, /^No archive server/]]) {
+      await (mode === null ? archive.stop() : archive.replace('--misbehave', mode));
+      const answer = await submit(page, page.getByRole('button', { name: 'Add the note' }));
+      await expectFailure(page, answer, status, 'did not answer in time|No archive server can be reached');
+      assert.match(await page.getByRole('main').innerText(), text);
+      await archive.replace();
+      await page.getByRole('button', { name: 'Back to the form' }).click();
+      assert.equal(await page.getByLabel('New note').inputValue(), 'A "note" with <b> and\nlines');
+    }
     await page.getByRole('button', { name: 'Add the note' }).click();
     assert.equal(await page.locator('.note', { hasText: 'A "note" with <b> and' }).count(), 1);
   }, narrow));

@@ -301,6 +301,21 @@ describe('sending files', () => {
     assert.equal(await count(page, 'Answer lost'), 1);
   }));
 
+  test('a session that is over keeps the texts', () => browser.asUser(site, 'clerk', async (page, context) => {
+    await open(page, 'Sent with a file');
+    await page.getByLabel('a document for each file').check();
+    await drop(page, [['a.bin', 1000]]);
+    await context.clearCookies();
+    await create(page).click();
+    await page.getByLabel('User name').fill('clerk');
+    await page.getByLabel('Password').fill(site.users.clerk);
+    await page.getByRole('main').getByRole('button', { name: 'Log on' }).click();
+    await page.waitForURL(/\/create\?/);
+    await page.getByText('choose the files again').waitFor();
+    assert.equal(await page.locator('#title').inputValue(), 'Sent with a file');
+    assert.ok(await page.getByLabel('a document for each file').isChecked());
+  }));
+
   test('a file that the browser cannot read is named', () => browser.asUser(site, 'clerk', async (page) => {
     const path = `${site.directory}/vanishing.txt`;
     writeFileSync(path, 'here');

@@ -38,9 +38,7 @@ final class Outcome
     public static function ofError(\Throwable $error, string $file = ''): self
     {
         $failure = FailurePage::failureOf($error);
-        // The other texts of what to do speak of a query.
-        $hasHelp = !\in_array($failure->kind, ['refused', 'timed-out'], true);
-        $help = $hasHelp ? "failure-$failure->kind-help" : '';
+        $help = \in_array($failure->kind, FailurePage::OF_QUERY, true) ? '' : "failure-$failure->kind-help";
         return new self($file, '', "failure-$failure->kind", $failure->detail, $help, $failure->status, self::isOpen($error));
     }
 

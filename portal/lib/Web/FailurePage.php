@@ -15,12 +15,16 @@ use Oxaqrycln\FileFailed;
 use Oxaqrycln\Refused;
 use Oxaqrycln\TimedOut;
 use Portal\Documents\DocumentRequest;
+use Portal\Forms\Outcome;
 use Portal\Output\Html;
 use Portal\Output\Locale;
 
 /** The page of a failure: what happened, what to do, and the way back with the query kept. */
 final class FailurePage
 {
+    /** Failures whose help speaks of a query. */
+    public const OF_QUERY = ['refused', 'timed-out'];
+
     public function __construct(private readonly Visit $visit)
     {
     }
@@ -33,8 +37,9 @@ final class FailurePage
         $values = self::values($failure, $error, $request, $typed);
         try {
             $response = $this->visit->page('failure', $title, $values, $failure->status);
-        } catch (\Throwable) {
+        } catch (\Throwable $further) {
             // The user or the session cannot be read, most probably for the same reason.
+            error_log('portal: ' . $further::class . ': ' . $further->getMessage());
             $response = Visit::bare($this->visit->settings, $this->visit->h, 'failure', $title, $values, $failure->status);
         }
         return self::withRetry($response);
@@ -60,9 +65,12 @@ final class FailurePage
         $hasAttempts = $error instanceof Error && !$error instanceof Refused;
         $isHidden = \in_array($failure->kind, ['no-document', 'forbidden'], true);
         $asked = DocumentRequest::of($request);
-        $canRepeat = $request->method() === 'GET' || $failure->kind === 'too-large';
+        $isForm = $request->method() !== 'GET';
+        $canRepeat = !$isForm || $failure->kind === 'too-large';
         return [
             'kind' => $failure->kind,
+            'help' => $isForm && \in_array($failure->kind, self::OF_QUERY, true) ? 'failure-form-again' : "failure-$failure->kind-help",
+            'isUncertain' => $isForm && Outcome::isOpen($error),
             'detail' => $failure->detail,
             'attempts' => array_map(self::shown(...), $hasAttempts ? $error->request->attempts : []),
             'milliseconds' => $error instanceof Error ? $error->request->milliseconds : 0,

@@ -1,0 +1,33 @@
+// The texts of the interface: whole in each language, and there for whatever the pages name.
+import { test } from 'node:test';
+import { execFileSync } from 'node:child_process';
+import { readFileSync, readdirSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
+import assert from 'node:assert/strict';
+
+const portal = fileURLToPath(new URL('../../portal', import.meta.url));
+const [en, de] = ['en', 'de'].map((language) =>
+  JSON.parse(execFileSync('php', ['-r', 'echo json_encode(require $argv[1]);', `${portal}/locale/${language}.php`])));
+const sources = ['lib', 'pages', 'templates'].flatMap((folder) => readdirSync(`${portal}/${folder}`, { recursive: true })
+  .filter((name) => name.endsWith('.php')).map((name) => [`${folder}/${name}`, readFileSync(`${portal}/${folder}/${name}`, 'utf8')]));
+
+test('both languages have the same texts, in order, with the same places for values', () => {
+  assert.deepEqual(Object.keys(de), Object.keys(en));
+  assert.deepEqual(Object.keys(en), Object.keys(en).sort((one, other) => (one < other ? -1 : 1)));
+  const places = (texts) => Object.fromEntries(Object.entries(texts).map(([key, text]) => [key, [...new Set(text.match(/\{\d\}/g))].sort()]));
+  assert.deepEqual(places(de), places(en));
+});
+
+test('every text and every failure that the pages name is there', () => {
+  const missing = [];
+  for (const [file, source] of sources) {
+    for (const [, key] of source.matchAll(/->text\('([\w-]+)'[,)]/g)) {
+      // Request::text() takes names of parameters, which have no hyphen.
+      if (!(key in en) && (file.startsWith('templates/') || key.includes('-'))) missing.push(`${file}: ${key}`);
+    }
+    for (const [, kind] of source.matchAll(/new (?:self|Failure)\('([a-z-]+)', \d+/g)) {
+      for (const key of [`failure-${kind}`, `failure-${kind}-help`]) if (!(key in en)) missing.push(`${file}: ${key}`);
+    }
+  }
+  assert.deepEqual(missing, []);
+});
