@@ -8,7 +8,7 @@
 <p class="counts"><?= $h($place) ?><?php if (!$isNew) { ?>, <?= $h->text('document-version', $name->id, $name->version) ?><?php } ?></p>
 <?php if ($problem !== '') { ?>
 <div class="problem" role="alert">
-<p><?= $h->text($problem) ?> <?= $h($detail) ?></p>
+<p><?= $h->text($problem) ?><?php if ($detail !== '') { ?>: <?= $h($detail) ?><?php } ?></p>
 <?php if ($help !== '') { ?>
 <p><?= $h->text($help) ?></p>
 <?php } ?>

@@ -5,7 +5,7 @@
 <?php if ($outcome->made !== '') { ?>
 <li><a href="<?= $h($outcome->made) ?>"><?= $h($outcome->file) ?></a>: <?= $h->text('outcome-made') ?></li>
 <?php } else { ?>
-<li><?= $h($outcome->file) ?>: <span class="problem"><?= $h->text($outcome->isUncertain ? 'outcome-unknown' : 'outcome-not-made') ?> <?= $h->text($outcome->problem) ?> <?= $h($outcome->detail) ?></span></li>
+<li><?= $h($outcome->file) ?>: <span class="problem"><?= $h->text($outcome->isUncertain ? 'outcome-unknown' : 'outcome-not-made') ?> <?= $h->text($outcome->problem) ?><?php if ($outcome->detail !== '') { ?>: <?= $h($outcome->detail) ?><?php } ?></span></li>
 <?php } ?>
 <?php } ?>
 </ul>
