@@ -135,6 +135,7 @@
       preview.className = "preview";
       preview.tabIndex = 0;  // it scrolls
       document.querySelector(".beside").append(preview);
+      row.scrollIntoView({ block: "nearest" });  // the preview may be in front of it
     }
     preview.setAttribute("aria-label", link.getAttribute("aria-label"));
     preview.setAttribute("aria-busy", "true");

@@ -63,10 +63,14 @@
 <li><a href="<?= $h->url('/document', $asked->with(['view' => 'properties'])) ?>"<?php if ($view->tab === 'properties') { ?> aria-current="page"<?php } ?>><?= $h->text('properties') ?></a></li>
 </ul>
 </nav>
+<div class="record">
+<div>
 <?php foreach ($view->shown as $segment) { ?>
 <?= $h($templates->render('segment', ['segment' => $segment, 'view' => $view, 'asked' => $asked, 'name' => $name, 'isPrint' => false])) ?>
 <?php } ?>
 <?php if ($properties !== null) { ?>
 <?= $h($templates->render('properties', ['document' => $document, 'properties' => $properties])) ?>
 <?php } ?>
+</div>
 <?= $h($templates->render('notes', ['asked' => $asked, 'notes' => $document->notes, 'mayAnnotate' => $mayAnnotate, 'note' => $note, 'problem' => $problem, 'token' => $token, 'by' => $by, 'number' => $number])) ?>
+</div>

@@ -22,7 +22,7 @@
 <button class="chief"><?= $h->text('back-to-form') ?></button>
 </form>
 <?php } ?>
-<ul>
+<ul class="next">
 <?php if ($again !== '') { ?>
 <li><a href="<?= $h($again) ?>"><?= $h->text('again') ?></a></li>
 <?php } ?>

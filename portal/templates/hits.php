@@ -6,6 +6,7 @@ $list = $h->query(['q' => $search->query, 'back' => $here, 'of' => $count]);
 ?>
 <?= $h($templates->render('query-line', ['search' => $search])) ?>
 <h1><?= $h->text('hits-for', $search->query) ?></h1>
+<div class="heading">
 <p class="counts" role="status"><?= $h->text('counts', $h->number($total), $h->number($first + 1), $h->number($last)) ?>
 <?php if ($isCut && $count >= $limit) { ?>
  <?= $h->text('counts-limit', $h->number($count), $h->number($limit)) ?>
@@ -20,9 +21,11 @@ $list = $h->query(['q' => $search->query, 'back' => $here, 'of' => $count]);
 <?php } ?>
 </p>
 <?= $h($templates->render('list-view', ['view' => $view, 'place' => $search->place, 'back' => $here, 'token' => $token])) ?>
+</div>
 <div class="beside">
 <form id="selection" class="hit-form" method="post" action="<?= $h->url('/selection', $search->with()) ?>" autocomplete="off" data-here="<?= $h($here) ?>" data-failed="<?= $h->text('selection-failed') ?>">
 <input type="hidden" name="token" value="<?= $h($token) ?>">
+<div class="toolbar">
 <div class="hit-tools" role="group" aria-label="<?= $h->text('hits-selection') ?>">
 <span class="selected" aria-live="polite"><?= $h->text('selected', $h->number($selection->count())) ?><?php if ($selection->isFull()) { ?> <?= $h->text('selection-full', $h->number($selection::MOST)) ?><?php } ?></span>
 <button class="scriptless" name="do" value="keep"><?= $h->text('keep-selection') ?></button>
@@ -39,28 +42,29 @@ $list = $h->query(['q' => $search->query, 'back' => $here, 'of' => $count]);
 <button name="do" value="image"><?= $h->text('download-image') ?></button>
 <?php } ?>
 </div>
+</div>
 <div class="wide">
-<table class="hits <?= $h($view->density) ?>">
-<thead>
-<tr>
-<th scope="col"><?= $h->text('select') ?></th>
+<table role="table" class="hits <?= $h($view->density) ?>">
+<thead role="rowgroup">
+<tr role="row">
+<th role="columnheader" scope="col"><?= $h->text('select') ?></th>
 <?php foreach ($columns as $column) { ?>
 <?php if ($column->number === null) { ?>
-<th scope="col"><?= $h($column->title) ?></th>
+<th role="columnheader" scope="col"><?= $h($column->title) ?></th>
 <?php } else { ?>
 <?php $isSorted = $search->sort === (string) ($column->number + 1); ?>
 <?php $order = $isSorted && !$search->isDescending ? 'down' : ''; ?>
-<th scope="col"<?php if ($column->isFigure) { ?> class="figure"<?php } ?><?php if ($isSorted) { ?> aria-sort="<?= $h($search->isDescending ? 'descending' : 'ascending') ?>"<?php } ?>><a href="<?= $h->url('/hits', $search->with(['sort' => $column->number + 1, 'order' => $order, 'page' => ''])) ?>"><?= $h($column->title) ?></a></th>
+<th role="columnheader" scope="col"<?php if ($column->isFigure) { ?> class="figure"<?php } ?><?php if ($isSorted) { ?> aria-sort="<?= $h($search->isDescending ? 'descending' : 'ascending') ?>"<?php } ?>><a href="<?= $h->url('/hits', $search->with(['sort' => $column->number + 1, 'order' => $order, 'page' => ''])) ?>"><?= $h($column->title) ?></a></th>
 <?php } ?>
 <?php } ?>
-<th scope="col"><?= $h->text('preview') ?></th>
+<th role="columnheader" scope="col"><?= $h->text('preview') ?></th>
 </tr>
 </thead>
-<tbody>
+<tbody role="rowgroup">
 <?php foreach ($hits as ['hit' => $hit, 'at' => $at]) { ?>
 <?php $number = $first + $at + 1; ?>
 <?php if ($hit === null) { ?>
-<tr id="hit-<?= $h($number) ?>"><td colspan="<?= $h(count($columns) + 2) ?>"><?= $h->text('withheld') ?></td></tr>
+<tr role="row" id="hit-<?= $h($number) ?>"><td role="cell" colspan="<?= $h(count($columns) + 2) ?>"><?= $h->text('withheld') ?></td></tr>
 <?php continue; } ?>
 <?php $link = $h->query(['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version, 'at' => $number]); ?>
 <?php $place = "$hit->channel/$hit->archive"; ?>
@@ -68,12 +72,12 @@ $list = $h->query(['q' => $search->query, 'back' => $here, 'of' => $count]);
 <?php $title = $title === '' ? $hit->id : $title; ?>
 <?php $key = $selection::key($hit); ?>
 <?php $isSelected = $selection->hasKey($key); ?>
-<tr id="hit-<?= $h($number) ?>">
-<td class="tick"><label><input type="checkbox" name="hit" value="<?= $h($key) ?>"<?= $h->flag($isSelected, 'checked') ?> aria-label="<?= $h->text('select-hit', $title) ?>"></label><?php if ($isSelected) { ?><input type="hidden" name="was" value="<?= $h($key) ?>"><?php } ?></td>
+<tr role="row" id="hit-<?= $h($number) ?>">
+<td role="cell" class="tick"><label><input type="checkbox" name="hit" value="<?= $h($key) ?>"<?= $h->flag($isSelected, 'checked') ?> aria-label="<?= $h->text('select-hit', $title) ?>"></label><?php if ($isSelected) { ?><input type="hidden" name="was" value="<?= $h($key) ?>"><?php } ?></td>
 <?php foreach ($columns as $order => $column) { ?>
-<td<?php if ($column->isFigure) { ?> class="figure"<?php } ?>><?php if ($order === 0) { ?><a class="hit" href="/document?<?= $h($link) ?>&amp;<?= $h($list) ?>"><?= $h($title) ?></a><?php } else { ?><?= $h($column->number === null ? $place : $hit->values[$column->number] ?? '') ?><?php } ?></td>
+<td role="cell"<?php if ($column->isFigure) { ?> class="figure"<?php } ?>><?php if ($order === 0) { ?><a class="hit" href="/document?<?= $h($link) ?>&amp;<?= $h($list) ?>"><?= $h($title) ?></a><?php } else { ?><?= $h($column->number === null ? $place : $hit->values[$column->number] ?? '') ?><?php } ?></td>
 <?php } ?>
-<td><a class="look" href="/preview?<?= $h($link) ?>&amp;<?= $h($list) ?>" aria-label="<?= $h->text('preview-of', $title) ?>"><?= $h->text('preview') ?></a></td>
+<td role="cell"><a class="look" href="/preview?<?= $h($link) ?>&amp;<?= $h($list) ?>" aria-label="<?= $h->text('preview-of', $title) ?>"><?= $h->text('preview') ?></a></td>
 </tr>
 <?php } ?>
 </tbody>

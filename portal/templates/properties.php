@@ -34,12 +34,12 @@
 <thead>
 <tr>
 <th scope="col"><?= $h->text('segment') ?></th>
-<th scope="col"><?= $h->text('field') ?></th>
+<th scope="col" class="figure"><?= $h->text('field') ?></th>
 <th scope="col"><?= $h->text('field-name') ?></th>
-<th scope="col"><?= $h->text('text-length') ?></th>
-<th scope="col"><?= $h->text('content-length') ?></th>
+<th scope="col" class="figure"><?= $h->text('text-length') ?></th>
+<th scope="col" class="figure"><?= $h->text('content-length') ?></th>
 <th scope="col"><?= $h->text('file-name') ?></th>
-<th scope="col"><?= $h->text('status') ?></th>
+<th scope="col" class="figure"><?= $h->text('status') ?></th>
 </tr>
 </thead>
 <tbody>

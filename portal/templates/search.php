@@ -2,6 +2,8 @@
 <?php if ($channels === []) { ?>
 <p><?= $h->text('nothing-to-search') ?></p>
 <?php } else { ?>
+<div class="split">
+<div>
 <form class="fields" method="get" action="/hits" role="search">
 <label for="q"><?= $h->text('query') ?></label>
 <input id="q" name="q" type="search" value="<?= $h($query) ?>" aria-describedby="q-help" required<?= $h->flag($form === null, 'autofocus') ?>>
@@ -69,10 +71,13 @@
 <?php } ?>
 </section>
 <?php } ?>
+</div>
+<?php if ($trees !== [] || $mayCreate || $recent !== []) { ?>
+<aside>
 <?php if ($trees !== []) { ?>
 <section aria-labelledby="trees">
 <h2 id="trees"><?= $h->text('trees') ?></h2>
-<ul>
+<ul class="list">
 <?php foreach ($trees as $tree) { ?>
 <li><a href="<?= $h->url('/outline', ['in' => $chosen, 'tree' => $tree->id]) ?>"><?= $h($tree->name) ?></a></li>
 <?php } ?>
@@ -85,11 +90,14 @@
 <?php if ($recent !== []) { ?>
 <section aria-labelledby="recent">
 <h2 id="recent"><?= $h->text('recent') ?></h2>
-<ul>
+<ul class="list">
 <?php foreach ($recent as $entry) { ?>
-<li><a href="<?= $h->url('/hits', $entry) ?>"><?= $h($entry['q']) ?></a> <?= $h($entry['in']) ?></li>
+<li><a href="<?= $h->url('/hits', $entry) ?>"><?= $h($entry['q']) ?></a> <span class="place"><?= $h($entry['in'] === '' ? $h->locale->text('everywhere') : $entry['in']) ?></span></li>
 <?php } ?>
 </ul>
 </section>
 <?php } ?>
+</aside>
+<?php } ?>
+</div>
 <?php } ?>
