@@ -1,7 +1,6 @@
 // What each page does, and who may use it.
 import { after, before, describe, test } from 'node:test';
 import assert from 'node:assert/strict';
-import AxeBuilder from '@axe-core/playwright';
 import { Browser, Site } from './site.mjs';
 
 let site;
@@ -71,18 +70,6 @@ describe('hit list', () => {
     const csv = await page.locator('.downloads a[href*=csv]').first().getAttribute('href');
     const lines = (await (await context.request.get(`${csv}&what=selection`)).text()).trim().split('\r\n');
     assert.equal(lines.length, 4);
-  }));
-
-  test('keys move, show the preview and open a document', () => browser.asUser(site, 'clerk', async (page) => {
-    await page.goto('/hits?q=copper');
-    await page.keyboard.press('j');
-    await page.keyboard.press('j');
-    await page.keyboard.press('Space');
-    await page.locator('.preview h2, .preview h1').first().waitFor();
-    await page.keyboard.press('Enter');
-    await page.waitForURL(/\/document\?/);
-    await page.goBack();
-    assert.match(page.url(), /\/hits\?q=copper/);
   }));
 });
 
@@ -161,20 +148,4 @@ describe('administration', () => {
       assert.match(await other.getByRole('heading', { level: 1 }).innerText(), /No hits/);
     });
   }));
-});
-
-describe('accessibility', () => {
-  for (const look of [{ colorScheme: 'light' }, { colorScheme: 'dark' }, { forcedColors: 'active' }]) {
-    test(`axe finds nothing at 320 pixels, ${Object.values(look)}`, () => browser.asUser(site, 'administrator', async (page) => {
-      for (const target of ['/?in=Finance/Invoices', '/?in=Finance/Invoices&mask=Standard', '/outline?in=Finance/Invoices&tree=1',
-        `/preview?${letter}&q=copper`, `/document?${letter}&view=properties`, '/keys', '/administration', '/administration/add',
-        '/administration/account?id=2', '/administration/why?id=2', '/administration/definitions', '/administration/servers', '/administration/logs']) {
-        await page.goto(target);
-        const { violations } = await new AxeBuilder({ page }).analyze();
-        assert.deepEqual(violations.map((each) => `${target}: ${each.id} ${each.nodes[0].html}`), []);
-        const width = await page.evaluate(() => document.documentElement.scrollWidth);
-        assert.ok(width <= 320, `${target} is ${width} pixels wide`);
-      }
-    }, { ...look, viewport: { width: 320, height: 640 } }));
-  }
 });

@@ -1,5 +1,5 @@
 // Starts a site for the tests, and a browser that sees every violation of its policy.
-import { spawn } from 'node:child_process';
+import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { fileURLToPath } from 'node:url';
 import assert from 'node:assert/strict';
@@ -22,6 +22,14 @@ export class Site {
     }
     Object.assign(site, JSON.parse(text));
     return site;
+  }
+
+  /** Runs a command of the command-line tool on the site's archive and user database. */
+  oxaqry(...args) {
+    const settings = args[0] === 'user' ? ['--database', `Driver=SQLite3;Database=${this.directory}/users.sqlite`]
+      : ['--hosts', `127.0.0.1,${this.archive_port}`, '--user', 'webuser', '--password-stdin'];
+    return execFileSync(`${root}build/debug/tools/oxaqry/oxaqry`, [...args, ...settings],
+      { input: 'secret\n', encoding: 'utf8', timeout: 30000 });
   }
 
   async stop() {

@@ -151,10 +151,14 @@ final class Html
         return $html;
     }
 
-    /** The text as pages show it: control characters, which no browser shows, become a sign that can be seen. */
+    /**
+     * The text as pages show it: control characters, which no browser shows, and those that change the direction of the text
+     * around them become a sign that can be seen.
+     */
     public static function visible(string $text): string
     {
-        return preg_replace('/[\x00-\x08\x0B\x0C\x0E-\x1F\x7F]|\xC2[\x80-\x9F]/', "\u{FFFD}", $text) ?? '';
+        $hidden = '[\x00-\x08\x0B\x0C\x0E-\x1F\x7F]|\xC2[\x80-\x9F]|\xE2(?:\x80[\xAA-\xAE]|\x81[\xA6-\xA9])';
+        return preg_replace("/$hidden/", "\u{FFFD}", $text) ?? '';
     }
 
     /** @param array<string, string|int> $query */
