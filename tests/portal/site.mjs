@@ -81,7 +81,7 @@ export class Browser {
 
 export async function logOn(page, name, password) {
   if (!page.url().includes('/log-on')) await page.goto('/log-on');
-  await page.getByLabel('User name').fill(name);
-  await page.getByLabel('Password').fill(password);
-  await page.getByRole('main').getByRole('button', { name: 'Log on' }).click();
+  await page.locator('#name').fill(name);  // the language may be any
+  await page.locator('#password').fill(password);
+  await page.locator('main button.chief').click();
 }

@@ -171,7 +171,7 @@ $hasPassword = !$account->isGroup() || $account->hasPassword;
 <?php if ($editRights !== []) { ?>
 <div class="wide" role="group" aria-labelledby="edit-rights-title" tabindex="0">
 <table class="hits">
-<?= $h($templates->render('administration/table-head', ['columns' => ['archive', 'admin-new', 'admin-edit', 'admin-delete', 'admin-change']])) ?>
+<?= $h($templates->render('administration/table-head', ['columns' => ['archive', 'admin-new', 'admin-edit', 'admin-delete', 'admin-change'], 'figures' => ['admin-new', 'admin-edit', 'admin-delete']])) ?>
 <tbody>
 <?php foreach ($editRights as [$archive, $new, $edit, $delete]) { ?>
 <tr>

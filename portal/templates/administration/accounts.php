@@ -23,7 +23,7 @@
 <?php if ($accounts !== []) { ?>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-accounts') ?>" tabindex="0">
 <table class="hits">
-<?= $h($templates->render('administration/table-head', ['columns' => ['admin-name', 'admin-kind', 'admin-archive-account', 'admin-id']])) ?>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-name', 'admin-kind', 'admin-archive-account', 'admin-id'], 'figures' => ['admin-id']])) ?>
 <tbody>
 <?php foreach ($accounts as $account) { ?>
 <tr>

@@ -13,7 +13,7 @@
 <?php if ($files !== []) { ?>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-logs') ?>" tabindex="0">
 <table class="hits">
-<?= $h($templates->render('administration/table-head', ['columns' => ['admin-log', 'changed', 'admin-size']])) ?>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-log', 'changed', 'admin-size'], 'figures' => ['admin-size']])) ?>
 <tbody>
 <?php foreach ($files as $file) { ?>
 <tr>

@@ -4,7 +4,7 @@
 <p><?= $h->text('admin-servers-help', $process) ?></p>
 <div class="wide" role="group" aria-label="<?= $h->text('admin-servers') ?>" tabindex="0">
 <table class="hits">
-<?= $h($templates->render('administration/table-head', ['columns' => ['admin-server', 'admin-state', 'admin-answer', 'admin-milliseconds', 'admin-tries', 'admin-use', 'admin-prints']])) ?>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-server', 'admin-state', 'admin-answer', 'admin-milliseconds', 'admin-tries', 'admin-use', 'admin-prints'], 'figures' => ['admin-milliseconds', 'admin-tries']])) ?>
 <tbody>
 <?php foreach ($servers as ['health' => $health, 'server' => $server]) { ?>
 <tr>

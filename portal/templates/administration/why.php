@@ -30,7 +30,7 @@
 <div class="wide" role="group" aria-labelledby="answer" tabindex="0">
 <table class="hits">
 <caption><?= $h->text('admin-why-sources') ?></caption>
-<?= $h($templates->render('administration/table-head', ['columns' => ['admin-from', 'admin-entry', ...($kind === 'edit' ? ['admin-new', 'admin-edit', 'admin-delete'] : []), 'admin-effect']])) ?>
+<?= $h($templates->render('administration/table-head', ['columns' => ['admin-from', 'admin-entry', ...($kind === 'edit' ? ['admin-new', 'admin-edit', 'admin-delete'] : []), 'admin-effect'], 'figures' => ['admin-new', 'admin-edit', 'admin-delete']])) ?>
 <tbody>
 <?php foreach ($explanation->sources as $source) { ?>
 <tr>

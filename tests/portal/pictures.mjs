@@ -1,0 +1,78 @@
+// Takes the pictures of docs/pictures/ from a site of its own. A picture that has not changed is not written. Fails only if a
+// page cannot be shown.
+import { execFileSync } from 'node:child_process';
+import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
+import { Browser, Site } from './site.mjs';
+
+const directory = fileURLToPath(new URL('../../docs/pictures/', import.meta.url));
+const letter = '/document?channel=Mail&archive=Inbox&id=1118&version=1&q=delivery%20OR%20meeting&back=%2Fhits%3Fq%3Ddelivery&at=2&of=97';
+const list = '/hits?q=delivery&sort=3&order=down';
+
+/** A hit list with a hit selected and the preview of another. */
+const withPreview = async (page) => {
+  for (const key of ['j', 'x', 'j', ' ']) await page.keyboard.press(key);
+  await page.locator('.preview[data-row=hit-2] h2').waitFor();
+  await page.locator('.selected', { hasText: /^1 / }).waitFor();
+};
+
+const withMark = async (page) => {
+  await page.keyboard.press('n');
+  await page.evaluate(() => window.scrollTo(0, 0));
+};
+
+/** Puts fixed values in place of what differs from run to run. */
+const withoutRun = (page) => page.evaluate(() => {
+  const walker = document.createTreeWalker(document.querySelector('main'), NodeFilter.SHOW_TEXT);
+  while (walker.nextNode()) {
+    const text = walker.currentNode;
+    text.data = text.data.replace(/127\.0\.0\.1:\d+/, 'archive1:8100').replace(/\(\d+\)(?=; others)/, '(4711)');
+  }
+  document.querySelectorAll('main time').forEach((each) => { each.textContent = '1 Sep 2026, 09:30'; });
+  document.querySelectorAll('main td.figure').forEach((each) => { each.textContent = '0'; });
+});
+
+// The file's name, who sees the page, its address, what is done there first, and what is particular about the window.
+const PICTURES = [
+  ['log-on', '', '/log-on', null, { height: 520 }],
+  ['search', 'clerk', '/?in=Finance/Invoices&mask=Standard', null, { height: 960 }],
+  ['hit-list', 'clerk', list, withPreview],
+  ['hit-list-dark', 'clerk', list, withPreview, { colorScheme: 'dark' }],
+  ['hit-list-german', 'clerk', list, null, { locale: 'de-DE' }],
+  ['hit-list-narrow', 'clerk', list, null, { width: 320, height: 900 }],
+  ['document', 'clerk', letter, withMark],
+  ['create', 'clerk', '/create?in=Mail/Inbox', null, { height: 960 }],
+  ['outliner', 'clerk', '/outline?in=Finance/Invoices&tree=1', null, { height: 520 }],
+  ['administration', 'administrator', '/administration/account?id=3#groups', null, { height: 960 }],
+  ['why', 'administrator', '/administration/why?id=3&kind=edit&entry=Mail/Inbox', null, { height: 900 }],
+  ['servers', 'administrator', '/administration/servers', withoutRun, { height: 520 }],
+];
+
+function write(name, picture) {
+  const small = execFileSync('pngquant', ['--speed', '1', '--nofs', '--strip', '32', '-'], { input: picture, maxBuffer: 1 << 24 });
+  const file = `${directory}${name}.png`;
+  const isNew = !existsSync(file) || !readFileSync(file).equals(small);
+  if (isNew) writeFileSync(file, small);
+  console.log(`${name}.png: ${small.length} bytes${isNew ? ', written' : ''}`);
+}
+
+async function take(page, name, address, prepare) {
+  await page.mouse.move(0, 0);  // where it changes no colour
+  const status = (await page.goto(address)).status();
+  if (status !== 200) throw new Error(`${address}: ${status}`);
+  await prepare?.(page);
+  await page.evaluate(() => document.fonts.ready);
+  write(name, await page.screenshot({ animations: 'disabled', caret: 'hide' }));
+}
+
+const [site, browser] = await Promise.all([Site.start(), Browser.start()]);
+try {
+  mkdirSync(directory, { recursive: true });
+  for (const [name, user, address, prepare, { width = 1280, height = 800, ...look } = {}] of PICTURES) {
+    const options = { viewport: { width, height }, deviceScaleFactor: 1, ...look };
+    const body = (page) => take(page, name, address, prepare);
+    await (user === '' ? browser.visit(site, body, options) : browser.asUser(site, user, body, options));
+  }
+} finally {
+  await Promise.all([browser.stop(), site.stop()]);
+}
