@@ -39,9 +39,10 @@ export class Site {
 }
 
 export class Browser {
-  static async start() {
+  /** options are Chromium's own */
+  static async start(...options) {
     const browser = new Browser();
-    browser.chromium = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
+    browser.chromium = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox', ...options] });
     return browser;
   }
 
