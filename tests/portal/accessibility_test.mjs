@@ -130,7 +130,7 @@ describe('accessibility', () => {
   }, NARROW));
 
   test('of the page of a failing archive', async () => {
-    const broken = await Site.start('--misbehave=refuse');
+    const broken = await Site.start('--devserver=--misbehave=refuse');
     try {
       await browser.asUser(broken, 'clerk', async (page) => {
         await inspect(page, [['/hits?q=copper', 502]]);

@@ -212,7 +212,7 @@ describe('twenty users at once', () => {
 
 describe('a slow archive', () => {
   test('holds up no other page of the same user', async (t) => {
-    const site = await Site.start('--devserver=--misbehave', '--devserver=delay:2000');
+    const site = await Site.start('--devserver=--misbehave=delay:2000');
     t.after(() => site.stop());
     const client = new Client(site);
     await client.logOn('clerk');
