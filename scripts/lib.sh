@@ -92,7 +92,7 @@ need_portal_test_packages() {
     as_root systemctl mask --quiet nginx || true
   fi
   need_test_packages
-  need_packages "${PORTAL_PACKAGES[@]}" nginx-light chromium pngquant unzip
+  need_packages "${PORTAL_PACKAGES[@]}" php-pgsql nginx-light chromium pngquant unzip
   # Those of another source than Debian's, which its packages do not go with, serve as well.
   command -v node >/dev/null || need_packages nodejs
   command -v npm >/dev/null || need_packages npm

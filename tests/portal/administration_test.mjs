@@ -276,6 +276,7 @@ describe('what is remembered', () => {
     test(`a user who gets the ID of one removed ${how} inherits nothing, and the old session ends`, async () => {
       addUser('leaver', '--channel', 'Mail');
       const id = idOf('leaver');
+      await Client.as('administrator', () => {});  // has a file of his own then
       const before = files('users').length;
       await Client.as('leaver', async (client) => {
         assert.equal(await client.status('/hits?q=Zahlung'), 200);
@@ -363,6 +364,13 @@ describe('changes', () => {
     assert.equal(await client.change(crew, 'join', { group: crew }), 422);
     assert.equal(await client.change(subject, 'leave', { group: crew }), 303);
     assert.equal(sql(`SELECT 1 FROM UserGroups WHERE GroupID=${crew}`).length, 0);
+    const token = (await (await client.get('/administration/add?kind=group')).text()).match(/name="token" value="([^"]*)"/)[1];
+    for (const [form, status] of [[{ kind: 'group', name: 'Night crew' }, 303], [{ kind: 'group', name: 'Night crew' }, 409],
+      [{ kind: 'group', name: 'Night^,^crew\u{1F600}' }, 422], [{ name: 'unsure', password: 'one-pass1', again: 'one-pass2' }, 422]]) {
+      const answer = await client.request.post('/administration/add', { form: { token, ...form }, maxRedirects: 0 });
+      assert.equal(answer.status(), status, JSON.stringify(form));
+    }
+    assert.deepEqual(sql("SELECT Passwd, ChangePasswd FROM Users WHERE UserName='Night crew'"), [[null, null]]);
     for (const [kind, value, entries] of [['general', '12', 'UserRights'], ['channel', 'Mail', 'UserChannels'], ['archive', 'Fax', 'UserArchives'],
       ['document', '81', 'UserDocRights'], ['search', '82', 'UserSearchRights']]) {
       const count = () => sql(`SELECT 1 FROM ${entries} WHERE UserID=${crew}`).length;

@@ -44,6 +44,8 @@ final class AddPage extends DatabasePage
         $database->change(static function () use ($accounts, $name, $password, $request, &$id): void {
             $id = $accounts->add($name, $password, $request->field('must-change') !== '');
         });
+        // A user of that name whom another program has removed may have had the ID.
+        $visit->files($id, $name)->remove();
         return $id;
     }
 
