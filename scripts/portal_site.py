@@ -11,6 +11,7 @@ server of the site's own, otherwise they are in an SQLite file. --devserver pass
 --setting changes one of the portal. A process whose file size is limited (prlimit --fsize) gets an error when it writes more, as
 with a full disk."""
 import argparse
+import contextlib
 import json
 import os
 import pwd
@@ -73,7 +74,7 @@ class Site:
         with open(log, "ab") as output:
             # Python ignores SIGXFSZ, and so do the processes: beyond a limit writing fails instead of ending them.
             process = subprocess.Popen(list(map(str, command)), stdin=subprocess.DEVNULL, stdout=output, stderr=output,
-                                       env={**os.environ, **environment}, restore_signals=False)
+                                       env={**os.environ, **environment}, restore_signals=False, start_new_session=True)
         self.processes.append(process)
         return process, log
 
@@ -85,6 +86,9 @@ class Site:
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait(10)
+            # The workers of PHP's own server outlive it.
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGTERM)
 
     def start_postgresql(self):
         command, directory = ROOT / "scripts/private-postgres", self.directory / "postgresql"
