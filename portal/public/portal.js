@@ -4,7 +4,7 @@
 
 (() => {
   const form = document.getElementById("selection");
-  const rows = form ? [...form.querySelectorAll("tbody tr")] : [];
+  const rows = form ? [...form.querySelectorAll("tbody tr:has(a.hit)")] : [];
   let current = null;  // the row that keys act on
   let preview = null;  // the element with the preview, null while it is closed
   let asked = null;  // cancels the preview that is being fetched
