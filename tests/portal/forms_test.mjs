@@ -40,7 +40,7 @@ const create = (page) => page.getByRole('button', { name: 'Create document' });
 async function count(page, title) {
   const answer = await page.context().request.get(`/hits?q=${encodeURIComponent(`title:"${title}"`)}&in=Finance/Orders`);
   assert.equal(answer.status(), 200);
-  return Number(/role="status"[^>]*>\s*(\d+) hits/.exec(await answer.text())?.[1] ?? 0);
+  return Number(/role="status"[^>]*>\s*(\d+) hits?\b/.exec(await answer.text())?.[1] ?? 0);
 }
 
 /** The names of the directories that files pass through. */
