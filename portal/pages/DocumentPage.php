@@ -4,11 +4,9 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
-use Oxaqrycln\Document;
 use Portal\Documents\DocumentRequest;
 use Portal\Documents\DocumentView;
 use Portal\Forms\OneTimeForm;
-use Portal\Web\Failure;
 use Portal\Web\Page;
 use Portal\Web\Request;
 use Portal\Web\Response;
@@ -37,7 +35,7 @@ final class DocumentPage implements Page
         int $status = 200,
     ): Response {
         $asked = DocumentRequest::of($request);
-        [$document, $refusal] = self::read($asked, $visit);
+        [$document, $refusal] = $asked->readMarked($visit);
         $view = new DocumentView($asked, $document, $request);
         $properties = $view->tab === 'properties'
             ? $visit->archive()->properties($document->name->channel, $document->name->archive)
@@ -57,18 +55,5 @@ final class DocumentPage implements Page
             'by' => $visit->knownUser()->id,
             'number' => OneTimeForm::newNumber(),
         ], $status);
-    }
-
-    /** @return array{Document, string} what the server says when it does not take the query, whose hits are not marked then */
-    private static function read(DocumentRequest $asked, Visit $visit): array
-    {
-        try {
-            return [$asked->read($visit, $asked->query), ''];
-        } catch (Failure $failure) {
-            if ($asked->query === '' || $failure->detail === '') {
-                throw $failure;
-            }
-            return [$asked->read($visit), $failure->detail];
-        }
     }
 }

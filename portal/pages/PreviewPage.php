@@ -4,10 +4,8 @@ declare(strict_types=1);
 
 namespace Portal\Pages;
 
-use Oxaqrycln\Document;
 use Oxaqrycln\Segment;
 use Portal\Documents\DocumentRequest;
-use Portal\Web\Failure;
 use Portal\Web\Page;
 use Portal\Web\Request;
 use Portal\Web\Response;
@@ -21,7 +19,7 @@ final class PreviewPage implements Page
     public function answer(Request $request, Visit $visit): Response
     {
         $wanted = DocumentRequest::of($request);
-        $document = self::read($wanted, $visit);
+        [$document] = $wanted->readMarked($visit);
         $marks = array_sum(array_map(static fn(Segment $segment): int => \count($segment->text->marks), $document->segments));
         return $visit->page('preview', $document->title, [
             'document' => $document,
@@ -30,19 +28,6 @@ final class PreviewPage implements Page
             'longest' => self::LONGEST,
             'wanted' => $wanted,
         ]);
-    }
-
-    /** Without marks when the server does not take the query for them. */
-    private static function read(DocumentRequest $wanted, Visit $visit): Document
-    {
-        try {
-            return $wanted->read($visit, $wanted->query);
-        } catch (Failure $failure) {
-            if ($wanted->query === '' || $failure->detail === '') {
-                throw $failure;
-            }
-            return $wanted->read($visit);
-        }
     }
 
     /**

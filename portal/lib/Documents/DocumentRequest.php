@@ -81,7 +81,24 @@ final class DocumentRequest
         return $this->restriction($visit)->shownOf($this->readWhole($visit, $query));
     }
 
-    /** The same to change it. The user may not when its title, which comes with each change, is hidden from him. */
+    /**
+     * The same with the hits of the URL's query marked, or with none when the server does not take that query.
+     *
+     * @return array{Document, string} and what the server says then; "" when it does take it
+     */
+    public function readMarked(Visit $visit): array
+    {
+        try {
+            return [$this->read($visit, $this->query), ''];
+        } catch (Failure $failure) {
+            if ($this->query === '' || $failure->detail === '') {
+                throw $failure;
+            }
+            return [$this->read($visit), $failure->detail];
+        }
+    }
+
+    /** The same as read() to change it. The user may not when its title, which comes with each change, is hidden from him. */
     public function readToEdit(Visit $visit): Document
     {
         $document = $this->readWhole($visit);
