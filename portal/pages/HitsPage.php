@@ -66,7 +66,11 @@ final class HitsPage implements Page
     private function remember(Visit $visit, int $user, SearchRequest $search): void
     {
         $entry = ['q' => $search->query, 'in' => $search->place];
-        $visit->state($user)->change(static function (array $state) use ($entry): array {
+        $file = $visit->state($user);
+        if (($file->read()['recent'][0] ?? null) === $entry) {
+            return;
+        }
+        $file->change(static function (array $state) use ($entry): array {
             $others = array_filter($state['recent'] ?? [], static fn(array $each): bool => $each !== $entry);
             return ['recent' => \array_slice([$entry, ...$others], 0, self::RECENT)] + $state;
         });
