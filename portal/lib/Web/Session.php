@@ -32,11 +32,8 @@ final class Session
         ini_set('session.use_strict_mode', '1');
         ini_set('session.use_only_cookies', '1');
         ini_set('session.cache_limiter', '');
-        // Debian's PHP leaves the removal of old sessions to a job that knows its own directory only.
-        ini_set('session.gc_probability', '1');
-        ini_set('session.gc_divisor', '1000');
         ini_set('session.gc_maxlifetime', (string) ($settings->sessionHours * 3600));
-        // Distributions switch this off, and remove the files of their own directory by other means.
+        // Debian's PHP leaves the removal of old sessions to a job that knows its own directory only.
         ini_set('session.gc_probability', '1');
         ini_set('session.gc_divisor', '1000');
         if (isset($_COOKIE[self::COOKIE])) {
