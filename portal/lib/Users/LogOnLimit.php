@@ -40,17 +40,16 @@ final class LogOnLimit
      */
     public function attempt(): int
     {
-        foreach ($this->counters as [$file, $free]) {
-            $wait = self::wait($file->read(), $free);
-            if ($wait === 0) {
-                $file->change(static function (array $state) use ($free, &$wait): array {
-                    $wait = self::wait($state, $free);
-                    return $wait > 0 ? $state : ['count' => self::count($state) + 1, 'last' => time()];
-                });
-            }
-            if ($wait > 0) {
-                return $wait;
-            }
+        // All of them before any counts, so that an account does not wait longer because of its address.
+        $wait = max(array_map(static fn(array $counter): int => self::wait($counter[0]->read(), $counter[1]), $this->counters));
+        foreach ($wait > 0 ? [] : $this->counters as [$file, $free]) {
+            $file->change(static function (array $state) use ($free, &$wait): array {
+                $wait = max($wait, self::wait($state, $free));
+                return $wait > 0 ? $state : ['count' => self::count($state) + 1, 'last' => time()];
+            });
+        }
+        if ($wait > 0) {
+            return $wait;
         }
         StateFile::removeOld($this->settings, 'log-on', self::FORGOTTEN, self::MOST_REMOVED);
         return 0;
