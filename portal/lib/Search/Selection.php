@@ -86,6 +86,7 @@ final class Selection
     {
         $this->file->change(fn(): array => ['search' => $this->search, 'hits' => []]);
         $this->hits = [];
+        $this->removeOld();
     }
 
     /**
