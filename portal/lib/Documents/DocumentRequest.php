@@ -46,6 +46,12 @@ final class DocumentRequest
         );
     }
 
+    /** A document without a hit list, as another class names it. */
+    public static function ofName(DocumentName $name): self
+    {
+        return new self($name, '', '', 0, 0);
+    }
+
     /**
      * The query of its URL, with changes.
      *

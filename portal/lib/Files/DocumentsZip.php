@@ -13,9 +13,7 @@ use Oxaqrycln\Hit;
 use Oxaqrycln\Refused;
 use Oxaqrycln\TimedOut;
 use Portal\Documents\DocumentRequest;
-use Portal\Output\Html;
 use Portal\Web\Failure;
-use Portal\Web\Request;
 use Portal\Web\Visit;
 
 /**
@@ -64,7 +62,7 @@ final class DocumentsZip
             return $this->text('zip-failed');
         }
         try {
-            DocumentRequest::of(Request::ofUrl(Html::plainUrl('/', self::queryOf($hit))))->checkFile($this->visit, null);
+            DocumentRequest::ofName($hit)->checkFile($this->visit, null);
             $path = $this->visit->archive()->fetch($hit, Content::firstFile(), into: $file);
         } catch (Failure) {
             return $this->text('zip-forbidden');
@@ -114,12 +112,6 @@ final class DocumentsZip
     {
         $line = "$name ($hit->channel/$hit->archive, $hit->id/$hit->version)" . ($reason === '' ? '' : ": $reason");
         return preg_replace('/[\x00-\x1F\x7F]+/', ' ', $line);
-    }
-
-    /** @return array<string, string> as a link to the document has it */
-    private static function queryOf(Hit $hit): array
-    {
-        return ['channel' => $hit->channel, 'archive' => $hit->archive, 'id' => $hit->id, 'version' => $hit->version];
     }
 
     /** Titles hold characters that have a meaning in paths, and words that are devices on some systems. */

@@ -10,9 +10,7 @@ use Oxaqrycln\Refused;
 use Portal\Documents\DocumentRequest;
 use Portal\Files\TemporaryFile;
 use Portal\Files\TiffJoiner;
-use Portal\Output\Html;
 use Portal\Web\Failure;
-use Portal\Web\Request;
 use Portal\Web\Visit;
 
 /** The page images of documents, as one file. Raises Failure when the program that makes it is not installed. */
@@ -38,12 +36,7 @@ final class HitImages
         set_time_limit(self::SECONDS_EACH + $this->visit->settings->timeout);
         $page = TemporaryFile::open();
         try {
-            DocumentRequest::of(Request::ofUrl(Html::plainUrl('/', [
-                'channel' => $name->channel,
-                'archive' => $name->archive,
-                'id' => $name->id,
-                'version' => $name->version,
-            ])))->checkFile($this->visit, null);
+            DocumentRequest::ofName($name)->checkFile($this->visit, null);
             $isThere = $this->visit->archive()->fetch($name, Content::pages(''), into: $page) !== null;
         } catch (Refused | Failure) {
             return;
