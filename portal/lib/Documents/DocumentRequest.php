@@ -144,7 +144,9 @@ final class DocumentRequest
         try {
             $document = $visit->archive()->document($this->name, $query);
         } catch (Refused $refused) {
-            throw new Failure('no-document', 404, $refused->getMessage());
+            // Where conditions withhold documents, the server's text would tell those from documents that do not exist. It is
+            // kept for a query that may be what the server refuses; readMarked() reads the document without it.
+            throw new Failure('no-document', 404, $conditions === [] || $query !== '' ? $refused->getMessage() : '');
         }
         if (!DocumentConditions::areMet($conditions, $document)) {
             throw Failure::noDocument();
