@@ -5,6 +5,7 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\DocumentName;
+use Portal\Documents\ChangeRights;
 use Portal\Forms\DocumentForm;
 use Portal\Search\SearchScope;
 use Portal\Web\Failure;
@@ -18,13 +19,10 @@ final class CreatePage implements Page
 {
     public function answer(Request $request, Visit $visit): Response
     {
-        $user = $visit->knownUser();
         [$channel, $name] = SearchScope::parts($request->text('in'));
         $visit->requireArchive($channel, $name);
+        (new ChangeRights($visit, $channel, $name))->mayCreate() || throw Failure::forbidden();
         $archive = $visit->archive();
-        if (!$user->mayCreate($channel, $name) || !$archive->properties($channel, $name)->canCreate) {
-            throw Failure::forbidden();
-        }
         $form = new DocumentForm($request, $visit, $archive, new DocumentName($channel, $name, ''));
         return $form->answer(
             $visit->h->locale->text('create'),

@@ -40,7 +40,7 @@ final class DeletePage implements Page
     private function delete(DocumentRequest $asked, Visit $visit, bool $isVersion): void
     {
         $name = $asked->read($visit)->name;
-        $asked->mayDelete($visit) || throw Failure::forbidden();
+        $asked->changeRights($visit)->mayDelete() || throw Failure::forbidden();
         $version = $isVersion ? $name->version : '';
         $visit->archive()->delete(new DocumentName($name->channel, $name->archive, $name->id, $version));
     }
@@ -48,7 +48,7 @@ final class DeletePage implements Page
     private function question(DocumentRequest $asked, Visit $visit, string $problem = '', int $status = 200): Response
     {
         $document = $asked->read($visit);
-        $asked->mayDelete($visit) || throw Failure::forbidden();
+        $asked->changeRights($visit)->mayDelete() || throw Failure::forbidden();
         $version = $document->name->version;
         return $visit->page('delete', $visit->h->locale->text('delete-document'), [
             'heading' => 'delete-document',

@@ -37,19 +37,17 @@ final class DocumentPage implements Page
         $asked = DocumentRequest::of($request);
         [$document, $refusal] = $asked->readMarked($visit);
         $view = new DocumentView($asked, $document, $request);
-        $properties = $view->tab === 'properties'
-            ? $visit->archive()->properties($document->name->channel, $document->name->archive)
-            : null;
+        $rights = $asked->changeRights($visit);
         return $visit->page($view->tab === 'print' ? 'document-print' : 'document', $document->title, [
             'asked' => $asked,
             'document' => $document,
             'view' => $view,
             'refusal' => $refusal,
-            'properties' => $properties,
+            'properties' => $view->tab === 'properties' ? $rights->properties() : null,
             'end' => \in_array($request->text('end'), ['first', 'last'], true) ? $request->text('end') : '',
             'mayAnnotate' => $asked->mayAnnotate($visit),
-            'mayEdit' => $asked->mayAnnotate($visit),
-            'mayDelete' => $view->tab !== 'print' && $asked->mayDelete($visit),
+            'mayEdit' => $view->tab !== 'print' && $rights->mayEdit(),
+            'mayDelete' => $view->tab !== 'print' && $rights->mayDelete(),
             'note' => $note,
             'problem' => $problem,
             'by' => $visit->knownUser()->id,

@@ -18,19 +18,11 @@ final class EditPage implements Page
 {
     public function answer(Request $request, Visit $visit): Response
     {
-        $user = $visit->knownUser();
-        $name = new DocumentName(
-            $request->text('channel'),
-            $request->text('archive'),
-            $request->text('id'),
-            $request->text('version'),
-        );
-        $visit->requireArchive($name->channel, $name->archive);
+        $asked = DocumentRequest::of($request);
+        $visit->requireArchive($asked->name->channel, $asked->name->archive);
+        $asked->changeRights($visit)->mayEdit() || throw Failure::forbidden();
+        $document = $asked->readToEdit($visit);
         $archive = $visit->archive();
-        if (!$user->mayEdit($name->channel, $name->archive) || !$archive->properties($name->channel, $name->archive)->canEdit) {
-            throw Failure::forbidden();
-        }
-        $document = DocumentRequest::of($request)->readToEdit($visit);
         $form = new DocumentForm($request, $visit, $archive, $document->name, $document);
         // The archive refuses the change when another user has made a newer version in the meantime.
         return $form->answer(

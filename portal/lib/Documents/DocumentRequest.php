@@ -160,11 +160,9 @@ final class DocumentRequest
         return $visit->knownUser()->mayEdit($this->name->channel, $this->name->archive);
     }
 
-    /** Whether both the user's rights and the archive allow it. */
-    public function mayDelete(Visit $visit): bool
+    public function changeRights(Visit $visit): ChangeRights
     {
-        [$channel, $archive] = [$this->name->channel, $this->name->archive];
-        return $visit->knownUser()->mayDelete($channel, $archive) && $visit->archive()->properties($channel, $archive)->canDelete;
+        return new ChangeRights($visit, $this->name->channel, $this->name->archive);
     }
 
     private function restriction(Visit $visit): SearchRestriction
