@@ -5,6 +5,7 @@ declare(strict_types=1);
 namespace Portal\Pages;
 
 use Oxaqrycln\Mask;
+use Portal\Documents\ChangeRights;
 use Portal\Forms\MaskForm;
 use Portal\Output\Html;
 use Portal\Search\SearchScope;
@@ -69,12 +70,12 @@ final class SearchPage implements Page
         $chosen = array_filter($masks, static fn(Mask $mask): bool => $mask->name === $request->text('mask'));
         $given = $request->text('run') === '' ? null : $request->texts();
         return [
-            'formats' => $restriction->hasFixedValues() ? [] : $archive->formats($channel, $name),
+            'formats' => $restriction->allowsFormats() ? $archive->formats($channel, $name) : [],
             'masks' => array_filter($masks, static fn(Mask $mask): bool => $mask->fields !== []),
             'form' => $chosen === [] ? null : MaskForm::forSearch(reset($chosen), $restriction, $given),
             'trees' => $archive->outline($channel, $name),
             'fixed' => $restriction->fixedValues(),
-            'mayCreate' => $user->mayCreate($channel, $name) && $archive->properties($channel, $name)->canCreate,
+            'mayCreate' => (new ChangeRights($visit, $channel, $name))->mayCreate(),
         ];
     }
 }

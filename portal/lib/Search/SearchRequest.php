@@ -68,8 +68,7 @@ final class SearchRequest
             $restriction->applied($this->query),
             max: $visit->settings->searchLimit,
             queryMax: 0,
-            // A format searches some fields alone, where the fixed values of others are never found.
-            format: $restriction->hasFixedValues() ? '' : $this->format,
+            format: $restriction->allowsFormats() ? $this->format : '',
             folderRights: $this->scope->folderRights,
             layout: $this->layout,
         ), $restriction, new DocumentRights($visit));

@@ -35,9 +35,10 @@ final class SearchRestriction
         return $this->key() !== '' || $this->rights->fieldsWithoutMatchcode !== [];
     }
 
-    public function hasFixedValues(): bool
+    /** A format searches some fields alone: hidden ones, or ones where the fixed values of others are never found. */
+    public function allowsFormats(): bool
     {
-        return $this->rights->fixedValues !== [];
+        return $this->rights->fixedValues === [] && !$this->hidesFields();
     }
 
     /** @return list<array{string, string}> name of the field, or its id where no setting names it, and its fixed value */
@@ -128,7 +129,7 @@ final class SearchRestriction
     /** Raises Failure as applied() does. */
     public function check(string $query): void
     {
-        if ($this->hasFixedValues() && !QueryText::isClosed($query)) {
+        if ($this->rights->fixedValues !== [] && !QueryText::isClosed($query)) {
             throw new Failure('query-open', 422);
         }
         if (!$this->hidesFields()) {
