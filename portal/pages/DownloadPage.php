@@ -24,14 +24,14 @@ use Portal\Web\Visit;
  */
 final class DownloadPage implements Page
 {
-    /** what there is of a whole list, too */
+    public const OF_SELECTIONS = ['csv', 'json', 'zip', 'image'];
     private const OF_LISTS = ['csv', 'json'];
 
     public function answer(Request $request, Visit $visit): Response
     {
         $search = SearchRequest::of($request);
         $isSelection = $request->text('what') === 'selection';
-        if (!$isSelection && !\in_array($request->text('as'), self::OF_LISTS, true)) {
+        if (!\in_array($request->text('as'), $isSelection ? self::OF_SELECTIONS : self::OF_LISTS, true)) {
             throw Failure::notFound();
         }
         $selection = $isSelection ? new Selection($visit, $search) : null;
@@ -39,6 +39,8 @@ final class DownloadPage implements Page
             throw new Failure('nothing-selected', 422);
         }
         $hits = $search->run($visit);
+        // A failure has a page of its own as long as nothing is sent; half a file would look like a whole one.
+        $hits->checkRights();
         $view = ListView::of($visit, $search->place, $hits, '');
         $export = new HitExport($hits, $view->shown(), $selection, $visit->h->locale);
         return match ($request->text('as')) {
@@ -46,7 +48,6 @@ final class DownloadPage implements Page
             'json' => $this->file($search, 'json', 'application/json', static fn() => $export->writeJson($search->query)),
             'zip' => $this->zip($visit, $search, $selection, [...$export->rows()]),
             'image' => $this->image($visit, $search, $selection, $hits->isMultiPageImage, [...$export->rows()]),
-            default => throw Failure::notFound(),
         };
     }
 

@@ -17,8 +17,6 @@ use Portal\Web\Visit;
 /** Keeps what is ticked in a hit list, and goes on with the list or with a download of the selection. */
 final class SelectionPage implements Page
 {
-    private const DOWNLOADS = ['csv', 'json', 'zip', 'image'];
-
     public function answer(Request $request, Visit $visit): Response
     {
         $search = SearchRequest::of($request);
@@ -26,7 +24,7 @@ final class SelectionPage implements Page
         $ticked = $request->repeated('hit');
         $before = $request->repeated('was');
         $what = $request->field('do');
-        $isDownload = \in_array($what, self::DOWNLOADS, true);
+        $isDownload = \in_array($what, DownloadPage::OF_SELECTIONS, true);
         match (true) {
             $isDownload, \in_array($what, ['', 'keep'], true) =>
                 $selection->change($ticked, array_values(array_diff($before, $ticked))),

@@ -68,6 +68,14 @@ final class FoundHits implements \Countable, \IteratorAggregate
         return $this->rights->maySee($this->hits[$position]);
     }
 
+    /** Finds out for every hit whether it may be shown, which asks the archive where document rights apply. */
+    public function checkRights(): void
+    {
+        foreach ($this->hits as $hit) {
+            $this->rights->maySee($hit);
+        }
+    }
+
     /** @return list<?Hit> for a page of the list; empty behind its end */
     public function slice(int $first, int $length): array
     {
