@@ -56,6 +56,14 @@ final class UserFiles
         return (string) ($this->state()->read()['generation'] ?? '');
     }
 
+    /** What a new session of his begins with. Two log-ons at once, the first ones of the user, get the same. */
+    public function begunGeneration(): string
+    {
+        $new = ['generation' => bin2hex(random_bytes(8))];
+        $this->generation() !== '' || $this->state()->change(static fn(array $state): array => $state + $new);
+        return $this->generation();
+    }
+
     /** Ends his sessions. */
     public function renewGeneration(): void
     {

@@ -114,8 +114,7 @@ final class Visit
     public function begin(int $user, string $name): void
     {
         $files = $this->files($user, $name);
-        $files->generation() === '' && $files->renewGeneration();
-        $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $files->generation()]);
+        $this->session->begin(['user' => $user, 'name' => $name, 'generation' => $files->begunGeneration()]);
         (new KeptFiles($this->settings))->removeOld();
         $this->user = null;
         if ($this->settings->logDir !== '') {
