@@ -33,7 +33,7 @@ final class Session
         ini_set('session.use_only_cookies', '1');
         ini_set('session.cache_limiter', '');
         ini_set('session.gc_maxlifetime', (string) ($settings->sessionHours * 3600));
-        // Debian's PHP leaves the removal of old sessions to a job that knows its own directory only.
+        // Distributions such as Debian switch this off, and remove old sessions from their own directory only.
         ini_set('session.gc_probability', '1');
         ini_set('session.gc_divisor', '1000');
         if (isset($_COOKIE[self::COOKIE])) {
