@@ -1,7 +1,7 @@
 <?php
 
 // What bench/portal compares the pages of the portal with: an empty page with the portal's session, token and headers. With a
-// query "q" it makes, besides, what a hit list asks the component for, and takes as many hits as "size" says.
+// query "q" it also makes the requests of a hit list to the component, and reads as many hits as "size" says.
 
 declare(strict_types=1);
 

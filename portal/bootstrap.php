@@ -1,7 +1,7 @@
 <?php
 
-// Makes the classes of the portal and of the package bindings/php known: Portal\Web\Request is in lib/Web/Request.php, and
-// the classes of Portal\Pages are in pages/.
+// Loads the classes of the portal and of the package bindings/php when they are used.
+// Portal\Web\Request is in lib/Web/Request.php, and the classes of Portal\Pages are in pages/.
 
 declare(strict_types=1);
 

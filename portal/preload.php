@@ -18,7 +18,7 @@ foreach (['lib' => 'Portal', 'pages' => 'Portal\\Pages'] as $portalFolder => $po
     $portalFiles = new RecursiveDirectoryIterator($portalPath, FilesystemIterator::SKIP_DOTS);
     foreach (new RecursiveIteratorIterator($portalFiles) as $portalFile) {
         $portalName = substr($portalFile->getPathname(), \strlen($portalPath), -\strlen('.php'));
-        // By name, so that a class comes after those that it stands on.
+        // Through the autoloader, so that base classes are loaded first.
         class_exists($portalNamespace . strtr($portalName, '/', '\\'));
     }
 }

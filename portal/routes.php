@@ -1,7 +1,7 @@
 <?php
 
 // Every page: its path, the methods it answers, its class, and who may use it. A path without an entry is "not found",
-// and an entry without a right does not exist.
+// and every entry has a right.
 
 declare(strict_types=1);
 

@@ -30,7 +30,7 @@ PRELOAD = {"ffi.enable": "preload", "opcache.enable": "1", "opcache.preload": PO
            "opcache.preload_user": pwd.getpwuid(os.geteuid()).pw_name, "opcache.jit": "tracing",
            "opcache.jit_buffer_size": "16M"}
 CHANNELS = ("Mail", "Finance", "Technik", "Büro")
-# Name, what "oxaqry user grant" gives.
+# Names, and their options of "oxaqry user grant".
 USERS = {
     "administrator": ["--group", "Staff", "--right", "1"],
     "clerk": ["--group", "Staff", "--edit", "Mail/Inbox=NED", "--edit", "Finance/Invoices=NED"],
@@ -72,7 +72,7 @@ class Site:
     def start(self, name, command, **environment):
         log = self.directory / f"{name}.log"
         with open(log, "ab") as output:
-            # Python ignores SIGXFSZ, and so do the processes: beyond a limit writing fails instead of ending them.
+            # Python ignores SIGXFSZ, and its child processes inherit that: writing beyond a limit fails and does not end them.
             process = subprocess.Popen(list(map(str, command)), stdin=subprocess.DEVNULL, stdout=output, stderr=output,
                                        env={**os.environ, **environment}, restore_signals=False, start_new_session=True)
         self.processes.append(process)
@@ -86,7 +86,7 @@ class Site:
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait(10)
-            # The workers of PHP's own server outlive it.
+            # The workers of PHP's own server do not end with it.
             with contextlib.suppress(ProcessLookupError):
                 os.killpg(process.pid, signal.SIGTERM)
 

@@ -15,7 +15,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** Deletes the notes of a document, after a question. */
+/** Deletes the notes of a document, after a confirmation. */
 final class DeleteNotesPage implements Page
 {
     public function answer(Request $request, Visit $visit): Response
@@ -40,7 +40,7 @@ final class DeleteNotesPage implements Page
             : $this->question($asked, $visit, $outcomes[0]->problem ?? 'delete-unknown', 409);
     }
 
-    /** Of the notes: those that somebody has written since the question are not deleted unseen. */
+    /** A checksum of the notes, so that notes written since the confirmation was shown are not deleted unseen. */
     private static function stateOf(Document $document): string
     {
         return hash('sha256', serialize($document->notes));

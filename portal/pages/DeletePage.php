@@ -15,7 +15,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** Deletes a document or one of its versions, after a question. */
+/** Deletes a document or one of its versions, after a confirmation. */
 final class DeletePage implements Page
 {
     public function answer(Request $request, Visit $visit): Response

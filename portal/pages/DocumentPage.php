@@ -14,7 +14,7 @@ use Portal\Web\Visit;
 
 /**
  * A document: all its texts, or a segment ("segment", or "page" for an image), or its properties ("view"), each under a URL
- * of its own; "view=print" is the whole document without what a printer has no use for.
+ * of its own; "view=print" is the whole document as it is printed.
  */
 final class DocumentPage implements Page
 {
@@ -24,7 +24,7 @@ final class DocumentPage implements Page
     }
 
     /**
-     * @param string $note that was typed before, which was not stored
+     * @param string $note typed before and not stored
      * @param string $problem key of a text about it; "" for none
      */
     public static function show(

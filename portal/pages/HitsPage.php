@@ -15,7 +15,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** The hits of a search, a page of them at a time. */
+/** The hits of a search, page by page. */
 final class HitsPage implements Page
 {
     private const RECENT = 10;

@@ -9,7 +9,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** What the keys do, and whether single keys do anything at all. */
+/** The list of keys, and whether single keys are in use. */
 final class KeysPage implements Page
 {
     public function answer(Request $request, Visit $visit): Response

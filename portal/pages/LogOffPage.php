@@ -9,7 +9,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** Ends the session, and all others of the user when he asks for it. */
+/** Ends the session, or all sessions of the user. */
 final class LogOffPage implements Page
 {
     public function answer(Request $request, Visit $visit): Response

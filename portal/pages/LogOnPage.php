@@ -12,9 +12,9 @@ use Portal\Web\Route;
 use Portal\Web\Visit;
 
 /**
- * Logs a user of the web user database on, and goes on where he wanted to go. What he had typed into a form when his session
- * was over goes with him: in hidden fields of this form, and then in the new session until that form is shown again. Another
- * user, who logs on instead of him, begins with the search.
+ * Logs a user of the web user database on, and continues with the page that was asked for. What was typed into a form when the
+ * session had ended is kept: in hidden fields of this form, and then in the new session until that form is shown again. If
+ * another user logs on, the search is shown.
  */
 final class LogOnPage implements Page
 {

@@ -21,7 +21,7 @@ use Portal\Web\Visit;
  */
 final class NeighbourPage implements Page
 {
-    /** hits in a row that the user may not see and that are passed over; each is read to find that out */
+    /** the most withheld hits in a row that are skipped; each is read to check it */
     private const MOST_SKIPPED = 100;
 
     public function answer(Request $request, Visit $visit): Response
@@ -37,7 +37,7 @@ final class NeighbourPage implements Page
         $hits = $search->run($visit);
         $isNext = $request->text('step') !== 'previous';
         $here = $this->find($hits, $asked);
-        // Where the document was and is no longer, the next one is now.
+        // If the document has left the list, the next one is now at its position.
         $target = $here === null ? $asked->at - ($isNext ? 1 : 2) : $here + ($isNext ? 1 : -1);
         for ($tries = 0; $tries < self::MOST_SKIPPED && $hits->name($target) !== null && !$hits->isShown($target); ++$tries) {
             $target += $isNext ? 1 : -1;
@@ -60,7 +60,7 @@ final class NeighbourPage implements Page
         ]));
     }
 
-    /** The position of a document, counted from 0; in most cases that of the link. Null when the list lacks it. */
+    /** The position of a document, counted from 0; in most cases that of the link. Null when it is not in the list. */
     private function find(FoundHits $hits, DocumentRequest $asked): ?int
     {
         $isIt = static fn(?DocumentName $hit): bool => $hit !== null && $hit->id === $asked->name->id

@@ -18,7 +18,7 @@ use Portal\Web\Visit;
 
 /**
  * A tree of predefined searches in an archive. The URL says which nodes are open, "open=1.4", or leaves it to the tree;
- * "go=1.3", the way from a root to a node, leads to the hits of the node.
+ * "go=1.3", the path from a root to a node, leads to the hits of the node.
  */
 final class OutlinePage implements Page
 {
@@ -107,7 +107,7 @@ final class OutlinePage implements Page
         }
     }
 
-    /** The query of the node at the end of a way. The way is walked, because a node of another tree is nothing to show. */
+    /** The query of the node at the end of a path. Each step is checked, so that nodes of other trees are not found. */
     private function query(Archive $archive, string $tree, string $go): string
     {
         $parent = 0;

@@ -31,7 +31,7 @@ final class PreviewPage implements Page
     }
 
     /**
-     * The first texts, as many as a look at them takes in, but at least one with hits where there is one.
+     * The first texts up to a limited length, and at least one with hits if there is one.
      *
      * @param list<Segment> $segments
      * @return list<Segment>

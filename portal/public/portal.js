@@ -1,5 +1,5 @@
-// What pages do with scripts besides: keys, the selection without a reload, and the preview beside the hit list. Nothing
-// depends on it.
+// What scripts add to the pages: keys, the selection without a reload, and the preview beside the hit list. The pages work
+// without them.
 "use strict";
 
 (() => {
@@ -37,7 +37,7 @@
     });
   }
 
-  /** So that the form, when it is sent as a whole, takes back ticks that were saved. */
+  /** Records a saved tick in the form, so that sending the whole form can undo it. */
   function markSaved(box) {
     box.closest("td").querySelector("[name=was]")?.remove();
     const was = document.createElement("input");
@@ -45,7 +45,7 @@
     box.closest("td").append(was);
   }
 
-  /** The address names the selection from now on: reload, back and bookmarks find it. */
+  /** Puts the name of the selection into the address, where reload, back and bookmarks find it. */
   function keepAddress() {
     history.replaceState({ ...history.state, row: current?.id }, "", form.dataset.here + location.hash);
   }

@@ -36,7 +36,7 @@ final class Account
         return $this->isGroup() ? 'group' : ($this->isDisabled() ? 'disabled' : 'user');
     }
 
-    /** Changes with what a form shows of the account, so that the form of another state is told apart. */
+    /** A checksum of what a form shows of the account, by which an outdated form is recognised. */
     public function stamp(): string
     {
         $shown = [$this->id, $this->name, $this->hasPassword, $this->mustChange, $this->archiveUser];

@@ -6,7 +6,7 @@ namespace Portal\Administration;
 
 use Portal\Web\Failure;
 
-/** The users and groups. Changes belong into UserDatabase::change. */
+/** The users and groups. Changes must run in UserDatabase::change. */
 final class Accounts
 {
     private const COLUMNS = 'SELECT UserID, UserName, CASE WHEN Passwd IS NULL THEN 0 ELSE 1 END, CASE WHEN UserID IN'
@@ -19,7 +19,7 @@ final class Accounts
         'disabled' => 'NOT ' . self::IS_GROUP . ' AND Passwd IS NULL',
         'group' => self::IS_GROUP,
     ];
-    /** What belongs to a user, first what refers to others. */
+    /** The tables with entries of a user; those that refer to others come first. */
     private const ENTRIES = [
         'UserGroups WHERE UserID',
         'UserGroups WHERE GroupID',
@@ -48,7 +48,7 @@ final class Accounts
         return $rows === [] ? throw new Failure('no-account', 404) : self::account($rows[0]);
     }
 
-    /** The account of a form. Refused when it is another one now than when the form was shown. */
+    /** The account of a form. Refused when it has changed since the form was shown. */
     public function unchanged(int $id, string $stamp): Account
     {
         $account = $this->get($id);
@@ -206,7 +206,7 @@ final class Accounts
         $this->database->run('DELETE FROM UserGroups WHERE UserID=? AND GroupID=?', [$user, $group]);
     }
 
-    /** A second row of a name would be found by no log-on. */
+    /** The log-on would never find a second row with the same name. */
     private function requireFree(string $name): void
     {
         if ($this->database->number('SELECT COUNT(*) FROM Users WHERE UserName=?', [$name]) > 0) {

@@ -22,7 +22,7 @@ abstract class DatabasePage implements Page
 
     abstract protected function answerWith(Request $request, Visit $visit, UserDatabase $database): Response;
 
-    /** The ID of an account, as a URL or form has it; 0 for what is none. */
+    /** The ID of an account from a URL or form; 0 when it is not one. */
     final protected static function idOf(string $text): int
     {
         return preg_match('/^\d{1,9}$/D', $text) ? (int) $text : 0;

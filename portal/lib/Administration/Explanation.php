@@ -7,7 +7,7 @@ namespace Portal\Administration;
 use Portal\Users\FolderRights;
 use Portal\Users\User;
 
-/** Why a user may do something, or may not: what the pages find, and the entries that it follows from. */
+/** Why a user may or may not do something: the result of the same checks as in the pages, and the entries behind it. */
 final class Explanation
 {
     public const KINDS = ['general', 'see', 'edit', 'restrictions'];

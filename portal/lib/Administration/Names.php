@@ -6,11 +6,11 @@ namespace Portal\Administration;
 
 use Portal\Users\FolderRights;
 
-/** Which texts the component takes from the web user database, and how archives are written there. */
+/** The texts that the component can read from the web user database, and how archives are named there. */
 final class Names
 {
     private const LONGEST = 255;
-    /** What the code page Windows-1252 has besides U+00A0 to U+00FF. */
+    /** The characters of Windows-1252 outside of U+0000 to U+00FF. */
     private const OF_CODE_PAGE = '€‚ƒ„…†‡ˆ‰Š‹ŒŽ‘’“”•–—˜™š›œžŸ';
 
     /** Raises Refusal for a name that the component cannot read. */
@@ -42,7 +42,7 @@ final class Names
         return FolderRights::isArchive($entry) ? $entry : throw new Refusal('entry', $entry);
     }
 
-    /** As people write it: "channel/archive" for a reference. */
+    /** The form that people write: "channel/archive" for a reference. */
     public static function shown(string $entry): string
     {
         return preg_match('/^\$\(#([^()]+)\)\\\\(.+)$/sD', $entry, $part) ? "$part[1]/$part[2]" : $entry;

@@ -6,10 +6,10 @@ namespace Portal\Administration;
 
 use Portal\Users\FolderRights;
 
-/** The rights that are given to an account itself. Changes belong into UserDatabase::change. */
+/** The rights that are given to an account itself. Changes must run in UserDatabase::change. */
 final class Rights
 {
-    /** Kinds of rights that an account has or has not: table, column, and whether the entry is a number. */
+    /** The kinds of rights: table, column, and whether the entry is a number. */
     private const KINDS = [
         'general' => ['UserRights', 'RightID', true],
         'channel' => ['UserChannels', 'Channel', false],
@@ -80,7 +80,7 @@ final class Rights
     {
         [$table, $column] = self::KINDS[$kind];
         if (isset(self::DEFINITIONS[$kind])) {
-            // One that does not exist would restrict nothing, unnoticed.
+            // A definition that does not exist would silently restrict nothing.
             $definitions = self::DEFINITIONS[$kind];
             $count = $this->database->number("SELECT COUNT(*) FROM $definitions WHERE $column=?", [$value]);
             $count > 0 || throw new Refusal('no-definition', (string) $value);
@@ -91,7 +91,7 @@ final class Rights
         }
     }
 
-    /** The value as it is stored, whatever it is. */
+    /** The value as it is stored, not checked. */
     public function take(Account $account, string $kind, int|string $value): void
     {
         [$table, $column] = self::KINDS[$kind];

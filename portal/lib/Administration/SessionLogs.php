@@ -11,7 +11,7 @@ use Portal\Web\Settings;
 final class SessionLogs
 {
     public const KINDS = ['', 'problem', 'information', 'warning', 'error', 'debug'];
-    /** Of a longer file the older part is left out. */
+    /** The older part of a longer file is left out. */
     public const MOST_BYTES = 64 << 20;
     private const LONGEST_LINE = 4000;
     private const LEVELS = [
@@ -127,7 +127,7 @@ final class SessionLogs
             $value = $this->settings->$setting;
             $text = \strlen($value) < 6 ? $text : str_replace($value, $this->hidden, $text);
         }
-        // The end of a long text could be a part of what is hidden.
+        // A long text may have been cut within a value that is hidden.
         preg_match('/^.{0,' . self::LONGEST_LINE . '}/us', $text, $start);
         return trim(strtr($start[0], ["\r\n" => "\n"])) . ($start[0] === $text ? '' : ' …');
     }
@@ -147,7 +147,7 @@ final class SessionLogs
         return preg_match('/^[A-Za-z0-9_-][A-Za-z0-9._-]{0,199}\.log$/D', $name) === 1;
     }
 
-    /** No link either, which could lead out of the directory. */
+    /** Whether it is a plain file. Links are refused because they could lead out of the directory. */
     private static function isPlainFile(string $path): bool
     {
         return is_file($path) && !is_link($path);

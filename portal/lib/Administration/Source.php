@@ -4,7 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Administration;
 
-/** An entry that has a part in what a user may do: his own, or that of a group he is a member of. */
+/** An entry that affects what a user may do: the user's own, or that of one of the user's groups. */
 final class Source
 {
     /** @param array{}|array{int, int, int} $numbers of edit rights: new, edit, delete */

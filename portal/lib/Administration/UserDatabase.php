@@ -8,14 +8,14 @@ use Portal\Web\Failure;
 use Portal\Web\Settings;
 
 /**
- * The web user database for statements of the administration, which the component has no methods for: SQLite or PostgreSQL.
- * Only administrators get one.
+ * The web user database, for statements of the administration that the component has no methods for: SQLite or PostgreSQL.
+ * Only administrators may open it.
  */
 final class UserDatabase
 {
     private const ADMINISTRATOR = 1;
     private const ATTEMPTS = 10;
-    /** seconds that a change waits for another one */
+    /** the seconds that a change waits for another one to end */
     private const WAIT = 5;
 
     private readonly \PDO $pdo;
@@ -78,8 +78,8 @@ final class UserDatabase
     }
 
     /**
-     * Makes all statements of $change or none, as if no other change were made at that time; $change runs again when one
-     * was. Refused when the administrator would not be one any more.
+     * Carries out all statements of $change or none, isolated from other changes; $change runs again after a conflict.
+     * Refused when the administrator would lose the right to administer.
      *
      * @param \Closure(): void $change
      * @param ?\Closure(): void $last runs when nothing but the database can refuse the change any more; what it raises
@@ -92,7 +92,7 @@ final class UserDatabase
                 $this->attempt($change, $last);
                 return;
             } catch (\PDOException $error) {
-                // 40...: another change was in the way. 23...: it has taken the new key.
+                // 40...: a conflict with another change. 23...: the other change has used the new key.
                 if ($attempt >= self::ATTEMPTS || !preg_match('/^(40|23)/', (string) $error->getCode()) || $this->isSqlite) {
                     throw self::failure($error);
                 }
@@ -106,7 +106,7 @@ final class UserDatabase
      */
     private function attempt(\Closure $change, ?\Closure $last): void
     {
-        // SQLite: the lock of a writer from the beginning, so that nothing that was read is out of date.
+        // SQLite: takes the writer's lock at the beginning, so that nothing that was read can change.
         $this->pdo->exec($this->isSqlite ? 'BEGIN IMMEDIATE' : 'BEGIN ISOLATION LEVEL SERIALIZABLE');
         $this->isInTransaction = true;
         try {
@@ -155,7 +155,7 @@ final class UserDatabase
     {
         $options = [\PDO::ATTR_ERRMODE => \PDO::ERRMODE_EXCEPTION, \PDO::ATTR_TIMEOUT => self::WAIT];
         if ($this->isSqlite && \defined('PDO::SQLITE_ATTR_OPEN_FLAGS')) {
-            // A file that does not exist is an error, and no empty database.
+            // A missing file is an error; SQLite would create an empty database.
             $options[\PDO::SQLITE_ATTR_OPEN_FLAGS] = \PDO::SQLITE_OPEN_READWRITE;
         }
         $user = $settings->administrationUser === '' ? null : $settings->administrationUser;

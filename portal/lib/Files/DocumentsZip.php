@@ -69,7 +69,7 @@ final class DocumentsZip
         } catch (Refused $refused) {
             return $this->text('zip-refused') . ' ' . $refused->getMessage();
         } catch (AllServersBusy | ConnectionFailed | TimedOut | Cancelled) {
-            // The others would each wait as long.
+            // Each further document would wait as long.
             $this->isOver = true;
             return $this->text('zip-no-server');
         } catch (Error $error) {

@@ -4,10 +4,10 @@ declare(strict_types=1);
 
 namespace Portal\Files;
 
-/** What a stored file is, told by its first bytes and never by its name. */
+/** The type of a stored file, from its first bytes and never from its name. */
 final class FileType
 {
-    /** How much of a file tells its type. */
+    /** The number of bytes that are examined. */
     public const HEAD = 65536;
 
     /** How a file of the type begins, and the extensions that fit. */
@@ -46,7 +46,7 @@ final class FileType
         return new self('text/plain; charset=' . ($isUtf8 ? 'utf-8' : 'windows-1252'), true, false, self::TEXTS);
     }
 
-    /** Text that some program could take for a page, a script or a graphic with code in it is no plain text. */
+    /** Text that a program could interpret as a page, a script or an SVG image does not count as plain text. */
     private static function isPlainText(string $head): bool
     {
         return !preg_match('/[\x00-\x08\x0B\x0E-\x1A\x1C-\x1F\x7F]|^(%!|#!)|^\xFE\xFF|^\xFF\xFE/', $head)

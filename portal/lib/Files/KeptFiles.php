@@ -79,7 +79,7 @@ final class KeptFiles
         @unlink(TemporaryFile::path($stream));
     }
 
-    /** Removes what was kept long enough, and what a process has left behind that was ended in the middle. */
+    /** Removes expired files, and incomplete files of processes that were interrupted. */
     public function removeOld(): void
     {
         foreach ($this->files() as $path => [$time]) {

@@ -17,14 +17,14 @@ use Portal\Web\Response;
  */
 final class StoredFile
 {
-    /** Whatever the file is, a browser runs nothing of it, as on a site of its own. */
+    /** Whatever the file is, a browser runs nothing in it and isolates it from this site. */
     private const POLICY = "default-src 'none'; img-src 'self'; style-src 'unsafe-inline'; sandbox; frame-ancestors 'none'; "
         . "base-uri 'none'; form-action 'none'";
     private const PIECE = 262144;
 
     public readonly FileType $type;
     public readonly int $size;
-    /** Names the content, so that a browser joins parts of the same one only. */
+    /** Identifies the content, so that a browser combines only parts of the same content. */
     public readonly string $tag;
 
     /**
@@ -50,7 +50,7 @@ final class StoredFile
         try {
             $path = $archive->fetch($name, $content, $stream);
         } catch (Error $error) {
-            // The package copies the file last; its error does not tell whose disk is full.
+            // The package copies the file last; its error does not say which disk is full.
             throw $error::class === Error::class && @fwrite($stream, str_repeat("\0", 65536)) !== 65536
                 ? new DiskFull('a temporary file cannot be written', 0, $error)
                 : $error;

@@ -6,7 +6,7 @@ namespace Portal\Files;
 
 use Portal\Web\DiskFull;
 
-/** Files in PHP's temporary directory that go with their stream, at the latest when the page ends. */
+/** Files in PHP's temporary directory that are removed when their stream is closed, at the latest when the page ends. */
 final class TemporaryFile
 {
     /** @return resource an empty file */

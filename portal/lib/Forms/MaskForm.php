@@ -18,7 +18,7 @@ final class MaskForm
     }
 
     /**
-     * Without hidden fields, and those with a fixed value, which it would be no use to enter.
+     * Without hidden fields and without fields with a fixed value, where an entry would have no effect.
      *
      * @param ?array<string, string> $given by the keys of the fields; null for the initial texts
      */
@@ -30,7 +30,7 @@ final class MaskForm
     }
 
     /**
-     * With those fields that can be stored.
+     * Only with fields that can be stored.
      *
      * @param array<string, int> $ids of the archive's fields by name
      * @param ?array<string, string> $given as forSearch() takes it

@@ -21,7 +21,7 @@ final class OneTimeForm
     private const KEPT = 20;
 
     private readonly StateFile $file;
-    /** Held while the form is carried out. A user has a few of them, so that his forms hardly ever wait for each other. */
+    /** Locked while the form is carried out. A user has several locks, so that forms rarely wait for each other. */
     private readonly StateFile $turn;
     private readonly string $key;
 
@@ -39,7 +39,7 @@ final class OneTimeForm
         $this->key = "form $id";
     }
 
-    /** With other texts or files it is another form, although its number is the same: nothing that was typed is lost. */
+    /** A form with the same number but other texts or files is another form, so that nothing that was typed is lost. */
     public static function sent(Request $request, Visit $visit): self
     {
         $parts = [array_diff_key($request->fields(), ['token' => true])];
@@ -55,7 +55,7 @@ final class OneTimeForm
     }
 
     /**
-     * Carries the form out, unless that was done before; waits while another request does it. The outcomes tell of what was
+     * Carries the form out, unless that was done before; waits while another request does it. The outcomes describe what was
      * carried out then or now. A form that had no effect at all may be sent again.
      *
      * @param \Closure(): iterable<Outcome> $work gives each outcome as soon as it is known

@@ -11,7 +11,7 @@ use Oxaqrycln\Refused;
 use Portal\Output\Html;
 use Portal\Web\FailurePage;
 
-/** What became of a part of a form that was carried out: of one document, or of a note. */
+/** The outcome of a part of a form, such as one document or a note. */
 final class Outcome
 {
     public function __construct(

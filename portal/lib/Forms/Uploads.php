@@ -22,7 +22,7 @@ final class Uploads
         register_shutdown_function($this->remove(...));
     }
 
-    /** The most bytes of a file. */
+    /** The largest size of a file in bytes. */
     public static function largest(Settings $settings): int
     {
         $bytes = $settings->uploadMegabytes << 20;
@@ -32,7 +32,7 @@ final class Uploads
         return $bytes;
     }
 
-    /** The most bytes of all files of a form and its texts; 0 for no limit. */
+    /** The largest size of a form with its files in bytes; 0 for no limit. */
     public static function largestForm(): int
     {
         return self::bytes('post_max_size');
@@ -43,7 +43,7 @@ final class Uploads
         return (int) ini_get('max_file_uploads');
     }
 
-    /** Puts a file into the blob directory: its name there. */
+    /** Puts a file into the blob directory and returns its name there. */
     public function place(UploadedFile $file): string
     {
         $wanted = StoredName::of($file->name) ?? throw new \LogicException('the name was not checked');
@@ -74,7 +74,7 @@ final class Uploads
         $this->paths = [];
     }
 
-    /** Of a setting of PHP as "8M". */
+    /** The bytes of a PHP setting such as "8M". */
     private static function bytes(string $setting): int
     {
         $text = trim((string) ini_get($setting));

@@ -22,7 +22,7 @@ final class Html
         return $value instanceof SafeHtml ? (string) $value : self::escape((string) $value);
     }
 
-    /** A number of bytes as people read it, for text(). */
+    /** A number of bytes with its unit, for text(). */
     public static function bytes(int $bytes): string
     {
         $units = ['B', 'KB', 'MB', 'GB'];

@@ -14,7 +14,7 @@ final class Locale
     {
     }
 
-    /** The first language of a browser's list that there is. */
+    /** The first language of the browser's list that the portal has; else English. */
     public static function of(string $accepted): self
     {
         $wanted = [];

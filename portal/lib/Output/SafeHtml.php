@@ -4,7 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Output;
 
-/** Text that is HTML already. Only Html and Template make it. */
+/** Text that is already HTML. Only Html and Template create it. */
 final class SafeHtml implements \Stringable
 {
     private function __construct(private readonly string $html)

@@ -25,7 +25,7 @@ final class HitExport
         $this->columns = array_values(array_filter($columns, static fn(ListColumn $each): bool => $each->number !== null));
     }
 
-    /** In UTF-8 with a byte order mark, without which spreadsheets take it for something else. Every field is quoted. */
+    /** In UTF-8 with a byte order mark, without which spreadsheets assume another encoding. Every field is quoted. */
     public function writeCsv(): void
     {
         $titles = array_map(self::defused(...), array_column($this->columns, 'title'));

@@ -46,7 +46,7 @@ final class HitImages
         }
     }
 
-    /** How many documents have added pages. */
+    /** The number of documents that have added pages. */
     public function documents(): int
     {
         return $this->documents;

@@ -4,7 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Search;
 
-/** A column of a hit list as its user wants to see it. */
+/** A column of a hit list as the user has arranged it. */
 final class ListColumn
 {
     public function __construct(

@@ -60,7 +60,7 @@ final class ListView
      */
     public static function remember(Visit $visit, string $place, array $order, array $hidden, string $density): void
     {
-        // What is kept of it stays small: for archives that there are, and a density that there is.
+        // Keeps the file small: only existing archives and known densities.
         [$channel, $archive] = explode('/', $place, 2) + ['', ''];
         $place === '' || $visit->requireArchive($channel, $archive);
         if (!\in_array($density, self::DENSITIES, true)) {

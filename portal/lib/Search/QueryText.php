@@ -7,7 +7,7 @@ namespace Portal\Search;
 /** Queries in the language of the query server: words, "phrases", field:value, parentheses, AND, OR, NOT. */
 final class QueryText
 {
-    /** A condition on a field: the value as a phrase, of which a "*" at the end remains one. */
+    /** A condition on a field: the value as a phrase, in which a "*" at the end stays a wildcard. */
     public static function condition(string $field, string $value): string
     {
         $words = trim(preg_replace('/["\x00-\x20\x7F]+/', ' ', $value));
@@ -15,7 +15,7 @@ final class QueryText
         return "$field:\"" . trim($words, '* ') . '"' . ($isStart ? '*' : '');
     }
 
-    /** Whether its quotes and parentheses are closed, so that it stays one term within parentheses. */
+    /** Whether the query's quotes and parentheses are closed, so that it can be put into parentheses as one term. */
     public static function isClosed(string $query): bool
     {
         $rest = self::withoutPhrases($query);

@@ -57,7 +57,7 @@ final class SearchRequest
 
     /**
      * Raises Failure for an archive that the user may not see, and for a query that his search rights refuse, before the
-     * archive is searched. What these rights add has no part in $query.
+     * archive is searched. $query is without the conditions that these rights add.
      */
     public function run(Visit $visit): FoundHits
     {

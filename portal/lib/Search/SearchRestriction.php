@@ -10,8 +10,8 @@ use Oxaqrycln\Segment;
 use Portal\Web\Failure;
 
 /**
- * What the user's search rights make of the searches in an archive: conditions that every query gets, and fields that no
- * query may name.
+ * How the user's search rights restrict the searches in an archive: conditions that are added to every query, and fields that
+ * no query may name.
  */
 final class SearchRestriction
 {
@@ -23,7 +23,7 @@ final class SearchRestriction
     {
     }
 
-    /** The same text for restrictions that make the same of every query; "" for none. */
+    /** Equal for restrictions that have the same effect on every query; "" for none. */
     public function key(): string
     {
         $parts = [$this->rights->fixedValues, $this->rights->hiddenFields];
@@ -73,7 +73,7 @@ final class SearchRestriction
         return $this->isHidden((string) $segment->fieldId) || $this->isHidden($segment->name);
     }
 
-    /** Whether the title is no hidden field, and does not say what one does. */
+    /** Whether the title is not a hidden field, and does not repeat the text of one. */
     public function showsTitle(Document $document): bool
     {
         if ($this->isHidden(self::TITLE)) {
@@ -83,7 +83,7 @@ final class SearchRestriction
         return array_filter(array_filter($document->segments, $this->hides(...)), $isTitle) === [];
     }
 
-    /** The document without hidden fields. A title that says what such a field does gives way to the document's ID. */
+    /** The document without hidden fields. A title that repeats the text of such a field is replaced by the document's ID. */
     public function shownOf(Document $document): Document
     {
         if (!$this->hidesFields()) {

@@ -13,7 +13,7 @@ use Portal\Users\User;
 use Portal\Web\Failure;
 
 /**
- * The archives of a search, and what the user's search rights make of it. One request has one query for all of its archives, so
+ * The archives of a search, and how the user's search rights restrict it. One request has one query for all of its archives, so
  * a search of all of them leaves out those with other search rights than the rest.
  */
 final class SearchScope

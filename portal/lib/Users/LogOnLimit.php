@@ -19,7 +19,7 @@ final class LogOnLimit
     private const FORGOTTEN = 2 * self::LONGEST_WAIT;
     /** files of the folder that a wrong password looks at, and removes when they are old: each makes two and their locks */
     private const MOST_REMOVED = 100;
-    /** An address may try so many times as often in all, whatever the accounts. */
+    /** The free attempts of an address for all accounts together, as a multiple of FREE_ATTEMPTS. */
     private const OF_ADDRESS = 10;
 
     /** @var list<array{StateFile, int}> file, and how many attempts are free */
@@ -34,7 +34,7 @@ final class LogOnLimit
     }
 
     /**
-     * Counts an attempt before it is made, so that many at the same time are not free.
+     * Counts an attempt before it is made, so that simultaneous attempts count as well.
      *
      * @return int 0 when it may be made, else how many seconds to wait; it has not been counted then
      */

@@ -4,7 +4,7 @@ declare(strict_types=1);
 
 namespace Portal\Users;
 
-/** Who may use a route. What a page shows of an archive depends on the user's rights besides. */
+/** Who may use a route. What a page shows of an archive also depends on the user's rights there. */
 enum Right
 {
     /** also visitors who are not logged on */

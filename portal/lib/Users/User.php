@@ -13,7 +13,7 @@ use Portal\Search\SearchRestriction;
 final class User
 {
     private const ADMINISTRATOR = 1;
-    /** entries that no search can be restricted to, of which a line of the log names at most so many */
+    /** the most unusable entries that a line of the log names */
     private const LOGGED = 5;
 
     /** @var list<int>|null */
@@ -81,7 +81,7 @@ final class User
         return $this->hasRight($channel, $archive, static fn(EditRight $right): bool => $right->canDelete);
     }
 
-    /** Of an archive that he may see. */
+    /** For an archive that the user may see. */
     public function searchRestriction(string $channel, string $archive): SearchRestriction
     {
         return new SearchRestriction($this->users->searchRights($this->id, $channel, $archive), $this->fields);

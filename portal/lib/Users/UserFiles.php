@@ -26,37 +26,37 @@ final class UserFiles
         return $this->state ??= new StateFile($this->settings, 'users', $this->owner);
     }
 
-    /** The hits of one of his selections. */
+    /** The hits of one of the user's selections. */
     public function selection(string $id): StateFile
     {
         return new StateFile($this->settings, 'selections', "selection $id of $this->owner");
     }
 
-    /** Which selections there are. */
+    /** The names of the selections. */
     public function selections(): StateFile
     {
         return new StateFile($this->settings, 'selections', "list of $this->owner");
     }
 
-    /** What became of the forms that he has sent. */
+    /** The outcomes of the forms that the user has sent. */
     public function forms(): StateFile
     {
         return new StateFile($this->settings, 'forms', $this->owner);
     }
 
-    /** Held while one of his forms is carried out. */
+    /** Locked while a form of the user is carried out. */
     public function turn(string $name): StateFile
     {
         return new StateFile($this->settings, 'forms', "turn $name of $this->owner");
     }
 
-    /** What a session must have been begun with to be one of his; "" ends all of them. */
+    /** The mark that all sessions of the user carry; a session with another one has ended. "" before the first log-on. */
     public function generation(): string
     {
         return (string) ($this->state()->read()['generation'] ?? '');
     }
 
-    /** What a new session of his begins with. Two log-ons at once, the first ones of the user, get the same. */
+    /** What a new session of the user begins with; the user's first two log-ons at once get the same. */
     public function begunGeneration(): string
     {
         $new = ['generation' => bin2hex(random_bytes(8))];
@@ -64,13 +64,13 @@ final class UserFiles
         return $this->generation();
     }
 
-    /** Ends his sessions. */
+    /** Ends all sessions of the user. */
     public function renewGeneration(): void
     {
         $this->state()->change(static fn(array $state): array => ['generation' => bin2hex(random_bytes(8))] + $state);
     }
 
-    /** Forgets everything, which also ends his sessions. */
+    /** Deletes everything, which also ends the user's sessions. */
     public function remove(): void
     {
         foreach ($this->selections()->read()['ids'] ?? [] as $id) {
@@ -81,7 +81,7 @@ final class UserFiles
         $this->state()->remove();
     }
 
-    /** After the user was renamed. His sessions and selections end. */
+    /** Moves the files after the user was renamed, and ends the sessions and selections. */
     public function moveTo(self $renamed): void
     {
         $state = array_diff_key($this->state()->read(), ['generation' => true]);

@@ -5,7 +5,7 @@ declare(strict_types=1);
 namespace Portal\Web;
 
 /**
- * Ends a page with another one that says what happened and what to do: the texts "failure-KIND" and "failure-KIND-help" of
+ * Replaces a page by one that says what happened and what to do: the texts "failure-KIND" and "failure-KIND-help" of
  * the locale.
  */
 final class Failure extends \RuntimeException
@@ -21,7 +21,7 @@ final class Failure extends \RuntimeException
         return new self('not-found', 404);
     }
 
-    /** The same for what does not exist and what the user may not see, so that nobody can tell the two apart. */
+    /** One failure for missing documents and for those that the user may not see, so that nobody can tell them apart. */
     public static function noDocument(): self
     {
         return new self('no-document', 404);

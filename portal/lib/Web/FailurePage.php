@@ -22,7 +22,7 @@ use Portal\Output\Locale;
 /** The page of a failure: what happened, what to do, and the way back with the query kept. */
 final class FailurePage
 {
-    /** Failures whose help speaks of a query. */
+    /** Failures whose help tells the user to change the query. */
     public const OF_QUERY = ['refused', 'timed-out'];
 
     public function __construct(private readonly Visit $visit)
@@ -61,7 +61,7 @@ final class FailurePage
      */
     private static function values(Failure $failure, \Throwable $error, Request $request, array $typed): array
     {
-        // A server that has refused the request was none that failed.
+        // A server that has refused the request has not failed.
         $hasAttempts = $error instanceof Error && !$error instanceof Refused;
         $isHidden = \in_array($failure->kind, ['no-document', 'forbidden'], true);
         $asked = DocumentRequest::of($request);
@@ -93,7 +93,7 @@ final class FailurePage
         return $response->status === 503 ? $response->with('Retry-After', '10') : $response;
     }
 
-    /** What the user is told about an error. What is not his own fault goes into the log as well. */
+    /** What the user is told about an error. Errors that are not the user's fault are logged. */
     public static function failureOf(\Throwable $error): Failure
     {
         $failure = self::kindOf($error);

@@ -4,9 +4,9 @@ declare(strict_types=1);
 
 namespace Portal\Web;
 
-/** A page; a new object answers each request. */
+/** A page of the portal. A new object answers each request. */
 interface Page
 {
-    /** Raises Failure, or an error of the archive, which become pages of their own. */
+    /** Raises Failure or an error of the archive; FailurePage makes a page of either. */
     public function answer(Request $request, Visit $visit): Response;
 }

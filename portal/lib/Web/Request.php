@@ -6,7 +6,7 @@ namespace Portal\Web;
 
 use Portal\Forms\UploadedFile;
 
-/** What the browser sent. Texts are valid UTF-8; anything else that it sends is taken for not sent. */
+/** What the browser sent. Texts are valid UTF-8; any other text counts as not sent. */
 final class Request
 {
     private const LONGEST = 20000;
@@ -53,7 +53,7 @@ final class Request
         return new self($query, [], ['REQUEST_URI' => $url]);
     }
 
-    /** "GET" for HEAD, too, whose answer is the same without its body. */
+    /** "GET" also for HEAD, whose answer is the same without a body. */
     public function method(): string
     {
         $method = (string) ($this->server['REQUEST_METHOD'] ?? 'GET');
@@ -186,7 +186,7 @@ final class Request
         return (string) ($this->server['HTTP_' . strtoupper(strtr($name, '-', '_'))] ?? '');
     }
 
-    /** Of the machine that asks. Behind a proxy that is the proxy's, unless the web server sets it. */
+    /** The address of the client. Behind a proxy it is that of the proxy, unless the web server sets it. */
     public function address(): string
     {
         return (string) ($this->server['REMOTE_ADDR'] ?? '');
@@ -207,7 +207,7 @@ final class Request
         return preg_match('/^(localhost|127\.\d+\.\d+\.\d+|\[::1\])(:\d+)?$/D', $this->host()) === 1;
     }
 
-    /** Whether a page of this site sent it, as far as the browser tells. */
+    /** Whether a page of this site sent the request, as far as the browser tells. */
     public function isFromThisSite(): bool
     {
         $site = $this->header('Sec-Fetch-Site');

@@ -9,7 +9,7 @@ use Portal\Output\SafeHtml;
 /** An answer to the browser. Every one has the headers of POLICY. */
 final class Response
 {
-    /** Nothing but what this site serves, and no code or style inside a page. */
+    /** A page may load only what this site serves, and contain neither scripts nor styles. */
     private const POLICY = [
         'Content-Security-Policy' => "default-src 'none'; style-src 'self'; script-src 'self'; img-src 'self'; "
             . "connect-src 'self'; form-action 'self'; base-uri 'none'; frame-ancestors 'none'",
@@ -35,7 +35,7 @@ final class Response
         return new self((string) $page, $status, ['Content-Type' => 'text/html; charset=utf-8']);
     }
 
-    /** Has the browser ask for another page of this site, with GET. */
+    /** Sends the browser to another page of this site, with GET. */
     public static function redirect(string $target): self
     {
         return new self('', 303, ['Location' => Request::isLocal($target) ? $target : '/']);

@@ -53,7 +53,7 @@ final class Session
         $this->change(static fn(array $data): array => [$key => $value] + $data);
     }
 
-    /** What is set, which is not any more then. */
+    /** The value of a key, which is removed. */
     public function take(string $key): mixed
     {
         $value = $this->get($key);
@@ -63,19 +63,19 @@ final class Session
         return $value;
     }
 
-    /** Whether a user was logged on whose session is over. */
+    /** Whether a user was logged on and the session has ended. */
     public function isExpired(): bool
     {
         return $this->isExpired;
     }
 
-    /** Whose session is over; null when that is not known. */
+    /** The ID of the user whose session has ended; null when it is not known. */
     public function expiredUser(): ?int
     {
         return $this->expiredUser;
     }
 
-    /** What a form must send back. */
+    /** The token that a form must send back. */
     public function token(): string
     {
         if (!isset($this->data['token'])) {
@@ -89,7 +89,7 @@ final class Session
         return isset($this->data['token']) && hash_equals($this->data['token'], $token);
     }
 
-    /** Names the session in logs; the cookie cannot be told from it. */
+    /** The session's name in logs, from which the cookie cannot be derived. */
     public function logName(): string
     {
         return 'portal-' . substr(hash('sha256', 'log ' . session_id()), 0, 16);
@@ -103,7 +103,7 @@ final class Session
     public function begin(array $data): void
     {
         $this->start();
-        // A session of a visitor stays, so that the second click of a double one logs on as well.
+        // The session of a visitor is kept, so that the second click of a double click logs on as well.
         $this->renew(isset($_SESSION['user']));
         $this->write($data + ['token' => bin2hex(random_bytes(16)), 'start' => time(), 'last' => time()]);
         $this->isExpired = false;

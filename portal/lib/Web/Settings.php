@@ -61,7 +61,7 @@ final class Settings
         /** ids of the first field for images and for other files of a document */
         public readonly int $imageField,
         public readonly int $fileField,
-        /** the most megabytes of an uploaded file, if PHP takes as many */
+        /** the most megabytes of an uploaded file, unless PHP's limits are lower */
         public readonly int $uploadMegabytes,
         /** the most megabytes of files that are kept for the further parts that a browser asks for */
         public readonly int $keptMegabytes,
@@ -97,7 +97,7 @@ final class Settings
             }
             return $pairs;
         };
-        // The policy of the pages lets a browser load nothing from elsewhere.
+        // The pages' policy allows nothing from other sites.
         $place = static fn(string $name): string => $text($name) === '' || Request::isLocal($text($name))
             ? $text($name)
             : throw new \RuntimeException("$file: the setting \"$name\" is a path on this site, as \"/site/name.css\"");

@@ -19,7 +19,7 @@ final class StateFile
         $this->path = self::directory($settings, $folder) . '/' . hash('sha256', $key) . '.json';
     }
 
-    /** The path of a folder of the state directory, which is made if need be. */
+    /** The path of a folder of the state directory, which is created if it does not exist. */
     public static function directory(Settings $settings, string $folder): string
     {
         $directory = "$settings->stateDir/$folder";
@@ -28,7 +28,7 @@ final class StateFile
         return $directory;
     }
 
-    /** Removes files of a folder that were not changed for so many seconds, of the first $most that the system names. */
+    /** Removes files of a folder that were not changed for so many seconds, looking at no more than $most files. */
     public static function removeOld(Settings $settings, string $folder, int $seconds, int $most): void
     {
         $directory = @opendir("$settings->stateDir/$folder");
@@ -37,7 +37,7 @@ final class StateFile
                 continue;
             }
             --$most;
-            // A lock has the time at which it was made, and is needed as long as its file.
+            // A lock keeps the time of its creation, and is needed as long as its file.
             $last = max((int) @filemtime("$settings->stateDir/$folder/$name"), (int) @filemtime("$settings->stateDir/$folder/$part[0]"));
             if ($last < time() - $seconds) {
                 @unlink("$settings->stateDir/$folder/$name");

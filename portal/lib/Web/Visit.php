@@ -53,7 +53,7 @@ final class Visit
         return $this->user;
     }
 
-    /** Of a route that has one. */
+    /** The user of a page whose route requires one. */
     public function knownUser(): User
     {
         return $this->user() ?? throw new \LogicException('the route does not need a user');
@@ -97,7 +97,7 @@ final class Visit
         return $this->files($user, $name)->state();
     }
 
-    /** The user who is logged on has no need of a name here. */
+    /** The name may be left out for the user who is logged on. */
     public function files(int $user, string $name = ''): UserFiles
     {
         $name = $name === '' ? (string) $this->session->get('name') : $name;

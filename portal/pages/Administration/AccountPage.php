@@ -37,7 +37,7 @@ final class AccountPage extends DatabasePage
         'take' => 'rights',
         'edit-right' => 'edit-rights',
     ];
-    /** Sessions that have begun before such a change do not go on. */
+    /** Changes that end the user's sessions. */
     private const ENDS_SESSIONS = ['rename', 'password', 'disable'];
     private const MOST_MEMBERS = 100;
 
@@ -73,14 +73,14 @@ final class AccountPage extends DatabasePage
             // Within the change, so that nothing is changed when the sessions cannot be ended.
             $database->change($change, $files->renewGeneration(...));
             $name = $accounts->get($id)->name;
-            // Once more, for those that have begun in the meantime.
+            // Again, for sessions that have begun in the meantime.
             $action === 'rename' ? $files->moveTo($visit->files($id, $name)) : $files->renewGeneration();
             $id === $visit->knownUser()->id && $visit->begin($id, $name);
         }
     }
 
     /**
-     * What the form asks for, checked as far as that goes without the account.
+     * The change that the form asks for, with everything checked that does not depend on the account.
      *
      * @return \Closure(Account): void
      */

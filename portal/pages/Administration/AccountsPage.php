@@ -12,7 +12,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** The users and groups, a page of them at a time, and the members of a group. */
+/** The users and groups, page by page, and the members of a group. */
 final class AccountsPage extends DatabasePage
 {
     private const SIZE = 50;

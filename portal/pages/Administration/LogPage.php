@@ -11,7 +11,7 @@ use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** The log of a session, a page of its entries at a time, with a choice of their kind. */
+/** The log of a session, page by page, optionally of one kind of entries. */
 final class LogPage implements Page
 {
     private const SIZE = 200;
