@@ -1,12 +1,10 @@
 // axe finds nothing on any page, in light, dark and forced colours, and no page is wider than a window of 320 pixels.
-import { after, before, describe, test } from 'node:test';
+import { describe, test } from 'node:test';
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import AxeBuilder from '@axe-core/playwright';
-import { Browser, Site } from './site.mjs';
+import { Site, invoice, letter, siteAndBrowser } from './site.mjs';
 
-const letter = 'channel=Mail&archive=Inbox&id=1199&version=1';
-const invoice = 'channel=Finance&archive=Invoices&id=1085&version=1';
 const order = 'channel=Finance&archive=Orders&id=1050';
 const NARROW = { viewport: { width: 320, height: 640 } };
 // All rules are checked in the first, and those for colours, which alone depend on the look, in the others.
@@ -90,15 +88,7 @@ async function inspect(page, targets) {
 }
 
 describe('accessibility', () => {
-  let site;
-  let browser;
-  before(async () => {
-    [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-    site.oxaqry('user', 'grant', 'clerk', '--edit', 'Finance/Orders=NED');
-  });
-  after(async () => {
-    await Promise.all([browser?.stop(), site?.stop()]);
-  });
+  const [site, browser] = siteAndBrowser({ prepare: () => site.grantOrders() });
 
   test('every route is in the table', () => {
     const routes = readFileSync(new URL('../../portal/routes.php', import.meta.url), 'utf8');

@@ -1,4 +1,4 @@
-// Users, their rights, and what the pages make of them.
+// The administration of users and rights, and how the rights restrict the pages.
 import { after, before, describe, test } from 'node:test';
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
@@ -6,39 +6,22 @@ import { readFileSync, readdirSync, utimesSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:net';
 import { once } from 'node:events';
 import { setTimeout } from 'node:timers/promises';
-import { fileURLToPath } from 'node:url';
 import AxeBuilder from '@axe-core/playwright';
 import { request } from 'playwright-core';
-import { Browser, Site, logOn } from './site.mjs';
+import { Site, chief, logOn, siteAndBrowser } from './site.mjs';
 
-const oxaqryProgram = fileURLToPath(new URL('../../build/debug/tools/oxaqry/oxaqry', import.meta.url));
-let site;
-let browser;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-});
-after(async () => {
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const [sqliteSite, browser] = siteAndBrowser();
+let site = sqliteSite;
 
-const oxaqry = (...parameters) => execFileSync(oxaqryProgram, ['user', ...parameters], {
-  input: parameters[0] === 'add' && parameters.at(-1) !== '--group' ? 'invented-pass1\n' : '',
-  env: { ...process.env, OXAQRY_DATABASE: `Driver=SQLite3;Database=${site.directory}/users.sqlite` },
-});
 const sql = (statements) => JSON.parse(execFileSync('python3', ['-c', `import json, sqlite3, sys
 database = sqlite3.connect(sys.argv[1], timeout=10)
 rows = [row for each in sys.stdin.read().split(";\\n") for row in database.execute(each)]
 database.commit()
 print(json.dumps(rows))`, `${site.directory}/users.sqlite`], { input: statements, encoding: 'utf8' }));
 const idOf = (name) => sql(`SELECT UserID FROM Users WHERE UserName='${name}'`)[0][0];
-const addUser = (name, ...rights) => {
-  oxaqry('add', name, '--password-stdin');
-  site.users[name] = 'invented-pass1';
-  if (rights.length > 0) oxaqry('grant', name, ...rights);
-};
 const decoded = (html) => html.replace(/<[^>]*>/g, ' ').replace(/&quot;/g, '"').replace(/&amp;/g, '&').replace(/\s+/g, ' ');
 
-/** The requests of a user without a window. */
+/** A user who sends requests without a browser window. */
 class Client {
   static async as(name, body) {
     const context = await request.newContext({ baseURL: site.address, extraHTTPHeaders: { 'Accept-Language': 'en' } });
@@ -110,12 +93,12 @@ describe('why a user may do something', () => {
   const documents = {};
 
   before(async () => {
-    for (const group of ['Post', 'Books', 'Inner', 'Outer']) oxaqry('add', group, '--group');
-    oxaqry('grant', 'Post', '--channel', 'Mail', '--right', '7');
-    oxaqry('grant', 'Books', '--channel', 'Finance', '--edit', 'Finance/Orders=NED');
-    oxaqry('grant', 'Outer', '--channel', 'Mail', '--right', '7');
+    for (const group of ['Post', 'Books', 'Inner', 'Outer']) site.userCommand('add', group, '--group');
+    site.userCommand('grant', 'Post', '--channel', 'Mail', '--right', '7');
+    site.userCommand('grant', 'Books', '--channel', 'Finance', '--edit', 'Finance/Orders=NED');
+    site.userCommand('grant', 'Outer', '--channel', 'Mail', '--right', '7');
     for (const [name, rights, statement] of users) {
-      addUser(name, ...rights);
+      site.addUser(name, ...rights);
       if (statement !== '') sql(statement.replaceAll('?', idOf(name)));
     }
     sql(`INSERT INTO UserGroups VALUES (${idOf('Inner')}, ${idOf('Outer')})`);
@@ -177,8 +160,8 @@ describe('search rights and document rights', () => {
       INSERT INTO SearchRightFields VALUES (70, 12, '', 1, 0);
       INSERT INTO DocRights VALUES (71, 'Finance', 'Invoices');
       INSERT INTO DocRightFields VALUES (71, 15, '<', '3000', 'NUM', 1)`);
-    addUser('unseeing', '--channel', 'Finance', '--edit', 'Finance/Orders=NED', '--search-right', '70');
-    addUser('small-sums', '--channel', 'Finance', '--doc-right', '71');
+    site.addUser('unseeing', '--channel', 'Finance', '--edit', 'Finance/Orders=NED', '--search-right', '70');
+    site.addUser('small-sums', '--channel', 'Finance', '--doc-right', '71');
     all = await Client.as('clerk', (client) => client.hits('q=*&in=Finance/Invoices&layout=2'));
   });
 
@@ -214,7 +197,7 @@ describe('search rights and document rights', () => {
     await page.goto(`/edit?channel=Finance&archive=Orders&id=${hit.document}`);
     assert.doesNotMatch(await page.getByRole('main').innerText(), /customer/i);
     await page.locator('input[name=title]').fill('Order with a new title');
-    await page.locator('main form button.chief').last().click();
+    await chief(page).click();
     await page.waitForURL(/\/document\?/);
     assert.match(await properties(hit.document), /Order with a new title/);
     assert.ok((await properties(hit.document)).includes(customer), customer);
@@ -271,10 +254,10 @@ describe('what is remembered', () => {
 
   for (const [how, remove] of [
     ['in the administration', (id) => Client.as('administrator', (client) => client.change(id, 'remove', { confirmed: 1 }, '/administration/remove'))],
-    ['with oxaqry', () => oxaqry('remove', 'leaver', '--yes')],
+    ['with oxaqry', () => site.userCommand('remove', 'leaver', '--yes')],
   ]) {
     test(`a user who gets the ID of one removed ${how} inherits nothing, and the old session ends`, async () => {
-      addUser('leaver', '--channel', 'Mail');
+      site.addUser('leaver', '--channel', 'Mail');
       const id = idOf('leaver');
       await Client.as('administrator', () => {});  // has a file of his own then
       const before = files('users').length;
@@ -282,17 +265,17 @@ describe('what is remembered', () => {
         assert.equal(await client.status('/hits?q=Zahlung'), 200);
         assert.match(await client.text('/'), /Zahlung/);
         await remove(id);
-        addUser('newcomer', '--channel', 'Mail');
+        site.addUser('newcomer', '--channel', 'Mail');
         assert.equal(idOf('newcomer'), id);
         assert.equal(await client.status('/'), 303);
         await Client.as('newcomer', async (other) => assert.doesNotMatch(await other.text('/'), /Zahlung/));
         if (how === 'in the administration') {
           assert.equal(files('users').length, before + 1);  // that of the newcomer
-          oxaqry('remove', 'newcomer', '--yes');
-          addUser('leaver', '--channel', 'Mail');
+          site.userCommand('remove', 'newcomer', '--yes');
+          site.addUser('leaver', '--channel', 'Mail');
           assert.equal(await client.status('/'), 303);
           await Client.as('leaver', async (other) => assert.doesNotMatch(await other.text('/'), /Zahlung/));
-          oxaqry('remove', 'leaver', '--yes');
+          site.userCommand('remove', 'leaver', '--yes');
         }
       });
     });
@@ -320,8 +303,8 @@ describe('changes', () => {
   let subject;
   let crew;
   before(() => {
-    oxaqry('add', 'Crew', '--group');
-    addUser('subject');
+    site.userCommand('add', 'Crew', '--group');
+    site.addUser('subject');
     [subject, crew] = [idOf('subject'), idOf('Crew')];
     sql(`INSERT INTO DocRights VALUES (81, '', '');
       INSERT INTO SearchRights VALUES (82)`);
@@ -401,9 +384,9 @@ describe('changes', () => {
     assert.equal(await client.change(administrator, 'disable'), 409);
     assert.equal(await client.change(administrator, 'remove', { confirmed: 1 }, '/administration/remove'), 409);
     assert.equal(await client.change(subject, 'rename', { name: 'untokened', token: '' }), 403);
-    oxaqry('add', 'Admins', '--group');
-    oxaqry('grant', 'Admins', '--right', '1');
-    addUser('second', '--group', 'Admins');
+    site.userCommand('add', 'Admins', '--group');
+    site.userCommand('grant', 'Admins', '--right', '1');
+    site.addUser('second', '--group', 'Admins');
     const admins = idOf('Admins');
     await Client.as('second', async (second) => {
       assert.equal(await second.change(idOf('second'), 'leave', { group: admins }), 409);
@@ -458,9 +441,7 @@ describe('servers and logs', () => {
 });
 
 describe('users in PostgreSQL', () => {
-  let sqliteSite;
   before(async () => {
-    sqliteSite = site;
     site = await Site.start('--postgresql');
   });
   after(async () => {

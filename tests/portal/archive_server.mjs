@@ -1,11 +1,9 @@
-// An archive server in place of the one that a site has started, and what it takes to break the site's processes.
+// Replaces the archive server of a site by one with other options, and limits the files that the site can write.
 import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { connect } from 'node:net';
 import { readFileSync } from 'node:fs';
-import { fileURLToPath } from 'node:url';
-
-export const tools = fileURLToPath(new URL('../../build/debug/tools', import.meta.url));
+import { tools } from './site.mjs';
 
 export class ArchiveServer {
   constructor(site) {
@@ -22,14 +20,20 @@ export class ArchiveServer {
     await until(() => this.listens());
   }
 
+  /** Ends the server that there is. */
   async stop() {
     if (this.isFirst) process.kill(this.site.processes[0]);
     this.isFirst = false;
+    await this.close();
+    await until(async () => !(await this.listens()));
+  }
+
+  /** Ends the server that replace() has started, if there is one. */
+  async close() {
     if (this.process?.exitCode === null) {
       this.process.kill();
       await once(this.process, 'exit');
     }
-    await until(async () => !(await this.listens()));
   }
 
   listens() {
@@ -41,22 +45,17 @@ export class ArchiveServer {
   }
 }
 
+/** Waits at most ten seconds until the condition holds. */
 export async function until(isSo, milliseconds = 20) {
   for (let i = 0; i < 10000 / milliseconds; ++i) {
     if (await isSo()) return;
     await new Promise((resolve) => { setTimeout(resolve, milliseconds); });
   }
-  throw new Error('it does not become so');
+  throw new Error('the condition did not become true in ten seconds');
 }
 
-/** Lets the portal's processes write files of so many bytes only; its writes fail then as those on a full disk do. */
+/** Limits the files that the portal's processes write to so many bytes. Larger writes fail as they do on a full disk. */
 export function limitFiles(site, byteCount) {
   const children = readFileSync(`/proc/${site.processes[1]}/task/${site.processes[1]}/children`, 'utf8').trim().split(' ');
   for (const child of children) execFileSync('prlimit', ['--pid', child, `--fsize=${byteCount}:unlimited`]);
-}
-
-/** "oxaqry user", with the user database of a site. */
-export function userCommand(site, words, input = '') {
-  execFileSync(`${tools}/oxaqry/oxaqry`, ['user', ...words, '--database', `Driver=SQLite3;Database=${site.directory}/users.sqlite`],
-    { input, stdio: ['pipe', 'ignore', 'inherit'] });
 }

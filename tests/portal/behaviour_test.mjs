@@ -1,27 +1,17 @@
 // How the pages behave in the browser: history, tabs, keys, without scripts, in print.
-import { after, before, describe, test } from 'node:test';
+import { describe, test } from 'node:test';
 import assert from 'node:assert/strict';
-import { Browser, Site } from './site.mjs';
+import { chief, letter, siteAndBrowser } from './site.mjs';
 
-const letter = 'channel=Mail&archive=Inbox&id=1199&version=1';
 const rows = (page) => page.locator('table.hits tbody tr');
 const current = (page) => page.locator('tr.current');
 const titles = (page) => page.locator('tbody a.hit').allInnerTexts();
 const selected = (page, count) => page.locator('.selected', { hasText: new RegExp(`^${count} selected`) }).waitFor();
-const chief = (page) => page.locator('main form button.chief').last();
 const press = async (page, keys) => {
   for (const key of keys) await page.keyboard.press(key);
 };
 
-let site;
-let browser;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-  site.oxaqry('user', 'grant', 'clerk', '--edit', 'Finance/Orders=NED');
-});
-after(async () => {
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const [site, browser] = siteAndBrowser({ prepare: () => site.grantOrders() });
 
 describe('a list', () => {
   test('is where it was, with selection and focus, when the user comes back', () => browser.asUser(site, 'clerk', async (page) => {
@@ -85,7 +75,7 @@ describe('a list', () => {
       assert.deepEqual(await shown(page, 'Mail/Inbox'), usual);
       await page.locator('.list-view summary').click();
       await page.getByLabel('Author', { exact: true }).uncheck();
-      await page.getByLabel('Place of Date').fill('1');
+      await page.getByLabel('Position of Date').fill('1');
       await page.getByLabel('Compact').check();
       await page.getByRole('button', { name: 'Remember' }).click();
       assert.deepEqual(await shown(page, 'Mail/Inbox'), chosen);

@@ -1,31 +1,24 @@
-// Every page of a failure, with an archive server, a database, disks and forms that fail.
+// The pages of failures: of the archive server, the database, the disk, and forms.
 import { after, before, describe, test } from 'node:test';
 import { once } from 'node:events';
 import { createServer } from 'node:http';
 import { mkdirSync, readFileSync, readdirSync, renameSync, rmdirSync, writeFileSync } from 'node:fs';
 import assert from 'node:assert/strict';
 import AxeBuilder from '@axe-core/playwright';
-import { ArchiveServer, limitFiles, userCommand } from './archive_server.mjs';
-import { Browser, Site, logOn } from './site.mjs';
+import { ArchiveServer, limitFiles } from './archive_server.mjs';
+import { fillIn, letter, logOn, siteAndBrowser } from './site.mjs';
 
 const narrow = { viewport: { width: 320, height: 640 } };
 const scriptless = { ...narrow, javaScriptEnabled: false };
-const letter = 'channel=Mail&archive=Inbox&id=1199&version=1';
 const list = '/hits?q=copper&in=Mail/Inbox&format=&sort=Title';
 
-let site;
-let browser;
-let archive;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start('--setting=timeout=2'), Browser.start()]);
-  archive = new ArchiveServer(site);
+const [site, browser] = siteAndBrowser({
+  options: ['--setting=timeout=2'],
   // No server of the list takes print requests, so that all of those for them are busy.
-  changeSettings((text) => text.replace(/^(hosts = "[^"]*)"/m, '$1,0"'));
+  prepare: () => changeSettings((text) => text.replace(/^(hosts = "[^"]*)"/m, '$1,0"')),
 });
-after(async () => {
-  await archive?.stop();
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const archive = new ArchiveServer(site);
+after(() => archive.close());
 
 function changeSettings(change) {
   const file = `${site.directory}/portal.ini`;
@@ -34,7 +27,7 @@ function changeSettings(change) {
   return () => writeFileSync(file, old);
 }
 
-/** The page that is shown is one of a failure, and tells nothing that it must not. */
+/** Expects the page of a failure, without any secret in it. */
 async function expectFailure(page, answer, status, heading, { axe = true } = {}) {
   assert.equal(answer.status(), status, heading);
   assert.match(await page.getByRole('heading', { level: 1 }).innerText(), new RegExp(heading));
@@ -61,15 +54,7 @@ async function submit(page, button) {
   return answer;
 }
 
-/** The form of a document with a title, and something in each field that needs it. */
-async function fillIn(page, title) {
-  await page.locator('#title').fill(title);
-  for (const input of await page.locator('main form [required]').all()) {
-    if (await input.inputValue() === '') await input.fill('words');
-  }
-}
-
-/** With the form that is shown in place of another page. */
+/** Logs on with the form that is shown in place of another page. */
 async function logOnHere(page, name, password) {
   await page.getByLabel('User name').fill(name);
   await page.getByLabel('Password').fill(password);
@@ -103,10 +88,10 @@ describe('the archive', () => {
 
   const table = [
     [null, 502, 'No archive server can be reached', /127\.0\.0\.1:\d+: error 10061/],
-    ['refuse', 502, 'No archive server can be reached|did not arrive whole', /127\.0\.0\.1:\d+: error \d+/],
+    ['refuse', 502, 'No archive server can be reached|is incomplete', /127\.0\.0\.1:\d+: error \d+/],
     ['silent', 504, 'did not answer in time', /Servers tried, [2-9],?\d{3} ms in all\s+127\.0\.0\.1:\d+: no answer after [2-9]\d{3} ms/],
-    ['cut:40', 502, 'did not arrive whole', /error 10054/],
-    ['reset:40', 502, 'did not arrive whole', /error 10054/],
+    ['cut:40', 502, 'is incomplete', /error 10054/],
+    ['reset:40', 502, 'is incomplete', /error 10054/],
     ['count:x', 504, 'did not answer in time', /no answer/],
   ];
   test('misbehaves: the page names the servers tried, and keeps the query', () => browser.asUser(site, 'clerk', async (page) => {
@@ -151,8 +136,7 @@ describe('rights and documents that are gone', () => {
   }
 
   before(() => {
-    userCommand(site, ['add', 'leaver', '--password-stdin'], 'leaver-pass1\n');
-    userCommand(site, ['grant', 'leaver', '--channel', 'Finance', '--edit', 'Finance/Orders=NED']);
+    site.addUser('leaver', '--channel', 'Finance', '--edit', 'Finance/Orders=NED');
     site.users.leaver = 'leaver-pass1';
   });
 
@@ -168,7 +152,7 @@ describe('rights and documents that are gone', () => {
       await question.getByLabel('The document with all its versions').check();
       await page.goto(`/document?${made}&q=copper&back=${encodeURIComponent(list)}`);
       await page.getByLabel('New note').fill('Too late');
-      userCommand(site, ['revoke', 'leaver', '--channel', 'Finance']);
+      site.userCommand('revoke', 'leaver', '--channel', 'Finance');
       const noDocument = [404, 'There is no such document'];
       await expectFailure(page, await submit(page, page.getByRole('button', { name: 'Add the note' })), ...noDocument);
       await expectFailure(form, await submit(form, form.getByRole('button', { name: 'Create document' })), ...noDocument);
@@ -186,7 +170,7 @@ describe('rights and documents that are gone', () => {
   });
 
   test('a document is deleted in another window', () => browser.asUser(site, 'leaver', async (page, context) => {
-    userCommand(site, ['grant', 'leaver', '--channel', 'Finance']);
+    site.userCommand('grant', 'leaver', '--channel', 'Finance');
     const gone = await make(page);
     await page.goto(`/document?${gone}&q=copper&back=${encodeURIComponent('/hits?q=copper&in=Finance/Orders')}`);
     await page.getByLabel('New note').fill('Nobody reads it');
@@ -359,20 +343,20 @@ describe('sessions and forms', () => {
     const other = await context.newPage();
     await other.goto('/log-on');
     await logOn(other, 'administrator', site.users.administrator);
-    await expectFailure(page, await submit(page, page.getByRole('button', { name: 'Create document' })), 403, 'The form is not valid any more');
+    await expectFailure(page, await submit(page, page.getByRole('button', { name: 'Create document' })), 403, 'The form is no longer valid');
     assert.ok(!(await page.content()).includes('For my eyes alone'));
   }, narrow));
 
   test('a form without its token, or from another site, changes nothing', () => browser.asUser(site, 'clerk', async (page) => {
     await page.goto('/keys');
     await page.evaluate(() => document.querySelectorAll('[name=token]').forEach((each) => each.remove()));
-    await expectFailure(page, await submit(page, page.getByRole('button', { name: 'Log off', exact: true })), 403, 'The form is not valid any more');
+    await expectFailure(page, await submit(page, page.getByRole('button', { name: 'Log off', exact: true })), 403, 'The form is no longer valid');
     const elsewhere = createServer((request, response) => response.setHeader('Content-Type', 'text/html')
       .end(`<form method="post" action="${site.address}/log-off"><button>Win</button></form>`)).listen(0, '127.0.0.1');
     await once(elsewhere, 'listening');
     try {
       await page.goto(`http://127.0.0.1:${elsewhere.address().port}/`);
-      await expectFailure(page, await submit(page, page.getByRole('button')), 403, 'The form is not valid any more', { axe: false });
+      await expectFailure(page, await submit(page, page.getByRole('button')), 403, 'The form is no longer valid', { axe: false });
     } finally {
       elsewhere.closeAllConnections();
       elsewhere.close();
@@ -386,7 +370,7 @@ describe('sessions and forms', () => {
     assert.equal(new URL(await page.getByRole('link', { name: 'Back to the search' }).getAttribute('href'), site.address).search, '?q=copper');
     await page.evaluate(() => document.body.insertAdjacentHTML('beforeend', '<form method="post" action="/hits"><button>Wrong</button></form>'));
     const answer = await submit(page, page.getByRole('button', { name: 'Wrong' }));
-    await expectFailure(page, answer, 405, 'The page does not take this');
+    await expectFailure(page, answer, 405, 'The page does not accept this kind of request');
     assert.equal(answer.headers().allow, 'GET');
   }, narrow));
 });

@@ -7,29 +7,18 @@ import fs from 'node:fs';
 import http from 'node:http';
 import os from 'node:os';
 import zlib from 'node:zlib';
-import { fileURLToPath } from 'node:url';
-import { Browser, Site } from './site.mjs';
+import { Site, root, siteAndBrowser } from './site.mjs';
 import { bilevel, colour } from './tiff.mjs';
 
-const root = fileURLToPath(new URL('../..', import.meta.url));
-const oxaqry = `${root}build/debug/tools/oxaqry/oxaqry`;
 const directory = fs.mkdtempSync(`${os.tmpdir()}/portal-files-`);
-let site;
-let browser;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start('--devserver=--log', '--setting=kept_megabytes=1'), Browser.start()]);
-});
-after(async () => {
-  await Promise.all([browser?.stop(), site?.stop()]);
-  fs.rmSync(directory, { recursive: true });
-});
+const [site, browser] = siteAndBrowser({ options: ['--devserver=--log', '--setting=kept_megabytes=1'] });
+after(() => fs.rmSync(directory, { recursive: true }));
 
 /** Makes a document with stored files and returns its number. */
 function make(where, place, title, files) {
   for (const [name, bytes] of Object.entries(files)) if (bytes !== null) fs.writeFileSync(`${where.directory}/blobs/${name}`, bytes);
   const fields = Object.keys(files).flatMap((name) => ['--field', `3:30=${name}`]);
-  const text = execFileSync(oxaqry, ['create', place, '--title', title, ...fields, '--blob-local', `${where.directory}/blobs`, '--hosts',
-    `127.0.0.1,${where.archive_port}`, '--user', 'webuser', '--password-stdin', '--timeout', '120'], { input: 'secret\n', encoding: 'utf8' });
+  const text = where.oxaqry('create', place, '--title', title, ...fields, '--blob-local', `${where.directory}/blobs`, '--timeout', '120');
   for (const name of Object.keys(files)) fs.unlinkSync(`${where.directory}/blobs/${name}`);
   return /\/(\d+)\/1/.exec(text)[1];
 }
@@ -89,14 +78,13 @@ describe('stored files', () => {
     await request.get(small[1], part);
     assert.equal(fetches() - first, 1);
     assert.equal(kept().length, 1);
-    const user = (...words) => execFileSync(oxaqry, ['user', ...words, '--database', `Driver=SQLite3;Database=${site.directory}/users.sqlite`]);
     const before = fetches();
     await browser.asUser(site, 'reader', async (other, context) => {
       assert.equal((await context.request.get(small[1], part)).status(), 206);
       assert.equal(fetches() - before, 1);
-      user('revoke', 'reader', '--channel', 'Mail');
+      site.userCommand('revoke', 'reader', '--channel', 'Mail');
       assert.equal((await context.request.get(small[1], part)).status(), 404);
-      user('grant', 'reader', '--channel', 'Mail');
+      site.userCommand('grant', 'reader', '--channel', 'Mail');
     });
   }));
 

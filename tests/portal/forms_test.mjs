@@ -1,37 +1,24 @@
 // Forms and uploads: sent twice, broken off, with names and files that the archive cannot take.
-import { after, before, describe, test } from 'node:test';
+import { after, describe, test } from 'node:test';
 import { connect } from 'node:net';
 import { once } from 'node:events';
 import { readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { createHash } from 'node:crypto';
 import assert from 'node:assert/strict';
 import AxeBuilder from '@axe-core/playwright';
-import { ArchiveServer, until, userCommand } from './archive_server.mjs';
-import { Browser, Site } from './site.mjs';
+import { ArchiveServer, until } from './archive_server.mjs';
+import { fillIn, siteAndBrowser } from './site.mjs';
 
-let site;
-let browser;
-let archive;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-  archive = new ArchiveServer(site);
-  // An archive that allows everything.
-  userCommand(site, ['grant', 'clerk', '--edit', 'Finance/Orders=NED']);
-});
-after(async () => {
-  await archive?.stop();
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const [site, browser] = siteAndBrowser({ prepare: () => site.grantOrders() });
+const archive = new ArchiveServer(site);
+after(() => archive.close());
 
 const file = (name, content = 'content of the file') => ({ name, mimeType: 'application/octet-stream', buffer: Buffer.from(content) });
 
 /** The form of a new document, filled in. */
 async function open(page, title) {
   await page.goto('/create?in=Finance/Orders');
-  await page.locator('#title').fill(title);
-  for (const input of await page.locator('main form [required]').all()) {
-    if (await input.inputValue() === '') await input.fill('words');
-  }
+  await fillIn(page, title);
 }
 
 const create = (page) => page.getByRole('button', { name: 'Create document' });
@@ -46,7 +33,7 @@ async function count(page, title) {
 /** The names of the directories that files pass through. */
 const passing = () => ['blobs', 'uploads'].flatMap((name) => readdirSync(`${site.directory}/${name}`));
 
-/** No file stays in them; PHP removes its own after the answer. */
+/** Waits until they are empty; PHP removes its own files after the answer. */
 const nothingIsLeft = () => until(() => passing().length === 0);
 
 describe('a form that is sent twice', () => {
@@ -99,7 +86,7 @@ describe('a form that is sent twice', () => {
   test('is carried out again when the archive had refused it', () => browser.asUser(site, 'clerk', async (page) => {
     await open(page, 'Refused, 1:11');
     await create(page).click();
-    assert.match(await page.getByRole('alert').first().innerText(), /cannot take this text[^]*Nothing was stored/);
+    assert.match(await page.getByRole('alert').first().innerText(), /cannot store or search this text[^]*Nothing was stored/);
     await page.locator('#title').fill('Not refused');
     await create(page).click();
     await page.waitForURL(/\/document\?/);
@@ -172,7 +159,7 @@ describe('names of files', () => {
     await page.goto('/document?channel=Mail&archive=Inbox&id=1199&version=1');
     await page.getByLabel('New note').fill('Happy \u{1F600}');
     await page.getByRole('button', { name: 'Add the note' }).click();
-    assert.match(await page.getByRole('alert').innerText(), /characters that the archive cannot take/);
+    assert.match(await page.getByRole('alert').innerText(), /characters that the archive cannot store/);
     assert.equal(await page.getByLabel('New note').inputValue(), 'Happy \u{1F600}');
   }));
 });
@@ -205,7 +192,7 @@ describe('several files', () => {
   test('a document that is refused in the middle stays in the form', () => browser.asUser(site, 'clerk', async (page) => {
     await open(page, 'Middle, 1');
     await page.getByLabel('a document for each file').check();
-    // The archive takes ", 1: 11" in a title for something else.
+    // The archive would interpret ", 1: 11" in a title.
     await page.locator('#files').setInputFiles([file('first.txt'), file('11'), file('third.txt')]);
     await create(page).click();
     await page.getByRole('alert').filter({ hasText: 'Not every file has become a document' }).waitFor();
@@ -351,7 +338,7 @@ describe('sending files', () => {
     assert.equal(await count(page, 'Half way'), 1);
   }));
 
-  /** Names and contents of what the portal remembers of forms and documents. */
+  /** Names and contents of the files in which the portal remembers forms and documents. */
   function state() {
     const directory = `${site.directory}/state/forms`;
     return readdirSync(directory).sort().map((name) => [name, createHash('sha256').update(readFileSync(`${directory}/${name}`)).digest('hex')]);

@@ -1,18 +1,9 @@
 // Texts that try to run scripts or to break out of where they are shown: in queries, documents, notes, names and downloads.
-import { after, before, describe, test } from 'node:test';
+import { describe, test } from 'node:test';
 import assert from 'node:assert/strict';
-import { Browser, Site } from './site.mjs';
+import { chief, letter, siteAndBrowser } from './site.mjs';
 
-const letter = 'channel=Mail&archive=Inbox&id=1199&version=1';
-
-let site;
-let browser;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-});
-after(async () => {
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const [site, browser] = siteAndBrowser();
 
 describe('hostile texts', () => {
   // Each tries to run attack() or to end the text, attribute or element that it is in. The last ones are those of the wire.
@@ -47,11 +38,11 @@ describe('hostile texts', () => {
       for (const input of await page.locator('#document-form :is(input:not([type]), textarea)').all()) {
         if (await input.getAttribute('name') !== 'title' && await input.inputValue() === '') await input.fill(text);
       }
-      await page.locator('main form button.chief').last().click();
+      await chief(page).click();
       await isHarmless(page, text);
       if (new URL(page.url()).pathname !== '/document') continue;  // the form again, or a page that says why not
       ++stored;
-      // The archive has blanks for what separates its fields, and the page a sign for what nobody can see.
+      // The archive replaces its separators by blanks, and the page shows a sign for invisible characters.
       const expected = text.replace(/[\u0001-\u001f^]/g, ' ').replace(/[\u0080-\u009f]/g, '\uFFFD');
       assert.equal(await page.getByRole('heading', { level: 1 }).textContent(), expected);
       await page.locator('#note').fill(text);
@@ -87,7 +78,7 @@ describe('hostile texts', () => {
       await page.goto('/administration/add');
       await page.locator('input[name=name]').fill(name);
       for (const input of await page.locator('main [type=password]').all()) await input.fill('hostile-pass1');
-      await page.locator('main form button.chief').last().click();
+      await chief(page).click();
       await isHarmless(page, name);
     }
     await page.goto('/administration');

@@ -1,7 +1,6 @@
 // Many users at once, slow archives, and what a page needs before it is painted.
 import { after, before, describe, test } from 'node:test';
 import assert from 'node:assert/strict';
-import { execFileSync } from 'node:child_process';
 import { readdirSync, readFileSync } from 'node:fs';
 import { Browser, Site } from './site.mjs';
 import { Client, checksum, queryOf } from './load_client.mjs';
@@ -9,9 +8,9 @@ import { Client, checksum, queryOf } from './load_client.mjs';
 const USERS = 20;
 const SECONDS = 30;
 const QUERIES = ['copper', '*', 'Zahlung', 'customer:Lindwurm', 'nothingatall'];
-/** Besides those of the site: what "oxaqry user grant" gives. */
+/** Further users, with their options of "oxaqry user grant". */
 const FURTHER = { finance: ['--channel', 'Finance'], letters: ['--channel', 'Mail', '--archive', 'Mail/Inbox'], victim: ['--channel', 'Mail'] };
-/** Of each user; all users have one address, which has 40 free. */
+/** The wrong passwords of each user. All users share one address, which has 40 free attempts. */
 const WRONG_PASSWORDS = 1;
 
 /** Numbers from 0 to below 1, the same for the same seed. */
@@ -26,17 +25,10 @@ function randomNumbers(seed) {
 }
 
 function addUsers(site) {
-  const oxaqry = new URL('../../build/debug/tools/oxaqry/oxaqry', import.meta.url).pathname;
-  const run = (args, input = '') => execFileSync(oxaqry,
-    ['user', ...args, '--database', `Driver=SQLite3;Database=${site.directory}/users.sqlite`], { input, timeout: 60000 });
-  for (const [name, rights] of Object.entries(FURTHER)) {
-    run(['add', name, '--password-stdin'], `${name}-pass1\n`);
-    run(['grant', name, ...rights]);
-    site.users[name] = `${name}-pass1`;
-  }
+  for (const [name, grants] of Object.entries(FURTHER)) site.addUser(name, ...grants);
 }
 
-/** What an account sees, from pages that it asks for one after the other. */
+/** What an account sees when nobody else uses the site. */
 async function seenBy(site, name) {
   const client = new Client(site);
   await client.logOn(name);
@@ -56,7 +48,7 @@ async function seenBy(site, name) {
   return seen;
 }
 
-/** A user who does one thing after the other, each of which is checked against what his account sees. */
+/** A user whose random steps are each checked against what the account may see. */
 class Visitor {
   constructor(site, seen, number, onAnswer) {
     this.accounts = Object.keys(seen);

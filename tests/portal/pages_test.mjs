@@ -1,19 +1,9 @@
 // What each page does, and who may use it.
-import { after, before, describe, test } from 'node:test';
+import { describe, test } from 'node:test';
 import assert from 'node:assert/strict';
-import { Browser, Site } from './site.mjs';
+import { chief, fillIn, invoice, letter, siteAndBrowser } from './site.mjs';
 
-let site;
-let browser;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-});
-after(async () => {
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
-
-const letter = 'channel=Mail&archive=Inbox&id=1199&version=1';
-const invoice = 'channel=Finance&archive=Invoices&id=1085&version=1';
+const [site, browser] = siteAndBrowser();
 
 describe('rights', () => {
   // The status of each page for the administrator, the clerk and the reader.
@@ -86,13 +76,10 @@ describe('documents', () => {
 
   test('a document is made with a mask and a file, found, and its file comes back byte for byte', () => browser.asUser(site, 'clerk', async (page, context) => {
     await page.goto('/create?in=Mail/Inbox');
-    await page.locator('input[name=title]').fill('Letter of the "browser" test <i>');
+    await fillIn(page, 'Letter of the "browser" test <i>');
     const bytes = Buffer.from(Array.from({ length: 70000 }, (_, i) => (i * 7919) & 255));
     await page.locator('input[type=file]').setInputFiles({ name: 'täst file.bin', mimeType: 'application/octet-stream', buffer: bytes });
-    for (const input of await page.locator('main form [required]:not([name=title])').all()) {
-      if (await input.inputValue() === '') await input.fill('words');
-    }
-    await page.locator('main form button.chief').last().click();
+    await chief(page).click();
     await page.waitForURL(/\/document\?/);
     assert.equal(await page.getByRole('heading', { level: 1 }).innerText(), 'Letter of the "browser" test <i>');
     const file = await page.locator('a[href*="/file?"][href*=segment]').first().getAttribute('href');
@@ -107,12 +94,9 @@ describe('documents', () => {
 
   test('what was typed is kept when the session has ended meanwhile', () => browser.asUser(site, 'clerk', async (page, context) => {
     await page.goto('/create?in=Mail/Inbox');
-    await page.locator('input[name=title]').fill('Typed before');
+    await fillIn(page, 'Typed before');
     await context.clearCookies();
-    for (const input of await page.locator('main form [required]:not([name=title])').all()) {
-      if (await input.inputValue() === '') await input.fill('words');
-    }
-    await page.locator('main form button.chief').last().click();
+    await chief(page).click();
     await page.getByLabel('User name').fill('clerk');
     await page.getByLabel('Password').fill(site.users.clerk);
     await page.getByRole('main').getByRole('button', { name: 'Log on' }).click();
@@ -125,8 +109,8 @@ describe('administration', () => {
     await page.goto('/administration/add');
     await page.locator('input[name=name]').fill('temporary');
     for (const input of await page.locator('main form input[type=password]').all()) await input.fill('temporary-pass1');
-    await page.locator('main form input[name=must-change]').uncheck().catch(() => {});
-    await page.locator('main form button.chief').click();
+    await page.locator('main form input[name=must-change]').uncheck();
+    await chief(page).click();
     await page.waitForURL(/\/administration\/account\?id=/);
     const account = page.url();
     const id = new URL(account).searchParams.get('id');

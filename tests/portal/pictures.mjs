@@ -86,7 +86,7 @@ async function take(page, name, address, prepare) {
   await write(name, await page.screenshot({ animations: 'disabled', caret: 'hide' }));
 }
 
-// The same letters, whatever the browser knows of the screen.
+// The same rendering of text on every machine.
 const STEADY = ['--disable-lcd-text', '--font-render-hinting=none', '--force-color-profile=srgb'];
 const [site, browser] = await Promise.all([Site.start(), Browser.start(...STEADY)]);
 try {

@@ -1,4 +1,4 @@
-// The texts of the interface are there for whatever the pages name. check_locale.php compares the languages.
+// Every text and every failure that the pages name exists in English. check_locale.php compares the other languages.
 import { test } from 'node:test';
 import { execFileSync } from 'node:child_process';
 import { readFileSync, readdirSync } from 'node:fs';

@@ -21,7 +21,7 @@ function tiff(width, height, bits, samples, photometric, rows, orientation = 1) 
   return Buffer.concat([head, data, directory]);
 }
 
-/** Black on the left, white on the right; the size of the directory may be another one. */
+/** Black on the left, white on the right. The directory may state another size. */
 export function bilevel(width, height, { width: said = width, height: saidHeight = height } = {}) {
   const row = Buffer.alloc(width / 8);
   row.fill(0xFF, 0, row.length / 2);

@@ -1,16 +1,9 @@
-// The ways of the users through the portal, with the archive of the development server.
-import { after, before, describe, test } from 'node:test';
+// What users do, from log-on to log-off, and what they are refused.
+import { describe, test } from 'node:test';
 import assert from 'node:assert/strict';
-import { Browser, Site, logOn } from './site.mjs';
+import { logOn, siteAndBrowser } from './site.mjs';
 
-let site;
-let browser;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start(), Browser.start()]);
-});
-after(async () => {
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const [site, browser] = siteAndBrowser();
 
 const search = async (page, query) => {
   await page.goto('/');
