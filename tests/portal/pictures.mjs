@@ -26,7 +26,7 @@ const withoutRun = (page) => page.evaluate(() => {
   const walker = document.createTreeWalker(document.querySelector('main'), NodeFilter.SHOW_TEXT);
   while (walker.nextNode()) {
     const text = walker.currentNode;
-    text.data = text.data.replace(/127\.0\.0\.1:\d+/, 'archive1:8100').replace(/\(\d+\)(?=; others)/, '(4711)');
+    text.data = text.data.replace(/127\.0\.0\.1:\d+/, 'archive1:8100').replace(/\(\d+\)(?=; other)/, '(4711)');
   }
   document.querySelectorAll('main time').forEach((each) => { each.textContent = '1 Sep 2026, 09:30'; });
   document.querySelectorAll('main td.figure').forEach((each) => { each.textContent = '0'; });
@@ -48,7 +48,7 @@ const PICTURES = [
   ['servers', 'administrator', '/administration/servers', withoutRun, { height: 520 }],
 ];
 
-/** Whether two pictures show the same: in a quarter of their size, where a rounded edge or another palette makes no difference. */
+/** Whether two pictures show the same. Compares them at a quarter of their size, where antialiasing and palettes do not matter. */
 async function isSame(one, other) {
   const page = await browser.chromium.newPage();
   try {
