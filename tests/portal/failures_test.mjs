@@ -247,7 +247,7 @@ describe('files that are too large or too many', () => {
   const file = (name, byteCount) => ({ name, mimeType: 'application/octet-stream', buffer: Buffer.alloc(byteCount) });
   test('the form says beforehand what fits, and keeps what was typed', () => browser.asUser(site, 'clerk', async (page) => {
     await page.goto('/create?in=Mail/Inbox');
-    assert.match(await page.locator('#files-help').innerText(), /At most 20 files, each of at most 2.MB\. All of them together have at most 8.MB\./);
+    assert.match(await page.locator('#files-help').innerText(), /At most 20 files, each of at most 2.MB\. Together at most 8.MB\./);
     for (const [files, status, text] of [
       [[file('large.bin', 3 << 20)], 413, /This file is too large: large\.bin/],
       [Array.from({ length: 21 }, (_, i) => file(`${i}.txt`, 10)), 413, /These are too many files/],

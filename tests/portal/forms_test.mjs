@@ -219,7 +219,7 @@ describe('several files', () => {
     await gone;
     await page.getByRole('alert').first().waitFor();
     await archive.replace(...database);
-    const report = (await page.locator('section ul.files li').allInnerTexts()).map((text) => text.replace(/[.:] (It was not|The archive|Search|No archive)[^]*$/, ''));
+    const report = (await page.locator('section ul.files li').allInnerTexts()).map((text) => text.replace(/[.:] (Not tried|The archive|Search|No archive)[^]*$/, ''));
     assert.deepEqual([...report.slice(0, 2), ...report.slice(3)],
       ['a.txt: stored.', 'b.txt: stored.', 'd.txt: not stored', 'e.txt: not stored']);
     assert.match(report[2], /^c\.txt: (it is not known whether|not stored)/);
