@@ -165,7 +165,7 @@ describe('search rights and document rights', () => {
     all = await Client.as('clerk', (client) => client.hits('q=*&in=Finance/Invoices&layout=2'));
   });
 
-  test('a hidden field is no column, cannot be sorted by, and is in no page or file of a document', () => Client.as('unseeing', async (client) => {
+  test('a hidden field is not in any column, order, page or file', () => Client.as('unseeing', async (client) => {
     const list = 'q=*&in=Finance/Invoices&layout=2';
     assert.deepEqual(all.columns, ['Customer', 'Title', 'Date', 'Amount']);
     assert.deepEqual((await client.hits(list)).columns, ['Title', 'Date', 'Amount']);
@@ -378,7 +378,7 @@ describe('changes', () => {
     });
   }));
 
-  test('an administrator cannot take away what makes him one, and nobody else changes anything', () => Client.as('administrator', async (client) => {
+  test('an administrator cannot remove his own right, and nobody else changes anything', () => Client.as('administrator', async (client) => {
     const administrator = idOf('administrator');
     assert.equal(await client.change(administrator, 'take', { kind: 'general', entry: '1' }), 409);
     assert.equal(await client.change(administrator, 'disable'), 409);

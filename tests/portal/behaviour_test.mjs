@@ -239,7 +239,7 @@ describe('pages', () => {
     }
   }));
 
-  test('do not move for users who want no motion', () => browser.asUser(site, 'clerk', async (page) => {
+  test('have no animation for users who prefer none', () => browser.asUser(site, 'clerk', async (page) => {
     await page.emulateMedia({ reducedMotion: 'reduce' });
     await page.goto('/hits?q=copper');
     await press(page, ['j', 'Space']);

@@ -279,7 +279,7 @@ describe('files that are too large or too many', () => {
 });
 
 describe('sessions and forms', () => {
-  test('a session that is over returns to the note that was typed', () => browser.asUser(site, 'clerk', async (page, context) => {
+  test('an ended session returns to the note that was typed', () => browser.asUser(site, 'clerk', async (page, context) => {
     await page.goto(`/document?${letter}&q=copper#notes`);
     await page.getByLabel('New note').fill('Typed\n"before" <i>');
     await context.clearCookies();
@@ -365,7 +365,7 @@ describe('sessions and forms', () => {
     assert.equal(await page.getByRole('button', { name: 'Log off', exact: true }).count(), 1);
   }, narrow));
 
-  test('addresses and methods that there are not', () => browser.asUser(site, 'clerk', async (page) => {
+  test('unknown addresses and methods have pages of their own', () => browser.asUser(site, 'clerk', async (page) => {
     await expectFailure(page, await page.goto('/nothing?q=copper'), 404, 'There is no such page');
     assert.equal(new URL(await page.getByRole('link', { name: 'Back to the search' }).getAttribute('href'), site.address).search, '?q=copper');
     await page.evaluate(() => document.body.insertAdjacentHTML('beforeend', '<form method="post" action="/hits"><button>Wrong</button></form>'));
@@ -416,7 +416,7 @@ describe('the portal itself', () => {
     }
   }));
 
-  test('nothing of all this is a warning of PHP', () => {
+  test('none of these failures is a PHP warning', () => {
     const warnings = readFileSync(`${site.directory}/fpm-errors.log`, 'utf8').split('\n')
       .filter((line) => /PHP (Warning|Notice|Deprecated|Fatal|Parse)/.test(line))
       // PHP's own words about a form that is too large.

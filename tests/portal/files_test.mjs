@@ -62,7 +62,7 @@ describe('stored files', () => {
     assert.deepEqual([head.status(), head.headers()['content-length'], (await head.body()).length], [200, '70000', 0]);
   }));
 
-  test('are kept for their user alone, while he may see them, and within the limit', () => browser.asUser(site, 'clerk', async (page, { request }) => {
+  test('are kept only for their user, while he may see them, and within the limit', () => browser.asUser(site, 'clerk', async (page, { request }) => {
     const small = ['a.bin', 'b.bin'].map((name) => fileOf(make(site, 'Mail/Inbox', 'Kept', { [name]: randomBytes(600000) })));
     const large = randomBytes(2000000);
     const big = fileOf(make(site, 'Mail/Inbox', 'Kept', { 'large.bin': large }));
@@ -88,7 +88,7 @@ describe('stored files', () => {
     });
   }));
 
-  test('are shown by what is in them, whatever their name is', () => browser.asUser(site, 'clerk', async (page, { request }) => {
+  test('are shown by their content, not by their name', () => browser.asUser(site, 'clerk', async (page, { request }) => {
     const png = Buffer.from('iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fptVAAAACklEQVR4nGNgAAAAAgABSK+kcQAAAABJRU5ErkJggg==', 'base64');
     const table = [
       ['page.pdf', '<html><script>alert(1)</script>', 'attachment', 'application/octet-stream', 'page.pdf'],

@@ -189,7 +189,7 @@ describe('several files', () => {
     }, { javaScriptEnabled }));
   }
 
-  test('a document that is refused in the middle stays in the form', () => browser.asUser(site, 'clerk', async (page) => {
+  test('a file that the archive refuses stays in the form', () => browser.asUser(site, 'clerk', async (page) => {
     await open(page, 'Middle, 1');
     await page.getByLabel('a document for each file').check();
     // The archive would interpret ", 1: 11" in a title.
@@ -207,7 +207,7 @@ describe('several files', () => {
     await nothingIsLeft();
   }));
 
-  test('an archive that goes in the middle loses nothing, and stores nothing twice', () => browser.asUser(site, 'clerk', async (page) => {
+  test('an archive that fails half way loses nothing, and stores nothing twice', () => browser.asUser(site, 'clerk', async (page) => {
     const database = ['--database', `${site.directory}/archive.sqlite`];
     await archive.replace(...database);
     await open(page, 'Gone in the middle');
@@ -288,7 +288,7 @@ describe('sending files', () => {
     assert.equal(await count(page, 'Answer lost'), 1);
   }));
 
-  test('a session that is over keeps the texts', () => browser.asUser(site, 'clerk', async (page, context) => {
+  test('an ended session keeps the texts', () => browser.asUser(site, 'clerk', async (page, context) => {
     await open(page, 'Sent with a file');
     await page.getByLabel('a document for each file').check();
     await drop(page, [['a.bin', 1000]]);

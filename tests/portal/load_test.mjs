@@ -206,7 +206,7 @@ describe('twenty users at once', () => {
 });
 
 describe('a slow archive', () => {
-  test('holds up no other page of the same user', async (t) => {
+  test('delays no other page of the same user', async (t) => {
     const site = await Site.start('--devserver=--misbehave=delay:2000');
     t.after(() => site.stop());
     const client = new Client(site);
@@ -223,7 +223,7 @@ describe('a slow archive', () => {
 });
 
 describe('the first paint', () => {
-  test('waits for the style sheet alone', async (t) => {
+  test('waits only for the style sheet', async (t) => {
     const [site, browser] = await Promise.all([Site.start(), Browser.start()]);
     t.after(() => Promise.all([browser.stop(), site.stop()]));
     await browser.asUser(site, 'clerk', async (page) => {

@@ -64,7 +64,7 @@ describe('hit list', () => {
 });
 
 describe('documents', () => {
-  test('a note is added, and deleted after a question', () => browser.asUser(site, 'clerk', async (page) => {
+  test('a note is added, and deleted after a confirmation', () => browser.asUser(site, 'clerk', async (page) => {
     await page.goto(`/document?${letter}`);
     await page.locator('textarea').fill('<b>Call back</b> "tomorrow"');
     await page.locator('form[action*="/document/notes"] button').first().click();
@@ -92,7 +92,7 @@ describe('documents', () => {
     assert.ok(bytes.subarray(100, 200).equals(await part.body()));
   }));
 
-  test('what was typed is kept when the session has ended meanwhile', () => browser.asUser(site, 'clerk', async (page, context) => {
+  test('what was typed is kept when the session has ended', () => browser.asUser(site, 'clerk', async (page, context) => {
     await page.goto('/create?in=Mail/Inbox');
     await fillIn(page, 'Typed before');
     await context.clearCookies();

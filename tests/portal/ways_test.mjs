@@ -11,7 +11,7 @@ const search = async (page, query) => {
   await page.getByRole('main').getByRole('button', { name: 'Search' }).click();
 };
 
-describe('ways', () => {
+describe('tasks of the users', () => {
   for (const [name, hitCount] of [['administrator', 21], ['clerk', 21], ['reader', 8]]) {
     test(`${name} logs on, searches, reads a document, comes back and logs off`, () => browser.asUser(site, name, async (page) => {
       await search(page, 'copper');
@@ -31,7 +31,7 @@ describe('ways', () => {
     }));
   }
 
-  test('the hits in a text are marked and can be gone to', () => browser.asUser(site, 'clerk', async (page) => {
+  test('the hits in a text are marked, and links lead to them', () => browser.asUser(site, 'clerk', async (page) => {
     await search(page, 'Zahlung');
     await page.locator('table.hits tbody a.hit').first().click();
     assert.deepEqual(new Set(await page.locator('mark').allInnerTexts()), new Set(['Zahlung']));
@@ -53,7 +53,7 @@ describe('ways', () => {
 });
 
 describe('refusals', () => {
-  test('a user reaches nothing outside of his rights', () => browser.asUser(site, 'reader', async (page) => {
+  test('a user reaches nothing beyond his rights', () => browser.asUser(site, 'reader', async (page) => {
     for (const target of ['/document?channel=Finance&archive=Invoices&id=1085&version=1', '/hits?q=copper&in=Finance/Invoices',
       '/document?channel=Mail\\..&archive=x&id=1', '/nothing']) {
       const answer = await page.goto(target);
