@@ -1,39 +1,32 @@
-// What a user with search rights and document rights cannot find out, and what he cannot leave behind.
-import { after, before, test } from 'node:test';
+// What search rights and document rights keep from a user, and the limit on a user's selections.
+import { after, test } from 'node:test';
 import { execFileSync } from 'node:child_process';
 import { readdirSync } from 'node:fs';
 import assert from 'node:assert/strict';
 import { setTimeout } from 'node:timers/promises';
-import { ArchiveServer, userCommand } from './archive_server.mjs';
-import { Browser, Site } from './site.mjs';
+import { ArchiveServer } from './archive_server.mjs';
+import { siteAndBrowser } from './site.mjs';
 
 const list = 'q=*&in=Finance/Invoices';
 const document = (id, query = '') => `/document?channel=Finance&archive=Invoices&id=${id}&q=${query}`;
-let site;
-let browser;
-let archive;
-before(async () => {
-  [site, browser] = await Promise.all([Site.start('--setting=timeout=5'), Browser.start()]);
-  archive = new ArchiveServer(site);
-  execFileSync('python3', ['-c', `import sqlite3, sys
+const [site, browser] = siteAndBrowser({
+  options: ['--setting=timeout=5'],
+  prepare: () => {
+    execFileSync('python3', ['-c', `import sqlite3, sys
 database = sqlite3.connect(sys.argv[1])
 database.executescript("""INSERT INTO SearchRights VALUES (70); INSERT INTO SearchRightArchives VALUES (70, 'Finance', '');
   INSERT INTO SearchRightFields VALUES (70, 12, '', 1, 0); INSERT INTO DocRights VALUES (71, 'Finance', 'Invoices');
   INSERT INTO DocRightFields VALUES (71, 15, '<', '3000', 'NUM', 1)""")`, `${site.directory}/users.sqlite`]);
-  for (const [name, kind, right] of [['unseeing', '--search-right', '70'], ['small-sums', '--doc-right', '71']]) {
-    site.users[name] = 'invented-pass1';
-    userCommand(site, ['add', name, '--password-stdin'], 'invented-pass1\n');
-    userCommand(site, ['grant', name, '--channel', 'Finance', kind, right]);
-  }
+    site.addUser('unseeing', '--channel', 'Finance', '--search-right', '70');
+    site.addUser('small-sums', '--channel', 'Finance', '--doc-right', '71');
+  },
 });
-after(async () => {
-  await archive?.stop();
-  await Promise.all([browser?.stop(), site?.stop()]);
-});
+const archive = new ArchiveServer(site);
+after(() => archive.close());
 
 const hitsOf = async (request, query) => (await (await request.get(`/download?as=json&${query}`)).json()).hits.map((hit) => hit.document);
 
-test('a document that is withheld is told by nothing from one that does not exist', async () => {
+test('a document that is withheld looks like one that does not exist', async () => {
   let all;
   await browser.asUser(site, 'clerk', async (page, { request }) => { all = await hitsOf(request, list); });
   await browser.asUser(site, 'small-sums', async (page, { request }) => {
@@ -58,7 +51,7 @@ test('a query format cannot search in a hidden field alone', () => browser.asUse
   assert.equal(await page.locator('[name=format] option').count(), 0);
 }));
 
-test('selections that are begun and cleared leave at most twenty behind', () => browser.asUser(site, 'clerk', async (page, { request }) => {
+test('no more than twenty selections of a user are kept, cleared ones included', () => browser.asUser(site, 'clerk', async (page, { request }) => {
   await page.goto(`/hits?${list}`);
   const token = await page.locator('#selection [name=token]').getAttribute('value');
   for (let i = 10; i < 40; ++i) {
@@ -69,7 +62,7 @@ test('selections that are begun and cleared leave at most twenty behind', () => 
   assert.equal(files.length, 20 + 1, 'with the list of them');
 }));
 
-test('a list whose documents cannot all be checked is no file that looks whole', () => browser.asUser(site, 'small-sums', async (page, { request }) => {
+test('a download fails as a whole when a document of the list cannot be checked', () => browser.asUser(site, 'small-sums', async (page, { request }) => {
   await archive.replace('--misbehave', 'delay:100');
   const answer = request.get(`/download?as=csv&${list}`);
   await setTimeout(1500);
