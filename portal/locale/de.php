@@ -448,7 +448,6 @@ return [
     'permanent-link' => 'Link zu dieser Version',
     'plural' => 'one',
     'preview' => 'Vorschau',
-    'preview-image' => 'Dieses Dokument hat keinen Text. Es hat {0} Seitenbilder: Öffnen Sie es, um sie zu sehen.',
     'preview-nothing' => 'Dieses Dokument hat keinen Text.',
     'preview-of' => 'Vorschau von {0}',
     'preview-open' => 'Dokument öffnen',

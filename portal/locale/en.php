@@ -448,7 +448,6 @@ return [
     'permanent-link' => 'Link to this version',
     'plural' => 'one',
     'preview' => 'Preview',
-    'preview-image' => 'This document has no text. It has {0} page images: open it to see them.',
     'preview-nothing' => 'This document has no text.',
     'preview-of' => 'Preview of {0}',
     'preview-open' => 'Open the document',

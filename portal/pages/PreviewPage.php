@@ -6,12 +6,16 @@ namespace Portal\Pages;
 
 use Oxaqrycln\Segment;
 use Portal\Documents\DocumentRequest;
+use Portal\Documents\DocumentView;
 use Portal\Web\Page;
 use Portal\Web\Request;
 use Portal\Web\Response;
 use Portal\Web\Visit;
 
-/** The beginning of a document with its hits: a page of its own, which the script shows beside the hit list. */
+/**
+ * The beginning of a document with its hits, and its first page image: a page of its own, which the script shows beside the
+ * hit list.
+ */
 final class PreviewPage implements Page
 {
     private const LONGEST = 4000;
@@ -24,6 +28,7 @@ final class PreviewPage implements Page
         return $visit->page('preview', $document->title, [
             'document' => $document,
             'texts' => $this->texts($document->segments),
+            'images' => DocumentView::imagesOf($document),
             'marks' => $marks,
             'longest' => self::LONGEST,
             'wanted' => $wanted,

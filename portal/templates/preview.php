@@ -10,13 +10,16 @@
 <?php } ?>
 </p>
 <p><a href="<?= $h->url('/document', $wanted->with()) ?>"><?= $h->text('preview-open') ?></a></p>
-<?php if ($texts === [] && $document->imageCount > 0) { ?>
-<p><?= $h->text('preview-image', $h->number($document->imageCount)) ?></p>
-<?php } elseif ($texts === []) { ?>
+<?php if ($texts === []) { ?>
 <p><?= $h->text('preview-nothing') ?></p>
 <?php } ?>
 <?php foreach ($texts as $segment) { ?>
 <h2><?= $h($segment->title === '' ? $segment->name : $segment->title) ?></h2>
 <p class="text"><?= $h->markedStart($segment->text, $longest) ?></p>
+<?php } ?>
+<?php if ($images !== []) { ?>
+<?php $image = ['channel' => $name->channel, 'archive' => $name->archive, 'id' => $name->id, 'version' => $name->version, 'segment' => $images[0]->index]; ?>
+<h2><?= $h->text('page-of', 1, $h->number(count($images))) ?></h2>
+<p class="image"><a href="<?= $h->url('/document', $wanted->with(['page' => 1])) ?>"><img src="<?= $h->url('/image', $image) ?>" alt="<?= $h->text('image-of', $images[0]->title === '' ? $images[0]->name : $images[0]->title, $images[0]->fileName) ?>" loading="lazy"></a></p>
 <?php } ?>
 </article>

@@ -61,6 +61,14 @@ describe('hit list', () => {
     const lines = (await (await context.request.get(`${csv}&what=selection`)).text()).trim().split('\r\n');
     assert.equal(lines.length, 4);
   }));
+
+  test('the preview beside the list shows the first page image', () => browser.asUser(site, 'clerk', async (page) => {
+    await page.goto('/hits?q=*&in=Mail/Fax');
+    await page.locator('a.look').first().click();
+    await page.locator('.preview .image img').scrollIntoViewIfNeeded();
+    await page.waitForFunction(() => document.querySelector('.preview .image img').naturalWidth > 100);
+    assert.match(await page.locator('.preview h3').last().innerText(), /^Page 1 of \d+$/);
+  }));
 });
 
 describe('documents', () => {

@@ -13,6 +13,7 @@ const list = '/hits?q=delivery&sort=3&order=down';
 const withPreview = async (page) => {
   for (const key of ['j', 'x', 'j', ' ']) await page.keyboard.press(key);
   await page.locator('.preview[data-row=hit-2] h2').waitFor();
+  await page.waitForFunction(() => [...document.querySelectorAll('.preview img')].every((each) => each.complete && each.naturalWidth > 0));
   await page.locator('.selected', { hasText: /^1 / }).waitFor();
 };
 

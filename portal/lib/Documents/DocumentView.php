@@ -21,7 +21,7 @@ final class DocumentView
     public readonly ?Segment $segment;
     /** @var list<Segment> those that are shown */
     public readonly array $shown;
-    /** @var list<Segment> the document's page images, in its order */
+    /** @var list<Segment> of imagesOf() */
     public readonly array $images;
     public readonly int $markCount;
     /** @var array<int, int> number of the first mark by the segment's index */
@@ -33,9 +33,7 @@ final class DocumentView
         private readonly Document $document,
         Request $request,
     ) {
-        $isImage = static fn(Segment $segment): bool =>
-            $segment->contentLength > 0 && \in_array(strtolower($segment->extension), self::IMAGES, true);
-        $this->images = array_values(array_filter($document->segments, $isImage));
+        $this->images = self::imagesOf($document);
         $this->segment = $this->chosen($request);
         $view = $request->text('view');
         $this->tab = $this->segment !== null ? 'segment' : (\in_array($view, ['properties', 'print'], true) ? $view : 'all');
@@ -50,6 +48,14 @@ final class DocumentView
             $next += \count($segment->text->marks);
         }
         [$this->firstMarks, $this->markCount] = [$firstMarks, $next - 1];
+    }
+
+    /** @return list<Segment> the page images of a document, in its order */
+    public static function imagesOf(Document $document): array
+    {
+        $isImage = static fn(Segment $segment): bool =>
+            $segment->contentLength > 0 && \in_array(strtolower($segment->extension), self::IMAGES, true);
+        return array_values(array_filter($document->segments, $isImage));
     }
 
     public function firstMark(Segment $segment): int
